@@ -1,0 +1,28 @@
+# One way to make each kind of target.
+
+# Language level, warnings and sanitizers of every target of ours.
+function(velloria_options target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+        $<$<BOOL:${VELLORIA_WARNINGS_AS_ERRORS}>:-Werror>)
+    if(VELLORIA_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+endfunction()
+
+# A library of src/NAME. USES names our own libraries, LINKS foreign targets.
+function(velloria_library)
+    cmake_parse_arguments(ARG "" "NAME" "USES;LINKS;SOURCES" ${ARGN})
+    add_library(velloria_${ARG_NAME} STATIC ${ARG_SOURCES})
+    target_include_directories(velloria_${ARG_NAME} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    list(TRANSFORM ARG_USES PREPEND velloria_)
+    target_link_libraries(velloria_${ARG_NAME} PUBLIC Qt6::Core ${ARG_USES} ${ARG_LINKS})
+    target_precompile_headers(velloria_${ARG_NAME} PRIVATE
+        <QByteArray> <QString> <QStringList> <functional> <memory> <optional> <vector>)
+    velloria_options(velloria_${ARG_NAME})
+endfunction()

@@ -1,0 +1,104 @@
+// A command of the command line tool, and what it gets to work with.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "store/diary_store.h"
+
+#include <QHash>
+#include <QJsonValue>
+#include <QStringList>
+
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+namespace velloria::cli {
+
+/// Wrong usage: exit code 2 and one line.
+class UsageError : public std::exception {
+public:
+    explicit UsageError(QString reason) : m_reason(std::move(reason)) {}
+    const QString& reason() const { return m_reason; }
+
+private:
+    QString m_reason;
+};
+
+/// A refusal that is no failure of the machine: exit code 1 and one line.
+class Refusal : public UsageError {
+    using UsageError::UsageError;
+};
+
+/// Options that stand in front of every command.
+struct GlobalOptions {
+    QString home;
+    QString user;
+    QString now;
+    QString day;
+    QString answersFile;
+    bool showsEvents = false;
+    bool answersYes = false;
+    bool isJson = false;
+};
+
+/// One run of a command.
+struct Invocation {
+    GlobalOptions global;
+    QStringList arguments;
+    QHash<QString, QStringList> options; ///< values by name ("--month"); a flag has one empty value
+    platform::Desk& desk;
+    const platform::Clock& clock;
+    core::Session session;
+
+    bool has(const QString& option) const { return options.contains(option); }
+    QString option(const QString& name) const { return options.value(name).value(0); }
+    QString argument(qsizetype index) const { return arguments.value(index); }
+    store::DiaryStore store() const { return {session.databaseFile(), clock}; }
+
+    /// Prints a result: one JSON document with --json, else tab-separated lines. Tabs, line ends and backslashes
+    /// within a field are written as \t, \r, \n and \\.
+    void print(const QJsonValue& json, const std::vector<QStringList>& rows) const;
+};
+
+/// Whether the command makes the start of the desktop first.
+enum class Start { Needed, None, UnlessArgument };
+
+struct OptionSpec {
+    QString name;  ///< "--month"
+    QString value; ///< placeholder, "" for a flag
+};
+
+struct Command {
+    QString name;      ///< "entry put"
+    QString arguments; ///< as the help shows them
+    int fewest = 0;    ///< arguments at least
+    int most = 0;      ///< arguments at most
+    std::vector<OptionSpec> options;
+    QString help;
+    Start start = Start::Needed;
+    void (*run)(Invocation&) = nullptr;
+};
+
+/// All commands, in the order of the help.
+const std::vector<Command>& allCommands();
+
+// Each file of commands/ gives its own.
+std::vector<Command> startCommands();
+std::vector<Command> entryCommands();
+std::vector<Command> genreCommands();
+std::vector<Command> siteCommands();
+std::vector<Command> convertCommands();
+std::vector<Command> iniCommands();
+std::vector<Command> databaseCommands();
+
+/// A day or month argument. Throws UsageError when there is no such day or month.
+QString dayArgument(const QString& text);
+QString monthArgument(const QString& text);
+/// An entry number, 1 to 32767.
+int numberArgument(const QString& text);
+/// The content of the file, of standard input for "" or "-".
+QByteArray readArgumentFile(const QString& file);
+
+} // namespace velloria::cli

@@ -1,0 +1,70 @@
+#include "cli/command.h"
+#include "cli/streams.h"
+#include "convert/html_to_text.h"
+#include "convert/password_text.h"
+#include "convert/url_encoding.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+void html2text(Invocation& invocation) {
+    if (!invocation.has(u"--ini"_s))
+        throw UsageError(u"--ini で設定ファイルを指定してください。"_s);
+    convert::clsHTML2TEXT converter;
+    if (!converter.Initialize(invocation.option(u"--ini"_s)))
+        throw Refusal(u"HTML2TXT Initializeファイル読み込みエラー [%1]"_s.arg(invocation.option(u"--ini"_s)));
+    for (const QString& setting : invocation.options.value(u"--set"_s)) {
+        if (!setting.contains(u'=') || !converter.SetValue(setting.section(u'=', 0, 0), setting.section(u'=', 1)))
+            throw UsageError(u"--set は KEY=VALUE の形で指定してください: %1"_s.arg(setting));
+    }
+    QString text = QString::fromUtf8(readArgumentFile(invocation.argument(0)));
+    writeOutput(converter.Execute(text).toUtf8());
+}
+
+void urlencode(Invocation& invocation) {
+    const QString encoding = invocation.argument(0);
+    QString (*encode)(const QString&) = encoding == u"sjis"_s    ? convert::ModURLEncode
+                                        : encoding == u"eucjp"_s ? convert::ModURLEncodeEUC
+                                        : encoding == u"utf8"_s  ? convert::ModURLEncodeUTF8
+                                                                 : nullptr;
+    if (!encode)
+        throw UsageError(u"「%1」という符号化はありません (sjis、eucjp、utf8 のどれかを指定してください)。"_s.arg(encoding));
+    writeOutput(encode(QString::fromUtf8(readArgumentFile(invocation.argument(1)))).toUtf8());
+}
+
+QString readPassword() {
+    const QString text = QString::fromUtf8(readInput());
+    if (!convert::isPasswordText(text))
+        throw Refusal(u"パスワードに使えない文字が含まれています。コードページ932にある文字だけを使ってください。"_s);
+    return text;
+}
+
+void scramble(Invocation&) {
+    writeOutput(convert::EncryptPassword(readPassword()).toUtf8());
+}
+
+void unscramble(Invocation&) {
+    writeOutput(convert::DecryptPassword(readPassword()).toUtf8());
+}
+
+} // namespace
+
+std::vector<Command> convertCommands() {
+    return {
+        {u"convert html2text"_s,
+         u"--ini FILE [--set KEY=VALUE]... [FILE]"_s,
+         0,
+         1,
+         {{u"--ini"_s, u"FILE"_s}, {u"--set"_s, u"KEY=VALUE"_s}},
+         u"HTMLをテキストにする (UTF-8)"_s,
+         Start::None,
+         html2text},
+        {u"convert urlencode"_s, u"sjis|eucjp|utf8 [FILE]"_s, 1, 2, {}, u"URLに使う形に符号化する"_s, Start::None, urlencode},
+        {u"convert scramble"_s, {}, 0, 0, {}, u"標準入力のパスワードを保存用の文字列にする"_s, Start::None, scramble},
+        {u"convert unscramble"_s, {}, 0, 0, {}, u"保存用の文字列をパスワードに戻す"_s, Start::None, unscramble},
+    };
+}
+
+} // namespace velloria::cli

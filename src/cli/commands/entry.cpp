@@ -1,0 +1,195 @@
+#include "cli/command.h"
+#include "platform/failure.h"
+#include "shell/genre_list.h"
+#include "site/save_html.h"
+#include "store/entry_line.h"
+#include "store/rescue_file.h"
+
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+QJsonObject toListJson(const store::Entry& entry) {
+    return {{u"Day"_s, entry.day},     {u"Number"_s, entry.number},   {u"Title"_s, entry.title},
+            {u"Genre"_s, entry.genre}, {u"Weather"_s, entry.weather}, {u"Private"_s, entry.isPrivate}};
+}
+
+QStringList toListRow(const store::Entry& entry) {
+    return {entry.day,   QString::number(entry.number), entry.title,
+            entry.genre, entry.weather,                 entry.isPrivate ? u"1"_s : u"0"_s};
+}
+
+void list(Invocation& invocation) {
+    const QString month = invocation.has(u"--month"_s) ? monthArgument(invocation.option(u"--month"_s)) : u""_s;
+    const QString from = invocation.has(u"--from"_s) ? dayArgument(invocation.option(u"--from"_s)) : QString();
+    const QString to = invocation.has(u"--to"_s) ? dayArgument(invocation.option(u"--to"_s)) : QString();
+    QJsonArray json;
+    std::vector<QStringList> rows;
+    for (const store::Entry& stored : invocation.store().EntryListOfMonth(month)) {
+        if ((!from.isNull() && stored.day < from) || (!to.isNull() && stored.day > to))
+            continue;
+        const store::Entry entry = store::withDefaults(stored);
+        json += toListJson(entry);
+        rows.push_back(toListRow(entry));
+    }
+    invocation.print(json, rows);
+}
+
+void show(Invocation& invocation) {
+    const QString day = dayArgument(invocation.argument(0));
+    std::vector<store::Entry> entries;
+    const bool isOne = invocation.arguments.size() == 2;
+    if (isOne) {
+        const int number = numberArgument(invocation.argument(1));
+        const std::optional<store::Entry> entry = invocation.store().LoadEntry(day, number);
+        if (!entry)
+            throw Refusal(u"%1 の%2番目の日記はありません。"_s.arg(day).arg(number));
+        entries.push_back(*entry);
+    } else {
+        entries = invocation.store().LoadDay(day);
+    }
+    QJsonArray json;
+    std::vector<QStringList> rows;
+    for (const store::Entry& stored : entries) {
+        const store::Entry entry = store::withDefaults(stored);
+        json += store::toJson(entry);
+        rows.push_back(toListRow(entry) +
+                       QStringList{entry.publishTime, entry.contents, entry.extend, entry.excerpt, entry.importMark});
+    }
+    invocation.print(isOne ? QJsonValue(json.first()) : QJsonValue(json), rows);
+}
+
+/// Reads all lines before anything is saved: one bad line refuses the whole input.
+std::vector<store::EntryLine> readLines(const QByteArray& input) {
+    std::vector<store::EntryLine> lines;
+    int number = 0;
+    for (qsizetype start = 0; start < input.size();) {
+        qsizetype end = input.indexOf('\n', start);
+        if (end < 0)
+            end = input.size();
+        const QByteArray line = input.sliced(start, end - start).trimmed();
+        start = end + 1;
+        ++number;
+        if (line.isEmpty())
+            continue;
+        try {
+            lines.push_back(store::parseEntryLine(line));
+        } catch (const platform::Failure& failure) {
+            throw platform::Failure(u"%1行目を読み取れません。"_s.arg(number), {}, failure.reason(),
+                                    u"何も保存していません。"_s);
+        }
+    }
+    return lines;
+}
+
+/// A line of the rescue file brings its text back and destroys none: a number that is taken becomes the next one.
+void protectStandingEntry(store::Entry& entry, const store::DiaryStore& store) {
+    if (entry.number != 0 && store.LoadEntry(entry.day, entry.number))
+        entry.number = 0;
+}
+
+void put(Invocation& invocation) {
+    const store::DiaryStore store = invocation.store();
+    std::vector<store::Entry> entries;
+    QStringList genres;
+    for (store::EntryLine& line : readLines(readArgumentFile(invocation.argument(0)))) {
+        if (line.isRescued)
+            protectStandingEntry(line.entry, store);
+        if (!genres.contains(line.entry.genre))
+            genres += line.entry.genre;
+        entries.push_back(std::move(line.entry));
+    }
+    store::RescueFile rescue(invocation.session, invocation.clock);
+    const auto keys = store.SaveEntries(
+        std::move(entries),
+        invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now,
+        [&](const store::Entry& entry) { rescue.keep(entry, u"上書き"_s); });
+    QJsonArray json;
+    std::vector<QStringList> rows;
+    for (const store::EntryKey& key : keys) {
+        invocation.desk.status(key.day + u"の日記を保存しました。"_s);
+        json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
+        rows.push_back({key.day, QString::number(key.number)});
+    }
+    shell::addGenres(invocation.session, store, genres);
+    invocation.print(json, rows);
+}
+
+void remove(Invocation& invocation) {
+    const QString day = dayArgument(invocation.argument(0));
+    const int number = numberArgument(invocation.argument(1));
+    platform::Desk& desk = invocation.desk;
+    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(number))) {
+        desk.status(u"日記の削除を中止しました。"_s);
+        throw Refusal(u"日記の削除を中止しました。"_s);
+    }
+    const platform::Hourglass hourglass(desk);
+    const store::DiaryStore store = invocation.store();
+    store::RescueFile rescue(invocation.session, invocation.clock);
+    store.DeleteEntry(day, number, [&](const store::Entry& entry) { rescue.keep(entry, u"削除"_s); });
+    invocation.session.EnterDay = day;
+    site::SaveHtml saver(invocation.session, store, desk, invocation.clock);
+    bool hasPreview = true;
+    try {
+        saver.previewStep();
+    } catch (const platform::Failure& failure) {
+        desk.failure(failure); // the deletion stands
+        hasPreview = false;
+        desk.status(u"Webページ表示中..."_s);
+        desk.navigate(invocation.session.DataPath + u"tmp.htm#"_s + day);
+    }
+    desk.status(day + u"の日記を削除しました。"_s);
+    if (!hasPreview)
+        throw Refusal(u"日記は削除しましたが、プレビューを作成できませんでした。"_s);
+}
+
+void days(Invocation& invocation) {
+    if (!invocation.has(u"--month"_s))
+        throw UsageError(u"--month で月を指定してください。"_s);
+    const QString month = monthArgument(invocation.option(u"--month"_s));
+    const QStringList days = invocation.has(u"--public"_s) ? invocation.store().PublicDaysOfMonth(month)
+                                                           : invocation.store().DaysOfMonth(month);
+    std::vector<QStringList> rows;
+    for (const QString& day : days)
+        rows.push_back({day});
+    invocation.print(QJsonArray::fromStringList(days), rows);
+}
+
+} // namespace
+
+std::vector<Command> entryCommands() {
+    const OptionSpec month{u"--month"_s, u"yyyy/mm"_s};
+    return {
+        {u"entry list"_s,
+         u"[--month M] [--from D] [--to D]"_s,
+         0,
+         0,
+         {month, {u"--from"_s, u"yyyy/mm/dd"_s}, {u"--to"_s, u"yyyy/mm/dd"_s}},
+         u"日、番号、タイトル、ジャンル、天気、非公開 (1) の一覧"_s,
+         Start::Needed,
+         list},
+        {u"entry show"_s, u"DAY [NUMBER]"_s, 1, 2, {}, u"1件、またはその日のすべての日記"_s, Start::Needed, show},
+        {u"entry put"_s,
+         u"[--keep-time] [FILE]"_s,
+         0,
+         1,
+         {{u"--keep-time"_s, {}}},
+         u"1行1件のJSONから日記を保存する (全部か、まったく保存しないか)"_s,
+         Start::Needed,
+         put},
+        {u"entry delete"_s, u"DAY NUMBER"_s, 2, 2, {}, u"削除し、その日の番号を詰める"_s, Start::Needed, remove},
+        {u"entry days"_s,
+         u"--month M [--public]"_s,
+         0,
+         0,
+         {month, {u"--public"_s, {}}},
+         u"日記のある日"_s,
+         Start::Needed,
+         days},
+    };
+}
+
+} // namespace velloria::cli

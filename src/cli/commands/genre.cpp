@@ -1,0 +1,32 @@
+#include "shell/genre_list.h"
+#include "cli/command.h"
+
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+void list(Invocation& invocation) {
+    const QStringList genres = shell::readGenres(invocation.session, invocation.store());
+    std::vector<QStringList> rows;
+    for (const QString& genre : genres)
+        rows.push_back({genre});
+    invocation.print(QJsonArray::fromStringList(genres), rows);
+}
+
+void rebuild(Invocation& invocation) {
+    shell::MakeGenretxt(invocation.session, invocation.store());
+    invocation.desk.status(u"ジャンルの再構成が完了しました。"_s);
+    invocation.desk.message(platform::MessageKind::Information, u"完了！"_s);
+}
+
+} // namespace
+
+std::vector<Command> genreCommands() {
+    return {{u"genre list"_s, {}, 0, 0, {}, u"ジャンルの一覧"_s, Start::Needed, list},
+            {u"genre rebuild"_s, {}, 0, 0, {}, u"日記からジャンルの一覧を作り直す"_s, Start::Needed, rebuild}};
+}
+
+} // namespace velloria::cli

@@ -1,0 +1,72 @@
+#include "core/ini.h"
+#include "cli/command.h"
+#include "core/ini_reader.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+/// The file argument; the wrappers would take a binary file for one without keys.
+QString iniFile(const Invocation& invocation) {
+    const QString file = invocation.argument(0);
+    if (QFileInfo(file).isFile() && platform::readFile(file).contains('\0'))
+        throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
+                                u"ファイルは変更されていません。"_s);
+    return file;
+}
+
+void get(Invocation& invocation) {
+    const QString file = iniFile(invocation);
+    const QString value = core::ReadIniDef(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
+    invocation.print(QJsonObject{{u"value"_s, value}}, {{value}});
+}
+
+void getInteger(Invocation& invocation) {
+    const QString file = iniFile(invocation);
+    bool isNumber = true;
+    const QString whenMissing = invocation.argument(3);
+    const qint16 defaultValue = whenMissing.isEmpty() ? qint16(0) : whenMissing.toShort(&isNumber);
+    if (!isNumber)
+        throw UsageError(u"「%1」は-32768から32767までの整数ではありません。"_s.arg(whenMissing));
+    const qint16 value = core::ReadIniIntDef(file, invocation.argument(1), invocation.argument(2), defaultValue);
+    invocation.print(QJsonObject{{u"value"_s, value}}, {{QString::number(value)}});
+}
+
+void set(Invocation& invocation) {
+    core::WriteIni(iniFile(invocation), invocation.argument(1), invocation.argument(2), invocation.argument(3));
+}
+
+void remove(Invocation& invocation) {
+    core::DeleteIniKey(iniFile(invocation), invocation.argument(1), invocation.argument(2));
+}
+
+void sections(Invocation& invocation) {
+    const QStringList names = core::ReadIniSections(iniFile(invocation));
+    std::vector<QStringList> rows;
+    for (const QString& name : names) {
+        if (!name.isEmpty())
+            rows.push_back({name});
+    }
+    invocation.print(QJsonArray::fromStringList(names), rows);
+}
+
+} // namespace
+
+std::vector<Command> iniCommands() {
+    return {
+        {u"ini get"_s, u"FILE SECTION KEY [DEFAULT]"_s, 3, 4, {}, u"設定の値"_s, Start::None, get},
+        {u"ini int"_s, u"FILE SECTION KEY [DEFAULT]"_s, 3, 4, {}, u"設定の値 (16ビット整数)"_s, Start::None, getInteger},
+        {u"ini set"_s, u"FILE SECTION KEY VALUE"_s, 4, 4, {}, u"設定を書く"_s, Start::None, set},
+        {u"ini delete"_s, u"FILE SECTION KEY"_s, 3, 3, {}, u"設定のキーを削除する"_s, Start::None, remove},
+        {u"ini sections"_s, u"FILE"_s, 1, 1, {}, u"セクションの一覧"_s, Start::None, sections},
+    };
+}
+
+} // namespace velloria::cli

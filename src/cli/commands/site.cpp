@@ -1,0 +1,94 @@
+#include "cli/command.h"
+#include "site/log_archive.h"
+#include "site/same_day_page.h"
+#include "site/save_html.h"
+#include "site/site_rebuild.h"
+
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+site::SaveHtml saverOf(Invocation& invocation, const store::DiaryStore& store) {
+    return {invocation.session, store, invocation.desk, invocation.clock};
+}
+
+void printFile(const Invocation& invocation, const QString& file) {
+    invocation.print(QJsonObject{{u"file"_s, file}}, {{file}});
+}
+
+void save(Invocation& invocation) {
+    const store::DiaryStore store = invocation.store();
+    site::SaveHtml saver = saverOf(invocation, store);
+    const site::Outcome outcome =
+        invocation.has(u"--as"_s) ? saver.saveAs(invocation.option(u"--as"_s)) : saver.saveCommand();
+    if (outcome == site::Outcome::Refused)
+        throw Refusal(u"HTMLファイルの保存を中止しました。"_s);
+    printFile(invocation, invocation.session.FilePath + invocation.session.FileName);
+}
+
+void preview(Invocation& invocation) {
+    const store::DiaryStore store = invocation.store();
+    saverOf(invocation, store).SaveTmpFile();
+    invocation.desk.navigate(invocation.session.DataPath + u"tmp.htm"_s);
+    printFile(invocation, invocation.session.DataPath + u"tmp.htm"_s);
+}
+
+void log(Invocation& invocation) {
+    const store::DiaryStore store = invocation.store();
+    site::LogArchive archive(invocation.session, store, invocation.desk, invocation.clock);
+    archive.save(invocation.argument(0), invocation.argument(1));
+    saverOf(invocation, store).previewStep();
+}
+
+void rebuild(Invocation& invocation) {
+    const auto limit = [&](const QString& option) {
+        return invocation.has(option) ? monthArgument(invocation.option(option)) : QString();
+    };
+    const site::RebuildResult result =
+        site::rebuildSite(invocation.session, invocation.store(), invocation.desk, invocation.clock,
+                          limit(u"--from"_s), limit(u"--to"_s));
+    if (result.outcome == site::Outcome::Refused)
+        throw Refusal(u"保存先が決まっていないので中止しました。site save --as で指定してください。"_s);
+    invocation.print(QJsonObject{{u"logs"_s, result.logs}, {u"failures"_s, result.failures}},
+                     {{u"logs"_s, QString::number(result.logs)}, {u"failures"_s, QString::number(result.failures)}});
+    if (result.failures > 0)
+        throw Refusal(u"%1か月分を作成できませんでした。残りは作成しました。"_s.arg(result.failures));
+}
+
+void sameDay(Invocation& invocation) {
+    const QString file = invocation.session.DataPath + u"oldtmp.htm"_s;
+    site::MakeSameDayPage(invocation.session, invocation.store(), file, dayArgument(invocation.argument(0)));
+    invocation.desk.navigate(file);
+    printFile(invocation, file);
+}
+
+} // namespace
+
+std::vector<Command> siteCommands() {
+    return {
+        {u"site save"_s,
+         u"[--as PATH]"_s,
+         0,
+         0,
+         {{u"--as"_s, u"PATH"_s}},
+         u"今月のページを保存する (名前を付けて保存は --as)"_s,
+         Start::Needed,
+         save},
+        {u"site preview"_s, {}, 0, 0, {}, u"作業する日の月のプレビュー tmp.htm を作る"_s, Start::Needed, preview},
+        {u"site log"_s, u"YEAR MONTH"_s, 2, 2, {}, u"その月をログにする"_s, Start::Needed, log},
+        {u"site rebuild"_s,
+         u"[--from M] [--to M]"_s,
+         0,
+         0,
+         {{u"--from"_s, u"yyyy/mm"_s}, {u"--to"_s, u"yyyy/mm"_s}},
+         u"過去の月をすべてログにし、今月のページを保存する"_s,
+         Start::Needed,
+         rebuild},
+        {u"site sameday"_s, u"DAY"_s, 1, 1, {}, u"ほかの年の同じ日のページ oldtmp.htm を作る"_s, Start::Needed, sameDay},
+    };
+}
+
+} // namespace velloria::cli

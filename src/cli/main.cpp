@@ -1,0 +1,136 @@
+// velloria-cli: the diary without a window.
+#include "cli/command_line.h"
+#include "cli/streams.h"
+#include "cli/terminal_desk.h"
+#include "core/path_names.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "shell/home.h"
+#include "shell/startup.h"
+#include "shell/users.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <langinfo.h>
+#include <new>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+void reportReason(const QString& reason) {
+    writeError(u"velloria-cli: "_s + reason);
+}
+
+std::unique_ptr<platform::Clock> makeClock(const QString& now) {
+    if (now.isEmpty())
+        return std::make_unique<platform::SystemClock>();
+    const QDateTime moment = QDateTime::fromString(now, u"yyyy/MM/dd HH:mm:ss"_s);
+    if (!moment.isValid())
+        throw UsageError(u"「%1」は日時ではありません (yyyy/mm/dd hh:nn:ss で指定してください)。"_s.arg(now));
+    return std::make_unique<platform::FixedClock>(moment);
+}
+
+void prepareDesk(TerminalDesk& desk, const GlobalOptions& global) {
+    desk.showsEvents = global.showsEvents;
+    desk.answersYes = global.answersYes;
+    if (global.answersFile.isEmpty())
+        return;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(platform::readFile(global.answersFile), &error);
+    if (!document.isArray())
+        throw UsageError(u"答えのファイルがJSONの配列ではありません: %1 (%2)"_s.arg(global.answersFile, error.errorString()));
+    desk.answers = document.array();
+}
+
+/// Who logs in; nothing without a user file.
+std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString& home, platform::Desk& desk) {
+    const bool hasUsers = shell::Users(home).exist();
+    if (!hasUsers && global.user.isNull())
+        return std::nullopt;
+    if (!hasUsers)
+        throw Refusal(u"velluser.ini がないので、--user は使えません。"_s);
+    if (global.user.isNull())
+        throw Refusal(u"velluser.ini があります。--user でユーザーを指定してください。"_s);
+    if (qEnvironmentVariableIsSet("VELLORIA_PASSWORD"))
+        return shell::Login{global.user, qEnvironmentVariable("VELLORIA_PASSWORD")};
+    const std::optional<QString> password = desk.password(u"Velloria - Login"_s);
+    if (!password)
+        throw Refusal(u"ログインを中止しました。"_s);
+    return shell::Login{global.user, *password};
+}
+
+void start(Invocation& invocation) {
+    const QString home = shell::findHome(invocation.global.home, QCoreApplication::applicationDirPath());
+    const std::optional<shell::Login> login = findLogin(invocation.global, home, invocation.desk);
+    shell::Startup startup(invocation.session, invocation.desk, invocation.clock);
+    if (startup.run(home, login) == shell::StartResult::Ended)
+        throw Refusal(u"起動を中止しました。"_s);
+    if (!invocation.global.day.isEmpty())
+        invocation.session.EnterDay = invocation.global.day;
+}
+
+int runCommand(const CommandLine& line, TerminalDesk& desk) {
+    if (line.wantsVersion) {
+        writeLine(u"velloria-cli "_s + core::kProgramVersion.text());
+        return kDone;
+    }
+    if (line.wantsHelp) {
+        writeOutput(helpText(line.helpTopic).toUtf8());
+        return kDone;
+    }
+    const std::unique_ptr<platform::Clock> clock = makeClock(line.global.now);
+    prepareDesk(desk, line.global);
+    Invocation invocation{line.global, line.arguments, line.options, desk, *clock, {}};
+    const Start needed = line.command->start;
+    if (needed == Start::Needed || (needed == Start::UnlessArgument && line.arguments.isEmpty()))
+        start(invocation);
+    line.command->run(invocation);
+    return kDone;
+}
+
+int run(const QStringList& words) {
+    TerminalDesk desk;
+    const auto ended = [&](int code, const QString& reason) {
+        desk.endProgress();
+        reportReason(reason);
+        return code;
+    };
+    try {
+        return runCommand(parseCommandLine(words), desk);
+    } catch (const platform::Failure& failure) {
+        desk.endProgress();
+        desk.failure(failure);
+        return ended(kFailed, failure.line());
+    } catch (const Refusal& refusal) {
+        return ended(kFailed, refusal.reason());
+    } catch (const UsageError& error) {
+        return ended(kWrongUsage, error.reason());
+    } catch (const std::bad_alloc&) {
+        return ended(kFailed, u"メモリが足りません。何も変更されていません。"_s);
+    }
+}
+
+} // namespace
+} // namespace velloria::cli
+
+int main(int argc, char** argv) {
+    // Texts are UTF-8 whatever the locale; Qt would complain about another one on standard error.
+    std::setlocale(LC_ALL, "");
+    if (std::string_view(nl_langinfo(CODESET)) != "UTF-8")
+        setenv("LC_ALL", "C.UTF-8", 1);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const QCoreApplication application(argc, argv);
+    return velloria::cli::run(QCoreApplication::arguments().sliced(1));
+}

@@ -1,0 +1,88 @@
+#include "cli/streams.h"
+
+#include "platform/failure.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <termios.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+/// Switches the terminal's echo off for as long as a password is typed.
+class SilentTerminal {
+public:
+    SilentTerminal() {
+        m_isSet = tcgetattr(STDIN_FILENO, &m_before) == 0;
+        termios silent = m_before;
+        silent.c_lflag &= ~tcflag_t(ECHO);
+        if (m_isSet)
+            tcsetattr(STDIN_FILENO, TCSANOW, &silent);
+    }
+    ~SilentTerminal() {
+        if (m_isSet) {
+            tcsetattr(STDIN_FILENO, TCSANOW, &m_before);
+            std::fputc('\n', stderr);
+        }
+    }
+    SilentTerminal(const SilentTerminal&) = delete;
+    SilentTerminal& operator=(const SilentTerminal&) = delete;
+
+private:
+    termios m_before{};
+    bool m_isSet = false;
+};
+
+} // namespace
+
+void writeOutput(const QByteArray& bytes) {
+    const auto size = std::size_t(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+        throw platform::Failure(u"結果を出力できません。"_s, u"標準出力"_s, platform::systemReason(errno));
+}
+
+void writeLine(const QString& line) {
+    writeOutput(line.toUtf8() + '\n');
+}
+
+void writeError(const QString& line) {
+    writeErrorPart(QString(line).replace(u"\r\n"_s, u"\n"_s) + u'\n');
+}
+
+void writeErrorPart(const QString& text) {
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stderr);
+    std::fflush(stderr);
+}
+
+bool standardErrorIsTerminal() {
+    return isatty(STDERR_FILENO) == 1;
+}
+
+QByteArray readInput() {
+    QByteArray bytes;
+    char block[1 << 16];
+    while (const std::size_t count = std::fread(block, 1, sizeof block, stdin))
+        bytes.append(block, qsizetype(count));
+    return bytes;
+}
+
+std::optional<QString> askOnTerminal(const QString& prompt, Echo echo) {
+    if (isatty(STDIN_FILENO) != 1)
+        return std::nullopt;
+    writeErrorPart(prompt);
+    std::optional<SilentTerminal> silent;
+    if (echo == Echo::Off)
+        silent.emplace();
+    std::string line;
+    if (!std::getline(std::cin, line))
+        return std::nullopt;
+    return QString::fromStdString(line);
+}
+
+} // namespace velloria::cli

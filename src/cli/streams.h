@@ -1,0 +1,28 @@
+// Standard input, output and error of the command line tool, all UTF-8.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace velloria::cli {
+
+enum class Echo { On, Off };
+
+/// Results. Throws platform::Failure when they can't be written (a full disk, a closed pipe).
+void writeOutput(const QByteArray& bytes);
+void writeLine(const QString& line);
+
+/// A line, or a part of one, on standard error.
+void writeError(const QString& line);
+void writeErrorPart(const QString& text);
+bool standardErrorIsTerminal();
+
+/// All of standard input.
+QByteArray readInput();
+
+/// Asks on the terminal; nothing when standard input is none.
+std::optional<QString> askOnTerminal(const QString& prompt, Echo echo);
+
+} // namespace velloria::cli

@@ -1,0 +1,61 @@
+#include "cli/terminal_desk.h"
+
+#include "cli/streams.h"
+
+#include <QJsonDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+
+void TerminalDesk::record(const QJsonObject& event) {
+    const QString name = event[u"event"_s].toString();
+    if (showsEvents) {
+        writeError(QString::fromUtf8(QJsonDocument(event).toJson(QJsonDocument::Compact)));
+        return;
+    }
+    if (name == u"progress"_s) {
+        showProgress(event);
+    } else if (name == u"message"_s && event[u"buttons"_s] == u"ok"_s && event[u"kind"_s] != u"information"_s) {
+        endProgress();
+        writeError(event[u"text"_s].toString());
+    }
+}
+
+bool TerminalDesk::answerYesNo(const QJsonObject& question) {
+    if (answersYes)
+        return true;
+    if (answers)
+        return !answers->isEmpty() && answers->takeAt(0) == u"yes"_s;
+    const std::optional<QString> line = askOnTerminal(question[u"text"_s].toString() + u" [y/N] "_s, Echo::On);
+    return line && line->startsWith(u'y', Qt::CaseInsensitive);
+}
+
+std::optional<QString> TerminalDesk::answerText(const QJsonObject& question) {
+    if (answers) {
+        const QJsonValue answer = answers->isEmpty() ? QJsonValue() : answers->takeAt(0);
+        return answer.isString() ? std::optional(answer.toString()) : std::nullopt;
+    }
+    const QString text = question[u"title"_s].toString() + u": "_s;
+    const std::optional<QString> line = askOnTerminal(text, question[u"event"_s] == u"input"_s ? Echo::Off : Echo::On);
+    return line && !line->isEmpty() ? line : std::nullopt;
+}
+
+void TerminalDesk::showProgress(const QJsonObject& event) {
+    if (!standardErrorIsTerminal())
+        return;
+    m_hasProgressLine = true;
+    writeErrorPart(u"\r%1 %2/%3"_s.arg(event[u"text"_s].toString())
+                       .arg(event[u"value"_s].toInt())
+                       .arg(event[u"max"_s].toInt()));
+    if (event[u"value"_s].toInt() >= event[u"max"_s].toInt())
+        endProgress();
+}
+
+void TerminalDesk::endProgress() {
+    if (m_hasProgressLine)
+        writeErrorPart(u"\n"_s);
+    m_hasProgressLine = false;
+}
+
+} // namespace velloria::cli

@@ -1,0 +1,30 @@
+// The Desk of the command line tool: answers from a file, from the terminal, or No.
+#pragma once
+
+#include "platform/event_desk.h"
+
+#include <QJsonArray>
+
+namespace velloria::cli {
+
+class TerminalDesk : public platform::EventDesk {
+public:
+    bool showsEvents = false; ///< each event is one JSON line on standard error
+    bool answersYes = false;  ///< every question is answered Yes
+    std::optional<QJsonArray> answers; ///< the script; when it is used up: No, cancel
+
+    /// Ends the progress line, if one is shown.
+    void endProgress();
+
+protected:
+    void record(const QJsonObject& event) override;
+    bool answerYesNo(const QJsonObject& question) override;
+    std::optional<QString> answerText(const QJsonObject& question) override;
+
+private:
+    void showProgress(const QJsonObject& event);
+
+    bool m_hasProgressLine = false;
+};
+
+} // namespace velloria::cli

@@ -1,0 +1,51 @@
+// The settings keys, each spelt once. An odd spelling is the file format's.
+#pragma once
+
+#include "core/ini.h"
+
+#include <QLatin1StringView>
+
+namespace velloria::core {
+
+struct Key {
+    QLatin1StringView section;
+    QLatin1StringView name;
+};
+
+/// Keys of "diary.ini" that the shell and the commands use.
+namespace keys {
+inline constexpr QLatin1StringView kAll("ALL");
+inline constexpr QLatin1StringView kIniFileName("IniFileName");
+
+inline constexpr Key kDataPath{kAll, QLatin1StringView("DataPath")};
+inline constexpr Key kSaveFilePath{kAll, QLatin1StringView("SaveFilePath")};
+inline constexpr Key kSaveFileName{kAll, QLatin1StringView("SaveFileName")};
+inline constexpr Key kDBVersion{kAll, QLatin1StringView("DBVersion")};
+inline constexpr Key kRescue{kAll, QLatin1StringView("Rescue")};
+
+inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
+inline constexpr Key kFrameIni{QLatin1StringView("Frame"), kIniFileName};
+inline constexpr Key kRssIni{QLatin1StringView("RSS"), kIniFileName};
+inline constexpr Key kHaloScanIni{QLatin1StringView("HaloScan"), kIniFileName};
+inline constexpr Key kBlogIni{QLatin1StringView("Blog"), kIniFileName};
+
+/// "velluser.ini": the last login; a user's own keys stand in the section named by the id.
+inline constexpr Key kPreviousUser{QLatin1StringView("Previous"), QLatin1StringView("ID")};
+inline constexpr QLatin1StringView kUserId("ID");
+inline constexpr QLatin1StringView kUserPass("Pass");
+inline constexpr QLatin1StringView kUserPath("Path");
+} // namespace keys
+
+inline QString ReadIni(const QString& file, const Key& key) {
+    return ReadIni(file, key.section, key.name);
+}
+
+inline qint16 ReadIniIntDef(const QString& file, const Key& key, qint16 defaultValue) {
+    return ReadIniIntDef(file, key.section, key.name, defaultValue);
+}
+
+inline void WriteIni(const QString& file, const Key& key, const QString& value) {
+    WriteIni(file, key.section, key.name, value);
+}
+
+} // namespace velloria::core

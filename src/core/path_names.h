@@ -1,0 +1,29 @@
+// The path helpers of the settings store. A separator is "\" everywhere and, off Windows, "/" as well.
+#pragma once
+
+#include <QString>
+
+namespace velloria::core {
+
+/// Text ahead of the last separator, without it; "" when there is none.
+QString GetParentFolder(const QString& path);
+
+/// Text behind the last separator.
+QString GetFileName(const QString& path);
+
+/// Text behind the last ".", when that stands behind the last separator; otherwise "".
+QString GetFileExt(const QString& path);
+
+/// Text ahead of the last ".", even one in a folder's name; the whole name when there is none.
+QString GetBaseName(const QString& path);
+
+/// The separator of this platform.
+QChar nativeSeparator();
+
+/// `folder` with a separator at its end; an empty text stays empty, for it names no folder.
+QString withSeparator(const QString& folder);
+
+/// Whether a stored folder means something on this platform: "C:\..." does not off Windows and counts as unset.
+bool isAbsoluteFolder(const QString& folder);
+
+} // namespace velloria::core

@@ -1,0 +1,18 @@
+// Text files in code page 932: pieces of pages read whole, list and CSV files line by line.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace velloria::core {
+
+/// The whole file as it stands, line ends included; "" when the path is empty, names no file, or can't be read.
+QString ReadTextFile(const QString& path);
+
+/// The lines of a list or CSV file with references turned back; CR LF and LF both end a line. A missing file has none.
+QStringList readLines(const QString& path);
+
+/// Replaces the file by these lines, each with CR LF. Throws Failure.
+void writeLines(const QString& path, const QStringList& lines);
+
+} // namespace velloria::core

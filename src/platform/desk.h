@@ -1,0 +1,62 @@
+// How the program talks to the person in front of it. Logic never opens a window: it asks the Desk.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace velloria::platform {
+
+class Failure;
+
+enum class MessageKind { Critical, Question, Exclamation, Information, Plain };
+enum class Pointer { Default, Hourglass };
+enum class PathMode { Open, Save, Folder };
+
+/// What a file or folder dialog is to show.
+struct PathRequest {
+    PathMode mode = PathMode::Open;
+    QString title;
+    QString filter; ///< pairs of text and pattern, parted by "|"
+    QString folder; ///< where it starts
+};
+
+/// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a
+/// text are CR LF.
+class Desk {
+public:
+    virtual ~Desk() = default;
+
+    /// A box with OK alone.
+    virtual void message(MessageKind kind, const QString& text, const QString& title = QStringLiteral("Velloria")) = 0;
+    /// A question with Yes and No; true for Yes.
+    virtual bool ask(const QString& text, const QString& title = QStringLiteral("Velloria")) = 0;
+    /// A file or folder dialog; nothing when it is cancelled.
+    virtual std::optional<QString> choosePath(const PathRequest& request) = 0;
+    /// The password window with one line; nothing when it is cancelled.
+    virtual std::optional<QString> password(const QString& title) = 0;
+
+    /// The first panel of the status bar.
+    virtual void status(const QString& text) = 0;
+    virtual void pointer(Pointer shape) = 0;
+    /// How far long work has come, on the one progress line.
+    virtual void progress(const QString& text, int value, int max) = 0;
+    /// Sends the embedded browser to an address.
+    virtual void navigate(const QString& url) = 0;
+    /// The critical box of a run-time failure and its line on the status panel.
+    virtual void failure(const Failure& failure) = 0;
+};
+
+/// The hourglass, for as long as this lives: no way out of a command leaves it behind.
+class Hourglass {
+public:
+    explicit Hourglass(Desk& desk) : m_desk(desk) { m_desk.pointer(Pointer::Hourglass); }
+    ~Hourglass() { m_desk.pointer(Pointer::Default); }
+    Hourglass(const Hourglass&) = delete;
+    Hourglass& operator=(const Hourglass&) = delete;
+
+private:
+    Desk& m_desk;
+};
+
+} // namespace velloria::platform

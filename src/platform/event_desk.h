@@ -1,0 +1,31 @@
+// A Desk that turns everything shown or asked into one JSON event, in order.
+#pragma once
+
+#include "platform/desk.h"
+
+#include <QJsonObject>
+
+namespace velloria::platform {
+
+/// Base of the desks without windows. The events' names and members are those of the command line tool's `--events`.
+class EventDesk : public Desk {
+public:
+    void message(MessageKind kind, const QString& text, const QString& title) override;
+    bool ask(const QString& text, const QString& title) override;
+    std::optional<QString> choosePath(const PathRequest& request) override;
+    std::optional<QString> password(const QString& title) override;
+    void status(const QString& text) override;
+    void pointer(Pointer shape) override;
+    void progress(const QString& text, int value, int max) override;
+    void navigate(const QString& url) override;
+    void failure(const Failure& failure) override;
+
+protected:
+    /// Takes one event; questions come here behind their answer.
+    virtual void record(const QJsonObject& event) = 0;
+    /// The answer to a question, whose event lacks nothing but "answer".
+    virtual bool answerYesNo(const QJsonObject& question) = 0;
+    virtual std::optional<QString> answerText(const QJsonObject& question) = 0;
+};
+
+} // namespace velloria::platform

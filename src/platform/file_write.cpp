@@ -1,0 +1,228 @@
+#include "platform/file_write.h"
+
+#include "platform/failure.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::platform {
+namespace {
+
+[[noreturn]] void refuse(const QString& what, const QString& file, int errorNumber, const QString& advice = {}) {
+    throw Failure(what, file, systemReason(errorNumber), advice);
+}
+
+/// An open descriptor that closes itself.
+class Descriptor {
+public:
+    explicit Descriptor(int value = -1) : m_value(value) {}
+    ~Descriptor() {
+        if (m_value >= 0)
+            ::close(m_value);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int value() const { return m_value; }
+    int release() { return std::exchange(m_value, -1); }
+    void reset(int value) { m_value = value; }
+
+private:
+    int m_value;
+};
+
+/// A file beside the target that takes the target's place at the end, and vanishes if that end is not reached.
+class Replacement {
+public:
+    Replacement(const QString& file, unsigned newFileMode)
+        : m_shownName(file)
+        , m_target(resolved(file)) {
+        struct stat old;
+        const bool isThere = ::stat(m_target.constData(), &old) == 0;
+        // A rename would also replace a file that is set read-only; even the superuser means it so.
+        if (isThere && ((old.st_mode & S_IWUSR) == 0 || ::access(m_target.constData(), W_OK) != 0))
+            fail(EACCES);
+        openTemporary(isThere ? 0600 : newFileMode);
+        if (isThere)
+            ::fchmod(m_file.value(), old.st_mode & 07777);
+    }
+    ~Replacement() {
+        if (!m_isDone)
+            ::unlink(m_temporary.constData());
+    }
+
+    void write(QByteArrayView bytes) {
+        while (!bytes.isEmpty()) {
+            const ssize_t written = ::write(m_file.value(), bytes.data(), std::size_t(bytes.size()));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written < 0)
+                fail(errno);
+            bytes = bytes.sliced(written);
+        }
+    }
+
+    void setTimes(const struct stat& source) {
+        const timespec times[2] = {source.st_atim, source.st_mtim};
+        ::futimens(m_file.value(), times);
+    }
+
+    void commit(Durability durability) {
+        if (durability == Durability::Durable && ::fsync(m_file.value()) != 0)
+            fail(errno);
+        if (::close(m_file.release()) != 0)
+            fail(errno);
+        if (::rename(m_temporary.constData(), m_target.constData()) != 0)
+            fail(errno);
+        m_isDone = true;
+        if (durability == Durability::Durable)
+            syncFolder();
+    }
+
+private:
+    /// The file behind a symbolic link, so that the link stays.
+    static QByteArray resolved(const QString& file) {
+        const QFileInfo info(file);
+        if (info.isSymLink()) {
+            const QString end = info.canonicalFilePath();
+            return QFile::encodeName(end.isEmpty() ? info.symLinkTarget() : end);
+        }
+        return QFile::encodeName(file);
+    }
+
+    QByteArray folder() const { return m_target.left(m_target.lastIndexOf('/') + 1); }
+
+    /// The mode passes the umask here, which can't be asked for without changing it for all threads. The name has
+    /// nothing of the target's, which may be as long as a name can be.
+    void openTemporary(unsigned mode) {
+        do {
+            m_temporary = folder() + ".vell" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+            m_file.reset(::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode_t(mode)));
+        } while (m_file.value() < 0 && errno == EEXIST);
+        if (m_file.value() < 0)
+            fail(errno);
+    }
+
+    void syncFolder() {
+        const QByteArray name = folder();
+        const Descriptor descriptor(::open(name.isEmpty() ? "." : name.constData(), O_RDONLY | O_CLOEXEC));
+        if (descriptor.value() >= 0)
+            ::fsync(descriptor.value());
+    }
+
+    [[noreturn]] void fail(int errorNumber) {
+        const QString advice = errorNumber == ENOSPC || errorNumber == EDQUOT
+                                   ? u"空き容量を増やしてから、もう一度実行してください。元のファイルはそのままです。"_s
+                                   : u"保存先を確認してください。元のファイルはそのままです。"_s;
+        refuse(u"ファイルを保存できません。"_s, m_shownName, errorNumber, advice);
+    }
+
+    QString m_shownName;
+    QByteArray m_target;
+    QByteArray m_temporary;
+    Descriptor m_file;
+    bool m_isDone = false;
+};
+
+} // namespace
+
+void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode) {
+    Replacement replacement(file, newFileMode);
+    replacement.write(bytes);
+    replacement.commit(durability);
+}
+
+void copyFile(const QString& from, const QString& to, unsigned newFileMode) {
+    if (isSameFile(from, to))
+        return;
+    const Descriptor source(::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (source.value() < 0 || ::fstat(source.value(), &status) != 0)
+        refuse(u"ファイルをコピーできません。"_s, from, errno);
+    Replacement replacement(to, newFileMode | 0200);
+    QByteArray block(1 << 18, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t count = ::read(source.value(), block.data(), std::size_t(block.size()));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            refuse(u"ファイルをコピーできません。"_s, from, errno);
+        if (count == 0)
+            break;
+        replacement.write(QByteArrayView(block).first(count));
+    }
+    replacement.setTimes(status);
+    replacement.commit(Durability::Derived);
+}
+
+bool isSameFile(const QString& left, const QString& right) {
+    struct stat a;
+    struct stat b;
+    return ::stat(QFile::encodeName(left).constData(), &a) == 0 &&
+           ::stat(QFile::encodeName(right).constData(), &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+QByteArray readFile(const QString& file) {
+    const Descriptor source(::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (source.value() < 0 || ::fstat(source.value(), &status) != 0)
+        refuse(u"ファイルを開けません。"_s, file, errno);
+    QByteArray bytes(S_ISREG(status.st_mode) ? qsizetype(status.st_size) + 1 : 1 << 16, Qt::Uninitialized);
+    qsizetype used = 0;
+    for (;;) {
+        if (used == bytes.size())
+            bytes.resize(used * 2);
+        const ssize_t count = ::read(source.value(), bytes.data() + used, std::size_t(bytes.size() - used));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            refuse(u"ファイルを読み込めません。"_s, file, errno);
+        if (count == 0)
+            break;
+        used += count;
+    }
+    bytes.truncate(used);
+    return bytes;
+}
+
+void makeFolder(const QString& folder, unsigned mode) {
+    const QByteArray name = QFile::encodeName(folder);
+    for (qsizetype at = name.indexOf('/', 1); at >= 0; at = name.indexOf('/', at + 1))
+        ::mkdir(name.left(at).constData(), mode_t(mode));
+    if (::mkdir(name.constData(), mode_t(mode)) == 0)
+        return;
+    const int reason = errno;
+    if (!QFileInfo(folder).isDir())
+        refuse(u"フォルダを作成できません。"_s, folder, reason == EEXIST ? ENOTDIR : reason,
+               u"保存先を確認してください。"_s);
+}
+
+void removeFile(const QString& file) {
+    if (::unlink(QFile::encodeName(file).constData()) != 0 && errno != ENOENT && errno != ENOTDIR)
+        refuse(u"ファイルを削除できません。"_s, file, errno);
+}
+
+FolderLock::FolderLock(const QString& folder)
+    : m_descriptor(::open(folder.isEmpty() ? "." : QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC)) {
+    if (m_descriptor < 0)
+        refuse(u"フォルダを開けません。"_s, folder, errno);
+    while (::flock(m_descriptor, LOCK_EX) != 0) {
+        if (errno != EINTR)
+            break; // some network disks know no locks: one writer at a time is then the user's own care
+    }
+}
+
+FolderLock::~FolderLock() {
+    ::close(m_descriptor);
+}
+
+} // namespace velloria::platform

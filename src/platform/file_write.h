@@ -1,0 +1,47 @@
+// Files that another run must find whole: written to a temporary name beside the target and renamed over it.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace velloria::platform {
+
+/// Whether the bytes must have reached the disk before the rename.
+enum class Durability {
+    Derived, ///< pages: they can be made again
+    Durable, ///< settings and databases: data first, then the rename, then the folder
+};
+
+/// Replaces `file` by `bytes`. Mode and symbolic link of an existing file are kept; a new file gets `newFileMode`
+/// (POSIX permission bits, reduced by the umask). On failure the old file stays and Failure is thrown.
+void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode = 0666);
+
+/// Copies by a temporary name and rename, with the source's modification time; the copy is writable by its owner. A
+/// file copied onto itself (same file on disk) is left alone. Throws Failure when the machine refuses.
+void copyFile(const QString& from, const QString& to, unsigned newFileMode = 0666);
+
+/// Whether both names lead to one file on disk.
+bool isSameFile(const QString& left, const QString& right);
+
+/// The whole file. Throws Failure when it can't be read.
+QByteArray readFile(const QString& file);
+
+/// Makes the folder and what is missing above it. Throws Failure.
+void makeFolder(const QString& folder, unsigned mode = 0777);
+
+/// Removes the file if it is there. Throws Failure when it stays.
+void removeFile(const QString& file);
+
+/// Holds an advisory lock on a folder for its life, so that two programs change one of its files in turn.
+class FolderLock {
+public:
+    explicit FolderLock(const QString& folder);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    int m_descriptor = -1;
+};
+
+} // namespace velloria::platform

@@ -1,0 +1,44 @@
+#include "shell/genre_list.h"
+
+#include "core/text_file.h"
+#include "platform/directory.h"
+#include "platform/text_order.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+namespace {
+
+QString listFile(const core::Session& session) {
+    return platform::existingPath(session.DataPath + u"Genre.csv"_s);
+}
+
+} // namespace
+
+QStringList readGenres(const core::Session& session, const store::DiaryStore& store) {
+    if (!platform::fileExists(listFile(session)))
+        MakeGenretxt(session, store);
+    return core::readLines(listFile(session));
+}
+
+void addGenres(const core::Session& session, const store::DiaryStore& store, const QStringList& genres) {
+    QStringList known = readGenres(session, store);
+    const qsizetype before = known.size();
+    QStringList folds;
+    for (const QString& genre : known)
+        folds += platform::fold(genre);
+    for (const QString& genre : genres) {
+        if (genre.isEmpty() || folds.contains(platform::fold(genre)))
+            continue;
+        known += genre;
+        folds += platform::fold(genre);
+    }
+    if (known.size() > before)
+        core::writeLines(listFile(session), known);
+}
+
+void MakeGenretxt(const core::Session& session, const store::DiaryStore& store) {
+    core::writeLines(listFile(session), QStringList{u"一般"_s} + store.ListGenres());
+}
+
+} // namespace velloria::shell

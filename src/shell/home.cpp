@@ -1,0 +1,60 @@
+#include "shell/home.h"
+
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+namespace {
+
+/// Files that a newer program may replace in the user's copy of the program folder.
+const QStringList kRefreshed{u"*.blg"_s,     u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
+                             u"TEXT.txt"_s,  u"HTML.txt"_s, u"*.mht"_s,         u"title.bmp"_s};
+/// Files that belong to the user once they are there.
+const QStringList kSeededOnce{u"*.ini"_s};
+
+void copyMatching(const QString& from, const QString& to, const QStringList& patterns, bool replacesOlder) {
+    for (const QString& pattern : patterns) {
+        for (const QString& name : platform::listFolder(from, pattern)) {
+            const QFileInfo source(from + name);
+            const QFileInfo target(platform::existingPath(to + name));
+            const bool isMissing = !target.exists();
+            if (isMissing || (replacesOlder && source.lastModified() > target.lastModified()))
+                platform::copyFile(source.filePath(), target.filePath());
+        }
+    }
+}
+
+QString seededHome(const QString& programFolder) {
+    const QString home = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/"_s;
+    platform::makeFolder(core::GetParentFolder(home), 0700);
+    copyMatching(programFolder, home, kRefreshed, true);
+    copyMatching(programFolder, home, kSeededOnce, false);
+    return home;
+}
+
+} // namespace
+
+QString findHome(const QString& wanted, const QString& programFolder) {
+    const QString chosen = wanted.isEmpty() ? qEnvironmentVariable("VELLORIA_HOME") : wanted;
+    const QString folder = core::withSeparator(QDir(chosen.isEmpty() ? programFolder : chosen).absolutePath());
+    const QFileInfo info(folder);
+    if (!info.isDir())
+        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, {},
+                                u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s);
+    if (info.isWritable())
+        return folder;
+    if (!chosen.isEmpty())
+        throw platform::Failure(u"プログラムフォルダに書き込めません。"_s, folder, {},
+                                u"書き込めるフォルダを --home に指定してください。"_s);
+    return seededHome(folder);
+}
+
+} // namespace velloria::shell

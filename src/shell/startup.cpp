@@ -1,0 +1,242 @@
+#include "shell/startup.h"
+
+#include "core/day_key.h"
+#include "core/keys.h"
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "shell/users.h"
+#include "site/weather.h"
+#include "store/database_file.h"
+#include "store/migration.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+
+using namespace core;
+using platform::copyFile;
+using platform::existingPath;
+using platform::fileExists;
+using platform::makeFolder;
+using platform::MessageKind;
+
+namespace {
+
+/// A settings file whose path the user's "diary.ini" keeps.
+struct SettingsFile {
+    Key key;
+    QString Session::*path;
+    QLatin1StringView defaultName; ///< below the data folder
+};
+
+const std::array<SettingsFile, 5> kSettingsFiles{{
+    {keys::kCustomizeIni, &Session::CustIniFile, "Customize/Customize.ini"_L1},
+    {keys::kFrameIni, &Session::FrameIniFile, "Frame.ini"_L1},
+    {keys::kRssIni, &Session::RSSIniFile, "RSS.ini"_L1},
+    {keys::kHaloScanIni, &Session::HaloScanIniFile, "HaloScan.ini"_L1},
+    {keys::kBlogIni, &Session::BlogIniFile, "Blog.ini"_L1},
+}};
+
+/// A settings file that is no text at all would read as if every key were missing.
+void refuseBinary(const QString& file) {
+    if (fileExists(file) && platform::readFile(file).contains('\0'))
+        throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
+                                u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
+}
+
+} // namespace
+
+Startup::Startup(Session& session, platform::Desk& desk, const platform::Clock& clock)
+    : m_session(session)
+    , m_desk(desk)
+    , m_clock(clock) {}
+
+StartResult Startup::run(const QString& myPath, const std::optional<Login>& login) {
+    m_session = Session();
+    m_session.MyPath = withSeparator(myPath);
+    m_session.CurrentVersion = kProgramVersion.joined();
+    if (resolveUser(login) == StartResult::Ended)
+        return StartResult::Ended;
+    m_session.dbFileName = u"diary.mdb"_s;
+    const platform::Hourglass hourglass(m_desk);
+    if (checkDataFolder() == StartResult::Ended)
+        return StartResult::Ended;
+    checkDatabase();
+    makeWorkingFolders();
+    findSettingsFiles();
+    m_session.FavoriteFolderPath =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/Favorites/"_s;
+    m_session.Today = dayKey(m_clock.now().date());
+    m_session.EnterDay = m_session.Today;
+    findPlugins();
+    return StartResult::Ready;
+}
+
+StartResult Startup::resolveUser(const std::optional<Login>& login) {
+    const Users users(m_session.MyPath);
+    if (!users.exist()) {
+        resolveSingleUser();
+        return StartResult::Ready;
+    }
+    if (!login)
+        return StartResult::Ended;
+    users.rememberLogin(login->id);
+    if (!users.UserCheck(login->id, login->password)) {
+        m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
+        return StartResult::Ended;
+    }
+    m_session.IsLogin = true;
+    m_session.UserID = login->id;
+    m_session.UserPath = users.folder(login->id);
+    m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
+    makeFolder(GetParentFolder(m_session.UserPath), 0700);
+    readStoredPaths();
+    return StartResult::Ready;
+}
+
+void Startup::resolveSingleUser() {
+    m_session.UserPath = m_session.MyPath + u"UserData"_s + nativeSeparator();
+    makeFolder(GetParentFolder(m_session.UserPath), 0700);
+    m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
+    constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
+    if (fileExists(m_session.DiaryIniFile)) {
+        readStoredPaths();
+    } else if (fileExists(factoryFile(u"diary.ini"_s))) {
+        copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
+        readStoredPaths();
+    } else if (fileExists(factoryFile(u"default.ini"_s))) {
+        copyFactoryFile(u"default.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
+        m_session.DataPath = m_session.UserPath;
+        WriteIni(m_session.DiaryIniFile, keys::kDataPath, m_session.DataPath);
+        m_session.FilePath = m_session.DataPath;
+    }
+    const QString database = m_session.UserPath + u"diary.mdb"_s;
+    if (fileExists(database))
+        return;
+    if (fileExists(factoryFile(u"diary.mdb"_s)))
+        store::copyDatabase(factoryFile(u"diary.mdb"_s), database);
+    else if (fileExists(factoryFile(u"default.mdb"_s)))
+        copyFactoryFile(u"default.mdb"_s, database);
+}
+
+void Startup::readStoredPaths() {
+    refuseBinary(m_session.DiaryIniFile);
+    const auto folder = [this](const Key& key) {
+        const QString stored = ReadIni(m_session.DiaryIniFile, key);
+        return isAbsoluteFolder(stored) ? withSeparator(stored) : QString();
+    };
+    m_session.DataPath = folder(keys::kDataPath);
+    m_session.FilePath = folder(keys::kSaveFilePath);
+    m_session.FileName = ReadIni(m_session.DiaryIniFile, keys::kSaveFileName);
+}
+
+StartResult Startup::checkDataFolder() {
+    if (!m_session.DataPath.isEmpty() && QFileInfo(m_session.DataPath).isDir())
+        return StartResult::Ready;
+    m_desk.message(MessageKind::Critical,
+                   u"データ保存先フォルダが不正です。\r\n有効なデータ保存先フォルダを指定して下さい。"_s);
+    const std::optional<QString> folder =
+        m_desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, m_session.UserPath});
+    if (!folder || folder->isEmpty()) {
+        m_desk.message(MessageKind::Information,
+                       u"Velloriaを再起動して、データ保存先フォルダを指定してください。"_s);
+        return StartResult::Ended;
+    }
+    m_session.DataPath = withSeparator(QFileInfo(*folder).absoluteFilePath());
+    WriteIni(m_session.DiaryIniFile, keys::kDataPath, m_session.DataPath);
+    return StartResult::Ready;
+}
+
+void Startup::checkDatabase() {
+    const QString database = existingPath(m_session.databaseFile());
+    m_session.dbFileName = GetFileName(database);
+    const qint16 version = store::GetDBVersion(database);
+    if (version >= kDatabaseVersion)
+        return;
+    // Old versions had no customize files.
+    makeFolder(m_session.DataPath + u"Customize"_s);
+    if (!fileExists(m_session.DataPath + u"Customize/Customize.ini"_s))
+        copyFactoryFile(u"Customize.ini"_s, m_session.DataPath + u"Customize/Customize.ini"_s);
+    for (const SettingsFile& file : kSettingsFiles) {
+        if (file.path != &Session::RSSIniFile)
+            WriteIni(m_session.DiaryIniFile, file.key, m_session.DataPath + file.defaultName);
+    }
+    m_desk.message(MessageKind::Plain,
+                   u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
+                   u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
+    if (QFileInfo::exists(database))
+        store::backUpDatabase(database, m_session.UserPath + u"diarymdb.bak"_s);
+    constexpr std::array kMigrated{0, 100, 101, 110, 150, 200, 210};
+    if (std::find(kMigrated.begin(), kMigrated.end(), version) != kMigrated.end())
+        store::UpdateDatabase(m_session, version);
+    m_desk.message(MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
+                                       u"念のためにVelloriaを再起動してください。"_s);
+    WriteIni(m_session.DiaryIniFile, keys::kDBVersion, QString::number(kDatabaseVersion));
+}
+
+void Startup::makeWorkingFolders() {
+    const QString& data = m_session.DataPath;
+    for (const QString& name : {u"DiaryParts"_s, u"DiaryLog"_s, u"Customize"_s})
+        makeFolder(existingPath(data + name));
+    if (fileExists(factoryFile(u"Customize.ini"_s)) && !fileExists(data + u"Customize/Customize.ini"_s))
+        copyFactoryFile(u"Customize.ini"_s, existingPath(data + u"Customize"_s) + u"/Customize.ini"_s);
+    // The export formats belong to the user: one that they deleted does not come back while the folder stands.
+    if (!QFileInfo::exists(existingPath(data + u"ExportFormat"_s))) {
+        makeFolder(data + u"ExportFormat"_s);
+        for (const QString& name : {u"TEXT"_s, u"HTML"_s}) {
+            if (fileExists(factoryFile(name + u".txt"_s)))
+                copyFactoryFile(name + u".txt"_s, data + u"ExportFormat/"_s + name + u".ini"_s);
+        }
+    }
+    copyBlogTemplates();
+    if (!fileExists(data + u"DiaryParts/Shinny.gif"_s)) {
+        for (const QString& name : site::weatherPictures())
+            copyFactoryFile(name, existingPath(data + u"DiaryParts"_s) + u'/' + name);
+    }
+}
+
+void Startup::copyBlogTemplates() {
+    const QString folder = existingPath(m_session.DataPath + u"BlogTemplate"_s) + u'/';
+    makeFolder(GetParentFolder(folder));
+    for (const QString& name : platform::listFolder(m_session.MyPath, u"*.blg"_s)) {
+        const QFileInfo source(m_session.MyPath + name);
+        const QFileInfo target(existingPath(folder + GetBaseName(name) + u".ini"_s));
+        if (!target.exists() || source.lastModified() > target.lastModified())
+            copyFile(source.filePath(), target.filePath());
+    }
+}
+
+void Startup::findSettingsFiles() {
+    for (const SettingsFile& file : kSettingsFiles) {
+        QString path = ReadIni(m_session.DiaryIniFile, file.key);
+        if (!fileExists(path)) {
+            path = m_session.DataPath + file.defaultName;
+            WriteIni(m_session.DiaryIniFile, file.key, path);
+        }
+        m_session.*file.path = path;
+    }
+}
+
+void Startup::findPlugins() {
+    m_session.IsLarkportDll = fileExists(factoryFile(u"Larkport.dll"_s));
+    m_session.IsWrenportDll = fileExists(factoryFile(u"Wrenport.dll"_s));
+    m_session.IsVellInfoDll = fileExists(factoryFile(u"VellInfo.dll"_s));
+    m_session.IsChimerDll = fileExists(factoryFile(u"Chimer.dll"_s));
+}
+
+QString Startup::factoryFile(const QString& name) const {
+    return existingPath(m_session.MyPath + name);
+}
+
+void Startup::copyFactoryFile(const QString& name, const QString& target, unsigned mode) const {
+    copyFile(factoryFile(name), target, mode);
+}
+
+} // namespace velloria::shell

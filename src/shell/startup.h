@@ -1,0 +1,51 @@
+// The start of a run: user, folders, first-run files, database version, settings files.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+
+#include <optional>
+
+namespace velloria::shell {
+
+/// What the login window gives: nothing when it is cancelled.
+struct Login {
+    QString id;
+    QString password;
+};
+
+enum class StartResult {
+    Ready,
+    Ended, ///< the user cancelled, or a box has said why there is no going on
+};
+
+class Startup {
+public:
+    /// All outlive this; `session` is filled.
+    Startup(core::Session& session, platform::Desk& desk, const platform::Clock& clock);
+
+    /// The start up to the windows, with the program's folder as `myPath`. `login` counts when there is a user file.
+    /// Throws platform::Failure when a file or the database refuses.
+    StartResult run(const QString& myPath, const std::optional<Login>& login);
+
+private:
+    StartResult resolveUser(const std::optional<Login>& login);
+    void resolveSingleUser();
+    void readStoredPaths();
+    StartResult checkDataFolder();
+    void checkDatabase();
+    void makeWorkingFolders();
+    void copyBlogTemplates();
+    void findSettingsFiles();
+    void findPlugins();
+
+    QString factoryFile(const QString& name) const;
+    void copyFactoryFile(const QString& name, const QString& target, unsigned mode = 0666) const;
+
+    core::Session& m_session;
+    platform::Desk& m_desk;
+    const platform::Clock& m_clock;
+};
+
+} // namespace velloria::shell

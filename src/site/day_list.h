@@ -1,0 +1,11 @@
+// The list of entries at the top of the month page.
+#pragma once
+
+#include "site/month_run.h"
+
+namespace velloria::site {
+
+/// Prints the list, newest entry first, with links to the entries wherever their page is; nothing when it is off.
+void printDayList(Page& page, const MonthRun& run);
+
+} // namespace velloria::site

@@ -1,0 +1,157 @@
+#include "site/feeds.h"
+
+#include "convert/html_to_text.h"
+#include "core/day_key.h"
+#include "core/numbers.h"
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "site/division.h"
+#include "site/month_run.h"
+#include "site/site_keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+namespace {
+
+constexpr std::size_t kMaxItems = 10;
+constexpr qsizetype kExcerptLength = 500;
+
+/// Addresses of the entries as the feeds give them. Some of them point past the file where the entry stands: readers
+/// know the entries under these addresses, so they stay.
+class ItemAddresses {
+public:
+    ItemAddresses(const SiteSettings& settings, const QString& diaryUrl, const QStringList& publicDays)
+        : m_diaryUrl(diaryUrl)
+        , m_division(Division::read(settings))
+        , m_hasFrames(settings.isOn(keys::frame::kFrameOn)) {
+        m_hasPages = m_division.diaryDivide == 1 && m_division.useFileName2Day != 0;
+        if (m_hasPages)
+            m_division.countPages(publicDays);
+    }
+
+    QString address(const QString& day) const {
+        const int page = m_hasPages ? m_division.pageOf(day) : 0;
+        const bool isDivided = m_division.diaryDivide == 1;
+        if (page != 0 && isDivided && m_division.useFileName2Day == 1)
+            return base() + core::dayFileName(day) + u".htm#"_s + day;
+        if (page != 0 && isDivided)
+            return base() + core::twoDigits(page) + u".htm#"_s + day;
+        if (isDivided && m_hasFrames)
+            return core::GetBaseName(m_diaryUrl) + u"_D.htm#"_s + day;
+        return m_diaryUrl + u'#' + day;
+    }
+
+private:
+    /// Of a day that is not on the month file. Without frames the two forms have changed places.
+    QString base() const {
+        const bool isFolder = m_hasFrames ? m_division.useFileName2Day == 1 : m_division.useFileName2Day == 0;
+        if (isFolder)
+            return m_diaryUrl.left(m_diaryUrl.lastIndexOf(u'/') + 1);
+        return core::GetBaseName(m_diaryUrl) + (m_hasFrames ? u"_D_"_s : u"_"_s);
+    }
+
+    QString m_diaryUrl;
+    Division m_division;
+    bool m_hasFrames;
+    bool m_hasPages = false;
+};
+
+QStringList daysOf(const std::vector<store::Entry>& entries) {
+    QStringList days;
+    for (const store::Entry& entry : entries) {
+        if (days.isEmpty() || days.last() != entry.day)
+            days += entry.day;
+    }
+    return days;
+}
+
+FeedItem itemOf(const store::Entry& entry, const QString& address, const convert::clsHTML2TEXT& converter) {
+    QString html = entry.contents;
+    QString plain = converter.Execute(html);
+    plain.remove(u"\r\n"_s);
+    FeedItem item;
+    item.title = feedText(entry.title);
+    item.genre = feedText(entry.genre.isNull() ? u"一般"_s : entry.genre);
+    item.address = address;
+    item.plain = feedText(XmlEscape(plain));
+    item.excerpt = feedText(XmlEscape(plain.left(kExcerptLength)));
+    item.contents = feedText(XmlEscape(entry.contents));
+    item.publishTime = entry.publishTime;
+    return item;
+}
+
+} // namespace
+
+clsRSSreader::clsRSSreader(const core::Session& session, const SiteSettings& settings, const store::DiaryStore& store,
+                           const platform::Clock& clock)
+    : m_session(session)
+    , m_settings(settings)
+    , m_store(store)
+    , m_clock(clock) {}
+
+bool clsRSSreader::Initialize(const QString& rssIniFile) {
+    if (!platform::fileExists(rssIniFile))
+        return false;
+    m_channel.diaryUrl = m_settings.text(keys::rss::kDiaryURL);
+    m_channel.title = feedText(m_settings.text(keys::rss::kTitle, u"日記"_s));
+    m_channel.homeUrl = m_settings.text(keys::rss::kHPURL);
+    m_channel.description = feedText(m_settings.text(keys::rss::kDescription, u"日記です。"_s));
+    m_channel.managingAuthor = feedText(m_settings.text(keys::rss::kManagingAuthor));
+    m_channel.webMaster = feedText(m_settings.text(keys::rss::kWebMaster));
+    m_channel.author = feedText(m_settings.text(keys::rss::kAuthor));
+    return !m_channel.diaryUrl.isEmpty();
+}
+
+void clsRSSreader::SetFilePath(const QString& monthFile) {
+    m_filePrefix = core::GetBaseName(monthFile);
+}
+
+void clsRSSreader::MakeRSS() {
+    for (const QString& ending : endings())
+        platform::removeFile(m_filePrefix + ending);
+    const std::optional<QString> lastDay = m_store.LatestPublicDay();
+    if (!lastDay)
+        throw platform::Failure(u"公開されている日記がないので、RSSを作成できません。"_s, m_filePrefix + endings().first(), {},
+                                u"公開する日記を書くか、RSSの設定を切ってください。ページは変更されていません。"_s);
+    if (!platform::fileExists(m_session.MyPath + u"HTML2TXT_RSS.ini"_s)) {
+        // A writer stops behind the opening of its file.
+        for (const QString& ending : endings())
+            write(ending, {});
+        return;
+    }
+    const std::vector<FeedItem> items = readItems(*lastDay);
+    const QDateTime now = m_clock.now();
+    write(endings()[0], rss091(m_channel, items, now));
+    write(endings()[1], rss100(m_channel, items, now));
+    write(endings()[2], rss200(m_channel, items, now));
+    write(endings()[3], atom(m_channel, items, now));
+}
+
+const QStringList& clsRSSreader::endings() {
+    static const QStringList kEndings{u"_RSS091.xml"_s, u"_RSS100.xml"_s, u"_RSS200.xml"_s, u"_ATOM.xml"_s};
+    return kEndings;
+}
+
+std::vector<FeedItem> clsRSSreader::readItems(const QString& lastDay) const {
+    convert::clsHTML2TEXT converter;
+    converter.Initialize(platform::existingPath(m_session.MyPath + u"HTML2TXT_RSS.ini"_s));
+    const std::vector<store::Entry> entries = m_store.EntriesForFeed(lastDay.left(7));
+    const ItemAddresses addresses(m_settings, m_channel.diaryUrl, daysOf(entries));
+    std::vector<FeedItem> items;
+    for (const store::Entry& entry : entries) {
+        if (items.size() == kMaxItems)
+            break;
+        const QString address = addresses.address(entry.day) + u'_' + QString::number(entry.number);
+        items.push_back(itemOf(entry, address, converter));
+    }
+    return items;
+}
+
+void clsRSSreader::write(const QString& ending, const QString& text) const {
+    platform::replaceFile(m_filePrefix + ending, encodeFeed(text), platform::Durability::Derived);
+}
+
+} // namespace velloria::site

@@ -1,0 +1,18 @@
+// The frameset, the head of its left column, and the list of logs.
+#pragma once
+
+#include "site/month_run.h"
+#include "store/log_register.h"
+
+namespace velloria::site {
+
+/// Writes the month file as a frameset of left column and diary.
+void MakeFrameSet(MonthRun& run);
+
+/// Begins the left column anew; calendar, log list and foot follow.
+void MakeCalenderFrame(MonthRun& run, int year, int month);
+
+/// Appends the links to the logs (or their select box) to the run's calendar file.
+void MakeLogList(MonthRun& run, const store::LogRegister& logs);
+
+} // namespace velloria::site

@@ -1,0 +1,43 @@
+// Freezes a month: its page as a log page, its files beside it, its row in the list of logs.
+#pragma once
+
+#include "core/session.h"
+#include "core/upload_list.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "store/diary_store.h"
+#include "store/file_register.h"
+#include "store/log_register.h"
+
+namespace velloria::site {
+
+class LogArchive {
+public:
+    /// All outlive this.
+    LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+               const platform::Clock& clock);
+
+    /// Makes the log of `year` and `month` as typed; a month of one character gets its zero. A registered file that is
+    /// missing is told about and stays unlogged, the run goes on. Made again, a log replaces itself. Without a site
+    /// folder the log lies in the data folder alone, and the status panel says so. Throws platform::Failure; what is
+    /// done by then stays, and a further run completes it. The preview is the caller's next step.
+    void save(const QString& year, const QString& month);
+
+private:
+    void copyPages(const std::vector<core::UploadRow>& pages);
+    void archiveFilesOfMonth(const QString& year, const QString& month);
+    void archiveFile(const store::FileRow& file, const QString& month);
+    void archiveCommonFiles();
+
+    /// The roots under which logs are kept: the site folder, when there is one, and the data folder.
+    QStringList roots() const;
+
+    const core::Session& m_session;
+    const store::DiaryStore& m_store;
+    platform::Desk& m_desk;
+    const platform::Clock& m_clock;
+    store::FileRegister m_files;
+    store::LogRegister m_logs;
+};
+
+} // namespace velloria::site

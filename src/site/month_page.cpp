@@ -1,0 +1,178 @@
+#include "site/month_page.h"
+
+#include "core/date_forms.h"
+#include "core/day_key.h"
+#include "core/path_names.h"
+#include "core/upload_list.h"
+#include "platform/file_write.h"
+#include "site/calendar_page.h"
+#include "site/day_list.h"
+#include "site/entry_page.h"
+#include "site/feeds.h"
+#include "site/frames.h"
+#include "site/page_head.h"
+#include "site/site_keys.h"
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+namespace {
+
+/// The month as a date; nothing for a text such as "2004/ab", of which a page is made all the same.
+std::optional<QDate> dateOf(const QString& yearMonth, int yearNow) {
+    const auto date = core::parseDate(yearMonth, yearNow);
+    return date ? std::optional(date->date()) : std::nullopt;
+}
+
+void printHeading(Page& page, const MonthRun& run, const std::optional<QDate>& month) {
+    const QString year = month ? QString::number(month->year()) : run.yearMonth.section(u'/', 0, 0);
+    const QString number = month ? QString::number(month->month()) : run.yearMonth.section(u'/', 1);
+    page.print(u"<a name=this_month></a><H3 align="_s, run.settings.text(keys::general::kTitleAlign),
+               u"><a name=TOP>"_s, year, u"年"_s, number, u"月分</a></H3>"_s);
+    page.print();
+}
+
+} // namespace
+
+MonthPage::MonthPage(const core::Session& session, const store::DiaryStore& store, const platform::Clock& clock)
+    : m_session(session)
+    , m_store(store)
+    , m_clock(clock)
+    , m_logs(session.databaseFile()) {}
+
+void MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind, MakeList makeList,
+                         WithPrivate withPrivate) {
+    const SiteSettings settings(m_session);
+    Pages pages;
+    MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
+    // The feeds come first: without a public entry the run ends here and touches no page.
+    makeFeeds(run);
+    readDivision(run);
+    readEntries(run, withPrivate);
+    chooseFiles(run);
+
+    Page& page = pages.create(run.diaryFile);
+    printHead(page, run);
+    printHeading(page, run, dateOf(yearMonth, m_clock.now().date().year()));
+    printCalendar(run, page);
+    printDayList(pages.append(run.diaryFile), run);
+    printEntries(run);
+    if (pageKind == PageKind::Current && settings.isOn(keys::general::kUseLog))
+        MakeLogList(run, m_logs);
+    printFoot(run);
+    if (makeList == MakeList::Yes)
+        writeList(run);
+}
+
+void MonthPage::makeFeeds(MonthRun& run) const {
+    if (run.pageKind != PageKind::Current || !run.settings.isOn(keys::rss::kRSSOn))
+        return;
+    clsRSSreader feeds(m_session, run.settings, m_store, m_clock);
+    run.rssOn = feeds.Initialize(m_session.RSSIniFile);
+    if (!run.rssOn)
+        return;
+    feeds.SetFilePath(run.path);
+    run.feedBase = core::GetBaseName(feeds.GetDiaryURL());
+    feeds.MakeRSS();
+}
+
+void MonthPage::readDivision(MonthRun& run) const {
+    const bool isCurrent = run.pageKind == PageKind::Current;
+    if (isCurrent || run.settings.isOn(keys::divide::kLogDivide))
+        run.division = Division::read(run.settings);
+    // A preview with private entries must not take the name of a day page that the upload sends to the server.
+    const QString name = core::GetFileName(run.path);
+    if ((name == u"tmp.htm"_s || name == u"Customize.htm"_s) &&
+        platform::isSameFile(core::GetParentFolder(run.path), m_session.FilePath))
+        run.division.useFileName2Day = 0;
+    run.frameOn = isCurrent && run.settings.isOn(keys::frame::kFrameOn);
+}
+
+void MonthPage::readEntries(MonthRun& run, WithPrivate withPrivate) const {
+    run.entries = withPrivate == WithPrivate::Yes ? m_store.EntriesOfMonth(run.yearMonth)
+                                                  : m_store.PublicEntriesOfMonth(run.yearMonth);
+    for (const store::Entry& entry : run.entries) {
+        if (run.days.isEmpty() || run.days.last() != entry.day)
+            run.days += entry.day;
+    }
+    run.division.countPages(run.days);
+}
+
+void MonthPage::chooseFiles(MonthRun& run) const {
+    if (run.frameOn) {
+        run.diaryFile = core::GetBaseName(run.path) + u"_D.htm"_s;
+        run.calenderFile = core::GetBaseName(run.path) + u"_C.htm"_s;
+        MakeFrameSet(run);
+    } else {
+        run.diaryFile = run.path;
+        run.calenderFile = run.path;
+    }
+}
+
+void MonthPage::printCalendar(MonthRun& run, Page& page) const {
+    const std::optional<QDate> month = dateOf(run.yearMonth, m_clock.now().date().year());
+    if (!month)
+        return;
+    if (run.frameOn) {
+        MakeCalenderFrame(run, month->year(), month->month());
+        MakeCalender(run, month->year(), month->month(), u"DIARY"_s);
+    } else if (run.settings.isOn(keys::calender::kUse)) {
+        MakeCalender(run, month->year(), month->month(), u"_self"_s);
+        page.print(u"<BR>"_s);
+    }
+}
+
+void MonthPage::printEntries(MonthRun& run) const {
+    const Division& division = run.division;
+    if (division.diaryDivide == 0 || division.diaryOnTop == 1) {
+        Page& page = run.pages.append(run.diaryFile);
+        page.print(u"<HR>"_s);
+        page.print();
+        MakeDiaryPage(run, PageMode::Append, 0);
+    }
+    if (division.diaryDivide != 0) {
+        for (int page = 1; page <= division.lastPage; ++page)
+            MakeDiaryPage(run, PageMode::New, page);
+    }
+}
+
+void MonthPage::printFoot(MonthRun& run) const {
+    if (run.frameOn) {
+        Page& column = run.pages.append(run.calenderFile);
+        column.print(run.settings.piece(keys::calender_window::kDownText));
+        column.print(u"</BODY>\r\n</HTML>"_s);
+        run.pages.commit(run.calenderFile);
+    }
+    printTail(run.pages.append(run.diaryFile), run);
+    run.pages.commit(run.diaryFile);
+}
+
+void MonthPage::writeList(const MonthRun& run) const {
+    const QString folder = core::GetParentFolder(run.path);
+    const QString base = core::GetBaseName(core::GetFileName(run.path));
+    std::vector<core::UploadRow> rows;
+    if (run.rssOn) {
+        for (const QString& ending : clsRSSreader::endings())
+            rows.push_back({folder, base + ending});
+    }
+    rows.push_back({folder, core::GetFileName(run.path)});
+    if (run.frameOn) {
+        rows.push_back({folder, core::GetFileName(run.diaryFile)});
+        rows.push_back({folder, core::GetFileName(run.calenderFile)});
+    }
+    const Division& division = run.division;
+    if (division.diaryDivide == 1 && division.useFileName2Day != 1) {
+        for (int page = 1; page <= division.lastPage; ++page)
+            rows.push_back({folder, dividedPageName(run.diaryFile, page)});
+    } else if (division.diaryDivide == 1) {
+        // With the first page on the month file the newest day has no page of its own.
+        for (qsizetype i = division.diaryOnTop == 1 ? 1 : 0; i < run.days.size(); ++i)
+            rows.push_back({folder, core::dayFileName(run.days[i]) + u".htm"_s});
+    }
+    const QString list = run.pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
+    core::writeUploadList(m_session.UserPath + list, rows);
+}
+
+} // namespace velloria::site

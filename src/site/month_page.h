@@ -1,0 +1,40 @@
+// The generator: everything that belongs to one month of the site.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "site/month_run.h"
+#include "store/diary_store.h"
+#include "store/log_register.h"
+
+namespace velloria::site {
+
+/// Settings are read afresh at each call, and nothing is kept between calls. Each page is built whole and put in place
+/// when it is done: divided pages first, the month file last. Throws platform::Failure; what was not done stays old.
+class MonthPage {
+public:
+    /// All outlive this.
+    MonthPage(const core::Session& session, const store::DiaryStore& store, const platform::Clock& clock);
+
+    /// Writes the month `yearMonth` ("yyyy/mm") to `path` with all that hangs on it: frames, divided pages and, for a
+    /// current page, the feeds; with MakeList::Yes also the list of these files for the upload.
+    void MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind, MakeList makeList,
+                  WithPrivate withPrivate);
+
+private:
+    void readEntries(MonthRun& run, WithPrivate withPrivate) const;
+    void makeFeeds(MonthRun& run) const;
+    void readDivision(MonthRun& run) const;
+    void chooseFiles(MonthRun& run) const;
+    void printCalendar(MonthRun& run, Page& page) const;
+    void printEntries(MonthRun& run) const;
+    void printFoot(MonthRun& run) const;
+    void writeList(const MonthRun& run) const;
+
+    const core::Session& m_session;
+    const store::DiaryStore& m_store;
+    const platform::Clock& m_clock;
+    store::LogRegister m_logs;
+};
+
+} // namespace velloria::site

@@ -1,0 +1,40 @@
+// What all routines of one run of the generator share.
+#pragma once
+
+#include "core/session.h"
+#include "site/division.h"
+#include "site/page.h"
+#include "site/site_settings.h"
+#include "store/entry.h"
+
+#include <vector>
+
+namespace velloria::site {
+
+enum class PageKind { Current = 1, Log = 2 };
+enum class MakeList { No, Yes };
+enum class WithPrivate { No, Yes };
+
+/// One month on its way to its files.
+struct MonthRun {
+    const core::Session& session;
+    const SiteSettings& settings;
+    Pages& pages;
+    QString path;      ///< the month file, with its extension
+    QString yearMonth; ///< "yyyy/mm"
+    PageKind pageKind = PageKind::Current;
+
+    std::vector<store::Entry> entries{}; ///< of the month, newest day and highest number first; private ones left out or not
+    QStringList days{};                  ///< days with such entries, newest first
+    Division division{};
+    bool frameOn = false;
+    bool rssOn = false;
+    QString feedBase{};     ///< address of the month file without its extension: prefix of the feeds' addresses
+    QString diaryFile{};    ///< takes the diary text
+    QString calenderFile{}; ///< takes calendar and log list
+};
+
+/// Name of a divided page that hangs on `diaryFile`: "x_01.htm".
+QString dividedPageName(const QString& diaryFile, int page);
+
+} // namespace velloria::site

@@ -1,0 +1,101 @@
+#include "site/same_day_page.h"
+
+#include "site/entry_look.h"
+#include "site/page.h"
+#include "site/site_keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+namespace {
+
+constexpr char16_t kTopLink[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
+
+void printHead(Page& page, const SiteSettings& settings, const QString& day) {
+    page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, day.sliced(5), u"の日記</TITLE></HEAD>"_s);
+    page.print(u"<BODY TEXT='"_s, settings.text(keys::body::kTextColor), u"' BGCOLOR='"_s,
+               settings.text(keys::body::kBackColor), u"' background='"_s, settings.text(keys::body::kBackImage),
+               u"'>"_s);
+    // The window that shows the page catches this navigation and closes itself.
+    page.print(u"<p align=center><INPUT type=button name=Close value=\"Close Window\">\r\n"_s,
+               u"<SCRIPT LANGUAGE=\"VBScript\">\r\n"_s, u"Sub Close_OnClick()\r\n"_s,
+               u"location.HREF = \"Event:Close\"\r\n"_s, u"End Sub\r\n"_s, u"</SCRIPT>\r\n"_s, u"</p>"_s);
+}
+
+void printList(Page& page, const SiteSettings& settings, const std::vector<store::Entry>& entries) {
+    const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
+    for (const store::Entry& entry : entries) {
+        if (hasTitles)
+            page.print(u"<a href=\"#"_s, entry.day, u"\">"_s, entry.day, u"</a>　"_s, entry.title, u"<br>"_s);
+        else
+            page.print(u"<a href=\"#"_s, entry.day, u"\">"_s, entry.day, u"</a><br>"_s);
+    }
+    if (entries.empty())
+        page.print(u"以前の同じ日の日記はありません。"_s);
+    page.print(u"</div><hr>"_s);
+    page.print();
+}
+
+void printNormal(Page& page, const SiteSettings& settings, const store::Entry& entry) {
+    page.print(u"<H3 ALIGN="_s, settings.text(keys::general::kDayTitleAlign), u" STYLE=\"COLOR:"_s,
+               settings.text(keys::contents::kTitleFTColor), u";BACKGROUND:"_s,
+               settings.text(keys::contents::kTitleBGColor), u"\"><A NAME=\""_s, entry.day, u"\">"_s, entry.title,
+               u"("_s, entry.day, u")</A></H3>"_s);
+    page.print(u"<DIV STYLE=\"COLOR:"_s, settings.text(keys::contents::kContentsFTColor), u";BACKGROUND:"_s,
+               settings.text(keys::contents::kContentsBGColor), u"\" align="_s,
+               settings.text(keys::contents::kDayContentsAlign), u">"_s);
+    if (!entry.contents.isNull())
+        page.print(entry.contents);
+    if (!entry.extend.isNull()) {
+        page.print(u"<BR>"_s);
+        page.print(entry.extend);
+    }
+    page.print(u"</DIV>"_s);
+    page.print(QStringView(kTopLink));
+}
+
+void printTable(Page& page, const SiteSettings& settings, const QString& tableLine, const store::Entry& entry) {
+    page.print(u"<DIV ALIGN="_s, settings.text(keys::contents::kDayContentsAlign), u">"_s);
+    page.print(tableLine);
+    page.print(u"<TR><TD ALIGN="_s, settings.text(keys::general::kDayTitleAlign), u" BGCOLOR="_s,
+               settings.text(keys::contents::kTitleBGColor), u"><A NAME=\""_s, entry.day, u"\"><FONT COLOR="_s,
+               settings.text(keys::contents::kTitleFTColor), u">"_s, entry.title,
+               u"</FONT></TD><TD ALIGN=RIGHT BGCOLOR="_s, settings.text(keys::contents::kDayBGColor), u"><FONT COLOR="_s,
+               settings.text(keys::contents::kDayFTColor), u">"_s, entry.day, u"</a></FONT></TD></TR>"_s);
+    page.print(u"<TR><TD COLSPAN=2 BGCOLOR="_s, settings.text(keys::contents::kContentsBGColor), u"><FONT COLOR="_s,
+               settings.text(keys::contents::kContentsFTColor), u">"_s);
+    if (!entry.contents.isNull())
+        page.print(entry.contents);
+    if (!entry.extend.isNull())
+        page.print(u"<br>"_s, entry.extend, u"</FONT></TD></TR>"_s);
+    else
+        page.print(u"</FONT></TD></TR>"_s);
+    page.print(u"</TABLE></DIV>"_s);
+    page.print(QStringView(kTopLink), u"<BR>"_s);
+}
+
+} // namespace
+
+int MakeSameDayPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
+                    const QString& day) {
+    const SiteSettings settings(session);
+    const std::vector<store::Entry> entries = store.SameDayEntries(day);
+    const bool isTable = settings.text(keys::contents::kHTMLType) == u"1"_s;
+    const QString tableLine = entryTableLine(settings);
+    Pages pages;
+    Page& page = pages.create(path);
+    printHead(page, settings, day);
+    if (settings.number(keys::day_list::kUse) != 0)
+        printList(page, settings, entries);
+    for (const store::Entry& entry : entries) {
+        if (isTable)
+            printTable(page, settings, tableLine, entry);
+        else
+            printNormal(page, settings, entry);
+    }
+    page.print(u"</BODY></HTML>"_s);
+    pages.commit(path);
+    return int(entries.size());
+}
+
+} // namespace velloria::site

@@ -1,0 +1,146 @@
+#include "site/save_html.h"
+
+#include "core/day_key.h"
+#include "core/keys.h"
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "site/month_page.h"
+#include "site/weather.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+namespace {
+
+/// Whether a site of this name in the data folder would be overwritten by a local page, private entries and all.
+bool isLocalPageName(const QString& fileName) {
+    const QString base = core::GetBaseName(fileName).toLower();
+    static const QStringList kNames{u"tmp"_s, u"customize"_s, u"oldtmp"_s, u"findtmp"_s, u"vellinfo_result"_s};
+    return kNames.contains(base) || base.startsWith(u"tmp_"_s) || base.startsWith(u"customize_"_s);
+}
+
+} // namespace
+
+SaveHtml::SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+                   const platform::Clock& clock)
+    : m_session(session)
+    , m_store(store)
+    , m_desk(desk)
+    , m_clock(clock)
+    , m_files(session.databaseFile()) {}
+
+Outcome SaveHtml::saveCommand() {
+    if (m_session.FilePath.isEmpty() || m_session.FileName.isEmpty())
+        return saveAsCommand();
+    SaveHTML();
+    return Outcome::Done;
+}
+
+Outcome SaveHtml::saveAsCommand() {
+    return saveTo([this] { return chooseTarget() == Outcome::Done; });
+}
+
+Outcome SaveHtml::saveAs(const QString& path) {
+    return saveTo([&] { return takeTarget(path); });
+}
+
+Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
+    const QString oldPath = m_session.FilePath;
+    const QString oldName = m_session.FileName;
+    try {
+        if (!takeTarget())
+            return Outcome::Refused;
+        SaveHTML();
+    } catch (...) {
+        m_session.FilePath = oldPath;
+        m_session.FileName = oldName;
+        throw;
+    }
+    return Outcome::Done;
+}
+
+Outcome SaveHtml::chooseTarget() {
+    const std::optional<QString> path =
+        m_desk.choosePath({platform::PathMode::Save, u"日記の書き出し..."_s, u"HTML Files(*.htm;*.html)|*.htm;*html|"_s,
+                           m_session.FilePath});
+    return path && !path->isEmpty() && takeTarget(*path) ? Outcome::Done : Outcome::Refused;
+}
+
+bool SaveHtml::takeTarget(const QString& path) {
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const QString folder = core::withSeparator(core::GetParentFolder(absolute));
+    const QString name = core::GetFileName(absolute);
+    platform::makeFolder(core::GetParentFolder(folder));
+    if (platform::isSameFile(folder, m_session.DataPath)) {
+        if (isLocalPageName(name)) {
+            m_desk.message(platform::MessageKind::Critical,
+                           u"「%1」はプレビューなどに使われる名前です。\r\n別の名前かフォルダを指定してください。"_s.arg(name));
+            return false;
+        }
+        if (m_session.IsLogin)
+            m_desk.status(u"データフォルダに保存したページは、終了時に削除されます。"_s);
+    }
+    m_session.FilePath = folder;
+    m_session.FileName = name;
+    return true;
+}
+
+void SaveHtml::SaveHTML() {
+    const platform::Hourglass hourglass(m_desk);
+    if (!m_session.FileName.endsWith(u".htm"_s) && !m_session.FileName.endsWith(u".html"_s))
+        m_session.FileName += u".htm"_s;
+    MonthPage(m_session, m_store, m_clock)
+        .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
+                  MakeList::Yes, WithPrivate::No);
+    platform::makeFolder(m_session.FilePath + u"DiaryParts"_s);
+    placeWeatherPictures();
+    for (const QString& name : m_files.FilesOfMonth(core::monthOf(m_session.Today)))
+        copyPart(name);
+    for (const QString& name : m_files.CommonFilesToUpload())
+        copyPart(name);
+    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFileName, m_session.FileName);
+    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFilePath, m_session.FilePath);
+    m_desk.status(u"HTMLファイル "_s + m_session.FilePath + m_session.FileName + u" を保存しました。"_s);
+}
+
+void SaveHtml::placeWeatherPictures() {
+    for (const QString& name : weatherPictures()) {
+        const QString source = platform::existingPath(m_session.DataPath + u"DiaryParts/"_s + name);
+        const QString target = m_session.FilePath + u"DiaryParts/"_s + name;
+        if (!QFileInfo::exists(source) || platform::fileExists(target))
+            continue;
+        platform::copyFile(source, target);
+        bool isRegistered = false;
+        for (const store::FileRow& row : m_files.FindFile(name))
+            isRegistered = isRegistered || row.day == store::kAllDays;
+        if (!isRegistered)
+            m_files.AddFile({0, name, store::kAllDays, 0, false, false});
+    }
+}
+
+void SaveHtml::copyPart(const QString& name) {
+    const QString source = m_session.DataPath + u"DiaryParts/"_s + name;
+    const QString target = m_session.FilePath + u"DiaryParts/"_s + name;
+    m_desk.status(u"Copying "_s + source);
+    if (platform::fileExists(source) && !platform::fileExists(target))
+        platform::copyFile(platform::existingPath(source), target);
+}
+
+void SaveHtml::SaveTmpFile() {
+    const platform::Hourglass hourglass(m_desk);
+    MonthPage(m_session, m_store, m_clock)
+        .MakeHTML(m_session.DataPath + u"tmp.htm"_s, core::monthOf(m_session.EnterDay), PageKind::Current, MakeList::No,
+                  WithPrivate::Yes);
+}
+
+void SaveHtml::previewStep() {
+    SaveTmpFile();
+    m_desk.status(u"Webページ表示中..."_s);
+    m_desk.navigate(m_session.DataPath + u"tmp.htm#"_s + m_session.EnterDay);
+}
+
+} // namespace velloria::site

@@ -1,0 +1,57 @@
+// The commands that turn the diary into files: Save HTML, Save HTML As, and the preview.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "store/diary_store.h"
+#include "store/file_register.h"
+
+#include <functional>
+
+namespace velloria::site {
+
+enum class Outcome { Done, Refused };
+
+class SaveHtml {
+public:
+    /// All outlive this. A Save As changes `FilePath` and `FileName` of the session.
+    SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk, const platform::Clock& clock);
+
+    /// The command Save HTML: without a known target as Save HTML As.
+    Outcome saveCommand();
+
+    /// The command Save HTML As: asks where and saves there. Outcome::Refused when the dialog is cancelled or the
+    /// chosen name would be overwritten by a local page.
+    Outcome saveAsCommand();
+
+    /// Save HTML As to a path that is known. A path without a folder that exists gets one.
+    Outcome saveAs(const QString& path);
+
+    /// Asks for the target and takes it over without saving; the settings learn it with the next SaveHTML.
+    Outcome chooseTarget();
+
+    /// Writes the month of `Today` with its feeds, upload list and files. Throws platform::Failure.
+    void SaveHTML();
+
+    /// Writes the preview "tmp.htm": the month of `EnterDay` with private entries. Throws platform::Failure.
+    void SaveTmpFile();
+
+    /// The preview step of many commands: the preview, and the browser to `EnterDay` in it.
+    void previewStep();
+
+private:
+    /// Takes the target over and saves there; a failure brings the old target back.
+    Outcome saveTo(const std::function<bool()>& takeTarget);
+    bool takeTarget(const QString& path);
+    void placeWeatherPictures();
+    void copyPart(const QString& name);
+
+    core::Session& m_session;
+    const store::DiaryStore& m_store;
+    platform::Desk& m_desk;
+    const platform::Clock& m_clock;
+    store::FileRegister m_files;
+};
+
+} // namespace velloria::site

@@ -1,0 +1,25 @@
+// The whole site anew: all past months as logs, then the current month.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "site/save_html.h"
+#include "store/diary_store.h"
+
+namespace velloria::site {
+
+/// What a rebuild did.
+struct RebuildResult {
+    Outcome outcome = Outcome::Done; ///< Refused: nobody said where the site is to lie
+    int logs = 0;                    ///< months that became logs
+    int failures = 0;                ///< months that failed and were told about
+};
+
+/// Archives each month that has entries and lies before the month of `Today`, oldest first, then saves the month of
+/// `Today`, then makes one preview. `from` and `to` ("yyyy/mm", "" for no limit) limit the months, the current one
+/// too. A month that fails is told about and the rest goes on.
+RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+                          const platform::Clock& clock, const QString& from, const QString& to);
+
+} // namespace velloria::site

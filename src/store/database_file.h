@@ -1,0 +1,23 @@
+// The database as a file: its version, its backup, its health.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace velloria::store {
+
+/// The version of the diary database at `path`, 0 when the file does not exist or has no table DBInfo. Opens read-only
+/// and never makes a file. Throws platform::Failure for a file that is no diary database.
+qint16 GetDBVersion(const QString& path);
+
+/// Copies the diary database to `backup`; the backups that lie there move on to `backup`.1 to .3. The source is
+/// checked first, so a file that is no diary never takes the place of a good backup. Throws platform::Failure.
+void backUpDatabase(const QString& path, const QString& backup);
+
+/// Copies a diary database, settled first: a journal that was left behind is rolled back, none is copied.
+void copyDatabase(const QString& from, const QString& to);
+
+/// What is wrong with the diary, a line each; nothing when all is well. Changes nothing.
+QStringList checkDatabase(const QString& path);
+
+} // namespace velloria::store

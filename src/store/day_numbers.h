@@ -1,0 +1,28 @@
+// The numbers of a day's entries within a transaction: 1 to n, no gaps.
+#pragma once
+
+#include "store/sqlite/statement.h"
+
+namespace velloria::store {
+
+/// Works on the connection of a transaction that is under way.
+class DayNumbers {
+public:
+    explicit DayNumbers(const sqlite::Connection& connection);
+
+    /// Renumbers the day from 1 in the order of number and row, unless that is how it stands.
+    void repair(const QString& day);
+
+    /// The number of the next entry, behind a repair.
+    int nextNumber(const QString& day);
+
+private:
+    /// How many entries the day has, and whether their numbers are 1 to that.
+    int count(const QString& day, bool& isInOrder);
+
+    sqlite::Statement m_count;
+    sqlite::Statement m_rows;
+    sqlite::Statement m_setNumber;
+};
+
+} // namespace velloria::store

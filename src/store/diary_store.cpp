@@ -1,0 +1,364 @@
+#include "store/diary_store.h"
+
+#include "store/day_numbers.h"
+#include "store/sqlite/connection.h"
+#include "store/sqlite/literal.h"
+#include "store/sqlite/statement.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::store {
+
+using sqlite::Access;
+using sqlite::Connection;
+using sqlite::literal;
+using sqlite::Statement;
+using sqlite::Transaction;
+
+namespace {
+
+constexpr char kAllColumns[] = "SELECT Day, Number, Title, Contents, Extend, Excerpt, Weather, Genre, PublishTime, "
+                               "Private, ImportMark, RecordID FROM Contents ";
+constexpr int kRecordIdColumn = 11;
+
+Entry readEntry(const Statement& row) {
+    Entry entry;
+    entry.day = row.text(0);
+    entry.number = row.integer(1);
+    entry.title = row.text(2);
+    entry.contents = row.text(3);
+    entry.extend = row.text(4);
+    entry.excerpt = row.text(5);
+    entry.weather = row.text(6);
+    entry.genre = row.text(7);
+    entry.publishTime = row.text(8);
+    entry.isPrivate = row.boolean(9);
+    entry.importMark = row.text(10);
+    return entry;
+}
+
+std::vector<Entry> readEntries(Statement& rows) {
+    std::vector<Entry> entries;
+    while (rows.next())
+        entries.push_back(readEntry(rows));
+    return entries;
+}
+
+QStringList readTexts(Statement& rows) {
+    QStringList texts;
+    while (rows.next())
+        texts += rows.text(0);
+    return texts;
+}
+
+std::vector<EntryKey> readKeys(Statement& rows) {
+    std::vector<EntryKey> keys;
+    while (rows.next())
+        keys.push_back({rows.text(0), rows.integer(1)});
+    return keys;
+}
+
+/// Rows of one month (or any beginning of a day key): `head` WHERE the month, then `tail`.
+template <typename Read>
+auto readMonth(const QString& file, const QString& month, const QByteArray& head, const QByteArray& tail, Read read) {
+    const sqlite::MonthCondition condition = sqlite::daysBeginningWith(file, month);
+    const Connection connection(file, Access::ReadOnly);
+    Statement rows(connection, head + "WHERE " + condition.sql + tail);
+    rows.bind(condition.first, condition.second);
+    return read(rows);
+}
+
+/// Writes one entry after the other over prepared statements.
+class EntryWriter {
+public:
+    explicit EntryWriter(Connection& connection)
+        : m_numbers(connection)
+        , m_find(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2 ORDER BY RecordID LIMIT 1")
+        , m_insert(connection, "INSERT INTO Contents (Day, Title, Contents, Extend, Excerpt, Weather, Genre, Number, "
+                               "PublishTime, Private, ImportMark) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, "
+                               "coalesce(?11, ''))")
+        , m_update(connection, "UPDATE Contents SET Title = ?1, Contents = ?2, Extend = ?3, Excerpt = ?4, "
+                               "Weather = ?5, Genre = ?6, PublishTime = ?7, Private = ?8, "
+                               "ImportMark = coalesce(?9, ImportMark) WHERE RecordID = ?10")
+        , m_lastRow(connection, "SELECT last_insert_rowid()")
+        , m_numberOfRow(connection, "SELECT Number FROM Contents WHERE RecordID = ?1") {}
+
+    /// Returns the row's RecordID. A null import mark keeps the one that stands there.
+    qint64 write(Entry& entry, const std::function<void(const Entry&)>& overwritten) {
+        if (entry.number == 0)
+            entry.number = m_numbers.nextNumber(entry.day);
+        m_touchedDays.insert(entry.day);
+        m_find.bind(entry.day, entry.number);
+        if (m_find.next()) {
+            const qint64 record = m_find.integer64(kRecordIdColumn);
+            if (overwritten)
+                overwritten(readEntry(m_find));
+            m_find.reset();
+            m_update.bind(entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
+                          entry.publishTime, entry.isPrivate, entry.importMark, record);
+            m_update.run();
+            return record;
+        }
+        m_find.reset();
+        m_insert.bind(entry.day, entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
+                      entry.number, entry.publishTime, entry.isPrivate, entry.importMark);
+        m_insert.run();
+        m_lastRow.next();
+        const qint64 record = m_lastRow.integer64(0);
+        m_lastRow.reset();
+        return record;
+    }
+
+    void repairTouchedDays() {
+        for (const QString& day : std::as_const(m_touchedDays))
+            m_numbers.repair(day);
+    }
+
+    int numberOf(qint64 record) {
+        m_numberOfRow.bind(record);
+        m_numberOfRow.next();
+        const int number = m_numberOfRow.integer(0);
+        m_numberOfRow.reset();
+        return number;
+    }
+
+private:
+    DayNumbers m_numbers;
+    Statement m_find;
+    Statement m_insert;
+    Statement m_update;
+    Statement m_lastRow;
+    Statement m_numberOfRow;
+    QSet<QString> m_touchedDays;
+};
+
+} // namespace
+
+DiaryStore::DiaryStore(QString file, const platform::Clock& clock) : m_file(std::move(file)), m_clock(clock) {}
+
+QString DiaryStore::present() const {
+    return m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
+}
+
+std::vector<Entry> DiaryStore::LoadDay(const QString& day) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY Number DESC, RecordID DESC");
+    rows.bind(literal(m_file, day));
+    return readEntries(rows);
+}
+
+std::optional<Entry> DiaryStore::LoadEntry(const QString& day, int number) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Number = ?1 AND Day = ?2 ORDER BY RecordID");
+    rows.bind(number, literal(m_file, day));
+    if (!rows.next())
+        return std::nullopt;
+    return readEntry(rows);
+}
+
+void DiaryStore::SaveEntry(const Entry& entry) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    Entry stamped = entry;
+    literal(m_file, stamped.day);
+    stamped.publishTime = present();
+    stamped.importMark = QString();
+    EntryWriter(connection).write(stamped, {});
+    transaction.commit();
+}
+
+std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
+                                              const std::function<void(const Entry&)>& overwritten) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    EntryWriter writer(connection);
+    std::vector<qint64> records;
+    records.reserve(entries.size());
+    for (Entry& entry : entries) {
+        literal(m_file, entry.day);
+        if (publishTime == PublishTime::Now || entry.publishTime.isNull())
+            entry.publishTime = present();
+        if (publishTime == PublishTime::Now)
+            entry.importMark = QString();
+        records.push_back(writer.write(entry, overwritten));
+    }
+    writer.repairTouchedDays();
+    std::vector<EntryKey> keys;
+    keys.reserve(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        keys.push_back({entries[i].day, writer.numberOf(records[i])});
+    transaction.commit();
+    return keys;
+}
+
+void DiaryStore::DeleteEntry(const QString& day, int number, const std::function<void(const Entry&)>& deleted) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2");
+    rows.bind(literal(m_file, day), number);
+    for (const Entry& entry : readEntries(rows)) {
+        if (deleted)
+            deleted(entry);
+    }
+    Statement(connection, "DELETE FROM Contents WHERE Day = ?1 AND Number = ?2").bind(day, number).run();
+    DayNumbers(connection).repair(day);
+    transaction.commit();
+}
+
+void DiaryStore::DeleteImportBatch(const QString& mark, const std::function<void(const Entry&)>& deleted) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Fold(ImportMark) = Fold(?1) ORDER BY Day, Number");
+    rows.bind(literal(m_file, mark));
+    QSet<QString> days;
+    for (const Entry& entry : readEntries(rows)) {
+        if (deleted)
+            deleted(entry);
+        days.insert(entry.day);
+    }
+    Statement(connection, "DELETE FROM Contents WHERE Fold(ImportMark) = Fold(?1)").bind(mark).run();
+    DayNumbers numbers(connection);
+    for (const QString& day : std::as_const(days))
+        numbers.repair(day);
+    transaction.commit();
+}
+
+void DiaryStore::RepairDay(const QString& day) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    DayNumbers(connection).repair(literal(m_file, day));
+    transaction.commit();
+}
+
+QStringList DiaryStore::ListImportBatches() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT ImportMark FROM Contents WHERE RecordID IN (SELECT min(RecordID) FROM Contents "
+                               "WHERE ImportMark <> '' GROUP BY Fold(ImportMark)) ORDER BY ImportMark COLLATE JET DESC");
+    return readTexts(rows);
+}
+
+QStringList DiaryStore::ListGenres() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT Genre FROM Contents WHERE RecordID IN (SELECT min(RecordID) FROM Contents "
+                               "WHERE Fold(Genre) <> Fold(?1) GROUP BY Fold(Genre)) ORDER BY Genre COLLATE JET");
+    rows.bind(u"一般"_s);
+    return readTexts(rows);
+}
+
+QStringList DiaryStore::ListGenresByUse() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT Genre, count(RecordID), min(RecordID) FROM Contents GROUP BY Fold(Genre) "
+                               "ORDER BY 2 DESC, 3");
+    return readTexts(rows);
+}
+
+int DiaryStore::SameDayInOtherYears(const QString& day) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT count(*) FROM Contents WHERE substr(Day, -6) = ?1 AND Day <> ?2");
+    rows.bind(literal(m_file, day).sliced(4), day);
+    rows.next();
+    return rows.integer(0);
+}
+
+std::vector<Entry> DiaryStore::SameDayEntries(const QString& day) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, QByteArray(kAllColumns) +
+                                   "WHERE substr(Day, -6) = ?1 AND Day <> ?2 ORDER BY Day DESC, Number, RecordID");
+    rows.bind(literal(m_file, day).sliced(4), day);
+    return readEntries(rows);
+}
+
+QStringList DiaryStore::DaysOfMonth(const QString& month) const {
+    return readMonth(m_file, month, "SELECT Day FROM Contents ", " GROUP BY Day ORDER BY Day", readTexts);
+}
+
+QStringList DiaryStore::PublicDaysOfMonth(const QString& month) const {
+    return readMonth(m_file, month, "SELECT Day FROM Contents ", " AND Private = 0 GROUP BY Day ORDER BY Day",
+                     readTexts);
+}
+
+std::vector<EntryKey> DiaryStore::LastNumberByDay(const QString& month) const {
+    return readMonth(m_file, month, "SELECT Day, max(Number) FROM Contents ", " GROUP BY Day ORDER BY Day DESC",
+                     readKeys);
+}
+
+std::vector<EntryKey> DiaryStore::PublicLastNumberByDay(const QString& month) const {
+    return readMonth(m_file, month, "SELECT Day, max(Number) FROM Contents ",
+                     " AND Private = 0 GROUP BY Day ORDER BY Day DESC", readKeys);
+}
+
+std::vector<Entry> DiaryStore::EntriesOfMonth(const QString& month) const {
+    return readMonth(m_file, month, kAllColumns, " ORDER BY Day DESC, Number DESC, RecordID DESC", readEntries);
+}
+
+std::vector<Entry> DiaryStore::PublicEntriesOfMonth(const QString& month) const {
+    return readMonth(m_file, month, kAllColumns, " AND Private = 0 ORDER BY Day DESC, Number DESC, RecordID DESC",
+                     readEntries);
+}
+
+std::vector<Entry> DiaryStore::EntryListOfMonth(const QString& month, Entries entries) const {
+    return readMonth(m_file, month,
+                     "SELECT Day, Number, Title, NULL, NULL, NULL, Weather, Genre, PublishTime, Private, ImportMark "
+                     "FROM Contents ",
+                     QByteArray(entries == Entries::Public ? " AND Private = 0" : "") +
+                         " ORDER BY Day DESC, Number DESC, RecordID DESC",
+                     readEntries);
+}
+
+std::vector<Entry> DiaryStore::EntriesForFeed(const QString& month) const {
+    return readMonth(m_file, month,
+                     "SELECT Day, Number, Title, Contents, NULL, NULL, NULL, Genre, PublishTime, Private, NULL FROM "
+                     "Contents ",
+                     " AND Private = 0 ORDER BY Day DESC, Number DESC, RecordID DESC", readEntries);
+}
+
+std::optional<QString> DiaryStore::LatestPublicDay() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    // Down the index to the first public row: the cost does not grow with the diary.
+    Statement rows(connection, "SELECT Day FROM Contents WHERE Private = 0 ORDER BY Day DESC LIMIT 1");
+    if (!rows.next())
+        return std::nullopt;
+    return rows.text(0);
+}
+
+QStringList DiaryStore::Months() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT DISTINCT substr(Day, 1, 7) FROM Contents ORDER BY 1");
+    return readTexts(rows);
+}
+
+std::vector<Entry> DiaryStore::FindEntries(const FindQuery& query) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection,
+                   "SELECT Day, Number, Title, Contents, Extend, NULL, Weather, Genre, NULL, Private, NULL FROM Contents "
+                   "WHERE (Contents LIKE ?1 OR Title LIKE ?1) AND (?2 IS NULL OR Genre LIKE ?2) "
+                   "ORDER BY Day DESC, Number");
+    rows.bind(u'%' + literal(m_file, query.word) + u'%', literal(m_file, query.genre.value_or(QString())));
+    return readEntries(rows);
+}
+
+std::vector<Entry> DiaryStore::ExportEntries(const Period& period, SortDirection direction) const {
+    const QByteArray order = direction == SortDirection::Ascending ? " ORDER BY Day ASC, Number, RecordID"
+                                                                   : " ORDER BY Day DESC, Number, RecordID";
+    if (period.kind == Period::Kind::Month)
+        return readMonth(m_file, period.first, kAllColumns, order, readEntries);
+    const Connection connection(m_file, Access::ReadOnly);
+    if (period.kind == Period::Kind::Day) {
+        Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY RecordID");
+        rows.bind(literal(m_file, period.first));
+        return readEntries(rows);
+    }
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day BETWEEN ?1 AND ?2" + order);
+    rows.bind(literal(m_file, period.first), literal(m_file, period.last));
+    return readEntries(rows);
+}
+
+std::vector<EntryKey> DiaryStore::AllEntryKeys() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT Day, Number FROM Contents GROUP BY Day, Number ORDER BY Day DESC, Number");
+    return readKeys(rows);
+}
+
+} // namespace velloria::store

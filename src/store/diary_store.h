@@ -1,0 +1,114 @@
+// The diary database: entries by day and number, one SQLite file a user.
+#pragma once
+
+#include "platform/clock.h"
+#include "store/entry.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velloria::store {
+
+namespace sqlite {
+class Connection;
+}
+
+enum class Entries { All, Public };
+enum class SortDirection { Ascending, Descending };
+enum class PublishTime { Now, AsGiven };
+
+/// A period of the export: between two days, one month, or one day.
+struct Period {
+    enum class Kind { Between, Month, Day } kind = Kind::Day;
+    QString first; ///< first day, "yyyy/mm", or the day
+    QString last;  ///< last day of Kind::Between
+};
+
+/// What a search asks for; Like wildcards work in both. The word is looked for in title and contents.
+struct FindQuery {
+    QString word;
+    std::optional<QString> genre;
+};
+
+/// The one door to table Contents. Each operation opens its own connection, works in one transaction and closes, so no
+/// lock outlives a call. When the file or the engine refuses, platform::Failure is thrown and the diary is as it was.
+///
+/// Text compares without regard to case, width and kana type. A day or month given with Like wildcards works as one;
+/// a value with a double quote fails the operations that take it as a literal, and changes nothing.
+class DiaryStore {
+public:
+    /// `clock` stamps what is saved and outlives the store.
+    DiaryStore(QString file, const platform::Clock& clock);
+
+    /// Highest number first. A day without entries gives an empty list, not a failure.
+    std::vector<Entry> LoadDay(const QString& day) const;
+    std::optional<Entry> LoadEntry(const QString& day, int number) const;
+
+    /// Sets every field of the row of entry.day and entry.number but the import mark, and adds the row when it is not
+    /// there. `publishTime` is stamped with the present time.
+    void SaveEntry(const Entry& entry) const;
+
+    /// Saves all entries in one transaction, in order. A number of 0 takes the next one of its day; days whose numbers
+    /// are not 1..n at the end are renumbered. `overwritten` sees each row that is about to be replaced. Returns the
+    /// keys under which the entries stand.
+    std::vector<EntryKey> SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
+                                      const std::function<void(const Entry&)>& overwritten) const;
+
+    /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
+    /// `deleted` sees the row before it goes.
+    void DeleteEntry(const QString& day, int number, const std::function<void(const Entry&)>& deleted = {}) const;
+
+    /// Removes all rows of an import and renumbers their days.
+    void DeleteImportBatch(const QString& mark, const std::function<void(const Entry&)>& deleted = {}) const;
+
+    /// Gives a day whose numbers are not 1..n those numbers, in the order of number and row.
+    void RepairDay(const QString& day) const;
+
+    /// Marks of imports, last first, without "".
+    QStringList ListImportBatches() const;
+    /// Genres in text order without "一般" and missing ones; spellings that compare equal count once, as first written.
+    QStringList ListGenres() const;
+    /// Genres, the most used first.
+    QStringList ListGenresByUse() const;
+
+    /// Number of entries on this month and day in other years, private ones too.
+    int SameDayInOtherYears(const QString& day) const;
+    /// These entries, newest year first, within a day lowest number first.
+    std::vector<Entry> SameDayEntries(const QString& day) const;
+
+    /// Days with entries in a month, ascending.
+    QStringList DaysOfMonth(const QString& month) const;
+    QStringList PublicDaysOfMonth(const QString& month) const;
+    /// Days with their highest number, newest day first.
+    std::vector<EntryKey> LastNumberByDay(const QString& month) const;
+    std::vector<EntryKey> PublicLastNumberByDay(const QString& month) const;
+    /// All columns, newest day first, within a day highest number first.
+    std::vector<Entry> EntriesOfMonth(const QString& month) const;
+    std::vector<Entry> PublicEntriesOfMonth(const QString& month) const;
+    /// The same order without the texts; `month` may be any beginning of a day key, "" for all days.
+    std::vector<Entry> EntryListOfMonth(const QString& month, Entries entries = Entries::All) const;
+    std::vector<Entry> EntriesForFeed(const QString& month) const;
+
+    /// The newest day with a public entry; nothing when there is none.
+    std::optional<QString> LatestPublicDay() const;
+    /// Months with public or private entries, ascending.
+    QStringList Months() const;
+
+    std::vector<Entry> FindEntries(const FindQuery& query) const;
+    std::vector<Entry> ExportEntries(const Period& period, SortDirection direction) const;
+    /// Newest day first, within a day lowest number first.
+    std::vector<EntryKey> AllEntryKeys() const;
+
+    const QString& file() const { return m_file; }
+
+private:
+    QString present() const;
+
+    QString m_file;
+    const platform::Clock& m_clock;
+};
+
+} // namespace velloria::store

@@ -1,0 +1,51 @@
+// Table FileDB: the files that go to the site beside the generated pages.
+#pragma once
+
+#include "store/entry.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace velloria::store {
+
+/// The day of a file that belongs to no day; its number is 0.
+inline constexpr QLatin1StringView kAllDays("ALL");
+
+/// Each operation opens its own connection. Names compare without regard to case, width and kana type. Throws
+/// platform::Failure when the file or the engine refuses, or a value taken as a literal holds a double quote.
+class FileRegister {
+public:
+    explicit FileRegister(QString databaseFile);
+
+    /// All rows of a name.
+    std::vector<FileRow> FindFile(const QString& name) const;
+    /// All rows, by day, number and name.
+    std::vector<FileRow> ListFiles() const;
+    void DeleteFile(const QString& name, const QString& day, int number) const;
+    int CountFile(const QString& name) const;
+    /// How many rows of the name are not yet part of a log.
+    int CountUnloggedFile(const QString& name) const;
+    /// Names of the files of a month, in the order of their rows; a day in another date form counts by its date.
+    QStringList FilesOfMonth(const QString& month) const;
+    /// Names of the files of all months that have not gone up.
+    QStringList CommonFilesToUpload() const;
+    /// Rows between two days (compared as texts) that are not yet part of a log.
+    std::vector<FileRow> FilesOfPeriod(const QString& firstDay, const QString& lastDay) const;
+    /// Names of the files of all months.
+    QStringList CommonFiles() const;
+    /// Names that begin with "dimage" on a day, last first.
+    QStringList ImageFilesOfDay(const QString& day) const;
+
+    /// Adds a row; the flags are false unless given.
+    void AddFile(const FileRow& row) const;
+    /// Marks a row as part of a log that is still to go up.
+    void MarkLogged(qint64 id) const;
+    /// Adds the second row of a file of all months, under which the logs' copy of it goes up, unless it is there.
+    void AddLoggedCommonFile(const QString& name) const;
+
+private:
+    QString m_file;
+};
+
+} // namespace velloria::store

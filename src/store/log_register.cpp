@@ -1,0 +1,54 @@
+#include "store/log_register.h"
+
+#include "store/sqlite/connection.h"
+#include "store/sqlite/literal.h"
+#include "store/sqlite/statement.h"
+
+namespace velloria::store {
+
+using sqlite::Access;
+using sqlite::Connection;
+using sqlite::literal;
+using sqlite::Statement;
+
+LogRegister::LogRegister(QString databaseFile) : m_file(std::move(databaseFile)) {}
+
+std::vector<LogRow> LogRegister::Logs() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT LogMonth, LogFileName FROM LogDB ORDER BY rowid");
+    std::vector<LogRow> logs;
+    while (rows.next())
+        logs.push_back({rows.text(0), rows.text(1)});
+    return logs;
+}
+
+bool LogRegister::LogOfMonth(const QString& month) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT LogMonth FROM LogDB WHERE Fold(LogMonth) = Fold(?1)");
+    rows.bind(literal(m_file, month));
+    return rows.next();
+}
+
+bool LogRegister::FindLog(const QString& fileName) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, "SELECT LogFileName FROM LogDB WHERE Fold(LogFileName) = Fold(?1)");
+    rows.bind(literal(m_file, fileName));
+    return rows.next();
+}
+
+void LogRegister::AddLog(const LogRow& row) const {
+    const Connection connection(m_file, Access::ReadWrite);
+    Statement(connection, "INSERT INTO LogDB (LogMonth, LogFileName) VALUES (?1, ?2)")
+        .bind(row.month, row.fileName)
+        .run();
+}
+
+void LogRegister::DeleteLog(const QString& fileName) const {
+    const Connection connection(m_file, Access::ReadWrite);
+    Statement(connection, "DELETE FROM LogDB WHERE rowid = (SELECT min(rowid) FROM LogDB WHERE Fold(LogFileName) = "
+                          "Fold(?1))")
+        .bind(literal(m_file, fileName))
+        .run();
+}
+
+} // namespace velloria::store

@@ -1,0 +1,28 @@
+// Table LogDB: which log page stands for which month.
+#pragma once
+
+#include "store/entry.h"
+
+#include <vector>
+
+namespace velloria::store {
+
+/// Each operation opens its own connection. Throws platform::Failure as FileRegister does.
+class LogRegister {
+public:
+    explicit LogRegister(QString databaseFile);
+
+    /// All rows in the order in which they were added.
+    std::vector<LogRow> Logs() const;
+    /// Whether the month has a log.
+    bool LogOfMonth(const QString& month) const;
+    bool FindLog(const QString& fileName) const;
+    void AddLog(const LogRow& row) const;
+    /// Removes the first row of the name.
+    void DeleteLog(const QString& fileName) const;
+
+private:
+    QString m_file;
+};
+
+} // namespace velloria::store

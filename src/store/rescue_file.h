@@ -1,0 +1,28 @@
+// The rescue file: every text or row that a rule overwrites, drops or deletes, so that nobody loses what they wrote.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "store/entry.h"
+
+namespace velloria::store {
+
+/// "rescue.jsonl" in the user's folder, readable by its owner alone: a line of `entry put` each, plus "Reason" and
+/// "Time". It is only ever appended to; above 20 MB the oldest lines go. Key `Rescue` 0 of section `ALL` switches it
+/// off, for somebody who deletes for privacy.
+class RescueFile {
+public:
+    /// Both outlive this.
+    RescueFile(const core::Session& session, const platform::Clock& clock);
+
+    /// Keeps the entry. Throws platform::Failure when the file can't take it, so that what would destroy the entry
+    /// does not go on.
+    void keep(const Entry& entry, const QString& reason);
+
+private:
+    QString m_file;
+    const platform::Clock& m_clock;
+    bool m_isOn;
+};
+
+} // namespace velloria::store

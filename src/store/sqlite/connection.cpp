@@ -1,0 +1,137 @@
+#include "store/sqlite/connection.h"
+
+#include "platform/failure.h"
+#include "platform/text_order.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::store::sqlite {
+namespace {
+
+constexpr int kBusyTimeoutMs = 5000;
+
+QByteArrayView bytesOf(sqlite3_value* value) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return {text, text ? sqlite3_value_bytes(value) : 0};
+}
+
+void resultText(sqlite3_context* context, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_result_text64(context, utf8.constData(), sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void foldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+    if (sqlite3_value_type(arguments[0]) != SQLITE_NULL)
+        resultText(context, platform::fold(QString::fromUtf8(bytesOf(arguments[0]))));
+}
+
+/// like(pattern, text): the pattern is folded once a statement.
+void likeFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL || sqlite3_value_type(arguments[1]) == SQLITE_NULL)
+        return;
+    auto* pattern = static_cast<platform::LikePattern*>(sqlite3_get_auxdata(context, 0));
+    std::unique_ptr<platform::LikePattern> made;
+    if (!pattern) {
+        try {
+            made = std::make_unique<platform::LikePattern>(QString::fromUtf8(bytesOf(arguments[0])));
+        } catch (const platform::Failure& failure) {
+            sqlite3_result_error(context, failure.line().toUtf8().constData(), -1);
+            return;
+        }
+        pattern = made.get();
+    }
+    sqlite3_result_int(context, pattern->matchesUtf8(bytesOf(arguments[1])));
+    if (made)
+        sqlite3_set_auxdata(context, 0, made.release(), [](void* p) { delete static_cast<platform::LikePattern*>(p); });
+}
+
+int compareTexts(void* order, int leftSize, const void* left, int rightSize, const void* right) {
+    return static_cast<platform::TextOrder*>(order)->compare(
+        QString::fromUtf8(static_cast<const char*>(left), leftSize),
+        QString::fromUtf8(static_cast<const char*>(right), rightSize));
+}
+
+} // namespace
+
+Connection::Connection(const QString& file, Access access) : m_file(file) {
+    const int flags = (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
+    const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &m_handle, flags, nullptr);
+    try {
+        if (code != SQLITE_OK)
+            fail(code);
+        sqlite3_busy_timeout(m_handle, kBusyTimeoutMs);
+        constexpr int kPure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+        sqlite3_create_function(m_handle, "Fold", 1, kPure, nullptr, foldFunction, nullptr, nullptr);
+        sqlite3_create_function(m_handle, "like", 2, kPure, nullptr, likeFunction, nullptr, nullptr);
+        sqlite3_create_collation_v2(m_handle, "JET", SQLITE_UTF8, new platform::TextOrder, compareTexts,
+                                    [](void* order) { delete static_cast<platform::TextOrder*>(order); });
+        execute("PRAGMA synchronous = FULL");
+    } catch (...) {
+        sqlite3_close(m_handle);
+        throw;
+    }
+}
+
+Connection::~Connection() {
+    sqlite3_close(m_handle);
+}
+
+void Connection::execute(const char* sql) {
+    const int code = sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        fail(code);
+}
+
+void Connection::fail(int code) const {
+    const QString reason = QString::fromUtf8(m_handle ? sqlite3_errmsg(m_handle) : sqlite3_errstr(code));
+    QString what = u"日記データベースを処理できません。"_s;
+    QString advice = u"データベースは変更されていません。"_s;
+    switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        what = u"日記データベースは他のプログラムが使用中です。"_s;
+        advice += u"そのプログラムを終了してから、もう一度実行してください。"_s;
+        break;
+    case SQLITE_FULL:
+        what = u"ディスクの空き容量が足りません。"_s;
+        advice += u"空き容量を増やしてから、もう一度実行してください。"_s;
+        break;
+    case SQLITE_READONLY:
+        what = u"日記データベースに書き込めません。"_s;
+        advice += u"ファイルの属性を確認してください。"_s;
+        break;
+    case SQLITE_CANTOPEN:
+        what = QFileInfo::exists(m_file) ? u"日記データベースを開けません。"_s : u"日記データベースがありません。"_s;
+        advice = u"ファイルの場所を確認してください。"_s;
+        break;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        what = u"日記データベースが壊れています。"_s;
+        advice += u"「diarymdb.bak」などのバックアップから復元してください。"_s;
+        break;
+    default:
+        break;
+    }
+    throw platform::Failure(what, m_file, reason, advice);
+}
+
+Transaction::Transaction(Connection& connection) : m_connection(connection) {
+    m_connection.execute("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+    if (m_isOpen)
+        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit() {
+    m_connection.execute("COMMIT");
+    m_isOpen = false;
+}
+
+} // namespace velloria::store::sqlite
