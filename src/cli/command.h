@@ -19,7 +19,8 @@ namespace velloria::cli {
 /// Wrong usage: exit code 2 and one line.
 class UsageError : public std::exception {
 public:
-    explicit UsageError(QString reason) : m_reason(std::move(reason)) {}
+    explicit UsageError(QString reason)
+        : m_reason(std::move(reason)) {}
     const QString& reason() const { return m_reason; }
 
 private:

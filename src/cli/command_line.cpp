@@ -48,7 +48,8 @@ QString programWithTopic(const QString& topic) {
 
 class Parser {
 public:
-    explicit Parser(QStringList words) : m_words(std::move(words)) {}
+    explicit Parser(QStringList words)
+        : m_words(std::move(words)) {}
 
     CommandLine parse() {
         while (!m_words.isEmpty()) {
@@ -74,7 +75,8 @@ private:
         const QString name = word.section(u'=', 0, 0);
         const OptionSpec* option = findOption(name, m_line.command);
         if (!option)
-            throw UsageError(u"不明なオプションです: %1 (%2 を参照してください)"_s.arg(name, programWithTopic(topic())));
+            throw UsageError(
+                u"不明なオプションです: %1 (%2 を参照してください)"_s.arg(name, programWithTopic(topic())));
         QString value;
         if (!option->value.isEmpty()) {
             if (word.contains(u'='))
@@ -118,7 +120,8 @@ private:
     void takeCommandWord(const QString& word) {
         const QString name = m_group.isEmpty() ? word : m_group + u' ' + word;
         const auto& commands = allCommands();
-        const auto exact = std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.name == name; });
+        const auto exact =
+            std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.name == name; });
         if (exact != commands.end()) {
             m_line.command = &*exact;
             return;

@@ -49,7 +49,8 @@ void prepareDesk(TerminalDesk& desk, const GlobalOptions& global) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(platform::readFile(global.answersFile), &error);
     if (!document.isArray())
-        throw UsageError(u"答えのファイルがJSONの配列ではありません: %1 (%2)"_s.arg(global.answersFile, error.errorString()));
+        throw UsageError(
+            u"答えのファイルがJSONの配列ではありません: %1 (%2)"_s.arg(global.answersFile, error.errorString()));
     desk.answers = document.array();
 }
 

@@ -45,9 +45,8 @@ void TerminalDesk::showProgress(const QJsonObject& event) {
     if (!standardErrorIsTerminal())
         return;
     m_hasProgressLine = true;
-    writeErrorPart(u"\r%1 %2/%3"_s.arg(event[u"text"_s].toString())
-                       .arg(event[u"value"_s].toInt())
-                       .arg(event[u"max"_s].toInt()));
+    writeErrorPart(
+        u"\r%1 %2/%3"_s.arg(event[u"text"_s].toString()).arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt()));
     if (event[u"value"_s].toInt() >= event[u"max"_s].toInt())
         endProgress();
 }

@@ -9,8 +9,8 @@ namespace velloria::cli {
 
 class TerminalDesk : public platform::EventDesk {
 public:
-    bool showsEvents = false; ///< each event is one JSON line on standard error
-    bool answersYes = false;  ///< every question is answered Yes
+    bool showsEvents = false;          ///< each event is one JSON line on standard error
+    bool answersYes = false;           ///< every question is answered Yes
     std::optional<QJsonArray> answers; ///< the script; when it is used up: No, cancel
 
     /// Ends the progress line, if one is shown.

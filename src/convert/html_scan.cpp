@@ -20,8 +20,8 @@ struct Rule {
 using S = HtmlSettings;
 
 // Longest prefix first: a tag that a rule leaves goes on to the shorter ones, so that "<B" drops "<BR>" and
-// "<BLOCKQUOTE>" too. A rule sees only tags longer than its prefix. There is none for "</SUP" and "</SUB": these ends
-// stay when their starts go, and only "</S" takes them.
+// "<BLOCKQUOTE>" too. There is none for "</SUP" and "</SUB": these ends stay when their starts go, and only "</S" takes
+// them.
 constexpr Rule kRules[] = {
     {u"<BLOCKQUOTE", &S::htmlBlockquote},
     {u"</BLOCKQUOT", &S::htmlBlockquote},
@@ -116,7 +116,7 @@ public:
 
     void tag(QStringView tag) {
         for (const Rule* rule : m_active) {
-            if (tag.size() <= rule->prefix.size() || !tagStartsWith(tag, rule->prefix))
+            if (!tagStartsWith(tag, rule->prefix))
                 continue;
             const QStringView kept = keepsParagraphs() ? keptForm(rule->effect) : QStringView();
             if (kept.isEmpty()) {

@@ -9,7 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::core {
 
-IniReader::IniReader(QString file) : m_file(platform::existingPath(file)), m_profile(m_file) {}
+IniReader::IniReader(QString file)
+    : m_file(platform::existingPath(file))
+    , m_profile(m_file) {}
 
 QString IniReader::text(const QString& section, const QString& key) const {
     return text(section, key, u""_s);

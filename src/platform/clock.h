@@ -20,7 +20,8 @@ public:
 /// A clock that stands still, for tests and for `--now`.
 class FixedClock : public Clock {
 public:
-    explicit FixedClock(QDateTime now) : m_now(std::move(now)) {}
+    explicit FixedClock(QDateTime now)
+        : m_now(std::move(now)) {}
     QDateTime now() const override { return m_now; }
 
 private:

@@ -50,7 +50,10 @@ public:
 /// The hourglass, for as long as this lives: no way out of a command leaves it behind.
 class Hourglass {
 public:
-    explicit Hourglass(Desk& desk) : m_desk(desk) { m_desk.pointer(Pointer::Hourglass); }
+    explicit Hourglass(Desk& desk)
+        : m_desk(desk) {
+        m_desk.pointer(Pointer::Hourglass);
+    }
     ~Hourglass() { m_desk.pointer(Pointer::Default); }
     Hourglass(const Hourglass&) = delete;
     Hourglass& operator=(const Hourglass&) = delete;

@@ -36,8 +36,8 @@ QString name(PathMode mode) {
 }
 
 QJsonObject box(const QString& kind, const QString& text, const QString& title, const QString& buttons) {
-    return {{u"event"_s, u"message"_s}, {u"kind"_s, kind}, {u"title"_s, title}, {u"text"_s, text},
-            {u"buttons"_s, buttons}};
+    return {
+        {u"event"_s, u"message"_s}, {u"kind"_s, kind}, {u"title"_s, title}, {u"text"_s, text}, {u"buttons"_s, buttons}};
 }
 
 QJsonValue orNull(const std::optional<QString>& answer) {
@@ -73,7 +73,8 @@ std::optional<QString> EventDesk::choosePath(const PathRequest& request) {
 }
 
 std::optional<QString> EventDesk::password(const QString& title) {
-    QJsonObject event{{u"event"_s, u"input"_s}, {u"title"_s, title}, {u"text"_s, u"パスワード"_s}, {u"default"_s, u""_s}};
+    QJsonObject event{
+        {u"event"_s, u"input"_s}, {u"title"_s, title}, {u"text"_s, u"パスワード"_s}, {u"default"_s, u""_s}};
     const std::optional<QString> typed = answerText(event);
     // What was typed is nobody else's: the event says only that something was.
     event[u"answer"_s] = orNull(typed ? std::optional(QString(typed->size(), u'*')) : std::nullopt);

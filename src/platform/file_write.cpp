@@ -25,7 +25,8 @@ namespace {
 /// An open descriptor that closes itself.
 class Descriptor {
 public:
-    explicit Descriptor(int value = -1) : m_value(value) {}
+    explicit Descriptor(int value = -1)
+        : m_value(value) {}
     ~Descriptor() {
         if (m_value >= 0)
             ::close(m_value);

@@ -15,8 +15,8 @@ namespace velloria::shell {
 namespace {
 
 /// Files that a newer program may replace in the user's copy of the program folder.
-const QStringList kRefreshed{u"*.blg"_s,     u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
-                             u"TEXT.txt"_s,  u"HTML.txt"_s, u"*.mht"_s,         u"title.bmp"_s};
+const QStringList kRefreshed{u"*.blg"_s,    u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
+                             u"TEXT.txt"_s, u"HTML.txt"_s, u"*.mht"_s,         u"title.bmp"_s};
 /// Files that belong to the user once they are there.
 const QStringList kSeededOnce{u"*.ini"_s};
 

@@ -145,8 +145,7 @@ StartResult Startup::checkDataFolder() {
     const std::optional<QString> folder =
         m_desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, m_session.UserPath});
     if (!folder || folder->isEmpty()) {
-        m_desk.message(MessageKind::Information,
-                       u"Velloriaを再起動して、データ保存先フォルダを指定してください。"_s);
+        m_desk.message(MessageKind::Information, u"Velloriaを再起動して、データ保存先フォルダを指定してください。"_s);
         return StartResult::Ended;
     }
     m_session.DataPath = withSeparator(QFileInfo(*folder).absoluteFilePath());

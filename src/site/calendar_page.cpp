@@ -94,9 +94,7 @@ private:
         }
     }
 
-    static QString greyCell(int day) {
-        return u"<td><font color='gray'>"_s + QString::number(day) + u"</font></td>"_s;
-    }
+    static QString greyCell(int day) { return u"<td><font color='gray'>"_s + QString::number(day) + u"</font></td>"_s; }
 
     QString dayCell(int day) const {
         const QString number = QString::number(day);

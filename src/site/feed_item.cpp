@@ -170,7 +170,8 @@ QString rss200(const FeedChannel& channel, const std::vector<FeedItem>& items, c
 }
 
 QString atom(const FeedChannel& channel, const std::vector<FeedItem>& items, const QDateTime& now) {
-    const QString nowStamp = core::formatDate(now, u"yyyy-mm-dd") + u'T' + core::formatDate(now, u"hh:nn:ss") + u"+09:00"_s;
+    const QString nowStamp =
+        core::formatDate(now, u"yyyy-mm-dd") + u'T' + core::formatDate(now, u"hh:nn:ss") + u"+09:00"_s;
     const auto alternateLink = [](const QString& address, const QString& title) {
         return u"<link rel=\"alternate\" type=\"text/html\" href=\""_s + address + u"\" title=\""_s + title + u"\"/>"_s;
     };

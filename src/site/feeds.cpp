@@ -114,7 +114,8 @@ void clsRSSreader::MakeRSS() {
         platform::removeFile(m_filePrefix + ending);
     const std::optional<QString> lastDay = m_store.LatestPublicDay();
     if (!lastDay)
-        throw platform::Failure(u"公開されている日記がないので、RSSを作成できません。"_s, m_filePrefix + endings().first(), {},
+        throw platform::Failure(u"公開されている日記がないので、RSSを作成できません。"_s,
+                                m_filePrefix + endings().first(), {},
                                 u"公開する日記を書くか、RSSの設定を切ってください。ページは変更されていません。"_s);
     if (!platform::fileExists(m_session.MyPath + u"HTML2TXT_RSS.ini"_s)) {
         // A writer stops behind the opening of its file.

@@ -24,8 +24,9 @@ struct MonthRun {
     QString yearMonth; ///< "yyyy/mm"
     PageKind pageKind = PageKind::Current;
 
-    std::vector<store::Entry> entries{}; ///< of the month, newest day and highest number first; private ones left out or not
-    QStringList days{};                  ///< days with such entries, newest first
+    std::vector<store::Entry>
+        entries{};      ///< of the month, newest day and highest number first; private ones left out or not
+    QStringList days{}; ///< days with such entries, newest first
     Division division{};
     bool frameOn = false;
     bool rssOn = false;

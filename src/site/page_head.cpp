@@ -29,14 +29,14 @@ void printBody(Page& page, const SiteSettings& settings) {
 
 void printFeedFootLine(Page& page, const QString& feedBase) {
     page.print(u"<p align=center><a href=\""_s, feedBase, u"_RSS091.xml\">RSS0.91</a> | <a href=\""_s, feedBase,
-               u"_RSS100.xml\">RSS1.0</a> | <a href=\""_s, feedBase, u"_RSS200.xml\">RSS2.0</a> | <a href=\""_s, feedBase,
-               u"_ATOM.xml\">ATOM</a></p>"_s);
+               u"_RSS100.xml\">RSS1.0</a> | <a href=\""_s, feedBase, u"_RSS200.xml\">RSS2.0</a> | <a href=\""_s,
+               feedBase, u"_ATOM.xml\">ATOM</a></p>"_s);
 }
 
 void printCommentLogo(Page& page, const SiteSettings& settings) {
     page.print(u"<a href=\""_s, settings.text(keys::endpoints::kHome), u"\"><img width=\"88\" height=\"31\" src=\""_s,
-               settings.text(keys::endpoints::kLogo), u"\" border=\"0\" alt=\""_s,
-               settings.text(keys::endpoints::kAlt), u"\" /></a>"_s);
+               settings.text(keys::endpoints::kLogo), u"\" border=\"0\" alt=\""_s, settings.text(keys::endpoints::kAlt),
+               u"\" /></a>"_s);
 }
 
 void printCredit(Page& page, const SiteSettings& settings) {

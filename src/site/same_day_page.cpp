@@ -60,8 +60,9 @@ void printTable(Page& page, const SiteSettings& settings, const QString& tableLi
     page.print(u"<TR><TD ALIGN="_s, settings.text(keys::general::kDayTitleAlign), u" BGCOLOR="_s,
                settings.text(keys::contents::kTitleBGColor), u"><A NAME=\""_s, entry.day, u"\"><FONT COLOR="_s,
                settings.text(keys::contents::kTitleFTColor), u">"_s, entry.title,
-               u"</FONT></TD><TD ALIGN=RIGHT BGCOLOR="_s, settings.text(keys::contents::kDayBGColor), u"><FONT COLOR="_s,
-               settings.text(keys::contents::kDayFTColor), u">"_s, entry.day, u"</a></FONT></TD></TR>"_s);
+               u"</FONT></TD><TD ALIGN=RIGHT BGCOLOR="_s, settings.text(keys::contents::kDayBGColor),
+               u"><FONT COLOR="_s, settings.text(keys::contents::kDayFTColor), u">"_s, entry.day,
+               u"</a></FONT></TD></TR>"_s);
     page.print(u"<TR><TD COLSPAN=2 BGCOLOR="_s, settings.text(keys::contents::kContentsBGColor), u"><FONT COLOR="_s,
                settings.text(keys::contents::kContentsFTColor), u">"_s);
     if (!entry.contents.isNull())

@@ -77,8 +77,9 @@ bool SaveHtml::takeTarget(const QString& path) {
     platform::makeFolder(core::GetParentFolder(folder));
     if (platform::isSameFile(folder, m_session.DataPath)) {
         if (isLocalPageName(name)) {
-            m_desk.message(platform::MessageKind::Critical,
-                           u"「%1」はプレビューなどに使われる名前です。\r\n別の名前かフォルダを指定してください。"_s.arg(name));
+            m_desk.message(
+                platform::MessageKind::Critical,
+                u"「%1」はプレビューなどに使われる名前です。\r\n別の名前かフォルダを指定してください。"_s.arg(name));
             return false;
         }
         if (m_session.IsLogin)

@@ -16,7 +16,8 @@ enum class Outcome { Done, Refused };
 class SaveHtml {
 public:
     /// All outlive this. A Save As changes `FilePath` and `FileName` of the session.
-    SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk, const platform::Clock& clock);
+    SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+             const platform::Clock& clock);
 
     /// The command Save HTML: without a known target as Save HTML As.
     Outcome saveCommand();

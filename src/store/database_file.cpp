@@ -55,7 +55,8 @@ void settle(const QString& path) {
 
 class Checker {
 public:
-    explicit Checker(const QString& path) : m_connection(path, Access::ReadOnly) {}
+    explicit Checker(const QString& path)
+        : m_connection(path, Access::ReadOnly) {}
 
     QStringList run() {
         checkIntegrity();

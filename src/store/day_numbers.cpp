@@ -7,7 +7,8 @@
 namespace velloria::store {
 
 DayNumbers::DayNumbers(const sqlite::Connection& connection)
-    : m_count(connection, "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
+    : m_count(connection,
+              "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
     , m_rows(connection, "SELECT RecordID FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
     , m_setNumber(connection, "UPDATE Contents SET Number = ?1 WHERE RecordID = ?2") {}
 

@@ -136,7 +136,9 @@ private:
 
 } // namespace
 
-DiaryStore::DiaryStore(QString file, const platform::Clock& clock) : m_file(std::move(file)), m_clock(clock) {}
+DiaryStore::DiaryStore(QString file, const platform::Clock& clock)
+    : m_file(std::move(file))
+    , m_clock(clock) {}
 
 QString DiaryStore::present() const {
     return m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
@@ -234,8 +236,9 @@ void DiaryStore::RepairDay(const QString& day) const {
 
 QStringList DiaryStore::ListImportBatches() const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT ImportMark FROM Contents WHERE RecordID IN (SELECT min(RecordID) FROM Contents "
-                               "WHERE ImportMark <> '' GROUP BY Fold(ImportMark)) ORDER BY ImportMark COLLATE JET DESC");
+    Statement rows(connection,
+                   "SELECT ImportMark FROM Contents WHERE RecordID IN (SELECT min(RecordID) FROM Contents "
+                   "WHERE ImportMark <> '' GROUP BY Fold(ImportMark)) ORDER BY ImportMark COLLATE JET DESC");
     return readTexts(rows);
 }
 
@@ -331,10 +334,11 @@ QStringList DiaryStore::Months() const {
 
 std::vector<Entry> DiaryStore::FindEntries(const FindQuery& query) const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection,
-                   "SELECT Day, Number, Title, Contents, Extend, NULL, Weather, Genre, NULL, Private, NULL FROM Contents "
-                   "WHERE (Contents LIKE ?1 OR Title LIKE ?1) AND (?2 IS NULL OR Genre LIKE ?2) "
-                   "ORDER BY Day DESC, Number");
+    Statement rows(
+        connection,
+        "SELECT Day, Number, Title, Contents, Extend, NULL, Weather, Genre, NULL, Private, NULL FROM Contents "
+        "WHERE (Contents LIKE ?1 OR Title LIKE ?1) AND (?2 IS NULL OR Genre LIKE ?2) "
+        "ORDER BY Day DESC, Number");
     rows.bind(u'%' + literal(m_file, query.word) + u'%', literal(m_file, query.genre.value_or(QString())));
     return readEntries(rows);
 }

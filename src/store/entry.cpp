@@ -9,8 +9,8 @@ Entry withDefaults(Entry entry) {
         if (text.isNull())
             text = whenMissing;
     };
-    for (QString* text : {&entry.title, &entry.contents, &entry.extend, &entry.excerpt, &entry.publishTime,
-                          &entry.importMark})
+    for (QString* text :
+         {&entry.title, &entry.contents, &entry.extend, &entry.excerpt, &entry.publishTime, &entry.importMark})
         fill(*text, u""_s);
     fill(entry.weather, u"-"_s);
     fill(entry.genre, u"一般"_s);

@@ -8,17 +8,17 @@ namespace velloria::store {
 /// One row of table Contents as it is stored. A missing value (NULL) is a null QString, which is not the same as "":
 /// a page marks an empty postscript and passes over a missing one.
 struct Entry {
-    QString day;         ///< "yyyy/mm/dd", zero-padded: text order is date order
-    int number = 1;      ///< place within the day: 1..n
+    QString day;    ///< "yyyy/mm/dd", zero-padded: text order is date order
+    int number = 1; ///< place within the day: 1..n
     QString title;
-    QString contents;    ///< HTML as it was typed
-    QString extend;      ///< postscript
-    QString excerpt;     ///< summary
-    QString weather;     ///< a word of the weather list, "-" for none
+    QString contents; ///< HTML as it was typed
+    QString extend;   ///< postscript
+    QString excerpt;  ///< summary
+    QString weather;  ///< a word of the weather list, "-" for none
     QString genre;
-    QString publishTime; ///< "yyyy/mm/dd hh:nn:ss", local time of the last save
+    QString publishTime;    ///< "yyyy/mm/dd hh:nn:ss", local time of the last save
     bool isPrivate = false; ///< stays off the site and the feeds; the preview shows it
-    QString importMark;  ///< label of the import that made the row, "" when written by hand
+    QString importMark;     ///< label of the import that made the row, "" when written by hand
 };
 
 /// The entry as editor and blog read it: weather "-", genre "一般", all other texts "" where a value is missing.

@@ -17,10 +17,14 @@ struct TextMember {
 };
 
 const TextMember kTextMembers[] = {
-    {"Title"_L1, &Entry::title, u""},         {"Contents"_L1, &Entry::contents, u""},
-    {"Extend"_L1, &Entry::extend, u""},       {"Excerpt"_L1, &Entry::excerpt, u""},
-    {"Weather"_L1, &Entry::weather, u"-"},    {"Genre"_L1, &Entry::genre, u"一般"},
-    {"PublishTime"_L1, &Entry::publishTime, {}}, {"ImportMark"_L1, &Entry::importMark, {}},
+    {"Title"_L1, &Entry::title, u""},
+    {"Contents"_L1, &Entry::contents, u""},
+    {"Extend"_L1, &Entry::extend, u""},
+    {"Excerpt"_L1, &Entry::excerpt, u""},
+    {"Weather"_L1, &Entry::weather, u"-"},
+    {"Genre"_L1, &Entry::genre, u"一般"},
+    {"PublishTime"_L1, &Entry::publishTime, {}},
+    {"ImportMark"_L1, &Entry::importMark, {}},
 };
 
 [[noreturn]] void refuse(const QString& reason) {
@@ -59,9 +63,9 @@ bool readPrivate(const QJsonObject& line) {
 }
 
 void refuseUnknownMembers(const QJsonObject& line) {
-    static const QStringList known{u"Day"_s,     u"Number"_s, u"Private"_s,     u"Reason"_s,
-                                   u"Time"_s,    u"Title"_s,  u"Contents"_s,    u"Extend"_s,
-                                   u"Excerpt"_s, u"Weather"_s, u"Genre"_s, u"PublishTime"_s, u"ImportMark"_s};
+    static const QStringList known{u"Day"_s,   u"Number"_s,      u"Private"_s,   u"Reason"_s,  u"Time"_s,
+                                   u"Title"_s, u"Contents"_s,    u"Extend"_s,    u"Excerpt"_s, u"Weather"_s,
+                                   u"Genre"_s, u"PublishTime"_s, u"ImportMark"_s};
     for (auto member = line.begin(); member != line.end(); ++member) {
         if (!known.contains(member.key()))
             refuse(u"「%1」という項目はありません。"_s.arg(member.key()));

@@ -22,8 +22,8 @@ constexpr char kRow[] = "SELECT FileID, FileName, Day, Number, Uploaded, Logged 
 std::vector<FileRow> readRows(Statement& rows) {
     std::vector<FileRow> files;
     while (rows.next())
-        files.push_back({rows.integer64(0), rows.text(1), rows.text(2), rows.integer(3), rows.boolean(4),
-                         rows.boolean(5)});
+        files.push_back(
+            {rows.integer64(0), rows.text(1), rows.text(2), rows.integer(3), rows.boolean(4), rows.boolean(5)});
     return files;
 }
 
@@ -41,7 +41,8 @@ int readCount(Statement& rows) {
 
 } // namespace
 
-FileRegister::FileRegister(QString databaseFile) : m_file(std::move(databaseFile)) {}
+FileRegister::FileRegister(QString databaseFile)
+    : m_file(std::move(databaseFile)) {}
 
 std::vector<FileRow> FileRegister::FindFile(const QString& name) const {
     const Connection connection(m_file, Access::ReadOnly);
@@ -58,7 +59,8 @@ std::vector<FileRow> FileRegister::ListFiles() const {
 
 void FileRegister::DeleteFile(const QString& name, const QString& day, int number) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "DELETE FROM FileDB WHERE Fold(FileName) = Fold(?1) AND Day = ?2 AND coalesce(Number, 0) = ?3")
+    Statement(connection,
+              "DELETE FROM FileDB WHERE Fold(FileName) = Fold(?1) AND Day = ?2 AND coalesce(Number, 0) = ?3")
         .bind(literal(m_file, name), literal(m_file, day), number)
         .run();
 }

@@ -11,7 +11,8 @@ using sqlite::Connection;
 using sqlite::literal;
 using sqlite::Statement;
 
-LogRegister::LogRegister(QString databaseFile) : m_file(std::move(databaseFile)) {}
+LogRegister::LogRegister(QString databaseFile)
+    : m_file(std::move(databaseFile)) {}
 
 std::vector<LogRow> LogRegister::Logs() const {
     const Connection connection(m_file, Access::ReadOnly);

@@ -38,8 +38,8 @@ void RescueFile::keep(const Entry& entry, const QString& reason) {
         throw platform::Failure(u"消える内容を控えに残せません。"_s, m_file, file.errorString(),
                                 u"日記は変更されていません。"_s);
     };
-    if (!file.exists() && (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
-                                      QFileDevice::ReadOwner | QFileDevice::WriteOwner)))
+    if (!file.exists() &&
+        (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner)))
         refuse();
     file.close();
     if (file.size() + line.size() > kMostBytes) {

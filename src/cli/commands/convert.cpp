@@ -30,7 +30,8 @@ void urlencode(Invocation& invocation) {
                                         : encoding == u"utf8"_s  ? convert::ModURLEncodeUTF8
                                                                  : nullptr;
     if (!encode)
-        throw UsageError(u"「%1」という符号化はありません (sjis、eucjp、utf8 のどれかを指定してください)。"_s.arg(encoding));
+        throw UsageError(
+            u"「%1」という符号化はありません (sjis、eucjp、utf8 のどれかを指定してください)。"_s.arg(encoding));
     writeOutput(encode(QString::fromUtf8(readArgumentFile(invocation.argument(1)))).toUtf8());
 }
 
@@ -61,7 +62,14 @@ std::vector<Command> convertCommands() {
          u"HTMLをテキストにする (UTF-8)"_s,
          Start::None,
          html2text},
-        {u"convert urlencode"_s, u"sjis|eucjp|utf8 [FILE]"_s, 1, 2, {}, u"URLに使う形に符号化する"_s, Start::None, urlencode},
+        {u"convert urlencode"_s,
+         u"sjis|eucjp|utf8 [FILE]"_s,
+         1,
+         2,
+         {},
+         u"URLに使う形に符号化する"_s,
+         Start::None,
+         urlencode},
         {u"convert scramble"_s, {}, 0, 0, {}, u"標準入力のパスワードを保存用の文字列にする"_s, Start::None, scramble},
         {u"convert unscramble"_s, {}, 0, 0, {}, u"保存用の文字列をパスワードに戻す"_s, Start::None, unscramble},
     };

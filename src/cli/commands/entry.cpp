@@ -18,8 +18,8 @@ QJsonObject toListJson(const store::Entry& entry) {
 }
 
 QStringList toListRow(const store::Entry& entry) {
-    return {entry.day,   QString::number(entry.number), entry.title,
-            entry.genre, entry.weather,                 entry.isPrivate ? u"1"_s : u"0"_s};
+    return {entry.day,     QString::number(entry.number),    entry.title, entry.genre,
+            entry.weather, entry.isPrivate ? u"1"_s : u"0"_s};
 }
 
 void list(Invocation& invocation) {
@@ -104,8 +104,7 @@ void put(Invocation& invocation) {
     }
     store::RescueFile rescue(invocation.session, invocation.clock);
     const auto keys = store.SaveEntries(
-        std::move(entries),
-        invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now,
+        std::move(entries), invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now,
         [&](const store::Entry& entry) { rescue.keep(entry, u"上書き"_s); });
     QJsonArray json;
     std::vector<QStringList> rows;

@@ -1,5 +1,5 @@
-#include "shell/genre_list.h"
 #include "cli/command.h"
+#include "shell/genre_list.h"
 
 #include <QJsonArray>
 

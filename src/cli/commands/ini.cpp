@@ -24,7 +24,8 @@ QString iniFile(const Invocation& invocation) {
 
 void get(Invocation& invocation) {
     const QString file = iniFile(invocation);
-    const QString value = core::ReadIniDef(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
+    const QString value =
+        core::ReadIniDef(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
     invocation.print(QJsonObject{{u"value"_s, value}}, {{value}});
 }
 
@@ -62,7 +63,14 @@ void sections(Invocation& invocation) {
 std::vector<Command> iniCommands() {
     return {
         {u"ini get"_s, u"FILE SECTION KEY [DEFAULT]"_s, 3, 4, {}, u"設定の値"_s, Start::None, get},
-        {u"ini int"_s, u"FILE SECTION KEY [DEFAULT]"_s, 3, 4, {}, u"設定の値 (16ビット整数)"_s, Start::None, getInteger},
+        {u"ini int"_s,
+         u"FILE SECTION KEY [DEFAULT]"_s,
+         3,
+         4,
+         {},
+         u"設定の値 (16ビット整数)"_s,
+         Start::None,
+         getInteger},
         {u"ini set"_s, u"FILE SECTION KEY VALUE"_s, 4, 4, {}, u"設定を書く"_s, Start::None, set},
         {u"ini delete"_s, u"FILE SECTION KEY"_s, 3, 3, {}, u"設定のキーを削除する"_s, Start::None, remove},
         {u"ini sections"_s, u"FILE"_s, 1, 1, {}, u"セクションの一覧"_s, Start::None, sections},

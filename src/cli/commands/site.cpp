@@ -47,9 +47,8 @@ void rebuild(Invocation& invocation) {
     const auto limit = [&](const QString& option) {
         return invocation.has(option) ? monthArgument(invocation.option(option)) : QString();
     };
-    const site::RebuildResult result =
-        site::rebuildSite(invocation.session, invocation.store(), invocation.desk, invocation.clock,
-                          limit(u"--from"_s), limit(u"--to"_s));
+    const site::RebuildResult result = site::rebuildSite(invocation.session, invocation.store(), invocation.desk,
+                                                         invocation.clock, limit(u"--from"_s), limit(u"--to"_s));
     if (result.outcome == site::Outcome::Refused)
         throw Refusal(u"保存先が決まっていないので中止しました。site save --as で指定してください。"_s);
     invocation.print(QJsonObject{{u"logs"_s, result.logs}, {u"failures"_s, result.failures}},
@@ -87,7 +86,14 @@ std::vector<Command> siteCommands() {
          u"過去の月をすべてログにし、今月のページを保存する"_s,
          Start::Needed,
          rebuild},
-        {u"site sameday"_s, u"DAY"_s, 1, 1, {}, u"ほかの年の同じ日のページ oldtmp.htm を作る"_s, Start::Needed, sameDay},
+        {u"site sameday"_s,
+         u"DAY"_s,
+         1,
+         1,
+         {},
+         u"ほかの年の同じ日のページ oldtmp.htm を作る"_s,
+         Start::Needed,
+         sameDay},
     };
 }
 

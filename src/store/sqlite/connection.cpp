@@ -58,8 +58,10 @@ int compareTexts(void* order, int leftSize, const void* left, int rightSize, con
 
 } // namespace
 
-Connection::Connection(const QString& file, Access access) : m_file(file) {
-    const int flags = (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
+Connection::Connection(const QString& file, Access access)
+    : m_file(file) {
+    const int flags =
+        (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
     const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &m_handle, flags, nullptr);
     try {
         if (code != SQLITE_OK)
@@ -120,7 +122,8 @@ void Connection::fail(int code) const {
     throw platform::Failure(what, m_file, reason, advice);
 }
 
-Transaction::Transaction(Connection& connection) : m_connection(connection) {
+Transaction::Transaction(Connection& connection)
+    : m_connection(connection) {
     m_connection.execute("BEGIN IMMEDIATE");
 }
 

@@ -10,16 +10,16 @@ namespace velloria::store::sqlite {
 
 const QString& literal(const QString& file, const QString& value) {
     if (value.contains(u'"'))
-        throw platform::Failure(u"日記データベースを処理できません。"_s, file, u"値に「\"」が含まれています: "_s + value,
-                                u"データベースは変更されていません。「\"」を取り除いてから、もう一度実行してください。"_s);
+        throw platform::Failure(
+            u"日記データベースを処理できません。"_s, file, u"値に「\"」が含まれています: "_s + value,
+            u"データベースは変更されていません。「\"」を取り除いてから、もう一度実行してください。"_s);
     return value;
 }
 
 MonthCondition daysBeginningWith(const QString& file, const QString& month) {
     literal(file, month);
-    const bool isPlain = !month.isEmpty() && std::all_of(month.begin(), month.end(), [](QChar c) {
-        return (c >= u'0' && c <= u'9') || c == u'/';
-    });
+    const bool isPlain = !month.isEmpty() && std::all_of(month.begin(), month.end(),
+                                                         [](QChar c) { return (c >= u'0' && c <= u'9') || c == u'/'; });
     if (!isPlain)
         return {"Day LIKE ?1 AND ?2 = ''", month + u'%', u""_s};
     // Day keys are plain digits and compare as bytes: the range uses the index and costs nothing for other months.

@@ -6,7 +6,8 @@
 
 namespace velloria::store::sqlite {
 
-Statement::Statement(const Connection& connection, const QByteArray& sql) : m_connection(connection) {
+Statement::Statement(const Connection& connection, const QByteArray& sql)
+    : m_connection(connection) {
     const int code = sqlite3_prepare_v2(connection.handle(), sql.constData(), int(sql.size()), &m_handle, nullptr);
     if (code != SQLITE_OK)
         connection.fail(code);
@@ -54,8 +55,8 @@ void Statement::bindAt(int parameter, const QString& text) {
         code = sqlite3_bind_null(m_handle, parameter);
     } else {
         const QByteArray utf8 = text.toUtf8();
-        code = sqlite3_bind_text64(m_handle, parameter, utf8.constData(), sqlite3_uint64(utf8.size()),
-                                   SQLITE_TRANSIENT, SQLITE_UTF8);
+        code = sqlite3_bind_text64(m_handle, parameter, utf8.constData(), sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT,
+                                   SQLITE_UTF8);
     }
     if (code != SQLITE_OK)
         m_connection.fail(code);
