@@ -110,9 +110,8 @@ int run(const QStringList& words) {
     try {
         return runCommand(parseCommandLine(words), desk);
     } catch (const platform::Failure& failure) {
-        desk.endProgress();
         desk.failure(failure);
-        return ended(kFailed, failure.line());
+        return kFailed;
     } catch (const Refusal& refusal) {
         return ended(kFailed, refusal.reason());
     } catch (const UsageError& error) {

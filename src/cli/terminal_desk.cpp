@@ -1,6 +1,7 @@
 #include "cli/terminal_desk.h"
 
 #include "cli/streams.h"
+#include "platform/failure.h"
 
 #include <QJsonDocument>
 
@@ -20,6 +21,12 @@ void TerminalDesk::record(const QJsonObject& event) {
         endProgress();
         writeError(event[u"text"_s].toString());
     }
+}
+
+void TerminalDesk::failure(const platform::Failure& failure) {
+    endProgress();
+    EventDesk::failure(failure);
+    writeError(u"velloria-cli: "_s + failure.line());
 }
 
 bool TerminalDesk::answerYesNo(const QJsonObject& question) {

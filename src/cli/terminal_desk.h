@@ -13,6 +13,9 @@ public:
     bool answersYes = false;           ///< every question is answered Yes
     std::optional<QJsonArray> answers; ///< the script; when it is used up: No, cancel
 
+    /// The event, and in every mode the reason in one line.
+    void failure(const platform::Failure& failure) override;
+
     /// Ends the progress line, if one is shown.
     void endProgress();
 

@@ -188,8 +188,7 @@ QString decodeReferences(QString text) {
             character = character * 10 + (text[end++].unicode() - u'0');
         // Only the form that the writer makes: no leading zero, a character that the code page has no code for.
         const bool isOurs = end > at + 2 && end < text.size() && text[end] == u';' && text[at + 2] != u'0' &&
-                            character >= 0x80 && character <= 0x10FFFF &&
-                            !(character >= 0xD800 && character <= 0xDFFF) &&
+                            character <= 0x10FFFF && !(character >= 0xD800 && character <= 0xDFFF) &&
                             (character > 0xFFFF || table.code(char16_t(character)) == 0);
         if (isOurs) {
             decoded += QStringView(text).sliced(copied, at - copied);

@@ -106,6 +106,7 @@ void EventDesk::navigate(const QString& url) {
 
 void EventDesk::failure(const Failure& failure) {
     record({{u"event"_s, u"failure"_s}, {u"text"_s, failure.text()}});
+    status(u"エラー："_s + failure.whatFailed());
 }
 
 } // namespace velloria::platform

@@ -142,7 +142,7 @@ void replaceFile(const QString& file, QByteArrayView bytes, Durability durabilit
     replacement.commit(durability);
 }
 
-void copyFile(const QString& from, const QString& to, unsigned newFileMode) {
+void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability) {
     if (isSameFile(from, to))
         return;
     const Descriptor source(::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC));
@@ -162,7 +162,7 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode) {
         replacement.write(QByteArrayView(block).first(count));
     }
     replacement.setTimes(status);
-    replacement.commit(Durability::Derived);
+    replacement.commit(durability);
 }
 
 bool isSameFile(const QString& left, const QString& right) {

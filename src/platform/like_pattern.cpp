@@ -24,7 +24,7 @@ bool isCharacter(char32_t step) {
 /// Whether `character` is read exactly where the bytes of a character stand that folds to it.
 bool canStartSearch(char32_t character) {
     const bool isSoundMark = character == 0x309B || character == 0x309C; // may join with half-width kana before it
-    return !isSoundMark && character != QChar::ReplacementCharacter && !QChar::isSurrogate(character);
+    return !isSoundMark && character != QChar::ReplacementCharacter;
 }
 
 } // namespace

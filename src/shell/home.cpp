@@ -18,7 +18,7 @@ namespace {
 const QStringList kRefreshed{u"*.blg"_s,    u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
                              u"TEXT.txt"_s, u"HTML.txt"_s, u"*.mht"_s,         u"title.bmp"_s};
 /// Files that belong to the user once they are there.
-const QStringList kSeededOnce{u"*.ini"_s};
+const QStringList kSeededOnce{u"Customize.ini"_s, u"HTML2TXT*.ini"_s, u"endpoints.ini"_s};
 
 void copyMatching(const QString& from, const QString& to, const QStringList& patterns, bool replacesOlder) {
     for (const QString& pattern : patterns) {

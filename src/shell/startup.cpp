@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
@@ -123,7 +124,7 @@ void Startup::resolveSingleUser() {
     if (fileExists(factoryFile(u"diary.mdb"_s)))
         store::copyDatabase(factoryFile(u"diary.mdb"_s), database);
     else if (fileExists(factoryFile(u"default.mdb"_s)))
-        copyFactoryFile(u"default.mdb"_s, database);
+        store::copyDatabase(factoryFile(u"default.mdb"_s), database);
 }
 
 void Startup::readStoredPaths() {
@@ -137,13 +138,25 @@ void Startup::readStoredPaths() {
     m_session.FileName = ReadIni(m_session.DiaryIniFile, keys::kSaveFileName);
 }
 
+bool Startup::fitsSettings(const QString& folder) const {
+    // The longest path that the settings keep below the data folder.
+    constexpr qsizetype kMostBytes = 255;
+    if (platform::toCodePage(withSeparator(folder) + u"Customize/Customize.ini"_s).size() <= kMostBytes)
+        return true;
+    m_desk.message(MessageKind::Critical, u"フォルダの名前が長すぎて設定に保存できません。\r\n"_s
+                                          u"もっと短い名前のフォルダを指定して下さい。"_s);
+    return false;
+}
+
 StartResult Startup::checkDataFolder() {
     if (!m_session.DataPath.isEmpty() && QFileInfo(m_session.DataPath).isDir())
         return StartResult::Ready;
     m_desk.message(MessageKind::Critical,
                    u"データ保存先フォルダが不正です。\r\n有効なデータ保存先フォルダを指定して下さい。"_s);
-    const std::optional<QString> folder =
-        m_desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, m_session.UserPath});
+    std::optional<QString> folder;
+    do
+        folder = m_desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, m_session.UserPath});
+    while (folder && !fitsSettings(*folder));
     if (!folder || folder->isEmpty()) {
         m_desk.message(MessageKind::Information, u"Velloriaを再起動して、データ保存先フォルダを指定してください。"_s);
         return StartResult::Ended;
@@ -215,7 +228,7 @@ void Startup::copyBlogTemplates() {
 void Startup::findSettingsFiles() {
     for (const SettingsFile& file : kSettingsFiles) {
         QString path = ReadIni(m_session.DiaryIniFile, file.key);
-        if (!fileExists(path)) {
+        if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = m_session.DataPath + file.defaultName;
             WriteIni(m_session.DiaryIniFile, file.key, path);
         }

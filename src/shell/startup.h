@@ -34,6 +34,7 @@ private:
     void resolveSingleUser();
     void readStoredPaths();
     StartResult checkDataFolder();
+    bool fitsSettings(const QString& folder) const;
     void checkDatabase();
     void makeWorkingFolders();
     void copyBlogTemplates();

@@ -28,7 +28,7 @@ bool Users::hasAny() const {
 }
 
 bool Users::UserCheck(const QString& id, const QString& password) const {
-    return UserExists(id) && convert::DecryptPassword(core::ReadIniDef(m_file, id, kUserPass, u""_s)) == password;
+    return UserExists(id) && convert::passwordFromSetting(core::ReadIniDef(m_file, id, kUserPass, u""_s)) == password;
 }
 
 bool Users::UserExists(const QString& id) const {

@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
@@ -71,9 +72,19 @@ Outcome SaveHtml::chooseTarget() {
 }
 
 bool SaveHtml::takeTarget(const QString& path) {
+    if (core::GetFileName(path).isEmpty()) {
+        m_desk.message(platform::MessageKind::Critical, u"ファイル名を指定してください。\r\n"_s + path);
+        return false;
+    }
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QString folder = core::withSeparator(core::GetParentFolder(absolute));
     const QString name = core::GetFileName(absolute);
+    constexpr qsizetype kMostBytes = 255; // of a folder that the settings can keep
+    if (platform::toCodePage(folder).size() > kMostBytes) {
+        m_desk.message(platform::MessageKind::Critical,
+                       u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
+        return false;
+    }
     platform::makeFolder(core::GetParentFolder(folder));
     if (platform::isSameFile(folder, m_session.DataPath)) {
         if (isLocalPageName(name)) {

@@ -131,8 +131,13 @@ qint16 GetDBVersion(const QString& path) {
 }
 
 void copyDatabase(const QString& from, const QString& to) {
+    const auto copy = [&] {
+        // A journal left beside the target belongs to another file and would be rolled into this one.
+        platform::removeFile(to + u"-journal"_s);
+        platform::copyFile(from, to, 0666, platform::Durability::Durable);
+    };
     if (formatOf(from) != Format::Sqlite) {
-        platform::copyFile(from, to);
+        copy();
         return;
     }
     settle(from);
@@ -140,7 +145,7 @@ void copyDatabase(const QString& from, const QString& to) {
     Connection connection(from, Access::ReadOnly);
     connection.execute("BEGIN");
     Statement(connection, "SELECT count(*) FROM sqlite_master").run();
-    platform::copyFile(from, to);
+    copy();
     connection.execute("COMMIT");
 }
 

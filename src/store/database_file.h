@@ -14,7 +14,8 @@ qint16 GetDBVersion(const QString& path);
 /// checked first, so a file that is no diary never takes the place of a good backup. Throws platform::Failure.
 void backUpDatabase(const QString& path, const QString& backup);
 
-/// Copies a diary database, settled first: a journal that was left behind is rolled back, none is copied.
+/// Copies a diary database (or its template) over `to`, settled first: a journal that was left behind is rolled back,
+/// none is copied, and none stays beside the copy. Throws platform::Failure.
 void copyDatabase(const QString& from, const QString& to);
 
 /// What is wrong with the diary, a line each; nothing when all is well. Changes nothing.

@@ -2,7 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/failure.h"
-#include "platform/file_write.h"
+#include "store/database_file.h"
 
 #include <QFileInfo>
 
@@ -12,7 +12,7 @@ namespace velloria::store {
 
 void UpdateDatabase(const core::Session& session, qint16 oldVersion) {
     if (!platform::fileExists(session.databaseFile())) {
-        platform::copyFile(platform::existingPath(session.MyPath + u"default.mdb"_s), session.databaseFile());
+        copyDatabase(platform::existingPath(session.MyPath + u"default.mdb"_s), session.databaseFile());
         return;
     }
     throw platform::Failure(u"バージョン%1の日記データベースはまだ変換できません。"_s.arg(oldVersion),

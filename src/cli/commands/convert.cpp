@@ -3,6 +3,7 @@
 #include "convert/html_to_text.h"
 #include "convert/password_text.h"
 #include "convert/url_encoding.h"
+#include "platform/code_page.h"
 
 using namespace Qt::StringLiterals;
 
@@ -35,19 +36,15 @@ void urlencode(Invocation& invocation) {
     writeOutput(encode(QString::fromUtf8(readArgumentFile(invocation.argument(1)))).toUtf8());
 }
 
-QString readPassword() {
-    const QString text = QString::fromUtf8(readInput());
-    if (!convert::isPasswordText(text))
-        throw Refusal(u"パスワードに使えない文字が含まれています。コードページ932にある文字だけを使ってください。"_s);
-    return text;
-}
-
 void scramble(Invocation&) {
-    writeOutput(convert::EncryptPassword(readPassword()).toUtf8());
+    const QString password = QString::fromUtf8(readInput());
+    if (!platform::inCodePage(password))
+        throw Refusal(u"パスワードに使えない文字が含まれています。コードページ932にある文字だけを使ってください。"_s);
+    writeOutput(convert::EncryptPassword(password).toUtf8());
 }
 
 void unscramble(Invocation&) {
-    writeOutput(convert::DecryptPassword(readPassword()).toUtf8());
+    writeOutput(convert::DecryptPassword(QString::fromUtf8(readInput())).toUtf8());
 }
 
 } // namespace
