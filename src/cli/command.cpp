@@ -1,12 +1,14 @@
 #include "cli/command.h"
 
 #include "cli/streams.h"
-#include "core/day_key.h"
+#include "platform/failure.h"
 #include "platform/file_write.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringDecoder>
 
 using namespace Qt::StringLiterals;
 
@@ -45,18 +47,6 @@ const std::vector<Command>& allCommands() {
     return commands;
 }
 
-QString dayArgument(const QString& text) {
-    if (!core::isDayKey(text))
-        throw UsageError(u"「%1」という日はありません (yyyy/mm/dd で指定してください)。"_s.arg(text));
-    return text;
-}
-
-QString monthArgument(const QString& text) {
-    if (!core::isMonthKey(text))
-        throw UsageError(u"「%1」という月はありません (yyyy/mm で指定してください)。"_s.arg(text));
-    return text;
-}
-
 int numberArgument(const QString& text) {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
@@ -66,7 +56,33 @@ int numberArgument(const QString& text) {
 }
 
 QByteArray readArgumentFile(const QString& file) {
-    return file.isEmpty() || file == u"-"_s ? readInput() : platform::readFile(file);
+    if (file.isEmpty() || file == u"-"_s)
+        return readInput();
+    try {
+        return platform::readFile(file);
+    } catch (const platform::Failure& failure) {
+        throw platform::Failure(failure.whatFailed(), file, failure.reason(), u"ファイル名を確認してください。"_s);
+    }
+}
+
+QString readArgumentText(const QString& file) {
+    const QByteArray bytes = readArgumentFile(file);
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decode(bytes);
+    if (decode.hasError())
+        throw platform::Failure(u"入力を読み取れません。"_s, shownFile(file), u"UTF-8ではありません"_s,
+                                u"UTF-8に変換してから、もう一度実行してください。"_s);
+    return text;
+}
+
+QString shownFile(const QString& file) {
+    return file.isEmpty() || file == u"-"_s ? u"標準入力"_s : file;
+}
+
+void refuseBinarySettings(const QString& file) {
+    if (QFileInfo(file).isFile() && platform::readFile(file).contains('\0'))
+        throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
+                                u"ファイルは変更されていません。テキストの設定ファイルを指定してください。"_s);
 }
 
 } // namespace velloria::cli

@@ -68,12 +68,13 @@ enum class Start { Needed, None, UnlessArgument };
 
 struct OptionSpec {
     QString name;  ///< "--month"
-    QString value; ///< placeholder, "" for a flag
+    QString value; ///< placeholder, "" for a flag; "yyyy/mm" takes months alone, "yyyy/mm/dd" days
+    bool isNeeded = false;
 };
 
 struct Command {
     QString name;      ///< "entry put"
-    QString arguments; ///< as the help shows them
+    QString arguments; ///< as the help shows them; DAY takes days alone, NUMBER numbers
     int fewest = 0;    ///< arguments at least
     int most = 0;      ///< arguments at most
     std::vector<OptionSpec> options;
@@ -94,12 +95,16 @@ std::vector<Command> convertCommands();
 std::vector<Command> iniCommands();
 std::vector<Command> databaseCommands();
 
-/// A day or month argument. Throws UsageError when there is no such day or month.
-QString dayArgument(const QString& text);
-QString monthArgument(const QString& text);
 /// An entry number, 1 to 32767.
 int numberArgument(const QString& text);
-/// The content of the file, of standard input for "" or "-".
+/// The content of the file, of standard input for "" or "-". Throws platform::Failure when it can't be read.
 QByteArray readArgumentFile(const QString& file);
+/// The same as text. Throws platform::Failure when it is no UTF-8.
+QString readArgumentText(const QString& file);
+/// The name under which a message speaks of such a file.
+QString shownFile(const QString& file);
+/// Throws platform::Failure when the file is no settings file but something binary, which would read as one without
+/// keys.
+void refuseBinarySettings(const QString& file);
 
 } // namespace velloria::cli

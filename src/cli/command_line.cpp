@@ -1,5 +1,7 @@
 #include "cli/command_line.h"
 
+#include "core/day_key.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -40,6 +42,20 @@ const OptionSpec* findOption(const QString& name, const Command* command) {
         }
     }
     return nullptr;
+}
+
+/// Throws UsageError for a value that its placeholder does not allow, so that wrong usage starts nothing.
+void checkValue(const QString& placeholder, const QString& value) {
+    const bool isDay = placeholder == u"yyyy/mm/dd"_s || placeholder == u"DAY"_s;
+    if (isDay && !core::isDayKey(value))
+        throw UsageError(u"「%1」という日はありません (yyyy/mm/dd で指定してください)。"_s.arg(value));
+    if (placeholder == u"yyyy/mm"_s && !core::isMonthKey(value))
+        throw UsageError(u"「%1」という月はありません (yyyy/mm で指定してください)。"_s.arg(value));
+    if (placeholder == u"NUMBER"_s || placeholder == u"[NUMBER]"_s)
+        numberArgument(value);
+    // A log takes its file name from both and must not leave its folder.
+    if ((placeholder == u"YEAR"_s || placeholder == u"MONTH"_s) && value.contains(u'/'))
+        throw UsageError(u"「%1」は年や月ではありません (2004 1 のように指定してください)。"_s.arg(value));
 }
 
 QString programWithTopic(const QString& topic) {
@@ -88,21 +104,22 @@ private:
         } else if (word.contains(u'=')) {
             throw UsageError(u"オプション %1 は値を取りません。"_s.arg(name));
         }
+        checkValue(option->value, value);
         setOption(name, value);
     }
 
     void setOption(const QString& name, const QString& value) {
         GlobalOptions& global = m_line.global;
         if (name == u"--home"_s)
-            global.home = value;
+            global.home = filled(name, value);
         else if (name == u"--user"_s)
             global.user = value.isNull() ? u""_s : value;
         else if (name == u"--now"_s)
-            global.now = value;
+            global.now = filled(name, value);
         else if (name == u"--day"_s)
-            global.day = dayArgument(value);
+            global.day = value;
         else if (name == u"--answers"_s)
-            global.answersFile = value;
+            global.answersFile = filled(name, value);
         else if (name == u"--events"_s)
             global.showsEvents = true;
         else if (name == u"--yes"_s)
@@ -117,6 +134,13 @@ private:
             m_line.options[name] += value;
     }
 
+    /// An empty value is a script's unset variable: the default that it would stand for is somebody else's diary.
+    static const QString& filled(const QString& name, const QString& value) {
+        if (value.isEmpty())
+            throw UsageError(u"オプション %1 の値が空です。値を指定するか、オプションを外してください。"_s.arg(name));
+        return value;
+    }
+
     void takeCommandWord(const QString& word) {
         const QString name = m_group.isEmpty() ? word : m_group + u' ' + word;
         const auto& commands = allCommands();
@@ -129,7 +153,8 @@ private:
         const bool isGroup = std::any_of(commands.begin(), commands.end(),
                                          [&](const Command& c) { return c.name.startsWith(name + u' '); });
         if (!isGroup)
-            throw UsageError(u"不明なコマンドです: %1 (%2 を参照してください)"_s.arg(name, programWithTopic(m_group)));
+            throw UsageError(
+                u"不明なコマンドです: 「%1」 (%2 を参照してください)"_s.arg(name, programWithTopic(m_group)));
         m_group = name;
     }
 
@@ -142,6 +167,13 @@ private:
             throw UsageError(u"引数が足りません。使い方: %1"_s.arg(usage));
         if (m_line.arguments.size() > command->most)
             throw UsageError(u"余分な引数です: %1。使い方: %2"_s.arg(m_line.arguments[command->most], usage));
+        for (const OptionSpec& option : command->options) {
+            if (option.isNeeded && !m_line.options.contains(option.name))
+                throw UsageError(u"オプション %1 が必要です。使い方: %2"_s.arg(option.name, usage));
+        }
+        const QStringList placeholders = command->arguments.split(u' ');
+        for (qsizetype i = 0; i < m_line.arguments.size(); ++i)
+            checkValue(placeholders[i], m_line.arguments[i]);
     }
 
     QString topic() const { return m_line.command ? m_line.command->name : m_group; }

@@ -117,7 +117,8 @@ int run(const QStringList& words) {
     } catch (const UsageError& error) {
         return ended(kWrongUsage, error.reason());
     } catch (const std::bad_alloc&) {
-        return ended(kFailed, u"メモリが足りません。何も変更されていません。"_s);
+        return ended(kFailed,
+                     u"メモリが足りないので中止しました。ほかのプログラムを終了してから、もう一度実行してください。"_s);
     }
 }
 
@@ -125,6 +126,7 @@ int run(const QStringList& words) {
 } // namespace velloria::cli
 
 int main(int argc, char** argv) {
+    velloria::cli::occupyClosedStreams();
     // Texts are UTF-8 whatever the locale; Qt would complain about another one on standard error.
     std::setlocale(LC_ALL, "");
     if (std::string_view(nl_langinfo(CODESET)) != "UTF-8")

@@ -40,10 +40,19 @@ private:
 
 } // namespace
 
+void occupyClosedStreams() {
+    for (std::FILE* stream : {stdin, stdout, stderr}) {
+        const bool isClosed = isatty(fileno(stream)) == 0 && errno == EBADF;
+        [[maybe_unused]] const auto* refusing =
+            isClosed ? std::freopen("/dev/null", stream == stdin ? "w" : "r", stream) : stream;
+    }
+}
+
 void writeOutput(const QByteArray& bytes) {
     const auto size = std::size_t(bytes.size());
     if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
-        throw platform::Failure(u"結果を出力できません。"_s, u"標準出力"_s, platform::systemReason(errno));
+        throw platform::Failure(u"結果を出力できません。"_s, u"標準出力"_s, platform::systemReason(errno),
+                                u"出力先を確認してください。"_s);
 }
 
 void writeLine(const QString& line) {
@@ -69,16 +78,19 @@ QByteArray readInput() {
     char block[1 << 16];
     while (const std::size_t count = std::fread(block, 1, sizeof block, stdin))
         bytes.append(block, qsizetype(count));
+    if (std::ferror(stdin))
+        throw platform::Failure(u"入力を読み込めません。"_s, u"標準入力"_s, platform::systemReason(errno),
+                                u"入力を確認してください。"_s);
     return bytes;
 }
 
 std::optional<QString> askOnTerminal(const QString& prompt, Echo echo) {
     if (isatty(STDIN_FILENO) != 1)
         return std::nullopt;
-    writeErrorPart(prompt);
     std::optional<SilentTerminal> silent;
     if (echo == Echo::Off)
-        silent.emplace();
+        silent.emplace(); // before the prompt, which a script answers at once
+    writeErrorPart(prompt);
     std::string line;
     if (!std::getline(std::cin, line))
         return std::nullopt;

@@ -10,6 +10,10 @@ namespace velloria::cli {
 
 enum class Echo { On, Off };
 
+/// Comes before anything that opens a file: the number of a closed standard stream would go to that file, and results
+/// into it. From here on reading and writing such a stream fails.
+void occupyClosedStreams();
+
 /// Results. Throws platform::Failure when they can't be written (a full disk, a closed pipe).
 void writeOutput(const QByteArray& bytes);
 void writeLine(const QString& line);
@@ -19,7 +23,7 @@ void writeError(const QString& line);
 void writeErrorPart(const QString& text);
 bool standardErrorIsTerminal();
 
-/// All of standard input.
+/// All of standard input. Throws platform::Failure when it can't be read.
 QByteArray readInput();
 
 /// Asks on the terminal; nothing when standard input is none.

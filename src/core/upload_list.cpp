@@ -10,11 +10,27 @@ using namespace Qt::StringLiterals;
 namespace velloria::core {
 namespace {
 
+/// Characters that the code page writes as others. A page can bear that, the name of a file on disk can't: here they
+/// are references like the characters that the code page lacks.
+constexpr char16_t kOneWay[] = {0x00A2, 0x00A3, 0x00AC, 0x2014, 0x2016, 0x2212, 0x301C};
+
+QString referenceTo(char16_t character) {
+    return u"&#%1;"_s.arg(int(character));
+}
+
 QByteArray bytesOf(const std::vector<UploadRow>& rows) {
     QString text;
     for (const UploadRow& row : rows)
         text += row.folder + u',' + row.name + u"\r\n"_s;
+    for (const char16_t character : kOneWay)
+        text.replace(QChar(character), referenceTo(character));
     return platform::toCodePage(text);
+}
+
+QString decoded(QString line) {
+    for (const char16_t character : kOneWay)
+        line.replace(referenceTo(character), QChar(character));
+    return line;
 }
 
 /// The field that starts at `at`, which moves behind the comma that ends it.
@@ -46,7 +62,8 @@ void appendUploadList(const QString& file, const std::vector<UploadRow>& rows) {
 
 std::vector<UploadRow> readUploadList(const QString& file) {
     std::vector<UploadRow> rows;
-    for (const QString& line : readLines(file)) {
+    for (const QString& stored : readLines(file)) {
+        const QString line = decoded(stored);
         qsizetype at = 0;
         UploadRow row;
         row.folder = takeField(line, at);

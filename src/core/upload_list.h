@@ -1,6 +1,7 @@
 // The lists of files for the web server: "upload.tmp", "uplogtmp.tmp" and "uploadlog.tmp" in the user's folder.
 //
-// A row is the local folder without its last separator, a comma, and the file name.
+// A row is the local folder without its last separator, a comma, and the file name; every name reads back as it is on
+// disk.
 #pragma once
 
 #include <QString>

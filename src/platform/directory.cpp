@@ -1,5 +1,7 @@
 #include "platform/directory.h"
 
+#include "platform/code_page.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -18,13 +20,20 @@ bool comesFirst(const QString& left, const QString& right) {
     return upperLeft == upperRight ? left < right : upperLeft < upperRight;
 }
 
-/// The one name in `folder` that differs from `name` in case alone; "" when there is none or more than one.
+/// The name as a settings file gives it back: a wave dash, for one, has come back as another character.
+QString storedForm(const QString& name) {
+    return fromCodePage(toCodePage(name));
+}
+
+/// The one name in `folder` that differs from `name` in case or stored form alone; "" when there is none or more than
+/// one.
 QString soleMatch(const QString& folder, const QString& name) {
+    const QString wanted = storedForm(name);
     QString match;
     QDirIterator names(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     while (names.hasNext()) {
         names.next();
-        if (names.fileName().compare(name, Qt::CaseInsensitive) != 0)
+        if (storedForm(names.fileName()).compare(wanted, Qt::CaseInsensitive) != 0)
             continue;
         if (!match.isEmpty())
             return {};

@@ -17,6 +17,7 @@ public:
     const QString& whatFailed() const { return m_what; }
     const QString& file() const { return m_file; }
     const QString& reason() const { return m_reason; }
+    const QString& advice() const { return m_advice; }
 
     /// The text of the failure box: one line each for what, file, reason and advice.
     QString text() const;

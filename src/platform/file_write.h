@@ -13,8 +13,8 @@ enum class Durability {
 };
 
 /// Replaces `file` by `bytes`. Mode and symbolic link of an existing file are kept; a new file gets `newFileMode`
-/// (POSIX permission bits, reduced by the umask). A file that is set read-only is refused. On failure the old file stays
-/// and Failure is thrown.
+/// (POSIX permission bits, reduced by the umask). A file that is set read-only is refused. On failure the old file
+/// stays and Failure is thrown.
 void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode = 0666);
 
 /// Copies by a temporary name and rename, with the source's modification time; the copy is writable by its owner. A

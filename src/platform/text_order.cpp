@@ -35,8 +35,6 @@ char16_t hiragana(char16_t unit) {
 /// Written to the code page as another character, as which it comes back.
 char16_t comesBackAs(char16_t unit) {
     switch (unit) {
-    case 0x2014:
-        return 0x2015;
     case 0x2016:
         return 0x2225;
     case 0x2212:

@@ -1,10 +1,10 @@
 // Text comparison of the diary: equality, Like and order without regard to case, width and kana type.
 //
 // The fold: half-width kana with its marks to full width, katakana to hiragana, full-width ASCII, signs and the
-// ideographic blank to their narrow forms, lower case, and the characters of the one-way code page pairs to one of
-// their two (U+2014 to U+2015, U+2016 to U+2225, U+2212 to U+FF0D and so to "-", U+301C to U+FF5E and so to "~"),
-// because a name reads back from a list file as the other one. Two texts are equal when their folds are. All else
-// differs.
+// ideographic blank to their narrow forms, lower case, and characters that the code page writes as another one to that
+// one (U+2016 to U+2225, U+2212 to U+FF0D and so to "-", U+301C to U+FF5E and so to "~"), because a name reads back
+// from a list file as the other. The dashes U+2014 and U+2015 stay two, as they always were. Two texts are equal when
+// their folds are. All else differs.
 #pragma once
 
 #include <QString>

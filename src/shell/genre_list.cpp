@@ -1,6 +1,7 @@
 #include "shell/genre_list.h"
 
 #include "core/text_file.h"
+#include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/text_order.h"
 
@@ -11,6 +12,12 @@ namespace {
 
 QString listFile(const core::Session& session) {
     return platform::existingPath(session.DataPath + u"Genre.csv"_s);
+}
+
+/// A genre as it compares once it has been a line of the file.
+QString listForm(QString genre) {
+    genre.replace(u'\r', u' ').replace(u'\n', u' ');
+    return platform::fold(platform::decodeReferences(platform::fromCodePage(platform::toCodePage(genre))));
 }
 
 } // namespace
@@ -26,12 +33,12 @@ void addGenres(const core::Session& session, const store::DiaryStore& store, con
     const qsizetype before = known.size();
     QStringList folds;
     for (const QString& genre : known)
-        folds += platform::fold(genre);
+        folds += listForm(genre);
     for (const QString& genre : genres) {
-        if (genre.isEmpty() || folds.contains(platform::fold(genre)))
+        if (genre.isEmpty() || folds.contains(listForm(genre)))
             continue;
         known += genre;
-        folds += platform::fold(genre);
+        folds += listForm(genre);
     }
     if (known.size() > before)
         core::writeLines(listFile(session), known);

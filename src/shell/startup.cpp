@@ -7,6 +7,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/profile_file.h"
 #include "shell/users.h"
 #include "site/weather.h"
 #include "store/database_file.h"
@@ -47,7 +48,7 @@ const std::array<SettingsFile, 5> kSettingsFiles{{
 
 /// A settings file that is no text at all would read as if every key were missing.
 void refuseBinary(const QString& file) {
-    if (fileExists(file) && platform::readFile(file).contains('\0'))
+    if (fileExists(file) && platform::readFile(existingPath(file)).contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
 }
@@ -88,6 +89,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     }
     if (!login)
         return StartResult::Ended;
+    refuseBinary(factoryFile(u"velluser.ini"_s));
     users.rememberLogin(login->id);
     if (!users.UserCheck(login->id, login->password)) {
         m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
@@ -103,21 +105,42 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
 }
 
 void Startup::resolveSingleUser() {
-    m_session.UserPath = m_session.MyPath + u"UserData"_s + nativeSeparator();
+    m_session.UserPath = withSeparator(existingPath(m_session.MyPath + u"UserData"_s));
     makeFolder(GetParentFolder(m_session.UserPath), 0700);
     m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
-    constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
-    if (fileExists(m_session.DiaryIniFile)) {
-        readStoredPaths();
-    } else if (fileExists(factoryFile(u"diary.ini"_s))) {
-        copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
-        readStoredPaths();
-    } else if (fileExists(factoryFile(u"default.ini"_s))) {
-        copyFactoryFile(u"default.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
-        m_session.DataPath = m_session.UserPath;
-        WriteIni(m_session.DiaryIniFile, keys::kDataPath, m_session.DataPath);
-        m_session.FilePath = m_session.DataPath;
+    // Two programs may start here for the first time at once: the later one must not copy over what the other wrote.
+    const platform::FolderLock lock(GetParentFolder(m_session.UserPath));
+    const bool isFirstStart = copyFirstSettings();
+    readStoredPaths();
+    if (isFirstStart) {
+        m_session.DataPath = m_session.FilePath = m_session.UserPath;
+        m_session.FileName = u""_s;
     }
+    copyFirstDiary();
+}
+
+/// Whether the settings are fresh ones, from "default.ini"; their data folder is the user's.
+bool Startup::copyFirstSettings() const {
+    constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
+    if (fileExists(m_session.DiaryIniFile))
+        return false;
+    if (fileExists(factoryFile(u"diary.ini"_s))) {
+        refuseBinary(factoryFile(u"diary.ini"_s));
+        copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
+        return false;
+    }
+    if (!fileExists(factoryFile(u"default.ini"_s)))
+        return false;
+    refuseBinary(factoryFile(u"default.ini"_s));
+    // In one piece: settings without a data folder would ask for one at the next start.
+    const QByteArray settings =
+        platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section,
+                                 keys::kDataPath.name, m_session.UserPath);
+    platform::replaceFile(m_session.DiaryIniFile, settings, platform::Durability::Durable, kOwnerOnly);
+    return true;
+}
+
+void Startup::copyFirstDiary() const {
     const QString database = m_session.UserPath + u"diary.mdb"_s;
     if (fileExists(database))
         return;
@@ -131,7 +154,7 @@ void Startup::readStoredPaths() {
     refuseBinary(m_session.DiaryIniFile);
     const auto folder = [this](const Key& key) {
         const QString stored = ReadIni(m_session.DiaryIniFile, key);
-        return isAbsoluteFolder(stored) ? withSeparator(stored) : QString();
+        return isAbsoluteFolder(stored) ? withSeparator(existingPath(stored)) : QString();
     };
     m_session.DataPath = folder(keys::kDataPath);
     m_session.FilePath = folder(keys::kSaveFilePath);
@@ -173,9 +196,10 @@ void Startup::checkDatabase() {
     if (version >= kDatabaseVersion)
         return;
     // Old versions had no customize files.
-    makeFolder(m_session.DataPath + u"Customize"_s);
-    if (!fileExists(m_session.DataPath + u"Customize/Customize.ini"_s))
-        copyFactoryFile(u"Customize.ini"_s, m_session.DataPath + u"Customize/Customize.ini"_s);
+    const QString customize = existingPath(m_session.DataPath + u"Customize"_s);
+    makeFolder(customize);
+    if (!fileExists(customize + u"/Customize.ini"_s))
+        copyFactoryFile(u"Customize.ini"_s, customize + u"/Customize.ini"_s);
     for (const SettingsFile& file : kSettingsFiles) {
         if (file.path != &Session::RSSIniFile)
             WriteIni(m_session.DiaryIniFile, file.key, m_session.DataPath + file.defaultName);
@@ -232,6 +256,7 @@ void Startup::findSettingsFiles() {
             path = m_session.DataPath + file.defaultName;
             WriteIni(m_session.DiaryIniFile, file.key, path);
         }
+        refuseBinary(path);
         m_session.*file.path = path;
     }
 }

@@ -32,6 +32,8 @@ public:
 private:
     StartResult resolveUser(const std::optional<Login>& login);
     void resolveSingleUser();
+    bool copyFirstSettings() const;
+    void copyFirstDiary() const;
     void readStoredPaths();
     StartResult checkDataFolder();
     bool fitsSettings(const QString& folder) const;

@@ -8,6 +8,7 @@
 #include "platform/file_write.h"
 #include "site/calendar_dates.h"
 #include "site/month_page.h"
+#include "site/site_folder.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +27,7 @@ void LogArchive::save(const QString& year, const QString& typedMonth) {
     const platform::Hourglass hourglass(m_desk);
     if (m_session.FilePath.isEmpty())
         m_desk.status(u"保存先のフォルダが決まっていないので、ログはデータフォルダにだけ作成します。"_s);
+    requireSiteFolder(m_session);
     for (const QString& root : roots())
         platform::makeFolder(root + u"DiaryLog"_s);
     const QString month = typedMonth.size() == 1 ? u'0' + typedMonth : typedMonth;
@@ -97,7 +99,9 @@ void LogArchive::archiveCommonFiles() {
             if (!root.isEmpty() && platform::fileExists(source) && !platform::fileExists(target))
                 platform::copyFile(platform::existingPath(source), target);
         }
-        m_files.AddLoggedCommonFile(name);
+        // The upload takes the file of this row from the data folder's logs and stops when it is missing there.
+        if (platform::fileExists(m_session.DataPath + u"DiaryLog/DiaryParts/"_s + name))
+            m_files.AddLoggedCommonFile(name);
     }
 }
 

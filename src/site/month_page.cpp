@@ -4,6 +4,7 @@
 #include "core/day_key.h"
 #include "core/path_names.h"
 #include "core/upload_list.h"
+#include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/calendar_page.h"
 #include "site/day_list.h"
@@ -20,10 +21,13 @@ using namespace Qt::StringLiterals;
 namespace velloria::site {
 namespace {
 
-/// The month as a date; nothing for a text such as "2004/ab", of which a page is made all the same.
-std::optional<QDate> dateOf(const QString& yearMonth, int yearNow) {
-    const auto date = core::parseDate(yearMonth, yearNow);
-    return date ? std::optional(date->date()) : std::nullopt;
+/// The month as a date; nothing for a text such as "2004/ab", of which a log is made all the same.
+std::optional<QDate> dateOf(const QString& yearMonth, int yearNow, PageKind pageKind) {
+    if (const auto date = core::parseDate(yearMonth, yearNow))
+        return date->date();
+    if (pageKind == PageKind::Current)
+        throw platform::Failure(u"ページを作成できません。"_s, {}, u"「%1」は月として読めません。"_s.arg(yearMonth));
+    return std::nullopt;
 }
 
 void printHeading(Page& page, const MonthRun& run, const std::optional<QDate>& month) {
@@ -47,6 +51,7 @@ void MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind
     const SiteSettings settings(m_session);
     Pages pages;
     MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
+    const std::optional<QDate> month = dateOf(yearMonth, m_clock.now().date().year(), pageKind);
     // The feeds come first: without a public entry the run ends here and touches no page.
     makeFeeds(run);
     readDivision(run);
@@ -55,8 +60,9 @@ void MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind
 
     Page& page = pages.create(run.diaryFile);
     printHead(page, run);
-    printHeading(page, run, dateOf(yearMonth, m_clock.now().date().year()));
-    printCalendar(run, page);
+    printHeading(page, run, month);
+    if (month)
+        printCalendar(run, page, *month);
     printDayList(pages.append(run.diaryFile), run);
     printEntries(run);
     if (pageKind == PageKind::Current && settings.isOn(keys::general::kUseLog))
@@ -111,15 +117,12 @@ void MonthPage::chooseFiles(MonthRun& run) const {
     }
 }
 
-void MonthPage::printCalendar(MonthRun& run, Page& page) const {
-    const std::optional<QDate> month = dateOf(run.yearMonth, m_clock.now().date().year());
-    if (!month)
-        return;
+void MonthPage::printCalendar(MonthRun& run, Page& page, const QDate& month) const {
     if (run.frameOn) {
-        MakeCalenderFrame(run, month->year(), month->month());
-        MakeCalender(run, month->year(), month->month(), u"DIARY"_s);
+        MakeCalenderFrame(run, month.year(), month.month());
+        MakeCalender(run, month.year(), month.month(), u"DIARY"_s);
     } else if (run.settings.isOn(keys::calender::kUse)) {
-        MakeCalender(run, month->year(), month->month(), u"_self"_s);
+        MakeCalender(run, month.year(), month.month(), u"_self"_s);
         page.print(u"<BR>"_s);
     }
 }

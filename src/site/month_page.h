@@ -17,7 +17,8 @@ public:
     MonthPage(const core::Session& session, const store::DiaryStore& store, const platform::Clock& clock);
 
     /// Writes the month `yearMonth` ("yyyy/mm") to `path` with all that hangs on it: frames, divided pages and, for a
-    /// current page, the feeds; with MakeList::Yes also the list of these files for the upload.
+    /// current page, the feeds; with MakeList::Yes also the list of these files for the upload. A text that is no month
+    /// makes a log without a calendar, but no current page.
     void MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind, MakeList makeList,
                   WithPrivate withPrivate);
 
@@ -26,7 +27,7 @@ private:
     void makeFeeds(MonthRun& run) const;
     void readDivision(MonthRun& run) const;
     void chooseFiles(MonthRun& run) const;
-    void printCalendar(MonthRun& run, Page& page) const;
+    void printCalendar(MonthRun& run, Page& page, const QDate& month) const;
     void printEntries(MonthRun& run) const;
     void printFoot(MonthRun& run) const;
     void writeList(const MonthRun& run) const;

@@ -1,5 +1,6 @@
 #include "site/page.h"
 
+#include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 
@@ -10,7 +11,11 @@ Page& Pages::create(const QString& path) {
 }
 
 Page& Pages::append(const QString& path) {
-    return m_pages.at(path);
+    const auto [page, isNew] = m_pages.try_emplace(path);
+    // The file of a day may have taken the month file's own name and be finished already.
+    if (isNew)
+        page->second.add(core::ReadTextFile(path));
+    return page->second;
 }
 
 void Pages::commit(const QString& path) {

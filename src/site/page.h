@@ -17,6 +17,9 @@ public:
         m_text.append(u"\r\n");
     }
 
+    /// Text as it stands.
+    void add(const QString& text) { m_text.append(text); }
+
     const QString& text() const { return m_text; }
 
 private:
@@ -28,7 +31,7 @@ class Pages {
 public:
     /// A new empty page; it replaces an unfinished one of the same path.
     Page& create(const QString& path);
-    /// The unfinished page to go on with.
+    /// The unfinished page to go on with, or else the file as it is on disk.
     Page& append(const QString& path);
     /// Puts the page in place, in code page 932. Throws platform::Failure; the old file then stays.
     void commit(const QString& path);

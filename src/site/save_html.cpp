@@ -8,6 +8,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/month_page.h"
+#include "site/site_folder.h"
 #include "site/weather.h"
 
 #include <QFileInfo>
@@ -105,10 +106,10 @@ void SaveHtml::SaveHTML() {
     const platform::Hourglass hourglass(m_desk);
     if (!m_session.FileName.endsWith(u".htm"_s) && !m_session.FileName.endsWith(u".html"_s))
         m_session.FileName += u".htm"_s;
+    requireSiteFolder(m_session);
     MonthPage(m_session, m_store, m_clock)
         .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
                   MakeList::Yes, WithPrivate::No);
-    platform::makeFolder(m_session.FilePath + u"DiaryParts"_s);
     placeWeatherPictures();
     for (const QString& name : m_files.FilesOfMonth(core::monthOf(m_session.Today)))
         copyPart(name);
@@ -120,18 +121,27 @@ void SaveHtml::SaveHTML() {
 }
 
 void SaveHtml::placeWeatherPictures() {
+    requireSiteFolder(m_session);
+    platform::makeFolder(m_session.FilePath + u"DiaryParts"_s);
     for (const QString& name : weatherPictures()) {
         const QString source = platform::existingPath(m_session.DataPath + u"DiaryParts/"_s + name);
         const QString target = m_session.FilePath + u"DiaryParts/"_s + name;
-        if (!QFileInfo::exists(source) || platform::fileExists(target))
+        // In a site that is the data folder the picture is there already, and yet unknown to the upload.
+        const bool isInPlace = platform::fileExists(target) && !platform::isSameFile(source, target);
+        if (!platform::fileExists(source) || isInPlace)
             continue;
+        // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
+        registerForAllMonths(name);
         platform::copyFile(source, target);
-        bool isRegistered = false;
-        for (const store::FileRow& row : m_files.FindFile(name))
-            isRegistered = isRegistered || row.day == store::kAllDays;
-        if (!isRegistered)
-            m_files.AddFile({0, name, store::kAllDays, 0, false, false});
     }
+}
+
+void SaveHtml::registerForAllMonths(const QString& name) {
+    for (const store::FileRow& row : m_files.FindFile(name)) {
+        if (row.day == store::kAllDays)
+            return;
+    }
+    m_files.AddFile({0, name, store::kAllDays, 0, false, false});
 }
 
 void SaveHtml::copyPart(const QString& name) {

@@ -35,6 +35,10 @@ public:
     /// Writes the month of `Today` with its feeds, upload list and files. Throws platform::Failure.
     void SaveHTML();
 
+    /// Copies the weather pictures that the site's "DiaryParts" lacks and registers each once as a file of all months,
+    /// so that upload and logs take them along. SaveHTML does so itself.
+    void placeWeatherPictures();
+
     /// Writes the preview "tmp.htm": the month of `EnterDay` with private entries. Throws platform::Failure.
     void SaveTmpFile();
 
@@ -45,7 +49,7 @@ private:
     /// Takes the target over and saves there; a failure brings the old target back.
     Outcome saveTo(const std::function<bool()>& takeTarget);
     bool takeTarget(const QString& path);
-    void placeWeatherPictures();
+    void registerForAllMonths(const QString& name);
     void copyPart(const QString& name);
 
     core::Session& m_session;

@@ -1,8 +1,11 @@
 #include "site/site_rebuild.h"
 
 #include "core/day_key.h"
+#include "core/upload_list.h"
 #include "platform/failure.h"
 #include "site/log_archive.h"
+
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +14,21 @@ namespace {
 
 bool isWithin(const QString& month, const QString& from, const QString& to) {
     return (from.isEmpty() || month >= from) && (to.isEmpty() || month <= to);
+}
+
+/// Leaves one row a file: a rebuild lists every log again, and the upload needs each once.
+void listOnce(const QString& list) {
+    QSet<QString> seen;
+    std::vector<core::UploadRow> rows;
+    const std::vector<core::UploadRow> all = core::readUploadList(list);
+    for (const core::UploadRow& row : all) {
+        const QString key = row.folder + u',' + row.name;
+        if (!seen.contains(key))
+            rows.push_back(row);
+        seen.insert(key);
+    }
+    if (rows.size() != all.size())
+        core::writeUploadList(list, rows);
 }
 
 } // namespace
@@ -30,28 +48,32 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
         if (core::isMonthKey(month) && month < currentMonth && isWithin(month, from, to))
             months += month;
     }
-    LogArchive archive(session, store, desk, clock);
-    int done = 0;
-    for (const QString& month : months) {
+    // Ahead of the logs, which take along what is registered by then.
+    saver.placeWeatherPictures();
+    QSet<QString> failedMonths;
+    const auto attempt = [&](const QString& month, const auto& action) {
         try {
-            archive.save(month.left(4), month.right(2));
-            ++result.logs;
+            action();
+            return true;
         } catch (platform::Failure& failure) {
             failure.addStage(month);
             desk.failure(failure);
-            ++result.failures;
+            failedMonths.insert(month);
+            return false;
         }
+    };
+    LogArchive archive(session, store, desk, clock);
+    int done = 0;
+    for (const QString& month : months) {
+        if (attempt(month, [&] { archive.save(month.left(4), month.right(2)); }))
+            ++result.logs;
         desk.progress(month, ++done, int(months.size()));
     }
-    try {
-        if (isWithin(currentMonth, from, to))
-            saver.SaveHTML();
-        saver.previewStep();
-    } catch (platform::Failure& failure) {
-        failure.addStage(currentMonth);
-        desk.failure(failure);
-        ++result.failures;
-    }
+    listOnce(session.UserPath + u"uploadlog.tmp"_s);
+    if (isWithin(currentMonth, from, to))
+        attempt(currentMonth, [&] { saver.SaveHTML(); });
+    attempt(core::monthOf(session.EnterDay), [&] { saver.previewStep(); });
+    result.failures = int(failedMonths.size());
     return result;
 }
 

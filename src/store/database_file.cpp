@@ -20,12 +20,16 @@ using sqlite::Statement;
 
 namespace {
 
+const QString kRestoreAdvice =
+    u"ファイルは変更されていません。「diarymdb.bak」などのバックアップから復元してください。"_s;
+
 enum class Format { Sqlite, Jet, None };
 
 Format formatOf(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure(u"日記データベースを開けません。"_s, path, file.errorString());
+        throw Failure(u"日記データベースを開けません。"_s, path, file.errorString(),
+                      u"ファイルの場所を確認してください。"_s);
     const QByteArray head = file.read(32);
     if (head.startsWith(QByteArrayView("SQLite format 3\0", 16)))
         return Format::Sqlite;
@@ -35,8 +39,7 @@ Format formatOf(const QString& path) {
 }
 
 [[noreturn]] void refuseForeignFile(const QString& path) {
-    throw Failure(u"日記データベースではありません。"_s, path, {},
-                  u"ファイルは変更されていません。「diarymdb.bak」などのバックアップから復元してください。"_s);
+    throw Failure(u"日記データベースではありません。"_s, path, {}, kRestoreAdvice);
 }
 
 bool hasTable(const Connection& connection, const QString& name) {
@@ -45,12 +48,27 @@ bool hasTable(const Connection& connection, const QString& name) {
     return rows.next();
 }
 
-/// A journal left by a program that was killed is rolled back by whoever opens the file for writing next.
-void settle(const QString& path) {
-    if (!QFileInfo::exists(path + u"-journal"_s))
-        return;
-    Connection connection(path, Access::ReadWrite);
-    Statement(connection, "SELECT count(*) FROM sqlite_master").run();
+/// The engine takes a last page that is cut off for one that ends in zeros.
+void refuseCutOffPage(const QString& path) {
+    Connection connection(path, Access::ReadOnly);
+    const auto number = [&connection](const char* query) {
+        Statement row(connection, query);
+        return row.next() ? row.integer64(0) : 0;
+    };
+    connection.execute("BEGIN");
+    number("SELECT count(*) FROM sqlite_master"); // from here on no writer changes the length
+    if (QFileInfo(path).size() < number("PRAGMA page_count") * number("PRAGMA page_size"))
+        throw Failure(u"日記データベースが壊れています。"_s, path, u"ファイルの終わりが欠けています"_s, kRestoreAdvice);
+}
+
+/// Neither a file without entries nor a damaged diary takes the place of a good backup.
+void refuseUnsoundDiary(const QString& path) {
+    const Connection connection(path, Access::ReadOnly);
+    if (!hasTable(connection, u"Contents"_s))
+        refuseForeignFile(path);
+    Statement check(connection, "PRAGMA quick_check(1)");
+    if (check.next() && check.text(0) != u"ok"_s)
+        throw Failure(u"日記データベースが壊れています。"_s, path, check.text(0), kRestoreAdvice);
 }
 
 class Checker {
@@ -71,9 +89,14 @@ public:
 private:
     void checkIntegrity() {
         Statement rows(m_connection, "PRAGMA integrity_check");
-        while (rows.next()) {
-            if (rows.text(0) != u"ok"_s)
-                m_findings += u"データベースの異常: "_s + rows.text(0);
+        try {
+            while (rows.next()) {
+                if (rows.text(0) != u"ok"_s)
+                    m_findings += u"データベースの異常: "_s + rows.text(0);
+            }
+        } catch (const Failure&) {
+            if (m_findings.isEmpty()) // else the damage that was found has stopped the engine's check, too
+                throw;
         }
     }
 
@@ -94,7 +117,7 @@ private:
     }
 
     void checkFiles() {
-        Statement rows(m_connection, "SELECT FileName, Day, Number FROM FileDB WHERE Day <> 'ALL' AND NOT EXISTS "
+        Statement rows(m_connection, "SELECT FileName, Day, Number FROM FileDB WHERE Day IS NOT 'ALL' AND NOT EXISTS "
                                      "(SELECT 1 FROM Contents WHERE Contents.Day = FileDB.Day AND Contents.Number = "
                                      "FileDB.Number) ORDER BY Day, Number, FileID");
         while (rows.next())
@@ -119,7 +142,7 @@ qint16 GetDBVersion(const QString& path) {
     case Format::Sqlite:
         break;
     }
-    settle(path);
+    refuseCutOffPage(path);
     const Connection connection(path, Access::ReadOnly);
     if (!hasTable(connection, u"DBInfo"_s)) {
         if (!hasTable(connection, u"Contents"_s))
@@ -127,7 +150,11 @@ qint16 GetDBVersion(const QString& path) {
         return 0;
     }
     Statement rows(connection, "SELECT VersionInfo FROM DBInfo ORDER BY rowid");
-    return rows.next() ? qint16(rows.integer(0)) : qint16(0);
+    const qint64 version = rows.next() ? rows.integer64(0) : 0;
+    if (version != qint16(version))
+        throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, QString::number(version),
+                      kRestoreAdvice);
+    return qint16(version);
 }
 
 void copyDatabase(const QString& from, const QString& to) {
@@ -140,7 +167,6 @@ void copyDatabase(const QString& from, const QString& to) {
         copy();
         return;
     }
-    settle(from);
     // A reader's lock keeps every writer from its commit while the bytes are taken.
     Connection connection(from, Access::ReadOnly);
     connection.execute("BEGIN");
@@ -151,11 +177,10 @@ void copyDatabase(const QString& from, const QString& to) {
 
 void backUpDatabase(const QString& path, const QString& backup) {
     const Format format = formatOf(path);
-    if (format == Format::None || (format == Format::Sqlite && [&] {
-            settle(path);
-            return !hasTable(Connection(path, Access::ReadOnly), u"Contents"_s);
-        }()))
+    if (format == Format::None)
         refuseForeignFile(path);
+    if (format == Format::Sqlite)
+        refuseUnsoundDiary(path);
     for (int older = 3; older >= 1; --older) {
         const QString newer = older == 1 ? backup : u"%1.%2"_s.arg(backup).arg(older - 1);
         if (QFileInfo::exists(newer))
@@ -167,7 +192,6 @@ void backUpDatabase(const QString& path, const QString& backup) {
 QStringList checkDatabase(const QString& path) {
     if (formatOf(path) == Format::None)
         refuseForeignFile(path);
-    settle(path);
     return Checker(path).run();
 }
 

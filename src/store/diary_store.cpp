@@ -14,6 +14,7 @@ namespace velloria::store {
 using sqlite::Access;
 using sqlite::Connection;
 using sqlite::literal;
+using sqlite::pattern;
 using sqlite::Statement;
 using sqlite::Transaction;
 
@@ -260,7 +261,7 @@ QStringList DiaryStore::ListGenresByUse() const {
 int DiaryStore::SameDayInOtherYears(const QString& day) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT count(*) FROM Contents WHERE substr(Day, -6) = ?1 AND Day <> ?2");
-    rows.bind(literal(m_file, day).sliced(4), day);
+    rows.bind(literal(m_file, day).mid(4), day);
     rows.next();
     return rows.integer(0);
 }
@@ -269,7 +270,7 @@ std::vector<Entry> DiaryStore::SameDayEntries(const QString& day) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, QByteArray(kAllColumns) +
                                    "WHERE substr(Day, -6) = ?1 AND Day <> ?2 ORDER BY Day DESC, Number, RecordID");
-    rows.bind(literal(m_file, day).sliced(4), day);
+    rows.bind(literal(m_file, day).mid(4), day);
     return readEntries(rows);
 }
 
@@ -339,7 +340,7 @@ std::vector<Entry> DiaryStore::FindEntries(const FindQuery& query) const {
         "SELECT Day, Number, Title, Contents, Extend, NULL, Weather, Genre, NULL, Private, NULL FROM Contents "
         "WHERE (Contents LIKE ?1 OR Title LIKE ?1) AND (?2 IS NULL OR Genre LIKE ?2) "
         "ORDER BY Day DESC, Number");
-    rows.bind(u'%' + literal(m_file, query.word) + u'%', literal(m_file, query.genre.value_or(QString())));
+    rows.bind(u'%' + pattern(m_file, query.word) + u'%', pattern(m_file, query.genre.value_or(QString())));
     return readEntries(rows);
 }
 

@@ -48,7 +48,7 @@ int readNumber(const QJsonObject& line) {
     if (value.isUndefined() || value.isNull())
         return 0;
     const double number = value.toDouble(-1);
-    if (!value.isDouble() || number != double(int(number)) || number < 1 || number > 32767)
+    if (!value.isDouble() || number < 1 || number > 32767 || number != double(int(number)))
         refuse(u"「Number」は1から32767までの整数でなければなりません。"_s);
     return int(number);
 }
@@ -97,6 +97,10 @@ EntryLine parseEntryLine(const QByteArray& line) {
 
     EntryLine result;
     result.isRescued = json.contains("Reason"_L1);
+    for (const auto& mark : {"Reason"_L1, "Time"_L1}) {
+        if (json.contains(mark) && !json.value(mark).isString())
+            refuse(u"「%1」は文字列でなければなりません。"_s.arg(mark));
+    }
     Entry& entry = result.entry;
     if (!json.value("Day"_L1).isString())
         refuse(u"「Day」がありません。"_s);

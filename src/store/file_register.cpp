@@ -80,7 +80,7 @@ int FileRegister::CountUnloggedFile(const QString& name) const {
 }
 
 QStringList FileRegister::FilesOfMonth(const QString& month) const {
-    const platform::LikePattern pattern(literal(m_file, month));
+    const platform::LikePattern pattern(sqlite::pattern(m_file, month));
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT FileName, Day FROM FileDB WHERE Day IS NOT NULL ORDER BY FileID");
     QStringList names;

@@ -7,6 +7,7 @@
 #include "store/entry_line.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -15,6 +16,20 @@ namespace velloria::store {
 namespace {
 
 constexpr qint64 kMostBytes = 20'000'000;
+/// What stays when the oldest lines go: with room for many more, so that not each of them moves the whole file.
+constexpr qint64 kBytesLeft = 19'500'000;
+
+/// A run that was killed while it wrote changed nothing in the diary: its half line keeps nothing.
+void cutHalfLine(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || file.size() == 0)
+        return;
+    file.seek(file.size() - 1);
+    if (file.peek(1) == "\n")
+        return;
+    file.seek(0);
+    file.resize(file.readAll().lastIndexOf('\n') + 1);
+}
 
 } // namespace
 
@@ -33,29 +48,58 @@ void RescueFile::keep(const Entry& entry, const QString& reason) {
     const QByteArray line = QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 
     const platform::FolderLock lock(core::GetParentFolder(m_file));
+    cutHalfLine(m_file);
+    const qint64 size = QFileInfo(m_file).size();
+    if (size + line.size() > kMostBytes) {
+        QByteArray kept = size > 0 ? platform::readFile(m_file) : QByteArray();
+        const qsizetype cut = kept.indexOf('\n', qMax<qsizetype>(0, kept.size() + line.size() - kBytesLeft));
+        kept = cut < 0 ? QByteArray() : kept.sliced(cut + 1);
+        platform::replaceFile(m_file, kept + line, platform::Durability::Durable, 0600);
+        m_begin = -1;
+        m_end = 0;
+        return;
+    }
+    if (m_end < 0)
+        m_begin = size;
+    else if (m_end != size)
+        m_begin = -1;
+    append(line);
+    m_end = size + line.size();
+}
+
+void RescueFile::append(const QByteArray& line) {
     QFile file(m_file);
     const auto refuse = [&] {
         throw platform::Failure(u"消える内容を控えに残せません。"_s, m_file, file.errorString(),
-                                u"日記は変更されていません。"_s);
+                                u"日記は変更されていません。空き容量と書き込みの許可を確認してください。"_s);
     };
-    if (!file.exists() &&
-        (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner)))
-        refuse();
-    file.close();
-    if (file.size() + line.size() > kMostBytes) {
-        QByteArray kept = platform::readFile(m_file);
-        const qsizetype cut = kept.indexOf('\n', qMax<qsizetype>(0, kept.size() + line.size() - kMostBytes));
-        kept = cut < 0 ? QByteArray() : kept.sliced(cut + 1);
-        platform::replaceFile(m_file, kept + line, platform::Durability::Durable, 0600);
-        return;
+    if (!file.exists()) {
+        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+            refuse();
+        file.close();
     }
     const qint64 whole = file.size();
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+    // Unbuffered: what a buffer could not get rid of would also keep the file from being cut.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
         refuse();
-    if (file.write(line) != line.size() || !file.flush()) {
+    if (file.write(line) != line.size()) {
         file.resize(whole); // no half line in front of the next one
+        m_end = whole;
         refuse();
     }
+}
+
+void RescueFile::forget() {
+    if (m_begin < 0)
+        return;
+    const platform::FolderLock lock(core::GetParentFolder(m_file));
+    QFile file(m_file);
+    if (file.size() != m_end)
+        return;
+    if (m_begin == 0)
+        file.remove();
+    else
+        file.resize(m_begin);
 }
 
 } // namespace velloria::store

@@ -19,10 +19,18 @@ public:
     /// does not go on.
     void keep(const Entry& entry, const QString& reason);
 
+    /// Takes back what was kept: the change was refused, and the diary still holds it all. Lines stay where they can't
+    /// be told apart any more, behind those of another program or in a file that was shortened.
+    void forget();
+
 private:
+    void append(const QByteArray& line);
+
     QString m_file;
     const platform::Clock& m_clock;
     bool m_isOn;
+    qint64 m_begin = -1; ///< size of the file in front of the lines kept here; -1 when they can't be taken back
+    qint64 m_end = -1;   ///< and behind them
 };
 
 } // namespace velloria::store

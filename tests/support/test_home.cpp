@@ -3,30 +3,86 @@
 #include "core/ini.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
-#include "shell/startup.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
 
-TestHome::TestHome() {
+FactoryHome::FactoryHome() {
     const QDir factory(QStringLiteral(VELLORIA_PROGRAM_FOLDER));
     for (const QString& name : factory.entryList(QDir::Files)) {
         if (name != u"velloria-cli"_s)
             platform::copyFile(factory.filePath(name), home.filePath(name));
     }
+    setNow(u"2004/05/06 08:05:09"_s);
+}
+
+shell::StartResult FactoryHome::start(const std::optional<shell::Login>& login) {
+    return shell::Startup(session, desk, *clock).run(home.path(), login);
+}
+
+void FactoryHome::setNow(const QString& now) {
+    clock = std::make_unique<platform::FixedClock>(QDateTime::fromString(now, u"yyyy/MM/dd HH:mm:ss"_s));
+}
+
+bool FactoryHome::exists(const QString& file) const {
+    return QFileInfo::exists(file);
+}
+
+QByteArray FactoryHome::bytesOf(const QString& file) const {
+    return platform::readFile(file);
+}
+
+QString FactoryHome::pageOf(const QString& file) const {
+    return platform::fromCodePage(bytesOf(file));
+}
+
+void FactoryHome::writeFile(const QString& file, const QByteArray& bytes) const {
+    platform::replaceFile(file, bytes, platform::Durability::Derived);
+}
+
+QStringList FactoryHome::boxes() const {
+    QStringList boxes;
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] == u"message"_s)
+            boxes += event[u"kind"_s].toString() + u": "_s + event[u"text"_s].toString();
+    }
+    return boxes;
+}
+
+unsigned FactoryHome::modeOf(const QString& file) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_mode & 07777U : 0U;
+}
+
+QMap<QString, QByteArray> FactoryHome::contentOf(const QString& folder) {
+    QMap<QString, QByteArray> content;
+    QDirIterator names(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (names.hasNext()) {
+        const QString name = names.next();
+        content.insert(name.sliced(folder.size()), names.fileInfo().isDir() ? "(folder)" : platform::readFile(name));
+    }
+    return content;
+}
+
+TestHome::TestHome() {
     startAt(u"2004/05/06 08:05:09"_s);
 }
 
 void TestHome::startAt(const QString& now) {
-    clock = std::make_unique<platform::FixedClock>(QDateTime::fromString(now, u"yyyy/MM/dd HH:mm:ss"_s));
-    shell::Startup startup(session, desk, *clock);
-    if (startup.run(home.path() + u'/', std::nullopt) != shell::StartResult::Ready)
+    setNow(now);
+    if (start() != shell::StartResult::Ready)
         throw std::runtime_error("the start ended early");
 }
 
@@ -108,20 +164,23 @@ void TestHome::useSite(const QString& fileName) {
     platform::makeFolder(path(u"site"_s));
 }
 
-bool TestHome::exists(const QString& file) const {
-    return QFileInfo::exists(file);
+bool holdsInChild(const std::function<bool()>& action) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        try {
+            ::_exit(action() ? 0 : 1);
+        } catch (...) {
+            ::_exit(1); // the child must never go on with the parent's tests
+        }
+    }
+    int result = -1;
+    ::waitpid(child, &result, 0);
+    return WIFEXITED(result) && WEXITSTATUS(result) == 0;
 }
 
-QByteArray TestHome::bytesOf(const QString& file) const {
-    return platform::readFile(file);
-}
-
-QString TestHome::pageOf(const QString& file) const {
-    return platform::fromCodePage(bytesOf(file));
-}
-
-void TestHome::writeFile(const QString& file, const QByteArray& bytes) const {
-    platform::replaceFile(file, bytes, platform::Durability::Derived);
+bool holdsForNobody(const std::function<bool()>& action) {
+    constexpr uid_t kNobody = 65534;
+    return holdsInChild([&] { return (::geteuid() != 0 || ::setuid(kNobody) == 0) && action(); });
 }
 
 } // namespace velloria::tests

@@ -3,18 +3,51 @@
 
 #include "core/session.h"
 #include "platform/clock.h"
+#include "platform/failure.h"
 #include "platform/scripted_desk.h"
+#include "shell/startup.h"
 #include "site/site_settings.h"
 #include "store/diary_store.h"
+#include "support/print.h"
 
 #include <gtest/gtest.h>
 
+#include <QMap>
 #include <QTemporaryDir>
+
+#include <functional>
 
 namespace velloria::tests {
 
-/// Fixture: a home with every factory file, the session of its first start, and words to fill and read it.
-class TestHome : public ::testing::Test {
+/// Fixture: a home with every factory file, never started.
+class FactoryHome : public ::testing::Test {
+protected:
+    FactoryHome();
+
+    shell::StartResult start(const std::optional<shell::Login>& login = std::nullopt);
+    void setNow(const QString& now); ///< "yyyy/mm/dd hh:nn:ss"
+
+    QString path(const QString& relative) const { return home.filePath(relative); }
+    bool exists(const QString& file) const;
+    QByteArray bytesOf(const QString& file) const;
+    /// A page as text, line ends as they are.
+    QString pageOf(const QString& file) const;
+    void writeFile(const QString& file, const QByteArray& bytes) const;
+    /// The boxes that were shown, as "critical: text", line ends as they are.
+    QStringList boxes() const;
+    /// The permission bits of a file or folder.
+    static unsigned modeOf(const QString& file);
+    /// Every file below `folder` with its bytes, to tell whether anything has changed.
+    static QMap<QString, QByteArray> contentOf(const QString& folder);
+
+    QTemporaryDir home;
+    core::Session session;
+    platform::ScriptedDesk desk;
+    std::unique_ptr<platform::FixedClock> clock;
+};
+
+/// Fixture: a home behind its first start, the session of that start, and words to fill and read it.
+class TestHome : public FactoryHome {
 protected:
     TestHome();
 
@@ -43,18 +76,22 @@ protected:
 
     /// The site folder, made and set as the target of Save HTML with this month file.
     void useSite(const QString& fileName = QStringLiteral("index.htm"));
-
-    QString path(const QString& relative) const { return home.filePath(relative); }
-    bool exists(const QString& file) const;
-    QByteArray bytesOf(const QString& file) const;
-    /// A page as text, line ends as they are.
-    QString pageOf(const QString& file) const;
-    void writeFile(const QString& file, const QByteArray& bytes) const;
-
-    QTemporaryDir home;
-    core::Session session;
-    platform::ScriptedDesk desk;
-    std::unique_ptr<platform::FixedClock> clock;
 };
+
+/// Runs `action` in a process of its own and returns whether it came back with true.
+bool holdsInChild(const std::function<bool()>& action);
+/// The same without the rights of the superuser, whoever runs the tests.
+bool holdsForNobody(const std::function<bool()>& action);
+
+/// What a refusal says, in one line; "" when nothing was thrown.
+template <typename Action>
+QString failureOf(Action action) {
+    try {
+        action();
+    } catch (const platform::Failure& failure) {
+        return failure.line();
+    }
+    return {};
+}
 
 } // namespace velloria::tests

@@ -11,16 +11,17 @@ namespace velloria::cli {
 namespace {
 
 void html2text(Invocation& invocation) {
-    if (!invocation.has(u"--ini"_s))
-        throw UsageError(u"--ini で設定ファイルを指定してください。"_s);
+    const QString settings = invocation.option(u"--ini"_s);
+    refuseBinarySettings(settings);
     convert::clsHTML2TEXT converter;
-    if (!converter.Initialize(invocation.option(u"--ini"_s)))
-        throw Refusal(u"HTML2TXT Initializeファイル読み込みエラー [%1]"_s.arg(invocation.option(u"--ini"_s)));
+    if (!converter.Initialize(settings))
+        throw Refusal(
+            u"HTML2TXT Initializeファイル読み込みエラー [%1] --ini に設定ファイルを指定してください。"_s.arg(settings));
     for (const QString& setting : invocation.options.value(u"--set"_s)) {
         if (!setting.contains(u'=') || !converter.SetValue(setting.section(u'=', 0, 0), setting.section(u'=', 1)))
             throw UsageError(u"--set は KEY=VALUE の形で指定してください: %1"_s.arg(setting));
     }
-    QString text = QString::fromUtf8(readArgumentFile(invocation.argument(0)));
+    QString text = readArgumentText(invocation.argument(0));
     writeOutput(converter.Execute(text).toUtf8());
 }
 
@@ -33,18 +34,18 @@ void urlencode(Invocation& invocation) {
     if (!encode)
         throw UsageError(
             u"「%1」という符号化はありません (sjis、eucjp、utf8 のどれかを指定してください)。"_s.arg(encoding));
-    writeOutput(encode(QString::fromUtf8(readArgumentFile(invocation.argument(1)))).toUtf8());
+    writeOutput(encode(readArgumentText(invocation.argument(1))).toUtf8());
 }
 
 void scramble(Invocation&) {
-    const QString password = QString::fromUtf8(readInput());
+    const QString password = readArgumentText({});
     if (!platform::inCodePage(password))
         throw Refusal(u"パスワードに使えない文字が含まれています。コードページ932にある文字だけを使ってください。"_s);
     writeOutput(convert::EncryptPassword(password).toUtf8());
 }
 
 void unscramble(Invocation&) {
-    writeOutput(convert::DecryptPassword(QString::fromUtf8(readInput())).toUtf8());
+    writeOutput(convert::DecryptPassword(readArgumentText({})).toUtf8());
 }
 
 } // namespace
@@ -55,7 +56,7 @@ std::vector<Command> convertCommands() {
          u"--ini FILE [--set KEY=VALUE]... [FILE]"_s,
          0,
          1,
-         {{u"--ini"_s, u"FILE"_s}, {u"--set"_s, u"KEY=VALUE"_s}},
+         {{u"--ini"_s, u"FILE"_s, true}, {u"--set"_s, u"KEY=VALUE"_s}},
          u"HTMLをテキストにする (UTF-8)"_s,
          Start::None,
          html2text},

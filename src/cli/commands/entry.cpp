@@ -5,7 +5,9 @@
 #include "store/entry_line.h"
 #include "store/rescue_file.h"
 
+#include <QHash>
 #include <QJsonArray>
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -23,12 +25,11 @@ QStringList toListRow(const store::Entry& entry) {
 }
 
 void list(Invocation& invocation) {
-    const QString month = invocation.has(u"--month"_s) ? monthArgument(invocation.option(u"--month"_s)) : u""_s;
-    const QString from = invocation.has(u"--from"_s) ? dayArgument(invocation.option(u"--from"_s)) : QString();
-    const QString to = invocation.has(u"--to"_s) ? dayArgument(invocation.option(u"--to"_s)) : QString();
+    const QString from = invocation.option(u"--from"_s);
+    const QString to = invocation.option(u"--to"_s);
     QJsonArray json;
     std::vector<QStringList> rows;
-    for (const store::Entry& stored : invocation.store().EntryListOfMonth(month)) {
+    for (const store::Entry& stored : invocation.store().EntryListOfMonth(invocation.option(u"--month"_s))) {
         if ((!from.isNull() && stored.day < from) || (!to.isNull() && stored.day > to))
             continue;
         const store::Entry entry = store::withDefaults(stored);
@@ -39,7 +40,7 @@ void list(Invocation& invocation) {
 }
 
 void show(Invocation& invocation) {
-    const QString day = dayArgument(invocation.argument(0));
+    const QString day = invocation.argument(0);
     std::vector<store::Entry> entries;
     const bool isOne = invocation.arguments.size() == 2;
     if (isOne) {
@@ -63,7 +64,8 @@ void show(Invocation& invocation) {
 }
 
 /// Reads all lines before anything is saved: one bad line refuses the whole input.
-std::vector<store::EntryLine> readLines(const QByteArray& input) {
+std::vector<store::EntryLine> readLines(const QString& file) {
+    const QByteArray input = readArgumentFile(file);
     std::vector<store::EntryLine> lines;
     int number = 0;
     for (qsizetype start = 0; start < input.size();) {
@@ -78,34 +80,56 @@ std::vector<store::EntryLine> readLines(const QByteArray& input) {
         try {
             lines.push_back(store::parseEntryLine(line));
         } catch (const platform::Failure& failure) {
-            throw platform::Failure(u"%1行目を読み取れません。"_s.arg(number), {}, failure.reason(),
-                                    u"何も保存していません。"_s);
+            throw platform::Failure(u"%1行目を読み取れません。"_s.arg(number), shownFile(file), failure.reason(),
+                                    u"何も保存していません。直してから、もう一度実行してください。"_s);
         }
     }
     return lines;
 }
 
-/// A line of the rescue file brings its text back and destroys none: a number that is taken becomes the next one.
-void protectStandingEntry(store::Entry& entry, const store::DiaryStore& store) {
-    if (entry.number != 0 && store.LoadEntry(entry.day, entry.number))
-        entry.number = 0;
+/// A line of the rescue file brings its text back and destroys none: a number that is taken, in the diary or by an
+/// earlier line, becomes the next one.
+void protectTakenNumbers(std::vector<store::EntryLine>& lines, const store::DiaryStore& store) {
+    QHash<QString, QSet<int>> taken;
+    for (store::EntryLine& line : lines) {
+        store::Entry& entry = line.entry;
+        QSet<int>& ofDay = taken[entry.day];
+        // A line without a number may get any.
+        const bool isTaken = ofDay.contains(0) || ofDay.contains(entry.number);
+        if (line.isRescued && entry.number != 0 && (isTaken || store.LoadEntry(entry.day, entry.number)))
+            entry.number = 0;
+        ofDay.insert(entry.number);
+    }
+}
+
+/// A change of the diary. When it is refused, nothing is lost and the rescue file needs no line of it.
+template <typename Change>
+auto orForget(store::RescueFile& rescue, Change change) {
+    try {
+        return change();
+    } catch (...) {
+        rescue.forget();
+        throw;
+    }
 }
 
 void put(Invocation& invocation) {
     const store::DiaryStore store = invocation.store();
+    std::vector<store::EntryLine> lines = readLines(invocation.argument(0));
+    protectTakenNumbers(lines, store);
     std::vector<store::Entry> entries;
     QStringList genres;
-    for (store::EntryLine& line : readLines(readArgumentFile(invocation.argument(0)))) {
-        if (line.isRescued)
-            protectStandingEntry(line.entry, store);
+    for (store::EntryLine& line : lines) {
         if (!genres.contains(line.entry.genre))
             genres += line.entry.genre;
         entries.push_back(std::move(line.entry));
     }
     store::RescueFile rescue(invocation.session, invocation.clock);
-    const auto keys = store.SaveEntries(
-        std::move(entries), invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now,
-        [&](const store::Entry& entry) { rescue.keep(entry, u"上書き"_s); });
+    const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
+    const auto keys = orForget(rescue, [&] {
+        return store.SaveEntries(std::move(entries), times,
+                                 [&](const store::Entry& entry) { rescue.keep(entry, u"上書き"_s); });
+    });
     QJsonArray json;
     std::vector<QStringList> rows;
     for (const store::EntryKey& key : keys) {
@@ -113,12 +137,17 @@ void put(Invocation& invocation) {
         json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
         rows.push_back({key.day, QString::number(key.number)});
     }
-    shell::addGenres(invocation.session, store, genres);
-    invocation.print(json, rows);
+    try {
+        shell::addGenres(invocation.session, store, genres);
+        invocation.print(json, rows);
+    } catch (platform::Failure& failure) {
+        failure.addStage(u"日記は保存しました"_s); // nobody is to save them twice
+        throw;
+    }
 }
 
 void remove(Invocation& invocation) {
-    const QString day = dayArgument(invocation.argument(0));
+    const QString day = invocation.argument(0);
     const int number = numberArgument(invocation.argument(1));
     platform::Desk& desk = invocation.desk;
     if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(number))) {
@@ -128,7 +157,9 @@ void remove(Invocation& invocation) {
     const platform::Hourglass hourglass(desk);
     const store::DiaryStore store = invocation.store();
     store::RescueFile rescue(invocation.session, invocation.clock);
-    store.DeleteEntry(day, number, [&](const store::Entry& entry) { rescue.keep(entry, u"削除"_s); });
+    orForget(rescue, [&] {
+        store.DeleteEntry(day, number, [&](const store::Entry& entry) { rescue.keep(entry, u"削除"_s); });
+    });
     invocation.session.EnterDay = day;
     site::SaveHtml saver(invocation.session, store, desk, invocation.clock);
     bool hasPreview = true;
@@ -146,9 +177,7 @@ void remove(Invocation& invocation) {
 }
 
 void days(Invocation& invocation) {
-    if (!invocation.has(u"--month"_s))
-        throw UsageError(u"--month で月を指定してください。"_s);
-    const QString month = monthArgument(invocation.option(u"--month"_s));
+    const QString month = invocation.option(u"--month"_s);
     const QStringList days = invocation.has(u"--public"_s) ? invocation.store().PublicDaysOfMonth(month)
                                                            : invocation.store().DaysOfMonth(month);
     std::vector<QStringList> rows;
@@ -184,7 +213,7 @@ std::vector<Command> entryCommands() {
          u"--month M [--public]"_s,
          0,
          0,
-         {month, {u"--public"_s, {}}},
+         {{month.name, month.value, true}, {u"--public"_s, {}}},
          u"日記のある日"_s,
          Start::Needed,
          days},

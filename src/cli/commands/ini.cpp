@@ -1,10 +1,6 @@
 #include "core/ini.h"
 #include "cli/command.h"
-#include "core/ini_reader.h"
-#include "platform/failure.h"
-#include "platform/file_write.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -13,13 +9,10 @@ using namespace Qt::StringLiterals;
 namespace velloria::cli {
 namespace {
 
-/// The file argument; the wrappers would take a binary file for one without keys.
+/// The file argument, which need not exist.
 QString iniFile(const Invocation& invocation) {
-    const QString file = invocation.argument(0);
-    if (QFileInfo(file).isFile() && platform::readFile(file).contains('\0'))
-        throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
-                                u"ファイルは変更されていません。"_s);
-    return file;
+    refuseBinarySettings(invocation.argument(0));
+    return invocation.argument(0);
 }
 
 void get(Invocation& invocation) {

@@ -44,11 +44,9 @@ void log(Invocation& invocation) {
 }
 
 void rebuild(Invocation& invocation) {
-    const auto limit = [&](const QString& option) {
-        return invocation.has(option) ? monthArgument(invocation.option(option)) : QString();
-    };
-    const site::RebuildResult result = site::rebuildSite(invocation.session, invocation.store(), invocation.desk,
-                                                         invocation.clock, limit(u"--from"_s), limit(u"--to"_s));
+    const site::RebuildResult result =
+        site::rebuildSite(invocation.session, invocation.store(), invocation.desk, invocation.clock,
+                          invocation.option(u"--from"_s), invocation.option(u"--to"_s));
     if (result.outcome == site::Outcome::Refused)
         throw Refusal(u"保存先が決まっていないので中止しました。site save --as で指定してください。"_s);
     invocation.print(QJsonObject{{u"logs"_s, result.logs}, {u"failures"_s, result.failures}},
@@ -59,7 +57,7 @@ void rebuild(Invocation& invocation) {
 
 void sameDay(Invocation& invocation) {
     const QString file = invocation.session.DataPath + u"oldtmp.htm"_s;
-    site::MakeSameDayPage(invocation.session, invocation.store(), file, dayArgument(invocation.argument(0)));
+    site::MakeSameDayPage(invocation.session, invocation.store(), file, invocation.argument(0));
     invocation.desk.navigate(file);
     printFile(invocation, file);
 }

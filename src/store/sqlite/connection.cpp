@@ -60,8 +60,9 @@ int compareTexts(void* order, int leftSize, const void* left, int rightSize, con
 
 Connection::Connection(const QString& file, Access access)
     : m_file(file) {
-    const int flags =
-        (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
+    // A killed program leaves its journal behind, and with it half a change: only who may write can roll it back.
+    const bool isReader = access == Access::ReadOnly && !QFileInfo::exists(file + u"-journal"_s);
+    const int flags = (isReader ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
     const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &m_handle, flags, nullptr);
     try {
         if (code != SQLITE_OK)

@@ -1,6 +1,7 @@
 #include "store/sqlite/literal.h"
 
 #include "platform/failure.h"
+#include "platform/text_order.h"
 
 #include <algorithm>
 
@@ -16,8 +17,18 @@ const QString& literal(const QString& file, const QString& value) {
     return value;
 }
 
+const QString& pattern(const QString& file, const QString& value) {
+    literal(file, value);
+    try {
+        platform::LikePattern{value};
+    } catch (const platform::Failure& failure) {
+        throw platform::Failure(failure.whatFailed(), file, failure.reason(), failure.advice());
+    }
+    return value;
+}
+
 MonthCondition daysBeginningWith(const QString& file, const QString& month) {
-    literal(file, month);
+    pattern(file, month);
     const bool isPlain = !month.isEmpty() && std::all_of(month.begin(), month.end(),
                                                          [](QChar c) { return (c >= u'0' && c <= u'9') || c == u'/'; });
     if (!isPlain)

@@ -1,0 +1,245 @@
+"""The converters and the settings wrappers, which start nothing."""
+
+import os
+import stat
+import subprocess
+import unittest
+
+from home import CliTest, read, snapshot, write
+
+
+class UrlEncoding(CliTest):
+    def encode(self, encoding, text):
+        return self.must("convert", "urlencode", encoding, input=text).text
+
+    def test_each_encoding_has_its_own_rules(self):
+        for text, sjis, eucjp, utf8 in [
+                ("", "", "", ""),
+                ("a b", "a+b", "a+b", "a+b"),
+                ("+", "%2B", "%2B", "%2B"),
+                ("@*-._", "@*-._", "@*-._", "@*-._"),
+                ("~!/", "%7E%21%2F", "%7E%21%2F", "%7E%21%2F"),
+                ("\t\r\n", "%09%0D%0A", "%09%0D%0A", "%09%0D%0A"),
+                ("azAZ09", "azAZ09", "azAZ09", "azAZ09"),
+                ("ア", "%83%41", "%A5%A2", "%E3%82%A2"),
+                ("亜", "%88%9F", "%B0%A1", "%E4%BA%9C"),
+                ("ｱ", "%B1", "%8E%B1", "%EF%BD%B1"),
+                ("é", "%3F", "%3F", "%C3%A9"),
+                ("😀", "%3F%3F", "%3F%3F", "%ED%A0%BD%ED%B8%80"),
+                ("日本", "%93%FA%96%7B", "%C6%FC%CB%DC", "%E6%97%A5%E6%9C%AC")]:
+            with self.subTest(text):
+                self.assertEqual([self.encode(name, text) for name in ("sjis", "eucjp", "utf8")],
+                                 [sjis, eucjp, utf8])
+
+    def test_high_lead_bytes_are_single_ones_in_shift_jis(self):
+        self.assertEqual(self.encode("sjis", "髙"), "%FB%FC")
+        self.assertEqual(self.encode("sjis", "纊"), "%FA%5C")
+        self.assertEqual(self.encode("sjis", "ⅰ"), "%FA@")
+
+    def test_the_input_may_be_a_file(self):
+        file = self.input_file("a.txt", "a b\n")
+        self.assertEqual(self.must("convert", "urlencode", "utf8", file).text, "a+b%0A")
+
+
+class HtmlToText(CliTest):
+    def convert(self, html, *settings, ini=None):
+        words = [word for setting in settings for word in ("--set", setting)]
+        ini = ini or os.path.join(self.home, "HTML2TXT.ini")
+        return self.must("convert", "html2text", "--ini", ini, *words, input=html).out.decode()
+
+    def test_text_mode(self):
+        for html, text in [
+                ("", ""),
+                ("plain", "plain"),
+                ("a\nb\rc\r\nd", "a\r\nb\r\nc\r\nd"),
+                ("a\n\n\nb", "a\r\nb"),
+                ("a\n\n\n\nb", "a\r\n\r\nb"),
+                ("a\n\n\n\n\nb", "a\r\nb"),
+                ("<p>one</p><P CLASS='x'>two</p>", "one\r\ntwo\r\n"),
+                ("a<BR>b<br />c", "a\r\nb\r\nc"),
+                ("x<hr>y", "x-----\r\ny"),
+                ('<a href="u">x</a>', "[リンク:u]x"),
+                ('<a href="#top">x</a><a name="n">y</a>', "xy"),
+                ('<img src="a" alt="b"><IMG alt="d" src="c">', "[イメージ:b:a][イメージ:d:c]"),
+                ("<img src=a.gif>", "[イメージ::]"),
+                ("&amp;amp; &amp;lt; &lt;&gt; &nbsp;", "&amp; < <> &nbsp;"),
+                ("a < b > c", "a  c"),
+                ("1 < 2", "1 < 2"),
+                ("(>_<) end", "(>_<) end"),
+                ("日記😀é", "日記😀é")]:
+            with self.subTest(html):
+                self.assertEqual(self.convert(html), text)
+
+    def test_settings_are_set_for_one_run(self):
+        for settings, html, text in [
+                (["HR_NUM=2"], "<hr>", "--\r\n"),
+                (["BR=0", "P=0"], "a<br>b</p>c", "abc"),
+                (["ENTER=2"], "<a href='u'>x</a>", "x(u)"),
+                (["ENTER=2"], "<a name=x>y</ADDRESS>", "y()"),
+                (["A_LINK_TAG_TYPE=2"], "<a href='u'>x</a>", "[リンク:u]x"),
+                (["PBR=1"], "a\r\nb</p>c", "ab\r\n\r\nc"),
+                (["UNKNOWN=1"], "<b>a</b>", "a"),
+                (["MODE=HTML"], "<b>a</b><br>", "<b>a</b><br>"),
+                (["MODE=HTML", "HTML_B=1"], "<b>a</b><br><blockquote>", "a"),
+                (["MODE=HTML", "HTML_SUP=1"], "<sup>2</sup>", "2</sup>"),
+                (["MODE=HTML", "HTML_SUP=1", "HTML_S=1"], "<sup>2</sup>", "2"),
+                (["MODE=HTML", "HTML_P=1"], "<pre>a</pre>", "a\r\n"),
+                (["MODE=HTML", "HTML_LIST=1"], "<ul><li>a</ul>", "\r\n・a"),
+                (["MODE=HTML", "PBR=2"], "<p class=x>a</p>\r\n<br />", "<P>a</P><BR>"),
+                (["MODE=text"], "<b>a</b>", "<b>a</b>"),
+                (["MODE=HTML", "MODE=TEXT"], "<b>a</b>", "a")]:
+            with self.subTest(settings=settings, html=html):
+                self.assertEqual(self.convert(html, *settings), text)
+
+    def test_the_file_is_read_and_left_alone(self):
+        ini = self.input_file("own.ini", "[HR]\r\nNUM=3\r\n")
+        self.assertEqual(self.convert("<hr>", "HR_NUM=7", ini=ini), "-------\r\n")
+        self.assertEqual(self.convert("<hr>", ini=ini), "---\r\n")
+
+    def test_a_large_text_is_done_at_once(self):
+        html = "<p>" + "a < b <3 " * 300_000
+        self.assertEqual(self.convert(html), html[3:])
+
+
+class PasswordText(CliTest):
+    def test_scrambling(self):
+        for plain, scrambled in (("abc", "dcb"), ("", ""), ("secret", "ufsdft")):
+            self.assertEqual(self.must("convert", "scramble", input=plain).text, scrambled)
+            self.assertEqual(self.must("convert", "unscramble", input=scrambled).text, plain)
+
+    def test_every_text_of_the_code_page_makes_the_round_trip(self):
+        for text in ("!a!", "&a&", "\"x\"", " a ", "ﾟ×ん円改", "~}|{", "日記帳ゾー\u3000", "ミ秒瑤龠", "①Ⅳ髙"):
+            scrambled = self.must("convert", "scramble", input=text).text
+            self.assertEqual(self.must("convert", "unscramble", input=scrambled).text, text)
+
+    def test_line_ends_belong_to_the_text(self):
+        scrambled = self.must("convert", "scramble", input="abc\n").text
+        self.assertNotEqual(scrambled, "dcb")
+        self.assertEqual(self.must("convert", "unscramble", input=scrambled).text, "abc\n")
+
+    def test_characters_outside_the_code_page_are_refused(self):
+        for text in ("é", "a😀"):
+            self.refused("convert", "scramble", input=text)
+
+
+class Ini(CliTest):
+    def setUp(self):
+        super().setUp()
+        self.file = self.input_file("a.ini", "")
+
+    def get(self, section, key, *default):
+        return self.must("ini", "get", self.file, section, key, *default).text[:-1]
+
+    def test_what_is_set_is_read_without_regard_to_case(self):
+        self.must("ini", "set", self.file, "Section", "Key", "a b")
+        self.assertEqual(self.get("sECTION", "kEY"), "a b")
+        self.assertEqual(read(self.file), b"[Section]\r\nKey=a b\r\n")
+
+    def test_an_empty_value_is_there_and_a_missing_one_is_the_default(self):
+        write(self.file, "[S]\r\nE=\r\nnoequal\r\n")
+        self.assertEqual([self.get("S", "E", "d"), self.get("S", "M", "d"), self.get("T", "E", "d"),
+                          self.get("S", "noequal", "d"), self.get("S", "M")], ["", "d", "d", "d", ""])
+
+    def test_values_are_cut_at_255_bytes_and_never_within_a_character(self):
+        for value, seen in (("a" * 300, "a" * 255), ("あ" * 200, "あ" * 127), ("a" + "あ" * 127, "a" + "あ" * 127)):
+            self.must("ini", "set", self.file, "S", "K", value)
+            self.assertEqual(self.get("S", "K"), seen)
+
+    def test_integers(self):
+        for value, number in (("12abc", "12"), ("x", "0"), ("", "0"), ("-5", "-5"), ("12.7", "12"), (" 7", "7"),
+                              ("32767", "32767"), ("-32768", "-32768"), ("0x10", "16")):
+            self.must("ini", "set", self.file, "S", "K", value)
+            self.assertEqual(self.must("ini", "int", self.file, "S", "K").text, number + "\n", value)
+        self.assertEqual(self.must("ini", "int", self.file, "S", "M", "-3").text, "-3\n")
+        for value in ("40000", "-32769", "65536"):
+            self.must("ini", "set", self.file, "S", "K", value)
+            self.refused("ini", "int", self.file, "S", "K", naming=[self.file, value])
+
+    def test_the_first_section_and_key_win_and_one_pair_of_quotes_goes(self):
+        write(self.file, "; comment\r\n[s]\r\n;K=no\r\nK = 'v' \r\nK=second\r\n[other]\r\n[S]\r\nK=third\r\nL=4\r\n")
+        self.assertEqual(self.get("S", "K"), "v")
+        self.assertEqual(self.get("S", "L", "missing"), "missing")
+
+    def test_setting_keeps_every_other_byte(self):
+        before = "; comment\r\n\r\n[s]\r\nA=1\r\n K =x\r\nK=2\r\n[T]\r\nB=日記\r\n;end".encode("cp932")
+        write(self.file, before)
+        self.must("ini", "set", self.file, "S", "k", "new")
+        self.assertEqual(read(self.file), before.replace(b" K =x\r\n", b" K =new\r\n"))
+        self.must("ini", "set", self.file, "s", "k2", "z")
+        self.assertIn(b"K=2\r\nk2=z\r\n[T]", read(self.file))
+        self.must("ini", "set", self.file, "U", "k", "z")
+        self.assertTrue(read(self.file).endswith(b";end\r\n[U]\r\nk=z\r\n"))
+
+    def test_values_that_would_lose_their_quotes_keep_them(self):
+        for value in ("'a'", '"a"', "''", '"', "'a\"", '""x""'):
+            self.must("ini", "set", self.file, "S", "K", value)
+            self.assertEqual(self.get("S", "K"), value)
+
+    def test_a_line_break_in_a_value_makes_no_line(self):
+        self.must("ini", "set", self.file, "S", "K", "a\r\nL=1\n[T]")
+        self.assertEqual(len(read(self.file).splitlines()), 2)
+        self.assertEqual(self.get("S", "L", "none"), "none")
+
+    def test_characters_outside_the_code_page_come_back(self):
+        for value in ("é", "😀", "日記é髙", "&#233;", "&amp;", "a&#65;b"):
+            self.must("ini", "set", self.file, "S", "K", value)
+            expected = "é" if value == "&#233;" else value
+            self.assertEqual(self.get("S", "K"), expected)
+            self.assertEqual(max(read(self.file).decode("cp932").count("\r\n"), 2), 2)
+
+    def test_deleting_leaves_the_header(self):
+        write(self.file, "[S]\r\nA=1\r\n[T]\r\nB=2\r\n")
+        self.must("ini", "delete", self.file, "s", "a")
+        self.assertEqual(read(self.file), b"[S]\r\n[T]\r\nB=2\r\n")
+        self.must("ini", "delete", self.file, "S", "none")
+        self.assertEqual(read(self.file), b"[S]\r\n[T]\r\nB=2\r\n")
+
+    def test_sections_stand_in_the_order_of_the_file(self):
+        write(self.file, "[b]\r\n[]\r\n[ a ]\r\n[ゾ]\r\nx=1\r\n[b]\r\n".encode("cp932"))
+        self.assertEqual(self.must("ini", "sections", self.file).text, "b\na\nゾ\nb\n")
+        self.assertEqual(self.must("--json", "ini", "sections", self.file).json, ["b", "a", "ゾ", "b"])
+
+    def test_a_missing_file_reads_as_empty_and_is_made_by_writing_alone(self):
+        missing = os.path.join(self.inputs, "new.ini")
+        self.assertEqual(self.must("ini", "get", missing, "S", "K", "d").text, "d\n")
+        self.assertEqual(self.must("ini", "sections", missing).out, b"")
+        self.assertFalse(os.path.exists(missing))
+        self.must("ini", "set", missing, "S", "K", "v")
+        self.assertEqual(read(missing), b"[S]\r\nK=v\r\n")
+
+    def test_a_write_that_fails_is_silent(self):
+        write(self.file, "[S]\r\nK=1\r\n")
+        os.chmod(self.file, 0o444)
+        before = snapshot(self.inputs)
+        for words in (["set", self.file, "S", "K", "2"], ["delete", self.file, "S", "K"],
+                      ["set", "/nowhere/a.ini", "S", "K", "2"], ["set", self.inputs, "S", "K", "2"]):
+            self.assertEqual(self.must("ini", *words).err, b"")
+        self.assertEqual(snapshot(self.inputs), before)
+
+    def test_files_with_passwords_are_made_for_their_owner_alone(self):
+        for name, mode in (("diary.ini", 0o600), ("velluser.ini", 0o600), ("BlogUserData.ini", 0o600)):
+            self.must("ini", "set", os.path.join(self.inputs, name), "S", "K", "v")
+            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.inputs, name)).st_mode), mode)
+
+    def test_a_rewrite_keeps_mode_and_symbolic_link(self):
+        write(self.file, "[S]\r\nK=1\r\n")
+        os.chmod(self.file, 0o640)
+        link = os.path.join(self.inputs, "link.ini")
+        os.symlink("a.ini", link)
+        self.must("ini", "set", link, "S", "K", "2")
+        self.assertTrue(os.path.islink(link))
+        self.assertEqual(read(self.file), b"[S]\r\nK=2\r\n")
+        self.assertEqual(stat.S_IMODE(os.stat(self.file).st_mode), 0o640)
+
+    def test_programs_that_write_at_once_lose_no_key(self):
+        runs = [subprocess.Popen(self.command("ini", "set", self.file, f"S{i % 3}", f"K{i}", str(i)),
+                                 env=self.environment()) for i in range(24)]
+        for run in runs:
+            self.assertEqual(run.wait(600), 0)
+        for i in range(24):
+            self.assertEqual(self.get(f"S{i % 3}", f"K{i}", "lost"), str(i))
+        self.assertEqual(os.listdir(self.inputs), ["a.ini"], "no temporary file is left")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,103 @@
+#include "core/upload_list.h"
+
+#include "platform/failure.h"
+#include "platform/file_write.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using namespace core;
+
+class UploadList : public testing::Test {
+protected:
+    void put(const QByteArray& bytes) const { platform::replaceFile(file, bytes, platform::Durability::Derived); }
+    QByteArray bytes() const { return platform::readFile(file); }
+
+    /// The rows as "folder|name".
+    QStringList rows() const {
+        QStringList rows;
+        for (const UploadRow& row : readUploadList(file))
+            rows += row.folder + u'|' + row.name;
+        return rows;
+    }
+
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"upload.tmp"_s);
+};
+
+TEST_F(UploadList, HasFolderCommaAndNameInARow) {
+    writeUploadList(file, {{u"/home/taro/site"_s, u"index.htm"_s}, {u"/home/taro/site"_s, u"日記.htm"_s}});
+    EXPECT_EQ(bytes(), "/home/taro/site,index.htm\r\n/home/taro/site,\x93\xFA\x8BL.htm\r\n");
+    EXPECT_EQ(rows(), (QStringList{u"/home/taro/site|index.htm"_s, u"/home/taro/site|日記.htm"_s}));
+}
+
+TEST_F(UploadList, ReplacesAnOldOne) {
+    put("old,old.htm\r\n");
+    writeUploadList(file, {{u"/a"_s, u"b"_s}});
+    EXPECT_EQ(bytes(), "/a,b\r\n");
+    writeUploadList(file, {});
+    EXPECT_EQ(bytes(), "");
+}
+
+TEST_F(UploadList, GrowsAndKeepsWhatStandsThere) {
+    appendUploadList(file, {{u"/a"_s, u"1"_s}});
+    const QByteArray odd = bytes() + "  \"x\" , y , z\r\n\xFF\n";
+    put(odd);
+    appendUploadList(file, {{u"/a"_s, u"1"_s}, {u"/a"_s, u"2"_s}});
+    EXPECT_EQ(bytes(), odd + "/a,1\r\n/a,2\r\n");
+}
+
+TEST_F(UploadList, IsReadByTheRuleOfTwoFields) {
+    const struct {
+        const char* line;
+        QString row;
+    } cases[] = {
+        {"/a,b.htm", u"/a|b.htm"_s},
+        {"  /a,\t b.htm", u"/a|b.htm"_s},
+        {"\"/a,b\",\"c,d.htm\"", u"/a,b|c,d.htm"_s},
+        {"\"/a\" , b.htm", u"/a|b.htm"_s},
+        {"/a,b.htm,c", u"/a|b.htm"_s},
+        {"/a b,c d.htm", u"/a b|c d.htm"_s},
+        {"/a", u"/a|"_s},
+        {"/a,", u"/a|"_s},
+        {",b", u"|b"_s},
+        {"", u"|"_s},
+        {"\"/a", u"/a|"_s},
+    };
+    for (const auto& c : cases) {
+        put(QByteArray(c.line) + "\r\n");
+        EXPECT_EQ(rows(), QStringList{c.row}) << c.line;
+    }
+}
+
+TEST_F(UploadList, LosesNoOtherRowToAFolderWithAComma) {
+    writeUploadList(file, {{u"/a,b"_s, u"x.htm"_s}, {u"/c"_s, u"y.htm"_s}});
+    EXPECT_EQ(rows(), (QStringList{u"/a|b"_s, u"/c|y.htm"_s}));
+}
+
+TEST_F(UploadList, IsEmptyWhenItIsMissing) {
+    EXPECT_EQ(rows(), QStringList());
+}
+
+TEST_F(UploadList, BringsBackEveryNameAsItIsOnDisk) {
+    // é and the smiling face have no code; the wave dash and its like have that of another character.
+    const QStringList names{u"café.htm"_s, u"😀.htm"_s, u"〜.htm"_s, u"a−b‖c—d.htm"_s, u"～.htm"_s, u"¢£¬.htm"_s};
+    for (const QString& name : names) {
+        writeUploadList(file, {{u"/site/"_s + name, name}});
+        EXPECT_EQ(rows(), QStringList{u"/site/"_s + name + u'|' + name}) << name.toStdString();
+    }
+}
+
+TEST_F(UploadList, IsRefusedAloudWhereItCantBeWritten) {
+    EXPECT_THROW(writeUploadList(folder.filePath(u"gone/upload.tmp"_s), {}), platform::Failure);
+    EXPECT_THROW(appendUploadList(folder.filePath(u"gone/upload.tmp"_s), {}), platform::Failure);
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,146 @@
+#include "platform/event_desk.h"
+
+#include "platform/failure.h"
+#include "platform/scripted_desk.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using namespace platform;
+
+/// The last event is what the JSON says, no member more or less.
+void expectLast(const ScriptedDesk& desk, const QByteArray& json) {
+    QJsonParseError error;
+    const QJsonObject expected = QJsonDocument::fromJson(json, &error).object();
+    ASSERT_EQ(error.error, QJsonParseError::NoError) << json.constData();
+    EXPECT_EQ(desk.events.last().toObject(), expected)
+        << QJsonDocument(desk.events.last().toObject()).toJson().constData();
+}
+
+TEST(EventDesk, TellsEachKindOfBox) {
+    ScriptedDesk desk;
+    const struct {
+        MessageKind kind;
+        const char* name;
+    } cases[] = {{MessageKind::Critical, "critical"},
+                 {MessageKind::Question, "question"},
+                 {MessageKind::Exclamation, "exclamation"},
+                 {MessageKind::Information, "information"},
+                 {MessageKind::Plain, "plain"}};
+    for (const auto& c : cases) {
+        desk.message(c.kind, u"一\r\n二"_s, u"Velloria"_s);
+        expectLast(desk, QByteArray(R"({"event":"message","kind":"KIND","title":"Velloria","text":"一\r\n二",)"
+                                    R"("buttons":"ok","answer":"ok"})")
+                             .replace("KIND", c.name));
+    }
+}
+
+TEST(EventDesk, TakesNoAnswerForABoxWithOkAlone) {
+    ScriptedDesk desk;
+    desk.answers = {u"yes"_s};
+    desk.message(MessageKind::Plain, u"text"_s, u"Velloria"_s);
+    EXPECT_EQ(desk.answers.size(), 1);
+}
+
+TEST(EventDesk, TellsAQuestionWithItsAnswer) {
+    ScriptedDesk desk;
+    desk.answers = {u"yes"_s, u"no"_s, QJsonValue::Null};
+    EXPECT_TRUE(desk.ask(u"本当に？"_s, u"Velloria"_s));
+    expectLast(desk, R"({"event":"message","kind":"question","title":"Velloria","text":"本当に？","buttons":"yesno",)"
+                     R"("answer":"yes"})");
+    EXPECT_FALSE(desk.ask(u"本当に？"_s, u"日記作成"_s));
+    expectLast(desk, R"({"event":"message","kind":"question","title":"日記作成","text":"本当に？","buttons":"yesno",)"
+                     R"("answer":"no"})");
+    EXPECT_FALSE(desk.ask(u"本当に？"_s, u"Velloria"_s));
+}
+
+TEST(EventDesk, TellsAFileDialogWithItsAnswer) {
+    ScriptedDesk desk;
+    desk.answers = {u"/site/x.htm"_s, QJsonValue::Null, u""_s};
+    EXPECT_EQ(desk.choosePath({PathMode::Save, u"日記の書き出し..."_s, u"HTML Files(*.htm)|*.htm"_s, u"/site/"_s}),
+              u"/site/x.htm"_s);
+    expectLast(desk, R"({"event":"file","mode":"save","title":"日記の書き出し...","filter":"HTML Files(*.htm)|*.htm",)"
+                     R"("folder":"/site/","answer":"/site/x.htm"})");
+    EXPECT_EQ(desk.choosePath({PathMode::Folder, u"フォルダの選択"_s, {}, {}}), std::nullopt);
+    expectLast(desk, R"({"event":"file","mode":"folder","title":"フォルダの選択","filter":"","folder":"",)"
+                     R"("answer":null})");
+    EXPECT_EQ(desk.choosePath({PathMode::Open, u"t"_s, {}, {}}), u""_s);
+    expectLast(desk, R"({"event":"file","mode":"open","title":"t","filter":"","folder":"","answer":""})");
+}
+
+TEST(EventDesk, NeverTellsAPassword) {
+    ScriptedDesk desk;
+    desk.answers = {u"geheim"_s, QJsonValue::Null};
+    EXPECT_EQ(desk.password(u"Velloria - Login"_s), u"geheim"_s);
+    expectLast(desk, R"({"event":"input","title":"Velloria - Login","text":"パスワード","default":"",)"
+                     R"("answer":"******"})");
+    EXPECT_EQ(desk.password(u"Velloria - Login"_s), std::nullopt);
+    expectLast(desk, R"({"event":"input","title":"Velloria - Login","text":"パスワード","default":"","answer":null})");
+}
+
+TEST(EventDesk, TellsWhatOnlyShowsItself) {
+    ScriptedDesk desk;
+    desk.status(u"Webページ表示中..."_s);
+    expectLast(desk, R"({"event":"status","text":"Webページ表示中..."})");
+    desk.pointer(Pointer::Hourglass);
+    expectLast(desk, R"({"event":"pointer","shape":"hourglass"})");
+    desk.pointer(Pointer::Default);
+    expectLast(desk, R"({"event":"pointer","shape":"default"})");
+    desk.navigate(u"/data/tmp.htm#2004/05/06"_s);
+    expectLast(desk, R"({"event":"navigate","url":"/data/tmp.htm#2004/05/06"})");
+    desk.progress(u"2004/05"_s, 1, 3);
+    expectLast(desk, R"({"event":"progress","caption":"Velloria","title":"","text":"2004/05","max":3,"value":1,)"
+                     R"("ok":false})");
+    desk.progress(u"2004/06"_s, 3, 3);
+    expectLast(desk, R"({"event":"progress","caption":"Velloria","title":"","text":"2004/06","max":3,"value":3,)"
+                     R"("ok":true})");
+}
+
+TEST(EventDesk, TellsAFailureAndItsLineOnTheStatusPanel) {
+    ScriptedDesk desk;
+    desk.failure(Failure(u"書けません。"_s, u"/a/b"_s, u"No space"_s, u"空けてください。"_s));
+    ASSERT_EQ(desk.events.size(), 2);
+    EXPECT_EQ(desk.texts(u"failure"_s), QStringList{u"書けません。\r\n/a/b\r\nNo space\r\n空けてください。"_s});
+    EXPECT_EQ(desk.texts(u"status"_s), QStringList{u"エラー：書けません。"_s});
+}
+
+TEST(EventDesk, KeepsTheOrderOfWhatWasShown) {
+    ScriptedDesk desk;
+    desk.answers = {u"yes"_s};
+    desk.status(u"1"_s);
+    desk.ask(u"2"_s, u"Velloria"_s);
+    desk.navigate(u"3"_s);
+    QStringList events;
+    for (const QJsonValue& event : desk.events)
+        events += event[u"event"_s].toString();
+    EXPECT_EQ(events, (QStringList{u"status"_s, u"message"_s, u"navigate"_s}));
+}
+
+TEST(ScriptedDesk, CallsAnUnexpectedQuestionAnErrorOfTheTest) {
+    ScriptedDesk desk;
+    EXPECT_THROW(desk.ask(u"?"_s, u"Velloria"_s), UnansweredQuestion);
+    EXPECT_THROW(desk.choosePath({}), UnansweredQuestion);
+    EXPECT_THROW(desk.password(u"t"_s), UnansweredQuestion);
+}
+
+TEST(Hourglass, IsGoneHoweverTheWorkEnds) {
+    ScriptedDesk desk;
+    try {
+        const Hourglass hourglass(desk);
+        throw Failure(u"x"_s, {}, {});
+    } catch (const Failure&) {
+        // the pointer is what counts
+    }
+    ASSERT_EQ(desk.events.size(), 2);
+    EXPECT_EQ(desk.events.at(0)[u"shape"_s], u"hourglass"_s);
+    EXPECT_EQ(desk.events.at(1)[u"shape"_s], u"default"_s);
+}
+
+} // namespace
+} // namespace velloria::tests

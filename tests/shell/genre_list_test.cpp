@@ -1,0 +1,89 @@
+#include "shell/genre_list.h"
+
+#include "platform/file_write.h"
+#include "support/test_home.h"
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class GenreList : public TestHome {
+protected:
+    QString file() const { return session.DataPath + u"Genre.csv"_s; }
+    QStringList read() const { return shell::readGenres(session, diary()); }
+    void add(const QStringList& genres) const { shell::addGenres(session, diary(), genres); }
+    void writeGenre(const QString& genre) {
+        store::Entry entry = entryOf(u"2004/05/06"_s, u"x"_s);
+        entry.genre = genre;
+        write(entry);
+    }
+};
+
+TEST_F(GenreList, IsMadeFromTheDiaryWhenItIsMissing) {
+    writeGenre(u"旅"_s);
+    writeGenre(u"本"_s);
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"本"_s, u"旅"_s}));
+    EXPECT_EQ(bytesOf(file()), "\x88\xEA\x94\xCA\r\n\x96\x7B\r\n\x97\xB7\r\n");
+}
+
+TEST_F(GenreList, OfAnEmptyDiaryHoldsTheDefaultGenre) {
+    EXPECT_EQ(read(), QStringList{u"一般"_s});
+    EXPECT_EQ(bytesOf(file()), "\x88\xEA\x94\xCA\r\n");
+}
+
+TEST_F(GenreList, IsReadInItsOwnOrder) {
+    writeFile(file(), "b\r\na\r\n\x88\xEA\x94\xCA\n");
+    EXPECT_EQ(read(), (QStringList{u"b"_s, u"a"_s, u"一般"_s}));
+}
+
+TEST_F(GenreList, IsMadeAnewInJapaneseOrder) {
+    for (const QString& genre : {u"山"_s, u"あ"_s, u"Ａ"_s, u"a"_s, u"一般"_s, QString()})
+        writeGenre(genre);
+    writeFile(file(), "old\r\n");
+    shell::MakeGenretxt(session, diary());
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"Ａ"_s, u"あ"_s, u"山"_s}));
+}
+
+TEST_F(GenreList, TakesAGenreOnce) {
+    add({u"旅"_s, u"旅"_s});
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"旅"_s}));
+    const QByteArray before = bytesOf(file());
+    add({u"旅"_s, u"一般"_s, u""_s, QString()});
+    EXPECT_TRUE(bytesOf(file()) == before);
+}
+
+TEST_F(GenreList, ComparesAsTheDiaryDoes) {
+    add({u"Ａnime"_s, u"ｶﾞ"_s});
+    add({u"anime"_s, u"ANIME"_s, u"ガ"_s, u"が"_s, u"か"_s});
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"Ａnime"_s, u"ｶﾞ"_s, u"か"_s}));
+}
+
+TEST_F(GenreList, KnowsAgainWhatTheCodePageChanges) {
+    const QStringList genres{u"café"_s,          u"😀"_s,      u"2〜3"_s, u"a−b—c‖d"_s, u"¥"_s,
+                             u"&#233;t&#233;"_s, u"a\r\nb"_s, u"c\nd"_s};
+    add(genres);
+    const QByteArray before = bytesOf(file());
+    EXPECT_EQ(read().size(), genres.size() + 1);
+    EXPECT_EQ(read().at(1), u"café"_s);
+    for (const QString& genre : genres)
+        add({genre});
+    EXPECT_TRUE(bytesOf(file()) == before) << bytesOf(file()).constData();
+}
+
+TEST_F(GenreList, OfAWindowsDiskIsTheOneThatGrows) {
+    writeFile(session.DataPath + u"GENRE.CSV"_s, "\x88\xEA\x94\xCA\r\n");
+    add({u"x"_s});
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"x"_s}));
+    EXPECT_FALSE(exists(file()));
+}
+
+TEST_F(GenreList, IsRefusedAloudWhereItCantBeWritten) {
+    ASSERT_TRUE(QDir().mkdir(file()));
+    EXPECT_THROW(shell::MakeGenretxt(session, diary()), platform::Failure);
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,231 @@
+// The data folder, the working folders below it and the settings files that lie there.
+#include "shell/startup.h"
+
+#include "core/ini.h"
+#include "platform/file_write.h"
+#include "support/test_home.h"
+
+#include <QDir>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using platform::makeFolder;
+using platform::removeFile;
+using shell::StartResult;
+
+const QString kBadFolder =
+    u"critical: データ保存先フォルダが不正です。\r\n有効なデータ保存先フォルダを指定して下さい。"_s;
+const QString kRestart = u"information: Velloriaを再起動して、データ保存先フォルダを指定してください。"_s;
+
+class StartupFolders : public TestHome {
+protected:
+    QString data(const QString& name) const { return session.DataPath + name; }
+    QString setting(const QString& section, const QString& key) const {
+        return core::ReadIniDef(path(u"UserData/diary.ini"_s), section, key, u"(missing)"_s);
+    }
+    void set(const QString& section, const QString& key, const QString& value) const {
+        core::WriteIni(path(u"UserData/diary.ini"_s), section, key, value);
+    }
+    static void setTime(const QString& file, time_t seconds) {
+        const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+        ::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0);
+    }
+    static time_t timeOf(const QString& file) {
+        struct stat status {};
+        ::stat(QFile::encodeName(file).constData(), &status);
+        return status.st_mtim.tv_sec;
+    }
+};
+
+TEST_F(StartupFolders, ADataPathWithoutSeparatorWorksAndIsNotRewritten) {
+    makeFolder(path(u"data"_s));
+    set(u"ALL"_s, u"DataPath"_s, path(u"data"_s));
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(session.DataPath, path(u"data/"_s));
+    EXPECT_EQ(setting(u"ALL"_s, u"DataPath"_s), path(u"data"_s));
+    EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(StartupFolders, AFolderThatMeansNothingHereCountsAsUnset) {
+    writeFile(path(u"file"_s), "x");
+    const QString before = QDir::currentPath();
+    const QTemporaryDir working;
+    ASSERT_TRUE(QDir::setCurrent(working.path()));
+    ASSERT_TRUE(QDir().mkdir(u"relative"_s));
+    for (const QString& stored : {u""_s, u"C:\\Diary\\"_s, u"\\\\server\\diary\\"_s, u"relative"_s, u"relative/"_s,
+                                  u"."_s, u"/nowhere/at/all/"_s, path(u"file"_s), u":/"_s}) {
+        set(u"ALL"_s, u"DataPath"_s, stored);
+        desk.events = {};
+        desk.answers = {QJsonValue::Null};
+        EXPECT_EQ(start(), StartResult::Ended) << stored.toStdString();
+        EXPECT_EQ(boxes(), (QStringList{kBadFolder, kRestart})) << stored.toStdString();
+        EXPECT_EQ(setting(u"ALL"_s, u"DataPath"_s), stored);
+    }
+    QDir::setCurrent(before);
+    EXPECT_EQ(QDir(working.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"relative"_s});
+    EXPECT_TRUE(QDir(working.filePath(u"relative"_s)).isEmpty());
+    EXPECT_FALSE(exists(u"/Customize"_s) || exists(u"/nowhere"_s));
+}
+
+TEST_F(StartupFolders, AMissingKeyIsLikeAnInvalidFolder) {
+    core::DeleteIniKey(path(u"UserData/diary.ini"_s), u"ALL"_s, u"DataPath"_s);
+    desk.answers = {u""_s};
+    EXPECT_EQ(start(), StartResult::Ended);
+    EXPECT_EQ(boxes(), (QStringList{kBadFolder, kRestart}));
+    EXPECT_EQ(setting(u"ALL"_s, u"DataPath"_s), u"(missing)"_s);
+}
+
+TEST_F(StartupFolders, AChosenFolderIsWrittenWithItsSeparator) {
+    makeFolder(path(u"new"_s));
+    set(u"ALL"_s, u"DataPath"_s, u"/nowhere/"_s);
+    desk.answers = {path(u"new"_s)};
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(boxes(), QStringList{kBadFolder});
+    EXPECT_EQ(setting(u"ALL"_s, u"DataPath"_s), path(u"new/"_s));
+    EXPECT_EQ(session.DataPath, path(u"new/"_s));
+    EXPECT_TRUE(exists(path(u"new/Customize/Customize.ini"_s)));
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] != u"file"_s)
+            continue;
+        EXPECT_EQ(event[u"mode"_s], u"folder"_s);
+        EXPECT_EQ(event[u"title"_s], u"フォルダの選択"_s);
+        EXPECT_EQ(event[u"folder"_s], path(u"UserData/"_s));
+    }
+}
+
+TEST_F(StartupFolders, AFolderThatTheSettingsCantKeepIsRefusedBeforeAnythingIsWritten) {
+    const QString longName(200, u'あ'); // 400 bytes on the page
+    makeFolder(path(u"short"_s));
+    set(u"ALL"_s, u"DataPath"_s, u"/nowhere/"_s);
+    const QByteArray before = bytesOf(path(u"UserData/diary.ini"_s));
+    desk.answers = {u"/tmp/"_s + longName, QJsonValue::Null};
+    EXPECT_EQ(start(), StartResult::Ended);
+    EXPECT_TRUE(bytesOf(path(u"UserData/diary.ini"_s)) == before);
+    EXPECT_EQ(boxes().size(), 3);
+    EXPECT_TRUE(boxes().at(1).startsWith(u"critical: フォルダの名前が長すぎて"_s));
+
+    const QString edge = u"/tmp/"_s + QString(255 - 5 - 24, u'x'); // with "/Customize/Customize.ini" 255 bytes
+    desk.answers = {edge + u'x', path(u"short"_s)};
+    EXPECT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(session.DataPath, path(u"short/"_s));
+}
+
+TEST_F(StartupFolders, ADataFolderKeepsEveryCharacterOfItsName) {
+    for (const QString& name : {u"josé"_s, u"😀"_s, u"2〜3−4"_s, u"～"_s}) {
+        makeFolder(path(name));
+        set(u"ALL"_s, u"DataPath"_s, path(name));
+        desk.events = {};
+        ASSERT_EQ(start(), StartResult::Ready) << name.toStdString();
+        EXPECT_EQ(session.DataPath, path(name) + u'/');
+        EXPECT_EQ(boxes(), QStringList());
+        ASSERT_EQ(start(), StartResult::Ready);
+        EXPECT_EQ(session.DataPath, path(name) + u'/');
+    }
+}
+
+TEST_F(StartupFolders, ATargetFolderGetsItsSeparatorOrNoneAtAll) {
+    const struct {
+        QString stored;
+        QString folder;
+    } cases[] = {{u"/site"_s, u"/site/"_s}, {u"/site/"_s, u"/site/"_s}, {u""_s, u""_s},
+                 {u"C:\\site\\"_s, u""_s},  {u"site"_s, u""_s},         {u"/"_s, u"/"_s}};
+    for (const auto& c : cases) {
+        set(u"ALL"_s, u"SaveFilePath"_s, c.stored);
+        set(u"ALL"_s, u"SaveFileName"_s, u"x.htm"_s);
+        start();
+        EXPECT_EQ(session.FilePath, c.folder) << c.stored.toStdString();
+        EXPECT_EQ(session.FileName, u"x.htm"_s);
+        EXPECT_EQ(setting(u"ALL"_s, u"SaveFilePath"_s), c.stored);
+    }
+}
+
+TEST_F(StartupFolders, ExportFormatsComeOnlyWithTheirFolder) {
+    writeFile(data(u"ExportFormat/HTML.ini"_s), "mine");
+    removeFile(data(u"ExportFormat/TEXT.ini"_s));
+    start();
+    EXPECT_FALSE(exists(data(u"ExportFormat/TEXT.ini"_s)));
+    EXPECT_EQ(bytesOf(data(u"ExportFormat/HTML.ini"_s)), "mine");
+    ASSERT_TRUE(QDir(data(u"ExportFormat"_s)).removeRecursively());
+    removeFile(path(u"HTML.txt"_s));
+    start();
+    EXPECT_TRUE(exists(data(u"ExportFormat/TEXT.ini"_s)));
+    EXPECT_FALSE(exists(data(u"ExportFormat/HTML.ini"_s)));
+}
+
+TEST_F(StartupFolders, TheFactorySetIsCopiedWheneverItIsMissing) {
+    writeFile(data(u"Customize/Customize.ini"_s), "[Mine]\r\n");
+    start();
+    EXPECT_EQ(bytesOf(data(u"Customize/Customize.ini"_s)), "[Mine]\r\n");
+    removeFile(data(u"Customize/Customize.ini"_s));
+    writeFile(data(u"Customize/Other.ini"_s), "x");
+    start();
+    EXPECT_EQ(bytesOf(data(u"Customize/Customize.ini"_s)), bytesOf(path(u"Customize.ini"_s)));
+    removeFile(data(u"Customize/Customize.ini"_s));
+    removeFile(path(u"Customize.ini"_s));
+    EXPECT_EQ(start(), StartResult::Ready);
+}
+
+TEST_F(StartupFolders, WeatherPicturesGoByTheFirstAlone) {
+    const QStringList others{u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s, u"Snowy.gif"_s};
+    removeFile(data(u"DiaryParts/Cloudy.gif"_s));
+    writeFile(data(u"DiaryParts/Rainy.gif"_s), "mine");
+    start();
+    EXPECT_FALSE(exists(data(u"DiaryParts/Cloudy.gif"_s)));
+    EXPECT_EQ(bytesOf(data(u"DiaryParts/Rainy.gif"_s)), "mine");
+    removeFile(data(u"DiaryParts/Shinny.gif"_s));
+    start();
+    for (const QString& name : others)
+        EXPECT_EQ(bytesOf(data(u"DiaryParts/"_s + name)), bytesOf(path(name)));
+}
+
+TEST_F(StartupFolders, ATemplateIsReplacedOnlyByALaterOne) {
+    writeFile(path(u"hatena.BLG"_s), "factory");
+    setTime(path(u"hatena.BLG"_s), 1'000'000'000);
+    const QString target = data(u"BlogTemplate/hatena.ini"_s);
+    start();
+    EXPECT_EQ(bytesOf(target), "factory");
+    EXPECT_EQ(timeOf(target), 1'000'000'000);
+
+    const struct {
+        time_t time;
+        const char* bytes;
+    } cases[] = {{1'000'000'000, "mine"}, {1'000'000'001, "mine"}, {999'999'999, "factory"}};
+    for (const auto& c : cases) {
+        writeFile(target, "mine");
+        setTime(target, c.time);
+        start();
+        EXPECT_EQ(bytesOf(target), c.bytes) << c.time;
+    }
+}
+
+TEST_F(StartupFolders, ATemplateOfTheUsersOwnIsLeftAlone) {
+    writeFile(data(u"BlogTemplate/own.ini"_s), "mine");
+    writeFile(path(u"a.b.blg"_s), "factory");
+    start();
+    EXPECT_EQ(bytesOf(data(u"BlogTemplate/own.ini"_s)), "mine");
+    EXPECT_EQ(bytesOf(data(u"BlogTemplate/a.b.ini"_s)), "factory");
+}
+
+TEST_F(StartupFolders, MakesNoSecondFolderBesideOneInOtherCase) {
+    for (const QString& name : {u"Customize"_s, u"DiaryParts"_s, u"DiaryLog"_s, u"ExportFormat"_s, u"BlogTemplate"_s})
+        ASSERT_TRUE(QDir().rename(data(name), data(name.toUpper())));
+    writeFile(data(u"CUSTOMIZE/Customize.ini"_s), "[Mine]\r\n");
+    removeFile(data(u"DIARYPARTS/Shinny.gif"_s));
+    removeFile(data(u"EXPORTFORMAT/TEXT.ini"_s));
+    writeFile(path(u"x.blg"_s), "factory");
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(QDir(session.DataPath).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name),
+              (QStringList{u"BLOGTEMPLATE"_s, u"CUSTOMIZE"_s, u"DIARYLOG"_s, u"DIARYPARTS"_s, u"EXPORTFORMAT"_s}));
+    EXPECT_TRUE(exists(data(u"DIARYPARTS/Shinny.gif"_s)) && exists(data(u"BLOGTEMPLATE/x.ini"_s)));
+    EXPECT_FALSE(exists(data(u"EXPORTFORMAT/TEXT.ini"_s)));
+    EXPECT_EQ(bytesOf(data(u"CUSTOMIZE/Customize.ini"_s)), "[Mine]\r\n");
+}
+
+} // namespace
+} // namespace velloria::tests

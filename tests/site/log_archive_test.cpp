@@ -1,0 +1,276 @@
+#include "site/log_archive.h"
+
+#include "site/site_home.h"
+#include "store/log_register.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class LogArchive : public SiteHome {
+protected:
+    void save(const QString& year = u"2004"_s, const QString& month = u"5"_s) { archive().save(year, month); }
+
+    QString dataLog(const QString& name) const { return session.DataPath + u"DiaryLog/"_s + name; }
+    QString siteLog(const QString& name) const { return path(u"site/DiaryLog/"_s + name); }
+    /// The rows of LogDB as "month name".
+    QStringList logs() const {
+        QStringList rows;
+        for (const store::LogRow& log : store::LogRegister(session.databaseFile()).Logs())
+            rows += log.month + u' ' + log.fileName;
+        return rows;
+    }
+    QStringList statuses() const { return desk.texts(u"status"_s); }
+    void registerPart(const QString& name, const QString& day) {
+        putPart(name, name.toUtf8());
+        registerFile(name, day);
+    }
+};
+
+const QString kDone = u"information: Logファイル化しました。"_s;
+
+TEST_F(LogArchive, WritesThePageInBothRootsAndRegistersIt) {
+    write(u"2004/05/01"_s, u"題"_s);
+    writePrivate(u"2004/05/02"_s, u"秘密"_s);
+    save();
+    EXPECT_TRUE(pageOf(dataLog(u"200405.htm"_s)).contains(u">題<"_s));
+    EXPECT_TRUE(lacks(pageOf(dataLog(u"200405.htm"_s)), u"秘密"_s));
+    EXPECT_EQ(bytesOf(siteLog(u"200405.htm"_s)), bytesOf(dataLog(u"200405.htm"_s)));
+    EXPECT_EQ(logs(), QStringList{u"2004/05 200405.htm"_s});
+    EXPECT_FALSE(siteHas(u"x.htm"_s));
+}
+
+TEST_F(LogArchive, AMonthOfOneCharacterGetsItsZero) {
+    save(u"2004"_s, u"3"_s);
+    save(u"2004"_s, u"04"_s);
+    save(u"2003"_s, u"12"_s);
+    EXPECT_EQ(logs(), (QStringList{u"2004/03 200403.htm"_s, u"2004/04 200404.htm"_s, u"2003/12 200312.htm"_s}));
+    EXPECT_TRUE(pageOf(dataLog(u"200403.htm"_s)).contains(u"2004年3月分"_s));
+}
+
+TEST_F(LogArchive, AMonthWithoutEntriesSaysSoAndHasItsRow) {
+    setSetting(keys::day_list::kUse, u"1"_s);
+    save(u"2001"_s, u"1"_s);
+    EXPECT_TRUE(hasLines(pageOf(dataLog(u"200101.htm"_s)), {u"-今月はまだ日記はありません-"_s}));
+    EXPECT_EQ(logs(), QStringList{u"2001/01 200101.htm"_s});
+}
+
+TEST_F(LogArchive, ThePresentMonthMayBeLogged) {
+    session.Today = u"2004/05/06"_s;
+    save();
+    EXPECT_EQ(logs().size(), 1);
+}
+
+TEST_F(LogArchive, AgainReplacesThePageAndAppendsToTheList) {
+    write(u"2004/05/01"_s, u"first"_s);
+    save();
+    write(u"2004/05/01"_s, u"second"_s);
+    save();
+    EXPECT_TRUE(pageOf(siteLog(u"200405.htm"_s)).contains(u"second"_s));
+    EXPECT_EQ(logs(), QStringList{u"2004/05 200405.htm"_s});
+    EXPECT_EQ(uploadRows(u"uploadlog.tmp"_s), QStringList(2, u"UserData/DiaryLog,200405.htm"_s));
+    EXPECT_EQ(uploadRows(u"uplogtmp.tmp"_s), QStringList{u"UserData/DiaryLog,200405.htm"_s});
+}
+
+TEST_F(LogArchive, TheListOfLogsGrowsBehindWhatStandsThere) {
+    writeFile(session.UserPath + u"uploadlog.tmp"_s, "/old,200301.htm\r\n");
+    save();
+    EXPECT_EQ(bytesOf(session.UserPath + u"uploadlog.tmp"_s),
+              "/old,200301.htm\r\n" + session.DataPath.toUtf8() + "DiaryLog,200405.htm\r\n");
+    EXPECT_FALSE(exists(session.UserPath + u"upload.tmp"_s));
+}
+
+TEST_F(LogArchive, DividedPagesComeAlong) {
+    write(u"2004/05/01"_s, u"a"_s);
+    write(u"2004/05/02"_s, u"b"_s);
+    divideByDay(true);
+    setSetting(keys::divide::kLogDivide, u"1"_s);
+    save();
+    EXPECT_TRUE(exists(siteLog(u"2004_05_01.htm"_s)));
+    EXPECT_EQ(uploadRows(u"uploadlog.tmp"_s),
+              (QStringList{u"UserData/DiaryLog,200405.htm"_s, u"UserData/DiaryLog,2004_05_01.htm"_s}));
+}
+
+TEST_F(LogArchive, TellsItsEndBehindTheWork) {
+    save();
+    QStringList events;
+    for (const QJsonValue& event : desk.events)
+        events += event[u"event"_s].toString() + u' ' + event[u"text"_s].toString() + event[u"shape"_s].toString();
+    EXPECT_EQ(events, (QStringList{u"pointer hourglass"_s, u"status 2004/05の日記をLog化しました。"_s,
+                                   u"message Logファイル化しました。"_s, u"pointer default"_s}));
+    EXPECT_EQ(boxes(), QStringList{kDone});
+}
+
+TEST_F(LogArchive, TheFilesOfTheMonthGoToBothRootsAndUpAnew) {
+    registerPart(u"first.gif"_s, u"2004/05/01"_s);
+    registerPart(u"last.gif"_s, u"2004/05/31"_s);
+    registerPart(u"before.gif"_s, u"2004/04/30"_s);
+    registerPart(u"behind.gif"_s, u"2004/06/01"_s);
+    sql(u"UPDATE FileDB SET Uploaded = 1"_s);
+    save();
+    EXPECT_EQ(fileRows(), (QStringList{u"first.gif 2004/05/01 0 1"_s, u"last.gif 2004/05/31 0 1"_s,
+                                       u"before.gif 2004/04/30 1 0"_s, u"behind.gif 2004/06/01 1 0"_s}));
+    for (const QString& name : {u"DiaryParts/first.gif"_s, u"DiaryParts/last.gif"_s}) {
+        EXPECT_TRUE(exists(dataLog(name))) << name.toStdString();
+        EXPECT_TRUE(exists(siteLog(name))) << name.toStdString();
+    }
+    EXPECT_FALSE(exists(dataLog(u"DiaryParts/before.gif"_s)));
+    EXPECT_FALSE(exists(dataLog(u"DiaryParts/behind.gif"_s)));
+}
+
+TEST_F(LogArchive, AFileOfOneRowStaysWhereItWas) {
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    save();
+    EXPECT_TRUE(exists(session.DataPath + u"DiaryParts/a.gif"_s));
+    save();
+    EXPECT_TRUE(exists(session.DataPath + u"DiaryParts/a.gif"_s));
+}
+
+TEST_F(LogArchive, AFileThatIsLoggedIsNotTakenAgain) {
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    save();
+    sql(u"UPDATE FileDB SET Uploaded = 1"_s);
+    putPart(u"a.gif"_s, "changed");
+    save();
+    EXPECT_EQ(bytesOf(dataLog(u"DiaryParts/a.gif"_s)), "a.gif");
+    EXPECT_EQ(fileRows(), QStringList{u"a.gif 2004/05/01 1 1"_s});
+}
+
+TEST_F(LogArchive, AMissingFileHasItsBoxAndTheRunGoesOn) {
+    registerFile(u"gone.gif"_s, u"2004/05/01"_s);
+    registerPart(u"there.gif"_s, u"2004/05/02"_s);
+    save();
+    EXPECT_EQ(boxes(),
+              (QStringList{u"critical: 05月分として登録されたファイル[gone.gif]が見つかりません。\r\n"
+                           "[UserData\\DiaryParts]フォルダに該当ファイルをコピーして、再度ログ化して下さい。"_s,
+                           kDone}));
+    EXPECT_EQ(fileRows(), (QStringList{u"gone.gif 2004/05/01 0 0"_s, u"there.gif 2004/05/02 0 1"_s}));
+    EXPECT_EQ(logs().size(), 1);
+    putPart(u"gone.gif"_s);
+    save();
+    EXPECT_EQ(fileRows().first(), u"gone.gif 2004/05/01 0 1"_s);
+    EXPECT_TRUE(exists(siteLog(u"DiaryParts/gone.gif"_s)));
+}
+
+TEST_F(LogArchive, FilesOfAllMonthsAreCopiedOnceAndGetARowForTheLogs) {
+    registerPart(u"all.css"_s, u"ALL"_s);
+    sql(u"UPDATE FileDB SET Uploaded = 1"_s);
+    save();
+    EXPECT_EQ(fileRows(), (QStringList{u"all.css ALL 1 0"_s, u"all.css ALL 0 1"_s}));
+    EXPECT_EQ(sqlValue(u"SELECT max(Number) FROM FileDB"_s), u"0"_s);
+    putPart(u"all.css"_s, "changed");
+    sql(u"UPDATE FileDB SET Uploaded = 1"_s);
+    save();
+    EXPECT_EQ(bytesOf(dataLog(u"DiaryParts/all.css"_s)), "all.css");
+    EXPECT_EQ(bytesOf(siteLog(u"DiaryParts/all.css"_s)), "all.css");
+    EXPECT_EQ(fileRows(), (QStringList{u"all.css ALL 1 0"_s, u"all.css ALL 1 1"_s}));
+}
+
+TEST_F(LogArchive, EachRootGetsTheFileOfAllMonthsThatItLacks) {
+    registerPart(u"all.css"_s, u"ALL"_s);
+    save();
+    ASSERT_TRUE(QFile::remove(siteLog(u"DiaryParts/all.css"_s)));
+    putPart(u"all.css"_s, "changed");
+    save();
+    EXPECT_EQ(bytesOf(siteLog(u"DiaryParts/all.css"_s)), "changed");
+    EXPECT_EQ(bytesOf(dataLog(u"DiaryParts/all.css"_s)), "all.css");
+}
+
+TEST_F(LogArchive, AFileOfAllMonthsThatIsMissingGetsNoRowThatTheUploadWouldStopAt) {
+    registerFile(u"gone.css"_s, u"ALL"_s);
+    save();
+    EXPECT_EQ(fileRows(), QStringList{u"gone.css ALL 0 0"_s});
+    EXPECT_EQ(boxes(), QStringList{kDone});
+}
+
+TEST_F(LogArchive, WithoutASiteFolderKeepsItsFilesInTheDataFolderAndSaysSo) {
+    session.FilePath = u""_s;
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    registerPart(u"all.css"_s, u"ALL"_s);
+    const QString workingFolder = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(path(u"site"_s)));
+    save();
+    QDir::setCurrent(workingFolder);
+    EXPECT_EQ(contentOf(path(u"site"_s)).size(), 0);
+    EXPECT_TRUE(exists(dataLog(u"200405.htm"_s)));
+    EXPECT_TRUE(exists(dataLog(u"DiaryParts/a.gif"_s)));
+    EXPECT_TRUE(exists(dataLog(u"DiaryParts/all.css"_s)));
+    EXPECT_EQ(logs().size(), 1);
+    ASSERT_EQ(statuses().size(), 2);
+    EXPECT_TRUE(statuses().first().contains(u"データフォルダ"_s));
+}
+
+TEST_F(LogArchive, InTheDataFolderCopiesNothingOntoItself) {
+    session.FilePath = session.DataPath;
+    write(u"2004/05/01"_s, u"題"_s);
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    registerPart(u"all.css"_s, u"ALL"_s);
+    save();
+    save();
+    EXPECT_TRUE(pageOf(dataLog(u"200405.htm"_s)).contains(u">題<"_s));
+    EXPECT_EQ(bytesOf(dataLog(u"DiaryParts/a.gif"_s)), "a.gif");
+    EXPECT_EQ(bytesOf(dataLog(u"DiaryParts/all.css"_s)), "all.css");
+}
+
+TEST_F(LogArchive, ASiteFolderThatIsGoneIsNamedAndNothingIsDone) {
+    ASSERT_TRUE(QDir(path(u"site"_s)).removeRecursively());
+    const auto before = contentOf(home.path());
+    const QString failure = failureOf([&] { save(); });
+    EXPECT_TRUE(failure.contains(path(u"site/"_s))) << failure.toStdString();
+    EXPECT_EQ(contentOf(home.path()), before);
+}
+
+TEST_F(LogArchive, AMonthOutsideTheYearFailsBehindPageCopyAndList) {
+    for (const QString& month : {u"13"_s, u"ab"_s, u"00"_s}) {
+        SCOPED_TRACE(month.toStdString());
+        EXPECT_NE(failureOf([&] { save(u"2004"_s, month); }), u""_s);
+        const QString name = u"2004"_s + month + u".htm"_s;
+        EXPECT_TRUE(exists(dataLog(name)));
+        EXPECT_TRUE(exists(siteLog(name)));
+        EXPECT_EQ(uploadRows(u"uploadlog.tmp"_s).last(), u"UserData/DiaryLog,"_s + name);
+        EXPECT_EQ(logs(), QStringList());
+        EXPECT_EQ(boxes(), QStringList());
+    }
+    EXPECT_NE(failureOf([&] { save(u"year"_s, u"5"_s); }), u""_s);
+    EXPECT_TRUE(exists(dataLog(u"year05.htm"_s)));
+}
+
+TEST_F(LogArchive, AFailureAheadOfTheEndLeavesNoRow) {
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    ASSERT_TRUE(QDir(session.DataPath + u"DiaryLog"_s).mkpath(u"DiaryParts/a.gif"_s));
+    EXPECT_NE(failureOf([&] { save(); }), u""_s);
+    EXPECT_EQ(logs(), QStringList());
+    EXPECT_EQ(fileRows(), QStringList{u"a.gif 2004/05/01 0 0"_s});
+    ASSERT_TRUE(QDir(dataLog(u"DiaryParts"_s)).rmdir(u"a.gif"_s));
+    save();
+    EXPECT_EQ(fileRows(), QStringList{u"a.gif 2004/05/01 0 1"_s});
+    EXPECT_EQ(logs().size(), 1);
+}
+
+TEST_F(LogArchive, ACalendarBefore2000StopsTheLogBeforeItsPage) {
+    setSetting(keys::calender::kUse, u"1"_s);
+    const QString failure = failureOf([&] { save(u"1999"_s, u"12"_s); });
+    EXPECT_TRUE(failure.contains(u"1999年12月"_s)) << failure.toStdString();
+    EXPECT_FALSE(exists(dataLog(u"199912.htm"_s)));
+    EXPECT_EQ(logs(), QStringList());
+    EXPECT_EQ(desk.events.last()[u"shape"_s], u"default"_s);
+}
+
+TEST_F(LogArchive, MakesNoFeedsFramesOrLogList) {
+    write(u"2004/05/01"_s, u"題"_s);
+    turnFeedsOn();
+    setSetting(keys::frame::kFrameOn, u"1"_s);
+    setSetting(keys::general::kUseLog, u"1"_s);
+    setSetting(keys::general::kLogType, u"Normal"_s);
+    save();
+    EXPECT_EQ(QDir(dataLog(u""_s)).entryList(QDir::Files), QStringList{u"200405.htm"_s});
+    EXPECT_TRUE(lacks(pageOf(dataLog(u"200405.htm"_s)), u"DiaryLog"_s));
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,214 @@
+#include "store/database_file.h"
+
+#include "platform/file_write.h"
+#include "store/sqlite/connection.h"
+#include "support/test_home.h"
+
+#include <QDir>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using store::backUpDatabase;
+using store::checkDatabase;
+using store::copyDatabase;
+using store::GetDBVersion;
+using store::sqlite::Access;
+using store::sqlite::Connection;
+
+class DatabaseFile : public TestHome {
+protected:
+    QString file() const { return session.databaseFile(); }
+    QString backup() const { return session.UserPath + u"diarymdb.bak"_s; }
+    /// What lies in the user's folder and begins with "diary".
+    QStringList names() const { return QDir(session.UserPath).entryList({u"diary*"_s}, QDir::Files, QDir::Name); }
+
+    /// A hot journal with half a change in the file, as a killed program leaves them.
+    void tear(const QString& database) const {
+        holdsInChild([&]() -> bool {
+            Connection connection(database, Access::ReadWrite);
+            connection.execute("PRAGMA cache_size = 2");
+            connection.execute("BEGIN IMMEDIATE");
+            connection.execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+                               "INSERT INTO Contents (Day, Number, Contents) SELECT '2004/05/06', i, "
+                               "hex(randomblob(1000)) FROM n");
+            connection.execute("UPDATE DBInfo SET VersionInfo = 1");
+            ::_exit(0);
+        });
+    }
+    /// What is not a diary, or no longer one.
+    QList<QByteArray> noDiaries() const {
+        const QByteArray whole = bytesOf(file());
+        QByteArray damaged = whole;
+        damaged.replace(100, 2000, QByteArray(2000, '\xFF'));
+        return {{}, "x", "[ALL]\r\nDataPath=\r\n", QByteArray(5000, '\0'), whole.first(10), whole.first(5000), damaged};
+    }
+};
+
+TEST_F(DatabaseFile, HasTheVersionOfItsTable) {
+    EXPECT_EQ(GetDBVersion(file()), 220);
+    for (const int version : {0, 100, 210, 221, 32767, -1}) {
+        sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
+        EXPECT_EQ(GetDBVersion(file()), version);
+    }
+    sql(u"INSERT INTO DBInfo (VersionInfo) VALUES (500)"_s);
+    EXPECT_EQ(GetDBVersion(file()), -1) << "the first row counts";
+}
+
+TEST_F(DatabaseFile, HasVersionZeroWhenMissingAndIsNotMade) {
+    EXPECT_EQ(GetDBVersion(path(u"no.mdb"_s)), 0);
+    EXPECT_FALSE(exists(path(u"no.mdb"_s)));
+}
+
+TEST_F(DatabaseFile, HasVersionZeroWithoutTheTable) {
+    sql(u"DROP TABLE DBInfo"_s);
+    EXPECT_EQ(GetDBVersion(file()), 0);
+    sql(u"CREATE TABLE dbinfo (VersionInfo INTEGER)"_s);
+    sql(u"INSERT INTO dbinfo VALUES (150)"_s);
+    EXPECT_EQ(GetDBVersion(file()), 150);
+}
+
+TEST_F(DatabaseFile, AVersionBeyondSixteenBitsIsNoSmallerOne) {
+    for (const qint64 version : {32768LL, 65756LL, 4294967296LL, -32769LL}) {
+        sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
+        EXPECT_TRUE(failureOf([&] { GetDBVersion(file()); }).contains(file())) << version;
+    }
+}
+
+TEST_F(DatabaseFile, ThatIsNoDiaryHasNoVersionAndStaysAsItIs) {
+    for (const QByteArray& bytes : noDiaries()) {
+        writeFile(path(u"x.mdb"_s), bytes);
+        EXPECT_TRUE(failureOf([&] { GetDBVersion(path(u"x.mdb"_s)); }).contains(path(u"x.mdb"_s))) << bytes.size();
+        EXPECT_TRUE(bytesOf(path(u"x.mdb"_s)) == bytes);
+    }
+    EXPECT_THROW(GetDBVersion(home.path()), platform::Failure);
+}
+
+TEST_F(DatabaseFile, OfAnotherProgramIsNoDiary) {
+    sql(u"DROP TABLE DBInfo"_s);
+    sql(u"DROP TABLE Contents"_s);
+    EXPECT_TRUE(failureOf([&] { GetDBVersion(file()); }).contains(u"日記データベースではありません"_s));
+}
+
+TEST_F(DatabaseFile, OfTheOldFormatIsRefusedByItsName) {
+    writeFile(path(u"old.mdb"_s), QByteArray("\0\1\0\0Standard Jet DB\0\1\0\0\0", 24) + QByteArray(4072, '\0'));
+    EXPECT_TRUE(failureOf([&] { GetDBVersion(path(u"old.mdb"_s)); }).contains(u"Jet"_s));
+}
+
+TEST_F(DatabaseFile, ShowsTheVersionFromBeforeAKilledChange) {
+    tear(file());
+    ASSERT_TRUE(exists(file() + u"-journal"_s));
+    EXPECT_EQ(GetDBVersion(file()), 220);
+}
+
+TEST_F(DatabaseFile, IsBackedUpByteForByte) {
+    write(u"2004/05/06"_s, u"a"_s);
+    const QByteArray before = bytesOf(file());
+    backUpDatabase(file(), backup());
+    EXPECT_TRUE(bytesOf(backup()) == before);
+    EXPECT_TRUE(bytesOf(file()) == before);
+    EXPECT_EQ(names(), (QStringList{u"diary.ini"_s, u"diary.mdb"_s, u"diarymdb.bak"_s}));
+}
+
+TEST_F(DatabaseFile, KeepsThreeOlderBackups) {
+    QList<QByteArray> states;
+    for (int i = 0; i < 6; ++i) {
+        write(u"2004/05/06"_s, QString::number(i));
+        states += bytesOf(file());
+        backUpDatabase(file(), backup());
+        for (int older = 0; older <= qMin(i, 3); ++older) {
+            const QString name = older == 0 ? backup() : u"%1.%2"_s.arg(backup()).arg(older);
+            EXPECT_TRUE(bytesOf(name) == states[i - older]) << i << ' ' << older;
+        }
+    }
+    EXPECT_EQ(names().filter(u"bak"_s),
+              (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s, u"diarymdb.bak.2"_s, u"diarymdb.bak.3"_s}));
+}
+
+TEST_F(DatabaseFile, ThatIsNoDiaryNeverTakesTheBackupsPlace) {
+    backUpDatabase(file(), backup());
+    write(u"2004/05/06"_s, u"a"_s);
+    backUpDatabase(file(), backup());
+    QList<QByteArray> bad = noDiaries();
+    QByteArray tornRows = bytesOf(file());
+    bad += tornRows.replace(4096 * 1 + 8, 4000, QByteArray(4000, '\xAA')); // the head is whole, a table is not
+    for (const QByteArray& bytes : bad) {
+        writeFile(file(), bytes);
+        const auto before = contentOf(home.path());
+        EXPECT_TRUE(failureOf([&] { backUpDatabase(file(), backup()); }).contains(file())) << bytes.size();
+        EXPECT_EQ(contentOf(home.path()), before);
+    }
+    platform::removeFile(file());
+    EXPECT_THROW(backUpDatabase(file(), backup()), platform::Failure);
+    EXPECT_TRUE(exists(backup()) && exists(backup() + u".1"_s));
+}
+
+TEST_F(DatabaseFile, IsCopiedWithoutTheHalfOfAKilledChange) {
+    write(u"2004/05/06"_s, u"a"_s);
+    const QByteArray before = bytesOf(file());
+    tear(file());
+    ASSERT_TRUE(exists(file() + u"-journal"_s));
+    ASSERT_FALSE(bytesOf(file()) == before);
+    copyDatabase(file(), path(u"copy.mdb"_s));
+    EXPECT_TRUE(bytesOf(path(u"copy.mdb"_s)) == before);
+    EXPECT_FALSE(exists(file() + u"-journal"_s));
+    EXPECT_FALSE(exists(path(u"copy.mdb-journal"_s)));
+}
+
+TEST_F(DatabaseFile, MeetsNoJournalOfTheFileThatLayThere) {
+    write(u"2004/05/06"_s, u"a"_s);
+    const QByteArray whole = bytesOf(file());
+    const QString other = path(u"other.mdb"_s);
+    copyDatabase(file(), other);
+    tear(other);
+    platform::removeFile(other);
+    ASSERT_TRUE(exists(other + u"-journal"_s));
+    copyDatabase(file(), other);
+    EXPECT_EQ(GetDBVersion(other), 220);
+    EXPECT_TRUE(bytesOf(other) == whole);
+}
+
+TEST_F(DatabaseFile, ThatIsSoundHasNoFindings) {
+    write(u"2004/05/06"_s, u"a"_s);
+    write(u"2004/05/06"_s, u"b"_s);
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('a', '2004/05/06', 2), ('b', 'ALL', 0)"_s);
+    EXPECT_EQ(checkDatabase(file()), QStringList());
+}
+
+TEST_F(DatabaseFile, IsCheckedForDaysNumbersAndFilesAndNotChanged) {
+    sql(u"INSERT INTO Contents (Day, Number) VALUES ('2004/05/06', 1), ('2004/05/06', 3), ('2004/05/07', 2), "
+        "('2004/05/08', 1), ('2004/05/08', 1), ('2004/3/5', 1), ('', 1), ('2003/02/29', 1), ('2004/05/09', 1)"_s);
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('good', '2004/05/09', 1), ('all', 'ALL', 0), "
+        "('gone', '2004/05/09', 2), ('never', '2001/01/01', 1), ('nowhere', NULL, 0)"_s);
+    const QByteArray before = bytesOf(file());
+    const QString findings = checkDatabase(file()).join(u'\n');
+    EXPECT_TRUE(bytesOf(file()) == before);
+    for (const QString& part :
+         {u"「2004/3/5」"_s, u"「」"_s, u"「2003/02/29」"_s, u"2004/05/06 (1 3)"_s, u"2004/05/07 (2)"_s,
+          u"2004/05/08 (1 1)"_s, u"gone (2004/05/09 2)"_s, u"never (2001/01/01 1)"_s, u"nowhere"_s})
+        EXPECT_EQ(findings.count(part), 1) << part.toStdString() << '\n' << findings.toStdString();
+    for (const QString& part : {u"2004/05/09 ("_s, u"good"_s, u"all"_s})
+        EXPECT_EQ(findings.count(part), 0) << part.toStdString();
+    EXPECT_EQ(findings.count(u'\n'), 8);
+}
+
+TEST_F(DatabaseFile, ThatIsDamagedIsReportedOrRefused) {
+    for (int i = 0; i < 50; ++i)
+        write(u"2004/05/06"_s, u"a"_s, QString(1000, u'x'));
+    QByteArray damaged = bytesOf(file());
+    writeFile(file(), damaged.replace(damaged.size() - 9000, 4096, QByteArray(4096, '\xAA')));
+    QStringList findings;
+    const QString failure = failureOf([&] { findings = checkDatabase(file()); });
+    EXPECT_TRUE(!findings.isEmpty() || failure.contains(file()));
+    for (const QByteArray& bytes : noDiaries().first(5)) {
+        writeFile(path(u"x.mdb"_s), bytes);
+        EXPECT_THROW(checkDatabase(path(u"x.mdb"_s)), platform::Failure);
+    }
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,203 @@
+// What becomes of the diary when the machine, another program or the engine gets in the way.
+#include "store/diary_store.h"
+
+#include "platform/file_write.h"
+#include "store/sqlite/connection.h"
+#include "support/test_home.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <future>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using store::Entry;
+using store::PublishTime;
+using store::sqlite::Access;
+using store::sqlite::Connection;
+
+const QString kDay = u"2004/05/06"_s;
+
+class DiaryStoreFailure : public TestHome {
+protected:
+    DiaryStoreFailure() {
+        for (const QString& title : {u"a"_s, u"b"_s, u"c"_s})
+            write(kDay, title);
+    }
+    QString file() const { return session.databaseFile(); }
+    QString day() {
+        return sqlValue(u"SELECT group_concat(Number || Title, ' ') FROM (SELECT * FROM Contents ORDER BY Number)"_s);
+    }
+    /// A program that is killed in the middle of a large change: pages and a hot journal are on disk.
+    void killAWriter() const {
+        holdsInChild([this]() -> bool {
+            Connection connection(file(), Access::ReadWrite);
+            connection.execute("PRAGMA cache_size = 2");
+            connection.execute("BEGIN IMMEDIATE");
+            connection.execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500) "
+                               "INSERT INTO Contents (Day, Number, Contents) SELECT '2004/05/06', i, "
+                               "hex(randomblob(1000)) FROM n");
+            connection.execute("UPDATE Contents SET Title = 'torn'");
+            ::_exit(0);
+        });
+    }
+    static void letOthersIn(const QString& folder) { ::chmod(QFile::encodeName(folder).constData(), 0755); }
+    QString journal() const { return file() + u"-journal"_s; }
+};
+
+TEST_F(DiaryStoreFailure, AFaultBehindTheDeleteLeavesTheDayUnchanged) {
+    sql(u"CREATE TRIGGER fault BEFORE UPDATE OF Number ON Contents BEGIN SELECT RAISE(ABORT, 'injected'); END"_s);
+    const QByteArray before = bytesOf(file());
+    const QString failure = failureOf([&] { diary().DeleteEntry(kDay, 1); });
+    EXPECT_TRUE(failure.contains(u"injected"_s)) << failure.toStdString();
+    EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+    EXPECT_TRUE(bytesOf(file()) == before);
+    EXPECT_EQ(day(), u"1a 2b 3c"_s);
+}
+
+TEST_F(DiaryStoreFailure, AFaultInTheMiddleOfSeveralEntriesSavesNone) {
+    sql(u"CREATE TRIGGER fault BEFORE INSERT ON Contents WHEN NEW.Title = 'bad' BEGIN "
+        "SELECT RAISE(ABORT, 'injected'); END"_s);
+    const QByteArray before = bytesOf(file());
+    EXPECT_THROW(diary().SaveEntries({entryOf(kDay, u"good"_s), entryOf(kDay, u"bad"_s), entryOf(kDay, u"more"_s)},
+                                     PublishTime::Now, {}),
+                 platform::Failure);
+    EXPECT_TRUE(bytesOf(file()) == before);
+}
+
+TEST_F(DiaryStoreFailure, AFaultInTheRenumberingOfAnImportKeepsTheImport) {
+    sql(u"UPDATE Contents SET ImportMark = 'm' WHERE Number = 1"_s);
+    sql(u"CREATE TRIGGER fault BEFORE UPDATE OF Number ON Contents BEGIN SELECT RAISE(ABORT, 'injected'); END"_s);
+    EXPECT_THROW(diary().DeleteImportBatch(u"m"_s), platform::Failure);
+    EXPECT_EQ(day(), u"1a 2b 3c"_s);
+}
+
+TEST_F(DiaryStoreFailure, WhatCantBeKeptIsNotDestroyed) {
+    const auto refuse = [](const Entry&) { throw platform::Failure(u"控え"_s, {}, {}); };
+    sql(u"UPDATE Contents SET ImportMark = 'm'"_s);
+    Entry entry = entryOf(kDay, u"new"_s);
+    entry.number = 2;
+    EXPECT_THROW(diary().DeleteEntry(kDay, 2, refuse), platform::Failure);
+    EXPECT_THROW(diary().DeleteImportBatch(u"m"_s, refuse), platform::Failure);
+    EXPECT_THROW(diary().SaveEntries({entryOf(kDay, u"d"_s), entry}, PublishTime::Now, refuse), platform::Failure);
+    EXPECT_EQ(day(), u"1a 2b 3c"_s);
+}
+
+TEST_F(DiaryStoreFailure, ALockedFileIsWaitedForAndThenNamed) {
+    Connection other(file(), Access::ReadWrite);
+    other.execute("BEGIN EXCLUSIVE");
+    QElapsedTimer timer;
+    timer.start();
+    // Side by side, so that the wait of five seconds is one.
+    auto read = std::async(std::launch::async, [&] { return failureOf([&] { diary().LoadDay(kDay); }); });
+    const QString saved = failureOf([&] { diary().SaveEntry(entryOf(kDay, u"d"_s)); });
+    for (const QString& failure : {saved, read.get()}) {
+        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(u"他のプログラムが使用中"_s)) << failure.toStdString();
+    }
+    EXPECT_GE(timer.elapsed(), 4500);
+    EXPECT_LE(timer.elapsed(), 20000);
+    other.execute("ROLLBACK");
+    EXPECT_EQ(day(), u"1a 2b 3c"_s);
+}
+
+TEST_F(DiaryStoreFailure, AFileThatIsFreeInTimeIsUsed) {
+    Connection other(file(), Access::ReadWrite);
+    other.execute("BEGIN EXCLUSIVE");
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        other.execute("COMMIT");
+    });
+    EXPECT_EQ(failureOf([&] { write(kDay, u"d"_s); }), QString());
+    release.join();
+    EXPECT_EQ(day(), u"1a 2b 3c 4d"_s);
+}
+
+TEST_F(DiaryStoreFailure, NoLockOutlivesAnOperation) {
+    const store::DiaryStore store = diary();
+    store.LoadDay(kDay);
+    store.LoadEntry(kDay, 1); // stops at the first row
+    store.LatestPublicDay();
+    EXPECT_THROW(store.FindEntries({u"["_s, {}}), platform::Failure);
+    Connection other(file(), Access::ReadWrite);
+    EXPECT_EQ(failureOf([&] { other.execute("BEGIN EXCLUSIVE"); }), QString());
+    other.execute("ROLLBACK");
+    EXPECT_FALSE(exists(journal()));
+}
+
+TEST_F(DiaryStoreFailure, AMissingFileIsNamedAndNeverMade) {
+    QFile::remove(file());
+    const store::DiaryStore store = diary();
+    for (const QString& failure :
+         {failureOf([&] { store.LoadDay(kDay); }), failureOf([&] { store.SaveEntry(entryOf(kDay, u"x"_s)); })}) {
+        EXPECT_TRUE(failure.contains(u"日記データベースがありません。"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+    }
+    EXPECT_FALSE(exists(file()));
+}
+
+TEST_F(DiaryStoreFailure, ADamagedFileIsNamedAndLeftAlone) {
+    QByteArray damaged = bytesOf(file());
+    for (const QByteArray& bytes : {QByteArray("no database at all"), damaged.first(damaged.size() / 2),
+                                    damaged.replace(100, 1000, QByteArray(1000, '\xFF'))}) {
+        writeFile(file(), bytes);
+        const QString failure = failureOf([&] { diary().SaveEntry(entryOf(kDay, u"x"_s)); });
+        EXPECT_TRUE(failure.contains(u"壊れています"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+        EXPECT_THROW(diary().LoadDay(kDay), platform::Failure);
+        EXPECT_TRUE(bytesOf(file()) == bytes);
+    }
+}
+
+TEST_F(DiaryStoreFailure, AReadOnlyFileIsReadAndNotWritten) {
+    ::chmod(QFile::encodeName(file()).constData(), 0444);
+    letOthersIn(home.path());
+    letOthersIn(session.UserPath);
+    EXPECT_TRUE(holdsForNobody([&] { return diary().LoadDay(kDay).size() == 3; }));
+    EXPECT_TRUE(holdsForNobody(
+        [&] { return failureOf([&] { diary().SaveEntry(entryOf(kDay, u"x"_s)); }).contains(u"に書き込めません"_s); }));
+}
+
+TEST_F(DiaryStoreFailure, AKilledWriterLeavesTheOldDiaryForTheNextReader) {
+    const QByteArray before = bytesOf(file());
+    killAWriter();
+    ASSERT_TRUE(exists(journal()));
+    ASSERT_FALSE(bytesOf(file()) == before);
+    QStringList titles;
+    EXPECT_EQ(failureOf([&] {
+                  for (const Entry& entry : diary().LoadDay(kDay))
+                      titles += entry.title;
+              }),
+              QString());
+    EXPECT_EQ(titles, (QStringList{u"c"_s, u"b"_s, u"a"_s}));
+    EXPECT_FALSE(exists(journal()));
+}
+
+TEST_F(DiaryStoreFailure, AKilledWriterLeavesTheOldDiaryForTheNextWriter) {
+    killAWriter();
+    ASSERT_TRUE(exists(journal()));
+    EXPECT_EQ(write(kDay, u"d"_s), 4);
+    EXPECT_EQ(day(), u"1a 2b 3c 4d"_s);
+}
+
+TEST_F(DiaryStoreFailure, AWriterInTheMiddleOfItsWorkDisturbsNoReader) {
+    Connection other(file(), Access::ReadWrite);
+    other.execute("BEGIN IMMEDIATE");
+    other.execute("UPDATE Contents SET Title = 'x' WHERE Number = 1");
+    ASSERT_TRUE(exists(journal()));
+    EXPECT_EQ(diary().LoadDay(kDay).size(), 3U);
+    EXPECT_TRUE(exists(journal()));
+    other.execute("COMMIT");
+    EXPECT_EQ(day(), u"1x 2b 3c"_s);
+}
+
+} // namespace
+} // namespace velloria::tests

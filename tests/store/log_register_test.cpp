@@ -1,0 +1,70 @@
+#include "store/log_register.h"
+
+#include "support/test_home.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using store::LogRow;
+
+class LogRegister : public TestHome {
+protected:
+    store::LogRegister logs() const { return store::LogRegister(session.databaseFile()); }
+
+    QStringList rows() const {
+        QStringList rows;
+        for (const LogRow& row : logs().Logs())
+            rows += row.month + u' ' + row.fileName;
+        return rows;
+    }
+};
+
+TEST_F(LogRegister, ComesInTheOrderOfItsRows) {
+    EXPECT_EQ(rows(), QStringList());
+    logs().AddLog({u"2004/05"_s, u"200405.htm"_s});
+    logs().AddLog({u"2004/03"_s, u"200403.htm"_s});
+    logs().AddLog({u"2004/04"_s, u"200404.htm"_s});
+    EXPECT_EQ(rows(), (QStringList{u"2004/05 200405.htm"_s, u"2004/03 200403.htm"_s, u"2004/04 200404.htm"_s}));
+}
+
+TEST_F(LogRegister, KnowsMonthsAndFiles) {
+    logs().AddLog({u"2004/05"_s, u"200405.htm"_s});
+    EXPECT_TRUE(logs().LogOfMonth(u"2004/05"_s));
+    EXPECT_FALSE(logs().LogOfMonth(u"2004/06"_s));
+    EXPECT_FALSE(logs().LogOfMonth(u"2004/0_"_s));
+    EXPECT_TRUE(logs().FindLog(u"200405.htm"_s));
+    EXPECT_TRUE(logs().FindLog(u"２００４05.HTM"_s));
+    EXPECT_FALSE(logs().FindLog(u"200405"_s));
+}
+
+TEST_F(LogRegister, DeletesTheFirstRowOfAName) {
+    logs().AddLog({u"2004/05"_s, u"a.htm"_s});
+    logs().AddLog({u"2004/06"_s, u"b.htm"_s});
+    logs().AddLog({u"2004/07"_s, u"A.htm"_s});
+    logs().DeleteLog(u"A.HTM"_s);
+    EXPECT_EQ(rows(), (QStringList{u"2004/06 b.htm"_s, u"2004/07 A.htm"_s}));
+    logs().DeleteLog(u"no.htm"_s);
+    EXPECT_EQ(rows().size(), 2);
+}
+
+TEST_F(LogRegister, ReadsMissingValuesAsMissing) {
+    sql(u"INSERT INTO LogDB VALUES (NULL, NULL)"_s);
+    const std::vector<LogRow> logs = this->logs().Logs();
+    ASSERT_EQ(logs.size(), 1U);
+    EXPECT_TRUE(logs[0].month.isNull() && logs[0].fileName.isNull());
+}
+
+TEST_F(LogRegister, RefusesADoubleQuoteAndChangesNothing) {
+    logs().AddLog({u"2004/05"_s, u"a\".htm"_s});
+    const QByteArray before = bytesOf(session.databaseFile());
+    for (const QString& failure :
+         {failureOf([&] { logs().LogOfMonth(u"\""_s); }), failureOf([&] { logs().FindLog(u"a\".htm"_s); }),
+          failureOf([&] { logs().DeleteLog(u"a\".htm"_s); })})
+        EXPECT_TRUE(failure.contains(session.databaseFile())) << failure.toStdString();
+    EXPECT_TRUE(bytesOf(session.databaseFile()) == before);
+}
+
+} // namespace
+} // namespace velloria::tests
