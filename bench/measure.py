@@ -100,6 +100,19 @@ def measured(command, prepare=lambda: None, runs=5, **options):
     return Result(median("seconds"), median("processor"), median("megabytes"), runs, bool(disturbed))
 
 
+def benchmark_medians(command, repetitions):
+    """Median milliseconds of processor time by name of a program of Google Benchmark. The repetitions of all benchmarks are mixed, so
+    that a busy moment of the machine falls on none alone."""
+    wait_for_quiet(time.monotonic() + PATIENCE_SECONDS)
+    options = [f"--benchmark_repetitions={repetitions}", "--benchmark_enable_random_interleaving=true",
+               "--benchmark_format=json"]
+    busy, start = busy_seconds(), time.monotonic()
+    answer = json.loads(subprocess.check_output([*map(str, command), *options], stderr=subprocess.DEVNULL))
+    busy = busy_seconds() - busy
+    print(f"\nother programs used {max(0.0, busy / (time.monotonic() - start) - 1):.2f} processors meanwhile")
+    return {row["run_name"]: row["cpu_time"] for row in answer["benchmarks"] if row.get("aggregate_name") == "median"}
+
+
 def report(name, result, reference=None):
     mark = "~" if result.is_disturbed else " "
     ratio = f"{result.seconds / reference.seconds:8.3f}" if reference else " " * 8

@@ -134,8 +134,8 @@ void printCalendar(std::string& page, const PlainMonth& month, const std::vector
         for (int column = 0; column < 7; ++column) {
             const int number = row * 7 - weekday + column + 1;
             if (number < 1 || number > count) {
-                page += "<td><font color='gray'>" +
-                        std::to_string(number < 1 ? daysBefore + number : number - count) + "</font></td>";
+                page += "<td><font color='gray'>" + std::to_string(number < 1 ? daysBefore + number : number - count) +
+                        "</font></td>";
                 continue;
             }
             char day[16];
@@ -173,7 +173,8 @@ const char* pictureOf(const std::string& weather) {
 
 void printEntry(std::string& page, const Entry& entry) {
     const char* picture = pictureOf(entry.weather);
-    page += "<A Name=\"" + entry.day + "\"></A>\r\n<DIV ALIGN=Left>\r\n"
+    page += "<A Name=\"" + entry.day +
+            "\"></A>\r\n<DIV ALIGN=Left>\r\n"
             "<TABLE BORDER=0 BGCOLOR=\"#FFFFFF\" CELLSPACING=0 BORDERCOLOR=#C9D6D0 width=100%>\r\n"
             "<TR><TD ALIGN=Left BGCOLOR=#E3ECE7 WIDTH=100%><A NAME=\"" +
             entry.day + '_' + entry.number + "\"><FONT COLOR=#24504D><SPAN STYLE=\"font-weight:bold\">" + entry.title +
@@ -182,7 +183,7 @@ void printEntry(std::string& page, const Entry& entry) {
     if (picture)
         page += std::string("<TD width=16pt BGCOLOR=#E3ECE7><IMG SRC=\"./DiaryParts/") + picture + "\"></TD>";
     page += std::string("</TR>\r\n<TR><TD COLSPAN=") + (picture ? "4" : "3") +
-            " BGCOLOR=#FFFFFF><FONT COLOR=#404040><!--[Contents]--><br>" + entry.contents;
+            " BGCOLOR=#FFFFFF><FONT COLOR=#404040><!--[Contents]--><br>" + entry.contents + "\r\n";
     if (entry.hasExtend)
         page += "\r\n<!--[extend]--><br>" + entry.extend;
     page += "</FONT></TD></TR>\r\n</TABLE></DIV>\r\n"
@@ -190,7 +191,8 @@ void printEntry(std::string& page, const Entry& entry) {
 }
 
 void printFoot(std::string& page, sqlite3* database, const PlainMonth& month) {
-    page += "<div align=Center style=margin-left:8pt>\r\n<A HREF=\"./" + month.name + "\">先頭へ</A>\r\n</DIV>\r\n"
+    page += "<div align=Center style=margin-left:8pt>\r\n<A HREF=\"./" + month.name +
+            "\">先頭へ</A>\r\n</DIV>\r\n"
             "<HR>\r\n<P Align=Left>\r\n<div style=margin-left:8pt>\r\n<A HREF=\"#this_month\">今月分</A><BR>\r\n";
     Query logs(database, "SELECT LogMonth, LogFileName FROM LogDB ORDER BY rowid");
     while (logs.next())

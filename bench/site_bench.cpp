@@ -5,8 +5,8 @@
 //
 // The homes are program folders with a diary each, as bench/compare-month makes them; their customize set is replaced.
 #include "core/day_key.h"
-#include "platform/file_write.h"
 #include "platform/event_desk.h"
+#include "platform/file_write.h"
 #include "shell/startup.h"
 #include "site/month_page.h"
 #include "site/save_html.h"

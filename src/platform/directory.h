@@ -12,9 +12,9 @@ enum class Listed { Files, FilesAndFolders };
 /// A folder that can't be read is empty.
 QStringList listFolder(const QString& folder, const QString& pattern, Listed listed = Listed::Files);
 
-/// `path` if it exists; else the one path that differs from it alone in case, or in a character that settings files give
-/// back as another one; else `path` again. Folders brought from a Windows disk may spell the program's own names in any
-/// case.
+/// `path` if it exists; else the one path that differs from it alone in case, or in a character that settings files
+/// give back as another one; else `path` again. Folders brought from a Windows disk may spell the program's own names
+/// in any case.
 QString existingPath(const QString& path);
 
 /// Whether existingPath leads to a file.

@@ -12,7 +12,7 @@ namespace {
 constexpr char16_t kTopLink[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
 
 void printHead(Page& page, const SiteSettings& settings, const QString& day) {
-    page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, day.sliced(5), u"の日記</TITLE></HEAD>"_s);
+    page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, day.mid(5), u"の日記</TITLE></HEAD>"_s);
     page.print(u"<BODY TEXT='"_s, settings.text(keys::body::kTextColor), u"' BGCOLOR='"_s,
                settings.text(keys::body::kBackColor), u"' background='"_s, settings.text(keys::body::kBackImage),
                u"'>"_s);

@@ -82,8 +82,9 @@ bool SaveHtml::takeTarget(const QString& path) {
     const QString name = core::GetFileName(absolute);
     constexpr qsizetype kMostBytes = 255; // of a folder that the settings can keep
     if (platform::toCodePage(folder).size() > kMostBytes) {
-        m_desk.message(platform::MessageKind::Critical,
-                       u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
+        m_desk.message(
+            platform::MessageKind::Critical,
+            u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
         return false;
     }
     platform::makeFolder(core::GetParentFolder(folder));

@@ -18,7 +18,9 @@ struct RebuildResult {
 
 /// Archives each month that has entries and lies before the month of `Today`, oldest first, then saves the month of
 /// `Today`, then makes one preview. `from` and `to` ("yyyy/mm", "" for no limit) limit the months, the current one
-/// too. A month that fails is told about and the rest goes on.
+/// too. The weather pictures are placed ahead of the logs, and each log is listed once for the upload however often it
+/// was made. A month that fails is told about and the rest goes on; throws platform::Failure when the site folder is
+/// gone.
 RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
                           const platform::Clock& clock, const QString& from, const QString& to);
 

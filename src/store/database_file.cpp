@@ -181,6 +181,9 @@ void backUpDatabase(const QString& path, const QString& backup) {
         refuseForeignFile(path);
     if (format == Format::Sqlite)
         refuseUnsoundDiary(path);
+    // Made again of the same diary it would only push out what the older backups hold.
+    if (QFileInfo::exists(backup) && platform::readFile(backup) == platform::readFile(path))
+        return;
     for (int older = 3; older >= 1; --older) {
         const QString newer = older == 1 ? backup : u"%1.%2"_s.arg(backup).arg(older - 1);
         if (QFileInfo::exists(newer))

@@ -10,8 +10,9 @@ namespace velloria::store {
 /// and never makes a file. Throws platform::Failure for a file that is no diary database.
 qint16 GetDBVersion(const QString& path);
 
-/// Copies the diary database to `backup`; the backups that lie there move on to `backup`.1 to .3. The source is
-/// checked first, so a file that is no diary never takes the place of a good backup. Throws platform::Failure.
+/// Copies the diary database to `backup`; the backups that lie there move on to `backup`.1 to .3, unless the last one
+/// is equal to the diary already. The source is checked first, so a file that is no diary never takes the place of a
+/// good backup. Throws platform::Failure.
 void backUpDatabase(const QString& path, const QString& backup);
 
 /// Copies a diary database (or its template) over `to`, settled first: a journal that was left behind is rolled back,

@@ -9,9 +9,11 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <future>
+#include <optional>
+#include <thread>
+
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -107,37 +109,18 @@ TEST_F(Startup, ASecondOneChangesNothing) {
     EXPECT_EQ(boxes(), QStringList());
 }
 
-TEST_F(Startup, ForTheFirstTimeMayBeThatOfSeveralProgramsAtOnce) {
-    constexpr int kPrograms = 8;
-    std::vector<pid_t> programs;
-    for (int i = 0; i < kPrograms; ++i) {
-        const pid_t program = ::fork();
-        if (program == 0)
-            ::_exit(
-                failureOf([&] {
-                    start();
-                    store::Entry entry;
-                    entry.day = u"2004/05/06"_s;
-                    entry.number = 0;
-                    entry.title = QString::number(i);
-                    store::DiaryStore(session.databaseFile(), *clock).SaveEntries({entry}, store::PublishTime::Now, {});
-                    core::WriteIni(session.DiaryIniFile, u"Test"_s, entry.title, u"x"_s);
-                }).isEmpty()
-                    ? 0
-                    : 1);
-        programs.push_back(program);
-    }
-    for (const pid_t program : programs) {
-        int status = -1;
-        ::waitpid(program, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
-    start();
-    EXPECT_EQ(store::DiaryStore(session.databaseFile(), *clock).LoadDay(u"2004/05/06"_s).size(),
-              std::size_t(kPrograms));
-    for (int i = 0; i < kPrograms; ++i)
-        EXPECT_EQ(setting(u"Test"_s, QString::number(i)), u"x"_s);
-    EXPECT_EQ(boxes(), QStringList());
+TEST_F(Startup, ForTheFirstTimeWaitsForAnotherProgramThatMakesTheFiles) {
+    makeFolder(path(u"UserData"_s));
+    auto otherProgram = std::make_optional<platform::FolderLock>(path(u"UserData"_s));
+    auto result = std::async(std::launch::async, [&] { return start(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_FALSE(exists(user(u"diary.ini"_s)) || exists(user(u"diary.mdb"_s)));
+    makeDiary(user(u"diary.mdb"_s), u"of the other"_s);
+    writeFile(user(u"diary.ini"_s), "[ALL]\r\nSaveFileName=other.htm\r\nDataPath=" + user().toUtf8() + "\r\n");
+    otherProgram.reset();
+    EXPECT_EQ(result.get(), StartResult::Ready);
+    EXPECT_EQ(firstTitle(), u"of the other"_s);
+    EXPECT_EQ(session.FileName, u"other.htm"_s);
 }
 
 TEST_F(Startup, ShowsTheHourglassUntilItsEnd) {

@@ -123,6 +123,13 @@ TEST_F(LogArchive, TheFilesOfTheMonthGoToBothRootsAndUpAnew) {
     EXPECT_FALSE(exists(dataLog(u"DiaryParts/behind.gif"_s)));
 }
 
+TEST_F(LogArchive, DaysOfFilesCompareAsTexts) {
+    registerPart(u"short.gif"_s, u"2004/5/3"_s);
+    registerPart(u"time.gif"_s, u"2004/05/30 12:00"_s);
+    save();
+    EXPECT_EQ(fileRows(), (QStringList{u"short.gif 2004/5/3 0 0"_s, u"time.gif 2004/05/30 12:00 0 1"_s}));
+}
+
 TEST_F(LogArchive, AFileOfOneRowStaysWhereItWas) {
     registerPart(u"a.gif"_s, u"2004/05/01"_s);
     save();
@@ -203,6 +210,15 @@ TEST_F(LogArchive, WithoutASiteFolderKeepsItsFilesInTheDataFolderAndSaysSo) {
     EXPECT_EQ(logs().size(), 1);
     ASSERT_EQ(statuses().size(), 2);
     EXPECT_TRUE(statuses().first().contains(u"データフォルダ"_s));
+}
+
+TEST_F(LogArchive, PagesAreFoundAgainWhateverTheNameOfTheDataFolder) {
+    for (const QString& name : {u"日記é😀"_s, u"〜−¥"_s, u"a b"_s}) {
+        session.DataPath = path(name) + u'/';
+        save();
+        EXPECT_EQ(bytesOf(siteLog(u"200405.htm"_s)), bytesOf(dataLog(u"200405.htm"_s))) << name.toStdString();
+        ASSERT_TRUE(QFile::remove(siteLog(u"200405.htm"_s)));
+    }
 }
 
 TEST_F(LogArchive, InTheDataFolderCopiesNothingOntoItself) {

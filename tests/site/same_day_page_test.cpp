@@ -88,6 +88,15 @@ TEST_F(SameDayPage, MissingTextsPrintNothing) {
     EXPECT_TRUE(hasLines(makePage(), {cell, u"</FONT></TD></TR>"_s, u"</TABLE></DIV>"_s}));
 }
 
+TEST_F(SameDayPage, AnEmptyTextIsAnEmptyLine) {
+    write(u"2003/05/06"_s, u"題"_s, u""_s);
+    EXPECT_TRUE(
+        hasLines(makePage(), {u"<DIV STYLE=\"COLOR:;BACKGROUND:\" align=>"_s, u""_s, u"<BR>"_s, u""_s, u"</DIV>"_s}));
+    setSetting(keys::contents::kHTMLType, u"1"_s);
+    EXPECT_TRUE(
+        hasLines(makePage(), {u"<TR><TD COLSPAN=2 BGCOLOR=><FONT COLOR=>"_s, u""_s, u"<br></FONT></TD></TR>"_s}));
+}
+
 TEST_F(SameDayPage, APostscriptFollowsABreakInBothForms) {
     store::Entry entry = entryOf(u"2003/05/06"_s, u"題"_s);
     entry.contents = u"本文"_s;

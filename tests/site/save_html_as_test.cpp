@@ -106,6 +106,14 @@ TEST_F(SaveHtmlAs, APathWithoutANameIsRefused) {
     EXPECT_FALSE(siteHas(u".htm"_s));
 }
 
+TEST_F(SaveHtmlAs, AFolderThatTheSettingsCannotKeepIsRefused) {
+    const QString longFolder = QString(200, u'a') + u'/' + QString(200, u'b') + u'/';
+    EXPECT_EQ(saver().saveAs(path(longFolder) + u"x.htm"_s), Outcome::Refused);
+    EXPECT_FALSE(exists(path(QString(200, u'a'))));
+    EXPECT_EQ(session.FilePath, path(u"site/"_s));
+    EXPECT_EQ(boxes().size(), 1);
+}
+
 TEST_F(SaveHtmlAs, InTheDataFolderNamesOfLocalPagesAreRefused) {
     const auto before = contentOf(home.path());
     for (const QString& name :

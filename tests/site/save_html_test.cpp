@@ -161,6 +161,16 @@ TEST_F(SaveHtml, InTheDataFolderTheWeatherPicturesAreRegisteredWhereTheyLie) {
     EXPECT_EQ(bytesOf(session.DataPath + u"DiaryParts/Shinny.gif"_s), sun);
 }
 
+TEST_F(SaveHtml, AWeatherPictureThatCannotBeCopiedIsMadeUpForByTheNextRun) {
+    ASSERT_TRUE(QDir(path(u"site"_s)).mkpath(u"DiaryParts/Shinny.gif"_s));
+    const QString failure = failureOf([&] { saver().SaveHTML(); });
+    EXPECT_TRUE(failure.contains(u"Shinny.gif"_s)) << failure.toStdString();
+    ASSERT_TRUE(QDir(path(u"site/DiaryParts"_s)).rmdir(u"Shinny.gif"_s));
+    saver().SaveHTML();
+    EXPECT_TRUE(QFileInfo(sitePart(u"Shinny.gif"_s)).isFile());
+    EXPECT_EQ(fileRows().filter(u"Shinny.gif"_s), QStringList{u"Shinny.gif ALL 0 0"_s});
+}
+
 TEST_F(SaveHtml, AMissingWeatherPictureIsPassedOver) {
     removeWeatherPictures();
     saver().SaveHTML();

@@ -173,12 +173,15 @@ TEST_F(SiteRebuild, WithoutPastMonthsMakesNoListOfLogs) {
 
 TEST_F(SiteRebuild, AsksForTheTargetBeforeTheFirstLog) {
     writeThreeMonths();
-    session.FilePath = u""_s;
-    session.FileName = u""_s;
-    desk.answers = {path(u"s2/index.htm"_s)};
-    EXPECT_EQ(rebuild().logs, 3);
-    EXPECT_TRUE(exists(path(u"s2/DiaryLog/200402.htm"_s)));
-    EXPECT_TRUE(exists(path(u"s2/index.htm"_s)));
+    for (const auto& [folder, name] : {std::pair(u""_s, u"x.htm"_s), {path(u"site/"_s), u""_s}}) {
+        session.FilePath = folder;
+        session.FileName = name;
+        const QString target = name.isEmpty() ? u"no_name/"_s : u"no_folder/"_s;
+        desk.answers = {path(target + u"index.htm"_s)};
+        EXPECT_EQ(rebuild().logs, 3);
+        EXPECT_TRUE(exists(path(target + u"DiaryLog/200402.htm"_s)));
+        EXPECT_TRUE(exists(path(target + u"index.htm"_s)));
+    }
 }
 
 TEST_F(SiteRebuild, WithoutATargetDoesNothing) {

@@ -129,6 +129,17 @@ TEST_F(DatabaseFile, KeepsThreeOlderBackups) {
               (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s, u"diarymdb.bak.2"_s, u"diarymdb.bak.3"_s}));
 }
 
+TEST_F(DatabaseFile, BackedUpAgainUnchangedKeepsTheOlderBackups) {
+    backUpDatabase(file(), backup());
+    const QByteArray older = bytesOf(backup());
+    write(u"2004/05/06"_s, u"new"_s);
+    for (int i = 0; i < 5; ++i)
+        backUpDatabase(file(), backup());
+    EXPECT_TRUE(bytesOf(backup()) == bytesOf(file()));
+    EXPECT_TRUE(bytesOf(backup() + u".1"_s) == older);
+    EXPECT_EQ(names().filter(u"bak"_s), (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s}));
+}
+
 TEST_F(DatabaseFile, ThatIsNoDiaryNeverTakesTheBackupsPlace) {
     backUpDatabase(file(), backup());
     write(u"2004/05/06"_s, u"a"_s);
@@ -143,6 +154,9 @@ TEST_F(DatabaseFile, ThatIsNoDiaryNeverTakesTheBackupsPlace) {
         EXPECT_EQ(contentOf(home.path()), before);
     }
     platform::removeFile(file());
+    EXPECT_THROW(backUpDatabase(file(), backup()), platform::Failure);
+    copyDatabase(path(u"default.mdb"_s), file());
+    sql(u"DROP TABLE Contents"_s);
     EXPECT_THROW(backUpDatabase(file(), backup()), platform::Failure);
     EXPECT_TRUE(exists(backup()) && exists(backup() + u".1"_s));
 }
@@ -160,15 +174,16 @@ TEST_F(DatabaseFile, IsCopiedWithoutTheHalfOfAKilledChange) {
 }
 
 TEST_F(DatabaseFile, MeetsNoJournalOfTheFileThatLayThere) {
-    write(u"2004/05/06"_s, u"a"_s);
-    const QByteArray whole = bytesOf(file());
     const QString other = path(u"other.mdb"_s);
     copyDatabase(file(), other);
     tear(other);
     platform::removeFile(other);
     ASSERT_TRUE(exists(other + u"-journal"_s));
+    write(u"2004/05/06"_s, u"a"_s);
+    sql(u"UPDATE DBInfo SET VersionInfo = 221"_s);
+    const QByteArray whole = bytesOf(file());
     copyDatabase(file(), other);
-    EXPECT_EQ(GetDBVersion(other), 220);
+    EXPECT_EQ(GetDBVersion(other), 221);
     EXPECT_TRUE(bytesOf(other) == whole);
 }
 
@@ -181,19 +196,21 @@ TEST_F(DatabaseFile, ThatIsSoundHasNoFindings) {
 
 TEST_F(DatabaseFile, IsCheckedForDaysNumbersAndFilesAndNotChanged) {
     sql(u"INSERT INTO Contents (Day, Number) VALUES ('2004/05/06', 1), ('2004/05/06', 3), ('2004/05/07', 2), "
-        "('2004/05/08', 1), ('2004/05/08', 1), ('2004/3/5', 1), ('', 1), ('2003/02/29', 1), ('2004/05/09', 1)"_s);
+        "('2004/05/08', 1), ('2004/05/08', 1), ('2004/3/5', 1), ('', 1), ('2003/02/29', 1), ('2004/05/09', 1), "
+        "('2004/05/10', 0), "
+        "('2004/05/10', 2)"_s);
     sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('good', '2004/05/09', 1), ('all', 'ALL', 0), "
         "('gone', '2004/05/09', 2), ('never', '2001/01/01', 1), ('nowhere', NULL, 0)"_s);
     const QByteArray before = bytesOf(file());
     const QString findings = checkDatabase(file()).join(u'\n');
     EXPECT_TRUE(bytesOf(file()) == before);
-    for (const QString& part :
-         {u"「2004/3/5」"_s, u"「」"_s, u"「2003/02/29」"_s, u"2004/05/06 (1 3)"_s, u"2004/05/07 (2)"_s,
-          u"2004/05/08 (1 1)"_s, u"gone (2004/05/09 2)"_s, u"never (2001/01/01 1)"_s, u"nowhere"_s})
+    for (const QString& part : {u"「2004/3/5」"_s, u"「」"_s, u"「2003/02/29」"_s, u"2004/05/06 (1 3)"_s,
+                                u"2004/05/07 (2)"_s, u"2004/05/08 (1 1)"_s, u"2004/05/10 (0 2)"_s,
+                                u"gone (2004/05/09 2)"_s, u"never (2001/01/01 1)"_s, u"nowhere"_s})
         EXPECT_EQ(findings.count(part), 1) << part.toStdString() << '\n' << findings.toStdString();
     for (const QString& part : {u"2004/05/09 ("_s, u"good"_s, u"all"_s})
         EXPECT_EQ(findings.count(part), 0) << part.toStdString();
-    EXPECT_EQ(findings.count(u'\n'), 8);
+    EXPECT_EQ(findings.count(u'\n'), 9);
 }
 
 TEST_F(DatabaseFile, ThatIsDamagedIsReportedOrRefused) {

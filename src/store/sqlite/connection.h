@@ -12,9 +12,10 @@ namespace velloria::store::sqlite {
 
 enum class Access { ReadWrite, ReadOnly };
 
-/// Opens an existing file; never makes one. What a killed program left half done is rolled back. Registered are the collation JET, the function Fold(text) and the
-/// operator LIKE with the diary's wildcards and comparison. A busy file is waited for up to 5 seconds. Throws
-/// platform::Failure, as does everything below: it names the file and why the engine refused.
+/// Opens an existing file; never makes one. What a killed program left half done is rolled back. Registered are the
+/// collation JET, the function Fold(text) and the operator LIKE with the diary's wildcards and comparison. A busy file
+/// is waited for up to 5 seconds. Throws platform::Failure, as does everything below: it names the file and why the
+/// engine refused.
 class Connection {
 public:
     Connection(const QString& file, Access access);

@@ -9,7 +9,8 @@ namespace velloria::store::sqlite {
 /// fails with platform::Failure and changes nothing.
 const QString& literal(const QString& file, const QString& value);
 
-/// The same for a Like pattern. One with a "[" that is never closed fails too, whether there are rows to try it on or not.
+/// The same for a Like pattern. One with a "[" that is never closed fails too, whether there are rows to try it on or
+/// not.
 const QString& pattern(const QString& file, const QString& value);
 
 /// A condition on a column of day keys that begin with `month`, and its two bound values.
