@@ -55,6 +55,13 @@ TEST_F(GenreList, TakesAGenreOnce) {
     EXPECT_TRUE(bytesOf(file()) == before);
 }
 
+TEST_F(GenreList, IsNotRewrittenWhenItHoldsTheGenre) {
+    const QByteArray byHand = "\x88\xEA\x94\xCA\nx\n\x85\xA0"; // LF, and a pair without a character
+    writeFile(file(), byHand);
+    add({u"x"_s});
+    EXPECT_TRUE(bytesOf(file()) == byHand);
+}
+
 TEST_F(GenreList, ComparesAsTheDiaryDoes) {
     add({u"Ａnime"_s, u"ｶﾞ"_s});
     add({u"anime"_s, u"ANIME"_s, u"ガ"_s, u"が"_s, u"か"_s});
