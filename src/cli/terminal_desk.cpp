@@ -23,6 +23,11 @@ void TerminalDesk::record(const QJsonObject& event) {
     }
 }
 
+void TerminalDesk::status(const QString& text) {
+    if (showsEvents)
+        EventDesk::status(text);
+}
+
 void TerminalDesk::failure(const platform::Failure& failure) {
     endProgress();
     EventDesk::failure(failure);

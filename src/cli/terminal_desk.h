@@ -13,6 +13,9 @@ public:
     bool answersYes = false;           ///< every question is answered Yes
     std::optional<QJsonArray> answers; ///< the script; when it is used up: No, cancel
 
+    /// Nobody sees a status text here but with the events.
+    void status(const QString& text) override;
+
     /// The event, and in every mode the reason in one line.
     void failure(const platform::Failure& failure) override;
 

@@ -101,7 +101,8 @@ QString formatNumber(double number, NumberForm form) {
 }
 
 QString twoDigits(int number) {
-    return formatNumber(number, NumberForm::TwoDigits);
+    const QString digits = QString::number(std::abs(qint64(number))).rightJustified(2, u'0');
+    return number < 0 ? u'-' + digits : digits;
 }
 
 QString twoDigits(const QString& text) {

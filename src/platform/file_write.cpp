@@ -197,10 +197,14 @@ QByteArray readFile(const QString& file) {
 
 void makeFolder(const QString& folder, unsigned mode) {
     const QByteArray name = QFile::encodeName(folder);
-    for (qsizetype at = name.indexOf('/', 1); at >= 0; at = name.indexOf('/', at + 1))
-        ::mkdir(name.left(at).constData(), mode_t(mode));
     if (::mkdir(name.constData(), mode_t(mode)) == 0)
         return;
+    if (errno == ENOENT) {
+        for (qsizetype at = name.indexOf('/', 1); at >= 0; at = name.indexOf('/', at + 1))
+            ::mkdir(name.left(at).constData(), mode_t(mode));
+        if (::mkdir(name.constData(), mode_t(mode)) == 0)
+            return;
+    }
     const int reason = errno;
     if (!QFileInfo(folder).isDir())
         refuse(u"フォルダを作成できません。"_s, folder, reason == EEXIST ? ENOTDIR : reason,

@@ -27,6 +27,18 @@ bool canStartSearch(char32_t character) {
     return !isSoundMark && character != QChar::ReplacementCharacter;
 }
 
+/// The place `count` characters in front of `at`; nothing when the text has not as many there.
+const char* charactersBefore(const char* at, const char* begin, std::size_t count) {
+    for (; count > 0; --count) {
+        do {
+            if (at == begin)
+                return nullptr;
+            --at;
+        } while ((*at & 0xC0) == 0x80);
+    }
+    return at;
+}
+
 } // namespace
 
 LikePattern::LikePattern(QStringView pattern) {
@@ -91,19 +103,36 @@ void LikePattern::chooseWord() {
     m_isWord = m_steps.size() == m_word.size() + 2 && m_steps.front() == kAnyRun && m_steps.back() == kAnyRun;
 }
 
-/// All characters that fold to the first one of the word, or do so with a mark behind them.
+/// Which character of the word is searched for: the first one, or in a word that begins in ASCII the one of that
+/// beginning which texts with tags hold most rarely. Only ASCII is one character in every spelling.
+std::size_t LikePattern::chooseAnchor() const {
+    const QByteArrayView rarestFirst = "zqjxkvyf9u7g86w5b4l3mdc2o10nphisaret";
+    std::size_t best = 0;
+    qsizetype bestRank = rarestFirst.size();
+    for (std::size_t i = 0; i < m_word.size() && m_word[i] < 0x80; ++i) {
+        const qsizetype rank = rarestFirst.indexOf(char(m_word[i]));
+        if (rank >= 0 && rank < bestRank) {
+            best = i;
+            bestRank = rank;
+        }
+    }
+    return best;
+}
+
+/// All characters that fold to the one that is searched for, or do so with a mark behind them.
 void LikePattern::findStarts() {
     if (m_word.empty() || !canStartSearch(m_word.front()))
         return;
-    const char32_t first = m_word.front();
-    if (first > 0xFFFF)
-        return addStart(first);
+    m_anchor = chooseAnchor();
+    const char32_t sought = m_word[m_anchor];
+    if (sought > 0xFFFF)
+        return addStart(sought);
     const FoldTable& table = FoldTable::instance();
     for (char32_t unit = 0; unit <= 0xFFFF; ++unit) {
         const auto kana = char16_t(unit);
-        const bool takesMark = FoldTable::takesMark(unit) && (FoldTable::composed(kana, 0xFF9E) == first ||
-                                                              FoldTable::composed(kana, 0xFF9F) == first);
-        if (takesMark || table[kana] == first)
+        const bool takesMark = FoldTable::takesMark(unit) && (FoldTable::composed(kana, 0xFF9E) == sought ||
+                                                              FoldTable::composed(kana, 0xFF9F) == sought);
+        if (takesMark || table[kana] == sought)
             addStart(unit);
     }
 }
@@ -139,7 +168,10 @@ bool LikePattern::holdsWord(QByteArrayView utf8) const {
             if (!at)
                 break;
             const char* const found = at - start.lastAt;
-            if (*found == start.first && wordStartsAt(QByteArrayView(found, end)))
+            if (*found != start.first)
+                continue;
+            const char* const begin = charactersBefore(found, utf8.data(), m_anchor);
+            if (begin && wordStartsAt(QByteArrayView(begin, end)))
                 return true;
         }
     }

@@ -6,6 +6,7 @@
 #include "platform/profile_lines.h"
 
 #include <QFileInfo>
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +57,11 @@ qint32 leadingNumber(QByteArrayView text) {
     return qint32(isNegative ? 0u - number : number);
 }
 
+/// Section and key in one. Neither holds a line break.
+QByteArray fullName(const QByteArray& section, const QByteArray& key) {
+    return section + '\n' + key;
+}
+
 unsigned modeOfNewFile(const QString& file) {
     const QString name = QFileInfo(file).fileName();
     const auto isName = [&name](const QString& secret) { return name.compare(secret, Qt::CaseInsensitive) == 0; };
@@ -67,6 +73,7 @@ unsigned modeOfNewFile(const QString& file) {
 ProfileFile::ProfileFile(const QString& file) {
     try {
         m_bytes = readFile(file);
+        readKeys();
     } catch (const Failure&) {
         // A file that can't be read has no keys.
     }
@@ -75,14 +82,38 @@ ProfileFile::ProfileFile(const QString& file) {
 ProfileFile ProfileFile::fromBytes(const QByteArray& bytes) {
     ProfileFile profile;
     profile.m_bytes = bytes;
+    profile.readKeys();
     return profile;
 }
 
+void ProfileFile::readKeys() {
+    QSet<QByteArray> sections;
+    std::optional<QByteArray> section; // nothing in front of the first and in a repeated one
+    for (qsizetype at = 0; at < m_bytes.size();) {
+        const Line line = lineAt(m_bytes, at);
+        at = line.end;
+        if (line.kind == LineKind::Header) {
+            const QByteArray name = comparable(line.name);
+            section = sections.contains(name) ? std::nullopt : std::optional(name);
+            sections.insert(name);
+        } else if (line.kind == LineKind::Key && section) {
+            const QByteArray name = fullName(*section, comparable(line.name));
+            if (!m_values.contains(name))
+                m_values.insert(name, line.value);
+        }
+    }
+}
+
+std::optional<QByteArrayView> ProfileFile::find(const QString& section, const QString& key) const {
+    const auto value = m_values.constFind(fullName(comparable(storedName(section)), comparable(storedName(key))));
+    return value == m_values.cend() ? std::nullopt : std::optional(*value);
+}
+
 std::optional<QString> ProfileFile::value(const QString& section, const QString& key) const {
-    const std::optional<Line> line = placeOf(m_bytes, section, key).line;
-    if (!line)
+    const std::optional<QByteArrayView> stored = find(section, key);
+    if (!stored)
         return std::nullopt;
-    return decoded(cut(withoutQuotes(line->value), kValueBytes));
+    return decoded(cut(withoutQuotes(*stored), kValueBytes));
 }
 
 QString ProfileFile::valueOr(const QString& section, const QString& key, const QString& defaultValue) const {
@@ -95,10 +126,10 @@ QString ProfileFile::valueOr(const QString& section, const QString& key, const Q
 }
 
 std::optional<qint32> ProfileFile::number(const QString& section, const QString& key) const {
-    const std::optional<Line> line = placeOf(m_bytes, section, key).line;
-    if (!line)
+    const std::optional<QByteArrayView> stored = find(section, key);
+    if (!stored)
         return std::nullopt;
-    return leadingNumber(withoutQuotes(line->value));
+    return leadingNumber(withoutQuotes(*stored));
 }
 
 QStringList ProfileFile::sections() const {

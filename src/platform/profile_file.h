@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -38,8 +39,11 @@ public:
 
 private:
     ProfileFile() = default;
+    void readKeys();
+    std::optional<QByteArrayView> find(const QString& section, const QString& key) const;
 
     QByteArray m_bytes;
+    QHash<QByteArray, QByteArrayView> m_values; ///< parts of m_bytes by section and key
 };
 
 /// Sets the key, `std::nullopt` removes it. Makes the file if needed, but not its folder; velluser.ini, diary.ini and

@@ -2,6 +2,8 @@
 
 #include "platform/code_page.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::platform {
@@ -31,11 +33,6 @@ QByteArray stored(const QString& text) {
     return toCodePage(line);
 }
 
-/// What two equal names have in common. Lower case of UTF-8 is that of ASCII alone.
-QByteArray comparable(QByteArrayView name) {
-    return decoded(name).toUtf8().toLower();
-}
-
 } // namespace
 
 QByteArrayView withoutBlanks(QByteArrayView bytes) {
@@ -50,6 +47,12 @@ QByteArrayView withoutQuotes(QByteArrayView value) {
 
 QString decoded(QByteArrayView bytes) {
     return decodeReferences(fromCodePage(bytes));
+}
+
+QByteArray comparable(QByteArrayView name) {
+    // Lower case of UTF-8 is that of ASCII alone.
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return uchar(c) < 0x80 && c != '&'; });
+    return isPlain ? name.toByteArray().toLower() : decoded(name).toUtf8().toLower();
 }
 
 Line lineAt(QByteArrayView file, qsizetype begin) {

@@ -41,6 +41,9 @@ QByteArray storedName(const QString& name);
 /// A value as it stands in the file, in one more pair of quotes when reading would take away its own.
 QByteArray storedValue(const QString& value);
 
+/// What two equal names have in common.
+QByteArray comparable(QByteArrayView name);
+
 /// Bytes of the file as text, references turned back.
 QString decoded(QByteArrayView bytes);
 

@@ -48,7 +48,7 @@ private:
         std::vector<std::pair<char32_t, char32_t>> ranges;
         bool isNegated = false;
     };
-    /// The outer bytes of a character that the word may start with.
+    /// The outer bytes of a character that may stand for the one that is searched for.
     struct Start {
         char first;
         char last;
@@ -56,6 +56,7 @@ private:
     };
     qsizetype addList(QStringView pattern);
     void chooseWord();
+    std::size_t chooseAnchor() const;
     void findStarts();
     void addStart(char32_t character);
     bool holdsWord(QByteArrayView utf8) const;
@@ -68,6 +69,7 @@ private:
     std::vector<List> m_lists;
     std::u32string m_word;       ///< the longest run of characters in the pattern
     bool m_isWord = false;       ///< the pattern is this word between two "%"
+    std::size_t m_anchor = 0;    ///< the character of the word that is searched for
     std::vector<Start> m_starts; ///< how UTF-8 is searched for the word; empty when bytes don't tell
 };
 

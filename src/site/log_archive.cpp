@@ -6,9 +6,12 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/text_order.h"
 #include "site/calendar_dates.h"
 #include "site/month_page.h"
 #include "site/site_folder.h"
+
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -92,7 +95,14 @@ void LogArchive::archiveFile(const store::FileRow& file, const QString& month) {
 }
 
 void LogArchive::archiveCommonFiles() {
-    for (const QString& name : m_files.CommonFiles()) {
+    const std::vector<store::FileRow> files = m_files.CommonFiles();
+    QSet<QString> logged;
+    for (const store::FileRow& file : files) {
+        if (file.isLogged)
+            logged.insert(platform::fold(file.name));
+    }
+    for (const store::FileRow& file : files) {
+        const QString& name = file.name;
         const QString source = m_session.DataPath + u"DiaryParts/"_s + name;
         for (const QString& root : {m_session.DataPath, m_session.FilePath}) {
             const QString target = root + u"DiaryLog/DiaryParts/"_s + name;
@@ -100,7 +110,8 @@ void LogArchive::archiveCommonFiles() {
                 platform::copyFile(platform::existingPath(source), target);
         }
         // The upload takes the file of this row from the data folder's logs and stops when it is missing there.
-        if (platform::fileExists(m_session.DataPath + u"DiaryLog/DiaryParts/"_s + name))
+        if (!logged.contains(platform::fold(name)) &&
+            platform::fileExists(m_session.DataPath + u"DiaryLog/DiaryParts/"_s + name))
             m_files.AddLoggedCommonFile(name);
     }
 }

@@ -21,11 +21,11 @@ int DayNumbers::count(const QString& day, bool& isInOrder) {
     return count;
 }
 
-void DayNumbers::repair(const QString& day) {
+bool DayNumbers::repair(const QString& day) {
     bool isInOrder = false;
     count(day, isInOrder);
     if (isInOrder)
-        return;
+        return false;
     std::vector<qint64> records;
     m_rows.bind(day);
     while (m_rows.next())
@@ -36,6 +36,7 @@ void DayNumbers::repair(const QString& day) {
         m_setNumber.bind(++number, record);
         m_setNumber.run();
     }
+    return true;
 }
 
 int DayNumbers::nextNumber(const QString& day) {

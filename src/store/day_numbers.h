@@ -10,8 +10,8 @@ class DayNumbers {
 public:
     explicit DayNumbers(const sqlite::Connection& connection);
 
-    /// Renumbers the day from 1 in the order of number and row, unless that is how it stands.
-    void repair(const QString& day);
+    /// Renumbers the day from 1 in the order of number and row. Returns whether that was not how it stood.
+    bool repair(const QString& day);
 
     /// The number of the next entry, behind a repair.
     int nextNumber(const QString& day);

@@ -75,7 +75,8 @@ auto readMonth(const QString& file, const QString& month, const QByteArray& head
 class EntryWriter {
 public:
     explicit EntryWriter(Connection& connection)
-        : m_numbers(connection)
+        : m_connection(connection)
+        , m_numbers(connection)
         , m_find(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2 ORDER BY RecordID LIMIT 1")
         , m_insert(connection, "INSERT INTO Contents (Day, Title, Contents, Extend, Excerpt, Weather, Genre, Number, "
                                "PublishTime, Private, ImportMark) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, "
@@ -83,7 +84,6 @@ public:
         , m_update(connection, "UPDATE Contents SET Title = ?1, Contents = ?2, Extend = ?3, Excerpt = ?4, "
                                "Weather = ?5, Genre = ?6, PublishTime = ?7, Private = ?8, "
                                "ImportMark = coalesce(?9, ImportMark) WHERE RecordID = ?10")
-        , m_lastRow(connection, "SELECT last_insert_rowid()")
         , m_numberOfRow(connection, "SELECT Number FROM Contents WHERE RecordID = ?1") {}
 
     /// Returns the row's RecordID. A null import mark keeps the one that stands there.
@@ -106,18 +106,20 @@ public:
         m_insert.bind(entry.day, entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
                       entry.number, entry.publishTime, entry.isPrivate, entry.importMark);
         m_insert.run();
-        m_lastRow.next();
-        const qint64 record = m_lastRow.integer64(0);
-        m_lastRow.reset();
-        return record;
+        return m_connection.lastInsertedRow();
     }
 
     void repairTouchedDays() {
-        for (const QString& day : std::as_const(m_touchedDays))
-            m_numbers.repair(day);
+        for (const QString& day : std::as_const(m_touchedDays)) {
+            if (m_numbers.repair(day))
+                m_repairedDays.insert(day);
+        }
     }
 
-    int numberOf(qint64 record) {
+    /// The number under which an entry stands at the end.
+    int numberOf(const Entry& entry, qint64 record) {
+        if (!m_repairedDays.contains(entry.day))
+            return entry.number;
         m_numberOfRow.bind(record);
         m_numberOfRow.next();
         const int number = m_numberOfRow.integer(0);
@@ -126,13 +128,14 @@ public:
     }
 
 private:
+    Connection& m_connection;
     DayNumbers m_numbers;
     Statement m_find;
     Statement m_insert;
     Statement m_update;
-    Statement m_lastRow;
     Statement m_numberOfRow;
     QSet<QString> m_touchedDays;
+    QSet<QString> m_repairedDays;
 };
 
 } // namespace
@@ -191,7 +194,7 @@ std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, Publis
     std::vector<EntryKey> keys;
     keys.reserve(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i)
-        keys.push_back({entries[i].day, writer.numberOf(records[i])});
+        keys.push_back({entries[i].day, writer.numberOf(entries[i], records[i])});
     transaction.commit();
     return keys;
 }

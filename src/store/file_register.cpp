@@ -105,10 +105,10 @@ std::vector<FileRow> FileRegister::FilesOfPeriod(const QString& firstDay, const 
     return readRows(rows);
 }
 
-QStringList FileRegister::CommonFiles() const {
+std::vector<FileRow> FileRegister::CommonFiles() const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT FileName FROM FileDB WHERE Day = 'ALL' ORDER BY FileID");
-    return readNames(rows);
+    Statement rows(connection, QByteArray(kRow) + "WHERE Day = 'ALL' ORDER BY FileID");
+    return readRows(rows);
 }
 
 QStringList FileRegister::ImageFilesOfDay(const QString& day) const {

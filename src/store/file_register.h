@@ -33,7 +33,7 @@ public:
     /// Rows between two days (compared as texts) that are not yet part of a log.
     std::vector<FileRow> FilesOfPeriod(const QString& firstDay, const QString& lastDay) const;
     /// Names of the files of all months.
-    QStringList CommonFiles() const;
+    std::vector<FileRow> CommonFiles() const;
     /// Names that begin with "dimage" on a day, last first.
     QStringList ImageFilesOfDay(const QString& day) const;
 

@@ -428,6 +428,16 @@ TEST(LikePattern, WildcardsInATypedWordAreWildcards) {
     EXPECT_FALSE(like(u"abc5"_s, u"%*?#%"_s));
 }
 
+TEST(LikePattern, FindsAWordWhereverItsRarestLetterStands) {
+    for (const QString& text : {u"xhouse"_s, u"<p>HOUSE</p>"_s, u"日記ｈＯｕＳｅ"_s, u"用hoｕse用"_s, u"Ｈouse"_s})
+        EXPECT_TRUE(like(text, u"%house%"_s)) << text.toStdString();
+    for (const QString& text : {u"u"_s, u"ouse"_s, u"ｕ"_s, u"h日use"_s, u"ﾎouse"_s, u"mouse"_s, u"hous"_s})
+        EXPECT_FALSE(like(text, u"%house%"_s)) << text.toStdString();
+    EXPECT_TRUE(like(u"２００４年"_s, u"%2004年%"_s));
+    EXPECT_FALSE(like(u"２０04月"_s, u"%2004年%"_s));
+    EXPECT_TRUE(like(u"日a日k日"_s, u"%a_k%"_s));
+}
+
 TEST(LikePattern, FindsWordsThatStartWithAnything) {
     for (const QString& word : {u"k"_s, u"\u212A"_s, u"ヷ"_s, u"𠮷野"_s, u"😀"_s, u"é"_s, u"ß"_s, u"\uFFFD"_s,
                                 u"\uFEFF"_s, u"\0x"_s, u"\uFFFF"_s, u"ー"_s, u"<br>"_s, u"ｦﾞ"_s, u"ﾞ"_s, u"゜"_s}) {
@@ -474,8 +484,8 @@ bool likeByDefinition(QList<uint> text, QList<uint> pattern) {
 }
 
 TEST(LikePattern, MatchesAsDefinedOnRandomTexts) {
-    Pieces texts({u"a"_s, u"Ａ"_s, u"か"_s, u"ｶ"_s, u"が"_s, u"ﾞ"_s, u"日"_s, u"𠮷"_s});
-    Pieces patterns({u"a"_s, u"か"_s, u"ガ"_s, u"゛"_s, u"日"_s, u"𠮷"_s, u"%"_s, u"_"_s});
+    Pieces texts({u"a"_s, u"Ａ"_s, u"k"_s, u"Ｋ"_s, u"か"_s, u"ｶ"_s, u"が"_s, u"ﾞ"_s, u"日"_s, u"𠮷"_s});
+    Pieces patterns({u"a"_s, u"k"_s, u"か"_s, u"ガ"_s, u"゛"_s, u"日"_s, u"𠮷"_s, u"%"_s, u"_"_s});
     int matched = 0;
     for (int i = 0; i < 30'000; ++i) {
         const QString text = texts.text(8);

@@ -134,7 +134,7 @@ TEST_F(FileRegister, CommonFilesAreThoseOfAllDays) {
     add(u"b.css"_s, kAllDays, 0);
     add(u"a.css"_s, kAllDays, 0, true);
     add(u"c.gif"_s, u"2004/05/06"_s);
-    EXPECT_EQ(files().CommonFiles(), (QStringList{u"b.css"_s, u"a.css"_s}));
+    EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"b.css"_s, u"a.css"_s}));
     EXPECT_EQ(files().CommonFilesToUpload(), QStringList{u"b.css"_s});
 }
 

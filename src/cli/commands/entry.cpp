@@ -134,8 +134,10 @@ void put(Invocation& invocation) {
     std::vector<QStringList> rows;
     for (const store::EntryKey& key : keys) {
         invocation.desk.status(key.day + u"の日記を保存しました。"_s);
-        json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
-        rows.push_back({key.day, QString::number(key.number)});
+        if (invocation.global.isJson)
+            json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
+        else
+            rows.push_back({key.day, QString::number(key.number)});
     }
     try {
         shell::addGenres(invocation.session, store, genres);

@@ -90,6 +90,10 @@ void Connection::execute(const char* sql) {
         fail(code);
 }
 
+qint64 Connection::lastInsertedRow() const {
+    return sqlite3_last_insert_rowid(m_handle);
+}
+
 void Connection::fail(int code) const {
     const QString reason = QString::fromUtf8(m_handle ? sqlite3_errmsg(m_handle) : sqlite3_errstr(code));
     QString what = u"日記データベースを処理できません。"_s;

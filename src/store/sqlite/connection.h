@@ -24,6 +24,8 @@ public:
     Connection& operator=(const Connection&) = delete;
 
     void execute(const char* sql);
+    /// The row that the last INSERT made.
+    qint64 lastInsertedRow() const;
     sqlite3* handle() const { return m_handle; }
     [[noreturn]] void fail(int code) const;
 
