@@ -1,46 +1,61 @@
 # bash completion for velloria-cli. Made by scripts/make-completions from `velloria-cli --help`.
 
 _velloria_cli() {
-    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local first="" second="" words="" options="--home --user --now --day --events --answers --yes --json --version --help" i
-    case $previous in
-    --home) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-    --answers | --ini | --as) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
-    --user | --now | --day | --month | --from | --to | --set) return ;;
-    esac
+    local current=${COMP_WORDS[COMP_CWORD]} before=() plain=() words="" options="--home --user --now --day --events --answers --yes --json --version --help" i
+    # bash takes --home=FOLDER for three words.
+    [[ $current == "=" ]] && current=""
     for ((i = 1; i < COMP_CWORD; ++i)); do
-        case ${COMP_WORDS[i]} in
-        --home | --user | --now | --day | --answers | --ini | --as | --month | --from | --to | --set) ((++i)) ;;
+        [[ ${COMP_WORDS[i]} == "=" ]] || before+=("${COMP_WORDS[i]}")
+    done
+    for ((i = 0; i < ${#before[@]}; ++i)); do
+        case ${before[i]} in
+        --home|--user|--now|--day|--answers|--month|--from|--to|--as|--ini|--set) ((++i)) ;;
         -*) ;;
-        *) if [[ -z $first ]]; then first=${COMP_WORDS[i]}; elif [[ -z $second ]]; then second=${COMP_WORDS[i]}; fi ;;
+        *) plain+=("${before[i]}") ;;
         esac
     done
-    if [[ -z $first ]]; then
-        words="start entry genre site convert ini db"
-    elif [[ -z $second ]]; then
-        case $first in
-        "entry") words="list show put delete days" ;;
-        "genre") words="list rebuild" ;;
-        "site") words="save preview log rebuild sameday" ;;
-        "convert") words="html2text urlencode scramble unscramble" ;;
-        "ini") words="get int set delete sections" ;;
-        "db") words="version check" ;;
-        esac
-    fi
-    case "$first $second" in
-        "entry list") options+=" --month --from --to" ;;
-        "entry put") options+=" --keep-time" ;;
-        "entry days") options+=" --month --public" ;;
-        "site save") options+=" --as" ;;
-        "site rebuild") options+=" --from --to" ;;
-        "convert html2text") options+=" --ini --set" ;;
+    ((i > ${#before[@]})) && case ${before[-1]} in
+    --home) _velloria_cli_files -d; return ;;
+    --answers|--as|--ini) _velloria_cli_files -f; return ;;
+    *) return ;;
+    esac
+    case "${plain[*]}" in
+    "entry list" | "entry list "*) options+=" --month --from --to" ;;
+    "entry put" | "entry put "*) options+=" --keep-time" ;;
+    "entry days" | "entry days "*) options+=" --month --public" ;;
+    "site save" | "site save "*) options+=" --as" ;;
+    "site rebuild" | "site rebuild "*) options+=" --from --to" ;;
+    "convert html2text" | "convert html2text "*) options+=" --ini --set" ;;
     esac
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
-    elif [[ -n $words ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
-    else
-        mapfile -t COMPREPLY < <(compgen -f -- "$current")
+        return
     fi
+    case "${plain[*]}" in
+    "") words="start entry genre site convert ini db" ;;
+    "entry") words="list show put delete days" ;;
+    "genre") words="list rebuild" ;;
+    "site") words="save preview log rebuild sameday" ;;
+    "convert") words="html2text urlencode scramble unscramble" ;;
+    "ini") words="get int set delete sections" ;;
+    "db") words="version check" ;;
+    "entry put") _velloria_cli_files -f; return ;;
+    "convert html2text") _velloria_cli_files -f; return ;;
+    "convert urlencode") words="sjis eucjp utf8" ;;
+    "convert urlencode "*) _velloria_cli_files -f; return ;;
+    "ini get") _velloria_cli_files -f; return ;;
+    "ini int") _velloria_cli_files -f; return ;;
+    "ini set") _velloria_cli_files -f; return ;;
+    "ini delete") _velloria_cli_files -f; return ;;
+    "ini sections") _velloria_cli_files -f; return ;;
+    "db version") _velloria_cli_files -f; return ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }
-complete -o filenames -F _velloria_cli velloria-cli
+
+_velloria_cli_files() {
+    compopt -o filenames 2> /dev/null
+    mapfile -t COMPREPLY < <(compgen "$1" -- "$current")
+}
+
+complete -F _velloria_cli velloria-cli

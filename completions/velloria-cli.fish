@@ -1,53 +1,62 @@
 # fish completion for velloria-cli. Made by scripts/make-completions from `velloria-cli --help`.
 
-complete -c velloria-cli -l home -r
-complete -c velloria-cli -l user -r
-complete -c velloria-cli -l now -r
-complete -c velloria-cli -l day -r
+# Whether the words in front of the cursor, without options and their values, are these.
+function __velloria_cli_behind
+    set -l plain
+    set -l is_value 0
+    for word in (commandline -opc)
+        if test $is_value = 1
+            set is_value 0
+            continue
+        end
+        switch $word
+            case --home --user --now --day --answers --month --from --to --as --ini --set
+                set is_value 1
+            case '-*'
+            case '*'
+                set -a plain $word
+        end
+    end
+    set -e plain[1]
+    string match -q -- $argv[1] "$plain"
+end
+
+complete -c velloria-cli -f
+complete -c velloria-cli -l home -x -a '(__fish_complete_directories)'
+complete -c velloria-cli -l user -x
+complete -c velloria-cli -l now -x
+complete -c velloria-cli -l day -x
 complete -c velloria-cli -l events
-complete -c velloria-cli -l answers -r
+complete -c velloria-cli -l answers -r -F
 complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n __fish_use_subcommand -f -a start
-complete -c velloria-cli -n __fish_use_subcommand -f -a entry
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and not __fish_seen_subcommand_from list show put delete days' -f -a list
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and not __fish_seen_subcommand_from list show put delete days' -f -a show
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and not __fish_seen_subcommand_from list show put delete days' -f -a put
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and not __fish_seen_subcommand_from list show put delete days' -f -a delete
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and not __fish_seen_subcommand_from list show put delete days' -f -a days
-complete -c velloria-cli -n __fish_use_subcommand -f -a genre
-complete -c velloria-cli -n '__fish_seen_subcommand_from genre; and not __fish_seen_subcommand_from list rebuild' -f -a list
-complete -c velloria-cli -n '__fish_seen_subcommand_from genre; and not __fish_seen_subcommand_from list rebuild' -f -a rebuild
-complete -c velloria-cli -n __fish_use_subcommand -f -a site
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and not __fish_seen_subcommand_from save preview log rebuild sameday' -f -a save
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and not __fish_seen_subcommand_from save preview log rebuild sameday' -f -a preview
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and not __fish_seen_subcommand_from save preview log rebuild sameday' -f -a log
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and not __fish_seen_subcommand_from save preview log rebuild sameday' -f -a rebuild
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and not __fish_seen_subcommand_from save preview log rebuild sameday' -f -a sameday
-complete -c velloria-cli -n __fish_use_subcommand -f -a convert
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and not __fish_seen_subcommand_from html2text urlencode scramble unscramble' -f -a html2text
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and not __fish_seen_subcommand_from html2text urlencode scramble unscramble' -f -a urlencode
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and not __fish_seen_subcommand_from html2text urlencode scramble unscramble' -f -a scramble
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and not __fish_seen_subcommand_from html2text urlencode scramble unscramble' -f -a unscramble
-complete -c velloria-cli -n __fish_use_subcommand -f -a ini
-complete -c velloria-cli -n '__fish_seen_subcommand_from ini; and not __fish_seen_subcommand_from get int set delete sections' -f -a get
-complete -c velloria-cli -n '__fish_seen_subcommand_from ini; and not __fish_seen_subcommand_from get int set delete sections' -f -a int
-complete -c velloria-cli -n '__fish_seen_subcommand_from ini; and not __fish_seen_subcommand_from get int set delete sections' -f -a set
-complete -c velloria-cli -n '__fish_seen_subcommand_from ini; and not __fish_seen_subcommand_from get int set delete sections' -f -a delete
-complete -c velloria-cli -n '__fish_seen_subcommand_from ini; and not __fish_seen_subcommand_from get int set delete sections' -f -a sections
-complete -c velloria-cli -n __fish_use_subcommand -f -a db
-complete -c velloria-cli -n '__fish_seen_subcommand_from db; and not __fish_seen_subcommand_from version check' -f -a version
-complete -c velloria-cli -n '__fish_seen_subcommand_from db; and not __fish_seen_subcommand_from version check' -f -a check
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from list' -l month -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from list' -l from -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from list' -l to -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from put' -l keep-time
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from days' -l month -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from entry; and __fish_seen_subcommand_from days' -l public
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and __fish_seen_subcommand_from save' -l as -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and __fish_seen_subcommand_from rebuild' -l from -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from site; and __fish_seen_subcommand_from rebuild' -l to -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and __fish_seen_subcommand_from html2text' -l ini -r
-complete -c velloria-cli -n '__fish_seen_subcommand_from convert; and __fish_seen_subcommand_from html2text' -l set -r
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site convert ini db'
+complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
+complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
+complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday'
+complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode scramble unscramble'
+complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
+complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check'
+complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode"' -a 'sjis eucjp utf8'
+complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode *"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "ini get"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "ini int"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "ini set"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "ini delete"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "ini sections"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "db version"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l month -x
+complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l from -x
+complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l to -x
+complete -c velloria-cli -n '__velloria_cli_behind "entry put*"' -l keep-time
+complete -c velloria-cli -n '__velloria_cli_behind "entry days*"' -l month -x
+complete -c velloria-cli -n '__velloria_cli_behind "entry days*"' -l public
+complete -c velloria-cli -n '__velloria_cli_behind "site save*"' -l as -r -F
+complete -c velloria-cli -n '__velloria_cli_behind "site rebuild*"' -l from -x
+complete -c velloria-cli -n '__velloria_cli_behind "site rebuild*"' -l to -x
+complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l ini -r -F
+complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l set -x
