@@ -2,11 +2,16 @@
 
 import os
 import pathlib
+import pty
 import re
+import select
+import shlex
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -74,6 +79,51 @@ class Completions(unittest.TestCase):
         self.assertEqual(self.complete("velloria-cli", "en"), ["entry"])
         self.assertEqual(self.complete("velloria-cli", "entry", "pu"), ["put"])
         self.assertEqual(self.complete("velloria-cli", "--home", "/tmp", "entry", "sh"), ["show"])
+        self.assertEqual(self.complete("velloria-cli", "--home", "=", "/tmp", "entry", "sh"), ["show"])
+        self.assertEqual(self.complete("velloria-cli", "convert", "urlencode", "e"), ["eucjp"])
+
+    def test_bash_completes_values_of_options(self):
+        self.assertEqual(self.complete("velloria-cli", "--home", "/us"), ["/usr"])
+        self.assertEqual(self.complete("velloria-cli", "--home", "=", "/us"), ["/usr"])
+        self.assertEqual(self.complete("velloria-cli", "--now", "e"), [])
+
+    def test_bash_completes_files_where_the_program_takes_one(self):
+        self.assertEqual(self.complete("velloria-cli", "entry", "put", "/etc/hostn"), ["/etc/hostname"])
+        self.assertEqual(self.complete("velloria-cli", "entry", "show", "/etc/hostn"), [])
+        self.assertEqual(self.complete("velloria-cli", "ini", "get", "diary.ini", "/etc/hostn"), [])
+
+    def test_bash_completes_what_is_typed(self):
+        """A command is no folder, even where a folder has its name."""
+        with tempfile.TemporaryDirectory() as folder:
+            os.mkdir(os.path.join(folder, "site"))
+            self.assertIn("velloria-cli site x", self.typed(folder, "velloria-cli si\tx"))
+            self.assertIn("velloria-cli entry put x", self.typed(folder, "velloria-cli entry pu\tx"))
+
+    def typed(self, folder, keys):
+        """What an interactive bash shows behind these keys, the last of which ends the waiting."""
+        start = os.path.join(folder, ".bashrc")
+        with open(start, "w", encoding="utf-8") as file:
+            file.write(f"source {shlex.quote(str(COMPLETIONS / 'velloria-cli.bash'))}\nPS1='ready>'\n")
+        process, terminal = pty.fork()
+        if process == 0:
+            os.chdir(folder)
+            os.execvpe("bash", ["bash", "--noprofile", "--rcfile", start, "-i"], {**os.environ, "TERM": "dumb"})
+        try:
+            self.read_until(terminal, "ready>")
+            os.write(terminal, keys.encode())
+            return self.read_until(terminal, keys[-1])
+        finally:
+            os.close(terminal)
+            os.kill(process, signal.SIGKILL)
+            os.waitpid(process, 0)
+
+    def read_until(self, terminal, end):
+        shown = ""
+        deadline = time.monotonic() + 20
+        while not shown.endswith(end) and time.monotonic() < deadline:
+            if select.select([terminal], [], [], 0.1)[0]:
+                shown += os.read(terminal, 4096).decode(errors="replace")
+        return shown
 
     def test_bash_completes_options_of_the_command_alone(self):
         self.assertEqual(self.complete("velloria-cli", "entry", "put", "--k"), ["--keep-time"])
@@ -87,6 +137,21 @@ class Completions(unittest.TestCase):
     @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
     def test_fish_reads_its_file(self):
         run("fish", "-n", str(COMPLETIONS / "velloria-cli.fish"))
+
+    @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
+    def test_fish_completes_commands_options_and_values(self):
+        for typed, expected in {
+            "en": ["entry"],
+            "entry pu": ["put"],
+            "--home /tmp entry sh": ["show"],
+            "convert urlencode e": ["eucjp"],
+            "entry put --k": ["--keep-time"],
+            "entry show --k": [],
+            "entry put /etc/hostn": ["/etc/hostname"],
+            "entry show /etc/hostn": [],
+        }.items():
+            script = f"source {COMPLETIONS / 'velloria-cli.fish'}; complete -C 'velloria-cli {typed}'"
+            self.assertEqual(run("fish", "--no-config", "-c", script).split(), expected, typed)
 
 
 if __name__ == "__main__":
