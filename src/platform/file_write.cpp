@@ -4,9 +4,12 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QMutex>
 #include <QRandomGenerator>
+#include <QSet>
 
 #include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -27,19 +30,50 @@ class Descriptor {
 public:
     explicit Descriptor(int value = -1)
         : m_value(value) {}
-    ~Descriptor() {
-        if (m_value >= 0)
-            ::close(m_value);
-    }
+    ~Descriptor() { reset(-1); }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     int value() const { return m_value; }
     int release() { return std::exchange(m_value, -1); }
-    void reset(int value) { m_value = value; }
+    void reset(int value) {
+        if (m_value >= 0)
+            ::close(m_value);
+        m_value = value;
+    }
 
 private:
     int m_value;
 };
+
+/// The names of files that are not whole yet. Their writer holds a lock on them, so that one without a lock was left
+/// by a run that was killed.
+constexpr QByteArrayView kTemporaryPrefix = ".velltmp-";
+
+void removeLeftovers(const QByteArray& folder) {
+    DIR* const listing = ::opendir(folder.isEmpty() ? "." : folder.constData());
+    if (!listing)
+        return;
+    while (const dirent* const entry = ::readdir(listing)) {
+        if (!QByteArrayView(entry->d_name).startsWith(kTemporaryPrefix))
+            continue;
+        const int at = ::dirfd(listing);
+        const Descriptor file(::openat(at, entry->d_name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file.value() >= 0 && ::flock(file.value(), LOCK_EX | LOCK_NB) == 0)
+            ::unlinkat(at, entry->d_name, 0);
+    }
+    ::closedir(listing);
+}
+
+/// Once for each folder this program writes to: a listing for each file would make a large site slow.
+void removeLeftoversOnce(const QByteArray& folder) {
+    static QMutex mutex;
+    static QSet<QByteArray> done;
+    const QMutexLocker locker(&mutex);
+    if (done.contains(folder))
+        return;
+    done.insert(folder);
+    removeLeftovers(folder);
+}
 
 /// A file beside the target that takes the target's place at the end, and vanishes if that end is not reached.
 class Replacement {
@@ -52,6 +86,7 @@ public:
         // A rename would also replace a file that is set read-only; even the superuser means it so.
         if (isThere && ((old.st_mode & S_IWUSR) == 0 || ::access(m_target.constData(), W_OK) != 0))
             fail(EACCES);
+        removeLeftoversOnce(folder());
         openTemporary(isThere ? 0600 : newFileMode);
         if (isThere)
             ::fchmod(m_file.value(), old.st_mode & 07777);
@@ -105,12 +140,24 @@ private:
     /// The mode passes the umask here, which can't be asked for without changing it for all threads. The name has
     /// nothing of the target's, which may be as long as a name can be.
     void openTemporary(unsigned mode) {
-        do {
-            m_temporary = folder() + ".vell" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+        for (;;) {
+            m_temporary = folder() + kTemporaryPrefix.toByteArray() +
+                          QByteArray::number(QRandomGenerator::global()->generate64(), 36);
             m_file.reset(::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode_t(mode)));
-        } while (m_file.value() < 0 && errno == EEXIST);
-        if (m_file.value() < 0)
-            fail(errno);
+            if (m_file.value() < 0 && errno != EEXIST)
+                fail(errno);
+            if (m_file.value() >= 0 && isMine())
+                return;
+        }
+    }
+
+    /// False when another program took the new file for a leftover in front of its lock. On a disk without locks nobody
+    /// gets one.
+    bool isMine() const {
+        if (::flock(m_file.value(), LOCK_EX | LOCK_NB) != 0)
+            return errno != EWOULDBLOCK;
+        struct stat status;
+        return ::fstat(m_file.value(), &status) == 0 && status.st_nlink > 0;
     }
 
     void syncFolder() {

@@ -19,8 +19,9 @@ constexpr qint64 kMostBytes = 20'000'000;
 /// What stays when the oldest lines go: with room for many more, so that not each of them moves the whole file.
 constexpr qint64 kBytesLeft = 19'500'000;
 
-/// A run that was killed while it wrote changed nothing in the diary: its half line keeps nothing.
-void cutHalfLine(const QString& path) {
+/// A run that was killed while it wrote changed nothing in the diary: its half line keeps nothing. A whole line lacks
+/// its end after an edit by hand.
+void endLastLine(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || file.size() == 0)
         return;
@@ -28,7 +29,12 @@ void cutHalfLine(const QString& path) {
     if (file.peek(1) == "\n")
         return;
     file.seek(0);
-    file.resize(file.readAll().lastIndexOf('\n') + 1);
+    const QByteArray bytes = file.readAll();
+    const qsizetype begin = bytes.lastIndexOf('\n') + 1;
+    if (QJsonDocument::fromJson(bytes.sliced(begin)).isObject())
+        file.write("\n");
+    else
+        file.resize(begin);
 }
 
 } // namespace
@@ -48,7 +54,7 @@ void RescueFile::keep(const Entry& entry, const QString& reason) {
     const QByteArray line = QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 
     const platform::FolderLock lock(core::GetParentFolder(m_file));
-    cutHalfLine(m_file);
+    endLastLine(m_file);
     const qint64 size = QFileInfo(m_file).size();
     if (size + line.size() > kMostBytes) {
         QByteArray kept = size > 0 ? platform::readFile(m_file) : QByteArray();

@@ -145,6 +145,7 @@ class Files(KillTest):
             self.assertTrue(all(path.endswith(".xml") for path in missing), missing)
             self.must("site", "save")
             self.assertEqual(self.saved_files(), states["new"])
+            self.assertFalse([name for name in os.listdir(self.site) if name.startswith(".vell")])
             self.assert_works()
         self.kill_often(["site", "save"], prepare, check)
 
@@ -161,6 +162,7 @@ class Files(KillTest):
             self.assertIn(read(file), (old, new))
             self.must("ini", "set", file, "S25", "K0", "new")
             self.assertEqual(read(file), new)
+            self.assertFalse([name for name in os.listdir(self.inputs) if name.startswith(".vell")])
         self.kill_often(["ini", "set", file, "S25", "K0", "new"], lambda: write(file, old), check)
 
 

@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -100,6 +101,17 @@ private:
 };
 
 constexpr qsizetype kManyBytes = 3 << 20;
+
+TEST_F(FileWrite, RemovesWhatKilledRunsLeft) {
+    const QString left = make(u".velltmp-killed"_s, "half");
+    const QString held = make(u".velltmp-alive"_s, "half");
+    make(u".vellum"_s, "the user's");
+    const int writer = ::open(QFile::encodeName(held).constData(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(writer, LOCK_EX), 0);
+    replaceFile(path(u"a"_s), "1", Durability::Derived);
+    EXPECT_EQ(names(), (QStringList{u".velltmp-alive"_s, u".vellum"_s, u"a"_s}));
+    ::close(writer);
+}
 
 TEST_F(FileWrite, WritesANewFile) {
     for (const Durability durability : {Durability::Derived, Durability::Durable}) {

@@ -181,6 +181,14 @@ TEST_F(Rescue, PassesOverTheHalfLineOfAKilledRun) {
     EXPECT_EQ(titles(), QStringList{u"c"_s});
 }
 
+TEST_F(Rescue, EndsAWholeLastLineThatLacksItsEnd) {
+    keep(u"a"_s);
+    keep(u"b"_s);
+    writeFile(file(), bytesOf(file()).chopped(1));
+    keep(u"c"_s);
+    EXPECT_EQ(titles(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+}
+
 TEST_F(Rescue, TakesBackTheLinesOfARefusedChange) {
     keep(u"a"_s);
     const QByteArray before = bytesOf(file());
