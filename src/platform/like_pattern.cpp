@@ -119,9 +119,10 @@ std::size_t LikePattern::chooseAnchor() const {
     return best;
 }
 
-/// All characters that fold to the one that is searched for, or do so with a mark behind them.
+/// All characters that fold to the one that is searched for, or do so with a mark behind them. Not for a pattern that
+/// tells how the text begins: the texts of such are day keys, shorter than what this costs.
 void LikePattern::findStarts() {
-    if (m_word.empty() || !canStartSearch(m_word.front()))
+    if (m_word.empty() || m_steps.front() != kAnyRun || !canStartSearch(m_word.front()))
         return;
     m_anchor = chooseAnchor();
     const char32_t sought = m_word[m_anchor];
@@ -139,7 +140,12 @@ void LikePattern::findStarts() {
 
 void LikePattern::addStart(char32_t character) {
     const QByteArray bytes = QStringView(QChar::fromUcs4(character)).toUtf8();
-    m_starts.push_back({bytes.front(), bytes.back(), bytes.size() - 1});
+    const qsizetype lastAt = bytes.size() - 1;
+    // The first bytes of kana and kanji are few and in all texts; that of full and half-width forms is rare.
+    if (bytes.front() == '\xEF')
+        m_starts.push_back({bytes.front(), bytes.back(), 0, lastAt});
+    else
+        m_starts.push_back({bytes.back(), bytes.front(), lastAt, 0});
 }
 
 bool LikePattern::matches(QStringView text) const {
@@ -162,13 +168,12 @@ bool LikePattern::matchesUtf8(QByteArrayView utf8) const {
 bool LikePattern::holdsWord(QByteArrayView utf8) const {
     const char* const end = utf8.data() + utf8.size();
     for (const Start& start : m_starts) {
-        // The last byte is searched for, because the first ones of kana and kanji are few and in all texts.
-        for (const char* at = utf8.data() + std::min(start.lastAt, utf8.size()); at != end; ++at) {
-            at = static_cast<const char*>(std::memchr(at, start.last, std::size_t(end - at)));
+        for (const char* at = utf8.data() + std::min(start.soughtAt, utf8.size()); at != end; ++at) {
+            at = static_cast<const char*>(std::memchr(at, start.sought, std::size_t(end - at)));
             if (!at)
                 break;
-            const char* const found = at - start.lastAt;
-            if (*found != start.first)
+            const char* const found = at - start.soughtAt;
+            if (start.otherAt >= end - found || found[start.otherAt] != start.other)
                 continue;
             const char* const begin = charactersBefore(found, utf8.data(), m_anchor);
             if (begin && wordStartsAt(QByteArrayView(begin, end)))

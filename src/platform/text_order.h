@@ -48,11 +48,13 @@ private:
         std::vector<std::pair<char32_t, char32_t>> ranges;
         bool isNegated = false;
     };
-    /// The outer bytes of a character that may stand for the one that is searched for.
+    /// The outer bytes of a character that may stand for the one that is searched for: the rarer of them, and the
+    /// other.
     struct Start {
-        char first;
-        char last;
-        qsizetype lastAt; ///< from the first
+        char sought;
+        char other;
+        qsizetype soughtAt; ///< from the character's beginning
+        qsizetype otherAt;
     };
     qsizetype addList(QStringView pattern);
     void chooseWord();
