@@ -22,7 +22,7 @@ int GetFirstWeekday(int year, int month) {
     if (year < 2000)
         throw platform::Failure(
             u"%1年%2月のカレンダーは作成できません。"_s.arg(year).arg(month), {}, u"2000年より前の年です。"_s,
-            u"元のページはそのままです。カスタマイズでカレンダーを使わないようにすると、この月も作成できます。"_s);
+            u"元のページはそのままです。カレンダーとフレームを使わない設定にすると、この月も作成できます。"_s);
     constexpr int kMonthOffsets[] = {0, 3, 3, 6, 8, 11, 13, 16, 19, 21, 24, 26};
     const int d = year - 2000;
     const int n = d / 4 + (year - 1994) - d / 100 + d / 400;

@@ -53,7 +53,7 @@ QString XmlEscape(QString text) {
 
 QString feedText(QString text) {
     const auto needsCare = [](QChar c) {
-        return c.isSurrogate() || (c < u' ' && c != u'\t' && c != u'\r' && c != u'\n');
+        return c.isSurrogate() || c >= u'\uFFFE' || (c < u' ' && c != u'\t' && c != u'\r' && c != u'\n');
     };
     if (std::none_of(text.cbegin(), text.cend(), needsCare))
         return text;

@@ -75,7 +75,7 @@ FeedItem itemOf(const store::Entry& entry, const QString& address, const convert
     FeedItem item;
     item.title = feedText(entry.title);
     item.genre = feedText(entry.genre.isNull() ? u"一般"_s : entry.genre);
-    item.address = address;
+    item.address = feedText(address);
     item.plain = feedText(XmlEscape(plain));
     item.excerpt = feedText(XmlEscape(plain.left(kExcerptLength)));
     item.contents = feedText(XmlEscape(entry.contents));
@@ -95,14 +95,15 @@ clsRSSreader::clsRSSreader(const core::Session& session, const SiteSettings& set
 bool clsRSSreader::Initialize(const QString& rssIniFile) {
     if (!platform::fileExists(rssIniFile))
         return false;
-    m_channel.diaryUrl = m_settings.text(keys::rss::kDiaryURL);
+    m_diaryUrl = m_settings.text(keys::rss::kDiaryURL);
+    m_channel.diaryUrl = feedText(m_diaryUrl);
     m_channel.title = feedText(m_settings.text(keys::rss::kTitle, u"日記"_s));
-    m_channel.homeUrl = m_settings.text(keys::rss::kHPURL);
+    m_channel.homeUrl = feedText(m_settings.text(keys::rss::kHPURL));
     m_channel.description = feedText(m_settings.text(keys::rss::kDescription, u"日記です。"_s));
     m_channel.managingAuthor = feedText(m_settings.text(keys::rss::kManagingAuthor));
     m_channel.webMaster = feedText(m_settings.text(keys::rss::kWebMaster));
     m_channel.author = feedText(m_settings.text(keys::rss::kAuthor));
-    return !m_channel.diaryUrl.isEmpty();
+    return !m_diaryUrl.isEmpty();
 }
 
 void clsRSSreader::SetFilePath(const QString& monthFile) {
@@ -140,7 +141,7 @@ std::vector<FeedItem> clsRSSreader::readItems(const QString& lastDay) const {
     convert::clsHTML2TEXT converter;
     converter.Initialize(platform::existingPath(m_session.MyPath + u"HTML2TXT_RSS.ini"_s));
     const std::vector<store::Entry> entries = m_store.EntriesForFeed(lastDay.left(7));
-    const ItemAddresses addresses(m_settings, m_channel.diaryUrl, daysOf(entries));
+    const ItemAddresses addresses(m_settings, m_diaryUrl, daysOf(entries));
     std::vector<FeedItem> items;
     for (const store::Entry& entry : entries) {
         if (items.size() == kMaxItems)

@@ -23,7 +23,7 @@ public:
     /// The feeds lie beside this month file.
     void SetFilePath(const QString& monthFile);
 
-    const QString& GetDiaryURL() const { return m_channel.diaryUrl; }
+    const QString& GetDiaryURL() const { return m_diaryUrl; }
 
     /// Replaces the four files. Without "HTML2TXT_RSS.ini" they are empty. Throws platform::Failure when no entry is
     /// public; the old files are gone then.
@@ -40,6 +40,7 @@ private:
     const SiteSettings& m_settings;
     const store::DiaryStore& m_store;
     const platform::Clock& m_clock;
+    QString m_diaryUrl; ///< as it is set; the channel holds the form that a feed can print
     FeedChannel m_channel;
     QString m_filePrefix;
 };

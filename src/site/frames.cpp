@@ -50,7 +50,6 @@ void MakeFrameSet(MonthRun& run) {
     if (run.rssOn)
         printFeedLinks(page, run.feedBase);
     page.print(u"</HEAD></HTML>"_s);
-    run.pages.commit(run.path);
 }
 
 void MakeCalenderFrame(MonthRun& run, int year, int month) {

@@ -14,6 +14,7 @@
 #include "site/page_head.h"
 #include "site/site_keys.h"
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -89,11 +90,24 @@ void MonthPage::readDivision(MonthRun& run) const {
     if (isCurrent || run.settings.isOn(keys::divide::kLogDivide))
         run.division = Division::read(run.settings);
     // A preview with private entries must not take the name of a day page that the upload sends to the server.
-    const QString name = core::GetFileName(run.path);
-    if ((name == u"tmp.htm"_s || name == u"Customize.htm"_s) &&
-        platform::isSameFile(core::GetParentFolder(run.path), m_session.FilePath))
+    if (isPreview(run.path) && uploadTakesFrom(m_session.DataPath))
         run.division.useFileName2Day = 0;
     run.frameOn = isCurrent && run.settings.isOn(keys::frame::kFrameOn);
+}
+
+bool MonthPage::isPreview(const QString& path) const {
+    const QString name = core::GetFileName(path);
+    return (name == u"tmp.htm"_s || name == u"Customize.htm"_s) &&
+           platform::isSameFile(core::GetParentFolder(path), m_session.DataPath);
+}
+
+/// Whether the site lies there, or did so when its list was made: a Save As that failed or was killed leaves its list.
+bool MonthPage::uploadTakesFrom(const QString& folder) const {
+    if (platform::isSameFile(m_session.FilePath, folder))
+        return true;
+    const std::vector<core::UploadRow> rows = core::readUploadList(m_session.UserPath + u"upload.tmp"_s);
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const core::UploadRow& row) { return platform::isSameFile(row.folder, folder); });
 }
 
 void MonthPage::readEntries(MonthRun& run, WithPrivate withPrivate) const {
@@ -150,6 +164,9 @@ void MonthPage::printFoot(MonthRun& run) const {
     }
     printTail(run.pages.append(run.diaryFile), run);
     run.pages.commit(run.diaryFile);
+    // Last of all: until both frames are there the old page stays. The page of a day may have taken its name.
+    if (run.frameOn && run.pages.isUnfinished(run.path))
+        run.pages.commit(run.path);
 }
 
 void MonthPage::writeList(const MonthRun& run) const {

@@ -25,6 +25,8 @@ public:
 private:
     void readEntries(MonthRun& run, WithPrivate withPrivate) const;
     void makeFeeds(MonthRun& run) const;
+    bool isPreview(const QString& path) const;
+    bool uploadTakesFrom(const QString& folder) const;
     void readDivision(MonthRun& run) const;
     void chooseFiles(MonthRun& run) const;
     void printCalendar(MonthRun& run, Page& page, const QDate& month) const;

@@ -7,6 +7,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/profile_file.h"
 #include "site/month_page.h"
 #include "site/site_folder.h"
 #include "site/weather.h"
@@ -18,11 +19,20 @@ using namespace Qt::StringLiterals;
 namespace velloria::site {
 namespace {
 
+constexpr QLatin1StringView kPageEnding(".htm");
+
 /// Whether a site of this name in the data folder would be overwritten by a local page, private entries and all.
 bool isLocalPageName(const QString& fileName) {
     const QString base = core::GetBaseName(fileName).toLower();
     static const QStringList kNames{u"tmp"_s, u"customize"_s, u"oldtmp"_s, u"findtmp"_s, u"vellinfo_result"_s};
     return kNames.contains(base) || base.startsWith(u"tmp_"_s) || base.startsWith(u"customize_"_s);
+}
+
+/// What the settings give back of a name: without outer blanks, in the characters of their code page.
+QString storedForm(const QString& name) {
+    const core::Key& key = core::keys::kSaveFileName;
+    return platform::ProfileFile::fromBytes(platform::changedProfile({}, key.section, key.name, name))
+        .valueOr(key.section, key.name, {});
 }
 
 } // namespace
@@ -53,6 +63,9 @@ Outcome SaveHtml::saveAs(const QString& path) {
 Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
     const QString oldPath = m_session.FilePath;
     const QString oldName = m_session.FileName;
+    const QString list = m_session.UserPath + u"upload.tmp"_s;
+    const std::optional<QByteArray> oldList =
+        platform::fileExists(list) ? std::optional(platform::readFile(list)) : std::nullopt;
     try {
         if (!takeTarget())
             return Outcome::Refused;
@@ -60,9 +73,22 @@ Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
     } catch (...) {
         m_session.FilePath = oldPath;
         m_session.FileName = oldName;
+        bringBack(list, oldList);
         throw;
     }
     return Outcome::Done;
+}
+
+/// The list of the site that stays the user's; one that can't be brought back names pages that are there as well.
+void SaveHtml::bringBack(const QString& list, const std::optional<QByteArray>& bytes) {
+    try {
+        if (bytes)
+            platform::replaceFile(list, *bytes, platform::Durability::Derived);
+        else
+            platform::removeFile(list);
+    } catch (const platform::Failure&) {
+        return; // the failure that led here is the one to tell
+    }
 }
 
 Outcome SaveHtml::chooseTarget() {
@@ -79,12 +105,22 @@ bool SaveHtml::takeTarget(const QString& path) {
     }
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QString folder = core::withSeparator(core::GetParentFolder(absolute));
-    const QString name = core::GetFileName(absolute);
-    constexpr qsizetype kMostBytes = 255; // of a folder that the settings can keep
+    // As the settings give it back: the next Save HTML writes the same page.
+    const QString name = storedForm(core::GetFileName(absolute));
+    if (name.isEmpty()) {
+        m_desk.message(platform::MessageKind::Critical, u"このファイル名は設定に保存できません。\r\n"_s + path);
+        return false;
+    }
+    constexpr qsizetype kMostBytes = 255; // of a text that the settings can keep
     if (platform::toCodePage(folder).size() > kMostBytes) {
         m_desk.message(
             platform::MessageKind::Critical,
             u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
+        return false;
+    }
+    if (platform::toCodePage(core::GetFileName(absolute) + kPageEnding).size() > kMostBytes) {
+        m_desk.message(platform::MessageKind::Critical,
+                       u"ファイル名が長すぎて設定に保存できません。\r\nもっと短い名前を指定して下さい。"_s);
         return false;
     }
     platform::makeFolder(core::GetParentFolder(folder));
@@ -106,8 +142,12 @@ bool SaveHtml::takeTarget(const QString& path) {
 void SaveHtml::SaveHTML() {
     const platform::Hourglass hourglass(m_desk);
     if (!m_session.FileName.endsWith(u".htm"_s) && !m_session.FileName.endsWith(u".html"_s))
-        m_session.FileName += u".htm"_s;
+        m_session.FileName += kPageEnding;
     requireSiteFolder(m_session);
+    if (isLocalPageName(m_session.FileName) && platform::isSameFile(m_session.FilePath, m_session.DataPath))
+        throw platform::Failure(u"プレビューなどに使われる名前のページは、データフォルダに保存できません。"_s,
+                                m_session.FilePath + m_session.FileName, {},
+                                u"名前を付けて保存で、別の名前かフォルダを指定してください。"_s);
     MonthPage(m_session, m_store, m_clock)
         .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
                   MakeList::Yes, WithPrivate::No);

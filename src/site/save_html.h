@@ -8,6 +8,7 @@
 #include "store/file_register.h"
 
 #include <functional>
+#include <optional>
 
 namespace velloria::site {
 
@@ -49,6 +50,7 @@ private:
     /// Takes the target over and saves there; a failure brings the old target back.
     Outcome saveTo(const std::function<bool()>& takeTarget);
     bool takeTarget(const QString& path);
+    static void bringBack(const QString& list, const std::optional<QByteArray>& bytes);
     void registerForAllMonths(const QString& name);
     void copyPart(const QString& name);
 

@@ -115,5 +115,15 @@ TEST_F(FeedAddresses, AnAddressWithoutPointOrSlashIsTakenAsItIs) {
     EXPECT_EQ(addresses().last(), u"2004_05_04.htm#2004/05/04_1"_s);
 }
 
+TEST_F(FeedAddresses, ACharacterAboveTheFirstPlaneIsAReferenceThereToo) {
+    setSetting(keys::rss::kDiaryURL, u"http://😀.example/x.htm"_s);
+    setSetting(keys::rss::kHPURL, u"http://😀.example/"_s);
+    makeMonth();
+    for (const QString& name : {u"RSS091"_s, u"RSS100"_s, u"RSS200"_s, u"ATOM"_s}) {
+        EXPECT_TRUE(pageText(name).contains(u"http://&#128512;.example/"_s)) << name.toStdString();
+        EXPECT_FALSE(bytesOf(path(u"site/x_"_s + name + u".xml"_s)).contains("\xed\xa0")) << name.toStdString();
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -1,6 +1,9 @@
 #include "site/site_home.h"
 #include "store/log_register.h"
 
+#include <QDir>
+#include <QFile>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -230,6 +233,31 @@ TEST_F(LogList, NeedsItsSettingAndACurrentPage) {
     EXPECT_TRUE(lacks(makeLog(), u"DiaryLog"_s));
     setSetting(keys::general::kUseLog, u"0"_s);
     EXPECT_TRUE(lacks(makeMonth(), u"DiaryLog"_s));
+}
+
+TEST_F(Frames, AFailureLeavesTheOldPage) {
+    writeFile(path(u"site/x.htm"_s), "old page");
+    write(u"1999/12/31"_s, u"a"_s);
+    const QString failure = failureOf([&] { makeMonth(u"1999/12"_s); });
+    EXPECT_TRUE(failure.contains(u"カレンダーとフレームを使わない設定"_s)) << failure.toStdString();
+    EXPECT_EQ(sitePage(u"x.htm"_s), u"old page"_s);
+    for (const QString& name : {u"x_C.htm"_s, u"x_D.htm"_s}) {
+        QFile::remove(path(u"site/"_s + name));
+        ASSERT_TRUE(QDir(path(u"site"_s)).mkdir(name)); // nothing can be renamed over a folder
+        EXPECT_NE(failureOf([&] { makeMonth(); }), u""_s) << name.toStdString();
+        EXPECT_EQ(sitePage(u"x.htm"_s), u"old page"_s) << name.toStdString();
+        ASSERT_TRUE(QDir(path(u"site"_s)).rmdir(name));
+    }
+    makeMonth();
+    EXPECT_TRUE(sitePage(u"x.htm"_s).contains(u"<FRAMESET"_s));
+}
+
+TEST_F(Frames, APageOfADayMayTakeTheFramesetsName) {
+    useSite(u"2004_05_05.htm"_s);
+    write(u"2004/05/05"_s, u"a"_s);
+    divideByDay(false);
+    saver().SaveHTML();
+    EXPECT_TRUE(lacks(sitePage(u"2004_05_05.htm"_s), u"<FRAMESET"_s));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "core/keys.h"
 #include "site/site_home.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonObject>
 
@@ -152,6 +153,53 @@ TEST_F(SaveHtmlAs, ALoggedInUserIsWarnedOfTheDataFolder) {
     saver().saveAs(session.DataPath + u"a.htm"_s);
     EXPECT_EQ(desk.texts(u"status"_s).size(), quiet.size() + 1);
     EXPECT_EQ(desk.texts(u"status"_s).mid(1), quiet);
+}
+
+TEST_F(SaveHtmlAs, TakesTheNameThatTheSettingsGiveBack) {
+    const struct {
+        QString chosen;
+        QString saved;
+    } cases[] = {
+        {u"日記\u301C.htm"_s, u"日記\uFF5E.htm"_s},
+        {u" x.htm"_s, u"x.htm"_s},
+        {u"a&#233;b.htm"_s, u"aéb.htm"_s},
+        {u"a\nb.htm"_s, u"a b.htm"_s},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(saver().saveAs(path(u"site/"_s) + c.chosen), Outcome::Done);
+        EXPECT_EQ(session.FileName, c.saved);
+        EXPECT_TRUE(siteHas(c.saved));
+        startAt(u"2004/05/06 09:00:00"_s);
+        EXPECT_EQ(session.FileName, c.saved);
+    }
+    EXPECT_FALSE(siteHas(u"日記\u301C.htm"_s));
+}
+
+TEST_F(SaveHtmlAs, ANameThatTheSettingsCannotKeepIsRefused) {
+    for (const QString& name : {QString(60, u'é') + u".htm"_s, u"   "_s}) {
+        desk.events = {};
+        EXPECT_EQ(saver().saveAs(path(u"site/"_s) + name), Outcome::Refused);
+        EXPECT_EQ(boxes().size(), 1);
+    }
+    EXPECT_EQ(session.FileName, u"x.htm"_s);
+}
+
+TEST_F(SaveHtmlAs, ALocalPageIsKnownByTheNameThatTheSettingsGiveBack) {
+    EXPECT_EQ(saver().saveAs(session.DataPath + u" tmp.htm"_s), Outcome::Refused);
+    EXPECT_FALSE(exists(session.DataPath + u"tmp.htm"_s));
+}
+
+TEST_F(SaveHtmlAs, AFailureBehindThePageBringsTheOldUploadListBack) {
+    saver().SaveHTML();
+    const QByteArray list = bytesOf(session.UserPath + u"upload.tmp"_s);
+    ASSERT_TRUE(QDir().mkpath(path(u"other"_s)));
+    writeFile(path(u"other/DiaryParts"_s), "a file where the folder should be");
+    EXPECT_NE(failureOf([&] { saver().saveAs(path(u"other/y.htm"_s)); }), u""_s);
+    EXPECT_TRUE(exists(path(u"other/y.htm"_s)));
+    EXPECT_EQ(bytesOf(session.UserPath + u"upload.tmp"_s), list);
+    ASSERT_TRUE(QFile::remove(session.UserPath + u"upload.tmp"_s));
+    EXPECT_NE(failureOf([&] { saver().saveAs(path(u"other/y.htm"_s)); }), u""_s);
+    EXPECT_FALSE(exists(session.UserPath + u"upload.tmp"_s));
 }
 
 } // namespace

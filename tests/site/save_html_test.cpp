@@ -2,6 +2,7 @@
 
 #include "core/ini.h"
 #include "core/keys.h"
+#include "core/upload_list.h"
 #include "site/site_home.h"
 
 #include <QDir>
@@ -279,6 +280,35 @@ TEST_F(Preview, HasDayFilesWhenTheSiteLiesElsewhere) {
     saver().SaveTmpFile();
     EXPECT_TRUE(exists(session.DataPath + u"2004_05_05.htm"_s));
     EXPECT_FALSE(exists(session.DataPath + u"tmp_01.htm"_s));
+}
+
+TEST_F(Preview, TakesNoDayFileOfAListThatAKilledSaveAsLeft) {
+    writePrivate(u"2004/05/05"_s, u"秘密"_s);
+    write(u"2004/05/06"_s, u"public"_s);
+    divideByDay(true);
+    core::writeUploadList(session.UserPath + u"upload.tmp"_s, {{session.DataPath.chopped(1), u"2004_05_05.htm"_s}});
+    saver().SaveTmpFile();
+    EXPECT_FALSE(exists(session.DataPath + u"2004_05_05.htm"_s));
+    EXPECT_TRUE(pageOf(session.DataPath + u"tmp_01.htm"_s).contains(u"秘密"_s));
+}
+
+TEST_F(SaveHtml, OfALocalPageIsRefusedWhereTheDataFolderHasBecomeTheSites) {
+    session.FileName = u"tmp.htm"_s;
+    saver().SaveHTML();
+    session.FilePath = session.DataPath;
+    const QString failure = failureOf([&] { saver().SaveHTML(); });
+    EXPECT_TRUE(failure.contains(session.DataPath + u"tmp.htm"_s)) << failure.toStdString();
+    EXPECT_FALSE(exists(session.DataPath + u"tmp.htm"_s));
+}
+
+TEST_F(SaveHtml, OfASiteNamedLikeAPreviewHasDayFiles) {
+    session.FileName = u"tmp.htm"_s;
+    write(u"2004/05/05"_s, u"a"_s);
+    write(u"2004/05/06"_s, u"b"_s);
+    divideByDay(true);
+    saver().SaveHTML();
+    EXPECT_TRUE(siteHas(u"2004_05_05.htm"_s));
+    EXPECT_FALSE(siteHas(u"tmp_01.htm"_s));
 }
 
 } // namespace
