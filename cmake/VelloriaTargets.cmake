@@ -15,14 +15,18 @@ function(velloria_options target)
     endif()
 endfunction()
 
-# A library of src/NAME. USES names our own libraries, LINKS foreign targets.
+# A library of src/NAME. USES names our own libraries, LINKS foreign targets, WINDOWS says that there are some in it.
 function(velloria_library)
-    cmake_parse_arguments(ARG "" "NAME" "USES;LINKS;SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "WINDOWS" "NAME" "USES;LINKS;SOURCES" ${ARGN})
     add_library(velloria_${ARG_NAME} STATIC ${ARG_SOURCES})
-    target_include_directories(velloria_${ARG_NAME} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    target_include_directories(velloria_${ARG_NAME} PUBLIC ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/include)
     list(TRANSFORM ARG_USES PREPEND velloria_)
     target_link_libraries(velloria_${ARG_NAME} PUBLIC Qt6::Core ${ARG_USES} ${ARG_LINKS})
     target_precompile_headers(velloria_${ARG_NAME} PRIVATE
         <QByteArray> <QString> <QStringList> <functional> <memory> <optional> <vector>)
+    if(ARG_WINDOWS)
+        set_target_properties(velloria_${ARG_NAME} PROPERTIES AUTOMOC ON AUTOUIC ON)
+        target_precompile_headers(velloria_${ARG_NAME} PRIVATE <QtWidgets>)
+    endif()
     velloria_options(velloria_${ARG_NAME})
 endfunction()

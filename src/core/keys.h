@@ -22,12 +22,35 @@ inline constexpr Key kSaveFilePath{kAll, QLatin1StringView("SaveFilePath")};
 inline constexpr Key kSaveFileName{kAll, QLatin1StringView("SaveFileName")};
 inline constexpr Key kDBVersion{kAll, QLatin1StringView("DBVersion")};
 inline constexpr Key kRescue{kAll, QLatin1StringView("Rescue")};
+inline constexpr Key kMenuLanguage{kAll, QLatin1StringView("MenuLanguage")};
+
+inline constexpr Key kShowStartUpForm{QLatin1StringView("Initialize"), QLatin1StringView("ShowStartUpForm")};
+inline constexpr Key kWindowMaximize{QLatin1StringView("Initialize"), QLatin1StringView("WindowMaximize")};
+inline constexpr Key kWindowPosition{QLatin1StringView("Initialize"), QLatin1StringView("WindowPosition")};
+
+/// Sections of window places.
+inline constexpr QLatin1StringView kParentForm("ParentForm");
+inline constexpr QLatin1StringView kCalender("Calender");
+inline constexpr QLatin1StringView kDiaryEditer("DiaryEditer");
+inline constexpr QLatin1StringView kBrowser("Browser");
+
+inline constexpr Key kContentsFontSize{kDiaryEditer, QLatin1StringView("ContentsFontSize")};
+inline constexpr Key kPTagAdd{kDiaryEditer, QLatin1StringView("P_TagAdd")};
+inline constexpr Key kSelectedBlog{kCalender, QLatin1StringView("Blog")};
 
 inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
 inline constexpr Key kFrameIni{QLatin1StringView("Frame"), kIniFileName};
 inline constexpr Key kRssIni{QLatin1StringView("RSS"), kIniFileName};
 inline constexpr Key kHaloScanIni{QLatin1StringView("HaloScan"), kIniFileName};
 inline constexpr Key kBlogIni{QLatin1StringView("Blog"), kIniFileName};
+
+/// "endpoints.ini": the maker's pages.
+inline constexpr Key kMakerHomePage{QLatin1StringView("Maker"), QLatin1StringView("HomePage")};
+inline constexpr Key kMakerBlog{QLatin1StringView("Maker"), QLatin1StringView("Blog")};
+inline constexpr Key kMakerNews{QLatin1StringView("Maker"), QLatin1StringView("News")};
+
+/// "update.txt": 1 once the update was made.
+inline constexpr Key kUpdated{QLatin1StringView("Update"), QLatin1StringView("Updated")};
 
 /// "velluser.ini": the last login; a user's own keys stand in the section named by the id.
 inline constexpr Key kPreviousUser{QLatin1StringView("Previous"), QLatin1StringView("ID")};

@@ -61,12 +61,20 @@ Startup::Startup(Session& session, platform::Desk& desk, const platform::Clock& 
     , m_clock(clock) {}
 
 StartResult Startup::run(const QString& myPath, const std::optional<Login>& login) {
+    return enter(myPath, login) == StartResult::Ended ? StartResult::Ended : prepare();
+}
+
+StartResult Startup::enter(const QString& myPath, const std::optional<Login>& login) {
     m_session = Session();
     m_session.MyPath = withSeparator(myPath);
     m_session.CurrentVersion = kProgramVersion.joined();
     if (resolveUser(login) == StartResult::Ended)
         return StartResult::Ended;
     m_session.dbFileName = u"diary.mdb"_s;
+    return StartResult::Ready;
+}
+
+StartResult Startup::prepare() {
     const platform::Hourglass hourglass(m_desk);
     if (checkDataFolder() == StartResult::Ended)
         return StartResult::Ended;

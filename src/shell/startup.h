@@ -25,9 +25,16 @@ public:
     /// All outlive this; `session` is filled.
     Startup(core::Session& session, platform::Desk& desk, const platform::Clock& clock);
 
-    /// The start up to the windows, with the program's folder as `myPath`. `login` counts when there is a user file.
-    /// Throws platform::Failure when a file or the database refuses.
+    /// The start up to the windows: enter and prepare.
     StartResult run(const QString& myPath, const std::optional<Login>& login);
+
+    /// The user, and where their settings are, with the program's folder as `myPath`. `login` counts when there is a
+    /// user file. Throws platform::Failure when a file refuses.
+    StartResult enter(const QString& myPath, const std::optional<Login>& login);
+
+    /// Folders, database, settings files and the rest of the session. Throws platform::Failure when a file or the
+    /// database refuses.
+    StartResult prepare();
 
 private:
     StartResult resolveUser(const std::optional<Login>& login);

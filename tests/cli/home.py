@@ -119,7 +119,7 @@ class CliTest(unittest.TestCase):
         os.makedirs(home)
         for file in os.listdir(PROGRAM):
             path = os.path.join(PROGRAM, file)
-            if os.path.isfile(path) and file != "velloria-cli":
+            if os.path.isfile(path) and file not in ("velloria", "velloria-cli"):
                 shutil.copy2(path, home)
         return home
 

@@ -1,0 +1,156 @@
+// Opens a diary in the program's windows, waits for its page in the browser, and saves a picture of the main window.
+//
+//     velloria-shot HOME PICTURE [YYYY/MM/DD]
+//
+// Where PICTURE is a folder, it gets a picture of every window, to be looked at one by one.
+#include "app/surroundings.h"
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "browser/forms/web_page.h"
+#include "core/day_key.h"
+#include "desktop/qt_desk.h"
+#include "desktop/yes_no_box.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/failure.h"
+#include "publish/forms/frmProgress.h"
+#include "shell/forms/desktop_start.h"
+#include "shell/forms/frmAbout.h"
+#include "shell/forms/frmLogin.h"
+#include "shell/forms/MDIFormTop.h"
+#include "shell/forms/StartForm.h"
+#include "site/same_day_page.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QMenu>
+#include <QPixmap>
+#include <QScreen>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria {
+namespace {
+
+/// Serves the windows until `isDone` or 30 seconds are over.
+template <typename Condition>
+bool waitFor(Condition isDone) {
+    constexpr int kPatienceMs = 30'000;
+    QElapsedTimer timer;
+    timer.start();
+    while (!isDone() && timer.elapsed() < kPatienceMs) {
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
+        QThread::msleep(5);
+    }
+    return isDone();
+}
+
+/// What is complete is drawn a little later.
+void waitForDrawing() {
+    constexpr int kDrawingMs = 1500;
+    QElapsedTimer drawing;
+    drawing.start();
+    waitFor([&] { return drawing.elapsed() > kDrawingMs; });
+}
+
+bool save(QWidget& window, const QString& picture) {
+    if (window.screen()->grabWindow(window.winId()).save(picture))
+        return true;
+    qCritical("%s can't be saved", qUtf8Printable(picture));
+    return false;
+}
+
+/// Shows a window, saves its picture, and hides it.
+void shootWindow(QWidget& window, const QString& picture) {
+    window.show();
+    waitForDrawing();
+    save(window, picture);
+    window.hide();
+}
+
+void shootAll(desktop::Context& context, const QString& folder) {
+    auto& top = context.windows.get<shell::MDIFormTop>();
+    save(top, folder + u"MDIFormTop.png"_s);
+    for (QMenu* menu : top.findChildren<QMenu*>()) {
+        if (menu->objectName().startsWith(u"Mnu"_s, Qt::CaseInsensitive)) {
+            menu->popup(top.mapToGlobal(QPoint(20, 20)));
+            waitFor([&] { return menu->isVisible(); });
+            QApplication::processEvents();
+            menu->grab().save(folder + u"menu_"_s + menu->objectName() + u".png"_s);
+            menu->close();
+        }
+    }
+    shell::frmLogin login(u"taro"_s);
+    shootWindow(login, folder + u"frmLogin.png"_s);
+    shell::frmAbout about(context);
+    shootWindow(about, folder + u"frmAbout.png"_s);
+    shootWindow(context.windows.get<shell::StartForm>(), folder + u"StartForm.png"_s);
+    auto& progress = context.windows.get<publish::frmProgress>();
+    progress.setWindowTitle(u"FTP"_s);
+    progress.setTitle(u"Uploading..."_s);
+    progress.setText(u"index.htm (3/12)"_s);
+    progress.setProgress(3, 12);
+    shootWindow(progress, folder + u"frmProgress.png"_s);
+    auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
+    const QString oldPage = context.session.DataPath + u"oldtmp.htm"_s;
+    const store::DiaryStore store(context.session.databaseFile(), context.clock);
+    site::MakeSameDayPage(context.session, store, oldPage, context.session.EnterDay);
+    viewer.Navigate(oldPage);
+    shootWindow(viewer, folder + u"frmPrevDiaryViewer.png"_s);
+    context.windows.unload<browser::frmPrevDiaryViewer>();
+    desktop::YesNoBox question(u"Velloria"_s, u"更新されていますが、保存されていません。\r\n保存しますか？"_s, &top);
+    shootWindow(question, folder + u"question.png"_s);
+}
+
+int shoot(const QString& home, const QString& picture, const QString& day) {
+    core::Session session;
+    const platform::FixedClock clock(QDateTime(QDate::fromString(day, u"yyyy/MM/dd"_s), QTime(21, 0)));
+    desktop::QtDesk desk;
+    desktop::Context context{session, clock, desk};
+    desk.showStatus = [&](const QString& text) {
+        if (auto* top = context.windows.find<shell::MDIFormTop>())
+            top->setStatus(text);
+    };
+    desk.showPage = [&](const QString& address) { context.windows.get<browser::frmBrowser>().Navigate(address); };
+    if (shell::startDesktop(context, home) == shell::StartResult::Ended)
+        return 1;
+    auto& top = context.windows.get<shell::MDIFormTop>();
+    top.setGeometry(top.screen()->availableGeometry());
+    QApplication::processEvents();
+    context.windows.get<editor::frmCalender>().Calender_DateClick(QDate::fromString(day, u"yyyy/MM/dd"_s));
+    top.command(u"mnuStandard"_s)->trigger();
+    auto& browser = context.windows.get<browser::frmBrowser>();
+    if (!waitFor([&] { return browser.bDocumentComplete; })) {
+        qCritical("the page did not come up");
+        return 1;
+    }
+    waitForDrawing();
+    if (QFileInfo(picture).isDir()) {
+        shootAll(context, picture + u'/');
+        return 0;
+    }
+    return save(top, picture) ? 0 : 1;
+}
+
+} // namespace
+} // namespace velloria
+
+int main(int argc, char** argv) {
+    velloria::app::letBrowserRunAsRoot();
+    velloria::browser::registerEventScheme();
+    QApplication application(argc, argv);
+    velloria::app::prepareApplication(application);
+    const QStringList words = QApplication::arguments();
+    if (words.size() < 3 || words.size() > 4) {
+        qCritical("usage: velloria-shot HOME PICTURE [YYYY/MM/DD]");
+        return 2;
+    }
+    try {
+        return velloria::shoot(words[1], words[2], words.value(3, u"2026/11/20"_s));
+    } catch (const velloria::platform::Failure& failure) {
+        qCritical("%s", failure.what());
+        return 1;
+    }
+}

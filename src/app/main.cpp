@@ -1,0 +1,70 @@
+// velloria: the diary in windows.
+#include "app/surroundings.h"
+#include "app/termination.h"
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/web_page.h"
+#include "desktop/context.h"
+#include "desktop/qt_desk.h"
+#include "platform/failure.h"
+#include "platform/instance_lock.h"
+#include "shell/forms/desktop_start.h"
+#include "shell/forms/MDIFormTop.h"
+#include "shell/forms/StartForm.h"
+#include "shell/home.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+namespace velloria {
+namespace {
+
+using shell::MDIFormTop;
+
+/// The windows behind the ports.
+void connectDesk(desktop::QtDesk& desk, desktop::Context& context) {
+    desk.beforeBox = [&context] { context.windows.unload<shell::StartForm>(); };
+    desk.showStatus = [&context](const QString& text) {
+        if (auto* top = context.windows.find<MDIFormTop>())
+            top->setStatus(text);
+    };
+    desk.showPage = [&context](const QString& address) {
+        context.windows.get<browser::frmBrowser>().Navigate(address);
+    };
+}
+
+int run(QApplication& application) {
+    core::Session session;
+    const platform::SystemClock clock;
+    desktop::QtDesk desk;
+    desktop::Context context{session, clock, desk};
+    connectDesk(desk, context);
+    try {
+        const QString home = shell::findHome({}, QCoreApplication::applicationDirPath());
+        const platform::InstanceLock lock(QFileInfo(home).canonicalFilePath());
+        if (!lock.isHeld())
+            return 0;
+        if (shell::startDesktop(context, home) == shell::StartResult::Ended)
+            return 1;
+        auto& top = context.windows.get<MDIFormTop>();
+        desk.setMainWindow(&top);
+        const app::Termination termination(
+            application, [&top] { top.keepDraft(); }, [&top] { top.endWithoutQuestions(); });
+        return QApplication::exec();
+    } catch (const platform::Failure& failure) {
+        desk.failure(failure);
+        return 1;
+    }
+}
+
+} // namespace
+} // namespace velloria
+
+int main(int argc, char** argv) {
+    if (!velloria::app::hasScreen())
+        return 1;
+    velloria::app::letBrowserRunAsRoot();
+    velloria::browser::registerEventScheme();
+    QApplication application(argc, argv);
+    velloria::app::prepareApplication(application);
+    return velloria::run(application);
+}

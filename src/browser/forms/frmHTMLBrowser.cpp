@@ -1,0 +1,34 @@
+#include "browser/forms/frmHTMLBrowser.h"
+
+#include "desktop/twips.h"
+#include "desktop/window_place.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::browser {
+namespace {
+
+constexpr QLatin1StringView kSection("miniBrowser");
+constexpr qint32 kFirstWidthTwips = 9000;
+constexpr int kHeight = 480;
+
+} // namespace
+
+frmHTMLBrowser::frmHTMLBrowser(desktop::Context& context)
+    : WebViewer(context, u"frmHTMLBrowser"_s) {
+    setWindowTitle(u"MiniBrowser"_s);
+    resize(desktop::fromTwips(kFirstWidthTwips), kHeight);
+    desktop::WindowPlace place = desktop::readPlace(context.session.DiaryIniFile, kSection);
+    if (place.width.value_or(0) < 1)
+        place.width = kFirstWidthTwips;
+    place.height.reset();
+    desktop::restorePlace(*this, place);
+}
+
+frmHTMLBrowser::~frmHTMLBrowser() {
+    desktop::WindowPlace place = desktop::placeOf(normalPlace());
+    place.height.reset();
+    desktop::writePlace(m_context.session.DiaryIniFile, kSection, place);
+}
+
+} // namespace velloria::browser

@@ -1,0 +1,26 @@
+#include "browser/forms/frmPrevDiaryViewer.h"
+
+#include "desktop/window_place.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::browser {
+namespace {
+
+constexpr QLatin1StringView kSection("PrevDiaryViewer");
+constexpr QSize kFirstSize(480, 600);
+
+} // namespace
+
+frmPrevDiaryViewer::frmPrevDiaryViewer(desktop::Context& context)
+    : WebViewer(context, u"frmPrevDiaryViewer"_s) {
+    setWindowTitle(u"過去の日記"_s);
+    resize(kFirstSize);
+    desktop::restorePlace(*this, desktop::readPlace(context.session.DiaryIniFile, kSection));
+}
+
+frmPrevDiaryViewer::~frmPrevDiaryViewer() {
+    desktop::writePlace(m_context.session.DiaryIniFile, kSection, desktop::placeOf(normalPlace()));
+}
+
+} // namespace velloria::browser

@@ -1,0 +1,16 @@
+// The viewer of entries of the same day in other years, and of search results.
+#pragma once
+
+#include "browser/forms/web_viewer.h"
+
+namespace velloria::browser {
+
+/// Place and size are kept when it is unloaded.
+class frmPrevDiaryViewer : public WebViewer {
+    Q_OBJECT
+public:
+    explicit frmPrevDiaryViewer(desktop::Context& context);
+    ~frmPrevDiaryViewer() override;
+};
+
+} // namespace velloria::browser

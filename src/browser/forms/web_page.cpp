@@ -1,0 +1,224 @@
+#include "browser/forms/web_page.h"
+
+#include "browser/page_address.h"
+#include "desktop/command.h"
+
+#include <QTimer>
+#include <QUuid>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineProfile>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlScheme>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::browser {
+namespace {
+
+const QString kEvent = u"event"_s;
+const QString kMarkScript = u"goToMark"_s;
+
+/// The button of the generated pages speaks a script language that the engine does not know.
+constexpr char16_t kReviveCloseButton[] = uR"js(
+if (location.protocol === 'file:') {
+    for (const element of document.getElementsByName('Close')) {
+        if (element.tagName === 'INPUT' || element.tagName === 'BUTTON')
+            element.addEventListener('click', () => { location.href = 'Event:Close'; });
+    }
+}
+)js";
+
+/// The engine reports the end of the whole page alone.
+constexpr char16_t kTellFrame[] = uR"js(
+if (window !== window.top) {
+    const tell = () => console.info('%1');
+    if (document.readyState === 'complete')
+        tell();
+    else
+        window.addEventListener('load', tell);
+}
+)js";
+
+/// A page that is read anew goes back to where somebody had scrolled it to; a mark that is asked for comes first.
+constexpr char16_t kGoToMark[] = uR"js(
+history.scrollRestoration = 'manual';
+const goToMark = () => {
+    const mark = decodeURIComponent(location.hash.slice(1));
+    const element = document.getElementById(mark) || document.getElementsByName(mark)[0];
+    if (element)
+        element.scrollIntoView();
+};
+goToMark();
+window.addEventListener('load', () => {
+    goToMark();
+    setTimeout(() => { history.scrollRestoration = 'auto'; });
+});
+)js";
+
+bool isOfWeb(const QUrl& url) {
+    return url.scheme() == u"http"_s || url.scheme() == u"https"_s;
+}
+
+bool differsInMarkAlone(const QUrl& left, const QUrl& right) {
+    return left.matches(right, QUrl::RemoveFragment) && left.fragment() != right.fragment();
+}
+
+QString refusedPage(const QUrl& url) {
+    const QString host = url.host().toHtmlEscaped();
+    return u"<!DOCTYPE html><html lang=\"ja\"><head><meta charset=\"utf-8\"><title>証明書のエラー</title></head><body>"
+           "<h1>証明書のエラー</h1><p>%1 の証明書が信頼できないため、ページを表示しません。</p>"
+           "<p>通信の相手が本物であることを確かめられません。</p></body></html>"_s.arg(host);
+}
+
+QWebEngineScript script(const QString& source) {
+    QWebEngineScript script;
+    script.setSourceCode(source);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    return script;
+}
+
+} // namespace
+
+void registerEventScheme() {
+    QWebEngineUrlScheme scheme(kEvent.toLatin1());
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+    QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+WebPage::WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webLinks, QObject* parent)
+    : QWebEnginePage(&profile, parent)
+    , m_desk(desk)
+    , m_webLinks(webLinks)
+    , m_frameToken(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
+    setRights();
+    insertScripts();
+    connect(this, &QWebEnginePage::loadingChanged, this, &WebPage::onLoading);
+    connect(this, &QWebEnginePage::urlChanged, this, &WebPage::onUrl);
+    // Both go on behind the event: what they ask for may load this very page anew.
+    connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
+        const QUrl wanted = request.requestedUrl();
+        if (mayOpen(wanted) && !wanted.scheme().startsWith(u"about"_s))
+            QTimer::singleShot(0, this, [this, wanted] { Q_EMIT addressOpened(wanted); });
+    });
+}
+
+void WebPage::setRights() {
+    QWebEngineSettings& rights = *settings();
+    rights.setDefaultTextEncoding(u"Shift_JIS"_s);
+    rights.setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
+    rights.setUnknownUrlSchemePolicy(QWebEngineSettings::AllowAllUnknownUrlSchemes); // "event:" from a script, too
+    connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl& origin, Feature feature) {
+        setFeaturePermission(origin, feature, PermissionDeniedByUser);
+    });
+    connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+void WebPage::insertScripts() {
+    if (m_webLinks == WebLinks::OpenInBrowser)
+        scripts().insert(script(QString::fromUtf16(kReviveCloseButton)));
+    QWebEngineScript frames = script(QString::fromUtf16(kTellFrame).arg(m_frameToken));
+    frames.setRunsOnSubFrames(true);
+    scripts().insert(frames);
+}
+
+void WebPage::navigate(const QUrl& url) {
+    m_target.clear();
+    if (!url.isValid() || url.isEmpty())
+        return;
+    goToMark(url.hasFragment());
+    const bool isOtherMark = differsInMarkAlone(url, this->url());
+    load(url);
+    if (!isOtherMark)
+        return;
+    // Where the mark alone differs the engine goes to it in the text that it has, and takes two loads at once for one.
+    // What it answers to the script comes behind the first, and then the second reads the file anew.
+    m_target = url;
+    runJavaScript(u"1"_s, QWebEngineScript::ApplicationWorld, [this](const QVariant&) {
+        if (!m_target.isEmpty())
+            load(std::exchange(m_target, {}));
+    });
+}
+
+/// For the document that comes next.
+void WebPage::goToMark(bool isOn) {
+    for (const QWebEngineScript& old : scripts().find(kMarkScript))
+        scripts().remove(old);
+    if (!isOn)
+        return;
+    QWebEngineScript mark = script(QString::fromUtf16(kGoToMark));
+    mark.setName(kMarkScript);
+    scripts().insert(mark);
+}
+
+void WebPage::stop() {
+    m_target.clear();
+    triggerAction(Stop);
+}
+
+void WebPage::onLoading(const QWebEngineLoadingInfo& info) {
+    m_isLoading = info.status() == QWebEngineLoadingInfo::LoadStartedStatus;
+    if (m_isLoading || info.status() == QWebEngineLoadingInfo::LoadStoppedStatus)
+        return;
+    goToMark(false);
+    if (info.errorDomain() == QWebEngineLoadingInfo::CertificateErrorDomain)
+        setHtml(refusedPage(info.url()), info.url());
+    else
+        Q_EMIT documentComplete();
+}
+
+void WebPage::onUrl(const QUrl& url) {
+    const QUrl before = std::exchange(m_shown, url);
+    if (m_target.isEmpty() && !m_isLoading && differsInMarkAlone(before, url))
+        Q_EMIT documentComplete();
+}
+
+/// What a page may lead to: no page of the web reaches the disk.
+bool WebPage::mayOpen(const QUrl& url) const {
+    if (!isShownScheme(url.scheme()))
+        return false;
+    return !url.isLocalFile() || !isOfWeb(this->url());
+}
+
+bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+    if (url.scheme() == kEvent) {
+        const QString name = url.toString().sliced(kEvent.size() + 1);
+        QTimer::singleShot(0, this, [this, name] { Q_EMIT eventNamed(name); });
+        return false;
+    }
+    const bool isOurs =
+        type == NavigationTypeTyped || type == NavigationTypeBackForward || type == NavigationTypeReload;
+    if (isOurs)
+        return isShownScheme(url.scheme());
+    if (!mayOpen(url))
+        return false;
+    if (m_webLinks == WebLinks::OpenInBrowser && isMainFrame && isOfWeb(url)) {
+        QTimer::singleShot(0, this, [this, url] { Q_EMIT addressOpened(url); });
+        return false;
+    }
+    return true;
+}
+
+void WebPage::javaScriptAlert(const QUrl& origin, const QString& text) {
+    desktop::runCommand(m_desk, [&] { m_desk.message(platform::MessageKind::Plain, text, origin.host()); });
+}
+
+bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
+    bool isYes = false;
+    desktop::runCommand(m_desk, [&] { isYes = m_desk.ask(text, origin.host()); });
+    return isYes;
+}
+
+void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int, const QString&) {
+    if (message == m_frameToken)
+        Q_EMIT frameComplete();
+}
+
+} // namespace velloria::browser

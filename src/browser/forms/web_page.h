@@ -1,0 +1,65 @@
+// The page of the embedded browser windows: what may be navigated to, and what pages may do.
+#pragma once
+
+#include "platform/desk.h"
+
+#include <QUrl>
+#include <QWebEnginePage>
+
+class QWebEngineLoadingInfo;
+
+namespace velloria::browser {
+
+/// Makes the scheme "event:" known, by which a page closes its window. To be called before the application is made.
+void registerEventScheme();
+
+/// Where a link to the web leads that is clicked in the page.
+enum class WebLinks { OpenHere, OpenInBrowser };
+
+/// Pages of the disk may show what lies in the web; pages of the web reach no file. Permissions are refused, boxes of
+/// scripts go through the desk, and the console is nobody's.
+class WebPage : public QWebEnginePage {
+    Q_OBJECT
+public:
+    WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webLinks, QObject* parent);
+
+    /// Loads the address anew, also when it is shown already or only its mark differs. An invalid one loads nothing.
+    void navigate(const QUrl& url);
+
+    /// Ends loading; a navigation that is under way shows nothing.
+    void stop();
+
+Q_SIGNALS:
+    /// The page shows a document: a load came to its end (an error page is one too), or the page went to another mark.
+    void documentComplete();
+    /// A frame within the page shows its document.
+    void frameComplete();
+    /// The page navigated to "event:`name`", which was cancelled.
+    void eventNamed(const QString& name);
+    /// A new window was asked for, or the web from a page that does not go there itself.
+    void addressOpened(const QUrl& url);
+
+protected:
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
+    void javaScriptAlert(const QUrl& origin, const QString& text) override;
+    bool javaScriptConfirm(const QUrl& origin, const QString& text) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
+                                  const QString& source) override;
+
+private:
+    void setRights();
+    void insertScripts();
+    void goToMark(bool isOn);
+    void onLoading(const QWebEngineLoadingInfo& info);
+    void onUrl(const QUrl& url);
+    bool mayOpen(const QUrl& url) const;
+
+    platform::Desk& m_desk;
+    const WebLinks m_webLinks;
+    const QString m_frameToken; ///< what a frame says on the console when it is complete; no page can guess it
+    QUrl m_shown;               ///< the address as it was last told
+    QUrl m_target;              ///< to be loaded again once the page has gone to its mark
+    bool m_isLoading = false;
+};
+
+} // namespace velloria::browser

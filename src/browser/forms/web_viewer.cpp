@@ -1,0 +1,60 @@
+#include "browser/forms/web_viewer.h"
+
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/web_page.h"
+#include "browser/page_address.h"
+#include "desktop/command.h"
+
+#include <QVBoxLayout>
+#include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::browser {
+
+WebViewer::WebViewer(desktop::Context& context, const QString& name)
+    : m_context(context) {
+    setObjectName(name);
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+}
+
+WebViewer::~WebViewer() {
+    delete m_view; // ahead of its profile
+}
+
+void WebViewer::Navigate(const QString& path) {
+    startEngine();
+    static_cast<WebPage*>(m_view->page())->navigate(pageUrl(path));
+}
+
+QRect WebViewer::normalPlace() const {
+    return isMaximized() || isMinimized() ? normalGeometry() : QRect(pos(), size());
+}
+
+void WebViewer::startEngine() {
+    if (m_view)
+        return;
+    m_profile = m_context.windows.get<frmBrowser>().profile();
+    m_view = new QWebEngineView(this);
+    m_view->setObjectName(u"WebBrowser"_s);
+    m_view->setAccessibleName(windowTitle());
+    auto* page = new WebPage(*m_profile, m_context.desk, WebLinks::OpenInBrowser, m_view);
+    m_view->setPage(page);
+    layout()->addWidget(m_view);
+    connect(page, &WebPage::eventNamed, this, [this](const QString& name) {
+        if (name.compare(u"close"_s, Qt::CaseInsensitive) == 0)
+            close();
+    });
+    connect(page, &WebPage::addressOpened, this, [this](const QUrl& url) {
+        desktop::runCommand(m_context.desk, [&] {
+            auto& browser = m_context.windows.get<frmBrowser>();
+            browser.showChild();
+            m_context.desk.status(u"Webページ表示中..."_s);
+            browser.Navigate(QString::fromLatin1(url.toEncoded()));
+        });
+    });
+}
+
+} // namespace velloria::browser

@@ -1,0 +1,42 @@
+// A bare window with a page, which the page itself may close.
+#pragma once
+
+#include "desktop/context.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class QWebEngineProfile;
+class QWebEngineView;
+
+namespace velloria::browser {
+
+class WebPage;
+
+/// A navigation to "event:close", in any case, unloads the window, and every other one of that scheme does nothing.
+/// Links to the web open in the browser window. The engine starts with the first page.
+class WebViewer : public QWidget {
+    Q_OBJECT
+public:
+    ~WebViewer() override;
+
+    /// Shows a file of this machine, read anew, at the mark behind "#" if there is one.
+    void Navigate(const QString& path);
+
+protected:
+    WebViewer(desktop::Context& context, const QString& name);
+
+    /// Position and size of the normal state.
+    QRect normalPlace() const;
+
+    desktop::Context& m_context;
+
+private:
+    void startEngine();
+
+    std::shared_ptr<QWebEngineProfile> m_profile;
+    QWebEngineView* m_view = nullptr;
+};
+
+} // namespace velloria::browser

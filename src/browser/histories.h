@@ -1,0 +1,29 @@
+// What the address box and the search box of the browser remember from run to run.
+#pragma once
+
+#include "core/session.h"
+
+#include <QStringList>
+
+namespace velloria::browser {
+
+/// One file for each box, one entry a line. A file that can't be read or written stops nobody.
+class Histories {
+public:
+    explicit Histories(const core::Session& session)
+        : m_session(session) {}
+
+    /// At most 30 lines of the file, the first ones; none unless the box's own history is kept.
+    QStringList addresses() const;
+    QStringList words() const;
+
+    /// Writes all entries, but an empty list writes nothing. Each is kept by the key of the other box's history: so
+    /// files and settings of all years have it.
+    void keepAddresses(const QStringList& entries) const;
+    void keepWords(const QStringList& entries) const;
+
+private:
+    const core::Session& m_session;
+};
+
+} // namespace velloria::browser

@@ -1,0 +1,24 @@
+#include "desktop/command.h"
+
+#include "platform/failure.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::desktop {
+
+bool runCommand(platform::Desk& desk, const std::function<void()>& action) {
+    try {
+        action();
+        return true;
+    } catch (const platform::Failure& failure) {
+        desk.failure(failure);
+    } catch (const std::bad_alloc&) {
+        desk.failure(platform::Failure(u"メモリが足りません。"_s, {}, {},
+                                       u"ほかのプログラムを終了してから、もう一度実行してください。"_s));
+    } catch (const std::exception& error) {
+        desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, QString::fromUtf8(error.what())));
+    }
+    return false;
+}
+
+} // namespace velloria::desktop

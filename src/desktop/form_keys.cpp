@@ -1,0 +1,39 @@
+#include "desktop/form_keys.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace velloria::desktop {
+
+/// Filters all events of the program: the area of the child windows does so too, to change the window with Ctrl+Tab,
+/// and the filter that was made last is asked first.
+FormKeys::FormKeys(QWidget& window)
+    : QObject(&window)
+    , m_window(window) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void FormKeys::add(QKeyCombination keys, std::function<void()> action) {
+    m_keys.push_back({keys, std::move(action)});
+}
+
+bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress)
+        return false;
+    const auto* control = qobject_cast<QWidget*>(watched);
+    if (!control || (control != &m_window && !m_window.isAncestorOf(control)))
+        return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const QKeyCombination pressed(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key()));
+    for (const Key& own : m_keys) {
+        if (own.keys != pressed)
+            continue;
+        event->accept();
+        if (event->type() == QEvent::KeyPress)
+            own.action();
+        return true;
+    }
+    return false;
+}
+
+} // namespace velloria::desktop

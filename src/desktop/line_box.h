@@ -1,0 +1,35 @@
+// A box of one line.
+#pragma once
+
+#include <QLineEdit>
+
+namespace velloria::desktop {
+
+/// Line breaks that are pasted or set become blanks.
+class LineBox : public QLineEdit {
+    Q_OBJECT
+public:
+    explicit LineBox(QWidget* parent = nullptr);
+
+    /// Makes what an input method is composing part of the text.
+    void commitComposition();
+    bool isComposing() const { return !m_preedit.isEmpty(); }
+
+Q_SIGNALS:
+    /// The text is another one than at the last signal. Nothing while an input method composes: one for each commit.
+    void changed();
+    void focused();
+
+protected:
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    void checkText();
+
+    QString m_seen;
+    QString m_preedit;
+    bool m_isInInputMethodEvent = false;
+};
+
+} // namespace velloria::desktop

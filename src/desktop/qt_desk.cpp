@@ -1,0 +1,140 @@
+#include "desktop/qt_desk.h"
+
+#include "core/path_names.h"
+#include "desktop/yes_no_box.h"
+#include "platform/failure.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::desktop {
+namespace {
+
+QMessageBox::Icon iconOf(platform::MessageKind kind) {
+    switch (kind) {
+    case platform::MessageKind::Critical:
+        return QMessageBox::Critical;
+    case platform::MessageKind::Question:
+        return QMessageBox::Question;
+    case platform::MessageKind::Exclamation:
+        return QMessageBox::Warning;
+    case platform::MessageKind::Information:
+        return QMessageBox::Information;
+    case platform::MessageKind::Plain:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// Native dialogs may match with regard to case, so both spellings of the letters are told.
+QString nameFilterOf(const FileFilter& filter) {
+    QStringList patterns;
+    for (const QString& pattern : filter.patterns) {
+        patterns += pattern;
+        if (pattern.toUpper() != pattern)
+            patterns += pattern.toUpper();
+    }
+    // Parentheses within the label would be taken for the patterns.
+    QString label = filter.label;
+    label.replace(u'(', u'（').replace(u')', u'）');
+    return label + u" ("_s + patterns.join(u' ') + u')';
+}
+
+} // namespace
+
+QList<FileFilter> parseFilter(const QString& filter) {
+    const QStringList parts = filter.split(u'|', Qt::SkipEmptyParts);
+    QList<FileFilter> filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        filters += FileFilter{parts[i], parts[i + 1].split(u';', Qt::SkipEmptyParts)};
+    return filters;
+}
+
+/// The window that a box belongs to: a dialog that is open must not be hidden behind its box.
+QWidget* QtDesk::owner() const {
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    return m_mainWindow && m_mainWindow->isVisible() ? m_mainWindow.data() : nullptr;
+}
+
+void QtDesk::prepareBox() const {
+    if (beforeBox)
+        beforeBox();
+}
+
+void QtDesk::message(platform::MessageKind kind, const QString& text, const QString& title) {
+    prepareBox();
+    QMessageBox box(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+bool QtDesk::ask(const QString& text, const QString& title) {
+    prepareBox();
+    return YesNoBox(title, text, owner()).isYes();
+}
+
+std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) {
+    prepareBox();
+    if (request.mode == platform::PathMode::Folder) {
+        const QString folder = QFileDialog::getExistingDirectory(owner(), request.title, request.folder);
+        return folder.isEmpty() ? std::nullopt : std::optional(folder);
+    }
+    QFileDialog dialog(owner(), request.title, request.folder);
+    dialog.setAcceptMode(request.mode == platform::PathMode::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.mode == platform::PathMode::Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    QStringList filters;
+    for (const FileFilter& filter : parseFilter(request.filter))
+        filters += nameFilterOf(filter);
+    if (!filters.isEmpty())
+        dialog.setNameFilters(filters);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return dialog.selectedFiles().constFirst();
+}
+
+std::optional<QString> QtDesk::password(const QString& title) {
+    prepareBox();
+    bool isAccepted = false;
+    const QString text =
+        QInputDialog::getText(owner(), title, u"パスワード"_s, QLineEdit::Password, QString(), &isAccepted);
+    return isAccepted ? std::optional(text) : std::nullopt;
+}
+
+void QtDesk::status(const QString& text) {
+    if (showStatus)
+        showStatus(text);
+}
+
+void QtDesk::pointer(platform::Pointer shape) {
+    if (!m_mainWindow)
+        return;
+    // The window's own pointer, not a stack of overriding ones: whatever was left behind is gone with the next call.
+    if (shape == platform::Pointer::Hourglass)
+        m_mainWindow->setCursor(Qt::WaitCursor);
+    else
+        m_mainWindow->unsetCursor();
+}
+
+void QtDesk::progress(const QString& text, int value, int max) {
+    status(u"%1 (%2/%3)"_s.arg(text).arg(value).arg(max));
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void QtDesk::navigate(const QString& url) {
+    if (showPage)
+        showPage(url);
+}
+
+void QtDesk::failure(const platform::Failure& failure) {
+    pointer(platform::Pointer::Default);
+    status(u"エラー："_s + failure.line());
+    message(platform::MessageKind::Critical, failure.text(), u"Velloria"_s);
+}
+
+} // namespace velloria::desktop

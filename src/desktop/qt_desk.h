@@ -1,0 +1,49 @@
+// The Desk of the desktop: windows.
+#pragma once
+
+#include "platform/desk.h"
+
+#include <QPointer>
+
+#include <functional>
+
+class QMainWindow;
+class QMessageBox;
+
+namespace velloria::desktop {
+
+class QtDesk : public platform::Desk {
+public:
+    void message(platform::MessageKind kind, const QString& text, const QString& title) override;
+    bool ask(const QString& text, const QString& title) override;
+    std::optional<QString> choosePath(const platform::PathRequest& request) override;
+    std::optional<QString> password(const QString& title) override;
+    void status(const QString& text) override;
+    void pointer(platform::Pointer shape) override;
+    void progress(const QString& text, int value, int max) override;
+    void navigate(const QString& url) override;
+    void failure(const platform::Failure& failure) override;
+
+    /// What is shown before the main window is there has no owner.
+    void setMainWindow(QWidget* window) { m_mainWindow = window; }
+
+    // What the program's windows do for the ports. Each may be left empty.
+    std::function<void()> beforeBox; ///< runs ahead of every box and dialog: a splash picture must not cover it
+    std::function<void(const QString&)> showStatus;
+    std::function<void(const QString&)> showPage;
+
+private:
+    QWidget* owner() const;
+    void prepareBox() const;
+
+    QPointer<QWidget> m_mainWindow;
+};
+
+/// The name filters of a file dialog from pairs of text and patterns: "HTML Files(*.htm)|*.htm;*html|".
+struct FileFilter {
+    QString label;
+    QStringList patterns;
+};
+QList<FileFilter> parseFilter(const QString& filter);
+
+} // namespace velloria::desktop

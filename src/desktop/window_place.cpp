@@ -1,0 +1,84 @@
+#include "desktop/window_place.h"
+
+#include "core/ini.h"
+#include "desktop/twips.h"
+#include "platform/directory.h"
+#include "platform/profile_file.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::desktop {
+namespace {
+
+struct PlaceKey {
+    QLatin1StringView name;
+    std::optional<qint32> WindowPlace::*value;
+};
+
+constexpr PlaceKey kKeys[] = {
+    {"Top"_L1, &WindowPlace::top},
+    {"Left"_L1, &WindowPlace::left},
+    {"Height"_L1, &WindowPlace::height},
+    {"Width"_L1, &WindowPlace::width},
+};
+
+bool isSet(const std::optional<qint32>& value) {
+    return value.value_or(0) != 0;
+}
+
+} // namespace
+
+WindowPlace readPlace(const QString& iniFile, QLatin1StringView section) {
+    const platform::ProfileFile profile(platform::existingPath(iniFile));
+    WindowPlace place;
+    for (const PlaceKey& key : kKeys)
+        place.*key.value = profile.number(section, key.name);
+    return place;
+}
+
+void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place) {
+    for (const PlaceKey& key : kKeys) {
+        if (const std::optional<qint32>& value = place.*key.value)
+            core::WriteIni(iniFile, section, key.name, QString::number(*value));
+    }
+}
+
+WindowPlace placeOf(const QRect& geometry) {
+    return {toTwips(geometry.top()), toTwips(geometry.left()), toTwips(geometry.height()), toTwips(geometry.width())};
+}
+
+void restorePlace(QWidget& window, const WindowPlace& place) {
+    QRect geometry(window.pos(), window.size());
+    if (isSet(place.width))
+        geometry.setWidth(fromTwips(*place.width));
+    if (isSet(place.height))
+        geometry.setHeight(fromTwips(*place.height));
+    if (isSet(place.left))
+        geometry.moveLeft(fromTwips(*place.left));
+    if (isSet(place.top))
+        geometry.moveTop(fromTwips(*place.top));
+    const QScreen* screen = QGuiApplication::screenAt(geometry.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (screen)
+        geometry = movedInto(geometry, screen->availableGeometry());
+    window.resize(geometry.size());
+    const bool isPlacedByUs = isSet(place.left) || isSet(place.top);
+    if (isPlacedByUs && !QGuiApplication::platformName().startsWith("wayland"_L1))
+        window.move(geometry.topLeft());
+}
+
+QRect movedInto(QRect frame, const QRect& area) {
+    frame.setSize(frame.size().expandedTo({1, 1}).boundedTo(area.size()));
+    frame.moveLeft(std::clamp(frame.left(), area.left(), area.right() - frame.width() + 1));
+    frame.moveTop(std::clamp(frame.top(), area.top(), area.bottom() - frame.height() + 1));
+    return frame;
+}
+
+} // namespace velloria::desktop

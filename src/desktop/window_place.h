@@ -1,0 +1,39 @@
+// Where a window stood when it was left, in the user's settings.
+#pragma once
+
+#include <QLatin1StringView>
+#include <QRect>
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+
+namespace velloria::desktop {
+
+/// The keys `Top`, `Left`, `Height` and `Width` of a section, in twips; a missing one is nothing. They are read in 32
+/// bits: a large screen has more twips than 16 bits hold.
+struct WindowPlace {
+    std::optional<qint32> top;
+    std::optional<qint32> left;
+    std::optional<qint32> height;
+    std::optional<qint32> width;
+};
+
+/// What is no number reads as 0.
+WindowPlace readPlace(const QString& iniFile, QLatin1StringView section);
+
+/// Writes position and size as decimal text, each as far as it is told.
+void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place);
+
+/// The rectangle in pixels as a place in twips.
+WindowPlace placeOf(const QRect& geometry);
+
+/// Moves and sizes a top-level window by those values that are told and not 0, then moves it onto a screen that is
+/// there and cuts it down to its size. On Wayland, which places windows itself, the size alone.
+void restorePlace(QWidget& window, const WindowPlace& place);
+
+/// `frame` moved, and cut down if need be, so that it lies within `area`.
+QRect movedInto(QRect frame, const QRect& area);
+
+} // namespace velloria::desktop

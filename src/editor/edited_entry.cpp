@@ -1,0 +1,115 @@
+#include "editor/edited_entry.h"
+
+#include "core/keys.h"
+#include "store/diary_store.h"
+#include "store/rescue_file.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::editor {
+namespace {
+
+/// Thrown out of the transaction of a save, which is thereby taken back: the number was free when the entry was begun.
+struct NumberTaken {};
+
+/// The numbers in the editor count the entries of a day. In one with gaps, which a broken deletion of an old program
+/// left, they mean the rows in order.
+void closeGaps(const store::DiaryStore& diary, const QString& day) {
+    diary.RepairDay(day);
+}
+
+bool isSameText(const store::Entry& left, const store::Entry& right) {
+    return left.title == right.title && left.contents == right.contents && left.extend == right.extend &&
+           left.excerpt == right.excerpt && left.weather == right.weather && left.genre == right.genre &&
+           left.isPrivate == right.isPrivate;
+}
+
+} // namespace
+
+EditedEntry::EditedEntry(const core::Session& session, const platform::Clock& clock)
+    : m_session(session)
+    , m_clock(clock) {}
+
+void EditedEntry::show(int number, const std::optional<store::Entry>& row) {
+    m_number = number;
+    m_row = row;
+}
+
+QString EditedEntry::publishTime() const {
+    if (!m_row)
+        return {};
+    return m_row->publishTime.isNull() ? u""_s : m_row->publishTime;
+}
+
+/// Whether the row that the entry overwrites holds what nobody could bring back.
+bool EditedEntry::mustKeep(const store::Entry& row, const store::Entry& entry) const {
+    if (isSameText(row, entry))
+        return false;
+    // What the editor showed is what its user has changed on purpose.
+    return entry.number != m_number || !m_row || row.publishTime != m_row->publishTime || !isSameText(row, *m_row);
+}
+
+SaveResult EditedEntry::save(const store::Entry& entry) {
+    try {
+        return write(entry);
+    } catch (const NumberTaken&) {
+        store::Entry next = entry;
+        next.number = 0;
+        return write(next);
+    }
+}
+
+SaveResult EditedEntry::write(const store::Entry& entry) {
+    const store::DiaryStore diary(m_session.databaseFile(), m_clock);
+    closeGaps(diary, entry.day);
+    store::RescueFile rescue(m_session, m_clock);
+    SaveResult result;
+    const auto overwritten = [&](const store::Entry& row) {
+        if (entry.number == m_number && !m_row)
+            throw NumberTaken();
+        if (!mustKeep(row, entry))
+            return;
+        rescue.keep(row, u"上書き"_s);
+        result.isOlderKept = isRescueOn();
+    };
+    store::Entry saved = entry;
+    saved.publishTime = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
+    saved.importMark = QString(); // that of the row stays
+    try {
+        saved.number = diary.SaveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number;
+    } catch (...) {
+        rescue.forget();
+        throw;
+    }
+    result.number = saved.number;
+    result.isMoved = saved.number != entry.number;
+    show(saved.number, saved);
+    return result;
+}
+
+void EditedEntry::remove(const QString& day, int number) {
+    const store::DiaryStore diary(m_session.databaseFile(), m_clock);
+    closeGaps(diary, day);
+    store::RescueFile rescue(m_session, m_clock);
+    try {
+        diary.DeleteEntry(day, number, [&](const store::Entry& row) { rescue.keep(row, u"削除"_s); });
+    } catch (...) {
+        rescue.forget();
+        throw;
+    }
+    show(0, std::nullopt);
+}
+
+bool EditedEntry::keepDropped(const store::Entry& entry) {
+    if (entry.title.isEmpty() && entry.contents.isEmpty() && entry.extend.isEmpty() && entry.excerpt.isEmpty())
+        return false;
+    store::RescueFile(m_session, m_clock).keep(entry, u"未保存"_s);
+    return isRescueOn();
+}
+
+bool EditedEntry::isRescueOn() const {
+    return core::ReadIniDef(m_session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name, u"1"_s) !=
+           u"0"_s;
+}
+
+} // namespace velloria::editor

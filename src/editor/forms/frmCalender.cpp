@@ -1,0 +1,133 @@
+#include "editor/forms/frmCalender.h"
+
+#include "core/day_key.h"
+#include "core/keys.h"
+#include "desktop/command.h"
+#include "editor/forms/frmContents.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "shell/forms/MDIFormTop.h"
+#include "site/save_html.h"
+#include "ui_frmCalender.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::editor {
+
+frmCalender::frmCalender(desktop::Context& context)
+    : MdiChild(context, u"frmCalender"_s)
+    , ui(std::make_unique<Ui::frmCalender>()) {
+    auto* page = new QWidget;
+    page->setObjectName(u"frmCalenderPage"_s);
+    ui->setupUi(page);
+    setContents(page);
+    setWindowTitle(u"カレンダー"_s);
+    // The editor's standard place begins right below and is as wide.
+    constexpr QSize kSize(279, 214);
+    resize(kSize);
+    fillBlogs();
+    const auto onClick = [this](QPushButton* button, void (frmCalender::*action)()) {
+        connect(button, &QPushButton::clicked, this,
+                [=, this] { desktop::runCommand(m_context.desk, [=, this] { (this->*action)(); }); });
+    };
+    onClick(ui->Btn_New, &frmCalender::Btn_New_Click);
+    onClick(ui->Btn_Delete, &frmCalender::Btn_Delete_Click);
+    onClick(ui->Btn_Find, &frmCalender::tellFindNotYetThere);
+    onClick(ui->Btn_BlogControl, &frmCalender::tellBlogNotYetThere);
+    connect(ui->Calender, &desktop::MonthView::dateClicked, this,
+            [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
+    connect(ui->Calender, &desktop::MonthView::monthShown, this, &frmCalender::markDays);
+    markDays();
+}
+
+frmCalender::~frmCalender() {
+    // Without a selection the list lacked the blog; it is selected again when its template is back.
+    if (ui->cmbBlog->currentIndex() >= 0)
+        core::WriteIni(m_context.session.DiaryIniFile, core::keys::kSelectedBlog, ui->cmbBlog->currentText());
+}
+
+void frmCalender::fillBlogs() {
+    constexpr int kExtension = 4; // ".ini"
+    for (const QString& name : platform::listFolder(m_context.session.DataPath + u"BlogTemplate/"_s, u"*.ini"_s))
+        ui->cmbBlog->addItem(name.chopped(kExtension));
+    const core::Key& key = core::keys::kSelectedBlog;
+    const QString selected = core::ReadIniDef(m_context.session.DiaryIniFile, key.section, key.name, u"mixi"_s);
+    ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
+}
+
+void frmCalender::Calender_DateClick(const QDate& date) {
+    m_context.windows.get<frmContents>().openDay(core::dayKey(date));
+}
+
+void frmCalender::Btn_New_Click() {
+    if (m_context.session.EnterDay.isEmpty()) {
+        m_context.desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
+        return;
+    }
+    m_context.windows.get<frmContents>().openNewEntry();
+}
+
+void frmCalender::Btn_Delete_Click() {
+    auto& contents = m_context.windows.get<frmContents>();
+    platform::Desk& desk = m_context.desk;
+    if (!contents.hasDay()) {
+        desk.message(platform::MessageKind::Information, u"削除する日記が選択されていないので、削除を中止します。"_s);
+        return;
+    }
+    const QString day = core::dayKey(ui->Calender->value());
+    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(contents.shownNumber()))) {
+        desk.status(u"日記の削除を中止しました。"_s);
+        return;
+    }
+    contents.deleteEntry(day);
+    markDays();
+    previewDeletion();
+    desk.status(day + u"の日記を削除しました。"_s);
+}
+
+/// The deletion stands, whether its preview can be made or not.
+void frmCalender::previewDeletion() {
+    const core::Session& session = m_context.session;
+    const store::DiaryStore store(session.databaseFile(), m_context.clock);
+    try {
+        site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+    } catch (const platform::Failure& failure) {
+        m_context.desk.failure(failure);
+        m_context.desk.status(u"Webページ表示中..."_s);
+        m_context.desk.navigate(session.DataPath + u"tmp.htm#"_s + session.EnterDay);
+    }
+}
+
+void frmCalender::showDay(const QDate& day) {
+    const QDate shown = ui->Calender->shownMonth();
+    ui->Calender->setValue(day);
+    if (ui->Calender->shownMonth() == shown) // else the turned page has done so
+        markDays();
+}
+
+void frmCalender::markDays() {
+    QSet<QDate> days;
+    const QDate first = ui->Calender->shownMonth();
+    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
+    try {
+        // Days of the neighbouring months are on the page as well.
+        for (const QDate& month : {first.addMonths(-1), first, first.addMonths(1)}) {
+            for (const QString& day : store.DaysOfMonth(core::monthOf(core::dayKey(month))))
+                days.insert(QDate::fromString(day, u"yyyy/MM/dd"));
+        }
+    } catch (const platform::Failure&) {
+        days.clear(); // turning a page is no occasion for a box
+    }
+    ui->Calender->setMarkedDays(days);
+}
+
+void frmCalender::tellFindNotYetThere() {
+    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"MnuFindDiary"_s);
+}
+
+void frmCalender::tellBlogNotYetThere() {
+    m_context.desk.status(u"ブログへの「%1」はまだ使えません。"_s.arg(ui->cmbBlogAction->currentText()));
+}
+
+} // namespace velloria::editor

@@ -1,0 +1,41 @@
+// The calendar window: the day to work on, and what can be done with its entries.
+#pragma once
+
+#include "desktop/mdi_child.h"
+
+#include <memory>
+
+namespace Ui {
+class frmCalender;
+}
+
+namespace velloria::editor {
+
+class frmCalender : public desktop::MdiChild {
+    Q_OBJECT
+public:
+    explicit frmCalender(desktop::Context& context);
+    ~frmCalender() override; ///< keeps the selected blog for the next time
+
+    /// Shows the day in the editor, the unsaved changes of the shown one asked about; then it is `EnterDay` and the
+    /// calendar's value. On failure, which is thrown, all of these stay.
+    void Calender_DateClick(const QDate& date);
+    void Btn_New_Click();
+    void Btn_Delete_Click();
+
+    /// Sets the calendar's value; loads nothing.
+    void showDay(const QDate& day);
+
+    /// Reads anew which days of the shown month have entries. A diary that can't be read marks none.
+    void markDays();
+
+private:
+    void fillBlogs();
+    void previewDeletion();
+    void tellFindNotYetThere();
+    void tellBlogNotYetThere();
+
+    std::unique_ptr<Ui::frmCalender> ui;
+};
+
+} // namespace velloria::editor

@@ -1,0 +1,242 @@
+// What is done with the entry in the editor: saving, inserting, undoing, and keeping it from being lost.
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "desktop/command.h"
+#include "desktop/text_pane.h"
+#include "editor/draft.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "editor/tags.h"
+#include "platform/failure.h"
+#include "shell/forms/MDIFormTop.h"
+#include "shell/genre_list.h"
+#include "site/same_day_page.h"
+#include "site/save_html.h"
+#include "ui_frmContents.h"
+
+#include <QScopedValueRollback>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::editor {
+
+SaveOutcome frmContents::Btn1Click_ToolBar() {
+    commitComposition();
+    platform::Desk& desk = m_context.desk;
+    if (ui->txtTitle->text().isEmpty()) {
+        desk.message(platform::MessageKind::Critical, u"タイトルを入力してください！"_s, u"日記作成"_s);
+        return SaveOutcome::Refused;
+    }
+    const store::Entry entry = fields(shownNumber());
+    const SaveResult result = m_edited.save(entry);
+    desk.status(entry.day + u"の日記を保存しました。"_s);
+    if (result.isOlderKept)
+        desk.status(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
+    if (result.isMoved)
+        tellMoved(result.number);
+    becomeClean();
+    settleFoundDrafts(entry);
+    if (auto* calendar = m_context.windows.find<frmCalender>())
+        calendar->markDays();
+    addGenre();
+    return SaveOutcome::Saved;
+}
+
+void frmContents::tellMoved(int number) {
+    const QScopedValueRollback loading(Loading, true);
+    AddComboNumber(number);
+    selectNumber(number);
+    setCaption();
+    m_context.desk.status(u"%1の日記はほかのプログラムが変更していたため、%2番目の日記として保存しました。"_s
+                              .arg(m_context.session.EnterDay)
+                              .arg(number));
+}
+
+void frmContents::addGenre() {
+    // The list's own changes must not make the entry an unsaved one.
+    const QScopedValueRollback loading(Loading, true);
+    const QString genre = ui->ComboGenre->currentText();
+    const bool isListed = ui->ComboGenre->findText(genre, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+    try {
+        shell::addGenres(m_context.session, diary(), {genre});
+        if (!isListed)
+            readGenreList();
+    } catch (platform::Failure& failure) {
+        failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
+        throw;
+    }
+}
+
+void frmContents::Btn5Click_ToolBar() {
+    Btn1Click_ToolBar();
+    const store::DiaryStore store = diary();
+    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+}
+
+void frmContents::deleteEntry(const QString& day) {
+    commitComposition();
+    const platform::Hourglass hourglass(m_context.desk);
+    if (ChangeYesNo)
+        m_edited.keepDropped(fields(m_edited.number()));
+    m_edited.remove(day, shownNumber());
+    Contents_Initialize();
+    InitUndoRedo();
+    forgetDraft();
+}
+
+void frmContents::Btn2Click_ToolBar() {
+    if (!m_hasDay)
+        return;
+    commitComposition();
+    const QString url = m_context.windows.get<browser::frmBrowser>().LocationURL();
+    pane().replaceSelection(u"<A HREF=\""_s + url + u"\">"_s + pane().selectedText() + u"</A>"_s);
+    pane().setFocus();
+}
+
+void frmContents::Btn3Click_ToolBar() {
+    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertURL"_s);
+}
+
+void frmContents::InsertFromCB_Text() {
+    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertFromCB_PlainText"_s);
+}
+
+void frmContents::InsertFromCB_Exchange() {
+    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertFromCB_ExchangedText"_s);
+}
+
+void frmContents::insertTag(int index) {
+    if (!m_hasDay)
+        return;
+    commitComposition();
+    const std::optional<QString> text = insertion(m_context.session, index, pane().selectedText());
+    if (!text) {
+        m_context.desk.message(platform::MessageKind::Plain,
+                               u"「%1」はまだ使えません。"_s.arg(tags()[std::size_t(index)].text));
+        return;
+    }
+    if (*text != pane().selectedText())
+        pane().replaceSelection(*text);
+    pane().setFocus();
+}
+
+void frmContents::Cut() {
+    pane().cut();
+}
+
+void frmContents::Copy() {
+    pane().copy();
+}
+
+void frmContents::Paste() {
+    commitComposition();
+    if (m_hasDay)
+        pane().paste();
+}
+
+void frmContents::InitUndoRedo() {
+    for (std::size_t i = 0; i < m_panes.size(); ++i)
+        m_undo[i].reset(m_panes[i]->rawText(), m_panes[i]->selectionStart());
+}
+
+/// The last pane has no undo, only snapshots.
+void frmContents::mnuUndo_Click() {
+    commitComposition();
+    const QScopedValueRollback loading(Loading, true);
+    const int index = ui->TabStrip1->currentIndex();
+    if (index < 2)
+        restore(m_undo[std::size_t(index)].undo());
+}
+
+void frmContents::mnuRedo_Click() {
+    commitComposition();
+    const QScopedValueRollback loading(Loading, true);
+    restore(m_undo[std::size_t(ui->TabStrip1->currentIndex())].redo());
+}
+
+void frmContents::restore(const std::optional<Snapshot>& snapshot) {
+    if (!snapshot)
+        return;
+    pane().restore(snapshot->text, snapshot->caret);
+    if (ChangeYesNo && !m_draftTimer.isActive())
+        m_draftTimer.start();
+}
+
+void frmContents::picPrevDiaryExist_Click() {
+    const platform::Hourglass hourglass(m_context.desk);
+    const QString file = m_context.session.DataPath + u"oldtmp.htm"_s;
+    site::MakeSameDayPage(m_context.session, diary(), file, m_context.session.EnterDay);
+    auto& viewer = m_context.windows.get<browser::frmPrevDiaryViewer>();
+    viewer.setWindowTitle(u"過去の日記"_s); // it may have shown results of a search
+    viewer.show();
+    viewer.Navigate(file);
+    viewer.raise();
+    viewer.activateWindow();
+}
+
+bool frmContents::confirmClose() {
+    bool mayClose = false;
+    run([&] {
+        commitComposition();
+        if (!ChangeYesNo) {
+            mayClose = true;
+        } else if (m_context.desk.ask(u"変更されています。保存しますか？"_s)) {
+            mayClose = Btn1Click_ToolBar() == SaveOutcome::Saved;
+        } else {
+            becomeClean();
+            mayClose = true;
+        }
+    });
+    return mayClose;
+}
+
+void frmContents::keepDraft() {
+    m_draftTimer.stop();
+    if (!ChangeYesNo || !m_hasDay)
+        return;
+    std::vector<store::Entry> drafts = m_found;
+    drafts.push_back(fields(m_edited.number()));
+    drafts.back().publishTime = m_edited.publishTime();
+    writeDrafts(drafts);
+    m_hasWrittenDraft = true;
+}
+
+void frmContents::dropDraft() {
+    forgetDraft();
+}
+
+void frmContents::forgetDraft() {
+    m_draftTimer.stop();
+    if (std::exchange(m_hasWrittenDraft, false))
+        writeDrafts(m_found);
+}
+
+/// A draft is written on the side: a box for each one that fails would keep people from typing.
+void frmContents::writeDrafts(const std::vector<store::Entry>& drafts) const {
+    try {
+        DraftFile(m_context.session, m_context.clock).write(drafts);
+    } catch (const platform::Failure& failure) {
+        m_context.desk.status(u"下書きを保存できません。"_s + failure.reason());
+    }
+}
+
+/// A save of the entry that an earlier draft belongs to takes the draft's place.
+void frmContents::settleFoundDrafts(const store::Entry& saved) {
+    const auto isOfSaved = [&](const store::Entry& draft) {
+        return draft.day == saved.day && draft.number == saved.number;
+    };
+    bool isChanged = false;
+    for (auto draft = m_found.begin(); draft != m_found.end();) {
+        if (!isOfSaved(*draft)) {
+            ++draft;
+            continue;
+        }
+        m_edited.keepDropped(*draft);
+        draft = m_found.erase(draft);
+        isChanged = true;
+    }
+    if (isChanged)
+        writeDrafts(m_found);
+}
+
+} // namespace velloria::editor

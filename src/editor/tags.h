@@ -1,0 +1,40 @@
+// The tags that the editor inserts.
+#pragma once
+
+#include "core/session.h"
+
+#include <QString>
+
+#include <optional>
+#include <span>
+
+namespace velloria::editor {
+
+/// A tag whose parameters a window asks for.
+enum class TagMaker { None, Font, Rule, List };
+
+/// One item of the tag list; its place in the list tells it apart, not its text.
+struct Tag {
+    QStringView text;
+    QStringView opening;
+    QStringView closing;
+    TagMaker maker = TagMaker::None;
+};
+
+constexpr int kLineBreakTag = 0;
+constexpr int kParagraphTag = 1;
+
+/// What the list shows before anything was picked.
+inline constexpr QStringView kTagListRest = u"HTMLタグを選んでください。";
+
+/// The twenty items in order.
+std::span<const Tag> tags();
+
+/// The opening of a paragraph, with the user's attributes if there are some.
+QString paragraphOpening(const core::Session& session);
+
+/// What takes the place of `selection` (which may be empty) when the tag of this index is inserted. An index outside
+/// the list inserts nothing: the selection is its own replacement. Nothing for a tag with a maker.
+std::optional<QString> insertion(const core::Session& session, int index, const QString& selection);
+
+} // namespace velloria::editor

@@ -1,0 +1,105 @@
+#include "shell/forms/MDIFormTop.h"
+
+#include "core/keys.h"
+#include "desktop/command.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+
+MDIFormTop::MDIFormTop(desktop::Context& context)
+    : m_context(context) {
+    setObjectName(u"MDIFormTop"_s);
+    setWindowTitle(u"Velloria v"_s + core::kProgramVersion.text());
+    auto* area = new QMdiArea;
+    area->setObjectName(u"MdiArea"_s);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(area);
+    context.mdi = area;
+
+    m_panel = new QLabel;
+    m_panel->setObjectName(u"StatusPanel1"_s);
+    m_panel->setTextFormat(Qt::PlainText);
+    m_panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text must not widen the window
+    // Nor may the first Japanese text, whose font is higher, take a line of pixels from the arranged children.
+    m_panel->setText(u"日本語 Ag"_s);
+    m_panel->setFixedHeight(m_panel->sizeHint().height());
+    m_panel->clear();
+    statusBar()->setObjectName(u"StatusBar"_s);
+    statusBar()->addWidget(m_panel, 1);
+
+    makeMenus();
+    connectCommands();
+    addShortcuts();
+    SetMenuBarString();
+}
+
+void MDIFormTop::makeMenus() {
+    QList<QMenu*> open; // the menus around the present row
+    for (const MenuRow& row : menuRows()) {
+        open.resize(row.depth);
+        const bool isSeparator = row.english.isEmpty();
+        const bool isMenu = !isSeparator && &row != &menuRows().back() && (&row + 1)->depth > row.depth;
+        if (isMenu) {
+            auto* menu = new QMenu(this);
+            menu->setObjectName(row.name);
+            if (row.name == "mnuContentsPopUp"_L1)
+                m_contentsPopUp = menu;
+            else if (open.isEmpty())
+                menuBar()->addMenu(menu);
+            else
+                open.last()->addMenu(menu);
+            m_actions.insert(row.name, menu->menuAction());
+            open.append(menu);
+            continue;
+        }
+        auto* action = new QAction(this);
+        action->setObjectName(row.name);
+        action->setSeparator(isSeparator);
+        open.last()->addAction(action);
+        m_actions.insert(row.name, action);
+    }
+}
+
+void MDIFormTop::SetMenuBarString() {
+    const MenuLanguage language =
+        menuLanguageOf(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kMenuLanguage));
+    for (const MenuRow& row : menuRows()) {
+        if (!row.english.isEmpty())
+            m_actions.value(row.name)->setText(captionOf(row, language));
+    }
+}
+
+void MDIFormTop::onCommand(const QString& name, std::function<void()> action) {
+    QAction* menuCommand = m_actions.value(name);
+    menuCommand->disconnect(this);
+    connect(menuCommand, &QAction::triggered, this,
+            [this, action = std::move(action)] { desktop::runCommand(m_context.desk, action); });
+}
+
+void MDIFormTop::tellNotYetThere(const QString& name) {
+    m_context.desk.message(platform::MessageKind::Plain,
+                           u"「%1」はまだ使えません。"_s.arg(plainCaption(command(name)->text())), u"Velloria"_s);
+}
+
+void MDIFormTop::setStatus(const QString& text) {
+    m_panel->setText(text);
+    m_panel->setToolTip(text.toHtmlEscaped());
+    QAccessibleEvent alert(m_panel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void MDIFormTop::popUpContentsMenu(const QPoint& globalPosition) {
+    offerDraft();
+    m_contentsPopUp->popup(globalPosition);
+}
+
+} // namespace velloria::shell

@@ -1,0 +1,98 @@
+// The main window: the frame of editor, calendar and browser, with the menus and the status bar.
+#pragma once
+
+#include "core/keys.h"
+#include "desktop/context.h"
+#include "shell/menu_table.h"
+#include "site/save_html.h"
+
+#include <QAction>
+#include <QHash>
+#include <QMainWindow>
+
+#include <functional>
+
+class QLabel;
+class QMenu;
+
+namespace velloria::shell {
+
+class MDIFormTop : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MDIFormTop(desktop::Context& context);
+
+    /// The part of the start that has windows, behind the session's: this window at its place, the calendar, the
+    /// arrangement, what the optional files beside the program switch on and off. A failure on the way is told and the
+    /// rest goes on.
+    void completeStart();
+
+    /// Captions in the language of the settings.
+    void SetMenuBarString();
+
+    /// Sends the browser to the maker's home page and blog.
+    void Click_FormAboutLabel();
+    void Click_Zelkova();
+
+    /// The first panel of the status bar.
+    void setStatus(const QString& text);
+
+    /// The menu of the panes, at this place of the screen.
+    void popUpContentsMenu(const QPoint& globalPosition);
+
+    /// A command or menu by its fixed name; null for a name that the menus do not have.
+    QAction* command(const QString& name) const { return m_actions.value(name); }
+
+    /// Mouse messages of an icon in the notification area, which the program does not install: each comes as a position
+    /// of so many pixels, in twips.
+    void Picture1_MouseMove(qint32 xTwips);
+
+    /// Says that a command is still to come.
+    void tellNotYetThere(const QString& name);
+
+    /// What is unsaved in the editor goes to the draft.
+    void keepDraft();
+    /// The machine wants the program to end: the draft is kept, nobody is asked.
+    void endWithoutQuestions();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void makeMenus();
+    void addShortcuts();
+    void connectCommands();
+    void connectFileCommands();
+    void connectDiaryCommands();
+    void connectToolCommands();
+    void connectWindowCommands();
+    void connectPopUpCommands();
+    void onCommand(const QString& name, std::function<void()> action);
+    void offerDraft();
+
+    void restoreFrame();
+    void enableUpdater();
+    void showOptionalParts();
+    void hideCommands(const QStringList& names);
+
+    void saveHtml(site::Outcome (site::SaveHtml::*save)());
+    void flushHistory(const QString& question, const QString& fileName, void (MDIFormTop::*reload)());
+    void reloadAddresses();
+    void reloadWords();
+    void mnuVellMemo();
+    void MnuVellInfo();
+    void showVersion(const QString& fileName);
+    void showManual(const QString& fileName);
+    void navigateToMaker(const core::Key& key);
+
+    void finish();
+
+    desktop::Context& m_context;
+    QHash<QString, QAction*> m_actions;
+    QMenu* m_contentsPopUp = nullptr;
+    QAction* m_restoreDraft = nullptr;
+    QLabel* m_panel = nullptr;
+    bool m_isClosing = false;
+};
+
+} // namespace velloria::shell

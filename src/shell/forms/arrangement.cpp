@@ -1,0 +1,136 @@
+#include "shell/forms/arrangement.h"
+
+#include "browser/forms/frmBrowser.h"
+#include "core/keys.h"
+#include "desktop/twips.h"
+#include "desktop/window_place.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/directory.h"
+
+#include <QMdiArea>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+namespace {
+
+using desktop::toTwips;
+
+// In twips, for every system but one whose frames were thinner and which this program does not run on.
+constexpr qint32 kEditorTop = 3250;
+constexpr qint32 kEditorWidth = 4185;
+constexpr qint32 kBelowEditor = 3260;
+constexpr qint32 kBesideBrowser = 4225;
+
+/// Places of a child window by `place`; what it does not tell, or tells as a size of nothing, by `standard`.
+QRect geometryOf(const desktop::WindowPlace& place, const desktop::WindowPlace& standard) {
+    const auto size = [](std::optional<qint32> value, std::optional<qint32> standardValue) {
+        return desktop::fromTwips(value.value_or(0) > 0 ? *value : standardValue.value_or(0));
+    };
+    return {desktop::fromTwips(place.left.value_or(standard.left.value_or(0))),
+            desktop::fromTwips(place.top.value_or(standard.top.value_or(0))), size(place.width, standard.width),
+            size(place.height, standard.height)};
+}
+
+/// The area without its scroll bars, so that its inner size is the one that the arranged windows will fill: each bar
+/// makes the other one needed, and both would stay.
+class WithoutScrollBars {
+public:
+    explicit WithoutScrollBars(QMdiArea& area)
+        : m_area(area) {
+        setPolicy(Qt::ScrollBarAlwaysOff);
+    }
+    ~WithoutScrollBars() { setPolicy(Qt::ScrollBarAsNeeded); }
+    WithoutScrollBars(const WithoutScrollBars&) = delete;
+    WithoutScrollBars& operator=(const WithoutScrollBars&) = delete;
+
+private:
+    void setPolicy(Qt::ScrollBarPolicy policy) {
+        m_area.setHorizontalScrollBarPolicy(policy);
+        m_area.setVerticalScrollBarPolicy(policy);
+    }
+
+    QMdiArea& m_area;
+};
+
+struct StandardPlaces {
+    desktop::WindowPlace editor;
+    desktop::WindowPlace browser;
+};
+
+StandardPlaces standardPlaces(const QSize& inner) {
+    const qint32 height = toTwips(inner.height());
+    const qint32 width = toTwips(inner.width());
+    return {{kEditorTop, 0, std::max(0, height - kBelowEditor), kEditorWidth},
+            {0, kEditorWidth, height, std::max(0, width - kBesideBrowser)}};
+}
+
+} // namespace
+
+void Arrangement::mnuStandard() {
+    arrange({}, {}, {});
+}
+
+void Arrangement::mnuLoadWndPos() {
+    const QString& ini = m_context.session.DiaryIniFile;
+    arrange(desktop::readPlace(ini, core::keys::kCalender), desktop::readPlace(ini, core::keys::kDiaryEditer),
+            desktop::readPlace(ini, core::keys::kBrowser));
+}
+
+void Arrangement::arrange(const desktop::WindowPlace& calendarPlace, const desktop::WindowPlace& editorPlace,
+                          const desktop::WindowPlace& browserPlace) {
+    auto& calendar = m_context.windows.get<editor::frmCalender>();
+    auto& contents = m_context.windows.get<editor::frmContents>();
+    auto& browser = m_context.windows.get<browser::frmBrowser>();
+    const WithoutScrollBars filled(*m_context.mdi);
+    const StandardPlaces standard = standardPlaces(m_context.mdi->viewport()->size());
+    browser.place(geometryOf(browserPlace, standard.browser));
+    contents.place(geometryOf(editorPlace, standard.editor));
+    calendar.place({geometryOf(calendarPlace, {}).topLeft(), calendar.normalPlace().size()});
+    browser.showChild();
+    contents.showChild();
+    calendar.showChild();
+    showStartPage();
+}
+
+void Arrangement::mnuSaveWndPos() {
+    const QString& ini = m_context.session.DiaryIniFile;
+    desktop::WindowPlace calendar = desktop::placeOf(m_context.windows.get<editor::frmCalender>().normalPlace());
+    calendar.height.reset();
+    calendar.width.reset();
+    desktop::writePlace(ini, core::keys::kCalender, calendar);
+    desktop::writePlace(ini, core::keys::kDiaryEditer,
+                        desktop::placeOf(m_context.windows.get<editor::frmContents>().normalPlace()));
+    desktop::writePlace(ini, core::keys::kBrowser,
+                        desktop::placeOf(m_context.windows.get<browser::frmBrowser>().normalPlace()));
+}
+
+void Arrangement::MnuVertical() {
+    QList<QMdiSubWindow*> visible;
+    for (QMdiSubWindow* window : m_context.mdi->subWindowList()) {
+        if (window->isVisible() && !window->isMinimized())
+            visible += window;
+    }
+    std::stable_sort(visible.begin(), visible.end(),
+                     [](const QMdiSubWindow* a, const QMdiSubWindow* b) { return a->x() < b->x(); });
+    const WithoutScrollBars filled(*m_context.mdi);
+    const QSize inner = m_context.mdi->viewport()->size();
+    int left = 0;
+    for (qsizetype i = 0; i < visible.size(); ++i) {
+        const int right = int(inner.width() * (i + 1) / visible.size());
+        if (visible[i]->isMaximized())
+            visible[i]->showNormal();
+        visible[i]->setGeometry(left, 0, right - left, inner.height());
+        left = right;
+    }
+}
+
+void Arrangement::showStartPage() {
+    const QString preview = m_context.session.DataPath + u"tmp.htm"_s;
+    m_context.desk.navigate(platform::fileExists(preview) ? preview : m_context.session.MyPath + u"SimpleManual.mht"_s);
+}
+
+} // namespace velloria::shell

@@ -1,0 +1,49 @@
+#include "shell/forms/desktop_start.h"
+
+#include "core/keys.h"
+#include "core/path_names.h"
+#include "desktop/command.h"
+#include "shell/forms/frmLogin.h"
+#include "shell/forms/MDIFormTop.h"
+#include "shell/forms/StartForm.h"
+#include "shell/users.h"
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+namespace {
+
+/// Nothing when the window was cancelled.
+std::optional<Login> askLogin(const QString& home) {
+    frmLogin window(core::ReadIni(core::withSeparator(home) + u"velluser.ini"_s, core::keys::kPreviousUser));
+    window.exec();
+    return window.IsOK ? std::optional(Login{window.UID, window.Password}) : std::nullopt;
+}
+
+} // namespace
+
+StartResult startDesktop(desktop::Context& context, const QString& home) {
+    std::optional<Login> login;
+    if (Users(core::withSeparator(home)).exist()) {
+        login = askLogin(home);
+        if (!login)
+            return StartResult::Ended;
+    }
+    Startup startup(context.session, context.desk, context.clock);
+    if (startup.enter(home, login) == StartResult::Ended)
+        return StartResult::Ended;
+    desktop::runCommand(context.desk, [&] {
+        if (core::ReadIniIntDef(context.session.DiaryIniFile, core::keys::kShowStartUpForm, 0) != 1)
+            return;
+        context.windows.get<StartForm>().show();
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
+    if (startup.prepare() == StartResult::Ended)
+        return StartResult::Ended;
+    context.windows.get<MDIFormTop>().completeStart();
+    return StartResult::Ready;
+}
+
+} // namespace velloria::shell

@@ -1,0 +1,165 @@
+// How the main window comes up and goes down.
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "core/keys.h"
+#include "desktop/command.h"
+#include "desktop/window_place.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/directory.h"
+#include "publish/forms/frmProgress.h"
+#include "shell/forms/arrangement.h"
+#include "shell/forms/MDIFormTop.h"
+#include "shell/forms/StartForm.h"
+#include "shell/shutdown.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QScreen>
+#include <QShortcut>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::shell {
+namespace {
+
+constexpr QSize kFirstSize(1024, 720);
+
+} // namespace
+
+void MDIFormTop::completeStart() {
+    const core::Session& session = m_context.session;
+    const auto step = [this](const std::function<void()>& action) { desktop::runCommand(m_context.desk, action); };
+    m_context.desk.pointer(platform::Pointer::Hourglass);
+    if (session.IsLogin)
+        setWindowTitle(windowTitle() + u" [User:"_s + session.UserID + u']');
+    step([this] { restoreFrame(); });
+    step([this] {
+        auto& calendar = m_context.windows.get<editor::frmCalender>();
+        calendar.showChild();
+        calendar.showDay(QDate::fromString(m_context.session.EnterDay, u"yyyy/MM/dd"_s));
+    });
+    step([this] {
+        if (!m_context.session.IsLogin)
+            return; // the last end of this user's run took the preview away
+        const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
+        site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
+        m_context.desk.pointer(platform::Pointer::Hourglass);
+    });
+    step([this] {
+        const qint16 position = core::ReadIniIntDef(m_context.session.DiaryIniFile, core::keys::kWindowPosition, 0);
+        if (position == 1)
+            Arrangement(m_context).mnuStandard();
+        else if (position == 2)
+            Arrangement(m_context).mnuLoadWndPos();
+    });
+    step([this] { enableUpdater(); });
+    m_context.windows.unload<StartForm>();
+    m_context.desk.pointer(platform::Pointer::Default);
+    SetMenuBarString();
+    showOptionalParts();
+    if (m_context.windows.get<editor::frmContents>().hasDraft())
+        m_context.desk.status(
+            u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s);
+}
+
+void MDIFormTop::restoreFrame() {
+    const QString& ini = m_context.session.DiaryIniFile;
+    resize(kFirstSize.boundedTo(screen()->availableSize()));
+    desktop::restorePlace(*this, desktop::readPlace(ini, core::keys::kParentForm));
+    qint16 isMaximized = 0;
+    desktop::runCommand(m_context.desk,
+                        [&] { isMaximized = core::ReadIniIntDef(ini, core::keys::kWindowMaximize, 0); });
+    if (isMaximized == 1)
+        showMaximized();
+    else
+        show();
+    // The arrangement needs the area at the size that it has on the screen.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void MDIFormTop::enableUpdater() {
+    const QString file = platform::existingPath(m_context.session.MyPath + u"update.txt"_s);
+    command(u"MnuVellUpdater"_s)
+        ->setEnabled(platform::fileExists(file) && core::ReadIniIntDef(file, core::keys::kUpdated, 0) != 1);
+}
+
+void MDIFormTop::showOptionalParts() {
+    const core::Session& session = m_context.session;
+    command(u"mnuVellMemo"_s)->setEnabled(platform::fileExists(session.MyPath + u"VellMemo.exe"_s));
+    if (!session.IsLarkportDll)
+        hideCommands({u"MnuMTExport"_s, u"MnuMTImport"_s, u"MnuLarkportDll"_s});
+    if (!session.IsWrenportDll)
+        hideCommands({u"MnuHTNExport"_s, u"MnuHTNImport"_s, u"MnuWrenportDll"_s});
+    if (!session.IsVellInfoDll)
+        hideCommands({u"MnuVellInfo"_s, u"MnuVellInfoDll"_s});
+    if (!session.IsChimerDll)
+        hideCommands({u"MnuPING"_s, u"MnuChimerDll"_s});
+    if (session.IsLarkportDll || session.IsWrenportDll)
+        hideCommands({u"MnuImportNoFunction"_s});
+    if (session.IsLarkportDll || session.IsWrenportDll || session.IsVellInfoDll || session.IsChimerDll)
+        hideCommands({u"MnuNoPlugin"_s});
+}
+
+void MDIFormTop::hideCommands(const QStringList& names) {
+    for (const QString& name : names)
+        command(name)->setVisible(false);
+}
+
+void MDIFormTop::addShortcuts() {
+    command(u"MnuAddDiary"_s)->setShortcut(QKeySequence(u"Ctrl+N"_s));
+    command(u"MnuSaveDiary"_s)->setShortcut(QKeySequence(u"Ctrl+S"_s));
+    command(u"MnuFindDiary"_s)->setShortcut(QKeySequence(u"Ctrl+F"_s));
+    command(u"MnuExit"_s)->setShortcut(QKeySequence(u"Ctrl+Q"_s));
+    command(u"MnuManual"_s)->setShortcut(QKeySequence(u"F1"_s));
+    const auto add = [this](const QString& keys, auto action) {
+        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this,
+                [this, action] { desktop::runCommand(m_context.desk, action); });
+    };
+    add(u"Ctrl+P"_s, [this] { m_context.windows.get<editor::frmContents>().Btn5Click_ToolBar(); });
+    add(u"Ctrl+F6"_s, [this] { m_context.mdi->activateNextSubWindow(); });
+    add(u"Ctrl+Shift+F6"_s, [this] { m_context.mdi->activatePreviousSubWindow(); });
+}
+
+void MDIFormTop::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (m_isClosing)
+        return; // a box of the question below is open
+    m_isClosing = true;
+    const auto* contents = m_context.windows.find<editor::frmContents>();
+    const bool mayClose = !contents || m_context.windows.get<editor::frmContents>().confirmClose();
+    m_isClosing = false;
+    if (!mayClose)
+        return;
+    event->accept();
+    finish();
+}
+
+void MDIFormTop::finish() {
+    const core::Session& session = m_context.session;
+    if (session.IsLogin)
+        desktop::runCommand(m_context.desk, [&] { removeGeneratedPages(session); });
+    if (!isMaximized() && !isMinimized())
+        desktop::writePlace(session.DiaryIniFile, core::keys::kParentForm, desktop::placeOf({pos(), size()}));
+    if (auto* contents = m_context.windows.find<editor::frmContents>())
+        contents->dropDraft();
+    m_context.windows.unload<browser::frmPrevDiaryViewer>();
+    m_context.windows.unload<publish::frmProgress>();
+    // Unloading keeps what they hold for the next time: the selected blog, histories and search site.
+    m_context.windows.unload<editor::frmCalender>();
+    m_context.windows.unload<browser::frmBrowser>();
+    QCoreApplication::exit();
+}
+
+void MDIFormTop::keepDraft() {
+    if (auto* contents = m_context.windows.find<editor::frmContents>())
+        contents->keepDraft();
+}
+
+void MDIFormTop::endWithoutQuestions() {
+    keepDraft();
+    QCoreApplication::exit();
+}
+
+} // namespace velloria::shell

@@ -1,0 +1,34 @@
+// The menus of the main window: their names, order and captions in both languages.
+#pragma once
+
+#include <QLatin1StringView>
+#include <QString>
+#include <QStringView>
+
+#include <span>
+
+namespace velloria::shell {
+
+enum class MenuLanguage { Japanese, English };
+
+/// One row of the menu tree, in order.
+struct MenuRow {
+    int depth;              ///< 0 in the bar, 1 in its menu, 2 in a submenu
+    QLatin1StringView name; ///< object name of the command or menu
+    QStringView english;    ///< "" for a separator
+    QStringView japanese;   ///< the same as `english` where the caption never changes
+};
+
+/// All rows. The last menu, `mnuContentsPopUp`, is not in the bar: the panes pop it up.
+std::span<const MenuRow> menuRows();
+
+/// "English" is English; every other value of key `MenuLanguage` is Japanese.
+MenuLanguage menuLanguageOf(const QString& setting);
+
+/// The caption in this language, "&" in front of its key.
+QString captionOf(const MenuRow& row, MenuLanguage language);
+
+/// A caption without its key: "ファイル(&F)" and "&File" give "ファイル" and "File".
+QString plainCaption(const QString& caption);
+
+} // namespace velloria::shell

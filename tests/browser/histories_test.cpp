@@ -1,0 +1,128 @@
+#include "browser/histories.h"
+
+#include "browser/browser_keys.h"
+#include "support/test_home.h"
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+using namespace velloria::browser;
+
+namespace velloria::tests {
+namespace {
+
+class HistoryFiles : public TestHome {
+protected:
+    void turnOn(const core::Key& key) { core::WriteIni(session.DiaryIniFile, key, u"1"_s); }
+    QString addressFile() const { return session.UserPath + u"URLHist.txt"_s; }
+    QString wordFile() const { return session.UserPath + u"FindHist.txt"_s; }
+    Histories histories() const { return Histories(session); }
+};
+
+TEST_F(HistoryFiles, AreNeitherReadNorWrittenUnlessTheyAreKept) {
+    writeFile(addressFile(), "a\r\n");
+    writeFile(wordFile(), "b\r\n");
+    EXPECT_EQ(histories().addresses(), QStringList());
+    EXPECT_EQ(histories().words(), QStringList());
+    histories().keepAddresses({u"x"_s});
+    histories().keepWords({u"y"_s});
+    EXPECT_EQ(bytesOf(addressFile()), "a\r\n");
+    EXPECT_EQ(bytesOf(wordFile()), "b\r\n");
+}
+
+TEST_F(HistoryFiles, ReadByOneKeyAreWrittenByTheOther) {
+    writeFile(addressFile(), "a\r\n");
+    writeFile(wordFile(), "b\r\n");
+    turnOn(keys::kUrlHistory);
+    EXPECT_EQ(histories().addresses(), QStringList{u"a"_s});
+    EXPECT_EQ(histories().words(), QStringList());
+    histories().keepAddresses({u"x"_s});
+    histories().keepWords({u"y"_s});
+    EXPECT_EQ(bytesOf(addressFile()), "a\r\n");
+    EXPECT_EQ(bytesOf(wordFile()), "y\r\n");
+}
+
+TEST_F(HistoryFiles, ReadByTheOtherKeyAreWrittenByTheOne) {
+    writeFile(addressFile(), "a\r\n");
+    writeFile(wordFile(), "b\r\n");
+    turnOn(keys::kFindHistory);
+    EXPECT_EQ(histories().addresses(), QStringList());
+    EXPECT_EQ(histories().words(), QStringList{u"b"_s});
+    histories().keepAddresses({u"x"_s});
+    histories().keepWords({u"y"_s});
+    EXPECT_EQ(bytesOf(addressFile()), "x\r\n");
+    EXPECT_EQ(bytesOf(wordFile()), "b\r\n");
+}
+
+TEST_F(HistoryFiles, OfAKeyThatIsNoOneAreOff) {
+    for (const QString& value : {u"0"_s, u"2"_s, u"-1"_s, u""_s, u"x"_s, u"99999"_s}) {
+        core::WriteIni(session.DiaryIniFile, keys::kUrlHistory, value);
+        writeFile(addressFile(), "a\r\n");
+        EXPECT_EQ(histories().addresses(), QStringList()) << value.toStdString();
+    }
+}
+
+TEST_F(HistoryFiles, AreReadToThirtyLinesAndWrittenWhole) {
+    turnOn(keys::kUrlHistory);
+    turnOn(keys::kFindHistory);
+    QByteArray lines;
+    for (int i = 1; i <= 31; ++i)
+        lines += QByteArray::number(i) + "\r\n";
+    writeFile(addressFile(), lines);
+    const QStringList read = histories().addresses();
+    ASSERT_EQ(read.size(), 30);
+    EXPECT_EQ(read.first(), u"1"_s);
+    EXPECT_EQ(read.last(), u"30"_s);
+    histories().keepAddresses(read + QStringList{u"x"_s, u"y"_s});
+    EXPECT_EQ(bytesOf(addressFile()).count('\n'), 32);
+    EXPECT_TRUE(bytesOf(addressFile()).endsWith("30\r\nx\r\ny\r\n"));
+}
+
+TEST_F(HistoryFiles, KeepAnEmptyLineAndEndWithEitherLineEnd) {
+    turnOn(keys::kFindHistory);
+    writeFile(wordFile(), "\r\na\nab");
+    EXPECT_EQ(histories().words(), (QStringList{u""_s, u"a"_s, u"ab"_s}));
+}
+
+TEST_F(HistoryFiles, StayAsTheyAreForAnEmptyList) {
+    turnOn(keys::kUrlHistory);
+    turnOn(keys::kFindHistory);
+    writeFile(addressFile(), "a\r\n");
+    histories().keepAddresses({});
+    histories().keepWords({});
+    EXPECT_EQ(bytesOf(addressFile()), "a\r\n");
+    EXPECT_FALSE(exists(wordFile()));
+}
+
+TEST_F(HistoryFiles, HoldWhatTheCodePageLacks) {
+    turnOn(keys::kUrlHistory);
+    turnOn(keys::kFindHistory);
+    const QStringList words{u"日記"_s, u"café"_s, u"😀"_s};
+    histories().keepWords(words);
+    EXPECT_EQ(bytesOf(wordFile()), "\x93\xFA\x8B\x4C\r\ncaf&#233;\r\n&#128512;\r\n");
+    EXPECT_EQ(histories().words(), words);
+}
+
+TEST_F(HistoryFiles, OfAHundredThousandLinesGiveThirty) {
+    turnOn(keys::kUrlHistory);
+    writeFile(addressFile(), QByteArray("line\r\n").repeated(100000));
+    EXPECT_EQ(histories().addresses().size(), 30);
+}
+
+TEST_F(HistoryFiles, WithoutALineEndAreReadToAMebibyte) {
+    turnOn(keys::kUrlHistory);
+    writeFile(addressFile(), QByteArray(5 * 1024 * 1024, 'x'));
+    ASSERT_EQ(histories().addresses().size(), 1);
+    EXPECT_LE(histories().addresses().front().size(), 1024 * 1024);
+}
+
+TEST_F(HistoryFiles, ThatCantBeReadOrWrittenStopNobody) {
+    turnOn(keys::kUrlHistory);
+    turnOn(keys::kFindHistory);
+    ASSERT_TRUE(QDir().mkdir(addressFile()));
+    EXPECT_EQ(histories().addresses(), QStringList());
+    EXPECT_NO_THROW(histories().keepAddresses({u"a"_s}));
+}
+
+} // namespace
+} // namespace velloria::tests

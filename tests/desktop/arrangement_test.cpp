@@ -1,0 +1,157 @@
+#include "browser/forms/frmBrowser.h"
+#include "core/ini.h"
+#include "core/keys.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/file_write.h"
+#include "support/desktop_home.h"
+
+#include <QMdiArea>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class Arrangement : public DesktopHome {
+protected:
+    Arrangement() { showTop(); }
+
+    desktop::MdiChild& calendar() { return context.windows.get<editor::frmCalender>(); }
+    desktop::MdiChild& contents() { return context.windows.get<editor::frmContents>(); }
+    desktop::MdiChild& browser() { return context.windows.get<browser::frmBrowser>(); }
+    QSize inner() const { return context.mdi->viewport()->size(); }
+    void press(const QString& name) {
+        top().command(name)->trigger();
+        settle();
+    }
+    QString stored(QLatin1StringView section, const QString& key) {
+        return core::ReadIni(session.DiaryIniFile, section, key);
+    }
+};
+
+TEST_F(Arrangement, StandardPutsTheEditorBelowTheCalendarAndTheBrowserBeside) {
+    const QSize size = inner();
+    press(u"mnuStandard"_s);
+    EXPECT_EQ(calendar().pos(), QPoint(0, 0));
+    EXPECT_EQ(contents().geometry(), QRect(0, 217, 279, size.height() - 217));
+    EXPECT_EQ(browser().geometry(), QRect(279, 0, size.width() - 282, size.height()));
+    for (const desktop::MdiChild* child : {&calendar(), &contents(), &browser()})
+        EXPECT_TRUE(child->isVisible());
+}
+
+TEST_F(Arrangement, StandardFitsTheAreaWithoutScrolling) {
+    press(u"mnuStandard"_s);
+    EXPECT_FALSE(context.mdi->horizontalScrollBar()->isVisible());
+    EXPECT_FALSE(context.mdi->verticalScrollBar()->isVisible());
+    EXPECT_LE(calendar().height(), 217);
+    EXPECT_LE(calendar().width(), 279);
+    EXPECT_GE(calendar().height(), 200);
+}
+
+TEST_F(Arrangement, StaysWhenTheStatusPanelGetsItsFirstText) {
+    press(u"mnuStandard"_s);
+    top().setStatus(u"Webページ表示完了！"_s);
+    settle();
+    EXPECT_FALSE(context.mdi->verticalScrollBar()->isVisible());
+}
+
+TEST_F(Arrangement, FillsTheAreaAlsoWhereItScrolledBefore) {
+    press(u"mnuStandard"_s);
+    browser().move(2000, 2000);
+    settle();
+    ASSERT_TRUE(context.mdi->horizontalScrollBar()->isVisible());
+    for (const QString& name : {u"mnuStandard"_s, u"MnuVertical"_s}) {
+        browser().move(2000, 2000);
+        settle();
+        press(name);
+        EXPECT_FALSE(context.mdi->horizontalScrollBar()->isVisible()) << name.toStdString();
+        EXPECT_FALSE(context.mdi->verticalScrollBar()->isVisible()) << name.toStdString();
+        EXPECT_GE(browser().geometry().right(), inner().width() - 4) << name.toStdString();
+    }
+}
+
+TEST_F(Arrangement, ShowsThePreviewOrElseTheShortManual) {
+    press(u"mnuStandard"_s);
+    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.MyPath + u"SimpleManual.mht"_s});
+    writeFile(session.DataPath + u"tmp.htm"_s, "page");
+    press(u"mnuStandard"_s);
+    EXPECT_EQ(desk.texts(u"navigate"_s).last(), session.DataPath + u"tmp.htm"_s);
+}
+
+TEST_F(Arrangement, IsKeptAndRestored) {
+    press(u"mnuStandard"_s);
+    calendar().move(10, 20);
+    contents().setGeometry(30, 40, 300, 310);
+    browser().setGeometry(50, 60, 400, 410);
+    press(u"mnuSaveWndPos"_s);
+    EXPECT_EQ(stored(core::keys::kCalender, u"Top"_s), u"300"_s);
+    EXPECT_EQ(stored(core::keys::kCalender, u"Left"_s), u"150"_s);
+    EXPECT_EQ(stored(core::keys::kCalender, u"Width"_s), u""_s);
+    EXPECT_EQ(stored(core::keys::kDiaryEditer, u"Height"_s), u"4650"_s);
+    EXPECT_EQ(stored(core::keys::kBrowser, u"Width"_s), u"6000"_s);
+    press(u"mnuStandard"_s);
+    press(u"mnuLoadWndPos"_s);
+    EXPECT_EQ(calendar().pos(), QPoint(10, 20));
+    EXPECT_EQ(contents().geometry(), QRect(30, 40, 300, 310));
+    EXPECT_EQ(browser().geometry(), QRect(50, 60, 400, 410));
+}
+
+TEST_F(Arrangement, WhatWasNeverKeptTakesTheStandard) {
+    const QSize size = inner();
+    press(u"mnuLoadWndPos"_s);
+    EXPECT_EQ(contents().geometry(), QRect(0, 217, 279, size.height() - 217));
+    EXPECT_EQ(browser().geometry(), QRect(279, 0, size.width() - 282, size.height()));
+}
+
+TEST_F(Arrangement, ASizeOfNothingTakesTheStandardOfThatWindowAlone) {
+    const QSize size = inner();
+    press(u"mnuStandard"_s);
+    contents().setGeometry(0, 0, 300, 310);
+    browser().setGeometry(0, 0, 400, 410);
+    press(u"mnuSaveWndPos"_s);
+    for (const QString& nothing : {u"0"_s, u"-15"_s}) {
+        core::WriteIni(session.DiaryIniFile, u"Browser"_s, u"Height"_s, nothing);
+        press(u"mnuLoadWndPos"_s);
+        EXPECT_EQ(browser().geometry(), QRect(0, 0, 400, size.height())) << nothing.toStdString();
+        EXPECT_EQ(contents().geometry(), QRect(0, 0, 300, 310));
+    }
+}
+
+TEST_F(Arrangement, AMaximisedChildIsKeptAtItsNormalPlace) {
+    press(u"mnuStandard"_s);
+    const QRect before = browser().geometry();
+    browser().showMaximized();
+    settle();
+    press(u"mnuSaveWndPos"_s);
+    EXPECT_EQ(stored(core::keys::kBrowser, u"Width"_s), QString::number(before.width() * 15));
+    press(u"mnuLoadWndPos"_s);
+    EXPECT_FALSE(browser().isMaximized());
+    EXPECT_EQ(browser().geometry(), before);
+}
+
+TEST_F(Arrangement, VerticalMakesColumnsOfWhatIsSeen) {
+    press(u"mnuStandard"_s);
+    press(u"MnuVertical"_s);
+    const QSize size = inner();
+    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 3, size.height()));
+    EXPECT_EQ(contents().x(), calendar().geometry().right() + 1);
+    EXPECT_EQ(browser().geometry().right(), size.width() - 1);
+    contents().close();
+    press(u"MnuVertical"_s);
+    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 2, size.height()));
+    EXPECT_FALSE(contents().isVisible());
+}
+
+TEST_F(Arrangement, AClosedWindowComesBackWithWhatItHeld) {
+    press(u"mnuStandard"_s);
+    calendar().close();
+    EXPECT_FALSE(calendar().isVisible());
+    press(u"MnuCalender"_s);
+    EXPECT_TRUE(calendar().isVisible());
+    EXPECT_TRUE(calendar().widget()->isVisible());
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,72 @@
+// The main window with the browser in it, and words to show pages and look at them.
+#pragma once
+
+#include "browser/forms/frmBrowser.h"
+#include "browser/forms/web_page.h"
+#include "support/desktop_home.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QWebEngineView>
+
+namespace velloria::tests {
+
+constexpr int kPageTimeoutMs = 30000;
+
+/// Fixture. Pages lie in the data folder.
+class BrowserHome : public DesktopHome {
+protected:
+    BrowserHome() { showTop(); }
+    ~BrowserHome() override {
+        context.windows.closeAll();
+        QTest::qWait(50); // the engine writes its files behind the last page, and the folder is removed next
+    }
+
+    browser::frmBrowser& browser() { return context.windows.get<browser::frmBrowser>(); }
+
+    QString pagePath(const QString& name) const { return session.DataPath + name; }
+    void writePage(const QString& name, const QByteArray& bytes) const { writeFile(pagePath(name), bytes); }
+
+    /// Navigates and waits until the page is shown.
+    void open(const QString& address) {
+        browser().bDocumentComplete = false;
+        browser().Navigate(address);
+        waitForDocument();
+    }
+    void waitForDocument() {
+        ASSERT_TRUE(QTest::qWaitFor([this] { return browser().bDocumentComplete; }, kPageTimeoutMs));
+    }
+
+    static QWebEngineView& viewOf(QWidget& window) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<QWebEngineView*>() != nullptr; }, kPageTimeoutMs));
+        return control<QWebEngineView>(window, QStringLiteral("WebBrowser"));
+    }
+
+    /// What a script gives in the page.
+    static QVariant run(QWidget& window, const QString& script) {
+        QVariant result;
+        bool isDone = false;
+        viewOf(window).page()->runJavaScript(script, [&](const QVariant& value) {
+            result = value;
+            isDone = true;
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone; }, kPageTimeoutMs));
+        return result;
+    }
+    static QString textOf(QWidget& window) { return run(window, QStringLiteral("document.body.innerText")).toString(); }
+
+    /// Waits until a script in the page gives true.
+    static bool becomesTrue(QWidget& window, const QString& script) {
+        return QTest::qWaitFor([&] { return run(window, script).toBool(); }, kPageTimeoutMs);
+    }
+
+    QComboBox& box(const QString& name) { return control<QComboBox>(browser(), name); }
+    static QStringList entriesOf(const QComboBox& box) {
+        QStringList entries;
+        for (int i = 0; i < box.count(); ++i)
+            entries += box.itemText(i);
+        return entries;
+    }
+};
+
+} // namespace velloria::tests

@@ -1,0 +1,191 @@
+#include "desktop/browser_home.h"
+
+#include <QProcess>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+/// A web of this machine: answers what it is told to answer, and nothing else.
+class SmallWeb : public QObject {
+public:
+    SmallWeb() {
+        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+        connect(&m_server, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* socket = m_server.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { answer(*socket); });
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        });
+    }
+
+    QString address(const QString& path = u"/"_s) const {
+        return u"http://127.0.0.1:%1%2"_s.arg(m_server.serverPort()).arg(path);
+    }
+
+    QMap<QByteArray, QByteArray> pages;                 ///< by path; what is missing is answered with 404
+    QByteArray headers = "Content-Type: text/html\r\n"; ///< of every page
+    QList<QByteArray> asked;                            ///< the paths, in order
+
+private:
+    void answer(QTcpSocket& socket) {
+        const QList<QByteArray> words = socket.readAll().split(' ');
+        if (words.size() < 2)
+            return;
+        asked += words[1];
+        const bool isThere = pages.contains(words[1]);
+        const QByteArray body = isThere ? pages[words[1]] : "<title>missing</title>nobody here";
+        socket.write((isThere ? QByteArray("HTTP/1.1 200 OK\r\n") : QByteArray("HTTP/1.1 404 Not Found\r\n")) +
+                     headers + "Content-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" +
+                     body);
+        socket.disconnectFromHost();
+    }
+
+    QTcpServer m_server;
+};
+
+class BrowserRights : public BrowserHome {
+protected:
+    QByteArray fileAddress(const QString& name) const { return QUrl::fromLocalFile(pagePath(name)).toEncoded(); }
+
+    SmallWeb web;
+};
+
+// A red picture of one pixel.
+const QByteArray kPicture = QByteArray::fromBase64("R0lGODdhAQABAIAAAP8AAAAAACwAAAAAAQABAAACAkQBADs=");
+
+TEST_F(BrowserRights, LetALocalPageShowPicturesOfTheWeb) {
+    web.headers = "Content-Type: image/gif\r\n";
+    web.pages["/a.gif"] = kPicture;
+    writePage(u"tmp.htm"_s, "<img id=\"picture\" src=\"" + web.address(u"/a.gif"_s).toLatin1() + "\">");
+    open(pagePath(u"tmp.htm"_s));
+    EXPECT_EQ(run(browser(), u"document.getElementById('picture').naturalWidth"_s).toInt(), 1);
+}
+
+TEST_F(BrowserRights, LetALocalPageShowItsFrames) {
+    writePage(u"left.htm"_s, "left");
+    writePage(u"right.htm"_s, "right");
+    writePage(u"tmp.htm"_s, "<frameset cols=\"50%,50%\"><frame src=\"left.htm\"><frame src=\"right.htm\"></frameset>");
+    open(pagePath(u"tmp.htm"_s));
+    EXPECT_TRUE(becomesTrue(browser(), u"window.frames.length == 2"_s));
+}
+
+TEST_F(BrowserRights, KeepAPageOfTheWebFromTheDisk) {
+    writeFile(pagePath(u"secret.gif"_s), kPicture);
+    writePage(u"secret.htm"_s, "<title>secret</title>secret");
+    web.pages["/"] = "<title>web</title><img id=\"picture\" src=\"" + fileAddress(u"secret.gif"_s) +
+                     "\"><iframe id=\"frame\" src=\"" + fileAddress(u"secret.htm"_s) +
+                     "\"></iframe><a id=\"link\" href=\"" + fileAddress(u"secret.htm"_s) +
+                     "\">go</a><a id=\"blank\" target=\"_blank\" href=\"" + fileAddress(u"secret.htm"_s) +
+                     "\">go</a><script>var fetched = 'none';"
+                     "fetch('" +
+                     fileAddress(u"secret.htm"_s) +
+                     "').then(() => { fetched = 'yes'; }).catch(() => { fetched = 'no'; });</script>";
+    open(web.address());
+    EXPECT_TRUE(becomesTrue(browser(), u"fetched == 'no'"_s));
+    EXPECT_EQ(run(browser(), u"document.getElementById('picture').naturalWidth"_s).toInt(), 0);
+    for (const QString& way :
+         {u"document.getElementById('link').click()"_s, u"document.getElementById('blank').click()"_s,
+          u"location.href = document.getElementById('link').href"_s,
+          u"window.open(document.getElementById('link').href)"_s}) {
+        run(browser(), way);
+        QTest::qWait(200);
+        EXPECT_EQ(run(browser(), u"document.title"_s).toString(), u"web"_s) << way.toStdString();
+    }
+}
+
+TEST_F(BrowserRights, BringNewWindowsIntoThisOne) {
+    web.pages["/"] = "first <a id=\"blank\" target=\"_blank\" href=\"/second\">go</a>";
+    web.pages["/second"] = "second";
+    web.pages["/third"] = "third";
+    open(web.address());
+    browser().bDocumentComplete = false;
+    run(browser(), u"document.getElementById('blank').click()"_s);
+    waitForDocument();
+    EXPECT_EQ(textOf(browser()), u"second"_s);
+    browser().bDocumentComplete = false;
+    run(browser(), u"window.open('/third'); 0"_s);
+    waitForDocument();
+    EXPECT_EQ(textOf(browser()), u"third"_s);
+}
+
+TEST_F(BrowserRights, TellAPageThatIsNotFound) {
+    open(web.address(u"/gone"_s));
+    EXPECT_EQ(browser().LocationName(), u"missing"_s);
+    EXPECT_EQ(browser().windowTitle(), u"Browser / missing"_s);
+}
+
+TEST_F(BrowserRights, RefuseWhatAPageAsksLeaveFor) {
+    web.pages["/"] =
+        "<script>var answer = 'none'; Notification.requestPermission().then(a => { answer = a; });</script>";
+    open(web.address());
+    EXPECT_TRUE(becomesTrue(browser(), u"answer == 'denied'"_s));
+}
+
+TEST_F(BrowserRights, AskForThePlaceOfADownload) {
+    web.headers = "Content-Type: application/octet-stream\r\nContent-Disposition: attachment; filename=a.bin\r\n";
+    web.pages["/a.bin"] = "bytes";
+    desk.answers = {path(u"saved.bin"_s)};
+    browser().Navigate(web.address(u"/a.bin"_s));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return exists(path(u"saved.bin"_s)); }, kPageTimeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return panel().startsWith(u"ファイル "_s); }, kPageTimeoutMs));
+    EXPECT_EQ(bytesOf(path(u"saved.bin"_s)), "bytes");
+    EXPECT_EQ(panel(), u"ファイル %1 を保存しました。"_s.arg(path(u"saved.bin"_s)));
+    EXPECT_FALSE(browser().bDocumentComplete);
+}
+
+TEST_F(BrowserRights, DropADownloadWithoutAPlace) {
+    web.headers = "Content-Type: application/octet-stream\r\n";
+    web.pages["/a.bin"] = "bytes";
+    desk.answers = {QJsonValue()};
+    browser().Navigate(web.address(u"/a.bin"_s));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return desk.answers.isEmpty() || !desk.texts(u"file"_s).isEmpty(); }, kPageTimeoutMs));
+    QTest::qWait(200);
+    EXPECT_FALSE(browser().bDocumentComplete);
+}
+
+TEST_F(BrowserRights, BringBoxesOfScriptsToTheDesk) {
+    web.pages["/"] = "page";
+    open(web.address());
+    desk.answers = {u"yes"_s};
+    EXPECT_TRUE(run(browser(), u"alert('<b>text'); confirm('sure?')"_s).toBool());
+    EXPECT_EQ(boxes(), (QStringList{u"plain: <b>text"_s, u"question: sure?"_s}));
+}
+
+TEST_F(BrowserRights, ShowNoPageOfAHostThatProvesNothing) {
+    const QString key = path(u"key.pem"_s);
+    const QString certificate = path(u"certificate.pem"_s);
+    QProcess openssl;
+    openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, key,
+                                 u"-out"_s, certificate, u"-subj"_s, u"/CN=somebody"_s});
+    ASSERT_TRUE(openssl.waitForFinished());
+    ASSERT_EQ(openssl.exitCode(), 0);
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setLocalCertificate(QSslCertificate(bytesOf(certificate)));
+    configuration.setPrivateKey(QSslKey(bytesOf(key), QSsl::Rsa));
+    QSslServer server;
+    server.setSslConfiguration(configuration);
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    open(u"https://127.0.0.1:%1/"_s.arg(server.serverPort()));
+    EXPECT_EQ(browser().LocationName(), u"証明書のエラー"_s);
+    EXPECT_EQ(browser().LocationURL(), u"https://127.0.0.1:%1/"_s.arg(server.serverPort()));
+    EXPECT_TRUE(textOf(browser()).contains(u"127.0.0.1 の証明書が信頼できない"_s));
+}
+
+TEST_F(BrowserRights, KeepCookiesInTheUsersFolder) {
+    web.headers = "Content-Type: text/html\r\nSet-Cookie: a=b; Max-Age=100000\r\n";
+    web.pages["/"] = "page";
+    open(web.address());
+    EXPECT_EQ(run(browser(), u"document.cookie"_s).toString(), u"a=b"_s);
+    EXPECT_TRUE(exists(session.UserPath + u"Browser"_s));
+}
+
+} // namespace
+} // namespace velloria::tests

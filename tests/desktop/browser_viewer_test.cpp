@@ -1,0 +1,168 @@
+#include "desktop/browser_home.h"
+
+#include "browser/forms/frmGetImg.h"
+#include "browser/forms/frmHTMLBrowser.h"
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "core/ini.h"
+#include "desktop/twips.h"
+#include "site/same_day_page.h"
+
+#include <QPushButton>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+using namespace velloria::browser;
+
+namespace velloria::tests {
+namespace {
+
+class Viewer : public BrowserHome {
+protected:
+    frmPrevDiaryViewer& viewer() { return context.windows.get<frmPrevDiaryViewer>(); }
+    bool isOpen() { return context.windows.find<frmPrevDiaryViewer>() != nullptr; }
+
+    void show(const QString& name) {
+        viewer().show();
+        viewer().Navigate(pagePath(name));
+        EXPECT_TRUE(becomesTrue(viewer(), u"document.readyState == 'complete' && location.protocol == 'file:'"_s));
+    }
+    void showPage(const QByteArray& bytes) {
+        writePage(u"oldtmp.htm"_s, bytes);
+        show(u"oldtmp.htm"_s);
+    }
+    void click(const QString& element) { run(viewer(), element + u".click()"_s); }
+    bool closes() {
+        return QTest::qWaitFor([this] { return !isOpen(); }, kPageTimeoutMs);
+    }
+    QString place(const QString& section, const QString& key) {
+        return core::ReadIni(session.DiaryIniFile, section, key);
+    }
+};
+
+TEST_F(Viewer, IsCalledPastDiaries) {
+    EXPECT_EQ(viewer().windowTitle(), u"過去の日記"_s);
+    EXPECT_EQ(context.windows.get<frmHTMLBrowser>().windowTitle(), u"MiniBrowser"_s);
+}
+
+TEST_F(Viewer, IsClosedByALinkOfAnyCase) {
+    for (const char* address : {"EVENT:CLOSE", "event:close", "Event:Close"}) {
+        showPage("<a id=\"link\" href=\"" + QByteArray(address) + "\">close</a>");
+        click(u"document.getElementById('link')"_s);
+        EXPECT_TRUE(closes()) << address;
+    }
+}
+
+TEST_F(Viewer, StaysForEveryOtherEvent) {
+    showPage("still here <a id=\"link\" href=\"EVENT:OTHER\">other</a>");
+    click(u"document.getElementById('link')"_s);
+    QTest::qWait(500);
+    ASSERT_TRUE(isOpen());
+    EXPECT_TRUE(viewer().isVisible());
+    EXPECT_TRUE(textOf(viewer()).startsWith(u"still here"_s));
+}
+
+TEST_F(Viewer, IsClosedByTheButtonOfTheProgramsOwnPage) {
+    write(u"2003/05/06"_s, u"last year"_s);
+    site::MakeSameDayPage(session, diary(), pagePath(u"oldtmp.htm"_s), session.EnterDay);
+    show(u"oldtmp.htm"_s);
+    EXPECT_TRUE(textOf(viewer()).contains(u"last year"_s));
+    click(u"document.getElementsByName('Close')[0]"_s);
+    EXPECT_TRUE(closes());
+}
+
+TEST_F(Viewer, OpensTheWebInTheBrowserWindow) {
+    showPage("<a id=\"link\" href=\"http://127.0.0.1:1/x\">web</a><a id=\"blank\" target=\"_blank\" "
+             "href=\"http://127.0.0.1:1/y\">web</a>");
+    click(u"document.getElementById('link')"_s);
+    waitForDocument();
+    EXPECT_EQ(browser().LocationURL(), u"http://127.0.0.1:1/x"_s);
+    EXPECT_TRUE(browser().isVisible());
+    browser().bDocumentComplete = false;
+    click(u"document.getElementById('blank')"_s);
+    waitForDocument();
+    EXPECT_EQ(browser().LocationURL(), u"http://127.0.0.1:1/y"_s);
+    EXPECT_TRUE(textOf(viewer()).contains(u"web"_s));
+}
+
+TEST_F(Viewer, ReadsItsPageAnew) {
+    showPage("old");
+    writePage(u"oldtmp.htm"_s, "new");
+    viewer().Navigate(pagePath(u"oldtmp.htm"_s));
+    EXPECT_TRUE(becomesTrue(viewer(), u"document.body.innerText == 'new'"_s));
+}
+
+TEST_F(Viewer, StartsAtItsOwnSizeAndKeepsAnother) {
+    EXPECT_EQ(viewer().size(), QSize(480, 600));
+    viewer().show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer()));
+    viewer().setGeometry(30, 40, 500, 400);
+    settle();
+    viewer().close();
+    EXPECT_TRUE(closes());
+    EXPECT_EQ(place(u"PrevDiaryViewer"_s, u"Left"_s), u"450"_s);
+    EXPECT_EQ(place(u"PrevDiaryViewer"_s, u"Top"_s), u"600"_s);
+    EXPECT_EQ(place(u"PrevDiaryViewer"_s, u"Width"_s), u"7500"_s);
+    EXPECT_EQ(place(u"PrevDiaryViewer"_s, u"Height"_s), u"6000"_s);
+    EXPECT_EQ(viewer().size(), QSize(500, 400));
+    EXPECT_EQ(viewer().pos(), QPoint(30, 40));
+}
+
+TEST_F(Viewer, IsKeptWhenTheProgramEnds) {
+    viewer().resize(300, 200);
+    context.windows.unload<frmPrevDiaryViewer>();
+    EXPECT_EQ(place(u"PrevDiaryViewer"_s, u"Width"_s), u"4500"_s);
+}
+
+TEST_F(Viewer, OfTheCustomizeDialogKeepsItsWidth) {
+    for (const QString& width : {u""_s, u"0"_s, u"-5"_s}) {
+        core::WriteIni(session.DiaryIniFile, u"miniBrowser"_s, u"Width"_s, width);
+        EXPECT_EQ(context.windows.get<frmHTMLBrowser>().width(), 600);
+        context.windows.unload<frmHTMLBrowser>();
+    }
+    EXPECT_EQ(place(u"miniBrowser"_s, u"Width"_s), u"9000"_s);
+    context.windows.get<frmHTMLBrowser>().resize(400, 300);
+    context.windows.unload<frmHTMLBrowser>();
+    EXPECT_EQ(place(u"miniBrowser"_s, u"Width"_s), u"6000"_s);
+    EXPECT_EQ(context.windows.get<frmHTMLBrowser>().width(), 400);
+}
+
+class ImageChoice : public DesktopHome {
+protected:
+    QTreeWidget& list() { return control<QTreeWidget>(dialog, u"ListView1"_s); }
+    void check(int row) { list().topLevelItem(row)->setCheckState(0, Qt::Checked); }
+    bool isChecked(int row) { return list().topLevelItem(row)->checkState(0) == Qt::Checked; }
+    void click(const QString& button) { control<QPushButton>(dialog, button).click(); }
+
+    frmGetImg dialog{context};
+};
+
+TEST_F(ImageChoice, TakesThreeImagesAndNoFourth) {
+    writeFile(session.DataPath + u"b.gif"_s, "x");
+    dialog.fill(u"<IMG SRC=a.gif><IMG SRC=b.gif><IMG SRC=c.gif><IMG SRC=d.gif>"_s);
+    ASSERT_EQ(list().topLevelItemCount(), 4);
+    EXPECT_EQ(list().topLevelItem(0)->text(2), QString());
+    EXPECT_EQ(list().topLevelItem(1)->text(2), u"OK"_s);
+    for (const int row : {3, 1, 0, 2})
+        check(row);
+    EXPECT_FALSE(isChecked(2));
+    EXPECT_TRUE(isChecked(3));
+    click(u"Btn_OK"_s);
+    EXPECT_EQ(dialog.Result, u"OK"_s);
+    EXPECT_EQ(dialog.Images1, session.DataPath + u"a.gif"_s);
+    EXPECT_EQ(dialog.Images2, session.DataPath + u"b.gif"_s);
+    EXPECT_EQ(dialog.Images3, session.DataPath + u"d.gif"_s);
+}
+
+TEST_F(ImageChoice, TellsHowItWasLeft) {
+    dialog.fill(u"<IMG SRC=a.gif>"_s);
+    check(0);
+    click(u"Btn_Close"_s);
+    EXPECT_EQ(dialog.Result, u"Cancel"_s);
+    click(u"Btn_End"_s);
+    EXPECT_EQ(dialog.Result, u"Exit"_s);
+    dialog.close();
+    EXPECT_EQ(dialog.Images1, QString());
+}
+
+} // namespace
+} // namespace velloria::tests

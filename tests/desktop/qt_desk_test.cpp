@@ -1,0 +1,132 @@
+#include "desktop/qt_desk.h"
+
+#include "desktop/yes_no_box.h"
+#include "platform/failure.h"
+#include "support/desktop_home.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QtTest/qtestspontaneevent.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using platform::MessageKind;
+
+class QtDesk : public ::testing::Test {
+protected:
+    QtDesk() {
+        desk.beforeBox = [this] { ++boxes; };
+        desk.showStatus = [this](const QString& text) { status = text; };
+        desk.showPage = [this](const QString& address) { page = address; };
+    }
+
+    desktop::QtDesk desk;
+    int boxes = 0;
+    QString status;
+    QString page;
+};
+
+TEST_F(QtDesk, ShowsPlainTextInABoxOfItsKind) {
+    const struct {
+        MessageKind kind;
+        QMessageBox::Icon icon;
+    } cases[] = {{MessageKind::Critical, QMessageBox::Critical},
+                 {MessageKind::Exclamation, QMessageBox::Warning},
+                 {MessageKind::Information, QMessageBox::Information},
+                 {MessageKind::Plain, QMessageBox::NoIcon}};
+    for (const auto& c : cases) {
+        whenShown<QMessageBox>([&](QMessageBox& box) {
+            EXPECT_EQ(box.icon(), c.icon);
+            EXPECT_EQ(box.text(), u"<B>a\nb"_s);
+            EXPECT_EQ(box.textFormat(), Qt::PlainText);
+            EXPECT_EQ(box.windowTitle(), u"日記作成"_s);
+            EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+            box.accept();
+        });
+        desk.message(c.kind, u"<B>a\r\nb"_s, u"日記作成"_s);
+    }
+    EXPECT_EQ(boxes, 4);
+}
+
+TEST_F(QtDesk, AQuestionHasNoWayAroundItsAnswer) {
+    whenShown<desktop::YesNoBox>([](desktop::YesNoBox& box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Question);
+        EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Yes));
+        QTest::keyClick(&box, Qt::Key_Escape);
+        QCloseEvent close;
+        QSpontaneKeyEvent::setSpontaneous(&close);
+        qApp->notify(&box, &close);
+        EXPECT_TRUE(box.isVisible());
+        EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    EXPECT_TRUE(desk.ask(u"保存しますか？"_s, u"Velloria"_s));
+    whenShown<desktop::YesNoBox>([](desktop::YesNoBox& box) { box.button(QMessageBox::No)->click(); });
+    EXPECT_FALSE(desk.ask(u"保存しますか？"_s, u"Velloria"_s));
+}
+
+TEST_F(QtDesk, AFileDialogMatchesInEveryCase) {
+    const QTemporaryDir folder;
+    whenShown<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), u"日記の書き出し..."_s);
+        EXPECT_EQ(dialog.nameFilters().size(), 1);
+        EXPECT_TRUE(dialog.nameFilters().first().endsWith(u"(*.htm *.HTM *html *HTML)"_s));
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(dialog.directory(), QDir(folder.path()));
+        dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(u"d"_s);
+        static_cast<QDialog&>(dialog).accept();
+    });
+    EXPECT_EQ(desk.choosePath({platform::PathMode::Save, u"日記の書き出し..."_s,
+                               u"HTML Files(*.htm;*.html)|*.htm;*html|"_s, folder.path()}),
+              folder.filePath(u"d"_s));
+    whenShown<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(desk.choosePath({platform::PathMode::Open, {}, {}, folder.path()}), std::nullopt);
+}
+
+TEST(FileFilter, IsPairsOfTextAndPatterns) {
+    const auto filters = desktop::parseFilter(u"HTML Files(*.htm;*.html)|*.htm;*html|ALL Files(*.*)|*.*"_s);
+    ASSERT_EQ(filters.size(), 2);
+    EXPECT_EQ(filters[0].label, u"HTML Files(*.htm;*.html)"_s);
+    EXPECT_EQ(filters[0].patterns, (QStringList{u"*.htm"_s, u"*html"_s}));
+    EXPECT_EQ(filters[1].patterns, QStringList{u"*.*"_s});
+    EXPECT_EQ(desktop::parseFilter({}).size(), 0);
+    EXPECT_EQ(desktop::parseFilter(u"half"_s).size(), 0);
+}
+
+TEST_F(QtDesk, AFailureGivesThePointerBackAndStandsOnThePanel) {
+    QMainWindow window;
+    desk.setMainWindow(&window);
+    desk.pointer(platform::Pointer::Hourglass);
+    EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Critical);
+        EXPECT_EQ(box.windowTitle(), u"Velloria"_s);
+        EXPECT_TRUE(box.text().contains(u"/x/y"_s));
+        box.accept();
+    });
+    desk.failure(platform::Failure(u"保存できません。"_s, u"/x/y"_s, u"no space"_s));
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_TRUE(status.startsWith(u"エラー：保存できません。"_s));
+}
+
+TEST_F(QtDesk, HandsPagesAndProgressOn) {
+    desk.navigate(u"/a/tmp.htm#2004/05/06"_s);
+    EXPECT_EQ(page, u"/a/tmp.htm#2004/05/06"_s);
+    desk.progress(u"2004/05"_s, 3, 12);
+    EXPECT_EQ(status, u"2004/05 (3/12)"_s);
+}
+
+} // namespace
+} // namespace velloria::tests

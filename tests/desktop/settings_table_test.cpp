@@ -1,0 +1,106 @@
+#include "desktop/settings_table.h"
+
+#include "convert/password_text.h"
+#include "support/desktop_home.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRadioButton>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using core::Key;
+
+class SettingsTable : public FactoryHome {
+protected:
+    SettingsTable() {
+        combo.setEditable(true);
+        table.rows = {
+            {&check, Key{section, QLatin1StringView("Check")}, {}, {}},
+            {&text, Key{section, QLatin1StringView("Text")}, u"12"_s, {}},
+            {&secret,
+             Key{section, QLatin1StringView("Secret")},
+             {},
+             {convert::DecryptPassword, convert::EncryptPassword}},
+            {&combo, Key{section, QLatin1StringView("Combo")}, {}, {}},
+            {desktop::Choice{{{&japanese, u"Japanese"_s}, {&english, u"English"_s}}},
+             Key{section, QLatin1StringView("Language")},
+             {},
+             {}},
+        };
+        table.onChange([this] { ++changes; });
+    }
+    QString stored(const QString& key) const { return core::ReadIni(file, section, key); }
+    void store(const QString& key, const QString& value) const { core::WriteIni(file, section, key, value); }
+
+    const QLatin1StringView section{"S"};
+    const QString file = path(u"a.ini"_s);
+    QWidget group;
+    QCheckBox check;
+    QLineEdit text;
+    QLineEdit secret;
+    QComboBox combo;
+    QRadioButton japanese{&group};
+    QRadioButton english{&group};
+    desktop::SettingsTable table;
+    int changes = 0;
+};
+
+TEST_F(SettingsTable, ShowsWhatTheFileHolds) {
+    store(u"Check"_s, u"1"_s);
+    store(u"Secret"_s, u"dcb"_s);
+    store(u"Combo"_s, u"free"_s);
+    store(u"Language"_s, u"English"_s);
+    table.load(file);
+    EXPECT_TRUE(check.isChecked());
+    EXPECT_EQ(text.text(), u"12"_s);
+    EXPECT_EQ(secret.text(), u"abc"_s);
+    EXPECT_EQ(combo.currentText(), u"free"_s);
+    EXPECT_TRUE(english.isChecked());
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(SettingsTable, ACheckIsOnForOneAlone) {
+    for (const QString& value : {u"0"_s, u"2"_s, u"x"_s, u""_s}) {
+        check.setChecked(true);
+        store(u"Check"_s, value);
+        table.load(file);
+        EXPECT_FALSE(check.isChecked()) << value.toStdString();
+    }
+}
+
+TEST_F(SettingsTable, AnUnknownChoiceLeavesAllOffAndTheFileAsItIs) {
+    japanese.setChecked(true);
+    store(u"Language"_s, u"Klingon"_s);
+    table.load(file);
+    EXPECT_FALSE(japanese.isChecked());
+    EXPECT_FALSE(english.isChecked());
+    table.apply(file);
+    EXPECT_EQ(stored(u"Language"_s), u"Klingon"_s);
+}
+
+TEST_F(SettingsTable, TellsEachChangeOfSomebody) {
+    table.load(file);
+    check.click();
+    text.setText(u"13"_s);
+    combo.setEditText(u"b"_s);
+    english.click();
+    EXPECT_EQ(changes, 4);
+}
+
+TEST_F(SettingsTable, WritesWhatIsShown) {
+    table.load(file);
+    check.setChecked(true);
+    text.setText(u"13"_s);
+    secret.setText(u"abc"_s);
+    japanese.setChecked(true);
+    table.apply(file);
+    EXPECT_EQ(bytesOf(file), "[S]\r\nCheck=1\r\nText=13\r\nSecret=dcb\r\nCombo=\r\nLanguage=Japanese\r\n");
+}
+
+} // namespace
+} // namespace velloria::tests

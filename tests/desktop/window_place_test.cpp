@@ -1,0 +1,61 @@
+#include "desktop/window_place.h"
+
+#include "desktop/twips.h"
+#include "support/desktop_home.h"
+
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class WindowPlace : public FactoryHome {
+protected:
+    const QLatin1StringView section{"ParentForm"};
+    const QString file = path(u"diary.ini"_s);
+};
+
+TEST_F(WindowPlace, IsFifteenTwipsToAPixel) {
+    EXPECT_EQ(desktop::toTwips(279), 4185);
+    EXPECT_EQ(desktop::fromTwips(3250), 217);
+    EXPECT_EQ(desktop::fromTwips(-8), -1);
+    EXPECT_EQ(desktop::fromTwips(57'600), 3840);
+}
+
+TEST_F(WindowPlace, IsReadIn32Bits) {
+    writeFile(file, "[ParentForm]\r\nTop=0\r\nLeft=-45000\r\nWidth=57600\r\nHeight=abc\r\n");
+    const desktop::WindowPlace place = desktop::readPlace(file, section);
+    EXPECT_EQ(place.top, 0);
+    EXPECT_EQ(place.left, -45'000);
+    EXPECT_EQ(place.width, 57'600);
+    EXPECT_EQ(place.height, 0);
+    EXPECT_EQ(desktop::readPlace(file, QLatin1StringView("Other")).top, std::nullopt);
+}
+
+TEST_F(WindowPlace, WritesWhatIsTold) {
+    desktop::WindowPlace place = desktop::placeOf(QRect(10, 20, 300, 400));
+    place.height.reset();
+    desktop::writePlace(file, section, place);
+    EXPECT_EQ(bytesOf(file), "[ParentForm]\r\nTop=300\r\nLeft=150\r\nWidth=4500\r\n");
+}
+
+TEST_F(WindowPlace, MovesAWindowOntoItsArea) {
+    const QRect area(0, 0, 1000, 800);
+    EXPECT_EQ(desktop::movedInto({-50, 900, 300, 200}, area), QRect(0, 600, 300, 200));
+    EXPECT_EQ(desktop::movedInto({10, 20, 3000, 2000}, area), area);
+    EXPECT_EQ(desktop::movedInto({10, 20, -5, 0}, area), QRect(10, 20, 1, 1));
+    EXPECT_EQ(desktop::movedInto({700, 500, 300, 300}, area), QRect(700, 500, 300, 300));
+}
+
+TEST_F(WindowPlace, BeyondEveryScreenComesBack) {
+    for (const qint32 far : {1'000'000'000, -1'000'000'000, 2'147'483'647}) {
+        QWidget window;
+        window.resize(300, 200);
+        desktop::restorePlace(window, {far, far, far, far});
+        EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry())) << far;
+    }
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,69 @@
+#include "shell/menu_table.h"
+
+#include "support/print.h"
+
+#include <gtest/gtest.h>
+
+#include <QSet>
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using shell::captionOf;
+using shell::MenuLanguage;
+using shell::menuRows;
+
+QString caption(const QString& name, MenuLanguage language) {
+    for (const shell::MenuRow& row : menuRows()) {
+        if (row.name == name)
+            return captionOf(row, language);
+    }
+    return u"no row "_s + name;
+}
+
+TEST(MenuTable, HasEachNameOnce) {
+    QSet<QString> names;
+    for (const shell::MenuRow& row : menuRows())
+        names.insert(row.name);
+    EXPECT_EQ(names.size(), qsizetype(menuRows().size()));
+    EXPECT_EQ(menuRows().size(), 103U);
+}
+
+TEST(MenuTable, HasItsSeparatorsInOrder) {
+    QStringList separators;
+    for (const shell::MenuRow& row : menuRows()) {
+        if (row.english.isEmpty())
+            separators += row.name;
+    }
+    EXPECT_EQ(separators.join(u' '),
+              u"mnuMinus7 MnuMinus9 MnuMinus1 MnuMinus mnuMinus8 MnuMinus12 MnuMinus10 MnuMinus15 MnuMinus18 "
+              "MnuMinus11 mnuMinus5 mnuMinus6 MnuMinus13 mnuMinus3 mnuMinus4 MnuMinus14 MnuMinus16 MnuMinus17 "
+              "MnuMinus19"_s);
+}
+
+TEST(MenuTable, KeepsItsOddCaptions) {
+    EXPECT_EQ(caption(u"MnuSaveDiary"_s, MenuLanguage::English), u"Save Diary(&U)"_s);
+    EXPECT_EQ(caption(u"MnuVellUpdater"_s, MenuLanguage::Japanese), u"&Velloria Updaterの起動"_s);
+    EXPECT_EQ(caption(u"MnuRefreshURLHist"_s, MenuLanguage::Japanese), u"&URL履歴の削除"_s);
+    EXPECT_EQ(caption(u"MnuMTExport"_s, MenuLanguage::Japanese), u"MovableTypeエクスポート"_s);
+    EXPECT_EQ(caption(u"MnuVellInfoBlog"_s, MenuLanguage::Japanese), u"Velloria情報"_s);
+    EXPECT_EQ(caption(u"MnuHP"_s, MenuLanguage::Japanese), u"Qorvin's HomePage"_s);
+    EXPECT_EQ(caption(u"mnuCopy"_s, MenuLanguage::English), u"コピー"_s);
+}
+
+TEST(MenuTable, TellsTheSameTwiceWhereTheToolMenusMeet) {
+    EXPECT_EQ(caption(u"MnuDiaryTools"_s, MenuLanguage::Japanese), caption(u"MnuTool"_s, MenuLanguage::Japanese));
+    EXPECT_EQ(caption(u"MnuSaveHTML_D"_s, MenuLanguage::English), caption(u"MnuSaveHTML"_s, MenuLanguage::English));
+}
+
+TEST(MenuTable, GivesCaptionsWithoutTheirKeys) {
+    EXPECT_EQ(shell::plainCaption(u"ファイル(&F)"_s), u"ファイル"_s);
+    EXPECT_EQ(shell::plainCaption(u"&File"_s), u"File"_s);
+    EXPECT_EQ(shell::plainCaption(u"Save HTML &As ..."_s), u"Save HTML As ..."_s);
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,43 @@
+#include "support/desktop_home.h"
+
+#include <QApplication>
+
+namespace velloria::tests {
+
+DesktopHome::DesktopHome()
+    : context{session, *clock, desk} {
+    // The clock may be replaced by startAt; the windows keep the one they were made with.
+    top();
+}
+
+DesktopHome::~DesktopHome() {
+    tidyUp(context, home);
+}
+
+void DesktopHome::showTop() {
+    top().resize(1100, 800);
+    top().show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&top()));
+    top().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+}
+
+QString DesktopHome::panel() const {
+    const QStringList texts = desk.texts(QStringLiteral("status"));
+    return texts.isEmpty() ? QString() : texts.last();
+}
+
+void tidyUp(desktop::Context& context, QTemporaryDir& home) {
+    context.windows.closeAll();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return home.remove(); }));
+    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
+    QApplication::exec();
+}
+
+void settle() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace velloria::tests

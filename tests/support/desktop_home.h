@@ -1,0 +1,59 @@
+// A started program folder with the main window, as a person sees it behind the start.
+#pragma once
+
+#include "desktop/context.h"
+#include "shell/forms/MDIFormTop.h"
+#include "support/test_home.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+namespace velloria::tests {
+
+/// Fixture: session and scripted desk of TestHome, the windows on a screen. An address that logic sends the browser to
+/// is an event ("navigate"); a test that wants the page goes on to the browser itself.
+class DesktopHome : public TestHome {
+protected:
+    DesktopHome();
+    ~DesktopHome() override;
+
+    shell::MDIFormTop& top() { return context.windows.get<shell::MDIFormTop>(); }
+
+    /// Shows the main window and waits until it takes keys.
+    void showTop();
+
+    /// The control of that object name below `window`; fails the test when there is none.
+    template <class Control>
+    static Control& control(const QWidget& window, const QString& name) {
+        auto* found = window.findChild<Control*>(name);
+        if (!found)
+            throw std::runtime_error("no control " + name.toStdString());
+        return *found;
+    }
+
+    /// The last text of the first status panel.
+    QString panel() const;
+
+    desktop::Context context;
+};
+
+/// Handles what is waiting, deferred deletes too.
+void settle();
+
+/// Closes the windows, removes the home once the browser engine has let it go, and forgets that a main window may have
+/// ended the program.
+void tidyUp(desktop::Context& context, QTemporaryDir& home);
+
+/// Runs `action` on the next modal window of this kind.
+template <typename Window, typename Action>
+void whenShown(Action action) {
+    QTimer::singleShot(20, [action] {
+        if (auto* window = qobject_cast<Window*>(QApplication::activeModalWidget()))
+            action(*window);
+        else
+            whenShown<Window>(action);
+    });
+}
+
+} // namespace velloria::tests
