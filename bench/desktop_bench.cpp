@@ -1,0 +1,89 @@
+// What somebody waits for in the windows: a day that opens, an entry that is saved and shown, a key in a long text.
+//
+//     scripts/with-display desktop_bench HOME DAY OTHER_DAY [OPTIONS OF GOOGLE BENCHMARK]
+//
+// HOME is a program folder with a diary in it; both days must have entries. The pages are written, the browser stays
+// out.
+#include "desktop/context.h"
+#include "desktop/text_pane.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/scripted_desk.h"
+#include "shell/forms/desktop_start.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QTextCursor>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::bench {
+namespace {
+
+/// Serves what the commands left waiting, drawing too, as a person would see it.
+void settle() {
+    QApplication::sendPostedEvents();
+    QApplication::processEvents();
+}
+
+void openDay(benchmark::State& state, desktop::Context& context, const QStringList& days) {
+    auto& calendar = context.windows.get<editor::frmCalender>();
+    qsizetype turn = 0;
+    for (auto _ : state) {
+        calendar.Calender_DateClick(QDate::fromString(days[turn++ % days.size()], u"yyyy/MM/dd"_s));
+        settle();
+    }
+}
+
+void saveAndPreview(benchmark::State& state, desktop::Context& context, const QString& day) {
+    context.windows.get<editor::frmCalender>().Calender_DateClick(QDate::fromString(day, u"yyyy/MM/dd"_s));
+    auto& contents = context.windows.get<editor::frmContents>();
+    for (auto _ : state)
+        contents.Btn5Click_ToolBar();
+}
+
+void typeInto(benchmark::State& state, desktop::Context& context, const QString& day) {
+    context.windows.get<editor::frmCalender>().Calender_DateClick(QDate::fromString(day, u"yyyy/MM/dd"_s));
+    auto& contents = context.windows.get<editor::frmContents>();
+    auto* pane = contents.findChild<desktop::TextPane*>(u"txtContents"_s);
+    const QString line = QString(79, u'あ') + u'\n';
+    pane->setPlainText(line.repeated(int(state.range(0)) / 80));
+    pane->moveCursor(QTextCursor::End);
+    settle();
+    for (auto _ : state) {
+        pane->insertPlainText(u"x"_s);
+        settle();
+    }
+}
+
+} // namespace
+} // namespace velloria::bench
+
+int main(int argc, char** argv) {
+    using namespace velloria;
+    benchmark::Initialize(&argc, argv);
+    const QApplication application(argc, argv);
+    const QStringList words = QApplication::arguments();
+    if (words.size() != 4) {
+        qCritical("usage: desktop_bench HOME DAY OTHER_DAY");
+        return 2;
+    }
+    core::Session session;
+    const platform::SystemClock clock;
+    platform::ScriptedDesk desk;
+    desktop::Context context{session, clock, desk};
+    if (shell::startDesktop(context, words[1]) == shell::StartResult::Ended)
+        return 1;
+    benchmark::RegisterBenchmark("openDay", bench::openDay, std::ref(context), words.mid(2))
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("saveAndPreview", bench::saveAndPreview, std::ref(context), words[2])
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("typeInto", bench::typeInto, std::ref(context), words[2])
+        ->Arg(2'000)
+        ->Arg(200'000)
+        ->Arg(2'000'000)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
