@@ -407,6 +407,14 @@ TEST_F(EditorWork, ADraftIsThereTwoSecondsAfterAChangeHoweverLongSomebodyTypes) 
     EXPECT_LT(timer.elapsed(), 2600);
 }
 
+TEST_F(EditorWork, ADraftIsWrittenWhenAnotherWindowIsTurnedTo) {
+    clickDay(6);
+    keys(title(), u"half"_s);
+    EXPECT_FALSE(exists(session.UserPath + u"draft.json"_s));
+    calendar().showChild();
+    EXPECT_TRUE(exists(session.UserPath + u"draft.json"_s));
+}
+
 TEST_F(EditorWork, ADraftHoldsEveryFieldAndIsTheOwnersAlone) {
     type(u"一"_s);
     clickTab(1);

@@ -11,7 +11,9 @@
 #include "shell/forms/MDIFormTop.h"
 #include "ui_frmContents.h"
 
+#include <QApplication>
 #include <QLayout>
+#include <QMdiArea>
 #include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QTabBar>
@@ -79,9 +81,21 @@ frmContents::frmContents(desktop::Context& context)
     m_draftTimer.setSingleShot(true);
     m_draftTimer.setInterval(kDraftDelayMs);
     connect(&m_draftTimer, &QTimer::timeout, this, &frmContents::keepDraft);
+    // Whoever turns to another window may well not come back.
+    connect(context.mdi, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow* window) {
+        if (window != this)
+            keepDraft();
+    });
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive)
+            keepDraft();
+    });
 }
 
-frmContents::~frmContents() = default;
+/// The window is still told that it is no longer the active one, when there are no controls left to keep a draft of.
+frmContents::~frmContents() {
+    ChangeYesNo = false;
+}
 
 void frmContents::makeToolBar() {
     auto* bar = new QToolBar;
