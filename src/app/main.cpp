@@ -15,6 +15,8 @@
 #include <QApplication>
 #include <QFileInfo>
 
+#include <cstdlib>
+
 namespace velloria {
 namespace {
 
@@ -26,6 +28,10 @@ void connectDesk(desktop::QtDesk& desk, desktop::Context& context) {
     desk.showStatus = [&context](const QString& text) {
         if (auto* top = context.windows.find<MDIFormTop>())
             top->setStatus(text);
+    };
+    desk.showNotice = [&context](const QString& text) {
+        if (auto* top = context.windows.find<MDIFormTop>())
+            top->setNotice(text);
     };
     desk.showPage = [&context](const QString& address) {
         context.windows.get<browser::frmBrowser>().Navigate(address);
@@ -48,7 +54,11 @@ int run(QApplication& application) {
         auto& top = context.windows.get<MDIFormTop>();
         desk.setMainWindow(&top);
         const app::Termination termination(
-            application, [&top] { top.keepDraft(); }, [&top] { top.endWithoutQuestions(); });
+            application, [&top] { top.keepDraft(); },
+            [&top] {
+                top.keepForTheEnd();
+                std::_Exit(0);
+            });
         return QApplication::exec();
     } catch (const platform::Failure& failure) {
         desk.failure(failure);

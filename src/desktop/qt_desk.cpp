@@ -38,10 +38,8 @@ QString nameFilterOf(const FileFilter& filter) {
         if (pattern.toUpper() != pattern)
             patterns += pattern.toUpper();
     }
-    // Parentheses within the label would be taken for the patterns.
-    QString label = filter.label;
-    label.replace(u'(', u'（').replace(u')', u'）');
-    return label + u" ("_s + patterns.join(u' ') + u')';
+    // Of the parentheses the last ones are the patterns, and these are hidden.
+    return filter.label + u" ("_s + patterns.join(u' ') + u')';
 }
 
 } // namespace
@@ -109,6 +107,11 @@ std::optional<QString> QtDesk::password(const QString& title) {
 void QtDesk::status(const QString& text) {
     if (showStatus)
         showStatus(text);
+}
+
+void QtDesk::notice(const QString& text) {
+    if (showNotice)
+        showNotice(text);
 }
 
 void QtDesk::pointer(platform::Pointer shape) {

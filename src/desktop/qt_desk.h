@@ -19,6 +19,7 @@ public:
     std::optional<QString> choosePath(const platform::PathRequest& request) override;
     std::optional<QString> password(const QString& title) override;
     void status(const QString& text) override;
+    void notice(const QString& text) override;
     void pointer(platform::Pointer shape) override;
     void progress(const QString& text, int value, int max) override;
     void navigate(const QString& url) override;
@@ -30,6 +31,7 @@ public:
     // What the program's windows do for the ports. Each may be left empty.
     std::function<void()> beforeBox; ///< runs ahead of every box and dialog: a splash picture must not cover it
     std::function<void(const QString&)> showStatus;
+    std::function<void(const QString&)> showNotice;
     std::function<void(const QString&)> showPage;
 
 private:

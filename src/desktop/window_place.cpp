@@ -28,8 +28,18 @@ constexpr PlaceKey kKeys[] = {
     {"Width"_L1, &WindowPlace::width},
 };
 
+constexpr QSize kLeastSize(200, 150);
+
 bool isSet(const std::optional<qint32>& value) {
     return value.value_or(0) != 0;
+}
+
+bool isSize(const std::optional<qint32>& value) {
+    return value.value_or(0) > 0;
+}
+
+bool placesWindowsItself() {
+    return QGuiApplication::platformName().startsWith("wayland"_L1);
 }
 
 } // namespace
@@ -53,12 +63,22 @@ WindowPlace placeOf(const QRect& geometry) {
     return {toTwips(geometry.top()), toTwips(geometry.left()), toTwips(geometry.height()), toTwips(geometry.width())};
 }
 
+WindowPlace placeOf(const QWidget& window, const QRect& geometry) {
+    WindowPlace place = placeOf(geometry);
+    if (window.isWindow() && placesWindowsItself()) {
+        place.top.reset();
+        place.left.reset();
+    }
+    return place;
+}
+
 void restorePlace(QWidget& window, const WindowPlace& place) {
     QRect geometry(window.pos(), window.size());
-    if (isSet(place.width))
+    if (isSize(place.width))
         geometry.setWidth(fromTwips(*place.width));
-    if (isSet(place.height))
+    if (isSize(place.height))
         geometry.setHeight(fromTwips(*place.height));
+    geometry.setSize(geometry.size().expandedTo(kLeastSize));
     if (isSet(place.left))
         geometry.moveLeft(fromTwips(*place.left));
     if (isSet(place.top))
@@ -70,7 +90,7 @@ void restorePlace(QWidget& window, const WindowPlace& place) {
         geometry = movedInto(geometry, screen->availableGeometry());
     window.resize(geometry.size());
     const bool isPlacedByUs = isSet(place.left) || isSet(place.top);
-    if (isPlacedByUs && !QGuiApplication::platformName().startsWith("wayland"_L1))
+    if (isPlacedByUs && !placesWindowsItself())
         window.move(geometry.topLeft());
 }
 

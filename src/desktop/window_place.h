@@ -29,8 +29,12 @@ void writePlace(const QString& iniFile, QLatin1StringView section, const WindowP
 /// The rectangle in pixels as a place in twips.
 WindowPlace placeOf(const QRect& geometry);
 
-/// Moves and sizes a top-level window by those values that are told and not 0, then moves it onto a screen that is
-/// there and cuts it down to its size. On Wayland, which places windows itself, the size alone.
+/// The same of a top-level window at that place. On Wayland, which tells no positions, the size alone.
+WindowPlace placeOf(const QWidget& window, const QRect& geometry);
+
+/// Moves and sizes a top-level window by those values that are told and not 0, and no size below it, then moves it onto
+/// a screen that is there and cuts it down to its size, but never to less than can be seen and grasped. On Wayland,
+/// which places windows itself, the size alone.
 void restorePlace(QWidget& window, const WindowPlace& place);
 
 /// `frame` moved, and cut down if need be, so that it lies within `area`.

@@ -38,6 +38,8 @@ public:
 
     /// The first panel of the status bar.
     virtual void status(const QString& text) = 0;
+    /// A line of that panel about something unusual, which the routine lines of the browser must not wipe out.
+    virtual void notice(const QString& text) { status(text); }
     virtual void pointer(Pointer shape) = 0;
     /// How far long work has come, on the one progress line.
     virtual void progress(const QString& text, int value, int max) = 0;

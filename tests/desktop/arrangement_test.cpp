@@ -153,5 +153,32 @@ TEST_F(Arrangement, AClosedWindowComesBackWithWhatItHeld) {
     EXPECT_TRUE(calendar().widget()->isVisible());
 }
 
+TEST_F(Arrangement, BringsBackWhatWasKeptOutOfReach) {
+    for (const QString& far : {u"2147483647"_s, u"-2147483648"_s, u"900000"_s, u"400000"_s}) {
+        for (const QString& section : {u"Calender"_s, u"DiaryEditer"_s, u"Browser"_s}) {
+            for (const QString& key : {u"Top"_s, u"Left"_s, u"Height"_s, u"Width"_s})
+                core::WriteIni(session.DiaryIniFile, section, key, far);
+        }
+        press(u"mnuLoadWndPos"_s);
+        const QRect area(QPoint(), inner());
+        for (const desktop::MdiChild* child : {&calendar(), &contents(), &browser()}) {
+            const QRect titleBar(child->pos(), QSize(child->width(), 20));
+            EXPECT_GE(titleBar.intersected(area).width(), 60) << far.toStdString();
+            EXPECT_EQ(titleBar.intersected(area).height(), 20) << far.toStdString();
+            EXPECT_LE(child->width(), 30'000);
+        }
+    }
+}
+
+TEST_F(Arrangement, LeavesAChildHalfOutsideWhereItWasKept) {
+    press(u"mnuStandard"_s);
+    browser().setGeometry(inner().width() - 100, 50, 600, 400);
+    const QRect kept = browser().geometry();
+    press(u"mnuSaveWndPos"_s);
+    press(u"mnuStandard"_s);
+    press(u"mnuLoadWndPos"_s);
+    EXPECT_EQ(browser().geometry(), kept);
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -297,5 +297,14 @@ TEST_F(Browser, SaysWhatItsButtonsDo) {
         EXPECT_FALSE(box(name).accessibleName().isEmpty()) << name.toStdString();
 }
 
+TEST_F(Browser, MayGoWhileItWaitsForAPage) {
+    writePage(u"a.htm"_s, "<HTML><a name=\"1\">1</a><a name=\"2\">2</a>");
+    open(pagePath(u"a.htm"_s) + u"#1"_s);
+    browser().Navigate(pagePath(u"a.htm"_s) + u"#2"_s);
+    context.windows.unload<browser::frmBrowser>(); // the engine answers its last question now
+    settle();
+    open(pagePath(u"a.htm"_s));
+}
+
 } // namespace
 } // namespace velloria::tests

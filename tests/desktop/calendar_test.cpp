@@ -328,5 +328,15 @@ TEST_F(Calendar, FitsAWindowOf279By214Pixels) {
     EXPECT_GE(month().cellOf({2004, 5, 6}).height(), month().fontMetrics().height());
 }
 
+TEST_F(Calendar, GoesAwayWithItsHighlightInAnotherMonth) {
+    month().setFocus();
+    QTest::keyClick(&month(), Qt::Key_PageDown);
+    settle();
+    ASSERT_TRUE(month().hasFocus());
+    context.windows.unload<editor::frmCalender>(); // it loses the focus on the way out
+    settle();
+    EXPECT_EQ(context.windows.find<editor::frmCalender>(), nullptr);
+}
+
 } // namespace
 } // namespace velloria::tests

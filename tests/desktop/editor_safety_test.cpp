@@ -568,5 +568,44 @@ TEST_F(EditorWork, AChangeOfALongTextIsQuick) {
     EXPECT_LT(timer.elapsed() / kChanges, 5);
 }
 
+TEST_F(EditorWork, ADraftComesBackAlsoWhenItsEntryIsSavedFirst) {
+    type(u"of the first run"_s);
+    contents().keepDraft();
+    context.windows.unload<editor::frmContents>(); // as after a kill
+    clickDay(6);
+    title().clear();
+    keys(title(), u"second"_s);
+    answer(u"yes"_s);
+    contents().restoreDraft();
+    EXPECT_EQ(pane().text(), u"of the first run"_s);
+    EXPECT_EQ(rows().first(), u"1second"_s);
+    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(exists(draftFile()));
+    EXPECT_FALSE(contents().hasDraft());
+}
+
+TEST_F(EditorWork, WhatIsHalfComposedIsInTheDraftOfTheEnd) {
+    clickDay(6);
+    keys(title(), u"t"_s);
+    clickPane();
+    compose(pane(), u"にっき"_s);
+    top().keepForTheEnd();
+    EXPECT_TRUE(QString::fromUtf8(bytesOf(draftFile())).contains(u"にっき"_s));
+}
+
+TEST_F(EditorWork, ANumberThatWasSavedToIsTheOneInTheCaption) {
+    writeDay({u"一"_s, u"二"_s});
+    clickDay(6);
+    keys(title(), u"x"_s);
+    combo(u"ComboGenre"_s).lineEdit()->setText(u"新しい"_s);
+    QFile::remove(session.DataPath + u"Genre.csv"_s);
+    QDir().mkpath(session.DataPath + u"Genre.csv"_s); // no list can be written there
+    answer(u"yes"_s);
+    ++expectedFailures;
+    pick(combo(u"ComboNumber"_s), 0);
+    EXPECT_EQ(contents().shownNumber(), 1);
+    EXPECT_TRUE(caption().startsWith(u"2004/05/06分の日記[1/"_s)) << caption().toStdString();
+}
+
 } // namespace
 } // namespace velloria::tests

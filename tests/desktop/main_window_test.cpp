@@ -230,5 +230,42 @@ TEST_F(MainWindow, ALongStatusDoesNotWidenIt) {
     EXPECT_EQ(control<QLabel>(top(), u"StatusPanel1"_s).text().size(), 2000);
 }
 
+TEST_F(MainWindow, ANoticeOutlastsWhatTheBrowserTells) {
+    showTop();
+    auto& shown = control<QLabel>(top(), u"StatusPanel1"_s);
+    top().setNotice(u"下書きがあります"_s);
+    top().setStatus(u"Webページ表示中..."_s);
+    top().setStatus(u"Webページ表示完了！"_s);
+    EXPECT_EQ(shown.text(), u"下書きがあります"_s);
+    top().setStatus(u"2004/05/06の日記を保存しました。"_s);
+    EXPECT_EQ(shown.text(), u"2004/05/06の日記を保存しました。"_s);
+    top().setNotice(u"もう一つ"_s);
+    QTest::keyClick(top().windowHandle(), Qt::Key_Shift);
+    top().setStatus(u"Webページ表示完了！"_s);
+    EXPECT_EQ(shown.text(), u"Webページ表示完了！"_s);
+}
+
+TEST_F(MainWindow, TakesItsShortcutsFromEveryWindow) {
+    showTop();
+    context.windows.get<editor::frmCalender>().showChild();
+    settle();
+    QTest::keyClick(top().windowHandle(), 'n', Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(context.windows.get<editor::frmContents>().windowTitle(), u"2004/05/06分の日記[1/1]"_s);
+    QTest::keyClick(top().windowHandle(), 'f', Qt::ControlModifier);
+    EXPECT_EQ(boxes(), QStringList{u"plain: 「日記を検索」はまだ使えません。"_s});
+    QTest::keyClick(top().windowHandle(), Qt::Key_F1);
+    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.MyPath + u"Manual.mht"_s});
+    QTest::keyClick(top().windowHandle(), 'w', Qt::ControlModifier);
+    EXPECT_TRUE(context.windows.get<editor::frmContents>().isVisible());
+    QTest::keyClick(top().windowHandle(), Qt::Key_F6);
+    EXPECT_TRUE(top().menuBar()->hasFocus());
+    QTest::keyClick(top().windowHandle(), Qt::Key_F6);
+    EXPECT_FALSE(top().menuBar()->hasFocus());
+    QTest::keyClick(top().windowHandle(), 'q', Qt::ControlModifier);
+    settle();
+    EXPECT_FALSE(top().isVisible());
+}
+
 } // namespace
 } // namespace velloria::tests

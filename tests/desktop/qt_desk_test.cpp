@@ -8,6 +8,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -82,7 +83,8 @@ TEST_F(QtDesk, AFileDialogMatchesInEveryCase) {
     whenShown<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"日記の書き出し..."_s);
         EXPECT_EQ(dialog.nameFilters().size(), 1);
-        EXPECT_TRUE(dialog.nameFilters().first().endsWith(u"(*.htm *.HTM *html *HTML)"_s));
+        EXPECT_EQ(dialog.nameFilters().first(), u"HTML Files(*.htm;*.html) (*.htm *.HTM *html *HTML)"_s);
+        EXPECT_EQ(dialog.findChild<QComboBox*>(u"fileTypeCombo"_s)->currentText(), u"HTML Files(*.htm;*.html)"_s);
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
         EXPECT_EQ(dialog.directory(), QDir(folder.path()));
         dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(u"d"_s);

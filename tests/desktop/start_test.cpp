@@ -287,7 +287,7 @@ TEST_F(DesktopEnd, ARefusedSaveKeepsTheProgram) {
 TEST_F(DesktopEnd, OfTheMachineKeepsTheDraftAndAsksNobody) {
     showTop();
     writeSomething(u"half"_s);
-    top().endWithoutQuestions();
+    top().keepForTheEnd();
     EXPECT_EQ(boxes(), QStringList());
     EXPECT_TRUE(exists(session.UserPath + u"draft.json"_s));
     EXPECT_EQ(modeOf(session.UserPath + u"draft.json"_s), 0600U);

@@ -106,6 +106,20 @@ class Program(ProgramTest):
             os.remove(self.draft)
             self.assertTrue(waits(lambda: not self.window()))
 
+    def test_a_signal_while_a_question_is_open_is_no_answer(self):
+        for keys in ("ctrl+n", "ctrl+q"):
+            program = self.show()
+            self.type_title()
+            self.assertTrue(waits(self.drafted, 10))
+            self.do("key", keys)
+            time.sleep(1)
+            program.terminate()
+            program.communicate(timeout=PATIENCE_SECONDS)
+            self.assertEqual(program.returncode, 0, keys)
+            self.assertTrue(self.drafted(), keys)
+            os.remove(self.draft)
+            self.assertTrue(waits(lambda: not self.window()))
+
     def test_without_a_screen_it_says_so(self):
         for variable in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
             self.enterContext(unittest.mock.patch.dict(os.environ))

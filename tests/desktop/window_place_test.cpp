@@ -54,6 +54,8 @@ TEST_F(WindowPlace, BeyondEveryScreenComesBack) {
         window.resize(300, 200);
         desktop::restorePlace(window, {far, far, far, far});
         EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry())) << far;
+        EXPECT_GE(window.width(), 200) << far;
+        EXPECT_GE(window.height(), 150) << far;
     }
 }
 

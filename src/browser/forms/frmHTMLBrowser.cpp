@@ -26,7 +26,7 @@ frmHTMLBrowser::frmHTMLBrowser(desktop::Context& context)
 }
 
 frmHTMLBrowser::~frmHTMLBrowser() {
-    desktop::WindowPlace place = desktop::placeOf(normalPlace());
+    desktop::WindowPlace place = desktop::placeOf(*this, normalPlace());
     place.height.reset();
     desktop::writePlace(m_context.session.DiaryIniFile, kSection, place);
 }

@@ -20,7 +20,7 @@ frmPrevDiaryViewer::frmPrevDiaryViewer(desktop::Context& context)
 }
 
 frmPrevDiaryViewer::~frmPrevDiaryViewer() {
-    desktop::writePlace(m_context.session.DiaryIniFile, kSection, desktop::placeOf(normalPlace()));
+    desktop::writePlace(m_context.session.DiaryIniFile, kSection, desktop::placeOf(*this, normalPlace()));
 }
 
 } // namespace velloria::browser

@@ -141,8 +141,8 @@ void WebPage::navigate(const QUrl& url) {
     // Where the mark alone differs the engine goes to it in the text that it has, and takes two loads at once for one.
     // What it answers to the script comes behind the first, and then the second reads the file anew.
     m_target = url;
-    runJavaScript(u"1"_s, QWebEngineScript::ApplicationWorld, [this](const QVariant&) {
-        if (!m_target.isEmpty())
+    runJavaScript(u"1"_s, QWebEngineScript::ApplicationWorld, [this, isAlive = m_isAlive](const QVariant&) {
+        if (*isAlive && !m_target.isEmpty())
             load(std::exchange(m_target, {}));
     });
 }
@@ -214,6 +214,11 @@ bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
     bool isYes = false;
     desktop::runCommand(m_desk, [&] { isYes = m_desk.ask(text, origin.host()); });
     return isYes;
+}
+
+/// A page has no text to ask for: it counts as cancelled.
+bool WebPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) {
+    return false;
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int, const QString&) {

@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <QWebEnginePage>
 
+#include <memory>
+
 class QWebEngineLoadingInfo;
 
 namespace velloria::browser {
@@ -22,6 +24,7 @@ class WebPage : public QWebEnginePage {
     Q_OBJECT
 public:
     WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webLinks, QObject* parent);
+    ~WebPage() override { *m_isAlive = false; }
 
     /// Loads the address anew, also when it is shown already or only its mark differs. An invalid one loads nothing.
     void navigate(const QUrl& url);
@@ -43,6 +46,7 @@ protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
     void javaScriptAlert(const QUrl& origin, const QString& text) override;
     bool javaScriptConfirm(const QUrl& origin, const QString& text) override;
+    bool javaScriptPrompt(const QUrl& origin, const QString& text, const QString& proposal, QString* answer) override;
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
                                   const QString& source) override;
 
@@ -60,6 +64,7 @@ private:
     QUrl m_shown;               ///< the address as it was last told
     QUrl m_target;              ///< to be loaded again once the page has gone to its mark
     bool m_isLoading = false;
+    const std::shared_ptr<bool> m_isAlive = std::make_shared<bool>(true); ///< for what the engine answers too late
 };
 
 } // namespace velloria::browser

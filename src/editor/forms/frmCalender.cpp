@@ -41,6 +41,7 @@ frmCalender::frmCalender(desktop::Context& context)
 }
 
 frmCalender::~frmCalender() {
+    ui->Calender->disconnect(this); // it loses the focus on the way out, and turns back its page for that
     // Without a selection the list lacked the blog; it is selected again when its template is back.
     if (ui->cmbBlog->currentIndex() >= 0)
         core::WriteIni(m_context.session.DiaryIniFile, core::keys::kSelectedBlog, ui->cmbBlog->currentText());

@@ -81,6 +81,9 @@ public:
     /// save was refused or failed, which the user was told. Throws nothing.
     bool confirmClose();
 
+    /// What an input method is composing becomes text.
+    void commitComposition();
+
     /// Writes the draft now if there is something unsaved. Says a failure on the status panel; throws nothing.
     void keepDraft();
     /// Whether a draft of an earlier run waits to be taken.
@@ -119,7 +122,6 @@ private:
     void focusTitle();
     void goToPane(int index);
     desktop::TextPane& pane() const;
-    void commitComposition();
 
     // What is shown: frmContents_load.cpp
     bool settleChanges();
@@ -132,6 +134,7 @@ private:
     void enable(bool hasOldDiary);
     void setCaption();
     void fill(const store::Entry& entry);
+    void fillRow(const std::optional<store::Entry>& row);
     store::Entry fields(int number) const;
     void becomeClean();
     void finishLoad();

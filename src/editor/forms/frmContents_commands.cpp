@@ -31,7 +31,7 @@ SaveOutcome frmContents::Btn1Click_ToolBar() {
     const SaveResult result = m_edited.save(entry);
     desk.status(entry.day + u"の日記を保存しました。"_s);
     if (result.isOlderKept)
-        desk.status(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
+        desk.notice(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
     if (result.isMoved)
         tellMoved(result.number);
     becomeClean();
@@ -47,7 +47,7 @@ void frmContents::tellMoved(int number) {
     AddComboNumber(number);
     selectNumber(number);
     setCaption();
-    m_context.desk.status(u"%1の日記はほかのプログラムが変更していたため、%2番目の日記として保存しました。"_s
+    m_context.desk.notice(u"%1の日記はほかのプログラムが変更していたため、%2番目の日記として保存しました。"_s
                               .arg(m_context.session.EnterDay)
                               .arg(number));
 }
@@ -57,10 +57,11 @@ void frmContents::addGenre() {
     const QScopedValueRollback loading(Loading, true);
     const QString genre = ui->ComboGenre->currentText();
     const bool isListed = ui->ComboGenre->findText(genre, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+    if (isListed)
+        return;
     try {
         shell::addGenres(m_context.session, diary(), {genre});
-        if (!isListed)
-            readGenreList();
+        readGenreList();
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
         throw;

@@ -118,6 +118,13 @@ void frmContents::fill(const store::Entry& entry) {
     ui->ComboPrivate->setCurrentIndex(shown.isPrivate ? 1 : 0);
 }
 
+/// Without a row, an empty entry with the first items of its boxes.
+void frmContents::fillRow(const std::optional<store::Entry>& row) {
+    fill(row.value_or(store::Entry()));
+    if (!row && ui->ComboGenre->count() > 0)
+        ui->ComboGenre->setCurrentIndex(0);
+}
+
 store::Entry frmContents::fields(int number) const {
     store::Entry entry;
     entry.day = m_context.session.EnterDay;
@@ -159,7 +166,7 @@ bool frmContents::settleChanges() {
     if (isYes && Btn1Click_ToolBar() == SaveOutcome::Saved)
         return false;
     if (isYes && m_hasDay && m_edited.keepDropped(fields(m_edited.number())))
-        m_context.desk.status(u"保存されなかった内容は控え「rescue.jsonl」に残しました。"_s);
+        m_context.desk.notice(u"保存されなかった内容は控え「rescue.jsonl」に残しました。"_s);
     ChangeYesNo = false;
     return true;
 }
@@ -186,7 +193,7 @@ void frmContents::showEntry(int count, int number, const std::optional<store::En
     showChild();
     const QScopedValueRollback loading(Loading, true);
     AddComboNumber(count);
-    fill(row.value_or(store::Entry()));
+    fillRow(row);
     selectNumber(number);
     m_edited.show(number, row);
     enable(hasOldDiary);
@@ -221,13 +228,14 @@ void frmContents::pickNumber() {
         const bool isDropped = settleChanges();
         row = readOrKeep(isDropped, [&] { return diary().LoadEntry(m_context.session.EnterDay, shownNumber()); });
     } catch (...) {
-        selectNumber(m_edited.number()); // what is shown is not the entry that was picked
+        selectNumber(m_edited.number()); // what is shown is not the entry that was picked, or was saved as that
+        setCaption();
         throw;
     }
     ui->txtTitle->setEnabled(true);
     ui->txtContents->setEnabled(true);
     setCaption();
-    fill(row.value_or(store::Entry()));
+    fillRow(row);
     m_edited.show(shownNumber(), row);
     finishLoad();
 }
@@ -235,8 +243,8 @@ void frmContents::pickNumber() {
 void frmContents::restoreDraft() {
     if (m_found.empty())
         return;
+    const store::Entry draft = m_found.back(); // a save of its entry, asked for now, takes it from the list
     const bool isDropped = settleChanges();
-    const store::Entry draft = m_found.back();
     const Day read = readOrKeep(isDropped, [&] { return readDay(draft.day); });
     m_context.session.EnterDay = draft.day;
     m_context.windows.get<frmCalender>().showDay(QDate::fromString(draft.day, u"yyyy/MM/dd"));
@@ -247,6 +255,7 @@ void frmContents::restoreDraft() {
     std::optional<store::Entry> row = draft.publishTime.isNull() ? std::nullopt : rowOf(read.rows, number);
     if (row)
         row->publishTime = draft.publishTime;
+    m_hasWrittenDraft = false; // the file keeps the draft until it is written anew below
     showEntry(std::max(count, number), number, row, read.hasOldDiary);
     {
         const QScopedValueRollback loading(Loading, true);
@@ -255,7 +264,8 @@ void frmContents::restoreDraft() {
     InitUndoRedo();
     ChangeYesNo = true;
     setSavable(true);
-    m_found.pop_back();
+    std::erase_if(m_found,
+                  [&](const store::Entry& found) { return found.day == draft.day && found.number == draft.number; });
     keepDraft();
     m_context.desk.status(draft.day + u"の下書きを復元しました。まだ保存されていません。"_s);
 }

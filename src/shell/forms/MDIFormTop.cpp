@@ -4,6 +4,7 @@
 #include "desktop/command.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
@@ -91,10 +92,28 @@ void MDIFormTop::tellNotYetThere(const QString& name) {
 }
 
 void MDIFormTop::setStatus(const QString& text) {
+    if (m_hasNotice && text.startsWith(u"Webページ表示"_s))
+        return;
+    m_hasNotice = false;
     m_panel->setText(text);
     m_panel->setToolTip(text.toHtmlEscaped());
     QAccessibleEvent alert(m_panel, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+void MDIFormTop::setNotice(const QString& text) {
+    setStatus(text);
+    m_hasNotice = true;
+    qApp->installEventFilter(this);
+}
+
+bool MDIFormTop::eventFilter(QObject* watched, QEvent* event) {
+    const bool isInput = event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress;
+    if (m_hasNotice && isInput && event->spontaneous()) {
+        m_hasNotice = false;
+        qApp->removeEventFilter(this);
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MDIFormTop::popUpContentsMenu(const QPoint& globalPosition) {

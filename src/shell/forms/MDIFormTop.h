@@ -36,6 +36,9 @@ public:
 
     /// The first panel of the status bar.
     void setStatus(const QString& text);
+    /// The same for something unusual: until the next key or click the panel keeps it from what the browser tells of
+    /// its pages.
+    void setNotice(const QString& text);
 
     /// The menu of the panes, at this place of the screen.
     void popUpContentsMenu(const QPoint& globalPosition);
@@ -50,12 +53,15 @@ public:
     /// Says that a command is still to come.
     void tellNotYetThere(const QString& name);
 
-    /// What is unsaved in the editor goes to the draft.
+    /// What is unsaved in the editor, and half composed, goes to the draft.
     void keepDraft();
-    /// The machine wants the program to end: the draft is kept, nobody is asked.
-    void endWithoutQuestions();
+    /// The machine ends the program, perhaps while a box is open: the draft and what the windows hold for the next time
+    /// are kept, and nobody is asked. The caller ends the process at once: an open question that saw its event loop end
+    /// would take that for a No.
+    void keepForTheEnd();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -86,6 +92,7 @@ private:
     void navigateToMaker(const core::Key& key);
 
     void finish();
+    void keepSettings();
 
     desktop::Context& m_context;
     QHash<QString, QAction*> m_actions;
@@ -93,6 +100,7 @@ private:
     QAction* m_restoreDraft = nullptr;
     QLabel* m_panel = nullptr;
     bool m_isClosing = false;
+    bool m_hasNotice = false;
 };
 
 } // namespace velloria::shell

@@ -35,6 +35,18 @@ QRect geometryOf(const desktop::WindowPlace& place, const desktop::WindowPlace& 
             size(place.height, standard.height)};
 }
 
+/// A child that was left out of reach, or larger than any screen, comes back into the area. One that somebody left half
+/// outside stays.
+QRect reachable(const QRect& stored, const QRect& area) {
+    constexpr QSize kGrip(60, 20); // of the title bar
+    constexpr int kLargest = 16'384;
+    const bool isSane = stored.width() <= kLargest && stored.height() <= kLargest;
+    const QRect titleBar(stored.topLeft(), QSize(stored.width(), kGrip.height()));
+    const QRect seen = titleBar.intersected(area);
+    const bool isGrasped = seen.width() >= std::min(kGrip.width(), stored.width()) && seen.height() == kGrip.height();
+    return isSane && isGrasped ? stored : desktop::movedInto(stored, area);
+}
+
 /// The area without its scroll bars, so that its inner size is the one that the arranged windows will fill: each bar
 /// makes the other one needed, and both would stay.
 class WithoutScrollBars {
@@ -87,9 +99,10 @@ void Arrangement::arrange(const desktop::WindowPlace& calendarPlace, const deskt
     auto& browser = m_context.windows.get<browser::frmBrowser>();
     const WithoutScrollBars filled(*m_context.mdi);
     const StandardPlaces standard = standardPlaces(m_context.mdi->viewport()->size());
-    browser.place(geometryOf(browserPlace, standard.browser));
-    contents.place(geometryOf(editorPlace, standard.editor));
-    calendar.place({geometryOf(calendarPlace, {}).topLeft(), calendar.normalPlace().size()});
+    const QRect area = m_context.mdi->viewport()->rect();
+    browser.place(reachable(geometryOf(browserPlace, standard.browser), area));
+    contents.place(reachable(geometryOf(editorPlace, standard.editor), area));
+    calendar.place(reachable({geometryOf(calendarPlace, {}).topLeft(), calendar.normalPlace().size()}, area));
     browser.showChild();
     contents.showChild();
     calendar.showChild();

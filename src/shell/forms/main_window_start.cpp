@@ -16,6 +16,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QScreen>
 #include <QShortcut>
 
@@ -60,7 +62,7 @@ void MDIFormTop::completeStart() {
     SetMenuBarString();
     showOptionalParts();
     if (m_context.windows.get<editor::frmContents>().hasDraft())
-        m_context.desk.status(
+        m_context.desk.notice(
             u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s);
 }
 
@@ -118,6 +120,12 @@ void MDIFormTop::addShortcuts() {
                 [this, action] { desktop::runCommand(m_context.desk, action); });
     };
     add(u"Ctrl+P"_s, [this] { m_context.windows.get<editor::frmContents>().Btn5Click_ToolBar(); });
+    add(u"F6"_s, [this] {
+        if (menuBar()->hasFocus() && m_context.mdi->activeSubWindow())
+            m_context.mdi->activeSubWindow()->setFocus();
+        else
+            menuBar()->setFocus(Qt::ShortcutFocusReason);
+    });
     add(u"Ctrl+F6"_s, [this] { m_context.mdi->activateNextSubWindow(); });
     add(u"Ctrl+Shift+F6"_s, [this] { m_context.mdi->activatePreviousSubWindow(); });
 }
@@ -137,29 +145,39 @@ void MDIFormTop::closeEvent(QCloseEvent* event) {
 }
 
 void MDIFormTop::finish() {
-    const core::Session& session = m_context.session;
-    if (session.IsLogin)
-        desktop::runCommand(m_context.desk, [&] { removeGeneratedPages(session); });
-    if (!isMaximized() && !isMinimized())
-        desktop::writePlace(session.DiaryIniFile, core::keys::kParentForm, desktop::placeOf({pos(), size()}));
+    keepSettings();
     if (auto* contents = m_context.windows.find<editor::frmContents>())
         contents->dropDraft();
+    // Unloading keeps what they hold for the next time: positions, histories and search site, the selected blog.
     m_context.windows.unload<browser::frmPrevDiaryViewer>();
     m_context.windows.unload<publish::frmProgress>();
-    // Unloading keeps what they hold for the next time: the selected blog, histories and search site.
-    m_context.windows.unload<editor::frmCalender>();
     m_context.windows.unload<browser::frmBrowser>();
+    m_context.windows.unload<editor::frmCalender>();
     QCoreApplication::exit();
+}
+
+void MDIFormTop::keepSettings() {
+    const core::Session& session = m_context.session;
+    desktop::runCommand(m_context.desk, [&] {
+        if (session.IsLogin)
+            removeGeneratedPages(session);
+    });
+    if (!isMaximized() && !isMinimized())
+        desktop::writePlace(session.DiaryIniFile, core::keys::kParentForm, desktop::placeOf(*this, {pos(), size()}));
 }
 
 void MDIFormTop::keepDraft() {
-    if (auto* contents = m_context.windows.find<editor::frmContents>())
+    if (auto* contents = m_context.windows.find<editor::frmContents>()) {
+        contents->commitComposition();
         contents->keepDraft();
+    }
 }
 
-void MDIFormTop::endWithoutQuestions() {
+void MDIFormTop::keepForTheEnd() {
     keepDraft();
-    QCoreApplication::exit();
+    keepSettings();
+    if (auto* browser = m_context.windows.find<browser::frmBrowser>())
+        desktop::runCommand(m_context.desk, [&] { browser->keep(); });
 }
 
 } // namespace velloria::shell
