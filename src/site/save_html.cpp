@@ -107,20 +107,14 @@ bool SaveHtml::takeTarget(const QString& path) {
     const QString folder = core::withSeparator(core::GetParentFolder(absolute));
     // As the settings give it back: the next Save HTML writes the same page.
     const QString name = storedForm(core::GetFileName(absolute));
-    if (name.isEmpty()) {
-        m_desk.message(platform::MessageKind::Critical, u"このファイル名は設定に保存できません。\r\n"_s + path);
-        return false;
-    }
     constexpr qsizetype kMostBytes = 255; // of a text that the settings can keep
+    if (name.isEmpty() || platform::toCodePage(core::GetFileName(absolute) + kPageEnding).size() > kMostBytes)
+        throw platform::Failure(u"このファイル名は設定に保存できません。"_s, absolute, {},
+                                u"もっと短い別の名前を指定してください。"_s);
     if (platform::toCodePage(folder).size() > kMostBytes) {
         m_desk.message(
             platform::MessageKind::Critical,
             u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
-        return false;
-    }
-    if (platform::toCodePage(core::GetFileName(absolute) + kPageEnding).size() > kMostBytes) {
-        m_desk.message(platform::MessageKind::Critical,
-                       u"ファイル名が長すぎて設定に保存できません。\r\nもっと短い名前を指定して下さい。"_s);
         return false;
     }
     platform::makeFolder(core::GetParentFolder(folder));

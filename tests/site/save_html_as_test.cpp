@@ -176,11 +176,8 @@ TEST_F(SaveHtmlAs, TakesTheNameThatTheSettingsGiveBack) {
 }
 
 TEST_F(SaveHtmlAs, ANameThatTheSettingsCannotKeepIsRefused) {
-    for (const QString& name : {QString(60, u'é') + u".htm"_s, u"   "_s}) {
-        desk.events = {};
-        EXPECT_EQ(saver().saveAs(path(u"site/"_s) + name), Outcome::Refused);
-        EXPECT_EQ(boxes().size(), 1);
-    }
+    for (const QString& name : {QString(60, u'é') + u".htm"_s, u"   "_s})
+        EXPECT_TRUE(failureOf([&] { saver().saveAs(path(u"site/"_s) + name); }).contains(name));
     EXPECT_EQ(session.FileName, u"x.htm"_s);
 }
 
