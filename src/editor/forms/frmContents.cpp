@@ -82,20 +82,17 @@ frmContents::frmContents(desktop::Context& context)
     m_draftTimer.setInterval(kDraftDelayMs);
     connect(&m_draftTimer, &QTimer::timeout, this, &frmContents::keepDraft);
     // Whoever turns to another window may well not come back.
-    connect(context.mdi, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow* window) {
+    connect(context.mdi, &QMdiArea::subWindowActivated, &m_watch, [this](const QMdiSubWindow* window) {
         if (window != this)
             keepDraft();
     });
-    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+    connect(qApp, &QGuiApplication::applicationStateChanged, &m_watch, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             keepDraft();
     });
 }
 
-/// The window is still told that it is no longer the active one, when there are no controls left to keep a draft of.
-frmContents::~frmContents() {
-    ChangeYesNo = false;
-}
+frmContents::~frmContents() = default;
 
 void frmContents::makeToolBar() {
     auto* bar = new QToolBar;

@@ -159,6 +159,7 @@ private:
     EditedEntry m_edited;
     bool m_hasDay = false;
     QTimer m_draftTimer;
+    QObject m_watch; ///< ends before the window, which is told on its own way out that it is no longer the active one
     bool m_hasWrittenDraft = false;
     std::vector<store::Entry> m_found; ///< drafts of earlier runs
 };
