@@ -1,5 +1,6 @@
 #include "editor/draft.h"
 
+#include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "store/entry_line.h"
@@ -15,31 +16,45 @@ DraftFile::DraftFile(const core::Session& session, const platform::Clock& clock)
     : m_file(session.UserPath + u"draft.json"_s)
     , m_clock(clock) {}
 
-void DraftFile::write(const std::vector<store::Entry>& drafts) const {
-    if (drafts.empty()) {
+void DraftFile::write(const std::vector<store::Entry>& drafts) {
+    const platform::FolderLock lock(core::GetParentFolder(m_file));
+    QList<QByteArray> lines = presentLines();
+    for (const QByteArray& own : m_own)
+        lines.removeOne(own);
+    QList<QByteArray> written;
+    for (const store::Entry& draft : drafts)
+        written += lineOf(draft);
+    lines += written;
+    if (lines.isEmpty())
         platform::removeFile(m_file);
-        return;
-    }
-    QByteArray lines;
-    for (const store::Entry& draft : drafts) {
-        QJsonObject line = store::toJson(draft);
-        line[u"Reason"_s] = u"下書き"_s;
-        line[u"Time"_s] = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
-        lines += QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
-    }
-    platform::replaceFile(m_file, lines, platform::Durability::Durable, 0600);
+    else
+        platform::replaceFile(m_file, lines.join('\n') + '\n', platform::Durability::Durable, 0600);
+    m_own = written;
 }
 
-std::vector<store::Entry> DraftFile::read() const {
-    std::vector<store::Entry> drafts;
+QByteArray DraftFile::lineOf(const store::Entry& draft) const {
+    QJsonObject line = store::toJson(draft);
+    line[u"Reason"_s] = u"下書き"_s;
+    line[u"Time"_s] = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
+    return QJsonDocument(line).toJson(QJsonDocument::Compact);
+}
+
+QList<QByteArray> DraftFile::presentLines() const {
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
-        return drafts;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.trimmed().isEmpty())
-            continue;
+        return {};
+    QList<QByteArray> lines = file.readAll().split('\n');
+    lines.removeIf([](const QByteArray& line) { return line.trimmed().isEmpty(); });
+    return lines;
+}
+
+std::vector<store::Entry> DraftFile::read() {
+    std::vector<store::Entry> drafts;
+    m_own.clear();
+    for (const QByteArray& line : presentLines()) {
         try {
             drafts.push_back(store::parseEntryLine(line).entry);
+            m_own += line;
         } catch (const platform::Failure&) {
             continue;
         }

@@ -5,6 +5,9 @@
 #include "platform/clock.h"
 #include "store/entry.h"
 
+#include <QByteArray>
+#include <QList>
+
 #include <vector>
 
 namespace velloria::editor {
@@ -17,16 +20,21 @@ public:
     /// Both outlive this.
     DraftFile(const core::Session& session, const platform::Clock& clock);
 
-    /// Replaces the file; without drafts it is removed. Throws platform::Failure.
-    void write(const std::vector<store::Entry>& drafts) const;
+    /// Puts the drafts in the place of those that this object has read or written before; the lines of another program
+    /// at work on the same diary stay. An empty file is removed. Throws platform::Failure.
+    void write(const std::vector<store::Entry>& drafts);
 
     /// The drafts in the order in which they were written. A line that can't be read is passed over: a missing or
     /// damaged file must not keep the program from starting.
-    std::vector<store::Entry> read() const;
+    std::vector<store::Entry> read();
 
 private:
+    QList<QByteArray> presentLines() const;
+    QByteArray lineOf(const store::Entry& draft) const;
+
     QString m_file;
     const platform::Clock& m_clock;
+    QList<QByteArray> m_own; ///< lines of the file that are this object's
 };
 
 } // namespace velloria::editor

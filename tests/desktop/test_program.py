@@ -46,7 +46,8 @@ class ProgramTest(CliTest):
     def show(self):
         program = self.start()
         self.assertTrue(waits(lambda: self.window() or program.poll() is not None), "no window came up")
-        self.assertIsNone(program.poll(), "the program ended")
+        if program.poll() is not None:
+            self.fail(f"the program ended: {program.communicate()[1][-3000:]}")
         return program
 
     def window(self):

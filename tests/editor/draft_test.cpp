@@ -11,7 +11,7 @@ namespace {
 class Draft : public TestHome {
 protected:
     QString file() const { return session.UserPath + u"draft.json"_s; }
-    editor::DraftFile drafts() const { return {session, *clock}; }
+    editor::DraftFile& drafts() { return m_drafts; }
     static store::Entry draftOf(const QString& title) {
         store::Entry entry = entryOf(u"2004/05/06"_s, title);
         entry.number = 3;
@@ -25,6 +25,8 @@ protected:
         entry.importMark = QString();
         return entry;
     }
+
+    editor::DraftFile m_drafts{session, *clock};
 };
 
 TEST_F(Draft, EveryFieldComesBack) {
@@ -49,6 +51,20 @@ TEST_F(Draft, OnlyItsOwnerMayReadIt) {
     EXPECT_EQ(modeOf(file()), 0600U);
     drafts().write({draftOf(u"二"_s)});
     EXPECT_EQ(modeOf(file()), 0600U);
+}
+
+TEST_F(Draft, AnotherProgramsLinesStay) {
+    editor::DraftFile other(session, *clock);
+    drafts().write({draftOf(u"mine"_s)});
+    other.write({draftOf(u"the other's"_s)});
+    drafts().write({draftOf(u"mine, later"_s)});
+    editor::DraftFile next(session, *clock);
+    ASSERT_EQ(next.read().size(), 2U);
+    drafts().write({});
+    ASSERT_EQ(editor::DraftFile(session, *clock).read().size(), 1U);
+    EXPECT_EQ(editor::DraftFile(session, *clock).read().front().title, u"the other's"_s);
+    next.write({}); // whoever found them may take them
+    EXPECT_FALSE(exists(file()));
 }
 
 TEST_F(Draft, WithoutDraftsThereIsNoFile) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QSet>
 #include <QStringList>
 
@@ -22,6 +23,20 @@ QString caption(const QString& name, MenuLanguage language) {
             return captionOf(row, language);
     }
     return u"no row "_s + name;
+}
+
+TEST(MenuTable, IsWhatTheMenusHaveAlwaysBeen) {
+    QFile file(QStringLiteral(VELLORIA_TEST_DATA "/shell/menus.tsv"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    QStringList rows;
+    for (const shell::MenuRow& row : menuRows())
+        rows += QStringList{QString::number(row.depth), row.name, captionOf(row, MenuLanguage::English),
+                            captionOf(row, MenuLanguage::Japanese)}
+                    .join(u'\t');
+    ASSERT_EQ(rows.size(), expected.size());
+    for (qsizetype i = 0; i < rows.size(); ++i)
+        EXPECT_EQ(rows[i], expected[i]);
 }
 
 TEST(MenuTable, HasEachNameOnce) {

@@ -6,7 +6,6 @@
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "desktop/text_pane.h"
-#include "editor/draft.h"
 #include "editor/tags.h"
 #include "shell/forms/MDIFormTop.h"
 #include "ui_frmContents.h"
@@ -62,7 +61,8 @@ frmContents::frmContents(desktop::Context& context)
     : MdiChild(context, u"frmContents"_s)
     , ui(std::make_unique<Ui::frmContents>())
     , m_edited(context.session, context.clock)
-    , m_found(DraftFile(context.session, context.clock).read()) {
+    , m_drafts(context.session, context.clock)
+    , m_found(m_drafts.read()) {
     auto* page = new QWidget;
     page->setObjectName(u"frmContentsPage"_s);
     ui->setupUi(page);

@@ -3,6 +3,7 @@
 
 #include "desktop/icons.h"
 #include "desktop/mdi_child.h"
+#include "editor/draft.h"
 #include "editor/edited_entry.h"
 #include "editor/undo.h"
 #include "store/diary_store.h"
@@ -146,7 +147,7 @@ private:
     void addGenre();
     void insertTag(int index);
     void restore(const std::optional<Snapshot>& snapshot);
-    void writeDrafts(const std::vector<store::Entry>& drafts) const;
+    void writeDrafts(const std::vector<store::Entry>& drafts);
     void forgetDraft();
     void settleFoundDrafts(const store::Entry& saved);
 
@@ -161,6 +162,7 @@ private:
     QTimer m_draftTimer;
     QObject m_watch; ///< ends before the window, which is told on its own way out that it is no longer the active one
     bool m_hasWrittenDraft = false;
+    DraftFile m_drafts;
     std::vector<store::Entry> m_found; ///< drafts of earlier runs
 };
 

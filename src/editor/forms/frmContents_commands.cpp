@@ -3,7 +3,6 @@
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "desktop/command.h"
 #include "desktop/text_pane.h"
-#include "editor/draft.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "editor/tags.h"
@@ -213,9 +212,9 @@ void frmContents::forgetDraft() {
 }
 
 /// A draft is written on the side: a box for each one that fails would keep people from typing.
-void frmContents::writeDrafts(const std::vector<store::Entry>& drafts) const {
+void frmContents::writeDrafts(const std::vector<store::Entry>& drafts) {
     try {
-        DraftFile(m_context.session, m_context.clock).write(drafts);
+        m_drafts.write(drafts);
     } catch (const platform::Failure& failure) {
         m_context.desk.status(u"下書きを保存できません。"_s + failure.reason());
     }
