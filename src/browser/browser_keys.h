@@ -5,7 +5,7 @@
 
 namespace velloria::browser::keys {
 
-inline constexpr QLatin1StringView kBrowser("Browser");
+using core::keys::kBrowser;
 inline constexpr core::Key kUrlHistory{kBrowser, QLatin1StringView("URLHistory")};
 inline constexpr core::Key kFindHistory{kBrowser, QLatin1StringView("FindHistory")};
 inline constexpr core::Key kFindSite{kBrowser, QLatin1StringView("FindSite")};

@@ -1,6 +1,5 @@
 #include "editor/edited_entry.h"
 
-#include "core/keys.h"
 #include "store/diary_store.h"
 #include "store/rescue_file.h"
 
@@ -70,7 +69,7 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
         if (!mustKeep(row, entry))
             return;
         rescue.keep(row, u"上書き"_s);
-        result.isOlderKept = isRescueOn();
+        result.isOlderKept = rescue.isOn();
     };
     store::Entry saved = entry;
     saved.publishTime = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
@@ -103,13 +102,9 @@ void EditedEntry::remove(const QString& day, int number) {
 bool EditedEntry::keepDropped(const store::Entry& entry) {
     if (entry.title.isEmpty() && entry.contents.isEmpty() && entry.extend.isEmpty() && entry.excerpt.isEmpty())
         return false;
-    store::RescueFile(m_session, m_clock).keep(entry, u"未保存"_s);
-    return isRescueOn();
-}
-
-bool EditedEntry::isRescueOn() const {
-    return core::ReadIniDef(m_session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name, u"1"_s) !=
-           u"0"_s;
+    store::RescueFile rescue(m_session, m_clock);
+    rescue.keep(entry, u"未保存"_s);
+    return rescue.isOn();
 }
 
 } // namespace velloria::editor

@@ -46,7 +46,6 @@ public:
 private:
     SaveResult write(const store::Entry& entry);
     bool mustKeep(const store::Entry& row, const store::Entry& entry) const;
-    bool isRescueOn() const;
 
     const core::Session& m_session;
     const platform::Clock& m_clock;

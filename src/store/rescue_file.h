@@ -15,6 +15,9 @@ public:
     /// Both outlive this.
     RescueFile(const core::Session& session, const platform::Clock& clock);
 
+    /// Whether anything is kept at all.
+    bool isOn() const { return m_isOn; }
+
     /// Keeps the entry. Throws platform::Failure when the file can't take it, so that what would destroy the entry
     /// does not go on.
     void keep(const Entry& entry, const QString& reason);

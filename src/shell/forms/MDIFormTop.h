@@ -27,6 +27,9 @@ public:
     /// rest goes on.
     void completeStart();
 
+    /// Writes the preview page of the month of `EnterDay`, under the hourglass. Throws platform::Failure.
+    void SaveTmpFile();
+
     /// Captions in the language of the settings.
     void SetMenuBarString();
 

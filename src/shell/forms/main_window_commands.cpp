@@ -92,10 +92,7 @@ void MDIFormTop::connectWindowCommands() {
     onCommand(u"MnuCalender"_s, [this] { m_context.windows.get<frmCalender>().showChild(); });
     onCommand(u"MnuBrowse"_s, [this] {
         // A preview that can't be made keeps nobody from the browser.
-        desktop::runCommand(m_context.desk, [this] {
-            const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-            site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
-        });
+        desktop::runCommand(m_context.desk, [this] { SaveTmpFile(); });
         m_context.windows.get<frmBrowser>().showChild();
         Arrangement(m_context).showStartPage();
     });
@@ -140,6 +137,11 @@ void MDIFormTop::saveHtml(site::Outcome (site::SaveHtml::*save)()) {
     const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
     site::SaveHtml saver(m_context.session, store, m_context.desk, m_context.clock);
     (saver.*save)();
+}
+
+void MDIFormTop::SaveTmpFile() {
+    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
+    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
 }
 
 void MDIFormTop::flushHistory(const QString& question, const QString& fileName, void (MDIFormTop::*reload)()) {

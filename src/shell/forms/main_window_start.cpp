@@ -45,8 +45,7 @@ void MDIFormTop::completeStart() {
     step([this] {
         if (!m_context.session.IsLogin)
             return; // the last end of this user's run took the preview away
-        const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-        site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
+        SaveTmpFile();
         m_context.desk.pointer(platform::Pointer::Hourglass);
     });
     step([this] {
