@@ -14,7 +14,6 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -34,7 +33,6 @@ public:
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     int value() const { return m_value; }
-    int release() { return std::exchange(m_value, -1); }
     void reset(int value) {
         if (m_value >= 0)
             ::close(m_value);
@@ -115,10 +113,14 @@ public:
     void commit(Durability durability) {
         if (durability == Durability::Durable && ::fsync(m_file.value()) != 0)
             fail(errno);
-        if (::close(m_file.release()) != 0)
+        // Some disks tell a failed write at the close alone. The lock goes with the last close, and only behind the
+        // rename: another program would take the file for a leftover.
+        const int copy = ::fcntl(m_file.value(), F_DUPFD_CLOEXEC, 0);
+        if (copy < 0 || ::close(copy) != 0)
             fail(errno);
         if (::rename(m_temporary.constData(), m_target.constData()) != 0)
             fail(errno);
+        m_file.reset(-1);
         m_isDone = true;
         if (durability == Durability::Durable)
             syncFolder();

@@ -113,6 +113,34 @@ TEST_F(FileWrite, RemovesWhatKilledRunsLeft) {
     ::close(writer);
 }
 
+TEST_F(FileWrite, AFirstWriteOfAnotherProgramTakesNoFileForALeftover) {
+    // Each child sweeps the folder once, at its first write, while the others are about to rename.
+    constexpr int kPrograms = 400;
+    constexpr int kAtOnce = 8;
+    const auto reap = [] {
+        int result = -1;
+        ::wait(&result);
+        return result;
+    };
+    int failures = 0;
+    for (int i = 0; i < kPrograms; ++i) {
+        if (::fork() == 0) {
+            try {
+                for (int file = 0; file < 20; ++file)
+                    replaceFile(path(u"file%1"_s.arg(file)), "text", Durability::Derived);
+                ::_exit(0);
+            } catch (const Failure&) {
+                ::_exit(1);
+            }
+        }
+        if (i >= kAtOnce)
+            failures += reap() != 0;
+    }
+    for (int i = 0; i < kAtOnce; ++i)
+        failures += reap() != 0;
+    EXPECT_EQ(failures, 0);
+}
+
 TEST_F(FileWrite, WritesANewFile) {
     for (const Durability durability : {Durability::Derived, Durability::Durable}) {
         for (const QByteArray& bytes : {QByteArray(), QByteArray("a\0\r\n", 4), QByteArray(kManyBytes, 'x')}) {
