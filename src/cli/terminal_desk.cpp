@@ -43,13 +43,29 @@ bool TerminalDesk::answerYesNo(const QJsonObject& question) {
     return line && line->startsWith(u'y', Qt::CaseInsensitive);
 }
 
+std::optional<QString> TerminalDesk::scriptedText() {
+    const QJsonValue answer = answers->isEmpty() ? QJsonValue() : answers->takeAt(0);
+    return answer.isString() ? std::optional(answer.toString()) : std::nullopt;
+}
+
+/// An empty line takes the default of an input box, and cancels a file dialog.
 std::optional<QString> TerminalDesk::answerText(const QJsonObject& question) {
-    if (answers) {
-        const QJsonValue answer = answers->isEmpty() ? QJsonValue() : answers->takeAt(0);
-        return answer.isString() ? std::optional(answer.toString()) : std::nullopt;
-    }
-    const QString text = question[u"title"_s].toString() + u": "_s;
-    const std::optional<QString> line = askOnTerminal(text, question[u"event"_s] == u"input"_s ? Echo::Off : Echo::On);
+    if (answers)
+        return scriptedText();
+    const QString whenAsked = question[u"default"_s].toString();
+    QString text = question[question[u"event"_s] == u"input"_s ? u"text"_s : u"title"_s].toString();
+    if (!whenAsked.isEmpty())
+        text += u" [%1]"_s.arg(whenAsked);
+    const std::optional<QString> line = askOnTerminal(text + u": "_s, Echo::On);
+    if (line && line->isEmpty())
+        return whenAsked.isEmpty() ? std::nullopt : std::optional(whenAsked);
+    return line;
+}
+
+std::optional<QString> TerminalDesk::answerSecret(const QJsonObject& question) {
+    if (answers)
+        return scriptedText();
+    const std::optional<QString> line = askOnTerminal(question[u"title"_s].toString() + u": "_s, Echo::Off);
     return line && !line->isEmpty() ? line : std::nullopt;
 }
 

@@ -26,8 +26,10 @@ protected:
     void record(const QJsonObject& event) override;
     bool answerYesNo(const QJsonObject& question) override;
     std::optional<QString> answerText(const QJsonObject& question) override;
+    std::optional<QString> answerSecret(const QJsonObject& question) override;
 
 private:
+    std::optional<QString> scriptedText();
     void showProgress(const QJsonObject& event);
 
     bool m_hasProgressLine = false;

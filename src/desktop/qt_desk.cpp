@@ -96,6 +96,11 @@ std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) 
     return dialog.selectedFiles().constFirst();
 }
 
+QString QtDesk::input(const QString& text, const QString& whenAsked, const QString& title) {
+    prepareBox();
+    return QInputDialog::getText(owner(), title, shownText(text), QLineEdit::Normal, whenAsked);
+}
+
 std::optional<QString> QtDesk::password(const QString& title) {
     prepareBox();
     bool isAccepted = false;

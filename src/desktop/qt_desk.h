@@ -17,6 +17,7 @@ public:
     void message(platform::MessageKind kind, const QString& text, const QString& title) override;
     bool ask(const QString& text, const QString& title) override;
     std::optional<QString> choosePath(const platform::PathRequest& request) override;
+    QString input(const QString& text, const QString& whenAsked, const QString& title) override;
     std::optional<QString> password(const QString& title) override;
     void status(const QString& text) override;
     void notice(const QString& text) override;

@@ -1,5 +1,7 @@
 #include "desktop/text_pane.h"
 
+#include "desktop/clipboard.h"
+
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
@@ -21,14 +23,6 @@ QString toRaw(QString text) {
 
 QString withLineEnds(QString raw, QLatin1StringView lineEnd) {
     return raw.replace(QChar(QChar::ParagraphSeparator), lineEnd);
-}
-
-/// Whether somebody copied a text: files that are copied bring one along as well.
-bool isText(const QMimeData& data) {
-    if (!data.hasFormat(u"text/plain"_s))
-        return false;
-    const QList<QUrl> urls = data.urls();
-    return urls.isEmpty() || !std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
 }
 
 } // namespace

@@ -33,6 +33,9 @@ public:
     virtual bool ask(const QString& text, const QString& title = QStringLiteral("Velloria")) = 0;
     /// A file or folder dialog; nothing when it is cancelled.
     virtual std::optional<QString> choosePath(const PathRequest& request) = 0;
+    /// A prompt for one line, `whenAsked` in it at the start; "" when it is cancelled.
+    virtual QString input(const QString& text, const QString& whenAsked,
+                          const QString& title = QStringLiteral("Velloria")) = 0;
     /// The password window with one line; nothing when it is cancelled.
     virtual std::optional<QString> password(const QString& title) = 0;
 

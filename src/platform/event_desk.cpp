@@ -72,10 +72,18 @@ std::optional<QString> EventDesk::choosePath(const PathRequest& request) {
     return path;
 }
 
+QString EventDesk::input(const QString& text, const QString& whenAsked, const QString& title) {
+    QJsonObject event{{u"event"_s, u"input"_s}, {u"title"_s, title}, {u"text"_s, text}, {u"default"_s, whenAsked}};
+    const std::optional<QString> typed = answerText(event);
+    event[u"answer"_s] = orNull(typed);
+    record(event);
+    return typed.value_or(QString());
+}
+
 std::optional<QString> EventDesk::password(const QString& title) {
     QJsonObject event{
         {u"event"_s, u"input"_s}, {u"title"_s, title}, {u"text"_s, u"パスワード"_s}, {u"default"_s, u""_s}};
-    const std::optional<QString> typed = answerText(event);
+    const std::optional<QString> typed = answerSecret(event);
     // What was typed is nobody else's: the event says only that something was.
     event[u"answer"_s] = orNull(typed ? std::optional(QString(typed->size(), u'*')) : std::nullopt);
     record(event);

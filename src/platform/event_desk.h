@@ -13,6 +13,7 @@ public:
     void message(MessageKind kind, const QString& text, const QString& title) override;
     bool ask(const QString& text, const QString& title) override;
     std::optional<QString> choosePath(const PathRequest& request) override;
+    QString input(const QString& text, const QString& whenAsked, const QString& title) override;
     std::optional<QString> password(const QString& title) override;
     void status(const QString& text) override;
     void pointer(Pointer shape) override;
@@ -26,6 +27,8 @@ protected:
     /// The answer to a question, whose event lacks nothing but "answer".
     virtual bool answerYesNo(const QJsonObject& question) = 0;
     virtual std::optional<QString> answerText(const QJsonObject& question) = 0;
+    /// The same for what nobody may see.
+    virtual std::optional<QString> answerSecret(const QJsonObject& question) { return answerText(question); }
 };
 
 } // namespace velloria::platform

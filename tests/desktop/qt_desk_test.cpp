@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -59,6 +60,21 @@ TEST_F(QtDesk, ShowsPlainTextInABoxOfItsKind) {
         desk.message(c.kind, u"<B>a\r\nb"_s, u"日記作成"_s);
     }
     EXPECT_EQ(boxes, 4);
+}
+
+TEST_F(QtDesk, APromptStartsWithItsDefaultSelectedAndGivesWhatIsTyped) {
+    whenShown<QInputDialog>([](QInputDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), u"Velloria"_s);
+        EXPECT_EQ(dialog.labelText(), u"月を\n入力"_s);
+        auto* line = dialog.findChild<QLineEdit*>();
+        EXPECT_EQ(line->selectedText(), u"05"_s);
+        QTest::keyClicks(line, u"12"_s);
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+    EXPECT_EQ(desk.input(u"月を\r\n入力"_s, u"05"_s, u"Velloria"_s), u"12"_s);
+    whenShown<QInputDialog>([](QInputDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(desk.input(u"月"_s, u"05"_s, u"Velloria"_s), u""_s);
+    EXPECT_EQ(boxes, 2);
 }
 
 TEST_F(QtDesk, AQuestionHasNoWayAroundItsAnswer) {

@@ -74,6 +74,17 @@ TEST(EventDesk, TellsAFileDialogWithItsAnswer) {
     expectLast(desk, R"({"event":"file","mode":"open","title":"t","filter":"","folder":"","answer":""})");
 }
 
+TEST(EventDesk, TellsAPromptWithItsAnswer) {
+    ScriptedDesk desk;
+    desk.answers = {u"2005"_s, u""_s, QJsonValue::Null};
+    EXPECT_EQ(desk.input(u"年を入力してください(例:2003)。"_s, u"2004"_s, u"Velloria"_s), u"2005"_s);
+    expectLast(desk, R"({"event":"input","title":"Velloria","text":"年を入力してください(例:2003)。","default":"2004",)"
+                     R"("answer":"2005"})");
+    EXPECT_EQ(desk.input(u"年"_s, u"2004"_s, u"Velloria"_s), u""_s);
+    EXPECT_EQ(desk.input(u"年"_s, u"2004"_s, u"Velloria"_s), u""_s);
+    expectLast(desk, R"({"event":"input","title":"Velloria","text":"年","default":"2004","answer":null})");
+}
+
 TEST(EventDesk, NeverTellsAPassword) {
     ScriptedDesk desk;
     desk.answers = {u"geheim"_s, QJsonValue::Null};

@@ -78,6 +78,17 @@ public:
     /// Removes the shown entry from the diary and empties the editor; row and unsaved changes go to the rescue file.
     void deleteEntry(const QString& day);
 
+    /// Puts a text into `txtContents`, whatever pane is in front: tab 1 comes to the front with the focus, and the
+    /// selected text goes to `replacement`, whose result takes its place. Without a day nothing is inserted, the first
+    /// status panel says so, and the result is false.
+    bool insertIntoContents(const std::function<QString(const QString& selected)>& replacement);
+    /// The same in front of what is selected, which stays.
+    bool insertAtCaretOfContents(const QString& text);
+
+    /// Rows of these days have been changed from outside the editor. A shown entry without unsaved changes is read
+    /// anew; one with such changes stays, and the first status panel says so.
+    void daysChanged(const QStringList& days);
+
     /// Asks what is to become of unsaved changes before the window closes. False when window and program must stay: the
     /// save was refused or failed, which the user was told. Throws nothing.
     bool confirmClose();
@@ -143,6 +154,8 @@ private:
     store::DiaryStore diary() const;
 
     // What is done with it: frmContents_commands.cpp
+    bool bringContentsForward();
+    static void insertAtCaret(desktop::TextPane& pane, const QString& text);
     void tellMoved(int number);
     void addGenre();
     void insertTag(int index);

@@ -120,6 +120,38 @@ void frmContents::insertTag(int index) {
     pane().setFocus();
 }
 
+bool frmContents::bringContentsForward() {
+    if (!m_hasDay) {
+        m_context.desk.notice(u"日記が開かれていないため、挿入しませんでした。"_s);
+        return false;
+    }
+    commitComposition();
+    ui->TabStrip1->setCurrentIndex(0);
+    ui->txtContents->setFocus();
+    return true;
+}
+
+bool frmContents::insertIntoContents(const std::function<QString(const QString&)>& replacement) {
+    if (!bringContentsForward())
+        return false;
+    ui->txtContents->replaceSelection(replacement(ui->txtContents->selectedText()));
+    return true;
+}
+
+bool frmContents::insertAtCaretOfContents(const QString& text) {
+    if (!bringContentsForward())
+        return false;
+    insertAtCaret(*ui->txtContents, text);
+    return true;
+}
+
+void frmContents::insertAtCaret(desktop::TextPane& pane, const QString& text) {
+    QTextCursor cursor = pane.textCursor();
+    cursor.setPosition(cursor.selectionStart());
+    pane.setTextCursor(cursor);
+    pane.replaceSelection(text);
+}
+
 void frmContents::Cut() {
     pane().cut();
 }

@@ -219,6 +219,21 @@ void frmContents::openNewEntry() {
     showEntry(next, next, std::nullopt, read.hasOldDiary);
 }
 
+void frmContents::daysChanged(const QStringList& days) {
+    m_context.windows.get<frmCalender>().markDays();
+    const QString day = m_context.session.EnterDay;
+    if (!m_hasDay || !days.contains(day))
+        return;
+    if (ChangeYesNo) {
+        m_context.desk.notice(day + u"の日記は編集中のため、変更された内容を表示していません。"_s);
+        return;
+    }
+    const Day read = readDay(day);
+    const int count = int(read.rows.size());
+    const int number = std::clamp(shownNumber(), 1, std::max(count, 1));
+    showEntry(std::max(count, 1), number, rowOf(read.rows, number), read.hasOldDiary);
+}
+
 void frmContents::pickNumber() {
     if (Loading)
         return;

@@ -1,0 +1,59 @@
+#include "desktop/tool_window.h"
+
+#include "desktop/command.h"
+#include "desktop/window_place.h"
+
+#include <QMdiArea>
+
+namespace velloria::desktop {
+
+ToolWindow::ToolWindow(Context& context, const QString& name, Blocks blocks, std::optional<QLatin1StringView> section)
+    : QDialog(context.mdi->window())
+    , m_context(context)
+    , m_section(section) {
+    setObjectName(name);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    if (blocks == Blocks::MainWindow) {
+        setWindowModality(Qt::WindowModal);
+        setWindowFlag(Qt::WindowStaysOnTopHint);
+    }
+}
+
+ToolWindow::~ToolWindow() {
+    if (!m_section || !m_wasShown)
+        return;
+    WindowPlace place = placeOf(*this, {pos(), size()});
+    place.height.reset();
+    place.width.reset();
+    writePlace(m_context.session.DiaryIniFile, *m_section, place);
+}
+
+void ToolWindow::showWindow() {
+    if (!m_wasShown) {
+        adjustSize();
+        if (m_section) {
+            WindowPlace place = readPlace(m_context.session.DiaryIniFile, *m_section);
+            place.height.reset();
+            place.width.reset();
+            restorePlace(*this, place);
+        }
+        m_wasShown = true;
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void ToolWindow::done(int result) {
+    QDialog::done(result);
+    parentWidget()->activateWindow();
+    if (m_giveBack)
+        m_giveBack();
+    deleteLater();
+}
+
+void ToolWindow::run(const std::function<void()>& action) const {
+    runCommand(m_context.desk, action);
+}
+
+} // namespace velloria::desktop

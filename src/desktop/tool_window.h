@@ -1,0 +1,47 @@
+// A window beside the main window: a maker, a register, a dialog that stays open while the user works.
+#pragma once
+
+#include "desktop/context.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <optional>
+
+namespace velloria::desktop {
+
+/// One of a kind through the registry of windows. It belongs to the main window and stays above it. However it closes
+/// (its buttons, Esc, its frame), it unloads: it is destroyed, and what it holds is forgotten.
+class ToolWindow : public QDialog {
+    Q_OBJECT
+public:
+    ~ToolWindow() override;
+
+    /// Shows the window, raised and active when it is open already.
+    void showWindow();
+
+    /// A blocking window alone: where the focus goes when it closes. Until then the main window looks as it did, and
+    /// takes no input.
+    void giveBackTo(std::function<void()> focus) { m_giveBack = std::move(focus); }
+
+    void done(int result) override;
+
+protected:
+    enum class Blocks { Nothing, MainWindow };
+
+    /// The main window must be there. With a section of the user's settings, the window comes up where it was left, the
+    /// first time in the middle of the main window.
+    ToolWindow(Context& context, const QString& name, Blocks blocks, std::optional<QLatin1StringView> section = {});
+
+    /// A slot's body: a failure becomes its box.
+    void run(const std::function<void()>& action) const;
+
+    Context& m_context;
+
+private:
+    std::optional<QLatin1StringView> m_section;
+    std::function<void()> m_giveBack;
+    bool m_wasShown = false;
+};
+
+} // namespace velloria::desktop

@@ -1,0 +1,154 @@
+#include "desktop/tool_window.h"
+
+#include "desktop/window_place.h"
+#include "editor_home.h"
+
+#include <QMdiArea>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+constexpr QLatin1StringView kSection("Find");
+
+class Beside : public desktop::ToolWindow {
+public:
+    explicit Beside(desktop::Context& context)
+        : ToolWindow(context, u"Beside"_s, Blocks::Nothing, kSection) {
+        resize(300, 200);
+    }
+};
+
+class Blocking : public desktop::ToolWindow {
+public:
+    explicit Blocking(desktop::Context& context)
+        : ToolWindow(context, u"Blocking"_s, Blocks::MainWindow) {}
+};
+
+class ToolWindow : public EditorHome {
+protected:
+    template <class Window>
+    Window& shown() {
+        auto& window = context.windows.get<Window>();
+        window.showWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        settle();
+        return window;
+    }
+};
+
+TEST_F(ToolWindow, IsOneOfAKindAndComesToTheFrontWhenCalledAgain) {
+    auto& first = shown<Beside>();
+    top().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_EQ(&shown<Beside>(), &first);
+    EXPECT_TRUE(first.isActiveWindow());
+}
+
+TEST_F(ToolWindow, IsDestroyedHoweverItCloses) {
+    const std::function<void(QDialog&)> ways[] = {[](QDialog& window) { window.close(); },
+                                                  [](QDialog& window) { QTest::keyClick(&window, Qt::Key_Escape); },
+                                                  [](QDialog& window) { window.accept(); }};
+    for (const auto& leave : ways) {
+        leave(shown<Beside>());
+        settle();
+        EXPECT_EQ(context.windows.find<Beside>(), nullptr);
+    }
+}
+
+TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
+    auto& first = shown<Beside>();
+    const QPoint middle = top().frameGeometry().center();
+    EXPECT_LT((first.frameGeometry().center() - middle).manhattanLength(), 80);
+    first.move(120, 90);
+    settle();
+    first.close();
+    settle();
+    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).left, 120 * 15);
+    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).top, 90 * 15);
+    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).height, std::nullopt);
+    EXPECT_EQ(shown<Beside>().pos(), QPoint(120, 90));
+}
+
+TEST_F(ToolWindow, AWindowThatWasNeverShownKeepsNoPlace) {
+    context.windows.get<Beside>();
+    context.windows.unload<Beside>();
+    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).left, std::nullopt);
+}
+
+TEST_F(ToolWindow, ABlockingOneTakesTheInputAndLeavesTheLook) {
+    clickDay(6);
+    auto& window = shown<Blocking>();
+    EXPECT_TRUE(top().isEnabled());
+    EXPECT_TRUE(title().isEnabled());
+    EXPECT_EQ(QApplication::activeModalWidget(), &window);
+    QTest::mouseClick(top().windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      title().mapTo(&top(), title().rect().center()));
+    settle();
+    EXPECT_FALSE(title().hasFocus());
+
+    bool isGivenBack = false;
+    window.giveBackTo([&] {
+        isGivenBack = true;
+        pane().setFocus();
+    });
+    window.close();
+    settle();
+    EXPECT_TRUE(isGivenBack);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_TRUE(pane().hasFocus());
+    keys(pane(), u"a"_s);
+    EXPECT_EQ(pane().text(), u"a"_s);
+}
+
+TEST_F(ToolWindow, WhatAMakerInsertsGoesToTheFirstPane) {
+    clickDay(6);
+    clickTab(1);
+    keys(pane(1), u"extend"_s);
+    EXPECT_TRUE(contents().insertAtCaretOfContents(u"word"_s));
+    EXPECT_EQ(tabs().currentIndex(), 0);
+    EXPECT_TRUE(pane().hasFocus());
+    pane().selectAll();
+    EXPECT_TRUE(contents().insertIntoContents([](const QString& text) { return u'<' + text + u'>'; }));
+    EXPECT_EQ(pane().text(), u"<word>"_s);
+    pane().selectAll();
+    EXPECT_TRUE(contents().insertAtCaretOfContents(u"!"_s));
+    EXPECT_EQ(pane().text(), u"!<word>"_s);
+    EXPECT_EQ(pane().textCursor().position(), 1);
+    EXPECT_EQ(pane(1).text(), u"extend"_s);
+    EXPECT_TRUE(isSavable());
+}
+
+TEST_F(ToolWindow, WithoutADayNothingIsInsertedAndThePanelSaysSo) {
+    EXPECT_FALSE(contents().insertAtCaretOfContents(u"word"_s));
+    EXPECT_EQ(pane().text(), u""_s);
+    EXPECT_EQ(panel(), u"日記が開かれていないため、挿入しませんでした。"_s);
+}
+
+TEST_F(ToolWindow, AChangeFromOutsideIsShownUnlessTheEntryIsBeingEdited) {
+    writeDay({u"one"_s, u"two"_s});
+    clickDay(6);
+    pick(combo(u"ComboNumber"_s), 0);
+    writeDay({u"three"_s});
+    contents().daysChanged({kDay});
+    EXPECT_EQ(caption(), u"2004/05/06分の日記[1/3]"_s);
+    EXPECT_FALSE(isSavable());
+
+    clickPane();
+    keys(pane(), u"x"_s);
+    const QString edited = pane().text();
+    diary().DeleteEntry(kDay, 2);
+    contents().daysChanged({kDay});
+    EXPECT_EQ(pane().text(), edited);
+    EXPECT_EQ(panel(), u"2004/05/06の日記は編集中のため、変更された内容を表示していません。"_s);
+
+    answer(u"no"_s);
+    clickDay(7);
+    diary().DeleteEntry(kDay, 1);
+    contents().daysChanged({kDay});
+    EXPECT_EQ(caption(), u"2004/05/07分の日記[1/1]"_s) << "another day is none of its business";
+}
+
+} // namespace
+} // namespace velloria::tests
