@@ -1,14 +1,20 @@
 // The find over a whole diary, beside the same statement with the LIKE that is built into SQLite, which knows neither
-// kana types nor widths.
+// kana types nor widths; and the page of what was found, beside that statement and a plain write of the page's bytes.
 //
-//     find_bench DIARY_DATABASE [OPTIONS OF GOOGLE BENCHMARK]
-#include "platform/clock.h"
-#include "store/diary_store.h"
+//     find_bench HOME "yyyy/mm/dd hh:nn:ss" [OPTIONS OF GOOGLE BENCHMARK]
+//
+// The home is a program folder with a diary, as bench/compare-find makes it.
+#include "editor/find_page.h"
+#include "platform/file_write.h"
+#include "shell/startup.h"
+#include "silent_desk.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
 #include <QCoreApplication>
+
+#include <fstream>
 
 using namespace Qt::StringLiterals;
 
@@ -49,7 +55,13 @@ qint64 plainFind(const QByteArray& file, const QByteArray& word) {
     return bytes;
 }
 
-void addWord(const QString& file, const Word& word) {
+void plainPage(const QByteArray& file, const QByteArray& word, const std::string& path, const QByteArray& page) {
+    benchmark::DoNotOptimize(plainFind(file, word));
+    std::ofstream(path, std::ios::binary).write(page.constData(), page.size());
+}
+
+void addWord(const core::Session& session, const Word& word) {
+    const QString file = session.databaseFile();
     const auto add = [&](const char* what, auto find) {
         const std::string name = std::string(what) + '/' + word.name;
         benchmark::RegisterBenchmark(name.c_str(), [find](benchmark::State& state) {
@@ -59,9 +71,24 @@ void addWord(const QString& file, const Word& word) {
     };
     add("findEntries", [file, text = word.text] {
         const platform::SystemClock clock;
-        return store::DiaryStore(file, clock).FindEntries({text, std::nullopt}).size();
+        qsizetype count = 0;
+        store::DiaryStore(file, clock).FindEntries({text, std::nullopt}, [&](store::Entry&) { ++count; });
+        return count;
     });
     add("plainLike", [file = file.toUtf8(), text = word.text.toUtf8()] { return plainFind(file, text); });
+    const auto makePage = [session, word = word.text] {
+        const platform::SystemClock clock;
+        const store::DiaryStore store(session.databaseFile(), clock);
+        return editor::MakeFindPage(session, store, session.DataPath + u"findtmp.htm"_s, {word, {}, {}});
+    };
+    makePage();
+    const QByteArray page = platform::readFile(session.DataPath + u"findtmp.htm"_s);
+    add("findPage", makePage);
+    add("plainPage", [=, file = file.toUtf8(), text = word.text.toUtf8(),
+                      path = (session.DataPath + u"plaintmp.htm"_s).toStdString()] {
+        plainPage(file, text, path, page);
+        return page.size();
+    });
 }
 
 } // namespace
@@ -70,12 +97,17 @@ void addWord(const QString& file, const Word& word) {
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     const QCoreApplication application(argc, argv);
-    if (QCoreApplication::arguments().size() != 2) {
-        qCritical("usage: find_bench DIARY_DATABASE");
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 3) {
+        qCritical("usage: find_bench HOME \"yyyy/mm/dd hh:nn:ss\"");
         return 2;
     }
+    const velloria::platform::FixedClock clock(QDateTime::fromString(arguments[2], u"yyyy/MM/dd HH:mm:ss"_s));
+    velloria::core::Session session;
+    velloria::bench::SilentDesk desk;
+    velloria::shell::Startup(session, desk, clock).run(arguments[1] + u'/', std::nullopt);
     for (const auto& word : velloria::bench::kWords)
-        velloria::bench::addWord(QCoreApplication::arguments()[1], word);
+        velloria::bench::addWord(session, word);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

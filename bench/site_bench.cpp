@@ -5,13 +5,13 @@
 //
 // The homes are program folders with a diary each, as bench/compare-month makes them; their customize set is replaced.
 #include "core/day_key.h"
-#include "platform/event_desk.h"
 #include "platform/file_write.h"
 #include "shell/startup.h"
 #include "site/month_page.h"
 #include "site/save_html.h"
 
 #include "plain_month.h"
+#include "silent_desk.h"
 
 #include <benchmark/benchmark.h>
 
@@ -22,21 +22,13 @@ using namespace Qt::StringLiterals;
 namespace velloria::bench {
 namespace {
 
-/// Nobody watches, nobody answers.
-class SilentDesk : public platform::EventDesk {
-protected:
-    void record(const QJsonObject&) override {}
-    bool answerYesNo(const QJsonObject&) override { return false; }
-    std::optional<QString> answerText(const QJsonObject&) override { return std::nullopt; }
-};
-
 /// A started home whose site lies in the folder "site" beside it.
 class Home {
 public:
     Home(const QString& folder, const QDateTime& now)
         : m_clock(now) {
         shell::Startup(m_session, m_desk, m_clock).run(folder + u'/', std::nullopt);
-        platform::replaceFile(m_session.CustIniFile, kPlainSettings, platform::Durability::Derived);
+        platform::replaceFile(m_session.CustIniFile, QByteArray(kPlainSettings), platform::Durability::Derived);
         m_session.FilePath = folder + u"/../site/"_s;
         m_session.FileName = u"index.htm"_s;
         platform::makeFolder(m_session.FilePath);

@@ -21,6 +21,7 @@ inline constexpr Key kDataPath{kAll, QLatin1StringView("DataPath")};
 inline constexpr Key kSaveFilePath{kAll, QLatin1StringView("SaveFilePath")};
 inline constexpr Key kSaveFileName{kAll, QLatin1StringView("SaveFileName")};
 inline constexpr Key kDBVersion{kAll, QLatin1StringView("DBVersion")};
+inline constexpr Key kClipWithHTML{kAll, QLatin1StringView("ClipWithHTML")};
 inline constexpr Key kRescue{kAll, QLatin1StringView("Rescue")};
 inline constexpr Key kMenuLanguage{kAll, QLatin1StringView("MenuLanguage")};
 
@@ -33,10 +34,20 @@ inline constexpr QLatin1StringView kParentForm("ParentForm");
 inline constexpr QLatin1StringView kCalender("Calender");
 inline constexpr QLatin1StringView kDiaryEditer("DiaryEditer");
 inline constexpr QLatin1StringView kBrowser("Browser");
+inline constexpr QLatin1StringView kExport("Export");
+inline constexpr QLatin1StringView kFind("Find");
+inline constexpr QLatin1StringView kLog("Log");
 
 inline constexpr Key kContentsFontSize{kDiaryEditer, QLatin1StringView("ContentsFontSize")};
 inline constexpr Key kPTagAdd{kDiaryEditer, QLatin1StringView("P_TagAdd")};
 inline constexpr Key kSelectedBlog{kCalender, QLatin1StringView("Blog")};
+
+/// Where file dialogs begin, and what the picture window was left with.
+inline constexpr Key kImagePath{kAll, QLatin1StringView("IMGPath")};
+inline constexpr Key kLogResistPath{kAll, QLatin1StringView("LogResistPath")};
+inline constexpr Key kDefaultLoadPath{QLatin1StringView("FileResist"), QLatin1StringView("DefaultLoadPath")};
+inline constexpr Key kAddDivText{QLatin1StringView("ImageTag"), QLatin1StringView("AddDivText")};
+inline constexpr Key kTagOtherText{QLatin1StringView("ImageTag"), QLatin1StringView("TagOtherText")};
 
 inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
 inline constexpr Key kFrameIni{QLatin1StringView("Frame"), kIniFileName};

@@ -8,6 +8,23 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::core {
+namespace {
+
+/// The field that starts at `at`, which moves behind the comma that ends it.
+QString takeField(const QString& line, qsizetype& at) {
+    while (at < line.size() && (line[at] == u' ' || line[at] == u'\t'))
+        ++at;
+    const bool isQuoted = at < line.size() && line[at] == u'"';
+    const qsizetype start = isQuoted ? at + 1 : at;
+    qsizetype end = line.indexOf(isQuoted ? u'"' : u',', start);
+    if (end < 0)
+        end = line.size();
+    const qsizetype comma = line.indexOf(u',', end);
+    at = comma < 0 ? line.size() : comma + 1;
+    return line.mid(start, end - start);
+}
+
+} // namespace
 
 QString ReadTextFile(const QString& path) {
     if (!platform::fileExists(path))
@@ -20,13 +37,23 @@ QString ReadTextFile(const QString& path) {
 }
 
 QStringList readLines(const QString& path) {
-    QString text = platform::decodeReferences(ReadTextFile(path));
+    return linesOf(ReadTextFile(path));
+}
+
+QStringList linesOf(QString text) {
+    text = platform::decodeReferences(text);
     if (text.isEmpty())
         return {};
     text.replace(u"\r\n"_s, u"\n"_s);
     if (text.endsWith(u'\n'))
         text.chop(1);
     return text.split(u'\n');
+}
+
+std::pair<QString, QString> twoFields(const QString& line) {
+    qsizetype at = 0;
+    QString first = takeField(line, at);
+    return {first, takeField(line, at)};
 }
 
 void writeLines(const QString& path, const QStringList& lines) {

@@ -33,20 +33,6 @@ QString decoded(QString line) {
     return line;
 }
 
-/// The field that starts at `at`, which moves behind the comma that ends it.
-QString takeField(const QString& line, qsizetype& at) {
-    while (at < line.size() && (line[at] == u' ' || line[at] == u'\t'))
-        ++at;
-    const bool isQuoted = at < line.size() && line[at] == u'"';
-    const qsizetype start = isQuoted ? at + 1 : at;
-    qsizetype end = line.indexOf(isQuoted ? u'"' : u',', start);
-    if (end < 0)
-        end = line.size();
-    const qsizetype comma = line.indexOf(u',', end);
-    at = comma < 0 ? line.size() : comma + 1;
-    return line.mid(start, end - start);
-}
-
 } // namespace
 
 void writeUploadList(const QString& file, const std::vector<UploadRow>& rows) {
@@ -57,18 +43,17 @@ void appendUploadList(const QString& file, const std::vector<UploadRow>& rows) {
     QByteArray bytes;
     if (platform::fileExists(file))
         bytes = platform::readFile(file);
+    // Other programs and people write to the list as well: the first new row must not become the end of their last one.
+    if (!rows.empty() && !bytes.isEmpty() && !bytes.endsWith('\n'))
+        bytes += "\r\n";
     platform::replaceFile(file, bytes + bytesOf(rows), platform::Durability::Derived);
 }
 
 std::vector<UploadRow> readUploadList(const QString& file) {
     std::vector<UploadRow> rows;
     for (const QString& stored : readLines(file)) {
-        const QString line = decoded(stored);
-        qsizetype at = 0;
-        UploadRow row;
-        row.folder = takeField(line, at);
-        row.name = takeField(line, at);
-        rows.push_back(row);
+        const auto [folder, name] = twoFields(decoded(stored));
+        rows.push_back({folder, name});
     }
     return rows;
 }

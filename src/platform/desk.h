@@ -19,6 +19,8 @@ struct PathRequest {
     QString title;
     QString filter; ///< pairs of text and pattern, parted by "|"
     QString folder; ///< where it starts
+    /// Without the dot; what the dialog adds to a name without an ending, so that it can ask before it replaces a file.
+    QString defaultSuffix = {};
 };
 
 /// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a
@@ -50,16 +52,25 @@ public:
     virtual void navigate(const QString& url) = 0;
     /// The critical box of a run-time failure and its line on the status panel.
     virtual void failure(const Failure& failure) = 0;
+
+private:
+    friend class Hourglass;
+    int m_hourglasses = 0;
 };
 
-/// The hourglass, for as long as this lives: no way out of a command leaves it behind.
+/// The hourglass, for as long as this lives: no way out of a command leaves it behind, and a step of one does not take
+/// away what the whole has set.
 class Hourglass {
 public:
     explicit Hourglass(Desk& desk)
         : m_desk(desk) {
-        m_desk.pointer(Pointer::Hourglass);
+        if (++m_desk.m_hourglasses == 1)
+            m_desk.pointer(Pointer::Hourglass);
     }
-    ~Hourglass() { m_desk.pointer(Pointer::Default); }
+    ~Hourglass() {
+        if (--m_desk.m_hourglasses == 0)
+            m_desk.pointer(Pointer::Default);
+    }
     Hourglass(const Hourglass&) = delete;
     Hourglass& operator=(const Hourglass&) = delete;
 

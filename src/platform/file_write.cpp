@@ -191,6 +191,13 @@ void replaceFile(const QString& file, QByteArrayView bytes, Durability durabilit
     replacement.commit(durability);
 }
 
+void replaceFile(const QString& file, const std::function<void(const WriteBytes&)>& produce, Durability durability,
+                 unsigned newFileMode) {
+    Replacement replacement(file, newFileMode);
+    produce([&](QByteArrayView bytes) { replacement.write(bytes); });
+    replacement.commit(durability);
+}
+
 void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability) {
     if (isSameFile(from, to))
         return;

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 namespace velloria::platform {
 
 /// Whether the bytes must have reached the disk before the rename.
@@ -16,6 +18,13 @@ enum class Durability {
 /// (POSIX permission bits, reduced by the umask). A file that is set read-only is refused. On failure the old file
 /// stays and Failure is thrown.
 void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode = 0666);
+
+/// Takes the next piece of a file that is being written.
+using WriteBytes = std::function<void(QByteArrayView)>;
+
+/// The same for bytes that come piece by piece: `produce` gets where they go. What it throws leaves the old file.
+void replaceFile(const QString& file, const std::function<void(const WriteBytes&)>& produce, Durability durability,
+                 unsigned newFileMode = 0666);
 
 /// Copies by a temporary name and rename, with the source's modification time; the copy is writable by its owner. A
 /// file copied onto itself (same file on disk) is left alone. Throws Failure when the machine refuses.

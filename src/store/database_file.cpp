@@ -184,10 +184,10 @@ void backUpDatabase(const QString& path, const QString& backup) {
     // Made again of the same diary it would only push out what the older backups hold.
     if (QFileInfo::exists(backup) && platform::readFile(backup) == platform::readFile(path))
         return;
-    for (int older = 3; older >= 1; --older) {
-        const QString newer = older == 1 ? backup : u"%1.%2"_s.arg(backup).arg(older - 1);
-        if (QFileInfo::exists(newer))
-            platform::copyFile(newer, u"%1.%2"_s.arg(backup).arg(older));
+    const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
+    for (int age = 3; age >= 1; --age) {
+        if (const QString newer = olderBackup(age - 1); QFileInfo::exists(newer))
+            platform::copyFile(newer, olderBackup(age));
     }
     copyDatabase(path, backup);
 }

@@ -1,6 +1,7 @@
 #include "store/diary_store.h"
 
 #include "store/day_numbers.h"
+#include "store/entry_row.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/literal.h"
 #include "store/sqlite/statement.h"
@@ -19,26 +20,6 @@ using sqlite::Statement;
 using sqlite::Transaction;
 
 namespace {
-
-constexpr char kAllColumns[] = "SELECT Day, Number, Title, Contents, Extend, Excerpt, Weather, Genre, PublishTime, "
-                               "Private, ImportMark, RecordID FROM Contents ";
-constexpr int kRecordIdColumn = 11;
-
-Entry readEntry(const Statement& row) {
-    Entry entry;
-    entry.day = row.text(0);
-    entry.number = row.integer(1);
-    entry.title = row.text(2);
-    entry.contents = row.text(3);
-    entry.extend = row.text(4);
-    entry.excerpt = row.text(5);
-    entry.weather = row.text(6);
-    entry.genre = row.text(7);
-    entry.publishTime = row.text(8);
-    entry.isPrivate = row.boolean(9);
-    entry.importMark = row.text(10);
-    return entry;
-}
 
 std::vector<Entry> readEntries(Statement& rows) {
     std::vector<Entry> entries;
@@ -69,6 +50,25 @@ auto readMonth(const QString& file, const QString& month, const QByteArray& head
     Statement rows(connection, head + "WHERE " + condition.sql + tail);
     rows.bind(condition.first, condition.second);
     return read(rows);
+}
+
+sqlite::MonthCondition conditionOf(const QString& file, const Period& period) {
+    switch (period.kind) {
+    case Period::Kind::Month:
+        return sqlite::daysBeginningWith(file, period.first);
+    case Period::Kind::Day:
+        return {"Day = ?1 AND ?2 = ''", literal(file, period.first), u""_s};
+    case Period::Kind::Between:
+        break;
+    }
+    return {"Day BETWEEN ?1 AND ?2", literal(file, period.first), literal(file, period.last)};
+}
+
+QByteArray orderOf(const Period& period, SortDirection direction) {
+    if (period.kind == Period::Kind::Day)
+        return " ORDER BY RecordID";
+    return direction == SortDirection::Ascending ? " ORDER BY Day ASC, Number, RecordID"
+                                                 : " ORDER BY Day DESC, Number, RecordID";
 }
 
 /// Writes one entry after the other over prepared statements.
@@ -336,31 +336,37 @@ QStringList DiaryStore::Months() const {
     return readTexts(rows);
 }
 
-std::vector<Entry> DiaryStore::FindEntries(const FindQuery& query) const {
+void DiaryStore::FindEntries(const FindQuery& query, const std::function<void(Entry&)>& each) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(
         connection,
         "SELECT Day, Number, Title, Contents, Extend, NULL, Weather, Genre, NULL, Private, NULL FROM Contents "
         "WHERE (Contents LIKE ?1 OR Title LIKE ?1) AND (?2 IS NULL OR Genre LIKE ?2) "
         "ORDER BY Day DESC, Number");
-    rows.bind(u'%' + pattern(m_file, query.word) + u'%', pattern(m_file, query.genre.value_or(QString())));
-    return readEntries(rows);
+    const QString genre = query.genre ? u""_s + *query.genre : QString(); // NULL for all
+    rows.bind(u'%' + pattern(m_file, query.word) + u'%', pattern(m_file, genre));
+    while (rows.next()) {
+        Entry entry = readEntry(rows);
+        each(entry);
+    }
 }
 
-std::vector<Entry> DiaryStore::ExportEntries(const Period& period, SortDirection direction) const {
-    const QByteArray order = direction == SortDirection::Ascending ? " ORDER BY Day ASC, Number, RecordID"
-                                                                   : " ORDER BY Day DESC, Number, RecordID";
-    if (period.kind == Period::Kind::Month)
-        return readMonth(m_file, period.first, kAllColumns, order, readEntries);
+void DiaryStore::ExportEntries(const Period& period, SortDirection direction,
+                               const std::function<void(Entry&, int count)>& each) const {
+    const sqlite::MonthCondition condition = conditionOf(m_file, period);
     const Connection connection(m_file, Access::ReadOnly);
-    if (period.kind == Period::Kind::Day) {
-        Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY RecordID");
-        rows.bind(literal(m_file, period.first));
-        return readEntries(rows);
+    Statement count(connection, "SELECT count(*) FROM Contents WHERE " + condition.sql);
+    count.bind(condition.first, condition.second);
+    count.next();
+    const int entries = count.integer(0);
+    Statement rows(connection, "SELECT Day, Number, Title, Contents, NULL, NULL, Weather, Genre, NULL, Private, NULL "
+                               "FROM Contents WHERE " +
+                                   condition.sql + orderOf(period, direction));
+    rows.bind(condition.first, condition.second);
+    while (rows.next()) {
+        Entry entry = readEntry(rows);
+        each(entry, entries);
     }
-    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day BETWEEN ?1 AND ?2" + order);
-    rows.bind(literal(m_file, period.first), literal(m_file, period.last));
-    return readEntries(rows);
 }
 
 std::vector<EntryKey> DiaryStore::AllEntryKeys() const {

@@ -23,7 +23,7 @@ enum class PublishTime { Now, AsGiven };
 /// A period of the export: between two days, one month, or one day.
 struct Period {
     enum class Kind { Between, Month, Day } kind = Kind::Day;
-    QString first; ///< first day, "yyyy/mm", or the day
+    QString first; ///< first day, "yyyy/mm/", or the day
     QString last;  ///< last day of Kind::Between
 };
 
@@ -97,8 +97,13 @@ public:
     /// Months with public or private entries, ascending.
     QStringList Months() const;
 
-    std::vector<Entry> FindEntries(const FindQuery& query) const;
-    std::vector<Entry> ExportEntries(const Period& period, SortDirection direction) const;
+    /// One entry after the other, so that no diary is too large, newest day first and lowest number first: without
+    /// summary and import mark.
+    void FindEntries(const FindQuery& query, const std::function<void(Entry&)>& each) const;
+    /// One entry after the other, so that no diary is too large, without postscript, summary and import mark. `each`
+    /// also gets how many there are; what it throws ends the reading.
+    void ExportEntries(const Period& period, SortDirection direction,
+                       const std::function<void(Entry&, int count)>& each) const;
     /// Newest day first, within a day lowest number first.
     std::vector<EntryKey> AllEntryKeys() const;
 

@@ -18,6 +18,7 @@ using sqlite::Statement;
 namespace {
 
 constexpr char kRow[] = "SELECT FileID, FileName, Day, Number, Uploaded, Logged FROM FileDB ";
+constexpr char kOfName[] = "WHERE Fold(coalesce(FileName, '')) = Fold(coalesce(?1, '')) ";
 
 std::vector<FileRow> readRows(Statement& rows) {
     std::vector<FileRow> files;
@@ -46,7 +47,7 @@ FileRegister::FileRegister(QString databaseFile)
 
 std::vector<FileRow> FileRegister::FindFile(const QString& name) const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, QByteArray(kRow) + "WHERE Fold(FileName) = Fold(?1) ORDER BY FileID");
+    Statement rows(connection, QByteArray(kRow) + kOfName + "ORDER BY FileID");
     rows.bind(literal(m_file, name));
     return readRows(rows);
 }
@@ -59,15 +60,14 @@ std::vector<FileRow> FileRegister::ListFiles() const {
 
 void FileRegister::DeleteFile(const QString& name, const QString& day, int number) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection,
-              "DELETE FROM FileDB WHERE Fold(FileName) = Fold(?1) AND Day = ?2 AND coalesce(Number, 0) = ?3")
+    Statement(connection, QByteArray("DELETE FROM FileDB ") + kOfName + "AND Day IS ?2 AND coalesce(Number, 0) = ?3")
         .bind(literal(m_file, name), literal(m_file, day), number)
         .run();
 }
 
 int FileRegister::CountFile(const QString& name) const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT count(FileID) FROM FileDB WHERE Fold(FileName) = Fold(?1)");
+    Statement rows(connection, QByteArray("SELECT count(FileID) FROM FileDB ") + kOfName);
     rows.bind(literal(m_file, name));
     return readCount(rows);
 }

@@ -18,10 +18,11 @@ class FileRegister {
 public:
     explicit FileRegister(QString databaseFile);
 
-    /// All rows of a name.
+    /// All rows of a name. For this, CountFile and DeleteFile a missing name is an empty one.
     std::vector<FileRow> FindFile(const QString& name) const;
     /// All rows, by day, number and name.
     std::vector<FileRow> ListFiles() const;
+    /// Removes the rows of this key. A missing number counts as 0; a null day is a missing one.
     void DeleteFile(const QString& name, const QString& day, int number) const;
     int CountFile(const QString& name) const;
     /// How many rows of the name are not yet part of a log.

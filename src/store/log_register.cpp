@@ -44,11 +44,11 @@ void LogRegister::AddLog(const LogRow& row) const {
         .run();
 }
 
-void LogRegister::DeleteLog(const QString& fileName) const {
+void LogRegister::DeleteLog(const LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "DELETE FROM LogDB WHERE rowid = (SELECT min(rowid) FROM LogDB WHERE Fold(LogFileName) = "
-                          "Fold(?1))")
-        .bind(literal(m_file, fileName))
+    Statement(connection, "DELETE FROM LogDB WHERE rowid = (SELECT min(rowid) FROM LogDB WHERE "
+                          "Fold(coalesce(LogFileName, '')) = Fold(coalesce(?1, '')) AND LogMonth IS ?2)")
+        .bind(literal(m_file, row.fileName), literal(m_file, row.month))
         .run();
 }
 

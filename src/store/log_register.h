@@ -18,8 +18,8 @@ public:
     bool LogOfMonth(const QString& month) const;
     bool FindLog(const QString& fileName) const;
     void AddLog(const LogRow& row) const;
-    /// Removes the first row of the name.
-    void DeleteLog(const QString& fileName) const;
+    /// Removes the first row of this name and month; a null month is a missing one, a missing name is an empty one.
+    void DeleteLog(const LogRow& row) const;
 
 private:
     QString m_file;

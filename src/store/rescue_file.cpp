@@ -56,13 +56,14 @@ void RescueFile::keep(const Entry& entry, const QString& reason) {
     const platform::FolderLock lock(core::GetParentFolder(m_file));
     endLastLine(m_file);
     const qint64 size = QFileInfo(m_file).size();
-    if (size + line.size() > kMostBytes) {
+    // Once a change: what it keeps itself must not push its own first lines out.
+    if (m_end < 0 && size + line.size() > kMostBytes) {
         QByteArray kept = size > 0 ? platform::readFile(m_file) : QByteArray();
         const qsizetype cut = kept.indexOf('\n', qMax<qsizetype>(0, kept.size() + line.size() - kBytesLeft));
         kept = cut < 0 ? QByteArray() : kept.sliced(cut + 1);
         platform::replaceFile(m_file, kept + line, platform::Durability::Durable, 0600);
-        m_begin = -1;
-        m_end = 0;
+        m_begin = kept.size();
+        m_end = kept.size() + line.size();
         return;
     }
     if (m_end < 0)
@@ -75,23 +76,24 @@ void RescueFile::keep(const Entry& entry, const QString& reason) {
 
 void RescueFile::append(const QByteArray& line) {
     QFile file(m_file);
-    const auto refuse = [&] {
-        throw platform::Failure(u"消える内容を控えに残せません。"_s, m_file, file.errorString(),
+    const auto refuse = [&](const QString& reason) {
+        throw platform::Failure(u"消える内容を控えに残せません。"_s, m_file, reason,
                                 u"日記は変更されていません。空き容量と書き込みの許可を確認してください。"_s);
     };
     if (!file.exists()) {
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
-            refuse();
+            refuse(file.errorString());
         file.close();
     }
     const qint64 whole = file.size();
     // Unbuffered: what a buffer could not get rid of would also keep the file from being cut.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        refuse();
+        refuse(file.errorString());
     if (file.write(line) != line.size()) {
+        const QString reason = file.errorString();
         file.resize(whole); // no half line in front of the next one
         m_end = whole;
-        refuse();
+        refuse(reason);
     }
 }
 

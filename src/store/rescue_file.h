@@ -8,8 +8,8 @@
 namespace velloria::store {
 
 /// "rescue.jsonl" in the user's folder, readable by its owner alone: a line of `entry put` each, plus "Reason" and
-/// "Time". It is only ever appended to; above 20 MB the oldest lines go. Key `Rescue` 0 of section `ALL` switches it
-/// off, for somebody who deletes for privacy.
+/// "Time". It is only ever appended to; above 20 MB the oldest lines go, but none of those that one object of this
+/// class keeps. Key `Rescue` 0 of section `ALL` switches it off, for somebody who deletes for privacy.
 class RescueFile {
 public:
     /// Both outlive this.

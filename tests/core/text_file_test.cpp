@@ -89,6 +89,28 @@ TEST_F(TextFile, BringsBackCharactersThatTheCodePageLacks) {
     EXPECT_EQ(readLines(file), lines);
 }
 
+TEST_F(TextFile, HasTwoFieldsALineThatMayStandInQuotes) {
+    const struct {
+        QString line;
+        QString first;
+        QString second;
+    } cases[] = {
+        {u"a,b"_s, u"a"_s, u"b"_s},
+        {u" \ta, b"_s, u"a"_s, u"b"_s},
+        {u"\"a,b\",\"c,d\""_s, u"a,b"_s, u"c,d"_s},
+        {u"\"a\" , b,c"_s, u"a"_s, u"b"_s},
+        {u"a b,c d"_s, u"a b"_s, u"c d"_s},
+        {u"a"_s, u"a"_s, u""_s},
+        {u",b"_s, u""_s, u"b"_s},
+        {u""_s, u""_s, u""_s},
+        {u"\"a,b"_s, u"a,b"_s, u""_s},
+        {u"a,\"b,c"_s, u"a"_s, u"b,c"_s},
+        {u"\"\",b"_s, u""_s, u"b"_s},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(twoFields(c.line), std::pair(c.first, c.second)) << c.line.toStdString();
+}
+
 TEST_F(TextFile, IsRefusedAloudWhereItCantBeWritten) {
     EXPECT_THROW(writeLines(folder.filePath(u"gone/Genre.csv"_s), {u"a"_s}), platform::Failure);
     EXPECT_TRUE(QDir(folder.path()).isEmpty());

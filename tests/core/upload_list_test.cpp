@@ -53,6 +53,24 @@ TEST_F(UploadList, GrowsAndKeepsWhatStandsThere) {
     EXPECT_EQ(bytes(), odd + "/a,1\r\n/a,2\r\n");
 }
 
+TEST_F(UploadList, NewRowsStandBehindALastLineWithoutItsEnd) {
+    const struct {
+        QByteArray old;
+        QByteArray grown;
+    } cases[] = {{"/a,1", "/a,1\r\n/a,2\r\n"},
+                 {"/a,1\n", "/a,1\n/a,2\r\n"},
+                 {"/a,0\r\n/a,1", "/a,0\r\n/a,1\r\n/a,2\r\n"},
+                 {"", "/a,2\r\n"}};
+    for (const auto& c : cases) {
+        put(c.old);
+        appendUploadList(file, {{u"/a"_s, u"2"_s}});
+        EXPECT_EQ(bytes(), c.grown) << c.old.constData();
+    }
+    put("/a,1");
+    appendUploadList(file, {});
+    EXPECT_EQ(bytes(), "/a,1");
+}
+
 TEST_F(UploadList, IsReadByTheRuleOfTwoFields) {
     const struct {
         const char* line;

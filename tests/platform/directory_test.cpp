@@ -22,7 +22,7 @@ protected:
             if (name.endsWith(u'/'))
                 makeFolder(path(name.chopped(1)));
             else
-                replaceFile(path(name), {}, Durability::Derived);
+                replaceFile(path(name), "", Durability::Derived);
         }
     }
     QString path(const QString& name) const { return folder.filePath(name); }

@@ -140,6 +140,20 @@ TEST(ScriptedDesk, CallsAnUnexpectedQuestionAnErrorOfTheTest) {
     EXPECT_THROW(desk.password(u"t"_s), UnansweredQuestion);
 }
 
+TEST(Hourglass, OfAStepStaysAsLongAsThatOfTheWhole) {
+    ScriptedDesk desk;
+    {
+        const Hourglass whole(desk);
+        { const Hourglass step(desk); }
+        EXPECT_EQ(desk.events.size(), 1);
+    }
+    ASSERT_EQ(desk.events.size(), 2);
+    EXPECT_EQ(desk.events.at(0)[u"shape"_s], u"hourglass"_s);
+    EXPECT_EQ(desk.events.at(1)[u"shape"_s], u"default"_s);
+    const Hourglass again(desk);
+    EXPECT_EQ(desk.events.size(), 3);
+}
+
 TEST(Hourglass, IsGoneHoweverTheWorkEnds) {
     ScriptedDesk desk;
     try {

@@ -235,6 +235,44 @@ TEST_F(FileWrite, KeepsTheOldFileOnAFullDisk) {
     EXPECT_EQ(readFile(file), "new");
 }
 
+TEST_F(FileWrite, TakesBytesPieceByPiece) {
+    const QString file = make(u"a"_s, "old", 0640);
+    replaceFile(
+        file,
+        [&](const platform::WriteBytes& write) {
+            EXPECT_EQ(readFile(file), "old");
+            write("one ");
+            write("");
+            write("two");
+        },
+        Durability::Derived);
+    EXPECT_EQ(readFile(file), "one two");
+    EXPECT_EQ(mode(file), 0640U);
+    EXPECT_EQ(names(), QStringList{u"a"_s});
+}
+
+TEST_F(FileWrite, KeepsTheOldFileWhenThePiecesEndInAFailure) {
+    const QString file = make(u"a"_s, "old");
+    const auto produce = [](const platform::WriteBytes& write) {
+        write("half");
+        throw Failure(u"no more"_s, {}, {});
+    };
+    EXPECT_THROW(replaceFile(file, produce, Durability::Derived), Failure);
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(names(), QStringList{u"a"_s});
+    EXPECT_TRUE(failsOnFullDisk(1 << 20, [&] {
+        replaceFile(
+            file,
+            [](const platform::WriteBytes& write) {
+                for (int i = 0; i < 3; ++i)
+                    write(QByteArray(1 << 20, 'x'));
+            },
+            Durability::Derived);
+    }));
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(names(), QStringList{u"a"_s});
+}
+
 TEST_F(FileWrite, RefusesAFileThatIsReadOnly) {
     const QString file = make(u"a"_s, "old", 0444);
     const QString source = make(u"source"_s, "new");

@@ -129,6 +129,17 @@ TEST_F(DatabaseFile, KeepsThreeOlderBackups) {
               (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s, u"diarymdb.bak.2"_s, u"diarymdb.bak.3"_s}));
 }
 
+TEST_F(DatabaseFile, KeepsItsBackupsInAFolderOfAnyName) {
+    const QString folder = path(u"100%1 or %2"_s);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (int i = 0; i < 4; ++i) {
+        write(u"2004/05/06"_s, QString::number(i));
+        backUpDatabase(file(), folder + u"/x.bak"_s);
+    }
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name),
+              (QStringList{u"x.bak"_s, u"x.bak.1"_s, u"x.bak.2"_s, u"x.bak.3"_s}));
+}
+
 TEST_F(DatabaseFile, BackedUpAgainUnchangedKeepsTheOlderBackups) {
     backUpDatabase(file(), backup());
     const QByteArray older = bytesOf(backup());

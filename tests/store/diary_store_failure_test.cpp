@@ -126,7 +126,7 @@ TEST_F(DiaryStoreFailure, NoLockOutlivesAnOperation) {
     store.LoadDay(kDay);
     store.LoadEntry(kDay, 1); // stops at the first row
     store.LatestPublicDay();
-    EXPECT_THROW(store.FindEntries({u"["_s, {}}), platform::Failure);
+    EXPECT_THROW(store.FindEntries({u"["_s, {}}, [](store::Entry&) {}), platform::Failure);
     Connection other(file(), Access::ReadWrite);
     EXPECT_EQ(failureOf([&] { other.execute("BEGIN EXCLUSIVE"); }), QString());
     other.execute("ROLLBACK");

@@ -150,27 +150,59 @@ TEST_F(DiaryMonth, HasAllKeysNewestDayFirstAndLowestNumberFirst) {
     EXPECT_EQ(diary().AllEntryKeys().size(), 5U);
 }
 
-TEST_F(DiaryMonth, ExportsAMonthInEitherDirection) {
+class DiaryExport : public DiaryMonth {
+protected:
+    /// The titles in the order in which they come; each says how many there are.
+    QStringList exported(const Period& period, SortDirection direction) {
+        QStringList titles;
+        int told = 0;
+        diary().ExportEntries(period, direction, [&](Entry& entry, int count) {
+            titles += entry.title;
+            told = count;
+        });
+        EXPECT_EQ(told, titles.size());
+        return titles;
+    }
+};
+
+TEST_F(DiaryExport, TakesAMonthInEitherDirection) {
     const Period month{Period::Kind::Month, m_month, {}};
-    EXPECT_EQ(titlesOf(diary().ExportEntries(month, SortDirection::Ascending)),
+    EXPECT_EQ(exported(month, SortDirection::Ascending),
               (QStringList{u"1 private"_s, u"2a"_s, u"2b private"_s, u"31a"_s, u"31b"_s}));
-    EXPECT_EQ(titlesOf(diary().ExportEntries(month, SortDirection::Descending)),
+    EXPECT_EQ(exported(month, SortDirection::Descending),
               (QStringList{u"31a"_s, u"31b"_s, u"2a"_s, u"2b private"_s, u"1 private"_s}));
 }
 
-TEST_F(DiaryMonth, ExportsTheDaysBetweenTwoWithBoth) {
+TEST_F(DiaryExport, TakesTheDaysBetweenTwoWithBoth) {
     const Period between{Period::Kind::Between, u"2004/04/30"_s, u"2004/05/02"_s};
-    EXPECT_EQ(titlesOf(diary().ExportEntries(between, SortDirection::Ascending)),
+    EXPECT_EQ(exported(between, SortDirection::Ascending),
               (QStringList{u"april"_s, u"1 private"_s, u"2a"_s, u"2b private"_s}));
-    EXPECT_EQ(titlesOf(diary().ExportEntries(between, SortDirection::Descending)),
+    EXPECT_EQ(exported(between, SortDirection::Descending),
               (QStringList{u"2a"_s, u"2b private"_s, u"1 private"_s, u"april"_s}));
 }
 
-TEST_F(DiaryMonth, ExportsOneDayInTheOrderOfItsRows) {
+TEST_F(DiaryExport, TakesOneDayInTheOrderOfItsRows) {
     sql(u"UPDATE Contents SET Number = 3 - Number WHERE Day = '2004/05/02'"_s);
     for (const SortDirection direction : {SortDirection::Ascending, SortDirection::Descending})
-        EXPECT_EQ(titlesOf(diary().ExportEntries({Period::Kind::Day, u"2004/05/02"_s, {}}, direction)),
+        EXPECT_EQ(exported({Period::Kind::Day, u"2004/05/02"_s, {}}, direction),
                   (QStringList{u"2a"_s, u"2b private"_s}));
+}
+
+TEST_F(DiaryExport, EndsWithWhatIsThrownAndLeavesNoLock) {
+    int read = 0;
+    EXPECT_THROW(diary().ExportEntries({Period::Kind::Month, m_month, {}}, SortDirection::Ascending,
+                                       [&](Entry&, int) {
+                                           ++read;
+                                           throw std::runtime_error("enough");
+                                       }),
+                 std::runtime_error);
+    EXPECT_EQ(read, 1);
+    write(m_month + u"/09"_s, u"behind"_s);
+}
+
+TEST_F(DiaryExport, ABackwardPeriodHasNoEntries) {
+    EXPECT_EQ(exported({Period::Kind::Between, u"2004/05/02"_s, u"2004/04/30"_s}, SortDirection::Ascending),
+              QStringList());
 }
 
 class SameDay : public TestHome {};

@@ -27,8 +27,7 @@ protected:
     }
     QStringList find(const QString& word, const std::optional<QString>& genre = std::nullopt) const {
         QStringList titles;
-        for (const Entry& entry : diary().FindEntries({word, genre}))
-            titles += entry.title;
+        diary().FindEntries({word, genre}, [&](Entry& entry) { titles += entry.title; });
         return titles;
     }
 };
@@ -121,12 +120,12 @@ TEST_F(DiaryText, TakesWildcardsInAWord) {
 }
 
 TEST_F(DiaryText, RefusesALoneBracketWhateverTheDiaryHolds) {
-    EXPECT_THROW(diary().FindEntries({u"a["_s, {}}), platform::Failure);
+    EXPECT_THROW(find(u"a["_s), platform::Failure);
     add(u"2004/05/06"_s, u"a["_s, u"a["_s);
-    EXPECT_THROW(diary().FindEntries({u"a["_s, {}}), platform::Failure);
-    EXPECT_THROW(diary().FindEntries({u"zzz"_s, u"["_s}), platform::Failure);
+    EXPECT_THROW(find(u"a["_s), platform::Failure);
+    EXPECT_THROW(find(u"zzz"_s, u"["_s), platform::Failure);
     EXPECT_THROW(diary().DaysOfMonth(u"2004/["_s), platform::Failure);
-    const QString failure = failureOf([&] { diary().FindEntries({u"["_s, {}}); });
+    const QString failure = failureOf([&] { find(u"["_s); });
     EXPECT_TRUE(failure.contains(session.databaseFile())) << failure.toStdString();
     EXPECT_TRUE(failure.contains(u"「[」に対応する「]」がありません"_s)) << failure.toStdString();
 }
@@ -137,6 +136,7 @@ TEST_F(DiaryText, RefusesADoubleQuoteAndChangesNothing) {
     Entry entry = entryOf(bad, u"x"_s);
     const store::DiaryStore store = diary();
     const QByteArray before = bytesOf(session.databaseFile());
+    const auto pass = [](store::Entry&, int) {};
     const std::function<void()> operations[] = {
         [&] { store.LoadDay(bad); },
         [&] { store.LoadEntry(bad, 1); },
@@ -158,19 +158,19 @@ TEST_F(DiaryText, RefusesADoubleQuoteAndChangesNothing) {
         [&] { store.EntryListOfMonth(bad); },
         [&] { store.EntriesForFeed(bad); },
         [&] {
-            store.FindEntries({bad, {}});
+            store.FindEntries({bad, {}}, [](Entry&) {});
         },
         [&] {
-            store.FindEntries({u"x"_s, bad});
+            store.FindEntries({u"x"_s, bad}, [](Entry&) {});
         },
         [&] {
-            store.ExportEntries({Period::Kind::Day, bad, {}}, SortDirection::Ascending);
+            store.ExportEntries({Period::Kind::Day, bad, {}}, SortDirection::Ascending, pass);
         },
         [&] {
-            store.ExportEntries({Period::Kind::Month, bad, {}}, SortDirection::Ascending);
+            store.ExportEntries({Period::Kind::Month, bad, {}}, SortDirection::Ascending, pass);
         },
         [&] {
-            store.ExportEntries({Period::Kind::Between, u"2004"_s, bad}, SortDirection::Ascending);
+            store.ExportEntries({Period::Kind::Between, u"2004"_s, bad}, SortDirection::Ascending, pass);
         },
     };
     int number = 0;

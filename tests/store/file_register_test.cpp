@@ -98,6 +98,21 @@ TEST_F(FileRegister, DeletesByNameDayAndNumber) {
     EXPECT_EQ(files().CountFile(u"b.gif"_s), 1);
 }
 
+TEST_F(FileRegister, AMissingNameIsAnEmptyOne) {
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES (NULL, '2004/05/06', 1), (NULL, '2004/05/07', 1), "
+        u"('', '2004/05/08', 1), ('a.gif', '2004/05/06', 1)"_s);
+    for (const QString& name : {QString(), u""_s}) {
+        EXPECT_EQ(files().CountFile(name), 3);
+        EXPECT_EQ(files().FindFile(name).size(), 3U);
+    }
+    files().DeleteFile(files().FindFile(u""_s).front().name, u"2004/05/06"_s, 1);
+    EXPECT_EQ(files().CountFile(u""_s), 2);
+    files().DeleteFile(u""_s, u"2004/05/07"_s, 1);
+    EXPECT_EQ(files().CountFile(u""_s), 1);
+    files().DeleteFile(QString(), u"2004/05/08"_s, 1);
+    EXPECT_EQ(namesOf(files().ListFiles()), QStringList{u"a.gif"_s});
+}
+
 TEST_F(FileRegister, DeletesBothRowsOfACommonFile) {
     add(u"all.css"_s, kAllDays, 0);
     files().AddLoggedCommonFile(u"all.css"_s);

@@ -39,14 +39,30 @@ TEST_F(LogRegister, KnowsMonthsAndFiles) {
     EXPECT_FALSE(logs().FindLog(u"200405"_s));
 }
 
-TEST_F(LogRegister, DeletesTheFirstRowOfAName) {
+TEST_F(LogRegister, DeletesTheFirstRowOfANameAndMonth) {
     logs().AddLog({u"2004/05"_s, u"a.htm"_s});
     logs().AddLog({u"2004/06"_s, u"b.htm"_s});
     logs().AddLog({u"2004/07"_s, u"A.htm"_s});
-    logs().DeleteLog(u"A.HTM"_s);
-    EXPECT_EQ(rows(), (QStringList{u"2004/06 b.htm"_s, u"2004/07 A.htm"_s}));
-    logs().DeleteLog(u"no.htm"_s);
-    EXPECT_EQ(rows().size(), 2);
+    logs().AddLog({u"2004/07"_s, u"a.htm"_s});
+    logs().DeleteLog({u"2004/07"_s, u"A.HTM"_s});
+    EXPECT_EQ(rows(), (QStringList{u"2004/05 a.htm"_s, u"2004/06 b.htm"_s, u"2004/07 a.htm"_s}));
+    logs().DeleteLog({u"2004/06"_s, u"a.htm"_s});
+    EXPECT_EQ(rows().size(), 3);
+}
+
+TEST_F(LogRegister, DeletesARowWithoutAMonth) {
+    sql(u"INSERT INTO LogDB VALUES (NULL, 'a.htm')"_s);
+    logs().AddLog({u"2004/05"_s, u"a.htm"_s});
+    logs().DeleteLog(logs().Logs().front());
+    EXPECT_EQ(rows(), QStringList{u"2004/05 a.htm"_s});
+}
+
+TEST_F(LogRegister, DeletesARowWithoutAName) {
+    sql(u"INSERT INTO LogDB (LogMonth, LogFileName) VALUES ('2004/05', NULL), ('2004/06', NULL), ('2004/05', 'a')"_s);
+    logs().DeleteLog(logs().Logs().front());
+    EXPECT_EQ(rows(), (QStringList{u"2004/06 "_s, u"2004/05 a"_s}));
+    logs().DeleteLog({u"2004/06"_s, u""_s});
+    EXPECT_EQ(rows(), QStringList{u"2004/05 a"_s});
 }
 
 TEST_F(LogRegister, ReadsMissingValuesAsMissing) {
@@ -59,9 +75,10 @@ TEST_F(LogRegister, ReadsMissingValuesAsMissing) {
 TEST_F(LogRegister, RefusesADoubleQuoteAndChangesNothing) {
     logs().AddLog({u"2004/05"_s, u"a\".htm"_s});
     const QByteArray before = bytesOf(session.databaseFile());
-    for (const QString& failure :
-         {failureOf([&] { logs().LogOfMonth(u"\""_s); }), failureOf([&] { logs().FindLog(u"a\".htm"_s); }),
-          failureOf([&] { logs().DeleteLog(u"a\".htm"_s); })})
+    for (const QString& failure : {failureOf([&] { logs().LogOfMonth(u"\""_s); }),
+                                   failureOf([&] { logs().FindLog(u"a\".htm"_s); }), failureOf([&] {
+                                       logs().DeleteLog({u"2004/05"_s, u"a\".htm"_s});
+                                   })})
         EXPECT_TRUE(failure.contains(session.databaseFile())) << failure.toStdString();
     EXPECT_TRUE(bytesOf(session.databaseFile()) == before);
 }

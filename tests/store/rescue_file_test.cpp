@@ -118,6 +118,30 @@ TEST_F(Rescue, LosesItsOldestLinesAboveTwentyMegabytes) {
     EXPECT_EQ(modeOf(file()), 0600U);
 }
 
+TEST_F(Rescue, OfOneChangeKeepsAllLinesHoweverManyThereAre) {
+    const QString text(1'000'000, u'x');
+    keep(u"old"_s, text);
+    store::RescueFile change = rescue();
+    for (int i = 0; i < 30; ++i)
+        change.keep(entryWith(QString::number(i), text), u"削除"_s);
+    EXPECT_EQ(titles().size(), 31);
+    keep(u"next"_s);
+    EXPECT_LE(bytesOf(file()).size(), 20'000'000);
+    EXPECT_EQ(titles().last(), u"next"_s);
+}
+
+TEST_F(Rescue, TakesTheLinesOfARefusedChangeBackFromAFullFile) {
+    const QString text(1'000'000, u'x');
+    for (int i = 0; i < 19; ++i)
+        keep(QString::number(i), text);
+    store::RescueFile change = rescue();
+    change.keep(entryWith(u"a"_s, text), u"削除"_s);
+    change.keep(entryWith(u"b"_s, text), u"削除"_s);
+    EXPECT_EQ(titles().last(), u"b"_s);
+    change.forget();
+    EXPECT_EQ(titles().last(), u"18"_s);
+}
+
 TEST_F(Rescue, KeepsALineThatIsLargerThanAllowedByItself) {
     keep(u"old"_s);
     keep(u"huge"_s, QString(21'000'000, u'x'));

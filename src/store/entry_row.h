@@ -1,0 +1,17 @@
+// A row of table Contents as an entry.
+#pragma once
+
+#include "store/entry.h"
+#include "store/sqlite/statement.h"
+
+namespace velloria::store {
+
+/// The columns that readEntry expects, and behind them the RecordID.
+inline constexpr char kAllColumns[] = "SELECT Day, Number, Title, Contents, Extend, Excerpt, Weather, Genre, "
+                                      "PublishTime, Private, ImportMark, RecordID FROM Contents ";
+inline constexpr int kRecordIdColumn = 11;
+
+/// The statement's present row.
+Entry readEntry(const sqlite::Statement& row);
+
+} // namespace velloria::store

@@ -1,0 +1,113 @@
+#include "store/entry_import.h"
+
+#include "store/sqlite/connection.h"
+#include "support/test_home.h"
+
+#include <QElapsedTimer>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using store::EntryImport;
+
+class EntriesFromOutside : public TestHome {
+protected:
+    QString titles() { return sqlValue(u"SELECT group_concat(Title) FROM (SELECT Title FROM Contents ORDER BY 1)"_s); }
+    QString file() const { return session.databaseFile(); }
+};
+
+TEST_F(EntriesFromOutside, AreThereForTheNextQuestionAndForOthersOnceSettled) {
+    EntryImport import(file());
+    EXPECT_FALSE(import.hasDay(u"2004/05/06"_s));
+    import.add({u"2004/05/06"_s, u"a"_s, u"x"_s});
+    EXPECT_TRUE(import.hasDay(u"2004/05/06"_s));
+    import.settle();
+    EXPECT_EQ(titles(), u"a"_s);
+}
+
+TEST_F(EntriesFromOutside, GetTheNextNumberOfTheirDay) {
+    write(u"2004/05/06"_s, u"a"_s);
+    EntryImport import(file());
+    import.add({u"2004/05/06"_s, u"b"_s, u"x"_s});
+    import.settle();
+    EXPECT_EQ(diary().LoadEntry(u"2004/05/06"_s, 2)->title, u"b"_s);
+}
+
+TEST_F(EntriesFromOutside, ReachTheDiskOnTheWay) {
+    EntryImport import(file());
+    QElapsedTimer timer;
+    timer.start();
+    int added = 0;
+    while (timer.elapsed() < 1000)
+        import.add({u"day %1"_s.arg(added++), u"t"_s, u"x"_s});
+    EXPECT_GT(sqlValue(u"SELECT count(*) FROM Contents"_s).toInt(), added / 2);
+}
+
+TEST_F(EntriesFromOutside, AKilledRunLeavesTheFirstOfThem) {
+    EXPECT_FALSE(holdsInChild([&]() -> bool {
+        EntryImport import(file());
+        for (int i = 0; i < 20000; ++i)
+            import.add({u"%1"_s.arg(i, 6, 10, QChar(u'0')), u"t"_s, u"x"_s});
+        _exit(1);
+    }));
+    const int count = sqlValue(u"SELECT count(*) FROM Contents"_s).toInt();
+    EXPECT_GT(count, 0);
+    EXPECT_EQ(sqlValue(u"SELECT max(Day) FROM Contents"_s).toInt(), count - 1);
+    EXPECT_EQ(sqlValue(u"PRAGMA integrity_check"_s), u"ok"_s);
+}
+
+TEST_F(EntriesFromOutside, BeforeARefusedOneAreInTheDiary) {
+    // The engine refuses the third, and with it takes back the transaction in which it stands.
+    sql(u"CREATE TRIGGER refuse BEFORE INSERT ON Contents WHEN NEW.Title = 'bad' BEGIN SELECT RAISE(ROLLBACK, 'no'); END"_s);
+    EntryImport import(file());
+    import.add({u"2004/05/06"_s, u"a"_s, u"x"_s});
+    import.add({u"2004/05/07"_s, u"b"_s, u"x"_s});
+    EXPECT_NE(failureOf([&] { import.add({u"2004/05/08"_s, u"bad"_s, u"x"_s}); }), QString());
+    EXPECT_EQ(titles(), u"a,b"_s);
+    import.add({u"2004/05/09"_s, u"c"_s, u"x"_s});
+    import.settle();
+    EXPECT_EQ(titles(), u"a,b,c"_s);
+}
+
+TEST_F(EntriesFromOutside, TakeTheFirstRowsPlaceAndLeaveItsOtherFields) {
+    store::Entry entry = entryOf(u"2004/05/06"_s, u"old"_s);
+    entry.genre = u"旅"_s;
+    write(entry);
+    EntryImport import(file());
+    QString seen;
+    const auto note = [&](const store::Entry& row) { seen = row.title + row.genre; };
+    import.overwrite({u"2004/05/06"_s, u"new"_s, u"y"_s}, note);
+    EXPECT_EQ(import.stored(), 1);
+    EXPECT_EQ(seen, u"old旅"_s);
+    EXPECT_EQ(sqlValue(u"SELECT Title || Contents || Genre FROM Contents"_s), u"newy旅"_s);
+}
+
+TEST_F(EntriesFromOutside, AreAddedWhereTheRowIsGone) {
+    EntryImport import(file());
+    const auto fail = [](const store::Entry&) { FAIL(); };
+    import.overwrite({u"2004/05/06"_s, u"new"_s, u"y"_s}, fail);
+    EXPECT_EQ(titles(), u"new"_s);
+}
+
+TEST_F(EntriesFromOutside, ThatNobodySettledAreDropped) {
+    { EntryImport(file()).add({u"2004/05/06"_s, u"a"_s, u"x"_s}); }
+    EXPECT_EQ(titles(), u"NULL"_s);
+}
+
+TEST_F(EntriesFromOutside, ABusyDiaryIsAFailureAndNoCrash) {
+    store::sqlite::Connection other(file(), store::sqlite::Access::ReadWrite);
+    other.execute("BEGIN EXCLUSIVE");
+    EntryImport import(file());
+    EXPECT_TRUE(failureOf([&] { import.add({u"2004/05/06"_s, u"a"_s, u"x"_s}); }).contains(u"使用中"_s));
+    other.execute("ROLLBACK");
+    import.add({u"2004/05/06"_s, u"a"_s, u"x"_s});
+    import.settle();
+    EXPECT_EQ(titles(), u"a"_s);
+}
+
+} // namespace
+} // namespace velloria::tests
