@@ -1,0 +1,16 @@
+#include "convert/paragraphs.h"
+
+#include "core/long_text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::convert {
+
+QString addParagraphTags(const QString& text, const QString& opening) {
+    QString tagged = core::replaced(text, u"\r\n\r\n"_s, u"</P>"_s + opening);
+    tagged = core::replaced(tagged, u"\r\n"_s, u"<BR>\r\n"_s);
+    tagged = core::replaced(tagged, u"</P>"_s + opening, u"</P>\r\n"_s + opening);
+    return opening + tagged + u"</P>"_s;
+}
+
+} // namespace velloria::convert

@@ -1,0 +1,13 @@
+// Plain paragraphs as paragraph tags.
+#pragma once
+
+#include <QString>
+
+namespace velloria::convert {
+
+/// `text` with line ends of CR LF as paragraphs: two line ends part them, one becomes "<BR>" and a line end. `opening`
+/// is the tag in front of each. The replacements run over the whole text in a fixed order, also over tags that stood in
+/// it.
+QString addParagraphTags(const QString& text, const QString& opening);
+
+} // namespace velloria::convert
