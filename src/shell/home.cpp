@@ -32,29 +32,49 @@ void copyMatching(const QString& from, const QString& to, const QStringList& pat
     }
 }
 
+/// Where the user's own copy of the program folder is.
+QString ownHome() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/"_s;
+}
+
 QString seededHome(const QString& programFolder) {
-    const QString home = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/"_s;
+    const QString home = ownHome();
     platform::makeFolder(core::GetParentFolder(home), 0700);
     copyMatching(programFolder, home, kRefreshed, true);
     copyMatching(programFolder, home, kSeededOnce, false);
     return home;
 }
 
+struct Chosen {
+    QString folder;
+    bool isNamed; ///< by an option or a variable
+};
+
+Chosen chooseHome(const QString& wanted, const QString& programFolder) {
+    const QString named = wanted.isEmpty() ? qEnvironmentVariable("VELLORIA_HOME") : wanted;
+    const QString folder = core::withSeparator(QDir(named.isEmpty() ? programFolder : named).absolutePath());
+    if (!QFileInfo(folder).isDir())
+        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, {},
+                                u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s);
+    return {folder, !named.isEmpty()};
+}
+
 } // namespace
 
 QString findHome(const QString& wanted, const QString& programFolder) {
-    const QString chosen = wanted.isEmpty() ? qEnvironmentVariable("VELLORIA_HOME") : wanted;
-    const QString folder = core::withSeparator(QDir(chosen.isEmpty() ? programFolder : chosen).absolutePath());
-    const QFileInfo info(folder);
-    if (!info.isDir())
-        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, {},
-                                u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s);
-    if (info.isWritable())
-        return folder;
-    if (!chosen.isEmpty())
-        throw platform::Failure(u"プログラムフォルダに書き込めません。"_s, folder, {},
+    const Chosen home = chooseHome(wanted, programFolder);
+    if (QFileInfo(home.folder).isWritable())
+        return home.folder;
+    if (home.isNamed)
+        throw platform::Failure(u"プログラムフォルダに書き込めません。"_s, home.folder, {},
                                 u"書き込めるフォルダを --home に指定してください。"_s);
-    return seededHome(folder);
+    return seededHome(home.folder);
+}
+
+QString findHomeToRead(const QString& wanted, const QString& programFolder) {
+    const Chosen home = chooseHome(wanted, programFolder);
+    const bool isOwn = !home.isNamed && !QFileInfo(home.folder).isWritable() && QFileInfo(ownHome()).isDir();
+    return isOwn ? ownHome() : home.folder;
 }
 
 } // namespace velloria::shell

@@ -11,4 +11,7 @@ namespace velloria::shell {
 /// platform::Failure for a folder that does not exist or can't be written to.
 QString findHome(const QString& wanted, const QString& programFolder);
 
+/// The same for what only reads there: nothing is made, and a folder that can't be written to will do.
+QString findHomeToRead(const QString& wanted, const QString& programFolder);
+
 } // namespace velloria::shell

@@ -51,7 +51,7 @@ bool namesItsGenerator(const QString& file) {
 QString freeName(const QString& folder, const QString& name) {
     QString target = folder + name;
     for (int copy = 2; QFileInfo::exists(target); ++copy)
-        target = folder + u"%1 (%2).%3"_s.arg(core::GetBaseName(name)).arg(copy).arg(core::GetFileExt(name));
+        target = folder + core::GetBaseName(name) + u" ("_s + QString::number(copy) + u")."_s + core::GetFileExt(name);
     return target;
 }
 

@@ -24,10 +24,6 @@ QString commentLinks(const store::Entry& entry) {
     return QString(kLinks).replace(u"Name"_s, anchorName(entry));
 }
 
-QString weatherImage(const store::Entry& entry) {
-    return u"<IMG SRC=\"./DiaryParts/"_s + weatherIcon(entry.weather) + u"\">"_s;
-}
-
 } // namespace
 
 QString entryTableLine(const SiteSettings& settings) {
@@ -39,10 +35,11 @@ QString entryTableLine(const SiteSettings& settings) {
            u"%>"_s;
 }
 
-EntryLook::EntryLook(const SiteSettings& settings, QString topLink)
+EntryLook::EntryLook(const SiteSettings& settings, QString topLink, EntriesOf entriesOf)
     : m_topLink(std::move(topLink))
     , m_isTable(settings.text(keys::contents::kHTMLType) == u"1"_s)
-    , m_hasComments(settings.isOn(keys::halo_scan::kHaloScanOn))
+    , m_isSearch(entriesOf == EntriesOf::Search)
+    , m_hasComments(!m_isSearch && settings.isOn(keys::halo_scan::kHaloScanOn))
     , m_hasWeather(settings.isOn(keys::general::kWeather))
     , m_hasGenre(settings.isOn(keys::general::kGenre))
     , m_titleAlign(settings.text(keys::general::kDayTitleAlign))
@@ -65,6 +62,13 @@ void EntryLook::print(Page& page, const store::Entry& entry) const {
 
 bool EntryLook::showsWeather(const store::Entry& entry) const {
     return m_hasWeather && !entry.weather.isNull() && entry.weather != u"-"_s;
+}
+
+QString EntryLook::weatherImage(const store::Entry& entry) const {
+    QString icon = weatherIcon(entry.weather);
+    if (icon.isEmpty() && m_isSearch)
+        icon = weatherIcon(u"晴"_s);
+    return u"<IMG SRC=\"./DiaryParts/"_s + icon + u"\">"_s;
 }
 
 void EntryLook::printNormal(Page& page, const store::Entry& entry) const {

@@ -10,11 +10,15 @@ namespace velloria::site {
 /// The opening line of a table form entry, which pages of other days share.
 QString entryTableLine(const SiteSettings& settings);
 
+/// Where entries stand: those of a search have no links to comments, and a weather word without a picture has the
+/// sunny one.
+enum class EntriesOf { Month, Search };
+
 /// The settings of an entry's look, read once a page.
 class EntryLook {
 public:
     /// `topLink` stands below each entry.
-    EntryLook(const SiteSettings& settings, QString topLink);
+    EntryLook(const SiteSettings& settings, QString topLink, EntriesOf entriesOf = EntriesOf::Month);
 
     void print(Page& page, const store::Entry& entry) const;
 
@@ -23,9 +27,11 @@ private:
     void printTable(Page& page, const store::Entry& entry) const;
     bool showsGenre(const store::Entry& entry) const { return m_hasGenre && !entry.genre.isNull(); }
     bool showsWeather(const store::Entry& entry) const;
+    QString weatherImage(const store::Entry& entry) const;
 
     QString m_topLink;
     bool m_isTable;
+    bool m_isSearch;
     bool m_hasComments;
     bool m_hasWeather;
     bool m_hasGenre;

@@ -16,6 +16,28 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::site {
+namespace {
+
+constexpr std::size_t kFilesPerProgress = 16;
+
+/// Whether the name stays in the folder that it is put behind.
+bool isFileName(const QString& name) {
+    return !name.contains(u'/') && !name.contains(core::nativeSeparator()) && !name.contains(QChar(0));
+}
+
+/// A log takes its file name from year and month.
+void requireFileName(const QString& name) {
+    if (!isFileName(name))
+        throw platform::Failure(u"ログのファイル名にできません。"_s, {}, name,
+                                u"年と月を数字で指定してください。何も作成していません。"_s);
+}
+
+} // namespace
+
+LogMonth monthToLog(const QDate& today) {
+    const QDate month = QDate(today.year(), today.month(), 1).addMonths(-1);
+    return {QString::number(month.year()), QString::number(month.month())};
+}
 
 LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
                        const platform::Clock& clock)
@@ -26,10 +48,8 @@ LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& st
     , m_files(session.databaseFile())
     , m_logs(session.databaseFile()) {}
 
-void LogArchive::save(const QString& year, const QString& typedMonth) {
-    const platform::Hourglass hourglass(m_desk);
-    if (m_session.FilePath.isEmpty())
-        m_desk.status(u"保存先のフォルダが決まっていないので、ログはデータフォルダにだけ作成します。"_s);
+void LogArchive::save(const QString& year, const QString& typedMonth, const std::function<void()>& beforeLastBox) {
+    requireFileName(year + typedMonth);
     requireSiteFolder(m_session);
     for (const QString& root : roots())
         platform::makeFolder(root + u"DiaryLog"_s);
@@ -51,7 +71,12 @@ void LogArchive::save(const QString& year, const QString& typedMonth) {
     if (!m_logs.LogOfMonth(yearMonth))
         m_logs.AddLog({yearMonth, logName});
     m_desk.status(yearMonth + u"の日記をLog化しました。"_s);
+    if (beforeLastBox)
+        beforeLastBox();
     m_desk.message(platform::MessageKind::Information, u"Logファイル化しました。"_s);
+    if (m_session.FilePath.isEmpty())
+        m_desk.notice(
+            u"保存先のフォルダが決まっていないので、%1のログはデータフォルダにだけ作成しました。"_s.arg(yearMonth));
 }
 
 QStringList LogArchive::roots() const {
@@ -67,19 +92,34 @@ void LogArchive::copyPages(const std::vector<core::UploadRow>& pages) {
     }
 }
 
+/// Fails behind the page: year and month are numbers here for the first time.
+int LogArchive::daysOfMonth(const QString& year, const QString& month) const {
+    try {
+        const int days = GetMonthDays(core::cint(year), core::cint(month));
+        if (days == 0)
+            throw platform::Failure(u"月を読み取れません。"_s, {}, month, u"1から12までの月を指定してください。"_s);
+        return days;
+    } catch (platform::Failure& failure) {
+        const QString made = m_session.FilePath.isEmpty() ? u"ログのページ"_s : u"ログのページとそのコピー"_s;
+        failure.addStage(made + u"、アップロードの一覧の行は作成済みで、残っています"_s);
+        throw;
+    }
+}
+
 void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) {
     const QString start = year + u'/' + month + u'/';
-    const int days = GetMonthDays(core::cint(year), core::cint(month));
-    if (days == 0)
-        throw platform::Failure(u"月を読み取れません。"_s, {}, month,
-                                u"1から12までの月を指定してください。ログのページは作成済みです。"_s);
-    for (const store::FileRow& file : m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)))
-        archiveFile(file, month);
+    const int days = daysOfMonth(year, month);
+    const auto files = m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days));
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        archiveFile(files[i], month);
+        if ((i + 1) % kFilesPerProgress == 0)
+            m_desk.progress(u"日記のファイルをコピーしています"_s, int(i + 1), int(files.size()));
+    }
 }
 
 void LogArchive::archiveFile(const store::FileRow& file, const QString& month) {
     const QString source = platform::existingPath(m_session.DataPath + u"DiaryParts/"_s + file.name);
-    if (!platform::fileExists(source)) {
+    if (!isFileName(file.name) || !platform::fileExists(source)) {
         m_desk.message(platform::MessageKind::Critical,
                        month + u"月分として登録されたファイル["_s + file.name +
                            u"]が見つかりません。\r\n"_s
@@ -103,6 +143,8 @@ void LogArchive::archiveCommonFiles() {
     }
     for (const store::FileRow& file : files) {
         const QString& name = file.name;
+        if (!isFileName(name))
+            continue;
         const QString source = m_session.DataPath + u"DiaryParts/"_s + name;
         for (const QString& root : {m_session.DataPath, m_session.FilePath}) {
             const QString target = root + u"DiaryLog/DiaryParts/"_s + name;

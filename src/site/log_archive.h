@@ -9,7 +9,20 @@
 #include "store/file_register.h"
 #include "store/log_register.h"
 
+#include <QDate>
+
+#include <functional>
+
 namespace velloria::site {
+
+/// Year and month as texts of two boxes.
+struct LogMonth {
+    QString year;
+    QString month;
+};
+
+/// The month in front of that of `today`, which is the one that is usually logged.
+LogMonth monthToLog(const QDate& today);
 
 class LogArchive {
 public:
@@ -19,12 +32,14 @@ public:
 
     /// Makes the log of `year` and `month` as typed; a month of one character gets its zero. A registered file that is
     /// missing is told about and stays unlogged, the run goes on. Made again, a log replaces itself. Without a site
-    /// folder the log lies in the data folder alone, and the status panel says so. Throws platform::Failure; what is
-    /// done by then stays, and a further run completes it. The preview is the caller's next step.
-    void save(const QString& year, const QString& month);
+    /// folder the log lies in the data folder alone, which the status panel says at the end. Throws platform::Failure;
+    /// what is done by then stays, and a further run completes it. `beforeLastBox` runs when the log is there, in front
+    /// of the box that says so. The preview is the caller's next step, and the hourglass over both is the caller's.
+    void save(const QString& year, const QString& month, const std::function<void()>& beforeLastBox = {});
 
 private:
     void copyPages(const std::vector<core::UploadRow>& pages);
+    int daysOfMonth(const QString& year, const QString& month) const;
     void archiveFilesOfMonth(const QString& year, const QString& month);
     void archiveFile(const store::FileRow& file, const QString& month);
     void archiveCommonFiles();

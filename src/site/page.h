@@ -22,6 +22,9 @@ public:
 
     const QString& text() const { return m_text; }
 
+    /// No text any more, but the room for it.
+    void clear() { m_text.resize(0); }
+
 private:
     QString m_text;
 };

@@ -1,26 +1,13 @@
 #include "site/same_day_page.h"
 
 #include "site/entry_look.h"
-#include "site/page.h"
+#include "site/local_page.h"
 #include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::site {
 namespace {
-
-constexpr char16_t kTopLink[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
-
-void printHead(Page& page, const SiteSettings& settings, const QString& day) {
-    page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, day.mid(5), u"の日記</TITLE></HEAD>"_s);
-    page.print(u"<BODY TEXT='"_s, settings.text(keys::body::kTextColor), u"' BGCOLOR='"_s,
-               settings.text(keys::body::kBackColor), u"' background='"_s, settings.text(keys::body::kBackImage),
-               u"'>"_s);
-    // The window that shows the page catches this navigation and closes itself.
-    page.print(u"<p align=center><INPUT type=button name=Close value=\"Close Window\">\r\n"_s,
-               u"<SCRIPT LANGUAGE=\"VBScript\">\r\n"_s, u"Sub Close_OnClick()\r\n"_s,
-               u"location.HREF = \"Event:Close\"\r\n"_s, u"End Sub\r\n"_s, u"</SCRIPT>\r\n"_s, u"</p>"_s);
-}
 
 void printList(Page& page, const SiteSettings& settings, const std::vector<store::Entry>& entries) {
     const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
@@ -51,7 +38,7 @@ void printNormal(Page& page, const SiteSettings& settings, const store::Entry& e
         page.print(entry.extend);
     }
     page.print(u"</DIV>"_s);
-    page.print(QStringView(kTopLink));
+    page.print(QStringView(kTopOfPage));
 }
 
 void printTable(Page& page, const SiteSettings& settings, const QString& tableLine, const store::Entry& entry) {
@@ -72,7 +59,7 @@ void printTable(Page& page, const SiteSettings& settings, const QString& tableLi
     else
         page.print(u"</FONT></TD></TR>"_s);
     page.print(u"</TABLE></DIV>"_s);
-    page.print(QStringView(kTopLink), u"<BR>"_s);
+    page.print(QStringView(kTopOfPage), u"<BR>"_s);
 }
 
 } // namespace
@@ -85,7 +72,7 @@ int MakeSameDayPage(const core::Session& session, const store::DiaryStore& store
     const QString tableLine = entryTableLine(settings);
     Pages pages;
     Page& page = pages.create(path);
-    printHead(page, settings, day);
+    printLocalHead(page, settings, day.mid(5) + u"の日記"_s);
     if (settings.number(keys::day_list::kUse) != 0)
         printList(page, settings, entries);
     for (const store::Entry& entry : entries) {

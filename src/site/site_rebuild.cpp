@@ -42,6 +42,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
         result.outcome = Outcome::Refused;
         return result;
     }
+    const platform::Hourglass hourglass(desk);
     const QString currentMonth = core::monthOf(session.Today);
     QStringList months;
     for (const QString& month : store.Months()) {

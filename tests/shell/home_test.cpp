@@ -16,6 +16,7 @@ namespace {
 
 using platform::makeFolder;
 using shell::findHome;
+using shell::findHomeToRead;
 
 /// The home of this fixture is the folder of the program.
 class Home : public FactoryHome {
@@ -91,6 +92,19 @@ TEST_F(Home, ThatIsWantedAndCantBeWrittenIsRefused) {
         return failureOf([&] { findHome(home.path(), home.path()); }).contains(u"プログラムフォルダに書き込めません"_s);
     }));
     EXPECT_FALSE(exists(seeded()));
+}
+
+TEST_F(Home, ThatIsOnlyReadIsMadeNowhereAndMayBeClosedToWriting) {
+    EXPECT_EQ(findHomeToRead({}, home.path()), home.path() + u'/');
+    EXPECT_TRUE(holdsWithoutWriting([&] {
+        return findHomeToRead(home.path(), {}) == home.path() + u'/' &&
+               findHomeToRead({}, home.path()) == home.path() + u'/';
+    }));
+    EXPECT_FALSE(exists(seeded()));
+    EXPECT_TRUE(failureOf([&] { findHomeToRead(path(u"gone"_s), home.path()); }).contains(u"gone"_s));
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_TRUE(holdsWithoutWriting([&] { return findHomeToRead({}, home.path()) == seeded(); }));
+    EXPECT_EQ(findHomeToRead({}, home.path()), home.path() + u'/');
 }
 
 TEST_F(Home, IsSeededForTheUserWhenTheProgramsFolderCantBeWritten) {

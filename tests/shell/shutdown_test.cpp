@@ -71,6 +71,14 @@ TEST_F(Shutdown, KeepsASecondFileOfANameBesideTheFirst) {
     EXPECT_EQ(bytesOf(session.DataPath + u"Kept/recipe (2).htm"_s), "two");
 }
 
+TEST_F(Shutdown, KeepsASecondFileWhoseNameLooksLikeAPattern) {
+    for (const char* bytes : {"one", "two"}) {
+        put(u"%2 of %1.htm"_s, bytes);
+        shell::removeGeneratedPages(session);
+    }
+    EXPECT_EQ(kept(), (QStringList{u"%2 of %1 (2).htm"_s, u"%2 of %1.htm"_s}));
+}
+
 TEST_F(Shutdown, NamesAFileThatStaysAndDoesTheRest) {
     writeFile(session.DataPath + u"Kept"_s, "no folder");
     put(u"a.htm"_s);

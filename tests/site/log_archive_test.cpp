@@ -101,9 +101,56 @@ TEST_F(LogArchive, TellsItsEndBehindTheWork) {
     QStringList events;
     for (const QJsonValue& event : desk.events)
         events += event[u"event"_s].toString() + u' ' + event[u"text"_s].toString() + event[u"shape"_s].toString();
-    EXPECT_EQ(events, (QStringList{u"pointer hourglass"_s, u"status 2004/05の日記をLog化しました。"_s,
-                                   u"message Logファイル化しました。"_s, u"pointer default"_s}));
+    // The pointer is that of who calls.
+    EXPECT_EQ(events, (QStringList{u"status 2004/05の日記をLog化しました。"_s, u"message Logファイル化しました。"_s}));
     EXPECT_EQ(boxes(), QStringList{kDone});
+}
+
+TEST_F(LogArchive, RunsWhatIsAskedForBetweenTheStatusAndTheBox) {
+    QStringList before;
+    archive().save(u"2004"_s, u"5"_s, [&] {
+        before = desk.texts(u"status"_s) + boxes();
+        EXPECT_EQ(logs().size(), 1);
+    });
+    EXPECT_EQ(before, QStringList{u"2004/05の日記をLog化しました。"_s});
+    EXPECT_EQ(boxes(), QStringList{kDone});
+}
+
+TEST_F(LogArchive, ManyFilesTellHowFarTheyAre) {
+    for (int i = 0; i < 40; ++i)
+        registerPart(u"%1.gif"_s.arg(i), u"2004/05/01"_s);
+    save();
+    QStringList progress;
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] == u"progress"_s)
+            progress += u"%1/%2"_s.arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt());
+    }
+    EXPECT_EQ(progress, (QStringList{u"16/40"_s, u"32/40"_s}));
+}
+
+TEST_F(LogArchive, YearAndMonthThatLeadOutOfTheFolderDoNothing) {
+    const struct {
+        QString year;
+        QString month;
+    } cases[] = {{u"../2004"_s, u"5"_s}, {u"2004"_s, u"/"_s}, {QString(QChar(0)), u"5"_s}, {u"/tmp/x"_s, u"05"_s}};
+    for (const auto& c : cases) {
+        const auto before = contentOf(home.path());
+        EXPECT_NE(failureOf([&] { save(c.year, c.month); }), u""_s) << c.year.toStdString();
+        EXPECT_EQ(contentOf(home.path()), before) << c.year.toStdString();
+    }
+}
+
+TEST(MonthToLog, IsTheMonthInFrontOfToday) {
+    const struct {
+        QDate today;
+        QString year;
+        QString month;
+    } cases[] = {
+        {{2004, 5, 31}, u"2004"_s, u"4"_s}, {{2004, 1, 1}, u"2003"_s, u"12"_s}, {{2004, 12, 1}, u"2004"_s, u"11"_s}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(site::monthToLog(c.today).year, c.year);
+        EXPECT_EQ(site::monthToLog(c.today).month, c.month);
+    }
 }
 
 TEST_F(LogArchive, TheFilesOfTheMonthGoToBothRootsAndUpAnew) {
@@ -164,6 +211,34 @@ TEST_F(LogArchive, AMissingFileHasItsBoxAndTheRunGoesOn) {
     EXPECT_TRUE(exists(siteLog(u"DiaryParts/gone.gif"_s)));
 }
 
+TEST_F(LogArchive, ARegisteredNameLeadsOutOfNoFolder) {
+    const QByteArray outside = "outside";
+    ASSERT_TRUE(QDir(session.DataPath).mkpath(u"DiaryParts/sub"_s));
+    writeFile(session.DataPath + u"outside.gif"_s, outside);
+    writeFile(session.DataPath + u"DiaryParts/sub/inside.gif"_s, outside);
+    const QStringList months{u"../outside.gif"_s, u"sub/inside.gif"_s, session.DataPath + u"outside.gif"_s};
+    for (const QString& name : months)
+        registerFile(name, u"2004/05/01"_s);
+    registerFile(u"../outside.gif"_s, u"ALL"_s);
+    registerFile(u"sub/inside.gif"_s, u"ALL"_s);
+    registerPart(u"there.gif"_s, u"2004/05/02"_s);
+    save();
+    QStringList told;
+    for (const QString& name : months)
+        told += u"critical: 05月分として登録されたファイル["_s + name +
+                u"]が見つかりません。\r\n"
+                "[UserData\\DiaryParts]フォルダに該当ファイルをコピーして、再度ログ化して下さい。"_s;
+    EXPECT_EQ(boxes(), told + QStringList{kDone});
+    EXPECT_EQ(fileRows(), (QStringList{u"../outside.gif 2004/05/01 0 0"_s, u"sub/inside.gif 2004/05/01 0 0"_s,
+                                       months.last() + u" 2004/05/01 0 0"_s, u"../outside.gif ALL 0 0"_s,
+                                       u"sub/inside.gif ALL 0 0"_s, u"there.gif 2004/05/02 0 1"_s}));
+    EXPECT_FALSE(exists(dataLog(u"outside.gif"_s)));
+    EXPECT_FALSE(exists(siteLog(u"outside.gif"_s)));
+    EXPECT_EQ(QDir(dataLog(u"DiaryParts"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList{u"there.gif"_s});
+    EXPECT_EQ(bytesOf(session.DataPath + u"outside.gif"_s), outside);
+}
+
 TEST_F(LogArchive, FilesOfAllMonthsAreCopiedOnceAndGetARowForTheLogs) {
     registerPart(u"all.css"_s, u"ALL"_s);
     sql(u"UPDATE FileDB SET Uploaded = 1"_s);
@@ -209,7 +284,8 @@ TEST_F(LogArchive, WithoutASiteFolderKeepsItsFilesInTheDataFolderAndSaysSo) {
     EXPECT_TRUE(exists(dataLog(u"DiaryParts/all.css"_s)));
     EXPECT_EQ(logs().size(), 1);
     ASSERT_EQ(statuses().size(), 2);
-    EXPECT_TRUE(statuses().first().contains(u"データフォルダ"_s));
+    EXPECT_TRUE(statuses().last().contains(u"データフォルダ"_s)) << statuses().last().toStdString();
+    EXPECT_EQ(desk.events.last()[u"event"_s], u"status"_s);
 }
 
 TEST_F(LogArchive, PagesAreFoundAgainWhateverTheNameOfTheDataFolder) {
@@ -242,9 +318,12 @@ TEST_F(LogArchive, ASiteFolderThatIsGoneIsNamedAndNothingIsDone) {
 }
 
 TEST_F(LogArchive, AMonthOutsideTheYearFailsBehindPageCopyAndList) {
+    const QString made = u"ログのページとそのコピー、アップロードの一覧の行は作成済みで、残っています: "_s;
     for (const QString& month : {u"13"_s, u"ab"_s, u"00"_s}) {
         SCOPED_TRACE(month.toStdString());
-        EXPECT_NE(failureOf([&] { save(u"2004"_s, month); }), u""_s);
+        const QString failure = failureOf([&] { save(u"2004"_s, month); });
+        EXPECT_TRUE(failure.startsWith(made)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(month)) << failure.toStdString();
         const QString name = u"2004"_s + month + u".htm"_s;
         EXPECT_TRUE(exists(dataLog(name)));
         EXPECT_TRUE(exists(siteLog(name)));
@@ -252,8 +331,10 @@ TEST_F(LogArchive, AMonthOutsideTheYearFailsBehindPageCopyAndList) {
         EXPECT_EQ(logs(), QStringList());
         EXPECT_EQ(boxes(), QStringList());
     }
-    EXPECT_NE(failureOf([&] { save(u"year"_s, u"5"_s); }), u""_s);
+    EXPECT_TRUE(failureOf([&] { save(u"year"_s, u"5"_s); }).startsWith(made));
     EXPECT_TRUE(exists(dataLog(u"year05.htm"_s)));
+    session.FilePath = u""_s;
+    EXPECT_TRUE(failureOf([&] { save(u"2004"_s, u"13"_s); }).startsWith(u"ログのページ、アップロードの一覧の行は"_s));
 }
 
 TEST_F(LogArchive, AFailureAheadOfTheEndLeavesNoRow) {
@@ -274,7 +355,6 @@ TEST_F(LogArchive, ACalendarBefore2000StopsTheLogBeforeItsPage) {
     EXPECT_TRUE(failure.contains(u"1999年12月"_s)) << failure.toStdString();
     EXPECT_FALSE(exists(dataLog(u"199912.htm"_s)));
     EXPECT_EQ(logs(), QStringList());
-    EXPECT_EQ(desk.events.last()[u"shape"_s], u"default"_s);
 }
 
 TEST_F(LogArchive, MakesNoFeedsFramesOrLogList) {

@@ -83,7 +83,8 @@ TEST_F(SiteRebuild, MakesOnePreviewAtTheEnd) {
     session.EnterDay = u"2003/12/01"_s;
     rebuild();
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.DataPath + u"tmp.htm#2003/12/01"_s});
-    EXPECT_EQ(desk.events.last()[u"event"_s], u"navigate"_s);
+    EXPECT_EQ(desk.events.at(desk.events.size() - 2)[u"event"_s], u"navigate"_s);
+    EXPECT_EQ(desk.events.last()[u"shape"_s], u"default"_s);
     EXPECT_TRUE(pageOf(session.DataPath + u"tmp.htm"_s).contains(u"december"_s));
     EXPECT_EQ(boxes(), QStringList(3, u"information: Logファイル化しました。"_s));
 }

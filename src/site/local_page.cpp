@@ -1,0 +1,20 @@
+#include "site/local_page.h"
+
+#include "site/site_keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+
+void printLocalHead(Page& page, const SiteSettings& settings, const QString& title) {
+    page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, title, u"</TITLE></HEAD>"_s);
+    page.print(u"<BODY TEXT='"_s, settings.text(keys::body::kTextColor), u"' BGCOLOR='"_s,
+               settings.text(keys::body::kBackColor), u"' background='"_s, settings.text(keys::body::kBackImage),
+               u"'>"_s);
+    // The window that shows the page catches this navigation and closes itself.
+    page.print(u"<p align=center><INPUT type=button name=Close value=\"Close Window\">\r\n"_s,
+               u"<SCRIPT LANGUAGE=\"VBScript\">\r\n"_s, u"Sub Close_OnClick()\r\n"_s,
+               u"location.HREF = \"Event:Close\"\r\n"_s, u"End Sub\r\n"_s, u"</SCRIPT>\r\n"_s, u"</p>"_s);
+}
+
+} // namespace velloria::site

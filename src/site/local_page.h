@@ -1,0 +1,15 @@
+// What the local pages share that a window of their own shows: they never go to the site.
+#pragma once
+
+#include "site/page.h"
+#include "site/site_settings.h"
+
+namespace velloria::site {
+
+/// The link below each entry.
+inline constexpr char16_t kTopOfPage[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
+
+/// The page's head and the button that closes its window.
+void printLocalHead(Page& page, const SiteSettings& settings, const QString& title);
+
+} // namespace velloria::site
