@@ -1,6 +1,9 @@
 #include "desktop/clipboard.h"
 
+#include "core/path_names.h"
+
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QUrl>
@@ -18,9 +21,28 @@ bool isText(const QMimeData& data) {
     return urls.isEmpty() || !std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
 }
 
+QStringList localFiles(const QMimeData& data) {
+    QStringList files;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile())
+            files += QDir::toNativeSeparators(url.toLocalFile());
+    }
+    return files;
+}
+
+std::optional<QString> imageFile(const QMimeData& data) {
+    static const QStringList kEndings{u"gif"_s, u"jpg"_s, u"jpeg"_s, u"png"_s, u"bmp"_s};
+    const QStringList files = localFiles(data);
+    if (files.isEmpty() || !kEndings.contains(core::GetFileExt(files.front()).toLower()))
+        return std::nullopt;
+    return files.front();
+}
+
 std::optional<QString> clipboardText() {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    return data && isText(*data) ? std::optional(data->text()) : std::nullopt;
+    if (!data || data->formats().isEmpty())
+        return u""_s;
+    return isText(*data) ? std::optional(data->text()) : std::nullopt;
 }
 
 } // namespace velloria::desktop

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -12,7 +13,14 @@ namespace velloria::desktop {
 /// Whether somebody copied a text: files that are copied bring one along as well.
 bool isText(const QMimeData& data);
 
-/// The clipboard's text as it is there; nothing when it has no text format, as with files, a picture or HTML alone.
+/// The files of this computer that are copied or dropped, as full paths.
+QStringList localFiles(const QMimeData& data);
+
+/// The first of them when it is a picture by its name; nothing otherwise.
+std::optional<QString> imageFile(const QMimeData& data);
+
+/// The clipboard's text as it is there, "" of an empty clipboard; nothing when it has no text format, as with files, a
+/// picture or HTML alone.
 std::optional<QString> clipboardText();
 
 } // namespace velloria::desktop

@@ -1,5 +1,8 @@
 #include "desktop/line_box.h"
 
+#include "desktop/clipboard.h"
+
+#include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
@@ -63,6 +66,13 @@ void LineBox::inputMethodEvent(QInputMethodEvent* event) {
     m_preedit = event->preeditString();
     if (m_preedit.isEmpty() || !event->commitString().isEmpty())
         checkText();
+}
+
+void LineBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (isText(*event->mimeData()))
+        QLineEdit::dragEnterEvent(event);
+    else
+        event->ignore();
 }
 
 void LineBox::focusInEvent(QFocusEvent* event) {

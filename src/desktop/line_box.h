@@ -5,7 +5,7 @@
 
 namespace velloria::desktop {
 
-/// Line breaks that are pasted or set become blanks.
+/// Line breaks that are pasted or set become blanks. Text may be dropped on it, a file may not: its address is no text.
 class LineBox : public QLineEdit {
     Q_OBJECT
 public:
@@ -23,6 +23,7 @@ Q_SIGNALS:
 protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
 
 private:
     void checkText();

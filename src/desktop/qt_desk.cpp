@@ -8,6 +8,11 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLabel>
+#include <QLayout>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -33,13 +38,27 @@ QMessageBox::Icon iconOf(platform::MessageKind kind) {
 /// Native dialogs may match with regard to case, so both spellings of the letters are told.
 QString nameFilterOf(const FileFilter& filter) {
     QStringList patterns;
-    for (const QString& pattern : filter.patterns) {
+    for (const QString& told : filter.patterns) {
+        const QString pattern = told == u"*.*"_s ? u"*"_s : told; // it means names without a dot as well
         patterns += pattern;
         if (pattern.toUpper() != pattern)
             patterns += pattern.toUpper();
     }
     // Of the parentheses the last ones are the patterns, and these are hidden.
     return filter.label + u" ("_s + patterns.join(u' ') + u')';
+}
+
+/// A text that is half as high as the screen scrolls: the button would lie below the edge.
+void letScroll(QMessageBox& box) {
+    auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
+    const int highest = box.screen()->availableSize().height() / 2;
+    if (!label || label->sizeHint().height() < highest)
+        return;
+    auto* area = new QScrollArea(&box);
+    delete box.layout()->replaceWidget(label, area);
+    area->setWidget(label);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setMinimumSize(label->sizeHint().width() + area->verticalScrollBar()->sizeHint().width(), highest);
 }
 
 } // namespace
@@ -68,6 +87,7 @@ void QtDesk::message(platform::MessageKind kind, const QString& text, const QStr
     prepareBox();
     QMessageBox box(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner());
     box.setTextFormat(Qt::PlainText);
+    letScroll(box);
     box.exec();
 }
 
@@ -91,6 +111,7 @@ std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) 
         filters += nameFilterOf(filter);
     if (!filters.isEmpty())
         dialog.setNameFilters(filters);
+    dialog.setDefaultSuffix(request.defaultSuffix);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return dialog.selectedFiles().constFirst();

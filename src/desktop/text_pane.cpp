@@ -25,6 +25,15 @@ QString withLineEnds(QString raw, QLatin1StringView lineEnd) {
     return raw.replace(QChar(QChar::ParagraphSeparator), lineEnd);
 }
 
+/// Takes a picture that is dragged here. Always a copy: a file manager removes what was moved.
+bool acceptImage(QDropEvent& event) {
+    if (!imageFile(*event.mimeData()))
+        return false;
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+    return true;
+}
+
 } // namespace
 
 TextPane::TextPane(QWidget* parent)
@@ -158,6 +167,23 @@ void TextPane::mouseReleaseEvent(QMouseEvent* event) {
 void TextPane::focusInEvent(QFocusEvent* event) {
     QPlainTextEdit::focusInEvent(event);
     Q_EMIT focused();
+}
+
+void TextPane::dragEnterEvent(QDragEnterEvent* event) {
+    if (!acceptImage(*event))
+        QPlainTextEdit::dragEnterEvent(event);
+}
+
+void TextPane::dragMoveEvent(QDragMoveEvent* event) {
+    if (!acceptImage(*event))
+        QPlainTextEdit::dragMoveEvent(event);
+}
+
+void TextPane::dropEvent(QDropEvent* event) {
+    if (acceptImage(*event))
+        Q_EMIT imageDropped(*imageFile(*event->mimeData()));
+    else
+        QPlainTextEdit::dropEvent(event);
 }
 
 QMimeData* TextPane::createMimeDataFromSelection() const {

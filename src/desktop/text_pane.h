@@ -41,12 +41,17 @@ Q_SIGNALS:
     void paragraphWanted(); ///< Ctrl+Enter
     void undoWanted();
     void redoWanted();
+    /// A file was dropped that is a picture by its name. Any other file is refused.
+    void imageDropped(const QString& path);
 
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;
     bool canInsertFromMimeData(const QMimeData* source) const override;

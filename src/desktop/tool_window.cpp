@@ -39,6 +39,7 @@ void ToolWindow::showWindow() {
         }
         m_wasShown = true;
     }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();

@@ -3,6 +3,8 @@
 #include "store/diary_store.h"
 #include "store/rescue_file.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
@@ -32,6 +34,25 @@ EditedEntry::EditedEntry(const core::Session& session, const platform::Clock& cl
 void EditedEntry::show(int number, const std::optional<store::Entry>& row) {
     m_number = number;
     m_row = row;
+}
+
+int EditedEntry::follow(const std::vector<store::Entry>& rows) {
+    const auto find = [&](auto isShown) {
+        return m_row ? std::find_if(rows.begin(), rows.end(),
+                                    [&](const store::Entry& row) {
+                                        return row.publishTime == m_row->publishTime &&
+                                               row.importMark == m_row->importMark && isShown(row);
+                                    })
+                     : rows.end();
+    };
+    auto found = find([&](const store::Entry& row) { return isSameText(row, *m_row); });
+    if (found == rows.end())
+        found = find([&](const store::Entry& row) { return row.number == m_number; });
+    if (found == rows.end())
+        show(rows.empty() ? 1 : rows.front().number + 1, std::nullopt);
+    else
+        m_number = found->number; // the row as it was shown: a save keeps what has changed since
+    return m_number;
 }
 
 QString EditedEntry::publishTime() const {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace velloria::editor {
 
@@ -24,6 +25,10 @@ public:
 
     /// The editor shows the row that stands under `number`; without one, an entry that was never saved.
     void show(int number, const std::optional<store::Entry>& row);
+
+    /// The day's rows, highest number first, have been changed from outside: finds the one that is shown among them. An
+    /// entry whose row is gone, or that never had one, becomes the day's next. Returns its number.
+    int follow(const std::vector<store::Entry>& rows);
 
     /// The number that was shown last.
     int number() const { return m_number; }

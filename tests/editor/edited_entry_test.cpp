@@ -145,6 +145,45 @@ TEST_F(EditedEntry, ARowThatWentMeanwhileComesBackWithoutAGap) {
     EXPECT_EQ(titles(), (QStringList{u"2三"_s, u"1一"_s}));
 }
 
+TEST_F(EditedEntry, FollowsItsRowToTheNumberThatAnOutsideChangeGaveIt) {
+    for (int i = 1; i <= 3; ++i)
+        edited.save(entry(i, QString::number(i)));
+    load(2);
+    diary().DeleteEntry(kDay, 1);
+    EXPECT_EQ(edited.follow(diary().LoadDay(kDay)), 1);
+    edited.save(entry(1, u"二"_s));
+    EXPECT_EQ(titles(), (QStringList{u"23"_s, u"1二"_s}));
+    EXPECT_TRUE(rescued().isEmpty());
+}
+
+TEST_F(EditedEntry, WhoseRowWentFromOutsideBecomesTheNextOfItsDay) {
+    for (int i = 1; i <= 3; ++i)
+        edited.save(entry(i, QString::number(i)));
+    sql(u"UPDATE Contents SET PublishTime = '2004/05/06 08:00:0' || Number"_s);
+    load(2);
+    diary().DeleteEntry(kDay, 2);
+    EXPECT_EQ(edited.follow(diary().LoadDay(kDay)), 3);
+    edited.save(entry(3, u"二"_s));
+    EXPECT_EQ(titles(), (QStringList{u"3二"_s, u"23"_s, u"11"_s}));
+    EXPECT_TRUE(rescued().isEmpty());
+
+    diary().DeleteEntry(kDay, 1);
+    diary().DeleteEntry(kDay, 1);
+    diary().DeleteEntry(kDay, 1);
+    EXPECT_EQ(edited.follow({}), 1);
+}
+
+TEST_F(EditedEntry, KeepsWhatAnOutsideChangeWroteIntoItsRow) {
+    edited.save(entry(1, u"一"_s));
+    load(1);
+    store::Entry changed = *diary().LoadEntry(kDay, 1);
+    changed.title = u"外"_s;
+    diary().SaveEntries({changed}, store::PublishTime::AsGiven, {});
+    EXPECT_EQ(edited.follow(diary().LoadDay(kDay)), 1);
+    EXPECT_TRUE(edited.save(entry(1, u"中"_s)).isOlderKept);
+    EXPECT_EQ(rescued(), QStringList{u"上書き 外"_s});
+}
+
 TEST_F(EditedEntry, InADayWithGapsTheNumberMeansTheRowInOrder) {
     for (const QString& title : {u"一"_s, u"二"_s, u"三"_s})
         write(kDay, title);

@@ -23,4 +23,13 @@ frmPrevDiaryViewer::~frmPrevDiaryViewer() {
     desktop::writePlace(m_context.session.DiaryIniFile, kSection, desktop::placeOf(*this, normalPlace()));
 }
 
+void frmPrevDiaryViewer::showPage(const QString& caption, const QString& file) {
+    setWindowTitle(caption);
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    Navigate(file);
+    raise();
+    activateWindow();
+}
+
 } // namespace velloria::browser

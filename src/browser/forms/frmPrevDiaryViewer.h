@@ -11,6 +11,9 @@ class frmPrevDiaryViewer : public WebViewer {
 public:
     explicit frmPrevDiaryViewer(desktop::Context& context);
     ~frmPrevDiaryViewer() override;
+
+    /// Comes to the front with a page, read anew, under this caption.
+    void showPage(const QString& caption, const QString& file);
 };
 
 } // namespace velloria::browser

@@ -3,14 +3,37 @@
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/web_page.h"
 #include "browser/page_address.h"
+#include "browser/picture_place.h"
 #include "desktop/command.h"
 
 #include <QVBoxLayout>
+#include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::browser {
+namespace {
+
+class Pictures : public QWebEngineUrlRequestInterceptor {
+public:
+    Pictures(const core::Session& session, QObject* parent)
+        : QWebEngineUrlRequestInterceptor(parent)
+        , m_session(session) {}
+
+    void interceptRequest(QWebEngineUrlRequestInfo& request) override {
+        if (request.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeImage)
+            return;
+        const QUrl place = picturePlace(request.requestUrl(), m_session.DataPath);
+        if (place.isValid())
+            request.redirect(place);
+    }
+
+private:
+    const core::Session& m_session;
+};
+
+} // namespace
 
 WebViewer::WebViewer(desktop::Context& context, const QString& name)
     : m_context(context) {
@@ -41,6 +64,7 @@ void WebViewer::startEngine() {
     m_view->setObjectName(u"WebBrowser"_s);
     m_view->setAccessibleName(windowTitle());
     auto* page = new WebPage(*m_profile, m_context.desk, WebLinks::OpenInBrowser, m_view);
+    page->setUrlRequestInterceptor(new Pictures(m_context.session, page));
     m_view->setPage(page);
     layout()->addWidget(m_view);
     connect(page, &WebPage::eventNamed, this, [this](const QString& name) {

@@ -15,7 +15,8 @@ namespace velloria::browser {
 class WebPage;
 
 /// A navigation to "event:close", in any case, unloads the window, and every other one of that scheme does nothing.
-/// Links to the web open in the browser window. The engine starts with the first page.
+/// Links to the web open in the browser window. A picture that is not among those of the logs yet is shown from
+/// "DiaryParts". The engine starts with the first page.
 class WebViewer : public QWidget {
     Q_OBJECT
 public:

@@ -4,9 +4,9 @@
 #include "core/keys.h"
 #include "desktop/command.h"
 #include "editor/forms/frmContents.h"
+#include "editor/forms/frmFind.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
-#include "shell/forms/MDIFormTop.h"
 #include "site/save_html.h"
 #include "ui_frmCalender.h"
 
@@ -32,7 +32,7 @@ frmCalender::frmCalender(desktop::Context& context)
     };
     onClick(ui->Btn_New, &frmCalender::Btn_New_Click);
     onClick(ui->Btn_Delete, &frmCalender::Btn_Delete_Click);
-    onClick(ui->Btn_Find, &frmCalender::tellFindNotYetThere);
+    onClick(ui->Btn_Find, &frmCalender::Btn_Find_Click);
     onClick(ui->Btn_BlogControl, &frmCalender::tellBlogNotYetThere);
     connect(ui->Calender, &desktop::MonthView::dateClicked, this,
             [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
@@ -87,6 +87,10 @@ void frmCalender::Btn_Delete_Click() {
     desk.status(day + u"の日記を削除しました。"_s);
 }
 
+void frmCalender::Btn_Find_Click() {
+    m_context.windows.get<frmFind>().showWindow();
+}
+
 /// The deletion stands, whether its preview can be made or not.
 void frmCalender::previewDeletion() {
     const core::Session& session = m_context.session;
@@ -121,10 +125,6 @@ void frmCalender::markDays() {
         days.clear(); // turning a page is no occasion for a box
     }
     ui->Calender->setMarkedDays(days);
-}
-
-void frmCalender::tellFindNotYetThere() {
-    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"MnuFindDiary"_s);
 }
 
 void frmCalender::tellBlogNotYetThere() {

@@ -22,6 +22,7 @@ public:
     void Calender_DateClick(const QDate& date);
     void Btn_New_Click();
     void Btn_Delete_Click();
+    void Btn_Find_Click();
 
     /// Sets the calendar's value; loads nothing.
     void showDay(const QDate& day);
@@ -32,7 +33,6 @@ public:
 private:
     void fillBlogs();
     void previewDeletion();
-    void tellFindNotYetThere();
     void tellBlogNotYetThere();
 
     std::unique_ptr<Ui::frmCalender> ui;

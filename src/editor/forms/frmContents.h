@@ -3,8 +3,10 @@
 
 #include "desktop/icons.h"
 #include "desktop/mdi_child.h"
+#include "editor/clipboard_import.h"
 #include "editor/draft.h"
 #include "editor/edited_entry.h"
+#include "editor/tags.h"
 #include "editor/undo.h"
 #include "store/diary_store.h"
 
@@ -156,9 +158,11 @@ private:
     // What is done with it: frmContents_commands.cpp
     bool bringContentsForward();
     static void insertAtCaret(desktop::TextPane& pane, const QString& text);
+    void insertFromClipboard(ParagraphTags tags);
     void tellMoved(int number);
     void addGenre();
     void insertTag(int index);
+    void openMaker(TagMaker maker);
     void restore(const std::optional<Snapshot>& snapshot);
     void writeDrafts(const std::vector<store::Entry>& drafts);
     void forgetDraft();

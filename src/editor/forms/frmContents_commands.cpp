@@ -1,11 +1,15 @@
 // What is done with the entry in the editor: saving, inserting, undoing, and keeping it from being lost.
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/frmPrevDiaryViewer.h"
+#include "desktop/clipboard.h"
 #include "desktop/command.h"
 #include "desktop/text_pane.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "editor/tags.h"
+#include "editor/forms/frmHTMLMakeFont.h"
+#include "editor/forms/frmHTMLMakeHR.h"
+#include "editor/forms/frmHTMLMakeImage.h"
+#include "editor/forms/frmHTMLMakeList.h"
 #include "platform/failure.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/genre_list.h"
@@ -94,15 +98,26 @@ void frmContents::Btn2Click_ToolBar() {
 }
 
 void frmContents::Btn3Click_ToolBar() {
-    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertURL"_s);
+    m_context.windows.get<frmHTMLMakeImage>().showWindow();
 }
 
 void frmContents::InsertFromCB_Text() {
-    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertFromCB_PlainText"_s);
+    insertFromClipboard(ParagraphTags::None);
 }
 
 void frmContents::InsertFromCB_Exchange() {
-    m_context.windows.get<shell::MDIFormTop>().tellNotYetThere(u"mnuInsertFromCB_ExchangedText"_s);
+    insertFromClipboard(ParagraphTags::Added);
+}
+
+void frmContents::insertFromClipboard(ParagraphTags tags) {
+    if (!m_hasDay)
+        return;
+    commitComposition();
+    const QString text = GetClipboardText(m_context.session, m_context.desk, desktop::clipboardText(), tags);
+    if (text.isEmpty())
+        return;
+    insertAtCaret(pane(), text);
+    pane().setFocus();
 }
 
 void frmContents::insertTag(int index) {
@@ -111,13 +126,32 @@ void frmContents::insertTag(int index) {
     commitComposition();
     const std::optional<QString> text = insertion(m_context.session, index, pane().selectedText());
     if (!text) {
-        m_context.desk.message(platform::MessageKind::Plain,
-                               u"「%1」はまだ使えません。"_s.arg(tags()[std::size_t(index)].text));
+        openMaker(tags()[std::size_t(index)].maker);
         return;
     }
     if (*text != pane().selectedText())
         pane().replaceSelection(*text);
     pane().setFocus();
+}
+
+/// Whatever becomes of the maker, writing goes on in the first pane, where makers insert.
+void frmContents::openMaker(TagMaker maker) {
+    const auto goOn = [this] { goToPane(0); };
+    const auto open = [&](desktop::ToolWindow& window) {
+        window.giveBackTo(goOn);
+        window.showWindow();
+    };
+    try {
+        if (maker == TagMaker::Font)
+            open(m_context.windows.get<frmHTMLMakeFont>());
+        else if (maker == TagMaker::Rule)
+            open(m_context.windows.get<frmHTMLMakeHR>());
+        else
+            open(m_context.windows.get<frmHTMLMakeList>());
+    } catch (...) {
+        goOn();
+        throw;
+    }
 }
 
 bool frmContents::bringContentsForward() {
@@ -198,12 +232,7 @@ void frmContents::picPrevDiaryExist_Click() {
     const platform::Hourglass hourglass(m_context.desk);
     const QString file = m_context.session.DataPath + u"oldtmp.htm"_s;
     site::MakeSameDayPage(m_context.session, diary(), file, m_context.session.EnterDay);
-    auto& viewer = m_context.windows.get<browser::frmPrevDiaryViewer>();
-    viewer.setWindowTitle(u"過去の日記"_s); // it may have shown results of a search
-    viewer.show();
-    viewer.Navigate(file);
-    viewer.raise();
-    viewer.activateWindow();
+    m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(u"過去の日記"_s, file);
 }
 
 bool frmContents::confirmClose() {

@@ -224,12 +224,17 @@ void frmContents::daysChanged(const QStringList& days) {
     const QString day = m_context.session.EnterDay;
     if (!m_hasDay || !days.contains(day))
         return;
+    const Day read = readDay(day);
+    const int count = int(read.rows.size());
     if (ChangeYesNo) {
+        const QScopedValueRollback loading(Loading, true);
+        const int edited = m_edited.follow(read.rows);
+        AddComboNumber(std::max(count, edited));
+        selectNumber(edited);
+        setCaption();
         m_context.desk.notice(day + u"の日記は編集中のため、変更された内容を表示していません。"_s);
         return;
     }
-    const Day read = readDay(day);
-    const int count = int(read.rows.size());
     const int number = std::clamp(shownNumber(), 1, std::max(count, 1));
     showEntry(std::max(count, 1), number, rowOf(read.rows, number), read.hasOldDiary);
 }

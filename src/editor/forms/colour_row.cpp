@@ -1,0 +1,70 @@
+#include "editor/forms/colour_row.h"
+
+#include "desktop/combo.h"
+#include "desktop/command.h"
+#include "desktop/line_box.h"
+#include "platform/failure.h"
+
+#include <QAbstractButton>
+#include <QColorDialog>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::editor {
+namespace {
+
+QColor colourOf(convert::OleColour value) {
+    return {int(value & 0xFF), int(value >> 8 & 0xFF), int(value >> 16 & 0xFF)};
+}
+
+convert::OleColour valueOf(const QColor& colour) {
+    return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
+}
+
+} // namespace
+
+ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractButton& exchange, QAbstractButton& dialog)
+    : QObject(&box)
+    , m_context(context)
+    , m_box(box) {
+    const QStringList names = convert::colourNames(context.session.MyPath);
+    box.makeEditable().setAccessibleName(box.accessibleName());
+    box.addItems(names);
+    box.setCurrentIndex(-1);
+    connect(&exchange, &QAbstractButton::clicked, this,
+            [this] { desktop::runCommand(m_context.desk, [this] { Btn_Color_Exchange_Click(); }); });
+    connect(&dialog, &QAbstractButton::clicked, this,
+            [this] { desktop::runCommand(m_context.desk, [this] { Btn_GetColorDialog_Click(); }); });
+}
+
+void ColourRow::Btn_Color_Exchange_Click() {
+    QString text = m_box.currentText();
+    const QString answer = convert::exchangeColour(m_context.session.MyPath, text);
+    if (answer != convert::kNotInList && answer != convert::kNoColourText)
+        m_box.setEditText(answer);
+}
+
+void ColourRow::Btn_GetColorDialog_Click() {
+    const std::optional<convert::OleColour> shown = shownColour();
+    if (!shown)
+        return;
+    const QColor chosen = QColorDialog::getColor(colourOf(*shown), m_box.window());
+    if (chosen.isValid())
+        m_box.setEditText(u'#' + convert::colourDigits(valueOf(chosen)));
+}
+
+/// The colour of an empty box is black; nothing for a text that is no colour, which this command says nothing about.
+std::optional<convert::OleColour> ColourRow::shownColour() const {
+    QString text = m_box.currentText();
+    if (text.isEmpty())
+        return 0;
+    try {
+        if (!text.startsWith(u'#'))
+            text = convert::exchangeColour(m_context.session.MyPath, text);
+    } catch (const platform::Failure&) {
+        return std::nullopt;
+    }
+    return convert::colourValue(text.sliced(1));
+}
+
+} // namespace velloria::editor

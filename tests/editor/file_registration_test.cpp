@@ -1,0 +1,389 @@
+#include "editor/file_registration.h"
+
+#include "platform/directory.h"
+#include "platform/file_write.h"
+#include "support/test_home.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using editor::FileRegistration;
+using site::Outcome;
+
+const QString kDay = u"2004/05/06"_s;
+const QString kAsk = u"question: すでに登録済みのファイルです。\r\n上書きしますか？"_s;
+const QString kAskDelete = u"question: 本当に削除しますか？"_s;
+const QString kAskFile = u"question: このファイルは他の日付等で使用されていません。\r\n削除しますか？"_s;
+
+class FileRegistrationTest : public TestHome {
+protected:
+    FileRegistrationTest() { platform::makeFolder(path(u"in"_s)); }
+
+    /// A file outside the diary.
+    QString source(const QString& name, const QByteArray& bytes) {
+        writeFile(path(u"in/"_s + name), bytes);
+        return path(u"in/"_s + name);
+    }
+    QString part(const QString& name) const { return session.DataPath + u"DiaryParts/"_s + name; }
+    FileRegistration files() { return {session, desk}; }
+    Outcome add(const QString& file, const QString& day = kDay, qint16 number = 1) {
+        return files().ResistFile(file, day, number);
+    }
+    QStringList rows() {
+        QStringList rows;
+        for (const store::FileRow& row : files().rows())
+            rows += editor::shownFile(row);
+        return rows;
+    }
+    /// What the diary holds, to tell whether a refusal changed anything.
+    QMap<QString, QByteArray> state() { return contentOf(session.DataPath); }
+    /// The titles of all boxes.
+    QSet<QString> titles() const {
+        QSet<QString> titles;
+        for (const QJsonValue& event : desk.events) {
+            if (event[u"event"_s] == u"message"_s)
+                titles += event[u"title"_s].toString();
+        }
+        return titles;
+    }
+    QString notice() const { return desk.texts(u"status"_s).isEmpty() ? QString() : desk.texts(u"status"_s).last(); }
+};
+
+TEST_F(FileRegistrationTest, ANewNameIsCopiedAndGetsARowThatIsStillToGoUp) {
+    EXPECT_EQ(add(source(u"x.gif"_s, "one")), Outcome::Done);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : x.gif"_s});
+    EXPECT_EQ(sqlValue(u"SELECT FileName || Uploaded || Logged FROM FileDB"_s), u"x.gif00"_s);
+    EXPECT_TRUE(boxes().isEmpty());
+}
+
+TEST_F(FileRegistrationTest, TheCopyKeepsTheTimeAndIsWritable) {
+    const QString file = source(u"x.gif"_s, "one");
+    const timespec times[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    ::utimensat(AT_FDCWD, file.toUtf8().constData(), times, 0);
+    ::chmod(file.toUtf8().constData(), 0444);
+    add(file);
+    EXPECT_EQ(QFileInfo(part(u"x.gif"_s)).lastModified().toSecsSinceEpoch(), 1'000'000'000);
+    EXPECT_TRUE(modeOf(part(u"x.gif"_s)) & 0200U);
+}
+
+TEST_F(FileRegistrationTest, AnotherEntryGetsARowAndNothingIsCopied) {
+    add(source(u"x.gif"_s, "one"));
+    EXPECT_EQ(add(source(u"x.gif"_s, "two"), u"2004/05/07"_s, 2), Outcome::Done);
+    EXPECT_EQ(add(source(u"x.gif"_s, "two"), kDay, 2), Outcome::Done);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+    EXPECT_EQ(rows(),
+              (QStringList{u"2004/05/06 : 1 : x.gif"_s, u"2004/05/06 : 2 : x.gif"_s, u"2004/05/07 : 2 : x.gif"_s}));
+    EXPECT_TRUE(notice().contains(u"DiaryPartsにあるファイルを使い"_s)) << notice().toStdString();
+    EXPECT_TRUE(notice().endsWith(u"次のFTPでアップロードされます。"_s))
+        << "nothing has gone up: " << notice().toStdString();
+    sql(u"UPDATE FileDB SET Uploaded = 1 WHERE Day = '2004/05/07'"_s);
+    add(source(u"x.gif"_s, "two"), kDay, 3);
+    EXPECT_TRUE(notice().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << notice().toStdString();
+}
+
+TEST_F(FileRegistrationTest, ACopyThatHasVanishedIsMadeAgainForAnotherEntry) {
+    add(source(u"x.gif"_s, "one"));
+    platform::removeFile(part(u"x.gif"_s));
+    add(source(u"x.gif"_s, "two"), u"2004/05/07"_s);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "two");
+}
+
+TEST_F(FileRegistrationTest, TheSameEntryIsAskedAboutAndItsRowStays) {
+    add(source(u"x.gif"_s, "one"));
+    sql(u"UPDATE FileDB SET Uploaded = 1"_s);
+    desk.events = {};
+    desk.answers = {u"no"_s};
+    EXPECT_EQ(add(source(u"x.gif"_s, "two")), Outcome::Refused);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+    desk.answers = {u"yes"_s};
+    EXPECT_EQ(add(source(u"x.gif"_s, "two")), Outcome::Done);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "two");
+    EXPECT_EQ(boxes(), (QStringList{kAsk, kAsk}));
+    EXPECT_EQ(desk.events.first()[u"title"_s].toString(), u"Resist Files"_s);
+    EXPECT_EQ(sqlValue(u"SELECT count(*) || ' ' || max(Uploaded) FROM FileDB"_s), u"1 1"_s);
+    EXPECT_TRUE(notice().contains(u"サーバーのファイルは変わりません"_s)) << notice().toStdString();
+    sql(u"UPDATE FileDB SET Uploaded = 0"_s);
+    desk.answers = {u"yes"_s};
+    add(source(u"x.gif"_s, "three"));
+    EXPECT_TRUE(notice().endsWith(u"次のFTPでアップロードされます。"_s)) << notice().toStdString();
+    sql(u"INSERT INTO FileDB (FileName, Day, Number, Uploaded) VALUES ('x.gif', '2004/05/07', 1, 1)"_s);
+    desk.answers = {u"yes"_s};
+    add(source(u"x.gif"_s, "four"));
+    EXPECT_TRUE(notice().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << notice().toStdString();
+}
+
+TEST_F(FileRegistrationTest, AFileOfDiaryPartsIsNotCopied) {
+    writeFile(part(u"x.gif"_s), "one");
+    EXPECT_EQ(add(part(u"x.gif"_s)), Outcome::Done);
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : x.gif"_s});
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+}
+
+TEST_F(FileRegistrationTest, AFileIsNeverCopiedOntoItself) {
+    writeFile(part(u"x.gif"_s), "one");
+    add(part(u"x.gif"_s));
+    ASSERT_EQ(::symlink(session.DataPath.toUtf8().constData(), path(u"link"_s).toUtf8().constData()), 0);
+    ASSERT_EQ(::link(part(u"x.gif"_s).toUtf8().constData(), path(u"in/x.gif"_s).toUtf8().constData()), 0);
+    for (const QString& same : {part(u"x.gif"_s), session.DataPath + u"DiaryParts//x.gif"_s,
+                                path(u"link/DiaryParts/x.gif"_s), path(u"in/x.gif"_s)}) {
+        const QMap<QString, QByteArray> before = state();
+        desk.answers = {u"yes"_s};
+        const QString failure = failureOf([&] { add(same); });
+        EXPECT_TRUE(failure.contains(u"同じフォルダの同じファイルを指定しました。"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(same)) << failure.toStdString();
+        EXPECT_TRUE(state() == before) << same.toStdString();
+    }
+}
+
+TEST_F(FileRegistrationTest, ANewNameUnderAnotherSpellingOfTheFolderIsLeftWhereItLies) {
+    writeFile(part(u"x.gif"_s), "one");
+    ASSERT_EQ(::symlink(session.DataPath.toUtf8().constData(), path(u"link"_s).toUtf8().constData()), 0);
+    EXPECT_EQ(add(path(u"link/DiaryParts/x.gif"_s)), Outcome::Done);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+    EXPECT_EQ(rows().size(), 1);
+}
+
+TEST_F(FileRegistrationTest, AFolderThatDiffersInCaseIsAnotherFolder) {
+    platform::makeFolder(session.DataPath + u"diaryparts"_s);
+    writeFile(session.DataPath + u"diaryparts/x.gif"_s, "one");
+    add(session.DataPath + u"diaryparts/x.gif"_s);
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+}
+
+TEST_F(FileRegistrationTest, AFileOnAWindowsDiskIsReplacedInItsOwnSpelling) {
+    writeFile(part(u"X.GIF"_s), "one");
+    add(part(u"X.GIF"_s));
+    desk.answers = {u"yes"_s};
+    add(source(u"x.gif"_s, "two"));
+    EXPECT_EQ(bytesOf(part(u"X.GIF"_s)), "two");
+    EXPECT_FALSE(exists(part(u"x.gif"_s)));
+    EXPECT_EQ(rows().size(), 1);
+}
+
+TEST_F(FileRegistrationTest, AnotherNameStandsForTheSourcesName) {
+    EXPECT_EQ(files().ResistFile2(source(u"x.gif"_s, "one"), u"y.gif"_s, kDay, 1), Outcome::Done);
+    EXPECT_EQ(bytesOf(part(u"y.gif"_s)), "one");
+    EXPECT_FALSE(exists(part(u"x.gif"_s)));
+    files().ResistFile2(source(u"x.gif"_s, "two"), u"y.gif"_s, kDay, 2);
+    EXPECT_EQ(bytesOf(part(u"y.gif"_s)), "one");
+    desk.answers = {u"yes"_s};
+    files().ResistFile2(source(u"x.gif"_s, "two"), u"y.gif"_s, kDay, 2);
+    EXPECT_EQ(bytesOf(part(u"y.gif"_s)), "two");
+    EXPECT_EQ(rows(), (QStringList{u"2004/05/06 : 1 : y.gif"_s, u"2004/05/06 : 2 : y.gif"_s}));
+}
+
+TEST_F(FileRegistrationTest, AnotherNameWithinDiaryPartsGetsARowAndNoFile) {
+    writeFile(part(u"x.gif"_s), "one");
+    EXPECT_EQ(files().ResistFile2(part(u"x.gif"_s), u"y.gif"_s, kDay, 1), Outcome::Done);
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : y.gif"_s});
+    EXPECT_FALSE(exists(part(u"y.gif"_s)));
+}
+
+TEST_F(FileRegistrationTest, AnEmptyPathDoesNothing) {
+    const QMap<QString, QByteArray> before = state();
+    EXPECT_EQ(add(u""_s), Outcome::Done);
+    EXPECT_EQ(files().ResistFile2(u""_s, u"y.gif"_s, kDay, 1), Outcome::Done);
+    EXPECT_TRUE(state() == before);
+}
+
+TEST_F(FileRegistrationTest, APathEndsAtItsFirstNul) {
+    const QString file = source(u"x.gif"_s, "one");
+    EXPECT_EQ(add(file + QChar(u'\0') + u"rest"_s), Outcome::Done);
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : x.gif"_s});
+}
+
+TEST_F(FileRegistrationTest, WhatIsNoFileIsRefusedAndNothingChanges) {
+    platform::makeFolder(path(u"in/folder.gif"_s));
+    ASSERT_EQ(::mkfifo(path(u"in/pipe.gif"_s).toUtf8().constData(), 0600), 0);
+    ASSERT_EQ(::symlink("/nowhere", path(u"in/dead.gif"_s).toUtf8().constData()), 0);
+    const QMap<QString, QByteArray> before = state();
+    for (const QString& file : {path(u"in/no.gif"_s), path(u"in/folder.gif"_s), path(u"in/folder.gif/"_s),
+                                path(u"in/pipe.gif"_s), path(u"in/dead.gif"_s), u"/dev/zero"_s, u"/"_s}) {
+        const QString failure = failureOf([&] { add(file); });
+        EXPECT_TRUE(failure.contains(file)) << file.toStdString() << ": " << failure.toStdString();
+    }
+    EXPECT_TRUE(state() == before);
+    EXPECT_TRUE(boxes().isEmpty());
+}
+
+TEST_F(FileRegistrationTest, NamesThatPagesOrTheDiaryCantHoldAreRefusedAndNothingChanges) {
+    const QStringList names{u"café.gif"_s, u"猫😺.gif"_s, u"a\"b.gif"_s};
+    for (const QString& name : names)
+        source(name, "one");
+    const QString plain = source(u"x.gif"_s, "one");
+    const QMap<QString, QByteArray> before = state();
+    for (const QString& name : names) {
+        EXPECT_TRUE(failureOf([&] { add(path(u"in/"_s + name)); }).contains(name)) << name.toStdString();
+        EXPECT_TRUE(failureOf([&] { files().ResistFile2(plain, name, kDay, 1); }).contains(name));
+    }
+    for (const QString& name : {u""_s, u"."_s, u".."_s, u"../x.gif"_s, u"a/b.gif"_s, u"a\\b.gif"_s, u"a\nb.gif"_s})
+        EXPECT_NE(failureOf([&] { files().ResistFile2(plain, name, kDay, 1); }), QString()) << name.toStdString();
+    EXPECT_TRUE(state() == before);
+}
+
+TEST_F(FileRegistrationTest, NamesThatInputMethodsTypeAreTaken) {
+    for (const QString& name : {u"写真〜１.gif"_s, u"表示ソ.gif"_s, u"a : b .gif"_s, u" x.gif"_s, u"100%_[a].gif"_s}) {
+        EXPECT_EQ(add(source(name, name.toUtf8())), Outcome::Done) << name.toStdString();
+        EXPECT_EQ(bytesOf(part(name)), name.toUtf8());
+    }
+    EXPECT_EQ(rows().size(), 5);
+}
+
+TEST_F(FileRegistrationTest, AFullDiskLeavesFileAndRegisterAsTheyWere) {
+    const QString file = source(u"x.gif"_s, QByteArray(300'000, 'x'));
+    const QString other = source(u"y.gif"_s, "y");
+    add(other);
+    writeFile(part(u"x.gif"_s), "old");
+    const QMap<QString, QByteArray> before = state();
+    EXPECT_TRUE(holdsInChild([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100'000, 100'000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            return false;
+        return !failureOf([&] { add(file); }).isEmpty();
+    }));
+    EXPECT_TRUE(state() == before);
+}
+
+TEST_F(FileRegistrationTest, ADiaryThatTakesNoRowSaysWhatWasCopied) {
+    const QString file = source(u"x.gif"_s, "one");
+    sql(u"DROP TABLE FileDB"_s);
+    sql(u"CREATE VIEW FileDB AS SELECT 1 AS FileID, 'z' AS FileName, 'ALL' AS Day, 0 AS Number, 0 AS Uploaded, "
+        u"0 AS Logged"_s);
+    const QString failure = failureOf([&] { add(file); });
+    EXPECT_TRUE(failure.contains(u"DiaryPartsにコピーしました"_s)) << failure.toStdString();
+    const QString lost = failureOf([&] { add(source(u"z"_s, "two")); });
+    EXPECT_TRUE(lost.contains(u"DiaryPartsにコピーしました"_s)) << lost.toStdString();
+    const QString known = failureOf([&] { add(source(u"z"_s, "three")); });
+    EXPECT_FALSE(known.contains(u"コピーしました"_s)) << known.toStdString();
+}
+
+TEST_F(FileRegistrationTest, AFileWithoutARowIsReplacedAndThePanelSaysSo) {
+    writeFile(part(u"x.gif"_s), "old");
+    add(source(u"x.gif"_s, "new"));
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "new");
+    EXPECT_TRUE(notice().contains(u"置き換えました"_s)) << notice().toStdString();
+}
+
+// -- deleting ---------------------------------------------------------------------------------------------------------
+
+TEST_F(FileRegistrationTest, DeletingAsksAndKeepsAFileThatAnotherEntryUses) {
+    add(source(u"x.gif"_s, "one"));
+    add(source(u"x.gif"_s, "one"), u"2004/05/07"_s);
+    desk.answers = {u"no"_s};
+    EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Refused);
+    EXPECT_EQ(rows().size(), 2);
+    desk.answers = {u"yes"_s};
+    EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Done);
+    EXPECT_EQ(boxes(), (QStringList{kAskDelete, kAskDelete}));
+    EXPECT_EQ(rows(), QStringList{u"2004/05/07 : 1 : x.gif"_s});
+    EXPECT_TRUE(exists(part(u"x.gif"_s)));
+}
+
+TEST_F(FileRegistrationTest, DeletingTheLastRowAsksAboutTheFile) {
+    for (const char* answer : {"no", "yes"}) {
+        add(source(u"x.gif"_s, "one"));
+        desk.events = {};
+        desk.answers = {u"yes"_s, QLatin1StringView(answer)};
+        EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Done);
+        EXPECT_EQ(boxes(), (QStringList{kAskDelete, kAskFile}));
+        EXPECT_EQ(titles(), (QSet<QString>{u"Resist Files"_s}));
+        EXPECT_EQ(exists(part(u"x.gif"_s)), answer == std::string("no"));
+        EXPECT_TRUE(rows().isEmpty());
+    }
+}
+
+TEST_F(FileRegistrationTest, AFileThatIsGoneAlreadyIsSaidToBe) {
+    add(source(u"x.gif"_s, "one"));
+    platform::removeFile(part(u"x.gif"_s));
+    desk.answers = {u"yes"_s, u"yes"_s};
+    EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Done);
+    EXPECT_EQ(boxes().last(), u"exclamation: ファイルがありませんでした。"_s);
+}
+
+TEST_F(FileRegistrationTest, ARowOfAnOldDiaryWithoutNumberOrDayShowsAndGoes) {
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('a.gif', '2004/05/06', NULL), ('b.gif', NULL, 3)"_s);
+    EXPECT_EQ(rows(), (QStringList{u" : 3 : b.gif"_s, u"2004/05/06 : 0 : a.gif"_s}));
+    for (int i = 0; i < 2; ++i) {
+        desk.answers = {u"yes"_s, u"no"_s};
+        files().deleteFile(files().rows()[0]);
+    }
+    EXPECT_TRUE(rows().isEmpty());
+}
+
+TEST_F(FileRegistrationTest, ARowOfAnOldDiaryWithoutANameShowsAndGoes) {
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES (NULL, '2004/05/06', 1), ('', 'ALL', 0)"_s);
+    EXPECT_EQ(rows(), (QStringList{u"2004/05/06 : 1 : "_s, u"ALL : 0 : "_s}));
+    for (const char* answer : {"", "yes"}) { // the file is asked about with the last row alone
+        desk.answers = {u"yes"_s};
+        if (*answer)
+            desk.answers.append(QLatin1StringView(answer));
+        EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Done);
+    }
+    EXPECT_TRUE(rows().isEmpty());
+    EXPECT_EQ(boxes().last(), u"exclamation: ファイルがありませんでした。"_s);
+    EXPECT_TRUE(exists(session.DataPath + u"DiaryParts"_s));
+}
+
+TEST_F(FileRegistrationTest, AFileThatStaysIsNamedWithItsRowGone) {
+    platform::makeFolder(session.DataPath + u"DiaryParts"_s);
+    ASSERT_TRUE(QDir(session.DataPath + u"DiaryParts"_s).removeRecursively());
+    ASSERT_TRUE(QFile::link(u"/proc/self"_s, session.DataPath + u"DiaryParts"_s)); // nobody removes a file there
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('status', 'ALL', 0)"_s);
+    desk.answers = {u"yes"_s, u"yes"_s};
+    const QString failure = failureOf([&] { files().deleteFile(files().rows()[0]); });
+    EXPECT_TRUE(failure.startsWith(u"登録は削除しました: ファイルを削除できません。"_s)) << failure.toStdString();
+    EXPECT_TRUE(failure.contains(part(u"status"_s)) && failure.contains(u"ファイルは残っています。"_s));
+    EXPECT_TRUE(rows().isEmpty());
+}
+
+TEST_F(FileRegistrationTest, ColonsAndBlanksInNamesTakeTheRightRow) {
+    add(source(u"a.gif"_s, "one"));
+    add(source(u"b : a.gif"_s, "two"));
+    add(source(u" a.gif"_s, "three"));
+    for (const store::FileRow& row : files().rows()) {
+        if (row.name != u"b : a.gif"_s)
+            continue;
+        desk.answers = {u"yes"_s, u"yes"_s};
+        files().deleteFile(row);
+    }
+    EXPECT_EQ(rows(), (QStringList{u"2004/05/06 : 1 :  a.gif"_s, u"2004/05/06 : 1 : a.gif"_s}));
+    EXPECT_TRUE(exists(part(u"a.gif"_s)) && exists(part(u" a.gif"_s)));
+    EXPECT_FALSE(exists(part(u"b : a.gif"_s)));
+}
+
+TEST_F(FileRegistrationTest, ARowWithAPathLeadsToNoFile) {
+    sql(u"INSERT INTO FileDB (FileName, Day) VALUES ('../diary.ini', 'ALL')"_s);
+    desk.answers = {u"yes"_s, u"yes"_s};
+    files().deleteFile(files().rows()[0]);
+    EXPECT_EQ(boxes().last(), u"exclamation: ファイルがありませんでした。"_s);
+    EXPECT_TRUE(exists(session.DiaryIniFile));
+    EXPECT_TRUE(rows().isEmpty());
+}
+
+TEST_F(FileRegistrationTest, TheChoiceOfDaysShowsKeys) {
+    EXPECT_EQ(editor::shownKey({u"2004/05/06"_s, 2}), u"2004/05/06 : 2"_s);
+    EXPECT_EQ(editor::shownKey({u"ALL"_s, 0}), u"ALL"_s);
+    EXPECT_EQ(editor::shownKey({u"%2 and %1"_s, 3}), u"%2 and %1 : 3"_s);
+}
+
+TEST_F(FileRegistrationTest, TextsThatLookLikePlacesOfAPatternAreShownAsTheyAre) {
+    EXPECT_EQ(editor::shownFile({0, u"%1%2%3.gif"_s, u"%2 and %1"_s, 4, false, false}),
+              u"%2 and %1 : 4 : %1%2%3.gif"_s);
+}
+
+} // namespace
+} // namespace velloria::tests
