@@ -9,45 +9,60 @@ _velloria_cli() {
     done
     for ((i = 0; i < ${#before[@]}; ++i)); do
         case ${before[i]} in
-        --home|--user|--now|--day|--answers|--month|--from|--to|--as|--ini|--set) ((++i)) ;;
+        --home|--user|--now|--day|--answers|--month|--from|--to|--as|--genre|--period|--format|--contents|--unit|--name|--sort|--out|--plain|--ini|--set) ((++i)) ;;
         -*) ;;
         *) plain+=("${before[i]}") ;;
         esac
     done
     ((i > ${#before[@]})) && case ${before[-1]} in
     --home) _velloria_cli_files -d; return ;;
-    --answers|--as|--ini) _velloria_cli_files -f; return ;;
+    --answers|--out|--plain|--ini) _velloria_cli_files -f; return ;;
     *) return ;;
     esac
     case "${plain[*]}" in
     "entry list" | "entry list "*) options+=" --month --from --to" ;;
+    "entry show" | "entry show "*) options+=" --as-stored" ;;
     "entry put" | "entry put "*) options+=" --keep-time" ;;
+    "entry delete" | "entry delete "*) options+=" --as-stored" ;;
     "entry days" | "entry days "*) options+=" --month --public" ;;
     "site save" | "site save "*) options+=" --as" ;;
     "site rebuild" | "site rebuild "*) options+=" --from --to" ;;
+    "site find" | "site find "*) options+=" --from --to --genre" ;;
+    "export" | "export "*) options+=" --period --format --contents --unit --name --sort --out" ;;
+    "import clipboard" | "import clipboard "*) options+=" --formatted --plain" ;;
     "convert html2text" | "convert html2text "*) options+=" --ini --set" ;;
+    "file add" | "file add "*) options+=" --as" ;;
     esac
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site convert ini db" ;;
+    "") words="start entry genre site export import convert ini file log db" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
-    "site") words="save preview log rebuild sameday" ;;
-    "convert") words="html2text urlencode scramble unscramble" ;;
+    "site") words="save preview log rebuild sameday find" ;;
+    "import") words="clipboard delete groups" ;;
+    "convert") words="html2text urlencode paragraphs colour scramble unscramble" ;;
     "ini") words="get int set delete sections" ;;
+    "file") words="list add delete" ;;
+    "log") words="list add delete" ;;
     "db") words="version check" ;;
     "entry put") _velloria_cli_files -f; return ;;
+    "import clipboard") words=" " ;;
     "convert html2text") _velloria_cli_files -f; return ;;
     "convert urlencode") words="sjis eucjp utf8" ;;
     "convert urlencode "*) _velloria_cli_files -f; return ;;
+    "convert paragraphs") _velloria_cli_files -f; return ;;
     "ini get") _velloria_cli_files -f; return ;;
     "ini int") _velloria_cli_files -f; return ;;
     "ini set") _velloria_cli_files -f; return ;;
     "ini delete") _velloria_cli_files -f; return ;;
     "ini sections") _velloria_cli_files -f; return ;;
+    "file add") _velloria_cli_files -f; return ;;
+    "file add "*) words="DAY ALL" ;;
+    "file delete "*) words="DAY ALL" ;;
+    "log add") _velloria_cli_files -f; return ;;
     "db version") _velloria_cli_files -f; return ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")

@@ -10,7 +10,7 @@ function __velloria_cli_behind
             continue
         end
         switch $word
-            case --home --user --now --day --answers --month --from --to --as --ini --set
+            case --home --user --now --day --answers --month --from --to --as --genre --period --format --contents --unit --name --sort --out --plain --ini --set
                 set is_value 1
             case '-*'
             case '*'
@@ -32,31 +32,55 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site convert ini db'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log db'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
-complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday'
-complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode scramble unscramble'
+complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
+complete -c velloria-cli -n '__velloria_cli_behind "import"' -a 'clipboard delete groups'
+complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode paragraphs colour scramble unscramble'
 complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
+complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
+complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode"' -a 'sjis eucjp utf8'
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode *"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "convert paragraphs"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "ini get"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "ini int"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "ini set"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "ini delete"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "ini sections"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "file add"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "file add *"' -a 'DAY ALL'
+complete -c velloria-cli -n '__velloria_cli_behind "file delete *"' -a 'DAY ALL'
+complete -c velloria-cli -n '__velloria_cli_behind "log add"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db version"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l month -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l from -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l to -x
+complete -c velloria-cli -n '__velloria_cli_behind "entry show*"' -l as-stored
 complete -c velloria-cli -n '__velloria_cli_behind "entry put*"' -l keep-time
+complete -c velloria-cli -n '__velloria_cli_behind "entry delete*"' -l as-stored
 complete -c velloria-cli -n '__velloria_cli_behind "entry days*"' -l month -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry days*"' -l public
 complete -c velloria-cli -n '__velloria_cli_behind "site save*"' -l as -r -F
 complete -c velloria-cli -n '__velloria_cli_behind "site rebuild*"' -l from -x
 complete -c velloria-cli -n '__velloria_cli_behind "site rebuild*"' -l to -x
+complete -c velloria-cli -n '__velloria_cli_behind "site find*"' -l from -x
+complete -c velloria-cli -n '__velloria_cli_behind "site find*"' -l to -x
+complete -c velloria-cli -n '__velloria_cli_behind "site find*"' -l genre -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l period -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l format -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l contents -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l unit -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l name -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l sort -x
+complete -c velloria-cli -n '__velloria_cli_behind "export*"' -l out -r -F
+complete -c velloria-cli -n '__velloria_cli_behind "import clipboard*"' -l formatted
+complete -c velloria-cli -n '__velloria_cli_behind "import clipboard*"' -l plain -r -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l ini -r -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l set -x
+complete -c velloria-cli -n '__velloria_cli_behind "file add*"' -l as -x

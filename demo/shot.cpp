@@ -9,9 +9,13 @@
 #include "browser/forms/web_page.h"
 #include "core/day_key.h"
 #include "desktop/qt_desk.h"
+#include "desktop/tool_window.h"
 #include "desktop/yes_no_box.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "editor/forms/frmHTMLMakeFont.h"
+#include "editor/forms/frmHTMLMakeHR.h"
+#include "editor/forms/frmHTMLMakeList.h"
 #include "platform/failure.h"
 #include "publish/forms/frmProgress.h"
 #include "shell/forms/desktop_start.h"
@@ -70,6 +74,31 @@ void shootWindow(QWidget& window, const QString& picture) {
     window.hide();
 }
 
+/// The window that is open beside the main window, which it ends.
+void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
+    for (auto* window : top.findChildren<desktop::ToolWindow*>()) {
+        waitForDrawing();
+        save(*window, folder + window->objectName() + u".png"_s);
+        window->close();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void shootToolWindows(desktop::Context& context, const QString& folder) {
+    auto& top = context.windows.get<shell::MDIFormTop>();
+    for (const QString& command : {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s,
+                                   u"MnuMakeLog"_s, u"MnuHTML2TXT"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s}) {
+        top.command(command)->trigger();
+        shootToolWindow(top, folder);
+    }
+    context.windows.get<editor::frmHTMLMakeFont>().showWindow();
+    shootToolWindow(top, folder);
+    context.windows.get<editor::frmHTMLMakeHR>().showWindow();
+    shootToolWindow(top, folder);
+    context.windows.get<editor::frmHTMLMakeList>().showWindow();
+    shootToolWindow(top, folder);
+}
+
 void shootAll(desktop::Context& context, const QString& folder) {
     auto& top = context.windows.get<shell::MDIFormTop>();
     save(top, folder + u"MDIFormTop.png"_s);
@@ -100,6 +129,7 @@ void shootAll(desktop::Context& context, const QString& folder) {
     viewer.Navigate(oldPage);
     shootWindow(viewer, folder + u"frmPrevDiaryViewer.png"_s);
     context.windows.unload<browser::frmPrevDiaryViewer>();
+    shootToolWindows(context, folder);
     desktop::YesNoBox question(u"Velloria"_s, u"更新されていますが、保存されていません。\r\n保存しますか？"_s, &top);
     shootWindow(question, folder + u"question.png"_s);
 }

@@ -39,8 +39,9 @@ void Invocation::print(const QJsonValue& json, const std::vector<QStringList>& r
 const std::vector<Command>& allCommands() {
     static const std::vector<Command> commands = [] {
         std::vector<Command> all;
-        for (const auto& part : {startCommands(), entryCommands(), genreCommands(), siteCommands(), convertCommands(),
-                                 iniCommands(), databaseCommands()})
+        for (const auto& part :
+             {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(), importCommands(),
+              convertCommands(), iniCommands(), fileCommands(), logCommands(), databaseCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

@@ -81,6 +81,7 @@ struct Command {
     QString help;
     Start start = Start::Needed;
     void (*run)(Invocation&) = nullptr;
+    void (*check)(const Invocation&) = nullptr; ///< throws UsageError before anything is started; looks at DAY itself
 };
 
 /// All commands, in the order of the help.
@@ -91,8 +92,12 @@ std::vector<Command> startCommands();
 std::vector<Command> entryCommands();
 std::vector<Command> genreCommands();
 std::vector<Command> siteCommands();
+std::vector<Command> exportCommands();
+std::vector<Command> importCommands();
 std::vector<Command> convertCommands();
 std::vector<Command> iniCommands();
+std::vector<Command> fileCommands();
+std::vector<Command> logCommands();
 std::vector<Command> databaseCommands();
 
 /// An entry number, 1 to 32767.

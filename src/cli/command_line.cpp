@@ -172,8 +172,13 @@ private:
                 throw UsageError(u"オプション %1 が必要です。使い方: %2"_s.arg(option.name, usage));
         }
         const QStringList placeholders = command->arguments.split(u' ');
-        for (qsizetype i = 0; i < m_line.arguments.size(); ++i)
-            checkValue(placeholders[i], m_line.arguments[i]);
+        for (qsizetype i = 0; i < m_line.arguments.size(); ++i) {
+            // The number of a file depends on its day: the command looks at both.
+            const bool isLeftToCommand =
+                (i > 0 && placeholders[i - 1] == u"DAY|ALL"_s) || (command->check && placeholders[i] == u"DAY"_s);
+            if (!isLeftToCommand)
+                checkValue(placeholders[i], m_line.arguments[i]);
+        }
     }
 
     QString topic() const { return m_line.command ? m_line.command->name : m_group; }

@@ -93,6 +93,8 @@ int runCommand(const CommandLine& line, TerminalDesk& desk) {
     const std::unique_ptr<platform::Clock> clock = makeClock(line.global.now);
     prepareDesk(desk, line.global);
     Invocation invocation{line.global, line.arguments, line.options, desk, *clock, {}};
+    if (line.command->check)
+        line.command->check(invocation);
     const Start needed = line.command->start;
     if (needed == Start::Needed || (needed == Start::UnlessArgument && line.arguments.isEmpty()))
         start(invocation);

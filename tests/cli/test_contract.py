@@ -315,6 +315,14 @@ class Events(CliTest):
             self.assertEqual(shapes[-1], "default", words)
             self.assertEqual(shapes.count("hourglass"), shapes.count("default"), words)
 
+    def test_the_hourglass_of_logs_stands_until_the_preview_is_shown(self):
+        self.put(entry("2003/12/01", "a"), entry("2004/02/01", "b"))
+        self.use_site()
+        for words in (["site", "log", "2003", "12"], ["site", "rebuild"]):
+            events = [event.get("shape", event["event"]) for event in self.must("--events", *words).events
+                      if event["event"] in ("pointer", "message", "navigate")]
+            self.assertEqual(events[-4:], ["hourglass", "message", "navigate", "default"], words)
+
     def test_a_failure_is_an_event_and_in_every_mode_a_line(self):
         result = self.run_cli("--events", "site", "log", "1999", "12")
         self.assertEqual((result.code, len(result.events_of("failure"))), (1, 1), result)

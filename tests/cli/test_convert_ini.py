@@ -101,6 +101,98 @@ class HtmlToText(CliTest):
         self.assertEqual(self.convert(html), html[3:])
 
 
+class Paragraphs(CliTest):
+    def tagged(self, text):
+        return self.must("convert", "paragraphs", input=text).out.decode()
+
+    def test_the_line_ends_are_those_of_the_input(self):
+        for text, tagged in [
+                ("", "<P></P>"),
+                ("a", "<P>a</P>"),
+                ("a\n\nb\nc", "<P>a</P>\n<P>b<BR>\nc</P>"),
+                ("a\r\n\r\nb\r\nc", "<P>a</P>\r\n<P>b<BR>\r\nc</P>"),
+                ("a\r\rb\rc", "<P>a</P>\r<P>b<BR>\rc</P>"),
+                ("a\n\r\nb", "<P>a</P>\n<P>b</P>"),
+                ("a\r\n\nb\n", "<P>a</P>\r\n<P>b<BR>\r\n</P>"),
+                ("a\n\n\nb", "<P>a</P>\n<P><BR>\nb</P>"),
+                ("a</P><P>b", "<P>a</P>\r\n<P>b</P>"),
+                ("日記😀é", "<P>日記😀é</P>")]:
+            with self.subTest(text):
+                self.assertEqual(self.tagged(text), tagged)
+
+    def test_the_input_may_be_a_file(self):
+        file = self.input_file("a.txt", "a\n")
+        self.assertEqual(self.must("convert", "paragraphs", file).out, b"<P>a<BR>\n</P>")
+        self.refused("convert", "paragraphs", os.path.join(self.inputs, "none.txt"), naming=["none.txt"])
+        self.refused("convert", "paragraphs", input=b"\xff\xfe")
+
+    def test_the_users_attributes_count_and_nothing_is_started(self):
+        before = snapshot(self.root)
+        self.assertEqual(self.tagged("a"), "<P>a</P>")
+        self.assertEqual(snapshot(self.root), before)
+        write(self.diary_ini, "[diaryEditer]\r\nP_TagAdd=class=a\r\n")
+        self.assertEqual(self.tagged("a\n\nb"), "<P class=a>a</P>\n<P class=a>b</P>")
+        write(self.diary_ini, "[diaryEditer]\r\nP_TagAdd=\r\n")
+        self.assertEqual(self.tagged("a"), "<P>a</P>")
+
+    def test_with_several_users_the_paragraphs_are_plain(self):
+        write(self.diary_ini, "[diaryEditer]\r\nP_TagAdd=class=a\r\n")
+        write(os.path.join(self.home, "velluser.ini"), "[a]\r\nID=a\r\n")
+        self.assertEqual(self.tagged("a"), "<P>a</P>")
+
+    def test_a_large_text_is_done_at_once(self):
+        text = "line\n\n" * 500_000
+        self.assertEqual(len(self.must("convert", "paragraphs", input=text).out), len("<P>line</P>\n") * 500_000 + 7)
+
+
+class Colour(CliTest):
+    def setUp(self):
+        super().setUp()
+        self.list = os.path.join(self.home, "colorname.csv")
+
+    def exchanged(self, text):
+        return self.must("convert", "colour", text).out.decode()
+
+    def test_name_and_number_change_places(self):
+        write(self.list, "Red,#FF0000\r\n\"deep, blue\",#00008b\r\n青,#0000FF\r\n".encode("cp932"))
+        for text, answer in [("RED", "#FF0000"), ("#ff0000", "Red"), ("Deep, Blue", "#00008b"), ("#00008B", "deep, blue"),
+                             ("#0000ff", "青"), ("青", "#0000FF"), ("#00ff00", "Nothing"), ("unknown", "Nothing"),
+                             ("", "Nothing"), ("#zzzzzz", "Error"), ("#", "Error")]:
+            with self.subTest(text):
+                self.assertEqual(self.exchanged(text), answer)
+
+    def test_the_list_of_the_delivery_has_both_forms_of_each_colour(self):
+        rows = [line.split(",") for line in read(self.list).decode("cp932").split()]
+        self.assertGreater(len(rows), 100)
+        for name, number in rows[::25]:
+            self.assertEqual(self.exchanged(name.upper()), number)
+
+    def test_nothing_is_started_and_a_folder_to_read_will_do(self):
+        os.chmod(self.home, 0o555)
+        before = snapshot(self.root)
+        self.assertEqual(self.exchanged("red"), "#FF0000")
+        self.assertEqual(self.must("convert", "paragraphs", input="a").out, b"<P>a</P>")
+        self.assertEqual(snapshot(self.root), before)
+        os.chmod(self.home, 0o755)
+
+    def test_a_list_that_is_missing_or_no_file_is_refused(self):
+        os.remove(self.list)
+        self.refused("convert", "colour", "red", naming=[self.list])
+        os.mkdir(self.list)
+        self.refused("convert", "colour", "red", naming=[self.list])
+        self.assertEqual(self.exchanged("#zz"), "Error")
+        self.refused("convert", "colour", "red", home=os.path.join(self.root, "nowhere"), naming=["nowhere"])
+
+    def test_a_list_with_odd_lines_is_read_as_far_as_it_goes(self):
+        for content in (b"", b'"red,#FF0000\r\n', b"\x00\x81\n,\n\"", b"red\r\n"):
+            write(self.list, content)
+            self.assertEqual(self.exchanged("red"), "Nothing", content)
+
+    def test_wrong_usage(self):
+        self.refused("convert", "colour", code=2)
+        self.refused("convert", "colour", "a", "b", code=2)
+
+
 class PasswordText(CliTest):
     def test_scrambling(self):
         for plain, scrambled in (("abc", "dcb"), ("", ""), ("secret", "ufsdft")):

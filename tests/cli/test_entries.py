@@ -127,6 +127,15 @@ class Deleting(CliTest):
         self.assertIn("2004/02/01_2", page)
         self.assertNotIn("2004/02/01_3", page)
 
+    def test_a_day_that_is_no_date_can_be_shown_and_deleted_as_it_is_stored(self):
+        self.put(entry("2004/02/01", "stays"))
+        self.sql("INSERT INTO Contents (Day, Number, Title, Contents) VALUES ('2004/02/0', 1, 'odd', 'x')")
+        self.refused("--yes", "entry", "delete", "2004/02/0", "1", code=2, naming=["2004/02/0"])
+        self.assertIn("odd", self.must("entry", "show", "2004/02/0", "--as-stored").text)
+        self.must("--yes", "--day", "2004/02/01", "entry", "delete", "2004/02/0", "1", "--as-stored")
+        self.assertEqual(self.listed(), [("2004/02/01", 1, "stays")])
+        self.must("site", "preview")
+
     def test_deleting_the_only_entry_leaves_no_row(self):
         self.put(entry("2004/02/01"))
         self.delete("2004/02/01", 1)

@@ -1,5 +1,5 @@
 """kill -9 at random moments: every file is wholly the old or wholly the new one, no text is lost, and the next command
-works. Two hundred kills, fifty for each command that writes."""
+works. Fifty kills for each command that changes the diary, its site or its settings, ten for what can be made again."""
 
 import contextlib
 import json
@@ -32,8 +32,8 @@ class KillTest(CliTest):
         self.assertIn(program.returncode, (0, -9), error)
         return program.returncode == -9
 
-    def kill_often(self, words, prepare, check):
-        """Prepares, kills the command at a random moment of its run and checks, until it was killed KILLS times."""
+    def kill_often(self, words, prepare, check, kills=KILLS):
+        """Prepares, kills the command at a random moment of its run and checks, until it was killed that often."""
         spans = []
         for _ in range(3):
             prepare()
@@ -41,12 +41,12 @@ class KillTest(CliTest):
             self.must(*words)
             spans.append(time.monotonic() - start)
         killed = 0
-        for _ in range(10 * KILLS):
+        for _ in range(10 * kills):
             prepare()
             if self.run_and_kill(words, min(spans)):
                 killed += 1
                 check()
-            if killed == KILLS:
+            if killed == kills:
                 return
         self.fail(f"the command was too fast to be killed: {spans}")
 
@@ -164,6 +164,45 @@ class Files(KillTest):
             self.assertEqual(read(file), new)
             self.assertFalse([name for name in os.listdir(self.inputs) if name.startswith(".vell")])
         self.kill_often(["ini", "set", file, "S25", "K0", "new"], lambda: write(file, old), check)
+
+
+class Exports(KillTest):
+    def setUp(self):
+        super().setUp()
+        self.put(*[entry(f"2004/01/{i % 28 + 1:02}", f"t{i}", Contents=f"{i} " * 4000) for i in range(1500)])
+        self.out = os.path.join(self.root, "out", "")
+
+    def old_and_new(self, words, names):
+        """Every file in the states ahead of and behind the export."""
+        os.makedirs(self.out)
+        self.must(*words)
+        new = {name: read(self.out + name) for name in os.listdir(self.out)}
+        self.assertEqual(sorted(new), sorted(names))
+        return {name: b"old " + name.encode() for name in names}, new
+
+    def kill_export(self, unit, out, names):
+        words = ["export", "--period", "month:2004:1", "--format", "TEXT", "--contents", "text", "--unit", unit,
+                 "--name", "title", "--out", out]
+        old, new = self.old_and_new(words, names)
+
+        def prepare():
+            shutil.rmtree(self.out)
+            for name, content in old.items():
+                write(self.out + name, content)
+
+        def check():
+            for name in names:
+                self.assertIn(read(self.out + name), (old[name], new[name]), name)
+            self.must(*words)
+            self.assertEqual({name: read(self.out + name) for name in os.listdir(self.out)}, new)
+            self.assert_works()
+        self.kill_often(words, prepare, check, kills=10)
+
+    def test_in_the_middle_of_one_file(self):
+        self.kill_export("one", self.out + "x.txt", ["x.txt"])
+
+    def test_in_the_middle_of_divided_files(self):
+        self.kill_export("divide", self.out, [f"t{i}.txt" for i in range(1500)])
 
 
 if __name__ == "__main__":

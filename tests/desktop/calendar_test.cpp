@@ -307,9 +307,6 @@ TEST_F(Calendar, WhatIsStillToComeSaysSo) {
     clickButton(u"Btn_BlogControl"_s);
     EXPECT_TRUE(panel().contains(u"まだ使えません"_s));
     EXPECT_TRUE(boxes().isEmpty());
-    clickButton(u"Btn_Find"_s);
-    EXPECT_EQ(boxes().size(), 1);
-    EXPECT_TRUE(boxes().first().startsWith(u"plain: "_s));
 }
 
 TEST_F(Calendar, FitsAWindowOf279By214Pixels) {

@@ -74,14 +74,6 @@ TEST_F(EditorWork, WithNothingPickedTheTagToolChangesNothing) {
     EXPECT_EQ(pane().selectedText(), u"x"_s);
 }
 
-TEST_F(EditorWork, AMakerThatIsStillToComeSaysSoAgainAtTheTool) {
-    pick(combo(u"ComboTag"_s), 13);
-    clickTool(u"InsertTag"_s);
-    EXPECT_EQ(boxes().size(), 2);
-    EXPECT_TRUE(boxes().first().startsWith(u"plain: 「区切り線<HR>」"_s)) << boxes().first().toStdString();
-    EXPECT_EQ(pane().text(), u""_s);
-}
-
 TEST_F(EditorWork, TheBrowsersAddressIsALinkAroundTheSelection) {
     clickTool(u"InsertURL"_s);
     EXPECT_EQ(pane().text(), u"<A HREF=\"\"></A>"_s);

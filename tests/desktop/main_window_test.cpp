@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "editor/forms/frmFind.h"
 #include "support/desktop_home.h"
 
 #include <QJsonObject>
@@ -66,11 +67,11 @@ TEST_F(MainWindow, IsEnglishForEnglishAlone) {
 }
 
 TEST_F(MainWindow, NamesACommandThatIsNotThereYet) {
-    press(u"MnuMakeLog"_s);
-    EXPECT_EQ(boxes(), QStringList{u"plain: 「ログ作成」はまだ使えません。"_s});
+    press(u"MnuUpdateCheck"_s);
+    EXPECT_EQ(boxes(), QStringList{u"plain: 「アップデートチェック」はまだ使えません。"_s});
     setLanguage(u"English"_s);
-    press(u"MnuMakeLog"_s);
-    EXPECT_EQ(boxes().last(), u"plain: 「Make Log」はまだ使えません。"_s);
+    press(u"MnuUpdateCheck"_s);
+    EXPECT_EQ(boxes().last(), u"plain: 「UpdateCheck」はまだ使えません。"_s);
 }
 
 TEST_F(MainWindow, SaveHtmlWithoutATargetAsksForOne) {
@@ -253,7 +254,11 @@ TEST_F(MainWindow, TakesItsShortcutsFromEveryWindow) {
     settle();
     EXPECT_EQ(context.windows.get<editor::frmContents>().windowTitle(), u"2004/05/06分の日記[1/1]"_s);
     QTest::keyClick(top().windowHandle(), 'f', Qt::ControlModifier);
-    EXPECT_EQ(boxes(), QStringList{u"plain: 「日記を検索」はまだ使えません。"_s});
+    ASSERT_TRUE(context.windows.find<editor::frmFind>());
+    EXPECT_TRUE(context.windows.find<editor::frmFind>()->isVisible());
+    context.windows.unload<editor::frmFind>();
+    top().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
     QTest::keyClick(top().windowHandle(), Qt::Key_F1);
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.MyPath + u"Manual.mht"_s});
     QTest::keyClick(top().windowHandle(), 'w', Qt::ControlModifier);

@@ -276,6 +276,54 @@ TEST_F(Pane, MovingTextByTheMouseIsOneChange) {
     EXPECT_EQ(changes.size(), 1);
 }
 
+TEST_F(Pane, AFileThatIsDroppedIsNeverAnAddress) {
+    LineBox line;
+    for (const QString& file : {u"/tmp/a.gif"_s, u"/tmp/a.txt"_s}) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(file)});
+        data.setText(u"file://"_s + file);
+        for (QWidget* box : {static_cast<QWidget*>(&line), static_cast<QWidget*>(pane.viewport())}) {
+            QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(box, &enter);
+            if (enter.isAccepted()) {
+                QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+                QCoreApplication::sendEvent(box, &drop);
+            }
+        }
+    }
+    EXPECT_EQ(line.text(), u""_s);
+    EXPECT_EQ(pane.text(), u""_s);
+    QMimeData text;
+    text.setText(u"plain"_s);
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&line, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(&line, &leave);
+}
+
+TEST_F(Pane, APictureThatIsDroppedIsTold) {
+    QSignalSpy dropped(&pane, &TextPane::imageDropped);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(u"/tmp/a b.JPEG"_s), QUrl::fromLocalFile(u"/tmp/c.gif"_s)});
+    QDragEnterEvent begin({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(pane.viewport(), &begin);
+    EXPECT_TRUE(begin.isAccepted());
+    QDragMoveEvent move({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(pane.viewport(), &move);
+    EXPECT_TRUE(move.isAccepted());
+    EXPECT_EQ(move.dropAction(), Qt::CopyAction) << "whoever moves a file removes it";
+    QDropEvent drop({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(pane.viewport(), &drop);
+    ASSERT_EQ(dropped.size(), 1);
+    EXPECT_EQ(dropped[0][0].toString(), u"/tmp/a b.JPEG"_s);
+    pane.setEnabled(false);
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(pane.viewport(), &enter);
+    EXPECT_FALSE(enter.isAccepted()) << "there is no entry to show it in";
+}
+
 TEST_F(Pane, TabLeavesIt) {
     QWidget window;
     QVBoxLayout layout(&window);

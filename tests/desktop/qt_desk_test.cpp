@@ -62,6 +62,26 @@ TEST_F(QtDesk, ShowsPlainTextInABoxOfItsKind) {
     EXPECT_EQ(boxes, 4);
 }
 
+TEST_F(QtDesk, ALongTextLeavesTheButtonOnTheScreen) {
+    const QString text = u"読み込み完了!"_s + u"\r\n2004/05/06"_s.repeated(5000);
+    bool isSeen = false;
+    whenShown<QMessageBox>([&](QMessageBox& box) {
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&box));
+        const QAbstractButton& button = *box.button(QMessageBox::Ok);
+        const QRect place(button.mapToGlobal(QPoint()), button.size());
+        EXPECT_TRUE(box.screen()->geometry().contains(place)) << place.bottom();
+        EXPECT_EQ(box.text(), QString(text).replace("\r\n"_L1, "\n"_L1));
+        auto* area = box.findChild<QScrollArea*>();
+        ASSERT_TRUE(area);
+        EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+        EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+        isSeen = true;
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    desk.message(MessageKind::Information, text, u"Velloria"_s);
+    EXPECT_TRUE(isSeen);
+}
+
 TEST_F(QtDesk, APromptStartsWithItsDefaultSelectedAndGivesWhatIsTyped) {
     whenShown<QInputDialog>([](QInputDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"Velloria"_s);
@@ -111,6 +131,47 @@ TEST_F(QtDesk, AFileDialogMatchesInEveryCase) {
               folder.filePath(u"d"_s));
     whenShown<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
     EXPECT_EQ(desk.choosePath({platform::PathMode::Open, {}, {}, folder.path()}), std::nullopt);
+}
+
+TEST_F(QtDesk, ANameWithoutAnEndingGetsTheOneOfTheRequestAheadOfTheQuestion) {
+    const QTemporaryDir folder;
+    QFile old(folder.filePath(u"diary.txt"_s));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    const platform::PathRequest request{
+        platform::PathMode::Save, {}, u"TEXT Files(*.txt)|*.txt|"_s, folder.path(), u"txt"_s};
+    QStringList questions;
+    const auto chosen = [&](const QString& typed, QMessageBox::StandardButton answer) {
+        whenShown<QFileDialog>([&](QFileDialog& dialog) {
+            QTimer watch;
+            QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+                if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                    questions += box->text();
+                    box->button(answer)->click();
+                }
+            });
+            watch.start(20);
+            dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(typed);
+            static_cast<QDialog&>(dialog).accept();
+            if (dialog.isVisible())
+                dialog.reject();
+        });
+        return desk.choosePath(request);
+    };
+    EXPECT_EQ(chosen(u"diary"_s, QMessageBox::No), std::nullopt);
+    EXPECT_EQ(chosen(u"diary"_s, QMessageBox::Yes), folder.filePath(u"diary.txt"_s));
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_TRUE(questions.first().contains(u"diary.txt"_s)) << questions.first().toStdString();
+    EXPECT_EQ(chosen(u"new"_s, QMessageBox::No), folder.filePath(u"new.txt"_s));
+    EXPECT_EQ(chosen(u"new.htm"_s, QMessageBox::No), folder.filePath(u"new.htm"_s));
+    EXPECT_EQ(questions.size(), 2);
+}
+
+TEST_F(QtDesk, AllFilesAreThoseWithoutADotAsWell) {
+    whenShown<QFileDialog>([](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.nameFilters(), QStringList(u"ALL Files(*.*) (*)"_s));
+        dialog.reject();
+    });
+    desk.choosePath({platform::PathMode::Open, {}, u"ALL Files(*.*)|*.*"_s, {}});
 }
 
 TEST(FileFilter, IsPairsOfTextAndPatterns) {

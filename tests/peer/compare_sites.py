@@ -2,8 +2,8 @@
 
     compare_sites.py --cli build/dev/velloria-cli --factory factory --seeds 1:200 [--keep DIR]
 
-For each seed a home is made, filled through the command line tool, and `site save`, `site preview`, `site log` and
-`site sameday` run in it. A failing seed's folder goes to DIR, with the page that was expected in "expected".
+For each seed a home is made, filled through the command line tool, and `site save`, `site preview`, `site log`,
+`site sameday`, `site find` and `export` run in it. A failing seed's folder goes to DIR, with the page that was expected in "expected".
 Exit code 1 on any difference.
 """
 
@@ -18,13 +18,15 @@ import sys
 import tempfile
 import xml.parsers.expat
 
+import peer_export
 import peer_feeds
+import peer_find
 import peer_site
 from peer_home import Home
 from peer_text import CommandFailure, encode_page
 from random_diary import random_diary
 
-COMPARED = (".htm", ".html", ".xml", ".tmp")
+COMPARED = (".htm", ".html", ".xml", ".tmp", ".txt", ".csv")
 
 
 class Difference(Exception):
@@ -101,6 +103,25 @@ class Trial:
         self.compare(["site", "preview"], peer_site.preview, *arguments)
         self.compare(["site", "log", *diary.log_month], peer_site.log, *arguments, *diary.log_month)
         self.compare(["site", "sameday", diary.same_day], peer_site.sameday, *arguments, diary.same_day)
+        self.compare_find(arguments)
+        self.compare_export(arguments)
+
+    def compare_find(self, arguments):
+        word, first, last, genre = self.diary.find
+        command = ["site", "find", word]
+        if first:
+            command += ["--from", first, "--to", last]
+        if genre:
+            command += ["--genre", genre]
+        self.compare(command, peer_find.find, *arguments, word, first, last, genre)
+
+    def compare_export(self, arguments):
+        choices = dict(self.diary.export)
+        choices["out"] = os.path.join(self.root, choices["out"])
+        if choices["unit"] == "divide" and not choices["period"].startswith("day"):
+            os.makedirs(choices["out"])
+        command = ["export"] + [part for name, value in choices.items() for part in ("--" + name, value)]
+        self.compare(command, peer_export.export, *arguments, choices)
 
     def compare(self, command, peer, *arguments):
         exit_code, unsettled = 0, set()
@@ -127,7 +148,7 @@ class Trial:
         files = {}
         for folder, _, names in os.walk(self.root):
             for name in names:
-                if name.endswith(COMPARED):
+                if name.lower().endswith(COMPARED) or "." not in name:
                     path = os.path.join(folder, name)
                     with open(path, "rb") as file:
                         files[path] = file.read()

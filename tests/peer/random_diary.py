@@ -103,6 +103,8 @@ class Diary:
     enter_day: str = ""
     log_month: tuple = ()                                # year and month as typed
     same_day: str = ""
+    find: tuple = ()                                     # word, first day, last day, genre; empty when not asked for
+    export: dict = field(default_factory=dict)           # options of the command; "out" is a name in the root
     entries: list = field(default_factory=list)          # lines for `entry put --keep-time`
     sql: list = field(default_factory=list)              # (statement, values): what that command can't make
     data_files: dict = field(default_factory=dict)       # path below DataPath: bytes
@@ -345,6 +347,48 @@ class Maker:
                                                 "X.HTM", "site", "my diary.htm", "café.htm"])
 
 
+    # -- finding and exporting ----------------------------------------------------------------------------------------
+
+    def a_day(self):
+        days = [entry["Day"] for entry in self.diary.entries]
+        return self.rng.choice(days + ["2004/02/29"])
+
+    def make_find(self):
+        rng = self.rng
+        texts = [entry[column] for entry in self.diary.entries for column in ("Title", "Contents")]
+        text = rng.choice([text for text in texts if text] + ["日記"])
+        at = rng.randrange(len(text))
+        word = rng.choice([rng.choice(WORDS), text[at:at + rng.randint(1, 3)], text[at:at + 1]])
+        if self.chance(0.1):
+            word = rng.choice(["%", word + "%" + text[:1], "_", "IMG", "カタ", '"', "DiaryParts"])
+        # A "[" begins a list of characters, and a word of the command line is no option.
+        word = word.replace("[", "").replace("\0", "").lstrip("-") or "日"
+        first = last = genre = ""
+        if self.chance(0.5):
+            first, last = sorted([self.a_day(), self.a_day()])
+        if self.chance(0.4):
+            genres = [entry["Genre"] for entry in self.diary.entries if entry["Genre"]]
+            genre = rng.choice(genres + ["一般"]).replace("[", "") or "一般"
+        self.diary.find = (word, first, last, genre)
+
+    def make_export(self):
+        rng = self.rng
+        day = self.a_day()
+        period = rng.choice(["user:" + ":".join(sorted([self.a_day(), self.a_day()], reverse=self.chance(0.1))),
+                             f"month:{day[:4]}:{rng.choice([day[5:7], str(int(day[5:7]))])}", "day:" + day])
+        self.diary.export = {
+            "period": period, "format": rng.choice(["TEXT", "HTML", "形.txt", "other.csv", "no.such"]),
+            "contents": rng.choice(["raw", "text"]), "unit": rng.choice(["one", "divide"]),
+            "name": rng.choice(["day", "day", "title"]), "sort": rng.choice(["asc", "desc"]),
+            "out": rng.choice(["out", "out.txt", "out.HTM", "書き出し", "a.html"])}
+        template = "".join(rng.choice(["<--TITLE-->", "<--DAY-->", "<--GENRE-->", "<--WEATHER-->", "<--CONTENTS-->",
+                                       "<--contents-->", "\r\n", "題：", "&#233;", "<b>"]) for _ in range(8))
+        for name in ("形.txt", "other.csv", "other.ini"):
+            self.diary.data_files["ExportFormat/" + name] = encode_page(template)
+        if self.chance(0.5):
+            self.diary.home_files["HTML2TXT.ini"] = self.ini(HTML2TEXT)
+
+
 def random_diary(seed):
     maker = Maker(seed)
     maker.make_entries()
@@ -352,6 +396,8 @@ def random_diary(seed):
     maker.make_settings()
     maker.make_leftovers()
     maker.make_site()
+    maker.make_find()
+    maker.make_export()
     return maker.diary
 
 

@@ -1,9 +1,18 @@
 #include "cli/command.h"
 #include "cli/streams.h"
+#include "convert/colour.h"
 #include "convert/html_to_text.h"
+#include "convert/paragraphs.h"
 #include "convert/password_text.h"
 #include "convert/url_encoding.h"
+#include "editor/tags.h"
 #include "platform/code_page.h"
+#include "platform/directory.h"
+#include "shell/home.h"
+#include "shell/users.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +46,34 @@ void urlencode(Invocation& invocation) {
     writeOutput(encode(readArgumentText(invocation.argument(1))).toUtf8());
 }
 
+QString homeOf(const Invocation& invocation) {
+    return shell::findHomeToRead(invocation.global.home, QCoreApplication::applicationDirPath());
+}
+
+/// With the attributes of the one user; where there are several, nobody has logged in.
+QString paragraphOpening(const Invocation& invocation) {
+    const QString home = homeOf(invocation);
+    core::Session session;
+    if (!shell::Users(home).exist())
+        session.DiaryIniFile = platform::existingPath(home + u"UserData/diary.ini"_s);
+    return editor::paragraphOpening(session);
+}
+
+void paragraphs(Invocation& invocation) {
+    static const QRegularExpression lineEnd(u"\r\n|\r|\n"_s);
+    QString text = readArgumentText(invocation.argument(0));
+    const QRegularExpressionMatch first = lineEnd.match(text);
+    text = convert::addParagraphTags(text.replace(lineEnd, u"\r\n"_s), paragraphOpening(invocation));
+    if (first.hasMatch())
+        text.replace(u"\r\n"_s, first.captured());
+    writeOutput(text.toUtf8());
+}
+
+void colour(Invocation& invocation) {
+    QString text = invocation.argument(0);
+    writeOutput(convert::exchangeColour(homeOf(invocation), text).toUtf8());
+}
+
 void scramble(Invocation&) {
     const QString password = readArgumentText({});
     if (!platform::inCodePage(password))
@@ -68,6 +105,15 @@ std::vector<Command> convertCommands() {
          u"URLに使う形に符号化する"_s,
          Start::None,
          urlencode},
+        {u"convert paragraphs"_s,
+         u"[FILE]"_s,
+         0,
+         1,
+         {},
+         u"段落にHTMLタグを付ける (UTF-8、改行は入力のまま)"_s,
+         Start::None,
+         paragraphs},
+        {u"convert colour"_s, u"TEXT"_s, 1, 1, {}, u"色の名前と番号を入れ替える"_s, Start::None, colour},
         {u"convert scramble"_s, {}, 0, 0, {}, u"標準入力のパスワードを保存用の文字列にする"_s, Start::None, scramble},
         {u"convert unscramble"_s, {}, 0, 0, {}, u"保存用の文字列をパスワードに戻す"_s, Start::None, unscramble},
     };

@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "core/day_key.h"
 #include "platform/failure.h"
 #include "shell/genre_list.h"
 #include "site/save_html.h"
@@ -8,6 +9,8 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QSet>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +40,13 @@ void list(Invocation& invocation) {
         rows.push_back(toListRow(entry));
     }
     invocation.print(json, rows);
+}
+
+/// With --as-stored the day may be one that an import stored and that is no date.
+void checkDay(const Invocation& invocation) {
+    const QString day = invocation.argument(0);
+    if (!invocation.has(u"--as-stored"_s) && !core::isDayKey(day))
+        throw UsageError(u"「%1」という日はありません (yyyy/mm/dd で指定してください)。"_s.arg(day));
 }
 
 void show(Invocation& invocation) {
@@ -201,7 +211,15 @@ std::vector<Command> entryCommands() {
          u"日、番号、タイトル、ジャンル、天気、非公開 (1) の一覧"_s,
          Start::Needed,
          list},
-        {u"entry show"_s, u"DAY [NUMBER]"_s, 1, 2, {}, u"1件、またはその日のすべての日記"_s, Start::Needed, show},
+        {u"entry show"_s,
+         u"DAY [NUMBER] [--as-stored]"_s,
+         1,
+         2,
+         {{u"--as-stored"_s, {}}},
+         u"1件、またはその日のすべての日記 (日付でない日は --as-stored)"_s,
+         Start::Needed,
+         show,
+         checkDay},
         {u"entry put"_s,
          u"[--keep-time] [FILE]"_s,
          0,
@@ -210,7 +228,15 @@ std::vector<Command> entryCommands() {
          u"1行1件のJSONから日記を保存する (全部か、まったく保存しないか)"_s,
          Start::Needed,
          put},
-        {u"entry delete"_s, u"DAY NUMBER"_s, 2, 2, {}, u"削除し、その日の番号を詰める"_s, Start::Needed, remove},
+        {u"entry delete"_s,
+         u"DAY NUMBER [--as-stored]"_s,
+         2,
+         2,
+         {{u"--as-stored"_s, {}}},
+         u"削除し、その日の番号を詰める (日付でない日は --as-stored)"_s,
+         Start::Needed,
+         remove,
+         checkDay},
         {u"entry days"_s,
          u"--month M [--public]"_s,
          0,

@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "editor/find_page.h"
 #include "site/log_archive.h"
 #include "site/same_day_page.h"
 #include "site/save_html.h"
@@ -37,6 +38,7 @@ void preview(Invocation& invocation) {
 }
 
 void log(Invocation& invocation) {
+    const platform::Hourglass hourglass(invocation.desk);
     const store::DiaryStore store = invocation.store();
     site::LogArchive archive(invocation.session, store, invocation.desk, invocation.clock);
     archive.save(invocation.argument(0), invocation.argument(1));
@@ -60,6 +62,24 @@ void sameDay(Invocation& invocation) {
     site::MakeSameDayPage(invocation.session, invocation.store(), file, invocation.argument(0));
     invocation.desk.navigate(file);
     printFile(invocation, file);
+}
+
+void find(Invocation& invocation) {
+    editor::SearchForm form;
+    form.word = invocation.argument(0);
+    if (invocation.has(u"--from"_s) || invocation.has(u"--to"_s))
+        form.term = {invocation.option(u"--from"_s), invocation.option(u"--to"_s)};
+    form.isOfGenre = invocation.has(u"--genre"_s);
+    if (!invocation.option(u"--genre"_s).isEmpty())
+        form.genre = invocation.option(u"--genre"_s);
+    const std::optional<editor::Search> search = editor::checkSearch(form, invocation.clock, invocation.desk);
+    if (!search)
+        throw Refusal(u"検索を中止しました。"_s);
+    const QString file = invocation.session.DataPath + u"findtmp.htm"_s;
+    const int count = editor::MakeFindPage(invocation.session, invocation.store(), file, *search);
+    invocation.desk.navigate(file);
+    invocation.desk.status(editor::findStatus(search->word, count));
+    invocation.print(QJsonObject{{u"count"_s, count}, {u"file"_s, file}}, {{QString::number(count)}});
 }
 
 } // namespace
@@ -92,6 +112,14 @@ std::vector<Command> siteCommands() {
          u"ほかの年の同じ日のページ oldtmp.htm を作る"_s,
          Start::Needed,
          sameDay},
+        {u"site find"_s,
+         u"WORD [--from D --to D] [--genre G]"_s,
+         1,
+         1,
+         {{u"--from"_s, u"D"_s}, {u"--to"_s, u"D"_s}, {u"--genre"_s, u"G"_s}},
+         u"日記を検索してページ findtmp.htm を作り、見つかった数を出力する"_s,
+         Start::Needed,
+         find},
     };
 }
 

@@ -3,6 +3,7 @@
 
 #include "core/keys.h"
 #include "desktop/context.h"
+#include "editor/clipboard_import.h"
 #include "shell/menu_table.h"
 #include "site/save_html.h"
 
@@ -11,6 +12,7 @@
 #include <QMainWindow>
 
 #include <functional>
+#include <optional>
 
 class QLabel;
 class QMenu;
@@ -88,6 +90,7 @@ private:
     void flushHistory(const QString& question, const QString& fileName, void (MDIFormTop::*reload)());
     void reloadAddresses();
     void reloadWords();
+    void importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&, editor::ParagraphTags));
     void mnuVellMemo();
     void MnuVellInfo();
     void showVersion(const QString& fileName);

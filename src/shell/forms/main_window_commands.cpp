@@ -1,18 +1,26 @@
 // What the commands of the main window's menus do.
 #include "browser/forms/frmBrowser.h"
+#include "convert/forms/frmExport.h"
+#include "convert/forms/frmHTML2TXTSetting.h"
 #include "convert/password_text.h"
 #include "core/keys.h"
+#include "desktop/clipboard.h"
 #include "desktop/command.h"
 #include "desktop/twips.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "editor/forms/frmFind.h"
+#include "editor/forms/frmResistFiles.h"
+#include "editor/forms/frmResistLogs.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/plugin.h"
 #include "shell/forms/arrangement.h"
 #include "shell/forms/frmAbout.h"
+#include "shell/forms/frmDeleteImportDiary.h"
 #include "shell/forms/MDIFormTop.h"
+#include "site/forms/frmSaveLog.h"
 
 #include <QMenu>
 #include <QProcess>
@@ -40,10 +48,16 @@ void MDIFormTop::connectCommands() {
 }
 
 void MDIFormTop::connectFileCommands() {
+    onCommand(u"mnu_DiaryfromClipboard_UseFormattedText"_s,
+              [this] { importClipboard(&editor::ClipboardImport::ImportFormattedClipboard); });
+    onCommand(u"mnu_DiaryfromClipboard_UsePlainText"_s,
+              [this] { importClipboard(&editor::ClipboardImport::ImportPlainClipboard); });
     const auto save = [this] { saveHtml(&site::SaveHtml::saveCommand); };
     onCommand(u"MnuSaveHTML"_s, save);
     onCommand(u"MnuSaveHTML_D"_s, save);
     onCommand(u"MnuSaveHTMLAS"_s, [this] { saveHtml(&site::SaveHtml::saveAsCommand); });
+    onCommand(u"MnuTextExport"_s, [this] { m_context.windows.get<convert::frmExport>().showWindow(); });
+    onCommand(u"MnuMakeLog"_s, [this] { m_context.windows.get<site::frmSaveLog>().showWindow(); });
     onCommand(u"MnuExit"_s, [this] { close(); });
 }
 
@@ -52,7 +66,9 @@ void MDIFormTop::connectDiaryCommands() {
               [this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
     onCommand(u"MnuAddDiary"_s, [this] { m_context.windows.get<frmCalender>().Btn_New_Click(); });
     onCommand(u"MnuDeleteDiary"_s, [this] { m_context.windows.get<frmCalender>().Btn_Delete_Click(); });
+    onCommand(u"MnuDeleteImportDiary"_s, [this] { m_context.windows.get<frmDeleteImportDiary>().showWindow(); });
     onCommand(u"MnuSaveDiary"_s, [this] { m_context.windows.get<frmContents>().Btn1Click_ToolBar(); });
+    onCommand(u"MnuFindDiary"_s, [this] { m_context.windows.get<editor::frmFind>().showWindow(); });
     onCommand(u"MnuViewOldDiary"_s, [this] { m_context.windows.get<frmContents>().picPrevDiaryExist_Click(); });
 
     m_restoreDraft = new QAction(u"下書きを復元"_s, this);
@@ -75,11 +91,19 @@ void MDIFormTop::offerDraft() {
 
 void MDIFormTop::connectToolCommands() {
     onCommand(u"mnuVellMemo"_s, [this] { mnuVellMemo(); });
+    onCommand(u"ResistLogs"_s, [this] { m_context.windows.get<editor::frmResistLogs>().showWindow(); });
+    onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<editor::frmResistFiles>().showWindow(); });
     onCommand(u"MnuVellInfo"_s, [this] { MnuVellInfo(); });
+    onCommand(u"MnuReConstructionGenre"_s, [this] {
+        m_context.windows.get<frmContents>().MakeGenretxt();
+        m_context.desk.status(u"ジャンルの再構成が完了しました。"_s);
+        m_context.desk.message(MessageKind::Information, u"完了！"_s);
+    });
     onCommand(u"MnuRefreshURLHist"_s,
               [this] { flushHistory(u"URL履歴を消去しますか？"_s, u"URLHist.txt"_s, &MDIFormTop::reloadAddresses); });
     onCommand(u"MnuRefreshFindHist"_s,
               [this] { flushHistory(u"検索履歴を消去しますか？"_s, u"FindHist.txt"_s, &MDIFormTop::reloadWords); });
+    onCommand(u"MnuHTML2TXT"_s, [this] { m_context.windows.get<convert::frmHTML2TXTSetting>().showWindow(); });
     for (const QString& name : {u"Chimer.dll"_s, u"Larkport.dll"_s, u"Wrenport.dll"_s, u"VellInfo.dll"_s})
         onCommand(u"Mnu"_s + name.section(u'.', 0, 0) + u"Dll"_s, [this, name] { showVersion(name); });
 }
@@ -142,6 +166,28 @@ void MDIFormTop::saveHtml(site::Outcome (site::SaveHtml::*save)()) {
 void MDIFormTop::SaveTmpFile() {
     const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
     site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
+}
+
+/// What was written is shown, however the import ended.
+void MDIFormTop::importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&,
+                                                                         editor::ParagraphTags)) {
+    const core::Session& session = m_context.session;
+    editor::ClipboardImport clipboard(session, m_context.clock, m_context.desk);
+    const auto tellEditor = [&] {
+        if (!clipboard.writtenDays().isEmpty())
+            m_context.windows.get<frmContents>().daysChanged(clipboard.writtenDays());
+    };
+    try {
+        const auto tags = editor::importedParagraphs(session);
+        if ((clipboard.*import)(desktop::clipboardText(), tags)) {
+            const store::DiaryStore store(session.databaseFile(), m_context.clock);
+            site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+        }
+    } catch (...) {
+        tellEditor();
+        throw;
+    }
+    tellEditor();
 }
 
 void MDIFormTop::flushHistory(const QString& question, const QString& fileName, void (MDIFormTop::*reload)()) {

@@ -1,0 +1,77 @@
+#include "cli/command.h"
+#include "editor/clipboard_import.h"
+#include "shell/genre_list.h"
+#include "shell/import_groups.h"
+#include "site/save_html.h"
+
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::cli {
+namespace {
+
+void printList(const Invocation& invocation, const QStringList& texts) {
+    std::vector<QStringList> rows;
+    for (const QString& text : texts)
+        rows.push_back({text});
+    invocation.print(QJsonArray::fromStringList(texts), rows);
+}
+
+void checkForm(const Invocation& invocation) {
+    if (invocation.has(u"--plain"_s) == invocation.has(u"--formatted"_s))
+        throw UsageError(u"--formatted か --plain のどちらか一つを指定してください。"_s);
+}
+
+void clipboard(Invocation& invocation) {
+    const QString text = readArgumentText(invocation.argument(0));
+    editor::ClipboardImport import(invocation.session, invocation.clock, invocation.desk);
+    const editor::ParagraphTags tags = editor::importedParagraphs(invocation.session);
+    const bool isDone = invocation.has(u"--plain"_s) ? import.ImportPlainClipboard(text, tags)
+                                                     : import.ImportFormattedClipboard(text, tags);
+    if (!isDone)
+        throw Refusal(u"クリップボードの読み込みを中止しました。"_s);
+    printList(invocation, import.writtenDays()); // they are stored, whatever becomes of the preview
+    const store::DiaryStore store = invocation.store();
+    site::SaveHtml(invocation.session, store, invocation.desk, invocation.clock).previewStep();
+}
+
+void deleteGroup(Invocation& invocation) {
+    const std::optional<QStringList> days =
+        shell::deleteImportGroup(invocation.session, invocation.clock, invocation.desk, invocation.argument(0));
+    if (!days)
+        throw Refusal(u"グループの削除を中止しました。"_s);
+    shell::finishImportDeletion(invocation.desk, [&] { shell::MakeGenretxt(invocation.session, invocation.store()); });
+    printList(invocation, *days);
+}
+
+void groups(Invocation& invocation) {
+    printList(invocation, invocation.store().ListImportBatches());
+}
+
+} // namespace
+
+std::vector<Command> importCommands() {
+    return {
+        {u"import clipboard"_s,
+         u"--formatted|--plain FILE"_s,
+         1,
+         1,
+         {{u"--formatted"_s, {}}, {u"--plain"_s, {}}},
+         u"クリップボードの代わりにファイル (- は標準入力) から日記を読み込む"_s,
+         Start::Needed,
+         clipboard,
+         checkForm},
+        {u"import delete"_s,
+         u"GROUP"_s,
+         1,
+         1,
+         {},
+         u"インポートした日記をグループごと削除する"_s,
+         Start::Needed,
+         deleteGroup},
+        {u"import groups"_s, {}, 0, 0, {}, u"インポートした日記のグループの一覧"_s, Start::Needed, groups},
+    };
+}
+
+} // namespace velloria::cli
