@@ -51,7 +51,7 @@ int dayOfMonth(const QString& day) {
     const int number = QStringView(day).last(qMin<qsizetype>(2, day.size())).toInt(&isNumber);
     if (!isNumber || number < 1 || number > 31)
         throw platform::Failure(u"日付として読めない日記があります。"_s, {}, u"日「%1」"_s.arg(day),
-                                u"その日記の日を直してから、もう一度実行してください。"_s);
+                                u"「velloria-cli entry delete 日 番号 --as-stored」で、控えを残して取り除けます。"_s);
     return number;
 }
 
