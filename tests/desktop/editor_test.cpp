@@ -109,7 +109,7 @@ TEST_F(Editor, EveryLoadEndsWithTheInsertToolsOffAlsoWhenTheWindowIsNotActive) {
     other.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
     other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_TRUE(becomesActive(other));
     calendar().Calender_DateClick({2004, 5, 7});
     EXPECT_FALSE(isInsertable());
     EXPECT_FALSE(isSavable());

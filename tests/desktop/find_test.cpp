@@ -20,7 +20,7 @@ protected:
         top().command(u"MnuFindDiary"_s)->trigger();
         settle();
         ASSERT_TRUE(form());
-        ASSERT_TRUE(QTest::qWaitForWindowActive(form()));
+        ASSERT_TRUE(becomesActive(*form()));
     }
     editor::frmFind* form() { return context.windows.find<editor::frmFind>(); }
     QLineEdit& line(const QString& name) { return control<QLineEdit>(*form(), name); }
@@ -33,10 +33,6 @@ protected:
     browser::frmPrevDiaryViewer* viewer() { return context.windows.find<browser::frmPrevDiaryViewer>(); }
     bool isShown() {
         return becomesTrue(*viewer(), u"document.readyState == 'complete' && document.title == '検索結果'"_s);
-    }
-    static bool becomesActive(QWidget& window) {
-        settle();
-        return QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; });
     }
     QString findFor(const QString& word) {
         open();
@@ -179,7 +175,7 @@ TEST_F(Find, TheResultComesToTheFrontOfAllWindows) {
         findFor(u"花"_s);
         EXPECT_TRUE(becomesActive(*viewer())) << search;
         top().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+        EXPECT_TRUE(becomesActive(top()));
     }
     viewer()->showMinimized();
     settle();

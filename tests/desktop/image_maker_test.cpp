@@ -32,7 +32,7 @@ protected:
         auto* maker = context.windows.find<frmHTMLMakeImage>();
         if (!maker)
             throw std::runtime_error("the maker did not open");
-        EXPECT_TRUE(QTest::qWaitForWindowActive(maker));
+        EXPECT_TRUE(becomesActive(*maker));
         return *maker;
     }
     frmHTMLMakeImage& maker() { return *context.windows.find<frmHTMLMakeImage>(); }

@@ -258,7 +258,7 @@ TEST_F(MainWindow, TakesItsShortcutsFromEveryWindow) {
     EXPECT_TRUE(context.windows.find<editor::frmFind>()->isVisible());
     context.windows.unload<editor::frmFind>();
     top().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_TRUE(becomesActive(top()));
     QTest::keyClick(top().windowHandle(), Qt::Key_F1);
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.MyPath + u"Manual.mht"_s});
     QTest::keyClick(top().windowHandle(), 'w', Qt::ControlModifier);

@@ -41,7 +41,7 @@ protected:
         auto* maker = context.windows.find<Maker>();
         if (!maker)
             throw std::runtime_error("the maker did not open");
-        EXPECT_TRUE(QTest::qWaitForWindowActive(maker));
+        EXPECT_TRUE(becomesActive(*maker));
         settle();
         return *maker;
     }
@@ -82,7 +82,7 @@ protected:
         settle();
         EXPECT_FALSE(isAnyOpen());
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+        EXPECT_TRUE(becomesActive(top()));
         EXPECT_EQ(tabs().currentIndex(), 0);
         EXPECT_TRUE(pane().hasFocus());
         EXPECT_TRUE(isInsertable());
@@ -171,7 +171,7 @@ TEST_F(Makers, TheMainWindowTakesNoInputWhileOneIsOpen) {
         pick(combo(u"ComboTag"_s), index);
         QWidget* maker = QApplication::activeModalWidget();
         ASSERT_TRUE(maker);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(maker));
+        ASSERT_TRUE(becomesActive(*maker));
         EXPECT_TRUE(maker->windowFlags() & Qt::WindowStaysOnTopHint);
         EXPECT_EQ(maker->parentWidget(), &top());
         EXPECT_TRUE(top().isEnabled()) << "it looks as it did";
@@ -203,7 +203,7 @@ TEST_F(Makers, EveryWayOutGivesTheMainWindowBack) {
             pick(combo(u"ComboTag"_s), index);
             QWidget* maker = QApplication::activeModalWidget();
             ASSERT_TRUE(maker);
-            ASSERT_TRUE(QTest::qWaitForWindowActive(maker));
+            ASSERT_TRUE(becomesActive(*maker));
             leave(*maker);
             expectGivenBack();
         }
@@ -434,12 +434,12 @@ TEST_F(StartBox, IsNotCheckedWhileAMenuOrAnotherWindowHasTheFocusForAWhile) {
     other.setWindowModality(Qt::ApplicationModal);
     other.show();
     other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_TRUE(becomesActive(other));
     settle();
     EXPECT_FALSE(start->hasFocus());
     other.close();
     maker->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(maker));
+    ASSERT_TRUE(becomesActive(*maker));
     EXPECT_TRUE(start->hasFocus());
     EXPECT_EQ(boxes(), QStringList());
 }
@@ -628,7 +628,7 @@ protected:
         pick(combo(u"ComboTag"_s), GetParam());
         maker = QApplication::activeModalWidget();
         ASSERT_TRUE(maker);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(maker));
+        ASSERT_TRUE(becomesActive(*maker));
     }
     desktop::Combo& colour() { return box(*maker, u"cmbColor"_s); }
     QString exchanged(const QString& text) {

@@ -1,5 +1,6 @@
 // The month of the calendar window by itself.
 #include "desktop/month_view.h"
+#include "support/desktop_home.h"
 #include "support/print.h"
 
 #include <QSignalSpy>
@@ -21,7 +22,7 @@ protected:
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(tests::becomesActive(window));
         view.setValue({2004, 5, 6});
         view.setFocus();
         clicks.clear();

@@ -2,6 +2,7 @@
 #include "desktop/combo.h"
 #include "desktop/line_box.h"
 #include "desktop/text_pane.h"
+#include "support/desktop_home.h"
 #include "support/print.h"
 
 #include <QClipboard>
@@ -22,7 +23,7 @@ protected:
         pane.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&pane));
         pane.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&pane));
+        EXPECT_TRUE(tests::becomesActive(pane));
         pane.setFocus();
     }
     void compose(const QString& preedit, const QString& commit = {}) {
@@ -333,7 +334,7 @@ TEST_F(Pane, TabLeavesIt) {
     layout.addWidget(second);
     window.show();
     window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ASSERT_TRUE(tests::becomesActive(window));
     first->setFocus();
     QTest::keyClick(first, Qt::Key_Tab);
     EXPECT_TRUE(second->hasFocus());
@@ -349,7 +350,7 @@ protected:
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(tests::becomesActive(window));
     }
     void wheel(QWidget& widget) {
         QWheelEvent event({5, 5}, widget.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,

@@ -31,7 +31,7 @@ protected:
         auto* window = context.windows.find<Window>();
         if (!window)
             throw std::runtime_error("the window did not open");
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        EXPECT_TRUE(becomesActive(*window));
         settle();
         shown = window;
         return *window;

@@ -215,13 +215,13 @@ TEST_F(DesktopStart, TheLoginKnowsTheLastUser) {
     shell::frmLogin first(u""_s);
     first.show();
     first.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&first));
+    ASSERT_TRUE(becomesActive(first));
     EXPECT_EQ(first.windowTitle(), u"Velloria - Login"_s);
     EXPECT_EQ(first.focusWidget()->objectName(), u"txtUID"_s);
     shell::frmLogin again(u"taro"_s);
     again.show();
     again.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&again));
+    ASSERT_TRUE(becomesActive(again));
     EXPECT_EQ(again.focusWidget()->objectName(), u"txtPassword"_s);
     auto* password = again.findChild<QLineEdit*>(u"txtPassword"_s);
     EXPECT_EQ(password->echoMode(), QLineEdit::Password);

@@ -32,7 +32,7 @@ protected:
     Window& shown() {
         auto& window = context.windows.get<Window>();
         window.showWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(becomesActive(window));
         settle();
         return window;
     }
@@ -41,9 +41,9 @@ protected:
 TEST_F(ToolWindow, IsOneOfAKindAndComesToTheFrontWhenCalledAgain) {
     auto& first = shown<Beside>();
     top().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_TRUE(becomesActive(top()));
     EXPECT_EQ(&shown<Beside>(), &first);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return first.isActiveWindow(); }));
+    EXPECT_TRUE(becomesActive(first));
 }
 
 TEST_F(ToolWindow, IsDestroyedHoweverItCloses) {
@@ -97,7 +97,7 @@ TEST_F(ToolWindow, ABlockingOneTakesTheInputAndLeavesTheLook) {
     window.close();
     settle();
     EXPECT_TRUE(isGivenBack);
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_TRUE(becomesActive(top()));
     EXPECT_TRUE(pane().hasFocus());
     keys(pane(), u"a"_s);
     EXPECT_EQ(pane().text(), u"a"_s);

@@ -21,7 +21,7 @@ protected:
         desk.events = {};
         ASSERT_EQ(shell::startDesktop(context, home.path()), shell::StartResult::Ready);
         top().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&top()));
+        ASSERT_TRUE(becomesActive(top()));
         settle();
     }
     browser::frmBrowser& browser() { return context.windows.get<browser::frmBrowser>(); }

@@ -19,7 +19,7 @@ void DesktopHome::showTop() {
     top().show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&top()));
     top().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&top()));
+    EXPECT_TRUE(becomesActive(top()));
 }
 
 QString DesktopHome::panel() const {
@@ -32,6 +32,15 @@ void tidyUp(desktop::Context& context, QTemporaryDir& home) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return home.remove(); }));
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QApplication::exec();
+}
+
+bool becomesActive(QWidget& window) {
+    constexpr int kQuietMs = 40;
+    return QTest::qWaitFor([&] {
+        if (window.isActiveWindow())
+            QTest::qWait(kQuietMs);
+        return window.isActiveWindow();
+    });
 }
 
 void settle() {

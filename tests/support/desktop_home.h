@@ -41,6 +41,9 @@ protected:
 /// Handles what is waiting, deferred deletes too.
 void settle();
 
+/// Waits until the window is the active one and stays so: word of another one may still be on its way.
+bool becomesActive(QWidget& window);
+
 /// Closes the windows, removes the home once the browser engine has let it go, and forgets that a main window may have
 /// ended the program.
 void tidyUp(desktop::Context& context, QTemporaryDir& home);
