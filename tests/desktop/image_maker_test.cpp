@@ -72,25 +72,6 @@ protected:
         return rows;
     }
     QString kept(const core::Key& key) { return core::ReadIni(session.DiaryIniFile, key); }
-    QJsonObject lastFileEvent() {
-        QJsonObject last;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"file"_s)
-                last = event.toObject();
-        }
-        return last;
-    }
-    /// What the desk was told in turn: the shapes of the pointer and the texts of boxes.
-    QStringList turns() {
-        QStringList turns;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"pointer"_s)
-                turns += event[u"shape"_s].toString();
-            else if (event[u"event"_s] == u"message"_s)
-                turns += event[u"text"_s].toString();
-        }
-        return turns;
-    }
     void drop(const QList<QUrl>& urls, const QString& text = {}, int index = 0) { dropOn(pane(index), urls, text); }
     void dropOn(desktop::TextPane& target, const QList<QUrl>& urls, const QString& text = {}) {
         QMimeData data;

@@ -67,30 +67,9 @@ protected:
                           list().visualItemRect(list().item(row)).center());
     }
     QString kept(const core::Key& key) { return core::ReadIni(session.DiaryIniFile, key); }
-    QJsonObject lastFileEvent() {
-        QJsonObject last;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"file"_s)
-                last = event.toObject();
-        }
-        return last;
-    }
     QString pointer() {
         const QStringList shapes = turns().filter(QRegularExpression(u"^(hourglass|default)$"_s));
         return shapes.isEmpty() ? QString() : shapes.last();
-    }
-    /// What the desk was told in turn: the shapes of the pointer, the texts of boxes, and "failure" for a failure box.
-    QStringList turns() {
-        QStringList turns;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"pointer"_s)
-                turns += event[u"shape"_s].toString();
-            else if (event[u"event"_s] == u"message"_s)
-                turns += event[u"text"_s].toString();
-            else if (event[u"event"_s] == u"failure"_s)
-                turns += u"failure"_s;
-        }
-        return turns;
     }
     /// Makes a folder of the diary one of the system's, whose files nobody can remove.
     void lend(const QString& name) {

@@ -49,16 +49,6 @@ protected:
     }
     /// What the diary holds, to tell whether a refusal changed anything.
     QMap<QString, QByteArray> state() { return contentOf(session.DataPath); }
-    /// The titles of all boxes.
-    QSet<QString> titles() const {
-        QSet<QString> titles;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"message"_s)
-                titles += event[u"title"_s].toString();
-        }
-        return titles;
-    }
-    QString notice() const { return desk.texts(u"status"_s).isEmpty() ? QString() : desk.texts(u"status"_s).last(); }
 };
 
 TEST_F(FileRegistrationTest, ANewNameIsCopiedAndGetsARowThatIsStillToGoUp) {
@@ -86,12 +76,12 @@ TEST_F(FileRegistrationTest, AnotherEntryGetsARowAndNothingIsCopied) {
     EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
     EXPECT_EQ(rows(),
               (QStringList{u"2004/05/06 : 1 : x.gif"_s, u"2004/05/06 : 2 : x.gif"_s, u"2004/05/07 : 2 : x.gif"_s}));
-    EXPECT_TRUE(notice().contains(u"DiaryPartsにあるファイルを使い"_s)) << notice().toStdString();
-    EXPECT_TRUE(notice().endsWith(u"次のFTPでアップロードされます。"_s))
-        << "nothing has gone up: " << notice().toStdString();
+    EXPECT_TRUE(lastStatus().contains(u"DiaryPartsにあるファイルを使い"_s)) << lastStatus().toStdString();
+    EXPECT_TRUE(lastStatus().endsWith(u"次のFTPでアップロードされます。"_s))
+        << "nothing has gone up: " << lastStatus().toStdString();
     sql(u"UPDATE FileDB SET Uploaded = 1 WHERE Day = '2004/05/07'"_s);
     add(source(u"x.gif"_s, "two"), kDay, 3);
-    EXPECT_TRUE(notice().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << lastStatus().toStdString();
 }
 
 TEST_F(FileRegistrationTest, ACopyThatHasVanishedIsMadeAgainForAnotherEntry) {
@@ -114,15 +104,15 @@ TEST_F(FileRegistrationTest, TheSameEntryIsAskedAboutAndItsRowStays) {
     EXPECT_EQ(boxes(), (QStringList{kAsk, kAsk}));
     EXPECT_EQ(desk.events.first()[u"title"_s].toString(), u"Resist Files"_s);
     EXPECT_EQ(sqlValue(u"SELECT count(*) || ' ' || max(Uploaded) FROM FileDB"_s), u"1 1"_s);
-    EXPECT_TRUE(notice().contains(u"サーバーのファイルは変わりません"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().contains(u"サーバーのファイルは変わりません"_s)) << lastStatus().toStdString();
     sql(u"UPDATE FileDB SET Uploaded = 0"_s);
     desk.answers = {u"yes"_s};
     add(source(u"x.gif"_s, "three"));
-    EXPECT_TRUE(notice().endsWith(u"次のFTPでアップロードされます。"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().endsWith(u"次のFTPでアップロードされます。"_s)) << lastStatus().toStdString();
     sql(u"INSERT INTO FileDB (FileName, Day, Number, Uploaded) VALUES ('x.gif', '2004/05/07', 1, 1)"_s);
     desk.answers = {u"yes"_s};
     add(source(u"x.gif"_s, "four"));
-    EXPECT_TRUE(notice().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().endsWith(u"次のFTPでもう一度アップロードされます。"_s)) << lastStatus().toStdString();
 }
 
 TEST_F(FileRegistrationTest, AFileOfDiaryPartsIsNotCopied) {
@@ -275,7 +265,7 @@ TEST_F(FileRegistrationTest, AFileWithoutARowIsReplacedAndThePanelSaysSo) {
     writeFile(part(u"x.gif"_s), "old");
     add(source(u"x.gif"_s, "new"));
     EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "new");
-    EXPECT_TRUE(notice().contains(u"置き換えました"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().contains(u"置き換えました"_s)) << lastStatus().toStdString();
 }
 
 // -- deleting ---------------------------------------------------------------------------------------------------------
@@ -300,7 +290,7 @@ TEST_F(FileRegistrationTest, DeletingTheLastRowAsksAboutTheFile) {
         desk.answers = {u"yes"_s, QLatin1StringView(answer)};
         EXPECT_EQ(files().deleteFile(files().rows()[0]), Outcome::Done);
         EXPECT_EQ(boxes(), (QStringList{kAskDelete, kAskFile}));
-        EXPECT_EQ(titles(), (QSet<QString>{u"Resist Files"_s}));
+        EXPECT_EQ(boxTitles(), (QSet<QString>{u"Resist Files"_s}));
         EXPECT_EQ(exists(part(u"x.gif"_s)), answer == std::string("no"));
         EXPECT_TRUE(rows().isEmpty());
     }

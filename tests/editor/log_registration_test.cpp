@@ -46,16 +46,6 @@ protected:
         return rows;
     }
     QString keptFolder() { return core::ReadIni(session.DiaryIniFile, u"ALL"_s, u"LogResistPath"_s); }
-    /// The titles of all boxes.
-    QSet<QString> titles() const {
-        QSet<QString> titles;
-        for (const QJsonValue& event : desk.events) {
-            if (event[u"event"_s] == u"message"_s)
-                titles += event[u"title"_s].toString();
-        }
-        return titles;
-    }
-    QString notice() const { return desk.texts(u"status"_s).isEmpty() ? QString() : desk.texts(u"status"_s).last(); }
 };
 
 TEST_F(LogRegistrationTest, APageIsCopiedToBothPlacesAndItsMonthHasTwoDigits) {
@@ -131,11 +121,11 @@ TEST_F(LogRegistrationTest, TheSameNameForAnotherMonthIsTheSameLog) {
     EXPECT_EQ(rows(), QStringList{u"2004/03 : x.htm"_s});
     EXPECT_EQ(boxes(), (QStringList{2, u"question: すでに登録済みのファイルです。\r\n上書きしますか？"_s}));
     EXPECT_EQ(desk.events.first()[u"title"_s].toString(), u"Resist Log Files"_s);
-    EXPECT_TRUE(notice().contains(u"サーバーのページは変わりません"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().contains(u"サーバーのページは変わりません"_s)) << lastStatus().toStdString();
     core::writeUploadList(session.UserPath + u"uploadlog.tmp"_s, {{session.DataPath + u"DiaryLog"_s, u"x.htm"_s}});
     desk.answers = {u"yes"_s};
     add(source(u"x.htm"_s, "three"));
-    EXPECT_TRUE(notice().contains(u"次のFTPでアップロードされます"_s)) << notice().toStdString();
+    EXPECT_TRUE(lastStatus().contains(u"次のFTPでアップロードされます"_s)) << lastStatus().toStdString();
 }
 
 TEST_F(LogRegistrationTest, ARegisteredPageIsNotCopiedOntoItself) {
@@ -253,7 +243,7 @@ TEST_F(LogRegistrationTest, DeletingAsksThreeTimes) {
         desk.answers = QJsonArray::fromStringList(c.answers);
         EXPECT_EQ(logs().deleteLog({u"2004/03"_s, u"x.htm"_s}), c.rowStays ? Outcome::Refused : Outcome::Done);
         EXPECT_EQ(boxes(), c.boxes);
-        EXPECT_EQ(titles(), (QSet<QString>{u"Resist Log Files"_s}));
+        EXPECT_EQ(boxTitles(), (QSet<QString>{u"Resist Log Files"_s}));
         EXPECT_EQ(rows().size(), c.rowStays ? 1 : 0);
         EXPECT_EQ(exists(inData(u"x.htm"_s)), c.pagesStay);
         EXPECT_EQ(exists(inSite(u"x.htm"_s)), c.pagesStay);

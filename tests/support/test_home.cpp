@@ -86,6 +86,42 @@ void TestHome::startAt(const QString& now) {
         throw std::runtime_error("the start ended early");
 }
 
+QSet<QString> FactoryHome::boxTitles() const {
+    QSet<QString> titles;
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] == u"message"_s)
+            titles += event[u"title"_s].toString();
+    }
+    return titles;
+}
+
+QString FactoryHome::lastStatus() const {
+    const QStringList texts = desk.texts(u"status"_s);
+    return texts.isEmpty() ? QString() : texts.last();
+}
+
+QStringList FactoryHome::turns() const {
+    QStringList turns;
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] == u"pointer"_s)
+            turns += event[u"shape"_s].toString();
+        else if (event[u"event"_s] == u"message"_s)
+            turns += event[u"text"_s].toString();
+        else if (event[u"event"_s] == u"failure"_s)
+            turns += u"failure"_s;
+    }
+    return turns;
+}
+
+QJsonObject FactoryHome::lastFileEvent() const {
+    QJsonObject last;
+    for (const QJsonValue& event : desk.events) {
+        if (event[u"event"_s] == u"file"_s)
+            last = event.toObject();
+    }
+    return last;
+}
+
 int TestHome::write(const QString& day, const QString& title, const QString& contents) {
     store::Entry entry = entryOf(day, title);
     entry.contents = contents;

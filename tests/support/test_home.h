@@ -40,6 +40,15 @@ protected:
     /// Every file below `folder` with its bytes, to tell whether anything has changed.
     static QMap<QString, QByteArray> contentOf(const QString& folder);
 
+    /// The titles of all boxes.
+    QSet<QString> boxTitles() const;
+    /// What the first status panel shows; "" when nothing was written there.
+    QString lastStatus() const;
+    /// What the desk was told in turn: the shapes of the pointer, the texts of boxes, "failure" for a failure box.
+    QStringList turns() const;
+    /// The last file or folder dialog.
+    QJsonObject lastFileEvent() const;
+
     QTemporaryDir home;
     core::Session session;
     platform::ScriptedDesk desk;
