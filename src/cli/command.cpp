@@ -41,7 +41,7 @@ const std::vector<Command>& allCommands() {
         std::vector<Command> all;
         for (const auto& part :
              {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(), importCommands(),
-              convertCommands(), iniCommands(), fileCommands(), logCommands(), databaseCommands()})
+              convertCommands(), iniCommands(), fileCommands(), logCommands(), pingCommands(), databaseCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

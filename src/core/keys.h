@@ -49,6 +49,18 @@ inline constexpr Key kDefaultLoadPath{QLatin1StringView("FileResist"), QLatin1St
 inline constexpr Key kAddDivText{QLatin1StringView("ImageTag"), QLatin1StringView("AddDivText")};
 inline constexpr Key kTagOtherText{QLatin1StringView("ImageTag"), QLatin1StringView("TagOtherText")};
 
+/// The user's web server.
+inline constexpr QLatin1StringView kFtp("FTP");
+inline constexpr QLatin1StringView kFtp2("FTP2");
+inline constexpr Key kFtpId{kFtp, QLatin1StringView("ID")};
+inline constexpr Key kFtpPass{kFtp, QLatin1StringView("Pass")};
+inline constexpr Key kFtpUrl{kFtp, QLatin1StringView("URL")};
+inline constexpr Key kFtpStartFolder{kFtp, QLatin1StringView("StartFolder")};
+inline constexpr Key kFtpPassive{kFtp, QLatin1StringView("PASV")};
+inline constexpr Key kFtpPing{kFtp, QLatin1StringView("PING")};
+inline constexpr Key kHtmlOnlyUpload{kFtp2, QLatin1StringView("HTMLOnlyUpload")};
+inline constexpr Key kSoundFile{kFtp2, QLatin1StringView("SoundFile")};
+
 inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
 inline constexpr Key kFrameIni{QLatin1StringView("Frame"), kIniFileName};
 inline constexpr Key kRssIni{QLatin1StringView("RSS"), kIniFileName};

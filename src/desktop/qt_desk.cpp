@@ -155,6 +155,25 @@ void QtDesk::progress(const QString& text, int value, int max) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+void QtDesk::progressWindow(const platform::ProgressWindow& shown) {
+    if (showProgressWindow)
+        showProgressWindow(shown);
+}
+
+void QtDesk::closeProgressWindow() {
+    if (endProgressWindow)
+        endProgressWindow();
+}
+
+void QtDesk::pump() {
+    QCoreApplication::processEvents();
+}
+
+void QtDesk::sound(const QString& command) {
+    if (playSound)
+        playSound(command);
+}
+
 void QtDesk::navigate(const QString& url) {
     if (showPage)
         showPage(url);

@@ -23,6 +23,10 @@ public:
     void notice(const QString& text) override;
     void pointer(platform::Pointer shape) override;
     void progress(const QString& text, int value, int max) override;
+    void progressWindow(const platform::ProgressWindow& shown) override;
+    void closeProgressWindow() override;
+    void pump() override;
+    void sound(const QString& command) override;
     void navigate(const QString& url) override;
     void failure(const platform::Failure& failure) override;
 
@@ -34,6 +38,9 @@ public:
     std::function<void(const QString&)> showStatus;
     std::function<void(const QString&)> showNotice;
     std::function<void(const QString&)> showPage;
+    std::function<void(const platform::ProgressWindow&)> showProgressWindow;
+    std::function<void()> endProgressWindow;
+    std::function<void(const QString&)> playSound;
 
 private:
     QWidget* owner() const;

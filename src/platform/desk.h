@@ -23,6 +23,16 @@ struct PathRequest {
     QString defaultSuffix = {};
 };
 
+/// What the one progress window of network work shows.
+struct ProgressWindow {
+    QString caption;
+    QString title;
+    QString text; ///< line ends are CR LF
+    int max = 0;
+    int value = 0;            ///< may lie above `max`; the bar is then full
+    bool mayBeClosed = false; ///< its OK button is enabled, and its frame closes it
+};
+
 /// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a
 /// text are CR LF.
 class Desk {
@@ -48,6 +58,14 @@ public:
     virtual void pointer(Pointer shape) = 0;
     /// How far long work has come, on the one progress line.
     virtual void progress(const QString& text, int value, int max) = 0;
+    /// Shows the progress window as told; it is drawn when this returns.
+    virtual void progressWindow(const ProgressWindow& shown) = 0;
+    virtual void closeProgressWindow() = 0;
+    /// Serves once what is waiting, the user's input too: other commands may run in here.
+    virtual void pump() = 0;
+    /// Passes a command such as `Play "x.wav"` to the player of sounds, which goes on by itself. What can't be played
+    /// is silent.
+    virtual void sound(const QString& command) = 0;
     /// Sends the embedded browser to an address.
     virtual void navigate(const QString& url) = 0;
     /// The critical box of a run-time failure and its line on the status panel.

@@ -108,6 +108,20 @@ void EventDesk::progress(const QString& text, int value, int max) {
             {u"ok"_s, value >= max}});
 }
 
+void EventDesk::progressWindow(const ProgressWindow& shown) {
+    record({{u"event"_s, u"progress"_s},
+            {u"caption"_s, shown.caption},
+            {u"title"_s, shown.title},
+            {u"text"_s, shown.text},
+            {u"max"_s, shown.max},
+            {u"value"_s, shown.value},
+            {u"ok"_s, shown.mayBeClosed}});
+}
+
+void EventDesk::sound(const QString& command) {
+    record({{u"event"_s, u"sound"_s}, {u"command"_s, command}});
+}
+
 void EventDesk::navigate(const QString& url) {
     record({{u"event"_s, u"navigate"_s}, {u"url"_s, url}});
 }

@@ -18,6 +18,10 @@ public:
     void status(const QString& text) override;
     void pointer(Pointer shape) override;
     void progress(const QString& text, int value, int max) override;
+    void progressWindow(const ProgressWindow& shown) override;
+    void closeProgressWindow() override {}
+    void pump() override {}
+    void sound(const QString& command) override;
     void navigate(const QString& url) override;
     void failure(const Failure& failure) override;
 

@@ -1,6 +1,7 @@
 // The libraries beside the program that add to it.
 #pragma once
 
+#include "platform/desk.h"
 #include "velloria_plugin.h"
 
 #include <QString>
@@ -11,23 +12,57 @@ class QLibrary;
 
 namespace velloria::platform {
 
-/// A plug-in while it is in use; it is unloaded with this.
+/// What a plug-in may ask of the program while one of its objects lives. It goes before the Desk does.
+class PluginHost {
+public:
+    explicit PluginHost(Desk& desk);
+    PluginHost(const PluginHost&) = delete;
+    PluginHost& operator=(const PluginHost&) = delete;
+
+    const velloria_host* table() const { return &m_table; }
+
+private:
+    velloria_host m_table;
+};
+
+/// An object of a plug-in; it is released with this.
+using PluginObject = std::unique_ptr<void, void (*)(void*)>;
+
+/// A plug-in for use. The library stays loaded until the program ends.
 class Plugin {
 public:
-    /// Throws Failure when the file is missing, is no plug-in, or serves another interface.
+    /// `file` is a full path. Throws Failure when it is missing, is no plug-in, or serves another interface.
     explicit Plugin(const QString& file);
     ~Plugin();
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
-    /// "1.2.3"
+    /// "1.2.3". Throws Failure when the plug-in does not tell it.
     QString version() const;
 
-    /// Null when the plug-in has no such part.
-    const velloria_diary_information* diaryInformation() const;
+    // The parts, all members there. They throw Failure when the plug-in lacks the part or a member of it.
+    const velloria_diary_information& diaryInformation() const;
+    const velloria_ping& ping() const;
+    const velloria_movable_type_exchange& movableTypeExchange() const;
+    const velloria_hatena_exchange& hatenaExchange() const;
+
+    /// Makes the object of a part. Throws Failure when the plug-in makes none.
+    template <typename Part>
+    PluginObject create(const Part& part, const PluginHost& host) const {
+        return created({part.create(host.table()), part.release});
+    }
+
+    /// Takes what a call has returned and gives its answer: false for 0, true for more. Throws Failure with the
+    /// plug-in's own words below 0.
+    bool check(int32_t result) const;
 
 private:
-    bool knows(std::size_t endOfMember) const { return m_plugin->size >= endOfMember; }
+    template <typename Member>
+    Member known(Member velloria_plugin::*member) const;
+    template <typename Part, typename... Members>
+    const Part& complete(const Part* part, Members... members) const;
+    PluginObject created(PluginObject object) const;
+    QString lastError() const;
 
     QString m_file;
     std::unique_ptr<QLibrary> m_library;

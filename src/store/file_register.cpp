@@ -111,6 +111,13 @@ std::vector<FileRow> FileRegister::CommonFiles() const {
     return readRows(rows);
 }
 
+std::vector<FileRow> FileRegister::FilesToUpload(SiteSide side) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, QByteArray(kRow) + "WHERE Uploaded = 0 AND (Logged <> 0) = ?1 ORDER BY FileID");
+    rows.bind(side == SiteSide::Log);
+    return readRows(rows);
+}
+
 QStringList FileRegister::ImageFilesOfDay(const QString& day) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT FileName FROM FileDB WHERE FileName LIKE 'dimage%' AND Day = ?1 "
@@ -129,6 +136,11 @@ void FileRegister::AddFile(const FileRow& row) const {
 void FileRegister::MarkLogged(qint64 id) const {
     const Connection connection(m_file, Access::ReadWrite);
     Statement(connection, "UPDATE FileDB SET Logged = 1, Uploaded = 0 WHERE FileID = ?1").bind(id).run();
+}
+
+void FileRegister::MarkUploaded(qint64 id) const {
+    const Connection connection(m_file, Access::ReadWrite);
+    Statement(connection, "UPDATE FileDB SET Uploaded = 1 WHERE FileID = ?1").bind(id).run();
 }
 
 void FileRegister::AddLoggedCommonFile(const QString& name) const {

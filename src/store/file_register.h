@@ -12,6 +12,9 @@ namespace velloria::store {
 /// The day of a file that belongs to no day; its number is 0.
 inline constexpr QLatin1StringView kAllDays("ALL");
 
+/// Where a registered file lies in the site: in "DiaryParts" beside the current pages, or in that of "DiaryLog".
+enum class SiteSide { Current, Log };
+
 /// Each operation opens its own connection. Names compare without regard to case, width and kana type. Throws
 /// platform::Failure when the file or the engine refuses, or a value taken as a literal holds a double quote.
 class FileRegister {
@@ -35,6 +38,8 @@ public:
     std::vector<FileRow> FilesOfPeriod(const QString& firstDay, const QString& lastDay) const;
     /// Names of the files of all months.
     std::vector<FileRow> CommonFiles() const;
+    /// Rows of one side that have not gone up, in the order in which they were made.
+    std::vector<FileRow> FilesToUpload(SiteSide side) const;
     /// Names that begin with "dimage" on a day, last first.
     QStringList ImageFilesOfDay(const QString& day) const;
 
@@ -42,6 +47,8 @@ public:
     void AddFile(const FileRow& row) const;
     /// Marks a row as part of a log that is still to go up.
     void MarkLogged(qint64 id) const;
+    /// Marks a row as gone up; nothing when the row is gone.
+    void MarkUploaded(qint64 id) const;
     /// Adds the second row of a file of all months, under which the logs' copy of it goes up, unless it is there.
     void AddLoggedCommonFile(const QString& name) const;
 

@@ -1,5 +1,6 @@
 #include "platform/plugin.h"
 
+#include "support/plugin_home.h"
 #include "support/test_home.h"
 
 #include <QFile>
@@ -11,32 +12,166 @@ namespace {
 
 class Plugin : public FactoryHome {
 protected:
-    QString stub() {
-        const QString file = path(u"VellInfo.dll"_s);
-        QFile::copy(QStringLiteral(VELLORIA_PLUGIN_STUB), file);
-        return file;
+    QString installed(const QString& name = u"VellInfo.dll"_s) {
+        StubPlugin::install(path(name));
+        return path(name);
     }
+
+    StubPlugin stub{path(u"calls.txt"_s)};
+    platform::PluginHost host{desk};
 };
 
 TEST_F(Plugin, TellsItsVersion) {
-    EXPECT_EQ(platform::Plugin(stub()).version(), u"1.2.3"_s);
+    EXPECT_EQ(platform::Plugin(installed()).version(), u"1.2.3"_s);
+}
+
+TEST_F(Plugin, IsFoundWithoutRegardToCase) {
+    installed(u"CHIMER.DLL"_s);
+    EXPECT_EQ(platform::Plugin(path(u"Chimer.dll"_s)).version(), u"1.2.3"_s);
 }
 
 TEST_F(Plugin, WritesAPageAboutTheDiaryUnlessItRefuses) {
-    const platform::Plugin plugin(stub());
-    const velloria_diary_information* information = plugin.diaryInformation();
-    ASSERT_TRUE(information);
+    const platform::Plugin plugin(installed());
+    const velloria_diary_information& information = plugin.diaryInformation();
     const QByteArray page = path(u"result.htm"_s).toUtf8();
-    EXPECT_EQ(information->set_paths("/refused/diary.mdb", page.constData()), 0);
-    EXPECT_NE(information->set_paths("/diary.mdb", page.constData()), 0);
-    information->run();
+    EXPECT_FALSE(plugin.check(information.set_paths("/refused/diary.mdb", page.constData())));
+    EXPECT_TRUE(plugin.check(information.set_paths("/diary.mdb", page.constData())));
+    information.run();
     EXPECT_EQ(bytesOf(path(u"result.htm"_s)), "<HTML>");
 }
 
 TEST_F(Plugin, ThatIsNoneIsRefusedByItsName) {
     writeFile(path(u"Chimer.dll"_s), "not a library");
-    EXPECT_TRUE(failureOf([&] { platform::Plugin plugin(path(u"Chimer.dll"_s)); }).contains(u"Chimer.dll"_s));
-    EXPECT_TRUE(failureOf([&] { platform::Plugin plugin(path(u"gone.dll"_s)); }).contains(u"gone.dll"_s));
+    writeFile(path(u"Wrenport.dll"_s), {});
+    QDir().mkdir(path(u"VellInfo.dll"_s));
+    // The name that the loader would make of a missing one.
+    StubPlugin::install(path(u"libLarkport.dll.so"_s));
+    for (const QString& name : {u"Chimer.dll"_s, u"Wrenport.dll"_s, u"VellInfo.dll"_s, u"Larkport.dll"_s})
+        EXPECT_TRUE(failureOf([&] { platform::Plugin plugin(path(name)); }).contains(name)) << name.toStdString();
+}
+
+TEST_F(Plugin, ThatWasCopiedInPartEndsNoProgram) {
+    const QByteArray whole = bytesOf(installed());
+    constexpr int kParts = 64;
+    int refused = 0;
+    // What comes last in the file is for debuggers, so from some length on it is as good as whole.
+    for (int part = 0; part < kParts; ++part) {
+        const QString file = path(u"part%1.dll"_s.arg(part));
+        writeFile(file, whole.first(whole.size() / kParts * part + 100));
+        const QString failure = failureOf([&] { EXPECT_EQ(platform::Plugin(file).version(), u"1.2.3"_s); });
+        if (!failure.isEmpty()) {
+            EXPECT_EQ(refused++, part) << failure.toStdString();
+        }
+    }
+    EXPECT_GT(refused, 3);
+}
+
+TEST_F(Plugin, OfAnotherInterfaceIsRefused) {
+    stub.set("LACKS", u"interface"_s);
+    EXPECT_TRUE(failureOf([&] { platform::Plugin plugin(installed()); }).contains(u"バージョンが合いません。"_s));
+}
+
+TEST_F(Plugin, OfAnEarlierTimeHasWhatItKnowsAndNothingBehindItsEnd) {
+    stub.set("LACKS", u"newer_parts"_s);
+    const platform::Plugin plugin(installed());
+    EXPECT_EQ(plugin.version(), u"1.2.3"_s);
+    plugin.diaryInformation();
+    EXPECT_TRUE(failureOf([&] { plugin.ping(); }).contains(u"必要な機能がありません。"_s));
+    EXPECT_TRUE(failureOf([&] { plugin.movableTypeExchange(); }).contains(u"VellInfo.dll"_s));
+    EXPECT_TRUE(failureOf([&] { plugin.check(-1); }).contains(u"理由を知らせていません"_s));
+}
+
+TEST_F(Plugin, MissingAPartOrAMemberIsAFailure) {
+    for (const QString& lacking : {u"ping"_s, u"pings_execute"_s}) {
+        stub.set("LACKS", lacking);
+        const platform::Plugin plugin(installed());
+        EXPECT_TRUE(failureOf([&] { plugin.ping(); }).contains(u"必要な機能がありません。"_s)) << lacking.toStdString();
+        plugin.hatenaExchange();
+    }
+}
+
+TEST_F(Plugin, TellsAFailureInItsOwnWords) {
+    stub.set("FAILS", u"connect"_s);
+    const platform::Plugin plugin(installed(u"Larkport.dll"_s));
+    const velloria_movable_type_exchange& exchange = plugin.movableTypeExchange();
+    const platform::PluginObject object = plugin.create(exchange, host);
+    const QString failure = failureOf([&] { plugin.check(exchange.connect(object.get(), "diary.mdb")); });
+    EXPECT_TRUE(failure.contains(u"the stub fails"_s)) << failure.toStdString();
+    EXPECT_TRUE(failure.contains(u"Larkport.dll"_s));
+}
+
+TEST_F(Plugin, MayFailWithoutWords) {
+    stub.set("LACKS", u"words"_s);
+    const platform::Plugin plugin(installed());
+    EXPECT_TRUE(failureOf([&] { plugin.check(-1); }).contains(u"理由を知らせていません"_s));
+}
+
+TEST_F(Plugin, ThatMakesNoObjectIsAFailure) {
+    stub.set("FAILS", u"create"_s);
+    const platform::Plugin plugin(installed());
+    EXPECT_TRUE(failureOf([&] { plugin.create(plugin.ping(), host); }).contains(u"the stub fails"_s));
+    EXPECT_EQ(stub.calls(), QStringList());
+}
+
+TEST_F(Plugin, ExchangesMovableTypeByTheCallsOfItsTable) {
+    const platform::Plugin plugin(installed(u"Larkport.dll"_s));
+    const velloria_movable_type_exchange& exchange = plugin.movableTypeExchange();
+    {
+        const platform::PluginObject object = plugin.create(exchange, host);
+        int32_t isAccepted = -1;
+        EXPECT_TRUE(plugin.check(exchange.connect(object.get(), "日記.mdb")));
+        plugin.check(exchange.prepare_import(object.get()));
+        plugin.check(exchange.prepare_export(object.get()));
+        plugin.check(exchange.open_file(object.get(), "a.txt", &isAccepted, 1));
+        EXPECT_EQ(isAccepted, 1);
+        plugin.check(exchange.set_user_id(object.get(), "taro"));
+        plugin.check(exchange.write_entries(object.get()));
+        EXPECT_TRUE(plugin.check(exchange.finish(object.get())));
+        stub.set("DENIES", u"read_entries"_s);
+        EXPECT_FALSE(plugin.check(exchange.read_entries(object.get())));
+    }
+    EXPECT_EQ(stub.calls(),
+              (QStringList{u"connect 日記.mdb"_s, u"prepare_import"_s, u"prepare_export"_s, u"open_file a.txt 1"_s,
+                           u"set_user_id taro"_s, u"write_entries"_s, u"finish"_s, u"read_entries"_s, u"release"_s}));
+}
+
+TEST_F(Plugin, ExchangesHatenaByTheCallsOfItsTable) {
+    const platform::Plugin plugin(installed(u"Wrenport.dll"_s));
+    const velloria_hatena_exchange& exchange = plugin.hatenaExchange();
+    {
+        const platform::PluginObject object = plugin.create(exchange, host);
+        int32_t isAccepted = -1;
+        plugin.check(exchange.connect(object.get(), "diary.mdb"));
+        plugin.check(exchange.prepare_import(object.get()));
+        plugin.check(exchange.prepare_export(object.get()));
+        stub.set("DENIES", u"open_file"_s);
+        plugin.check(exchange.open_file(object.get(), "a.xml", &isAccepted, 0));
+        EXPECT_EQ(isAccepted, 0);
+        plugin.check(exchange.write_entries(object.get()));
+        plugin.check(exchange.finish(object.get()));
+    }
+    EXPECT_EQ(stub.calls(), (QStringList{u"connect diary.mdb"_s, u"prepare_import"_s, u"prepare_export"_s,
+                                         u"open_file a.xml 0"_s, u"write_entries"_s, u"finish"_s, u"release"_s}));
+}
+
+TEST_F(Plugin, TalksToTheUserThroughTheProgram) {
+    stub.set("TALKS", u"1"_s);
+    desk.answers = {u"yes"_s};
+    const platform::Plugin plugin(installed());
+    const platform::PluginObject object = plugin.create(plugin.ping(), host);
+    plugin.check(plugin.ping().pings_execute(object.get()));
+    EXPECT_EQ(desk.texts(u"status"_s), QStringList{u"PINGの送信中..."_s});
+    EXPECT_EQ(boxes(), (QStringList{u"exclamation: 一\r\n二\r\n三"_s, u"question: 続けますか？"_s}));
+    EXPECT_EQ(desk.events.last()[u"title"_s], u"PING"_s);
+    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 1"_s, u"pings_execute"_s}));
+}
+
+TEST_F(Plugin, GetsNoExceptionOfTheProgram) {
+    stub.set("TALKS", u"1"_s); // and nobody answers the question
+    const platform::Plugin plugin(installed());
+    const platform::PluginObject object = plugin.create(plugin.ping(), host);
+    plugin.check(plugin.ping().pings_execute(object.get()));
+    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 0"_s, u"pings_execute"_s}));
 }
 
 } // namespace

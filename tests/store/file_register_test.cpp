@@ -172,6 +172,28 @@ TEST_F(FileRegister, MarksOneRowAsLoggedAndStillToGoUp) {
     EXPECT_TRUE(!rows[1].isLogged && rows[1].isUploaded);
 }
 
+TEST_F(FileRegister, FilesToUploadAreTheWaitingOnesOfOneSideInTheOrderOfTheirRows) {
+    add(u"b.gif"_s, u"2004/05/06"_s);
+    add(u"a.gif"_s, kAllDays, 0);
+    add(u"gone.gif"_s, u"2004/05/06"_s, 1, true);
+    add(u"l.gif"_s, u"2004/04/06"_s, 1, false, true);
+    add(u"gone too.gif"_s, u"2004/04/06"_s, 1, true, true);
+    EXPECT_EQ(namesOf(files().FilesToUpload(store::SiteSide::Current)), (QStringList{u"b.gif"_s, u"a.gif"_s}));
+    EXPECT_EQ(namesOf(files().FilesToUpload(store::SiteSide::Log)), QStringList{u"l.gif"_s});
+}
+
+TEST_F(FileRegister, MarksOneRowAsGoneUp) {
+    add(u"a.gif"_s, u"2004/05/06"_s);
+    add(u"a.gif"_s, u"2004/05/06"_s, 2);
+    const std::vector<FileRow> rows = files().FilesToUpload(store::SiteSide::Current);
+    files().MarkUploaded(rows[0].id);
+    const std::vector<FileRow> left = files().FilesToUpload(store::SiteSide::Current);
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_EQ(left[0].id, rows[1].id);
+    files().MarkUploaded(rows[1].id + 1);
+    EXPECT_EQ(files().FilesToUpload(store::SiteSide::Current).size(), 1U);
+}
+
 TEST_F(FileRegister, RefusesADoubleQuoteAndChangesNothing) {
     add(u"a\".gif"_s, u"2004/05/06"_s);
     const store::FileRegister files = this->files();

@@ -16,6 +16,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/plugin.h"
+#include "publish/ping.h"
 #include "shell/forms/arrangement.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmDeleteImportDiary.h"
@@ -91,6 +92,7 @@ void MDIFormTop::offerDraft() {
 
 void MDIFormTop::connectToolCommands() {
     onCommand(u"mnuVellMemo"_s, [this] { mnuVellMemo(); });
+    onCommand(u"MnuPING"_s, [this] { publish::Ping(m_context.session, m_context.desk).MnuPING(); });
     onCommand(u"ResistLogs"_s, [this] { m_context.windows.get<editor::frmResistLogs>().showWindow(); });
     onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<editor::frmResistFiles>().showWindow(); });
     onCommand(u"MnuVellInfo"_s, [this] { MnuVellInfo(); });
@@ -224,11 +226,10 @@ void MDIFormTop::MnuVellInfo() {
     const QString page = m_context.session.DataPath + u"VellInfo_result.htm"_s;
     platform::removeFile(page);
     const platform::Plugin plugin(m_context.session.MyPath + u"VellInfo.dll"_s);
-    const velloria_diary_information* information = plugin.diaryInformation();
-    const bool isReady = information && information->set_paths(m_context.session.databaseFile().toUtf8().constData(),
-                                                               page.toUtf8().constData()) != 0;
-    if (isReady)
-        information->run();
+    const velloria_diary_information& information = plugin.diaryInformation();
+    const QByteArray database = m_context.session.databaseFile().toUtf8();
+    if (plugin.check(information.set_paths(database.constData(), page.toUtf8().constData())))
+        information.run();
     else
         m_context.desk.message(MessageKind::Critical, u"パスのエラーです"_s);
     m_context.desk.navigate(page);

@@ -1,0 +1,54 @@
+// One libcurl handle and the loop that drives it, so that windows stay painted while a server is slow.
+#pragma once
+
+#include <QByteArray>
+#include <QElapsedTimer>
+
+#include <curl/curl.h>
+
+#include <functional>
+
+namespace velloria::publish {
+
+/// Called many times a second while a server is waited for; it may serve painting and timers, not the user's input.
+/// False gives up what is running.
+using KeepGoing = std::function<bool()>;
+
+/// Runs one transfer after another on one handle, which keeps its connection between them.
+class CurlRun {
+public:
+    explicit CurlRun(KeepGoing keepGoing);
+    ~CurlRun();
+    CurlRun(const CurlRun&) = delete;
+    CurlRun& operator=(const CurlRun&) = delete;
+
+    /// Whether the library could be had at all; nothing else may be called when it could not.
+    bool isReady() const { return m_multi && m_easy; }
+
+    /// The handle with what every transfer has in common, forgetting the last one's options.
+    CURL* prepare();
+    /// Runs what has been prepared to its end.
+    CURLcode perform();
+
+    /// The same in pieces: start, then step while isRunning, then result.
+    void start();
+    bool isRunning() const { return m_isRunning; }
+    /// Moves the transfer on, waiting a moment for the server when there is nothing to do.
+    void step();
+    CURLcode result() const { return m_result; }
+    /// Ends the transfer where it is, if it runs.
+    void stop();
+
+private:
+    bool wait();
+    static int progressed(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
+
+    KeepGoing m_keepGoing;
+    QElapsedTimer m_sincePainted;
+    CURLM* m_multi = nullptr;
+    CURL* m_easy = nullptr;
+    bool m_isRunning = false;
+    CURLcode m_result = CURLE_OK;
+};
+
+} // namespace velloria::publish

@@ -1,0 +1,71 @@
+#include "publish/ftp_replies.h"
+
+#include "platform/code_page.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace velloria::publish {
+
+namespace {
+
+constexpr qsizetype kLongestKept = 16384; // a list of features is far shorter
+constexpr qsizetype kLongestShown = 254;
+
+/// A reply goes on until a line that begins with three digits and a blank.
+bool isLastLine(QByteArrayView line) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return line.size() > 3 && std::all_of(line.begin(), line.begin() + 3, isDigit) && line[3] == ' ';
+}
+
+QByteArrayView withoutLineEnd(QByteArrayView line) {
+    if (line.endsWith('\n'))
+        line.chop(1);
+    if (line.endsWith('\r'))
+        line.chop(1);
+    return line;
+}
+
+} // namespace
+
+void FtpReplies::begin() {
+    m_command.clear();
+    m_answers.clear();
+    m_isWhole = true;
+    m_count = 0;
+    m_lastCode = 0;
+}
+
+void FtpReplies::sent(QByteArrayView command) {
+    const auto* end = std::find_if(command.begin(), command.end(), [](char c) { return c == ' ' || c == '\r'; });
+    m_command = QByteArray(command.data(), end - command.begin());
+}
+
+void FtpReplies::received(QByteArrayView line) {
+    const QByteArrayView text = withoutLineEnd(line);
+    if (m_isWhole)
+        m_last.clear();
+    else if (m_last.size() < kLongestKept)
+        m_last += "\r\n";
+    m_last += text.first(std::min(text.size(), std::max<qsizetype>(0, kLongestKept - m_last.size())));
+    // The line end belongs to the test: a code alone is followed by it.
+    m_isWhole = isLastLine(line);
+    if (!m_isWhole)
+        return;
+    m_lastCode = text.first(3).toInt();
+    ++m_count;
+    m_answers[m_command] = {m_lastCode, m_last};
+}
+
+QString FtpReplies::lastText() const {
+    if (m_last.size() > kLongestShown)
+        return QString(kLongestShown + 1, u' ');
+    const qsizetype end = m_last.indexOf('\0');
+    const QByteArray shown = end < 0 ? m_last : m_last.first(end);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder(shown);
+    return decoder.hasError() ? platform::fromCodePage(shown) : text;
+}
+
+} // namespace velloria::publish

@@ -1,0 +1,49 @@
+// What an FTP server has answered, command by command.
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+
+namespace velloria::publish {
+
+/// Puts the lines of the control connection together to replies. Memory is bounded whatever the server sends.
+class FtpReplies {
+public:
+    /// A new operation: counts from 0. The last reply itself stays until another comes.
+    void begin();
+    /// A command line as it goes out; only its first word is kept.
+    void sent(QByteArrayView command);
+    /// One line as it comes in.
+    void received(QByteArrayView line);
+
+    /// Whole replies since begin.
+    int count() const { return m_count; }
+    /// Code of the last of them, 0 without any.
+    int lastCode() const { return m_lastCode; }
+    /// Code of the last reply to a command such as "SIZE", 0 when it has not been answered.
+    int codeOf(const QByteArray& command) const { return m_answers.value(command).code; }
+    /// Makes the last reply to that command the last one of all, when others came behind it.
+    void recall(const QByteArray& command) { m_last = m_answers.value(command).text; }
+
+    /// The last reply as it came, lines joined by CR LF, without a last line end; only the start of one that is huge.
+    const QByteArray& last() const { return m_last; }
+    /// The same for the user: at most 254 bytes, read as UTF-8 when it is that, else in the code page. A longer one is
+    /// 255 blanks.
+    QString lastText() const;
+
+private:
+    struct Answer {
+        int code = 0;
+        QByteArray text;
+    };
+
+    QByteArray m_command;
+    QMap<QByteArray, Answer> m_answers;
+    QByteArray m_last;
+    bool m_isWhole = true;
+    int m_count = 0;
+    int m_lastCode = 0;
+};
+
+} // namespace velloria::publish

@@ -1,0 +1,84 @@
+#include "publish/ftp_upload.h"
+
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::publish {
+
+bool FtpUpload::enterFolder(const QString& title, const QString& path, const QString& name, const QString& shown) {
+    showAndPump(title, shown + u"へ移動中"_s);
+    if (!m_folders.CheckFTPFolder(name) || !m_folders.ChangeFTPDirectory(path, name)) {
+        m_reason = shown + u"へ移動失敗"_s;
+        m_view.setText(m_reason);
+        return false;
+    }
+    showAndPump(shown + u"へ移動完了"_s);
+    return true;
+}
+
+QString FtpUpload::listFile(const QString& name) const {
+    return platform::existingPath(m_session.UserPath + name);
+}
+
+bool FtpUpload::listExists(const QString& name) const {
+    return platform::fileExists(m_session.UserPath + name);
+}
+
+FtpUpload::List FtpUpload::readList(const QString& name) const {
+    const QString file = listFile(name);
+    // The bytes first: a list that can't be read must not pass for an empty one.
+    QByteArray bytes = platform::readFile(file);
+    return {std::move(bytes), core::readUploadList(file)};
+}
+
+void FtpUpload::take(const core::UploadRow& row) {
+    m_lastFolder = row.folder.isEmpty() ? QString(core::nativeSeparator()) : core::withSeparator(row.folder);
+    m_lastName = row.name;
+}
+
+QString FtpUpload::localFile(const core::UploadRow& row) {
+    take(row);
+    return platform::existingPath(m_lastFolder + m_lastName);
+}
+
+QString FtpUpload::localPart(const QString& dataFolder, const QString& name) const {
+    const QString folder = platform::existingPath(m_lastFolder + u"DiaryParts"_s);
+    const QString part = folder + core::nativeSeparator() + name;
+    // Saving the site copies the files of its month alone: one of another month is still in the data folder only.
+    const QString source = platform::existingPath(dataFolder + u"DiaryParts"_s + core::nativeSeparator() + name);
+    if (!m_lastFolder.isEmpty() && !platform::fileExists(part) && platform::fileExists(source)) {
+        platform::makeFolder(folder);
+        platform::copyFile(source, part);
+    }
+    return platform::existingPath(part);
+}
+
+void FtpUpload::showAndPump(const QString& text) {
+    m_view.setText(text);
+    pump();
+}
+
+void FtpUpload::showAndPump(const QString& title, const QString& text) {
+    m_view.setTitleAndText(title, text);
+    pump();
+}
+
+void FtpUpload::pump() {
+    m_desk.pump();
+    if (m_calls.isProgramEnding && m_calls.isProgramEnding())
+        throw platform::Failure(u"プログラムを終了するため、アップロードを中止しました。"_s, {}, {},
+                                u"次の起動後にもう一度アップロードしてください。"_s);
+}
+
+bool FtpUpload::fail(const QString& title, const QString& text, const QString& status) {
+    m_reason = text;
+    m_view.setTitleAndText(title, text);
+    m_desk.status(status);
+    return false;
+}
+
+} // namespace velloria::publish

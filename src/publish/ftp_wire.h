@@ -1,0 +1,20 @@
+// Texts as they travel to an FTP server.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace velloria::publish {
+
+/// The bytes of the code page; nothing for a text that it lacks, or that would end the command line before its end.
+std::optional<QByteArray> wireText(const QString& text);
+
+/// The same for the name of a file or folder, which may not be empty.
+std::optional<QByteArray> wireName(const QString& name);
+
+/// A host name or number as the name service takes it, Japanese ones encoded; nothing for what is no host alone.
+std::optional<QByteArray> wireHost(const QString& host);
+
+} // namespace velloria::publish

@@ -1,0 +1,113 @@
+#include "publish/http_download.h"
+
+#include "publish/internet_number.h"
+#include "publish/proxy.h"
+
+#include <QUrl>
+
+#include <algorithm>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::publish {
+
+namespace {
+
+constexpr qsizetype kBlock = 1024;
+constexpr long kMostRedirections = 10;
+
+long statusOf(CURL* easy) {
+    long status = 0;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+    return status;
+}
+
+/// For the life of the program: the one list of headers, the same for every request.
+curl_slist* uncached() {
+    static const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(
+        curl_slist_append(curl_slist_append(nullptr, "Cache-Control: no-cache"), "Pragma: no-cache"),
+        &curl_slist_free_all);
+    return headers.get();
+}
+
+} // namespace
+
+bool HttpDownload::open(const QString& text) {
+    close();
+    if (!m_run.isReady())
+        return fail(kInternalError);
+    const QUrl url(text, QUrl::TolerantMode);
+    const QString scheme = url.scheme();
+    if (scheme != u"http"_s && scheme != u"https"_s)
+        return fail(scheme.isEmpty() ? kInvalidUrl : kUnknownScheme);
+    if (!url.isValid() || url.host().isEmpty())
+        return fail(kInvalidUrl);
+
+    CURL* easy = m_run.prepare();
+    curl_easy_setopt(easy, CURLOPT_URL, url.toEncoded().constData());
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, "Velloria");
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, uncached());
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, kMostRedirections);
+    if (const auto proxy = proxyFor(url))
+        curl_easy_setopt(easy, CURLOPT_PROXY, proxy->constData());
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpDownload::header);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpDownload::body);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+    m_easy = easy;
+    m_run.start();
+    while (m_run.isRunning() && !m_isAnswered)
+        m_run.step();
+    // An answer that was cut off behind its head is an answer; its end is found on reading.
+    if (m_isAnswered || m_run.result() == CURLE_OK)
+        return true;
+    const int number = internetNumber(m_run.result(), 0);
+    close();
+    return fail(number);
+}
+
+QByteArray HttpDownload::read() {
+    m_lastError = 0;
+    while (m_run.isRunning() && m_waiting.size() < kBlock)
+        m_run.step();
+    const QByteArray block = m_waiting.first(std::min(kBlock, m_waiting.size()));
+    m_waiting.remove(0, block.size());
+    if (block.isEmpty() && !m_run.isRunning())
+        m_lastError = internetNumber(m_run.result(), 0);
+    return block;
+}
+
+void HttpDownload::close() {
+    m_run.stop();
+    m_waiting.clear();
+    m_isAnswered = false;
+    m_lastError = 0;
+}
+
+bool HttpDownload::fail(int number) {
+    m_lastError = number;
+    return false;
+}
+
+size_t HttpDownload::header(char* data, size_t size, size_t count, void* self) {
+    auto& download = *static_cast<HttpDownload*>(self);
+    const QByteArrayView line(data, qsizetype(size * count));
+    // The empty line ends a head; that of a redirection or of an interim answer is not the last one.
+    const long status = statusOf(download.m_easy);
+    if ((line == "\r\n" || line == "\n") && (status / 100 == 2 || status >= 400))
+        download.m_isAnswered = true;
+    return size * count;
+}
+
+size_t HttpDownload::body(char* data, size_t size, size_t count, void* self) {
+    auto& download = *static_cast<HttpDownload*>(self);
+    if (statusOf(download.m_easy) < 400)
+        download.m_waiting.append(data, qsizetype(size * count));
+    return size * count;
+}
+
+} // namespace velloria::publish

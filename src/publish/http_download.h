@@ -1,0 +1,39 @@
+// One file read over HTTP or HTTPS, block by block.
+#pragma once
+
+#include "publish/curl_run.h"
+
+#include <QString>
+
+namespace velloria::publish {
+
+/// Past all caches, redirections followed to other pages of the web only, certificates checked. No more is held than
+/// what the network delivers between two blocks.
+class HttpDownload {
+public:
+    explicit HttpDownload(KeepGoing keepGoing)
+        : m_run(std::move(keepGoing)) {}
+    ~HttpDownload() { close(); }
+
+    /// True once the server has begun to answer. An answer that is a refusal has no bytes.
+    bool open(const QString& url);
+    /// The next 1024 bytes, fewer at the end; "" behind it and after a failure.
+    QByteArray read();
+    void close();
+
+    int lastError() const { return m_lastError; }
+
+private:
+    bool fail(int number);
+    bool hasAnswer();
+    static size_t header(char* data, size_t size, size_t count, void* self);
+    static size_t body(char* data, size_t size, size_t count, void* self);
+
+    CurlRun m_run;
+    CURL* m_easy = nullptr; ///< that of m_run
+    QByteArray m_waiting;
+    bool m_isAnswered = false;
+    int m_lastError = 0;
+};
+
+} // namespace velloria::publish

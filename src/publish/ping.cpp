@@ -1,0 +1,31 @@
+#include "publish/ping.h"
+
+#include "core/ini.h"
+#include "platform/plugin.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::publish {
+
+Ping::Ping(const core::Session& session, platform::Desk& desk)
+    : m_session(session)
+    , m_desk(desk) {}
+
+void Ping::MnuPING() const {
+    const QString name = core::ReadIniDef(m_session.RSSIniFile, u"Setting"_s, u"Title"_s, u"日記"_s);
+    const QString url = core::ReadIni(m_session.RSSIniFile, u"Setting"_s, u"DiaryURL"_s);
+
+    const platform::Plugin plugin(m_session.MyPath + u"Chimer.dll"_s);
+    const velloria_ping& ping = plugin.ping();
+    const platform::PluginHost host(m_desk);
+    const platform::PluginObject object = plugin.create(ping, host);
+
+    plugin.check(ping.set_pop_up(object.get(), false));
+    const QByteArray servers = QString(m_session.UserPath + u"PINGList.csv"_s).toUtf8();
+    plugin.check(ping.set_ping_list_file(object.get(), servers.constData()));
+    plugin.check(ping.set_blog_url(object.get(), url.toUtf8().constData()));
+    plugin.check(ping.set_blog_name(object.get(), name.toUtf8().constData()));
+    plugin.check(ping.pings_execute(object.get()));
+}
+
+} // namespace velloria::publish

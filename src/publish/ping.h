@@ -1,0 +1,23 @@
+// Tells update-ping servers that the site has changed, through the plug-in "Chimer.dll".
+#pragma once
+
+#include "core/session.h"
+#include "platform/desk.h"
+
+namespace velloria::publish {
+
+class Ping {
+public:
+    Ping(const core::Session& session, platform::Desk& desk);
+
+    /// Hands the site's name and address and the list of servers to the plug-in and waits until it is done. An empty
+    /// address goes out as well. Throws platform::Failure when the plug-in is missing, lacks a call or reports a
+    /// failure, with which the rest of the calls is left out.
+    void MnuPING() const;
+
+private:
+    const core::Session& m_session;
+    platform::Desk& m_desk;
+};
+
+} // namespace velloria::publish

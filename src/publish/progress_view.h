@@ -1,0 +1,34 @@
+// The progress window as a routine of network work changes it, piece by piece.
+#pragma once
+
+#include "platform/desk.h"
+
+namespace velloria::publish {
+
+class ProgressView {
+public:
+    explicit ProgressView(platform::Desk& desk)
+        : m_desk(desk) {}
+
+    /// Shows an empty window that can't be closed yet.
+    void open(const QString& caption);
+    void setTitle(const QString& title);
+    void setText(const QString& text);
+    void setTitleAndText(const QString& title, const QString& text);
+    /// Drawn with the next text or title. A value above the maximum is a full bar.
+    void setBar(int value, int max);
+    void setBarValue(int value) { m_window.value = value; }
+    /// From now on OK and the frame close the window.
+    void allowClosing();
+    void close();
+
+    const QString& text() const { return m_window.text; }
+
+private:
+    void show();
+
+    platform::Desk& m_desk;
+    platform::ProgressWindow m_window;
+};
+
+} // namespace velloria::publish

@@ -1,0 +1,66 @@
+// The commands of the main window that work through plug-ins.
+#include "core/ini.h"
+#include "support/desktop_home.h"
+#include "support/plugin_home.h"
+
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class PluginCommands : public DesktopHome {
+protected:
+    void install(const QString& name) { StubPlugin::install(session.MyPath + name); }
+    void press(const QString& name) { top().command(name)->trigger(); }
+
+    StubPlugin stub{path(u"calls.txt"_s)};
+};
+
+TEST_F(PluginCommands, PingMakesItsCallsAndSaysNothing) {
+    install(u"Chimer.dll"_s);
+    core::WriteIni(session.RSSIniFile, u"Setting"_s, u"Title"_s, u"花"_s);
+    core::WriteIni(session.RSSIniFile, u"Setting"_s, u"DiaryURL"_s, u"http://127.0.0.1/"_s);
+    desk.events = {};
+    press(u"MnuPING"_s);
+    EXPECT_EQ(
+        stub.calls(),
+        (QStringList{u"set_pop_up 0"_s, u"set_ping_list_file "_s + session.UserPath + u"PINGList.csv"_s,
+                     u"set_blog_url http://127.0.0.1/"_s, u"set_blog_name 花"_s, u"pings_execute"_s, u"release"_s}));
+    EXPECT_EQ(desk.events, QJsonArray());
+}
+
+TEST_F(PluginCommands, PingTellsItsFailure) {
+    press(u"MnuPING"_s);
+    install(u"Chimer.dll"_s);
+    stub.set("FAILS", u"set_blog_url"_s);
+    press(u"MnuPING"_s);
+    const QStringList failures = desk.texts(u"failure"_s);
+    ASSERT_EQ(failures.size(), 2);
+    EXPECT_TRUE(failures[0].contains(u"ファイルがありません。"_s)) << failures[0].toStdString();
+    EXPECT_TRUE(failures[1].contains(u"the stub fails"_s)) << failures[1].toStdString();
+}
+
+TEST_F(PluginCommands, EveryVersionComesFromThePluginOfThatName) {
+    for (const QString& name : {u"Chimer"_s, u"Larkport"_s, u"Wrenport"_s, u"VellInfo"_s}) {
+        press(u"Mnu"_s + name + u"Dll"_s);
+        install(name + u".dll"_s);
+        press(u"Mnu"_s + name + u"Dll"_s);
+        EXPECT_EQ(boxes().last(), u"plain: %1.dll Version 1.2.3"_s.arg(name));
+        EXPECT_EQ(desk.events.last()[u"title"_s], name + u".dll"_s);
+    }
+    EXPECT_EQ(desk.texts(u"failure"_s).size(), 4);
+}
+
+TEST_F(PluginCommands, DiaryInformationThatFailsShowsNoPage) {
+    install(u"VellInfo.dll"_s);
+    session.dbFileName = u"broken.mdb"_s;
+    press(u"MnuVellInfo"_s);
+    ASSERT_EQ(desk.texts(u"failure"_s).size(), 1);
+    EXPECT_TRUE(desk.texts(u"failure"_s)[0].contains(u"the diary is broken"_s));
+    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList());
+}
+
+} // namespace
+} // namespace velloria::tests

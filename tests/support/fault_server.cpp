@@ -1,0 +1,80 @@
+#include "support/fault_server.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+
+FaultServer::FaultServer() {
+    std::filesystem::create_directory(m_folder.filePath(u"root"_s).toStdString());
+    on(u"features"_s, {});
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(u"python3"_s, {QStringLiteral(VELLORIA_FAULT_SERVER), host(), u"21"_s, m_folder.filePath(u"root"_s),
+                                   m_folder.filePath(u"rules"_s), m_folder.filePath(u"log"_s)});
+    m_isRunning = m_process.waitForReadyRead(10000) && m_process.readLine().startsWith("ready");
+}
+
+FaultServer::~FaultServer() {
+    kill();
+}
+
+QString FaultServer::host() const {
+    const qint64 process = QCoreApplication::applicationPid();
+    return u"127.5.%1.%2"_s.arg(process / 250 % 250).arg(process % 250 + 1);
+}
+
+void FaultServer::kill() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void FaultServer::on(const QString& command, const QJsonValue& rule) {
+    m_rules[command] = rule;
+    QSaveFile file(m_folder.filePath(u"rules"_s));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_rules).toJson()) < 0 || !file.commit())
+        throw std::runtime_error("the rules of the server can't be written");
+}
+
+QList<QByteArray> FaultServer::log() const {
+    QFile file(m_folder.filePath(u"log"_s));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QList<QByteArray> lines = file.readAll().split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+int FaultServer::countOf(const QByteArray& line) const {
+    return int(log().count(line));
+}
+
+void FaultServer::put(const QByteArray& name, const QByteArray& content) const {
+    std::ofstream(pathOf(name), std::ios::binary) << content.toStdString();
+}
+
+QByteArray FaultServer::content(const QByteArray& name) const {
+    std::ifstream file(pathOf(name), std::ios::binary);
+    return QByteArray::fromStdString({std::istreambuf_iterator<char>(file), {}});
+}
+
+bool FaultServer::has(const QByteArray& name) const {
+    return std::filesystem::exists(pathOf(name));
+}
+
+void FaultServer::makeFolder(const QByteArray& name) const {
+    std::filesystem::create_directory(pathOf(name));
+}
+
+std::string FaultServer::pathOf(const QByteArray& name) const {
+    return m_folder.filePath(u"root/"_s).toStdString() + name.toStdString();
+}
+
+} // namespace velloria::tests

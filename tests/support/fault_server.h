@@ -1,0 +1,45 @@
+// An FTP server of our own on the local machine, which refuses, stalls, cuts and talks nonsense where a test wants it.
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace velloria::tests {
+
+class FaultServer {
+public:
+    /// Starts it on a folder of its own. The port of FTP is the superuser's: without such rights isRunning is false.
+    FaultServer();
+    ~FaultServer();
+
+    bool isRunning() const { return m_isRunning; }
+    /// An address of this process alone, so that tests may run side by side though the port is always the same.
+    QString host() const;
+
+    /// What a command brings from now on; see fault_server.py.
+    void on(const QString& command, const QJsonValue& rule);
+
+    /// The commands that came, "connected" for a connection; the user's and the login's own included.
+    QList<QByteArray> log() const;
+    int countOf(const QByteArray& line) const;
+    /// Names are the bytes on the server's disk.
+    void put(const QByteArray& name, const QByteArray& content) const;
+    QByteArray content(const QByteArray& name) const;
+    bool has(const QByteArray& name) const;
+    void makeFolder(const QByteArray& name) const;
+    /// Ends it in the middle of what it does.
+    void kill();
+
+private:
+    std::string pathOf(const QByteArray& name) const;
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    QJsonObject m_rules;
+    bool m_isRunning = false;
+};
+
+} // namespace velloria::tests
