@@ -38,7 +38,7 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log db" ;;
+    "") words="start entry genre site export import convert ini file log upload ping update db" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
@@ -47,6 +47,7 @@ _velloria_cli() {
     "ini") words="get int set delete sections" ;;
     "file") words="list add delete" ;;
     "log") words="list add delete" ;;
+    "update") words="check" ;;
     "db") words="version check" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;

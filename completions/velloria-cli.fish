@@ -32,7 +32,7 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log db'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
@@ -41,6 +41,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urle
 complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
 complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
+complete -c velloria-cli -n '__velloria_cli_behind "update"' -a 'check'
 complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '

@@ -117,10 +117,8 @@ void shootAll(desktop::Context& context, const QString& folder) {
     shootWindow(about, folder + u"frmAbout.png"_s);
     shootWindow(context.windows.get<shell::StartForm>(), folder + u"StartForm.png"_s);
     auto& progress = context.windows.get<publish::frmProgress>();
-    progress.setWindowTitle(u"FTP"_s);
-    progress.setTitle(u"Uploading..."_s);
-    progress.setText(u"index.htm (3/12)"_s);
-    progress.setProgress(3, 12);
+    progress.display({u"FTP by Velloria"_s, u"HTMLファイルアップロード"_s,
+                      u"ファイル「diary200405.htm」のアップロードに成功しました。(3/12)"_s, 12, 3});
     shootWindow(progress, folder + u"frmProgress.png"_s);
     auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
     const QString oldPage = context.session.DataPath + u"oldtmp.htm"_s;

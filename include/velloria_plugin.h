@@ -41,6 +41,7 @@ typedef struct velloria_host {
 
 /* What every plug-in tells of itself. */
 typedef struct velloria_information {
+    uint32_t size; /* of this structure */
     int32_t (*get_version_major)(void);
     int32_t (*get_version_minor)(void);
     int32_t (*get_version_revision)(void);
@@ -48,9 +49,10 @@ typedef struct velloria_information {
 
 /* "VellInfo.dll": writes a page about a diary. */
 typedef struct velloria_diary_information {
+    uint32_t size; /* of this structure */
     /* The diary database, and the page to write. 0 when either can't be used. */
     int32_t (*set_paths)(const char* database, const char* page);
-    void (*run)(void);
+    int32_t (*run)(void);
 } velloria_diary_information;
 
 /* "Chimer.dll": tells servers that a site has changed. The calls come in the order of the members. */

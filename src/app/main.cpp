@@ -5,8 +5,10 @@
 #include "browser/forms/web_page.h"
 #include "desktop/context.h"
 #include "desktop/qt_desk.h"
+#include "desktop/sound_player.h"
 #include "platform/failure.h"
 #include "platform/instance_lock.h"
+#include "publish/forms/frmProgress.h"
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
@@ -23,7 +25,7 @@ namespace {
 using shell::MDIFormTop;
 
 /// The windows behind the ports.
-void connectDesk(desktop::QtDesk& desk, desktop::Context& context) {
+void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::SoundPlayer& player) {
     desk.beforeBox = [&context] { context.windows.unload<shell::StartForm>(); };
     desk.showStatus = [&context](const QString& text) {
         if (auto* top = context.windows.find<MDIFormTop>())
@@ -36,14 +38,20 @@ void connectDesk(desktop::QtDesk& desk, desktop::Context& context) {
     desk.showPage = [&context](const QString& address) {
         context.windows.get<browser::frmBrowser>().Navigate(address);
     };
+    desk.showProgressWindow = [&context](const platform::ProgressWindow& shown) {
+        context.windows.get<publish::frmProgress>().display(shown);
+    };
+    desk.endProgressWindow = [&context] { context.windows.unload<publish::frmProgress>(); };
+    desk.playSound = [&player](const QString& command) { player.execute(command); };
 }
 
 int run(QApplication& application) {
     core::Session session;
     const platform::SystemClock clock;
     desktop::QtDesk desk;
+    desktop::SoundPlayer player;
     desktop::Context context{session, clock, desk};
-    connectDesk(desk, context);
+    connectDesk(desk, context, player);
     try {
         const QString home = shell::findHome({}, QCoreApplication::applicationDirPath());
         const platform::InstanceLock lock(QFileInfo(home).canonicalFilePath());

@@ -98,7 +98,9 @@ std::vector<Command> convertCommands();
 std::vector<Command> iniCommands();
 std::vector<Command> fileCommands();
 std::vector<Command> logCommands();
+std::vector<Command> uploadCommands();
 std::vector<Command> pingCommands();
+std::vector<Command> updateCommands();
 std::vector<Command> databaseCommands();
 
 /// An entry number, 1 to 32767.

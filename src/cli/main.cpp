@@ -121,6 +121,8 @@ int run(const QStringList& words) {
     } catch (const std::bad_alloc&) {
         return ended(kFailed,
                      u"メモリが足りないので中止しました。ほかのプログラムを終了してから、もう一度実行してください。"_s);
+    } catch (const std::exception& error) { // a plug-in's, for one
+        return ended(kFailed, u"処理を続けられません。"_s + QString::fromLocal8Bit(error.what()));
     }
 }
 

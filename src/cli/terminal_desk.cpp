@@ -73,9 +73,11 @@ void TerminalDesk::showProgress(const QJsonObject& event) {
     if (!standardErrorIsTerminal())
         return;
     m_hasProgressLine = true;
-    writeErrorPart(
-        u"\r%1 %2/%3"_s.arg(event[u"text"_s].toString()).arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt()));
-    if (event[u"value"_s].toInt() >= event[u"max"_s].toInt())
+    const QString text = event[u"text"_s].toString().replace(u"\r\n"_s, u" "_s);
+    constexpr auto kEraseToEndOfLine = "\x1b[K"_L1;
+    writeErrorPart(u"\r%1 %2/%3"_s.arg(text).arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt()) +
+                   kEraseToEndOfLine);
+    if (event[u"ok"_s].toBool())
         endProgress();
 }
 

@@ -59,6 +59,7 @@ inline constexpr Key kFtpStartFolder{kFtp, QLatin1StringView("StartFolder")};
 inline constexpr Key kFtpPassive{kFtp, QLatin1StringView("PASV")};
 inline constexpr Key kFtpPing{kFtp, QLatin1StringView("PING")};
 inline constexpr Key kHtmlOnlyUpload{kFtp2, QLatin1StringView("HTMLOnlyUpload")};
+inline constexpr Key kTls{kFtp2, QLatin1StringView("TLS")}; ///< 0 off, 1 when offered, 2 required
 inline constexpr Key kSoundFile{kFtp2, QLatin1StringView("SoundFile")};
 
 inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
@@ -71,9 +72,20 @@ inline constexpr Key kBlogIni{QLatin1StringView("Blog"), kIniFileName};
 inline constexpr Key kMakerHomePage{QLatin1StringView("Maker"), QLatin1StringView("HomePage")};
 inline constexpr Key kMakerBlog{QLatin1StringView("Maker"), QLatin1StringView("Blog")};
 inline constexpr Key kMakerNews{QLatin1StringView("Maker"), QLatin1StringView("News")};
+inline constexpr Key kMakerSoftware{QLatin1StringView("Maker"), QLatin1StringView("Software")};
+inline constexpr Key kMakerUpdateFolder{QLatin1StringView("Maker"), QLatin1StringView("UpdateFolder")};
 
 /// "update.txt": 1 once the update was made.
 inline constexpr Key kUpdated{QLatin1StringView("Update"), QLatin1StringView("Updated")};
+/// The running version, written by the program itself for the updater.
+inline constexpr Key kRunningVersion{QLatin1StringView("CurrentVersion"), QLatin1StringView("version")};
+/// What the maker offers: the sections, and the keys in each. `requiredversion` stands in the patch alone.
+inline constexpr QLatin1StringView kPatch("Patch");
+inline constexpr QLatin1StringView kRelease("Release");
+inline constexpr QLatin1StringView kOfferVersion("version");
+inline constexpr QLatin1StringView kOfferRequiredVersion("requiredversion");
+inline constexpr QLatin1StringView kOfferUrl("URL_Full");
+inline constexpr QLatin1StringView kOfferFileName("FileName");
 
 /// "velluser.ini": the last login; a user's own keys stand in the section named by the id.
 inline constexpr Key kPreviousUser{QLatin1StringView("Previous"), QLatin1StringView("ID")};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/session.h"
+#include "desktop/long_runs.h"
 #include "desktop/windows.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
@@ -16,6 +17,7 @@ struct Context {
     const platform::Clock& clock;
     platform::Desk& desk;
     Windows windows{*this};
+    LongRuns runs{};
     QMdiArea* mdi = nullptr; ///< where the child windows live; set by the main window
 };
 

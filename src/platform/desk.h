@@ -29,8 +29,9 @@ struct ProgressWindow {
     QString title;
     QString text; ///< line ends are CR LF
     int max = 0;
-    int value = 0;            ///< may lie above `max`; the bar is then full
-    bool mayBeClosed = false; ///< its OK button is enabled, and its frame closes it
+    int value = 0;               ///< may lie above `max`; the bar is then full
+    bool isOkEnabled = false;    ///< OK closes it
+    bool isFrameEnabled = false; ///< so does its frame
 };
 
 /// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a

@@ -115,7 +115,7 @@ void EventDesk::progressWindow(const ProgressWindow& shown) {
             {u"text"_s, shown.text},
             {u"max"_s, shown.max},
             {u"value"_s, shown.value},
-            {u"ok"_s, shown.mayBeClosed}});
+            {u"ok"_s, shown.isOkEnabled}});
 }
 
 void EventDesk::sound(const QString& command) {

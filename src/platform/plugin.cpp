@@ -1,14 +1,12 @@
 #include "platform/plugin.h"
 
 #include "platform/directory.h"
-#include "platform/failure.h"
 #include "platform/library_file.h"
 
 #include <QCoreApplication>
 #include <QLibrary>
 
 #include <cstddef>
-#include <exception>
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +39,11 @@ MessageKind kindOf(int32_t kind) {
 // an answer of no.
 
 void pump(void*) {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    try {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    } catch (...) {
+        return;
+    }
 }
 
 int32_t message(void* context, int32_t kind, const char* title, const char* text, int32_t isQuestion) {
@@ -51,7 +53,7 @@ int32_t message(void* context, int32_t kind, const char* title, const char* text
             return desk.ask(shown(text), QString::fromUtf8(title)) ? 1 : 0;
         desk.message(kindOf(kind), shown(text), QString::fromUtf8(title));
         return 1;
-    } catch (const std::exception&) {
+    } catch (...) {
         return 0;
     }
 }
@@ -59,7 +61,7 @@ int32_t message(void* context, int32_t kind, const char* title, const char* text
 void status(void* context, const char* text) {
     try {
         static_cast<Desk*>(context)->status(shown(text));
-    } catch (const std::exception&) {
+    } catch (...) {
         return;
     }
 }
@@ -127,9 +129,13 @@ const velloria_hatena_exchange& Plugin::hatenaExchange() const {
 
 bool Plugin::check(int32_t result) const {
     if (result < 0)
-        throw Failure(u"プラグインの処理に失敗しました。"_s, m_file, lastError(),
-                      u"原因を取り除いてから、もう一度実行してください。"_s);
+        throw failed(lastError());
     return result > 0;
+}
+
+Failure Plugin::failed(const QString& reason) const {
+    return Failure(u"プラグインの処理に失敗しました。"_s, m_file, reason,
+                   u"原因を取り除いてから、もう一度実行してください。"_s);
 }
 
 PluginObject Plugin::created(PluginObject object) const {
@@ -148,9 +154,7 @@ Member Plugin::known(Member velloria_plugin::*member) const {
 
 template <typename Part, typename... Members>
 const Part& Plugin::complete(const Part* part, Members... members) const {
-    bool isComplete = part != nullptr;
-    if constexpr (requires { part->size; })
-        isComplete = isComplete && part->size >= sizeof(Part);
+    const bool isComplete = part && part->size >= sizeof(Part);
     if (!isComplete || !(... && (part->*members != nullptr)))
         throw Failure(u"プラグインを使用できません。"_s, m_file, u"必要な機能がありません。"_s, reinstall());
     return *part;

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "platform/desk.h"
+#include "platform/failure.h"
 #include "velloria_plugin.h"
 
 #include <QString>
 
+#include <exception>
 #include <memory>
 
 class QLibrary;
@@ -52,6 +54,20 @@ public:
         return created({part.create(host.table()), part.release});
     }
 
+    /// Makes calls of the plug-in. One that throws in spite of the contract ends in a Failure and not the program.
+    template <typename Calls>
+    void guarded(const Calls& calls) const {
+        try {
+            calls();
+        } catch (const Failure&) {
+            throw;
+        } catch (const std::exception& thrown) {
+            throw failed(QString::fromLocal8Bit(thrown.what()));
+        } catch (...) {
+            throw failed({});
+        }
+    }
+
     /// Takes what a call has returned and gives its answer: false for 0, true for more. Throws Failure with the
     /// plug-in's own words below 0.
     bool check(int32_t result) const;
@@ -63,6 +79,7 @@ private:
     const Part& complete(const Part* part, Members... members) const;
     PluginObject created(PluginObject object) const;
     QString lastError() const;
+    Failure failed(const QString& reason) const;
 
     QString m_file;
     std::unique_ptr<QLibrary> m_library;

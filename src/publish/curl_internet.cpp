@@ -50,7 +50,7 @@ bool CurlInternet::openUrl(const QString& url) {
     closeUrl();
     if (!m_isOpen)
         return fail(kWrongHandle);
-    m_http = std::make_unique<HttpDownload>(m_keepGoing);
+    m_http = std::make_unique<HttpReader>(m_keepGoing);
     const bool isOpen = m_http->open(url);
     m_lastError = m_http->lastError();
     return isOpen;

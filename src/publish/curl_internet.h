@@ -2,7 +2,7 @@
 #pragma once
 
 #include "publish/ftp_connection.h"
-#include "publish/http_download.h"
+#include "publish/http_reader.h"
 #include "publish/internet.h"
 
 namespace velloria::publish {
@@ -40,7 +40,7 @@ private:
     KeepGoing m_keepGoing;
     bool m_isOpen = false;
     std::unique_ptr<FtpConnection> m_ftp;
-    std::unique_ptr<HttpDownload> m_http;
+    std::unique_ptr<HttpReader> m_http;
     QString m_lastResponse; ///< of a connection that is closed
     int m_lastError = 0;
 };

@@ -1,12 +1,16 @@
 #include "publish/curl_run.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
 namespace velloria::publish {
 
 namespace {
 
 constexpr long kConnectTimeoutMs = 15000;
 constexpr long kReceiveTimeoutSeconds = 30;
-constexpr int kPollMs = 50;
+constexpr int kLongestPollMs = 50;
 constexpr int kPaintEveryMs = 40;
 
 bool hasLibrary() {
@@ -40,6 +44,11 @@ CURL* CurlRun::prepare() {
     curl_easy_setopt(m_easy, CURLOPT_SERVER_RESPONSE_TIMEOUT, kReceiveTimeoutSeconds);
     curl_easy_setopt(m_easy, CURLOPT_ACCEPTTIMEOUT_MS, kReceiveTimeoutSeconds * 1000);
     curl_easy_setopt(m_easy, CURLOPT_SSL_OPTIONS, long{CURLSSLOPT_NATIVE_CA});
+    // Whom to trust besides or instead is told as to other programs: the library leaves these variables alone.
+    if (const char* file = std::getenv("SSL_CERT_FILE"))
+        curl_easy_setopt(m_easy, CURLOPT_CAINFO, file);
+    if (const char* folder = std::getenv("SSL_CERT_DIR"))
+        curl_easy_setopt(m_easy, CURLOPT_CAPATH, folder);
     // A resolver that still waits must not hold up the end of a transfer that has been given up.
     curl_easy_setopt(m_easy, CURLOPT_QUICK_EXIT, 1L);
     // The library waits for a server's last word by itself; this is its only sign of life then.
@@ -58,6 +67,8 @@ CURLcode CurlRun::perform() {
 
 void CurlRun::start() {
     m_result = CURLE_OK;
+    m_caught = nullptr;
+    m_idleMs = 0;
     m_isRunning = curl_multi_add_handle(m_multi, m_easy) == CURLM_OK;
     if (!m_isRunning)
         m_result = CURLE_FAILED_INIT;
@@ -65,7 +76,11 @@ void CurlRun::start() {
 
 void CurlRun::step() {
     int running = 0;
-    curl_multi_perform(m_multi, &running);
+    if (curl_multi_perform(m_multi, &running) != CURLM_OK) {
+        stop();
+        m_result = CURLE_OUT_OF_MEMORY;
+        return;
+    }
     int left = 0;
     while (const CURLMsg* message = curl_multi_info_read(m_multi, &left)) {
         if (message->msg != CURLMSG_DONE)
@@ -73,13 +88,19 @@ void CurlRun::step() {
         m_result = message->data.result;
         curl_multi_remove_handle(m_multi, m_easy);
         m_isRunning = false;
+        throwWhatWasCaught();
         return;
     }
-    curl_multi_poll(m_multi, nullptr, 0, kPollMs, nullptr);
+    // At times the library has work left that no socket tells of, a connection for files to begin for one: it must soon
+    // be called again, and only where nothing comes of that the waits grow long.
+    int ready = 0;
+    curl_multi_poll(m_multi, nullptr, 0, m_idleMs, &ready);
+    m_idleMs = ready > 0 ? 0 : std::min(2 * m_idleMs + 1, kLongestPollMs);
     if (!wait()) {
         stop();
         m_result = CURLE_ABORTED_BY_CALLBACK;
     }
+    throwWhatWasCaught();
 }
 
 void CurlRun::stop() {
@@ -92,9 +113,19 @@ void CurlRun::stop() {
 bool CurlRun::wait() {
     if (!m_keepGoing || m_sincePainted.elapsed() < kPaintEveryMs)
         return true;
-    const bool mayGoOn = m_keepGoing();
+    bool mayGoOn = false;
+    try {
+        mayGoOn = m_keepGoing();
+    } catch (...) {
+        m_caught = std::current_exception();
+    }
     m_sincePainted.restart();
     return mayGoOn;
+}
+
+void CurlRun::throwWhatWasCaught() {
+    if (m_caught)
+        std::rethrow_exception(std::exchange(m_caught, nullptr));
 }
 
 int CurlRun::progressed(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {

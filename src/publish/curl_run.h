@@ -6,6 +6,7 @@
 
 #include <curl/curl.h>
 
+#include <exception>
 #include <functional>
 
 namespace velloria::publish {
@@ -27,7 +28,8 @@ public:
 
     /// The handle with what every transfer has in common, forgetting the last one's options.
     CURL* prepare();
-    /// Runs what has been prepared to its end.
+    /// Runs what has been prepared to its end. What the caller's function throws comes out here and in step, behind the
+    /// end of the transfer.
     CURLcode perform();
 
     /// The same in pieces: start, then step while isRunning, then result.
@@ -41,6 +43,7 @@ public:
 
 private:
     bool wait();
+    void throwWhatWasCaught();
     static int progressed(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
 
     KeepGoing m_keepGoing;
@@ -48,6 +51,8 @@ private:
     CURLM* m_multi = nullptr;
     CURL* m_easy = nullptr;
     bool m_isRunning = false;
+    std::exception_ptr m_caught; ///< what the caller's function has thrown: nothing may fly through the library
+    int m_idleMs = 0;            ///< how long the next wait for the server may take
     CURLcode m_result = CURLE_OK;
 };
 

@@ -7,6 +7,8 @@
 
 #include <QUrl>
 
+#include <new>
+
 #ifdef _WIN32
 #include <winsock2.h>
 #include <ws2tcpip.h>
@@ -24,6 +26,8 @@ namespace {
 constexpr long kNeverTooOld = 86400; // seconds: a question to the user may stand open between two commands
 constexpr int kControlPort = 21;
 
+using CurlList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
+
 int portOf(const sockaddr& address) {
     if (address.sa_family == AF_INET)
         return ntohs(reinterpret_cast<const sockaddr_in&>(address).sin_port);
@@ -35,6 +39,12 @@ int portOf(const sockaddr& address) {
 size_t readSource(char* buffer, size_t size, size_t count, void* source) {
     const qint64 got = static_cast<UploadSource*>(source)->read(buffer, qint64(size * count));
     return got < 0 ? CURL_READFUNC_ABORT : size_t(got);
+}
+
+/// Whether it was the connection for commands that broke off, and not that of a file, which is written to behind a
+/// preliminary reply. Where the server has told why, its words count.
+bool endsConnection(CURLcode result, int lastReply) {
+    return lastReply < 400 && (result == CURLE_RECV_ERROR || (result == CURLE_SEND_ERROR && lastReply / 100 != 1));
 }
 
 size_t swallow(char*, size_t size, size_t count, void*) {
@@ -75,6 +85,8 @@ bool FtpConnection::open(const FtpLogin& login) {
     const bool isWelcome = command("NOOP") || m_replies.codeOf("NOOP") >= 500;
     const int number = m_lastError;
     m_isOpen = m_replies.codeOf("NOOP") != 0;
+    // In active mode the library would send the files of an encrypted connection in clear.
+    m_isPassive = m_isPassive || m_replies.codeOf("AUTH") / 100 == 2;
     if (!isWelcome) {
         close();
         return fail(number);
@@ -109,15 +121,18 @@ void FtpConnection::close() {
         return;
     // Asked here and not left to the library, which would wait for the answer without a sign of life.
     CURL* easy = prepare({});
-    curl_slist* quit = curl_slist_append(nullptr, "*QUIT");
-    curl_easy_setopt(easy, CURLOPT_QUOTE, quit);
+    const CurlList quit(curl_slist_append(nullptr, "*QUIT"), &curl_slist_free_all);
+    curl_easy_setopt(easy, CURLOPT_QUOTE, quit.get());
     curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
     curl_easy_setopt(easy, CURLOPT_SERVER_RESPONSE_TIMEOUT, 2L);
     m_isOpen = true;
-    m_run.perform();
+    try {
+        m_run.perform();
+    } catch (...) { // what was painting meanwhile; a farewell may stand behind another failure
+        m_isLost = true;
+    }
     m_isOpen = false;
-    curl_slist_free_all(quit);
 }
 
 /// What all operations share. An empty name stands for the current directory.
@@ -149,6 +164,9 @@ CURL* FtpConnection::prepare(const QByteArray& name) {
         const auto level = m_tls == Tls::Required ? CURLUSESSL_ALL : CURLUSESSL_TRY;
         curl_easy_setopt(easy, CURLOPT_USE_SSL, long{level});
         curl_easy_setopt(easy, CURLOPT_FTPSSLAUTH, long{CURLFTPAUTH_TLS});
+        // Many servers refuse a file whose connection does not resume the encryption of this one, which the library
+        // does for no more than one file with TLS 1.3.
+        curl_easy_setopt(easy, CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2} | CURL_SSLVERSION_MAX_TLSv1_2);
     }
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &swallow);
     curl_easy_setopt(easy, CURLOPT_VERBOSE, 1L);
@@ -164,6 +182,7 @@ bool FtpConnection::run() {
         return fail(kConnectionAborted);
     m_lastError = 0;
     const CURLcode result = m_run.perform();
+    m_isLost = m_isLost || (m_isOpen && endsConnection(result, m_replies.lastCode()));
     if (m_isLost)
         return fail(kConnectionAborted);
     return result == CURLE_OK || fail(internetNumber(result, m_replies.lastCode()));
@@ -182,20 +201,21 @@ bool FtpConnection::namedCommand(const char* verb, const QString& name) {
 /// One command on the control connection. The asterisk keeps the library from dropping the connection on a refusal.
 bool FtpConnection::command(const QByteArray& line) {
     CURL* easy = prepare({});
-    curl_slist* quote = curl_slist_append(nullptr, ("*" + line).constData());
-    curl_easy_setopt(easy, CURLOPT_QUOTE, quote);
+    const CurlList quote(curl_slist_append(nullptr, ("*" + line).constData()), &curl_slist_free_all);
+    curl_easy_setopt(easy, CURLOPT_QUOTE, quote.get());
     curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
-    const bool ran = run();
-    curl_slist_free_all(quote);
-    return ran && (succeeded() || fail(kExtendedError));
+    return run() && (succeeded() || fail(kExtendedError));
 }
 
 int FtpConnection::traced(CURL*, curl_infotype type, char* data, size_t size, void* self) {
     FtpReplies& replies = static_cast<FtpConnection*>(self)->m_replies;
-    if (type == CURLINFO_HEADER_OUT)
-        replies.sent({data, qsizetype(size)});
-    else if (type == CURLINFO_HEADER_IN)
-        replies.received({data, qsizetype(size)});
+    try {
+        if (type == CURLINFO_HEADER_OUT)
+            replies.sent({data, qsizetype(size)});
+        else if (type == CURLINFO_HEADER_IN)
+            replies.received({data, qsizetype(size)});
+    } catch (const std::bad_alloc&) { // may not fly through the library; a command without an answer has failed
+    }
     return 0;
 }
 

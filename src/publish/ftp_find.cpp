@@ -4,10 +4,14 @@
 #include "publish/internet_number.h"
 
 #include <algorithm>
+#include <new>
 
 namespace velloria::publish {
 
 namespace {
+
+constexpr long kLongestListingMs = 60000;
+constexpr int kServiceClosing = 421;
 
 /// Whether the name's line was in a listing, read piece by piece without keeping it.
 class ListingSearch {
@@ -17,7 +21,11 @@ public:
         : m_name(std::move(name)) {}
 
     static size_t receive(char* data, size_t size, size_t count, void* self) {
-        static_cast<ListingSearch*>(self)->take({data, qsizetype(size * count)});
+        try {
+            static_cast<ListingSearch*>(self)->take({data, qsizetype(size * count)});
+        } catch (const std::bad_alloc&) { // may not fly through the library
+            return 0;
+        }
         return size * count;
     }
     bool isFound() {
@@ -91,7 +99,7 @@ bool FtpConnection::findFile(const QString& name) {
         return true; // what the library asks behind it does not matter
     case 550:
         return fail(kNoMoreFiles);
-    case 421:
+    case kServiceClosing:
     case 425:
     case 426:
     case 530:
@@ -107,6 +115,7 @@ bool FtpConnection::findInList(const QByteArray& name) {
     const bool isPlain = isPlainForListing(name);
     ListingSearch search(isPlain ? QByteArray() : name);
     CURL* easy = prepare({});
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, kLongestListingMs); // one may go on and on
     const QByteArray list = isPlain ? "LIST " + name : QByteArray("LIST");
     curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, list.constData());
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &ListingSearch::receive);
@@ -132,11 +141,12 @@ bool FtpConnection::findDirectory(const QString& name) {
     return isUnknownCommand(code) && findByEntering(*wire);
 }
 
-/// Asked once a connection. A server that has no list of features has none.
+/// Asked once a connection. A server that gives no list of features has none.
 bool FtpConnection::knowsFacts() {
     if (!m_knowsFacts) {
         const bool hasList = command("FEAT");
-        if (!hasList && !isUnknownCommand(m_replies.codeOf("FEAT")))
+        const int code = m_replies.codeOf("FEAT");
+        if (!hasList && (code == 0 || code == kServiceClosing))
             return false;
         m_lastError = 0;
         m_knowsFacts = hasList && m_replies.last().toUpper().contains("\r\n MLST");

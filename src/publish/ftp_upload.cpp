@@ -21,6 +21,13 @@ void requireCountable(qsizetype rows, const QString& file) {
                                 u"サーバーのファイルは変更されていません。リストを作り直してください。"_s);
 }
 
+/// A number that is none of the three asks for encryption all the same: it is required.
+Tls tlsOf(int setting) {
+    if (setting == int(Tls::Off) || setting == int(Tls::WhenOffered))
+        return Tls(setting);
+    return Tls::Required;
+}
+
 } // namespace
 
 FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk, UploadCalls calls)
@@ -68,6 +75,7 @@ void FtpUpload::readSettings() {
     m_login.user = text(keys::kFtpId);
     m_login.password = convert::passwordFromSetting(text(keys::kFtpPass));
     m_login.isPassive = core::ReadIniIntDef(file, keys::kFtpPassive, 0) != 0;
+    m_login.tls = tlsOf(core::ReadIniIntDef(file, keys::kTls, 0));
     m_startFolder = text(keys::kFtpStartFolder);
     m_isPingWanted = core::ReadIniIntDef(file, keys::kFtpPing, 0) != 0;
 }

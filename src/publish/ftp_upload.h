@@ -74,7 +74,7 @@ private:
     /// The same, and its file on the user's disk.
     QString localFile(const core::UploadRow& row);
     /// A registered file below the folder of the last row read; one that is missing there is first copied from
-    /// `dataFolder`.
+    /// `dataFolder`. "" for a name that is none of a file in there.
     QString localPart(const QString& dataFolder, const QString& name) const;
     void showAndPump(const QString& text);
     void showAndPump(const QString& title, const QString& text);

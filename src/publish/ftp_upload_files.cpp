@@ -22,7 +22,8 @@ bool FtpUpload::deleteOldFiles() {
     m_view.setTitle(u"ファイルの削除"_s);
     for (const core::UploadRow& row : readList(u"uploadold.tmp"_s).rows) {
         take(row);
-        if (!deleteIfThere(row.name, Announce::No))
+        // A row that someone has cut names nothing, and must not end every run from now on.
+        if (!row.name.isEmpty() && !deleteIfThere(row.name, Announce::No))
             return false;
     }
     return true;

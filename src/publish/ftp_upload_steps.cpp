@@ -46,6 +46,8 @@ QString FtpUpload::localFile(const core::UploadRow& row) {
 }
 
 QString FtpUpload::localPart(const QString& dataFolder, const QString& name) const {
+    if (core::GetFileName(name) != name)
+        return {}; // it would lead out of the folder
     const QString folder = platform::existingPath(m_lastFolder + u"DiaryParts"_s);
     const QString part = folder + core::nativeSeparator() + name;
     // Saving the site copies the files of its month alone: one of another month is still in the data folder only.

@@ -24,7 +24,7 @@ struct FtpLogin {
 /// Each call blocks until it is done. One that fails returns false and leaves its number in `lastError`, which the next
 /// call changes. Names are bare ones within the connection's current directory; one that can't travel to the letter (a
 /// line end in it, a character that the code page lacks) fails with 12005 before anything is sent. A lost connection is
-/// not made again: all behind it fails with 12030.
+/// not made again: the call that finds it lost and all behind it fail with 12030.
 class Internet {
 public:
     virtual ~Internet() = default;

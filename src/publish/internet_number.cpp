@@ -17,6 +17,8 @@ int internetNumber(CURLcode result, int lastReply) {
         return kNoMoreFiles;
     case CURLE_FTP_ACCEPT_TIMEOUT:
         return kTimeout;
+    case CURLE_USE_SSL_FAILED:
+        return kNotSecure; // the server's words would not say that encryption is what it lacks
     case CURLE_OPERATION_TIMEDOUT:
         if (lastReply != kServiceClosing)
             return kTimeout;
@@ -41,7 +43,6 @@ int internetNumber(CURLcode result, int lastReply) {
         return kNameNotResolved;
     case CURLE_COULDNT_CONNECT:
     case CURLE_SSL_CONNECT_ERROR:
-    case CURLE_USE_SSL_FAILED:
         return kCannotConnect;
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CACERT_BADFILE:

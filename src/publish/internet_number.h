@@ -22,6 +22,7 @@ inline constexpr int kCannotConnect = 12029;
 inline constexpr int kConnectionAborted = 12030;
 inline constexpr int kConnectionReset = 12031;
 inline constexpr int kUntrustedCertificate = 12045;
+inline constexpr int kNotSecure = 12171;
 
 /// `lastReply` is the code of the last FTP reply of the transfer, 0 when there was none. A refusal of the server is
 /// kExtendedError, whatever the library makes of it. 0 for a transfer that went well.

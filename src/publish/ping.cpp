@@ -18,14 +18,15 @@ void Ping::MnuPING() const {
     const platform::Plugin plugin(m_session.MyPath + u"Chimer.dll"_s);
     const velloria_ping& ping = plugin.ping();
     const platform::PluginHost host(m_desk);
-    const platform::PluginObject object = plugin.create(ping, host);
-
-    plugin.check(ping.set_pop_up(object.get(), false));
-    const QByteArray servers = QString(m_session.UserPath + u"PINGList.csv"_s).toUtf8();
-    plugin.check(ping.set_ping_list_file(object.get(), servers.constData()));
-    plugin.check(ping.set_blog_url(object.get(), url.toUtf8().constData()));
-    plugin.check(ping.set_blog_name(object.get(), name.toUtf8().constData()));
-    plugin.check(ping.pings_execute(object.get()));
+    plugin.guarded([&] {
+        const platform::PluginObject object = plugin.create(ping, host);
+        plugin.check(ping.set_pop_up(object.get(), false));
+        const QByteArray servers = QString(m_session.UserPath + u"PINGList.csv"_s).toUtf8();
+        plugin.check(ping.set_ping_list_file(object.get(), servers.constData()));
+        plugin.check(ping.set_blog_url(object.get(), url.toUtf8().constData()));
+        plugin.check(ping.set_blog_name(object.get(), name.toUtf8().constData()));
+        plugin.check(ping.pings_execute(object.get()));
+    });
 }
 
 } // namespace velloria::publish

@@ -30,9 +30,14 @@ void ProgressView::setBar(int value, int max) {
     m_window.max = max;
 }
 
-void ProgressView::allowClosing() {
-    m_window.mayBeClosed = true;
+void ProgressView::allowOk() {
+    m_window.isOkEnabled = true;
     show();
+}
+
+void ProgressView::allowClosing() {
+    m_window.isFrameEnabled = true;
+    allowOk();
 }
 
 void ProgressView::close() {

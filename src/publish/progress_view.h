@@ -20,6 +20,8 @@ public:
     void setBarValue(int value) { m_window.value = value; }
     /// From now on OK and the frame close the window.
     void allowClosing();
+    /// The same for OK alone.
+    void allowOk();
     void close();
 
     const QString& text() const { return m_window.text; }

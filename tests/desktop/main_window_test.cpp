@@ -67,11 +67,11 @@ TEST_F(MainWindow, IsEnglishForEnglishAlone) {
 }
 
 TEST_F(MainWindow, NamesACommandThatIsNotThereYet) {
-    press(u"MnuUpdateCheck"_s);
-    EXPECT_EQ(boxes(), QStringList{u"plain: 「アップデートチェック」はまだ使えません。"_s});
+    press(u"MnuOptimize"_s);
+    EXPECT_EQ(boxes(), QStringList{u"plain: 「データベースの最適化」はまだ使えません。"_s});
     setLanguage(u"English"_s);
-    press(u"MnuUpdateCheck"_s);
-    EXPECT_EQ(boxes().last(), u"plain: 「UpdateCheck」はまだ使えません。"_s);
+    press(u"MnuOptimize"_s);
+    EXPECT_EQ(boxes().last(), u"plain: 「Optimize Database」はまだ使えません。"_s);
 }
 
 TEST_F(MainWindow, SaveHtmlWithoutATargetAsksForOne) {

@@ -4,7 +4,6 @@
 #include "desktop/command.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "publish/forms/frmProgress.h"
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/StartForm.h"
@@ -15,7 +14,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
-#include <QtTest/qtestspontaneevent.h>
 
 using namespace Qt::StringLiterals;
 
@@ -291,26 +289,6 @@ TEST_F(DesktopEnd, OfTheMachineKeepsTheDraftAndAsksNobody) {
     EXPECT_EQ(boxes(), QStringList());
     EXPECT_TRUE(exists(session.UserPath + u"draft.json"_s));
     EXPECT_EQ(modeOf(session.UserPath + u"draft.json"_s), 0600U);
-}
-
-TEST_F(DesktopEnd, TheProgressWindowStaysUntilItWasRead) {
-    showTop();
-    auto& progress = context.windows.get<publish::frmProgress>();
-    progress.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&progress));
-    QCloseEvent frameRequest;
-    QSpontaneKeyEvent::setSpontaneous(&frameRequest);
-    qApp->notify(&progress, &frameRequest); // sendEvent would make it one of the program's
-    EXPECT_FALSE(frameRequest.isAccepted());
-    EXPECT_TRUE(progress.isVisible());
-    progress.setProgress(12, 3);
-    EXPECT_EQ(control<QProgressBar>(progress, u"ProgressBar1"_s).value(), 3);
-    control<QPushButton>(progress, u"Btn_OK"_s).click();
-    settle();
-    EXPECT_EQ(context.windows.find<publish::frmProgress>(), nullptr);
-    context.windows.get<publish::frmProgress>().show();
-    top().close();
-    EXPECT_EQ(context.windows.find<publish::frmProgress>(), nullptr);
 }
 
 TEST(RunCommand, TellsWhatItCaughtAndLetsNothingThrough) {

@@ -36,7 +36,7 @@ TEST_F(Plugin, WritesAPageAboutTheDiaryUnlessItRefuses) {
     const QByteArray page = path(u"result.htm"_s).toUtf8();
     EXPECT_FALSE(plugin.check(information.set_paths("/refused/diary.mdb", page.constData())));
     EXPECT_TRUE(plugin.check(information.set_paths("/diary.mdb", page.constData())));
-    information.run();
+    EXPECT_TRUE(plugin.check(information.run()));
     EXPECT_EQ(bytesOf(path(u"result.htm"_s)), "<HTML>");
 }
 

@@ -255,6 +255,19 @@ TEST_F(FtpUploadFailure, AFileThatIsNowhereIsTheFailureOfItsRow) {
     EXPECT_EQ(uploaded(), u"a.gif 0"_s);
 }
 
+TEST_F(FtpUploadFailure, ARegisteredNameLeadsOutOfNoFolder) {
+    addPage(u"index.htm"_s);
+    QDir().mkpath(session.FilePath + u"DiaryParts/sub"_s);
+    writeFile(session.FilePath + u"DiaryParts/sub/a.gif"_s, "secret");
+    writeFile(session.FilePath + u"secret"_s, "secret");
+    for (const QString& name : {u"../secret"_s, u"sub/a.gif"_s, u"..\\secret"_s}) {
+        addRow(name);
+        EXPECT_TRUE(run().reason.endsWith(name + u":その他のエラー(&H2))"_s)) << name.toStdString();
+        EXPECT_FALSE(server.files().values().contains("secret"));
+        sql(u"DELETE FROM FileDB"_s);
+    }
+}
+
 // The folders: their routines tell why in a box, the window tells which.
 
 TEST_F(FtpUploadFailure, AFolderIsNotEntered) {

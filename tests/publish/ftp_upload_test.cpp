@@ -371,6 +371,13 @@ TEST_F(FtpUpload, AListThatChangesMeanwhileIsNotTakenForTheOneThatWentUp) {
     EXPECT_EQ(core::readUploadList(list(u"uploadlog.tmp"_s)).size(), 2U);
 }
 
+TEST_F(FtpUpload, ARowWithoutANameHasNothingOnTheServer) {
+    addPage(u"index.htm"_s);
+    writeFile(list(u"uploadold.tmp"_s), "/site,old.htm\r\n\r\n/si");
+    EXPECT_TRUE(run().isDone);
+    EXPECT_EQ(lines(u"> find "_s), (QStringList{u"directory pub"_s, u"old.htm"_s}));
+}
+
 TEST_F(FtpUpload, AnEmptyListIsAListToo) {
     writeFile(list(u"upload.tmp"_s), {});
     EXPECT_TRUE(run().isDone);

@@ -78,6 +78,15 @@ TEST_F(Ping, StopsAtTheFirstCallThatFailsAndReleases) {
     }
 }
 
+TEST_F(Ping, IsOverWhenThePluginThrows) {
+    for (const QString& call : {u"create"_s, u"set_blog_url"_s, u"pings_execute"_s}) {
+        stub.set("THROWS", call);
+        const QString failure = run();
+        EXPECT_TRUE(failure.contains(u"Chimer.dll"_s) && failure.contains(u"the stub throws"_s)) << call.toStdString();
+    }
+    EXPECT_EQ(stub.calls().last(), u"release"_s);
+}
+
 TEST_F(Ping, TakesANoOfThePluginForDone) {
     stub.set("DENIES", u"pings_execute"_s);
     EXPECT_EQ(run(), QString());

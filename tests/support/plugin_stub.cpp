@@ -1,6 +1,7 @@
 // A plug-in for tests, with every part: version 1.2.3. What it does is told by environment variables:
 //   VELLORIA_PLUGIN_LOG    file to which each call of an object is added, a line each with its arguments
 //   VELLORIA_PLUGIN_FAILS  name of the call that fails with "the stub fails"
+//   VELLORIA_PLUGIN_THROWS name of the call that breaks the contract by throwing "the stub throws"
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
 //   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute" or "words": what it does not have
 //   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers
@@ -11,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -33,6 +35,8 @@ void log(const std::string& line) {
 
 int32_t result(const char* call) {
     g_error.clear();
+    if (isSet("VELLORIA_PLUGIN_THROWS", call))
+        throw std::runtime_error("the stub throws");
     if (isSet("VELLORIA_PLUGIN_FAILS", call)) {
         g_error = "the stub fails";
         return -1;
@@ -78,10 +82,11 @@ int32_t pingsExecute(void* object) {
     return called("pings_execute");
 }
 
-const velloria_information kInformation{[] { return int32_t(1); }, [] { return int32_t(2); },
-                                        [] { return int32_t(3); }};
+const velloria_information kInformation{sizeof(velloria_information), [] { return int32_t(1); },
+                                        [] { return int32_t(2); }, [] { return int32_t(3); }};
 
-const velloria_diary_information kDiary{[](const char* database, const char* page) {
+const velloria_diary_information kDiary{sizeof(velloria_diary_information),
+                                        [](const char* database, const char* page) {
                                             g_page = page;
                                             if (std::strstr(database, "broken")) {
                                                 g_error = "the diary is broken";
@@ -94,6 +99,7 @@ const velloria_diary_information kDiary{[](const char* database, const char* pag
                                                 std::fputs("<HTML>", file);
                                                 std::fclose(file);
                                             }
+                                            return called("run");
                                         }};
 
 velloria_ping g_ping{

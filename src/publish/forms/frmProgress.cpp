@@ -4,34 +4,52 @@
 #include "ui_frmProgress.h"
 
 #include <QCloseEvent>
+#include <QLayout>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace velloria::publish {
 
 frmProgress::frmProgress(desktop::Context& context)
     : QWidget(&context.windows.get<shell::MDIFormTop>(), Qt::Window)
-    , m_context(context)
     , ui(std::make_unique<Ui::frmProgress>()) {
     ui->setupUi(this);
     setWindowIcon(parentWidget()->windowIcon());
     setAttribute(Qt::WA_QuitOnClose, false);
+    // Room for the longest message, so that the window does not change its size from file to file.
+    constexpr int kLines = 4;
+    ui->txtText->setMinimumHeight(kLines * ui->txtText->fontMetrics().lineSpacing());
     connect(ui->Btn_OK, &QPushButton::clicked, this, &frmProgress::Btn_OK_Click);
 }
 
 frmProgress::~frmProgress() = default;
 
-void frmProgress::setTitle(const QString& title) {
-    ui->txtTitle->setText(title);
+void frmProgress::display(const platform::ProgressWindow& shown) {
+    setWindowTitle(shown.caption);
+    ui->txtTitle->setText(shown.title);
+    ui->txtText->setText(QString(shown.text).replace(u"\r\n"_s, u"\n"_s));
+    const int max = std::max(1, shown.max); // 0 would be the bar of work without an end
+    ui->ProgressBar1->setMaximum(max);
+    ui->ProgressBar1->setValue(std::clamp(shown.value, 0, max));
+    ui->Btn_OK->setEnabled(shown.isOkEnabled);
+    EnableBatsuBtn = shown.isFrameEnabled;
+    if (!isVisible()) {
+        adjustSize();
+        move(parentWidget()->frameGeometry().center() - rect().center());
+        show();
+    }
+    growToText();
+    repaint();
 }
 
-void frmProgress::setText(const QString& text) {
-    ui->txtText->setText(text);
-}
-
-void frmProgress::setProgress(int value, int max) {
-    ui->ProgressBar1->setMaximum(std::max(1, max)); // 0 would be the bar of work without an end
-    ui->ProgressBar1->setValue(std::clamp(value, 0, std::max(1, max)));
+/// A long name takes more lines.
+void frmProgress::growToText() {
+    layout()->activate();
+    const int needed = layout()->totalHeightForWidth(width());
+    if (needed > height())
+        resize(width(), needed);
 }
 
 void frmProgress::Btn_OK_Click() {
@@ -41,12 +59,7 @@ void frmProgress::Btn_OK_Click() {
 
 void frmProgress::closeEvent(QCloseEvent* event) {
     // The user's request alone: a refusal to the program would also stop the end of the session.
-    if (event->spontaneous() && !EnableBatsuBtn) {
-        event->ignore();
-        return;
-    }
-    event->accept();
-    deleteLater(); // unloaded: the next use finds a window as new
+    event->setAccepted(EnableBatsuBtn || !event->spontaneous());
 }
 
 } // namespace velloria::publish

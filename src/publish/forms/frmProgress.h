@@ -23,18 +23,17 @@ public:
 
     bool EnableBatsuBtn = false;
 
-    void setTitle(const QString& title);
-    void setText(const QString& text);
-    /// A value above `max` shows a full bar, a `max` of 0 an empty one.
-    void setProgress(int value, int max);
+    /// Shows all of this at once, in the middle of the main window when it was not on the screen. It is drawn when this
+    /// returns.
+    void display(const platform::ProgressWindow& shown);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void Btn_OK_Click();
+    void growToText();
 
-    desktop::Context& m_context;
     std::unique_ptr<Ui::frmProgress> ui;
 };
 

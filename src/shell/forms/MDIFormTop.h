@@ -17,6 +17,10 @@
 class QLabel;
 class QMenu;
 
+namespace velloria::publish {
+struct UpdateCalls;
+}
+
 namespace velloria::shell {
 
 class MDIFormTop : public QMainWindow {
@@ -76,6 +80,7 @@ private:
     void connectFileCommands();
     void connectDiaryCommands();
     void connectToolCommands();
+    void connectNetworkCommands();
     void connectWindowCommands();
     void connectPopUpCommands();
     void onCommand(const QString& name, std::function<void()> action);
@@ -91,6 +96,12 @@ private:
     void reloadAddresses();
     void reloadWords();
     void importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&, editor::ParagraphTags));
+    bool paintWhileWaiting();
+    void FTP_Execute();
+    void MnuPING();
+    void MnuUpdateCheck();
+    void MnuVellUpdater();
+    publish::UpdateCalls updateCalls();
     void mnuVellMemo();
     void MnuVellInfo();
     void showVersion(const QString& fileName);

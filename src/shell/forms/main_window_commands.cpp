@@ -16,7 +16,6 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/plugin.h"
-#include "publish/ping.h"
 #include "shell/forms/arrangement.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmDeleteImportDiary.h"
@@ -44,6 +43,7 @@ void MDIFormTop::connectCommands() {
     connectFileCommands();
     connectDiaryCommands();
     connectToolCommands();
+    connectNetworkCommands();
     connectWindowCommands();
     connectPopUpCommands();
 }
@@ -92,7 +92,6 @@ void MDIFormTop::offerDraft() {
 
 void MDIFormTop::connectToolCommands() {
     onCommand(u"mnuVellMemo"_s, [this] { mnuVellMemo(); });
-    onCommand(u"MnuPING"_s, [this] { publish::Ping(m_context.session, m_context.desk).MnuPING(); });
     onCommand(u"ResistLogs"_s, [this] { m_context.windows.get<editor::frmResistLogs>().showWindow(); });
     onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<editor::frmResistFiles>().showWindow(); });
     onCommand(u"MnuVellInfo"_s, [this] { MnuVellInfo(); });
@@ -229,7 +228,7 @@ void MDIFormTop::MnuVellInfo() {
     const velloria_diary_information& information = plugin.diaryInformation();
     const QByteArray database = m_context.session.databaseFile().toUtf8();
     if (plugin.check(information.set_paths(database.constData(), page.toUtf8().constData())))
-        information.run();
+        plugin.check(information.run());
     else
         m_context.desk.message(MessageKind::Critical, u"パスのエラーです"_s);
     m_context.desk.navigate(page);

@@ -133,6 +133,10 @@ void MDIFormTop::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (m_isClosing)
         return; // a box of the question below is open
+    if (m_context.runs.isAnyRunning()) {
+        m_context.runs.endForClosing(*this);
+        return;
+    }
     m_isClosing = true;
     const auto* contents = m_context.windows.find<editor::frmContents>();
     const bool mayClose = !contents || m_context.windows.get<editor::frmContents>().confirmClose();

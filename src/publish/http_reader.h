@@ -9,11 +9,11 @@ namespace velloria::publish {
 
 /// Past all caches, redirections followed to other pages of the web only, certificates checked. No more is held than
 /// what the network delivers between two blocks.
-class HttpDownload {
+class HttpReader {
 public:
-    explicit HttpDownload(KeepGoing keepGoing)
+    explicit HttpReader(KeepGoing keepGoing)
         : m_run(std::move(keepGoing)) {}
-    ~HttpDownload() { close(); }
+    ~HttpReader() { close(); }
 
     /// True once the server has begun to answer. An answer that is a refusal has no bytes.
     bool open(const QString& url);

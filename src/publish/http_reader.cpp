@@ -1,4 +1,4 @@
-#include "publish/http_download.h"
+#include "publish/http_reader.h"
 
 #include "publish/internet_number.h"
 #include "publish/proxy.h"
@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +34,7 @@ curl_slist* uncached() {
 
 } // namespace
 
-bool HttpDownload::open(const QString& text) {
+bool HttpReader::open(const QString& text) {
     close();
     if (!m_run.isReady())
         return fail(kInternalError);
@@ -54,9 +55,9 @@ bool HttpDownload::open(const QString& text) {
     curl_easy_setopt(easy, CURLOPT_MAXREDIRS, kMostRedirections);
     if (const auto proxy = proxyFor(url))
         curl_easy_setopt(easy, CURLOPT_PROXY, proxy->constData());
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpDownload::header);
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpReader::header);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpDownload::body);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpReader::body);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
     m_easy = easy;
     m_run.start();
@@ -70,7 +71,7 @@ bool HttpDownload::open(const QString& text) {
     return fail(number);
 }
 
-QByteArray HttpDownload::read() {
+QByteArray HttpReader::read() {
     m_lastError = 0;
     while (m_run.isRunning() && m_waiting.size() < kBlock)
         m_run.step();
@@ -81,32 +82,36 @@ QByteArray HttpDownload::read() {
     return block;
 }
 
-void HttpDownload::close() {
+void HttpReader::close() {
     m_run.stop();
     m_waiting.clear();
     m_isAnswered = false;
     m_lastError = 0;
 }
 
-bool HttpDownload::fail(int number) {
+bool HttpReader::fail(int number) {
     m_lastError = number;
     return false;
 }
 
-size_t HttpDownload::header(char* data, size_t size, size_t count, void* self) {
-    auto& download = *static_cast<HttpDownload*>(self);
+size_t HttpReader::header(char* data, size_t size, size_t count, void* self) {
+    auto& reader = *static_cast<HttpReader*>(self);
     const QByteArrayView line(data, qsizetype(size * count));
     // The empty line ends a head; that of a redirection or of an interim answer is not the last one.
-    const long status = statusOf(download.m_easy);
+    const long status = statusOf(reader.m_easy);
     if ((line == "\r\n" || line == "\n") && (status / 100 == 2 || status >= 400))
-        download.m_isAnswered = true;
+        reader.m_isAnswered = true;
     return size * count;
 }
 
-size_t HttpDownload::body(char* data, size_t size, size_t count, void* self) {
-    auto& download = *static_cast<HttpDownload*>(self);
-    if (statusOf(download.m_easy) < 400)
-        download.m_waiting.append(data, qsizetype(size * count));
+size_t HttpReader::body(char* data, size_t size, size_t count, void* self) {
+    auto& reader = *static_cast<HttpReader*>(self);
+    try {
+        if (statusOf(reader.m_easy) < 400)
+            reader.m_waiting.append(data, qsizetype(size * count));
+    } catch (const std::bad_alloc&) { // may not fly through the library
+        return 0;
+    }
     return size * count;
 }
 

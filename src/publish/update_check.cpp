@@ -1,0 +1,205 @@
+#include "publish/update_check.h"
+
+#include "core/keys.h"
+#include "core/text_file.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "platform/launcher.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::publish {
+namespace {
+
+namespace keys = core::keys;
+using platform::MessageKind;
+
+const QString kOffersFile = u"update.txt"_s;
+const QString kArchivesFile = u"update.lst"_s; ///< the names of the archives that were saved, one a line
+const QString kUpdater = u"VellUpdater.exe"_s;
+const QString kUpdaterCopy = u"VellUpTmp.exe"_s;
+
+} // namespace
+
+UpdateCheck::UpdateCheck(const core::Session& session, Internet& internet, platform::Desk& desk, UpdateCalls calls)
+    : m_session(session)
+    , m_internet(internet)
+    , m_desk(desk)
+    , m_calls(std::move(calls))
+    , m_download(internet, desk, m_calls.isProgramEnding) {}
+
+UpdateResult UpdateCheck::MnuUpdateCheck() {
+    if (m_calls.stopBrowser)
+        m_calls.stopBrowser();
+    m_desk.navigate(core::ReadIni(inHome(u"endpoints.ini"_s), keys::kMakerSoftware));
+    m_isLaunched = false;
+    UpdateResult result;
+    try {
+        result = check();
+    } catch (const platform::Failure& failure) {
+        if (!isProgramEnding())
+            throw;
+        m_desk.notice(u"エラー："_s + failure.line()); // a box would hold up the end
+        return {false, failure.line()};
+    }
+    if (m_isLaunched)
+        endProgram();
+    return result;
+}
+
+void UpdateCheck::MnuVellUpdater() {
+    if (updateFolder().isEmpty()) {
+        tellNoOffer();
+        enableUpdater(false);
+        return;
+    }
+    // In the working folder, unlike the version that the check writes.
+    core::WriteIni(kOffersFile, keys::kRunningVersion, core::kProgramVersion.text());
+    if (launch())
+        endProgram();
+}
+
+UpdateResult UpdateCheck::check() {
+    const auto ending = qScopeGuard([this] {
+        m_internet.closeSession();
+        m_desk.pointer(platform::Pointer::Default);
+    });
+    auto withoutUpdater = qScopeGuard([this] { enableUpdater(false); });
+    m_desk.pointer(platform::Pointer::Hourglass);
+    if (updateFolder().isEmpty()) { // whoever installed the program keeps it up to date
+        tellNoOffer();
+        return {true};
+    }
+    m_desk.status(u"Openning Internet"_s);
+    if (!m_internet.openSession()) {
+        m_desk.status(u"Can't connect Internet!"_s);
+        return refuse(u"インターネットに接続できませんでした。"_s);
+    }
+    if (!fetchOffers())
+        return refuse(u"update.txtの取得に失敗しました。"_s);
+    const std::optional<Offer> offer = readOffer();
+    if (!offer) {
+        tellNoOffer();
+        return {true};
+    }
+    enableUpdater(true);
+    if (!m_desk.ask(u"新しいバージョンが存在します("_s + offer->version + u")。\r\nダウンロードしますか？"_s)) {
+        withoutUpdater.dismiss(); // the updater may be started later
+        return {false, u"ダウンロードを中止しました。"_s};
+    }
+    m_desk.status(u"ダウンロード実行中..."_s);
+    if (!fetchArchive(*offer))
+        return refuse(u"ダウンロードに失敗しました。"_s);
+    withoutUpdater.dismiss();
+    return handOver();
+}
+
+bool UpdateCheck::fetchOffers() {
+    m_desk.status(u"Downloading update.txt"_s);
+    const QString file = platform::existingPath(inHome(kOffersFile));
+    return m_download.DownloadHTTP(updateFolder() + kOffersFile, file, DownloadMode::Text, ShowProgress::No) > 0;
+}
+
+/// Versions compare as plain text: "1.10.0" comes before "1.9.0".
+std::optional<UpdateCheck::Offer> UpdateCheck::readOffer() const {
+    const QString file = inHome(kOffersFile);
+    const auto version = [&](QLatin1StringView section, QLatin1StringView key) {
+        return core::TrimNull(core::ReadIniDef(file, section, key, u"1.6.0"_s));
+    };
+    const auto offerOf = [&](QLatin1StringView section) {
+        return Offer{version(section, keys::kOfferVersion),
+                     core::TrimNull(core::ReadIni(file, section, keys::kOfferUrl)),
+                     core::TrimNull(core::ReadIni(file, section, keys::kOfferFileName))};
+    };
+    core::WriteIni(file, keys::kRunningVersion, core::kProgramVersion.text());
+    const QString running = version(keys::kRunningVersion.section, keys::kRunningVersion.name);
+    const Offer patch = offerOf(keys::kPatch);
+    if (patch.version > running && running > version(keys::kPatch, keys::kOfferRequiredVersion))
+        return patch;
+    const Offer release = offerOf(keys::kRelease);
+    return release.version > running ? std::optional(release) : std::nullopt;
+}
+
+bool UpdateCheck::fetchArchive(const Offer& offer) {
+    if (!mayBeSaved(offer.fileName))
+        return false;
+    if (m_download.DownloadHTTP(offer.url, inHome(offer.fileName), DownloadMode::Binary, ShowProgress::Yes) == 0)
+        return false;
+    rememberArchive(offer.fileName);
+    return true;
+}
+
+/// The name comes from the net: it must not lead out of the folder, nor to anything but an earlier archive.
+bool UpdateCheck::mayBeSaved(const QString& fileName) const {
+    if (fileName.isEmpty() || fileName.contains(u'/') || fileName.contains(u'\\') || fileName.contains(u".."_s) ||
+        fileName.compare(kArchivesFile, Qt::CaseInsensitive) == 0)
+        return false;
+    const QFileInfo there(platform::existingPath(inHome(fileName)));
+    return (!there.exists() && !there.isSymLink()) ||
+           core::readLines(inHome(kArchivesFile)).contains(there.fileName(), Qt::CaseInsensitive);
+}
+
+void UpdateCheck::rememberArchive(const QString& fileName) const {
+    QStringList archives = core::readLines(inHome(kArchivesFile));
+    if (!archives.contains(fileName))
+        core::writeLines(inHome(kArchivesFile), archives << fileName);
+}
+
+UpdateResult UpdateCheck::handOver() {
+    m_desk.message(MessageKind::Information, u"ダウンロードが完了しました。"_s);
+    if (!platform::fileExists(inHome(kUpdater)))
+        return refuse(u"Velloria Updaterが見つかりません。"_s);
+    if (!m_desk.ask(u"VelloriaUpdaterを起動しますか？\r\n(Velloriaは終了します。)"_s))
+        return {true};
+    m_isLaunched = launch();
+    return m_isLaunched ? UpdateResult{true} : UpdateResult{false, u"「UNLHA32.DLL」が存在しません。"_s};
+}
+
+/// True when the updater runs. It runs as a copy, so that it can replace its own file.
+bool UpdateCheck::launch() {
+    QString library;
+    if (!platform::FindOnSearchPath(m_session.MyPath, u"UnLHA32.DLL"_s, library)) {
+        m_desk.message(MessageKind::Critical,
+                       u"「UNLHA32.DLL」が存在しません。\r\nインストール後、再度実行してください。"_s);
+        return false;
+    }
+    constexpr unsigned kExecutable = 0777;
+    platform::removeFile(platform::existingPath(inHome(kUpdaterCopy)));
+    platform::copyFile(platform::existingPath(inHome(kUpdater)), inHome(kUpdaterCopy), kExecutable);
+    if (!platform::cExecute(m_session.MyPath).ShellX(kUpdaterCopy, platform::Wait::No))
+        throw platform::Failure(u"Velloria Updaterを起動できません。"_s, inHome(kUpdaterCopy), {},
+                                u"Velloriaは変更されていません。実行できるファイルか確認してください。"_s);
+    return true;
+}
+
+void UpdateCheck::tellNoOffer() {
+    m_desk.status(u"Sorry,New Version is not released!"_s);
+    m_desk.message(MessageKind::Information, u"確認しましたが、新しいバージョンはありませんでした。"_s);
+}
+
+UpdateResult UpdateCheck::refuse(const QString& text) {
+    m_desk.message(MessageKind::Critical, text);
+    const QString& error = m_download.networkError();
+    return {false, error.isEmpty() ? text : text + u' ' + error};
+}
+
+QString UpdateCheck::updateFolder() const {
+    const QString folder = core::ReadIni(inHome(u"endpoints.ini"_s), keys::kMakerUpdateFolder);
+    return folder.isEmpty() || folder.endsWith(u'/') ? folder : folder + u'/';
+}
+
+void UpdateCheck::enableUpdater(bool isEnabled) const {
+    if (m_calls.enableUpdater)
+        m_calls.enableUpdater(isEnabled);
+}
+
+void UpdateCheck::endProgram() const {
+    if (m_calls.endProgram)
+        m_calls.endProgram();
+}
+
+} // namespace velloria::publish
