@@ -72,8 +72,7 @@ PluginHost::PluginHost(Desk& desk)
     : m_table{sizeof m_table, &desk, pump, message, status} {}
 
 Plugin::Plugin(const QString& file)
-    : m_file(existingPath(file))
-    , m_library(std::make_unique<QLibrary>(m_file)) {
+    : m_file(existingPath(file)) {
     const auto unusable = [this](const QString& reason) {
         return Failure(u"プラグインを使用できません。"_s, m_file, reason, reinstall());
     };
@@ -82,6 +81,8 @@ Plugin::Plugin(const QString& file)
         throw unusable(u"ファイルがありません。"_s);
     if (isCutLibrary(m_file))
         throw unusable(u"ファイルが途中で切れています。"_s);
+    // Only now: a library object that has loaded nothing breaks the end of a program that has logged nothing.
+    m_library = std::make_unique<QLibrary>(m_file);
     m_library->setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
     const auto get = reinterpret_cast<velloria_plugin_get_function>(m_library->resolve("velloria_plugin_get"));
     if (!get)

@@ -18,7 +18,9 @@ class ListingSearch {
 public:
     /// Without a name every line is a find.
     explicit ListingSearch(QByteArray name)
-        : m_name(std::move(name)) {}
+        : m_name(std::move(name)) {
+        m_line.reserve(kLongestLine);
+    }
 
     static size_t receive(char* data, size_t size, size_t count, void* self) {
         try {
@@ -49,7 +51,7 @@ private:
             m_isFound = m_isFound || m_name.isEmpty() || m_line == m_name || m_line.endsWith(" " + m_name) ||
                         m_line.contains(" " + m_name + " -> ");
         }
-        m_line.clear();
+        m_line.truncate(0); // keeps its memory: a listing may have any number of lines
     }
 
     QByteArray m_name;
