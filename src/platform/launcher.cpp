@@ -8,6 +8,9 @@
 #include <QLibraryInfo>
 #include <QProcess>
 
+#include <memory>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::platform {

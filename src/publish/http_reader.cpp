@@ -24,6 +24,14 @@ long statusOf(CURL* easy) {
     return status;
 }
 
+/// To the letter: a QUrl turns "%41" into "A", and then a signed address no longer fits its signature. Only what can't
+/// travel in a request is encoded.
+QByteArray onTheWire(const QString& text, const QUrl& url) {
+    const bool canTravel =
+        std::all_of(text.begin(), text.end(), [](QChar character) { return character > u' ' && character < u'\x7f'; });
+    return canTravel ? text.toLatin1() : url.toEncoded();
+}
+
 /// For the life of the program: the one list of headers, the same for every request.
 curl_slist* uncached() {
     static const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(
@@ -46,7 +54,7 @@ bool HttpReader::open(const QString& text) {
         return fail(kInvalidUrl);
 
     CURL* easy = m_run.prepare();
-    curl_easy_setopt(easy, CURLOPT_URL, url.toEncoded().constData());
+    curl_easy_setopt(easy, CURLOPT_URL, onTheWire(text, url).constData());
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Velloria");
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, uncached());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
@@ -63,10 +71,11 @@ bool HttpReader::open(const QString& text) {
     m_run.start();
     while (m_run.isRunning() && !m_isAnswered)
         m_run.step();
-    // An answer that was cut off behind its head is an answer; its end is found on reading.
-    if (m_isAnswered || m_run.result() == CURLE_OK)
+    // An answer that was cut off behind its head is an answer; its end is found on reading. One that was cut off within
+    // it is none, though the library takes it for a whole one.
+    if (m_isAnswered || (m_run.result() == CURLE_OK && m_isHeadWhole))
         return true;
-    const int number = internetNumber(m_run.result(), 0);
+    const int number = m_run.result() == CURLE_OK ? kConnectionAborted : internetNumber(m_run.result(), 0);
     close();
     return fail(number);
 }
@@ -86,6 +95,7 @@ void HttpReader::close() {
     m_run.stop();
     m_waiting.clear();
     m_isAnswered = false;
+    m_isHeadWhole = false;
     m_lastError = 0;
 }
 
@@ -98,14 +108,16 @@ size_t HttpReader::header(char* data, size_t size, size_t count, void* self) {
     auto& reader = *static_cast<HttpReader*>(self);
     const QByteArrayView line(data, qsizetype(size * count));
     // The empty line ends a head; that of a redirection or of an interim answer is not the last one.
+    reader.m_isHeadWhole = line == "\r\n" || line == "\n";
     const long status = statusOf(reader.m_easy);
-    if ((line == "\r\n" || line == "\n") && (status / 100 == 2 || status >= 400))
+    if (reader.m_isHeadWhole && (status / 100 == 2 || status >= 400))
         reader.m_isAnswered = true;
     return size * count;
 }
 
 size_t HttpReader::body(char* data, size_t size, size_t count, void* self) {
     auto& reader = *static_cast<HttpReader*>(self);
+    reader.m_isAnswered = true; // what comes with a redirection that is followed never gets here
     try {
         if (statusOf(reader.m_easy) < 400)
             reader.m_waiting.append(data, qsizetype(size * count));

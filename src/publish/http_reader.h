@@ -15,7 +15,7 @@ public:
         : m_run(std::move(keepGoing)) {}
     ~HttpReader() { close(); }
 
-    /// True once the server has begun to answer. An answer that is a refusal has no bytes.
+    /// True once the head of the answer is there. An answer that is a refusal has no bytes.
     bool open(const QString& url);
     /// The next 1024 bytes, fewer at the end; "" behind it and after a failure.
     QByteArray read();
@@ -25,13 +25,13 @@ public:
 
 private:
     bool fail(int number);
-    bool hasAnswer();
     static size_t header(char* data, size_t size, size_t count, void* self);
     static size_t body(char* data, size_t size, size_t count, void* self);
 
     CurlRun m_run;
     CURL* m_easy = nullptr; ///< that of m_run
     QByteArray m_waiting;
+    bool m_isHeadWhole = false; ///< the empty line behind the last head has come
     bool m_isAnswered = false;
     int m_lastError = 0;
 };

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::publish {
@@ -143,10 +145,17 @@ bool UpdateCheck::mayBeSaved(const QString& fileName) const {
            core::readLines(inHome(kArchivesFile)).contains(there.fileName(), Qt::CaseInsensitive);
 }
 
+/// An archive that is not in the list would count as the user's own file, and no later one could take its place.
 void UpdateCheck::rememberArchive(const QString& fileName) const {
     QStringList archives = core::readLines(inHome(kArchivesFile));
-    if (!archives.contains(fileName))
+    if (archives.contains(fileName))
+        return;
+    try {
         core::writeLines(inHome(kArchivesFile), archives << fileName);
+    } catch (const platform::Failure&) {
+        platform::removeFile(inHome(fileName));
+        throw;
+    }
 }
 
 UpdateResult UpdateCheck::handOver() {

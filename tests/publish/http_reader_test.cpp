@@ -100,6 +100,35 @@ TEST_F(HttpRead, ARedirectionIsFollowedAndARingIsLeft) {
     EXPECT_FALSE(internet.openUrl(address()));
 }
 
+TEST_F(HttpRead, ARedirectionWithoutATargetIsTheFileItself) {
+    server.answerWith({"HTTP/1.1 300 Multiple Choices\r\nContent-Length: 5000\r\n\r\n" + QByteArray(1500, 'x')});
+    ASSERT_TRUE(internet.openUrl(address())) << internet.lastError();
+    EXPECT_EQ(readAll(), (QList<qsizetype>{1024, 476}));
+    for (const QByteArray status : {"304 Not Modified", "302 Found"}) {
+        server.answerWith({"HTTP/1.1 " + status + "\r\nContent-Length: 0\r\n\r\n"});
+        ASSERT_TRUE(internet.openUrl(address())) << status.toStdString();
+        EXPECT_TRUE(internet.readUrl().isEmpty());
+    }
+}
+
+TEST_F(HttpRead, AHeadWithoutItsEndIsNoAnswer) {
+    for (const QByteArray head : {"HTTP/1.1 200 OK\r\nContent-Le", "HTTP/1.1 200 OK\r\n", "HTTP/1.1 404 No\r\nA: b\r\n",
+                                  "HTTP/1.1 302 Found\r\nLocation: /there\r\n", "nobody\r\n"}) {
+        server.answerWith({head});
+        EXPECT_FALSE(internet.openUrl(address())) << head.toStdString();
+        EXPECT_NE(internet.lastError(), 0) << head.toStdString();
+    }
+}
+
+TEST_F(HttpRead, AnAddressIsAskedForToTheLetter) {
+    server.answerWith({"HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx"});
+    ASSERT_TRUE(internet.openUrl(address(u"/%41%7e/x?y=%2f&key=%5A+|"_s)));
+    EXPECT_TRUE(server.request().startsWith("GET /%41%7e/x?y=%2f&key=%5A+| HTTP/1.1\r\n"))
+        << server.request().toStdString();
+    ASSERT_TRUE(internet.openUrl(address(u"/表 1"_s)));
+    EXPECT_TRUE(server.request().startsWith("GET /%E8%A1%A8%201 HTTP/1.1\r\n")) << server.request().toStdString();
+}
+
 TEST_F(HttpRead, WithoutASessionNothingIsRead) {
     internet.closeSession();
     EXPECT_FALSE(internet.openUrl(address()));

@@ -285,6 +285,20 @@ TEST_F(Update, AnEarlierArchiveIsReplacedAndKeptWhenNothingComes) {
     EXPECT_EQ(bytesOf(path(u"次.lzh"_s)), "two");
 }
 
+TEST_F(Update, AnArchiveThatCanNotBeRememberedDoesNotBarTheNextOne) {
+    offerRelease();
+    const QString list = path(u"update.lst"_s);
+    web.onClose = [&] { QDir().mkpath(list); };
+    shown.answers = {u"yes"_s};
+    EXPECT_TRUE(failureOf([&] { check(); }).contains(u"update.lst"_s));
+    EXPECT_FALSE(exists(path(u"v.lzh"_s)));
+    web.onClose = nullptr;
+    QDir().rmdir(list);
+    shown.answers = {u"yes"_s};
+    check();
+    EXPECT_EQ(bytesOf(path(u"v.lzh"_s)), "archive");
+}
+
 TEST_F(Update, WithoutTheUpdaterTheArchiveStays) {
     offerRelease();
     shown.answers = {u"yes"_s};
