@@ -7,15 +7,12 @@ For each seed a home is made, filled through the command line tool, and `site sa
 Exit code 1 on any difference.
 """
 
-import argparse
 import json
 import os
 import re
 import shutil
 import sqlite3
 import subprocess
-import sys
-import tempfile
 import xml.parsers.expat
 
 import peer_export
@@ -25,12 +22,9 @@ import peer_site
 from peer_home import Home
 from peer_text import CommandFailure, encode_page
 from random_diary import random_diary
+from seeds import Difference, in_folder_of_its_own, main
 
 COMPARED = (".htm", ".html", ".xml", ".tmp", ".txt", ".csv")
-
-
-class Difference(Exception):
-    pass
 
 
 class Trial:
@@ -200,40 +194,16 @@ def first_difference(wanted, found):
 
 
 def run_seed(options, seed):
-    """None when all files agree, otherwise what differs."""
-    with tempfile.TemporaryDirectory(prefix="velloria-peer-") as root:
-        root = os.path.realpath(root)
+    def compare(root):
+        trial = Trial(options, seed, root)
         try:
-            trial = Trial(options, seed, root)
             trial.fill()
             trial.compare_all()
-            return None
-        except (Difference, subprocess.TimeoutExpired) as difference:
-            if options.keep:
-                kept = os.path.join(options.keep, f"seed-{seed}")
-                shutil.rmtree(kept, ignore_errors=True)
-                shutil.copytree(root, kept)
-            return str(difference)
+        except subprocess.TimeoutExpired as late:
+            raise Difference(str(late)) from late
 
-
-def main():
-    parser = argparse.ArgumentParser(description="Compares the program's site with the second generator's.")
-    parser.add_argument("--cli", required=True, help="the command line tool")
-    parser.add_argument("--factory", required=True, help="folder of the factory files")
-    parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
-    parser.add_argument("--keep", help="folder for the homes of failing seeds")
-    options = parser.parse_args()
-    first, _, last = options.seeds.partition(":")
-    seeds = range(int(first), int(last or first) + 1)
-    failed = 0
-    for seed in seeds:
-        difference = run_seed(options, seed)
-        if difference:
-            failed += 1
-            print(f"seed {seed}: {difference}", flush=True)
-    print(f"{len(seeds) - failed} passed, {failed} failed")
-    sys.exit(1 if failed else 0)
+    return in_folder_of_its_own(options, seed, compare)
 
 
 if __name__ == "__main__":
-    main()
+    main("Compares the program's site with the second generator's.", run_seed)

@@ -20,9 +20,10 @@ import tempfile
 import threading
 import time
 
-from compare_sites import Difference, put_file
+from compare_sites import put_file
 from peer_text import Profile, encode_page
 from peer_update import VERSION, Page, Run
+from seeds import Difference
 
 HOST = "127.6.5.4"
 UPDATER = b'#!/bin/sh\necho ran > "${0%/*}/mark"\n'

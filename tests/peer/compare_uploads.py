@@ -6,20 +6,18 @@ Each seed has a server of its own on port 21 of an address 127.7.x.y. Compared a
 what counts as sent, the files of the site and the tree of the server. Exit code 1 on any difference.
 """
 
-import argparse
 import json
 import os
 import re
 import shutil
 import sqlite3
 import subprocess
-import sys
-import tempfile
 
-from compare_sites import Difference, put_file
+from compare_sites import put_file
 from peer_text import encode_page
 from peer_upload import ERROR_TEXTS, Remote, Run, first_event_difference, to_page
 from random_upload import RandomUpload
+from seeds import Difference, in_folder_of_its_own, main
 from upload_server import UploadServer, address_of, can_serve
 
 OPERATIONS = 60
@@ -232,43 +230,20 @@ def plain(value):
 
 
 def run_seed(options, seed):
-    """None when all agrees, otherwise what differs."""
-    with tempfile.TemporaryDirectory(prefix="velloria-peer-") as root:
-        root = os.path.realpath(root)
-        try:
-            trial = Trial(options, RandomUpload(seed), root, address_of(seed))
-            trial.fill()
-            trial.compare()
-            return None
-        except Difference as difference:
-            if options.keep:
-                kept = os.path.join(options.keep, f"seed-{seed}")
-                shutil.rmtree(kept, ignore_errors=True)
-                shutil.copytree(root, kept)
-            return str(difference)
+    def compare(root):
+        trial = Trial(options, RandomUpload(seed), root, address_of(seed))
+        trial.fill()
+        trial.compare()
+
+    return in_folder_of_its_own(options, seed, compare)
 
 
-def main():
-    parser = argparse.ArgumentParser(description="Compares the program's upload with the second one's.")
-    parser.add_argument("--cli", required=True, help="the command line tool")
-    parser.add_argument("--factory", required=True, help="folder of the factory files")
-    parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
-    parser.add_argument("--keep", help="folder for the homes of failing seeds")
-    options = parser.parse_args()
-    if not can_serve():
-        print("skipped: only the superuser may serve on port 21")
-        return
-    first, _, last = options.seeds.partition(":")
-    seeds = range(int(first), int(last or first) + 1)
-    failed = 0
-    for seed in seeds:
-        difference = run_seed(options, seed)
-        if difference:
-            failed += 1
-            print(f"seed {seed}: {difference}", flush=True)
-    print(f"{len(seeds) - failed} passed, {failed} failed")
-    sys.exit(1 if failed else 0)
+def may_serve():
+    if can_serve():
+        return True
+    print("skipped: only the superuser may serve on port 21")
+    return False
 
 
 if __name__ == "__main__":
-    main()
+    main("Compares the program's upload with the second one's.", run_seed, may_serve)

@@ -1,0 +1,48 @@
+"""The command line of a comparison over random seeds, and its way through them."""
+
+import argparse
+import os
+import shutil
+import sys
+import tempfile
+
+
+class Difference(Exception):
+    """What program and second reading do not have in common."""
+
+
+def in_folder_of_its_own(options, seed, compare):
+    """None when compare(folder) finds all alike, otherwise what differs; --keep keeps the folder then."""
+    with tempfile.TemporaryDirectory(prefix="velloria-peer-") as root:
+        root = os.path.realpath(root)
+        try:
+            compare(root)
+            return None
+        except Difference as difference:
+            if options.keep:
+                kept = os.path.join(options.keep, f"seed-{seed}")
+                shutil.rmtree(kept, ignore_errors=True)
+                shutil.copytree(root, kept)
+            return str(difference)
+
+
+def main(description, run_seed, can_run=lambda: True):
+    """run_seed(options, seed) gives None or what differs. Ends the program: 1 when a seed differed."""
+    parser = argparse.ArgumentParser(description=description)
+    parser.add_argument("--cli", required=True, help="the command line tool")
+    parser.add_argument("--factory", required=True, help="folder of the factory files")
+    parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
+    parser.add_argument("--keep", help="folder for the homes of failing seeds")
+    options = parser.parse_args()
+    if not can_run():
+        return
+    first, _, last = options.seeds.partition(":")
+    seeds = range(int(first), int(last or first) + 1)
+    failed = 0
+    for seed in seeds:
+        difference = run_seed(options, seed)
+        if difference:
+            failed += 1
+            print(f"seed {seed}: {difference}", flush=True)
+    print(f"{len(seeds) - failed} passed, {failed} failed")
+    sys.exit(1 if failed else 0)
