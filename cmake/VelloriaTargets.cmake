@@ -8,6 +8,8 @@ function(velloria_options target)
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
         $<$<BOOL:${VELLORIA_WARNINGS_AS_ERRORS}>:-Werror>)
+    # With this ccache can tell a precompiled header by its contents and answers for what includes it.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
     if(VELLORIA_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all
             -fno-omit-frame-pointer)
