@@ -59,7 +59,7 @@ inline constexpr Key kFtpStartFolder{kFtp, QLatin1StringView("StartFolder")};
 inline constexpr Key kFtpPassive{kFtp, QLatin1StringView("PASV")};
 inline constexpr Key kFtpPing{kFtp, QLatin1StringView("PING")};
 inline constexpr Key kHtmlOnlyUpload{kFtp2, QLatin1StringView("HTMLOnlyUpload")};
-inline constexpr Key kTls{kFtp2, QLatin1StringView("TLS")}; ///< 0 off, 1 when offered, 2 required
+inline constexpr Key kTls{kFtp2, QLatin1StringView("TLS")}; ///< 0 or empty off, 1 when offered, all else required
 inline constexpr Key kSoundFile{kFtp2, QLatin1StringView("SoundFile")};
 
 inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};

@@ -5,6 +5,8 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 
+#include <QRegularExpression>
+
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -21,11 +23,14 @@ void requireCountable(qsizetype rows, const QString& file) {
                                 u"サーバーのファイルは変更されていません。リストを作り直してください。"_s);
 }
 
-/// A number that is none of the three asks for encryption all the same: it is required.
-Tls tlsOf(int setting) {
-    if (setting == int(Tls::Off) || setting == int(Tls::WhenOffered))
-        return Tls(setting);
-    return Tls::Required;
+/// Whoever writes "yes" or "２" means encryption as well, and must not see the password go out in clear: all but the two
+/// numbers that allow that requires it.
+Tls tlsOf(const QString& setting) {
+    static const QRegularExpression zero(u"^([+-]?0+|0x0+)?$"_s, QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression one(u"^(\\+?0*|0x0*)1$"_s, QRegularExpression::CaseInsensitiveOption);
+    if (zero.match(setting).hasMatch())
+        return Tls::Off;
+    return one.match(setting).hasMatch() ? Tls::WhenOffered : Tls::Required;
 }
 
 } // namespace
@@ -75,7 +80,7 @@ void FtpUpload::readSettings() {
     m_login.user = text(keys::kFtpId);
     m_login.password = convert::passwordFromSetting(text(keys::kFtpPass));
     m_login.isPassive = core::ReadIniIntDef(file, keys::kFtpPassive, 0) != 0;
-    m_login.tls = tlsOf(core::ReadIniIntDef(file, keys::kTls, 0));
+    m_login.tls = tlsOf(text(keys::kTls));
     m_startFolder = text(keys::kFtpStartFolder);
     m_isPingWanted = core::ReadIniIntDef(file, keys::kFtpPing, 0) != 0;
 }

@@ -30,8 +30,11 @@ bool MemoryServer::openSession() {
 }
 
 bool MemoryServer::connectFtp(const publish::FtpLogin& login) {
-    m_isFtpOpen = accepts(u"connect %1 %2 %3 %4"_s.arg(login.host, login.user, login.password,
-                                                       login.isPassive ? u"passive"_s : u"active"_s));
+    const QString mode = login.isPassive ? u"passive"_s : u"active"_s;
+    const QString tls = login.tls == publish::Tls::Off           ? u""_s
+                        : login.tls == publish::Tls::WhenOffered ? u" encrypted when offered"_s
+                                                                 : u" encrypted"_s;
+    m_isFtpOpen = accepts(u"connect %1 %2 %3 %4%5"_s.arg(login.host, login.user, login.password, mode, tls));
     m_current.clear();
     return m_isFtpOpen;
 }

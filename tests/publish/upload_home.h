@@ -11,7 +11,8 @@
 namespace velloria::tests {
 
 /// A web server that keeps its folders in memory and refuses what it is told to refuse. Its calls read like
-/// "connect ftp.example.com me secret active", "find directory pub", "put a.gif binary".
+/// "connect ftp.example.com me secret active", "find directory pub", "put a.gif binary"; a connection with encryption
+/// ends in " encrypted" or " encrypted when offered".
 class MemoryServer : public publish::Internet {
 public:
     explicit MemoryServer(QStringList& transcript)
