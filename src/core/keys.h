@@ -23,6 +23,7 @@ inline constexpr Key kSaveFileName{kAll, QLatin1StringView("SaveFileName")};
 inline constexpr Key kDBVersion{kAll, QLatin1StringView("DBVersion")};
 inline constexpr Key kClipWithHTML{kAll, QLatin1StringView("ClipWithHTML")};
 inline constexpr Key kRescue{kAll, QLatin1StringView("Rescue")};
+inline constexpr Key kPrivateFiles{kAll, QLatin1StringView("PrivateFiles")}; ///< 1: files of private entries go too
 inline constexpr Key kMenuLanguage{kAll, QLatin1StringView("MenuLanguage")};
 
 inline constexpr Key kShowStartUpForm{QLatin1StringView("Initialize"), QLatin1StringView("ShowStartUpForm")};

@@ -2,6 +2,10 @@
 
 #include <QDir>
 
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
 namespace velloria::core {
 namespace {
 
@@ -26,6 +30,14 @@ QString GetFileExt(const QString& path) {
 
 QString GetBaseName(const QString& path) {
     return path.left(path.lastIndexOf(u'.'));
+}
+
+bool isBareName(const QString& name) {
+    const bool hasControl = std::any_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < u' '; });
+    const char16_t first = name.isEmpty() ? u'\0' : char16_t(name[0].unicode() | 0x20);
+    const bool hasDrive = first >= u'a' && first <= u'z' && name.size() > 1 && name[1] == u':';
+    return !name.isEmpty() && !hasControl && !hasDrive && name != u"."_s && name != u".."_s && !name.contains(u'/') &&
+           !name.contains(u'\\');
 }
 
 QChar nativeSeparator() {

@@ -17,6 +17,11 @@ QString GetFileExt(const QString& path);
 /// Text ahead of the last ".", even one in a folder's name; the whole name when there is none.
 QString GetBaseName(const QString& path);
 
+/// Whether the text names a file in the folder that it is put behind, on any disk: it is not empty and no "." or "..",
+/// and holds no separator of either kind, no drive and no control character. A name that was stored, by whomever, is
+/// asked this before it becomes part of a path.
+bool isBareName(const QString& name);
+
 /// The separator of this platform.
 QChar nativeSeparator();
 

@@ -20,20 +20,23 @@ bool comesFirst(const QString& left, const QString& right) {
     return upperLeft == upperRight ? left < right : upperLeft < upperRight;
 }
 
-/// The name as a settings file gives it back: a wave dash, for one, has come back as another character.
-QString storedForm(const QString& name) {
-    return fromCodePage(toCodePage(name));
+constexpr QDir::Filters kEveryName = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+
+/// The name without case and as a settings file gives it back: a wave dash, for one, has come back as another
+/// character.
+QString comparableForm(const QString& name) {
+    return fromCodePage(toCodePage(name)).toCaseFolded();
 }
 
 /// The one name in `folder` that differs from `name` in case or stored form alone; "" when there is none or more than
 /// one.
 QString soleMatch(const QString& folder, const QString& name) {
-    const QString wanted = storedForm(name);
+    const QString wanted = comparableForm(name);
     QString match;
-    QDirIterator names(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    QDirIterator names(folder, kEveryName);
     while (names.hasNext()) {
         names.next();
-        if (storedForm(names.fileName()).compare(wanted, Qt::CaseInsensitive) != 0)
+        if (comparableForm(names.fileName()) != wanted)
             continue;
         if (!match.isEmpty())
             return {};
@@ -80,6 +83,40 @@ QString existingPath(const QString& path) {
 
 bool fileExists(const QString& path) {
     return !path.isEmpty() && QFileInfo(existingPath(path)).isFile();
+}
+
+FolderNames::FolderNames(QString folder)
+    : m_folder(std::move(folder)) {}
+
+QString FolderNames::path(const QString& name) const {
+    const QString exact = m_folder + name;
+    if (QFileInfo::exists(exact))
+        return exact;
+    if (!m_names) {
+        m_names.emplace();
+        QDirIterator names(m_folder, kEveryName);
+        while (names.hasNext()) {
+            names.next();
+            count(names.fileName());
+        }
+    }
+    const QString match = m_names->value(comparableForm(name));
+    return match.isEmpty() ? exact : m_folder + match;
+}
+
+bool FolderNames::hasFile(const QString& name) const {
+    return QFileInfo(path(name)).isFile();
+}
+
+void FolderNames::add(const QString& name) {
+    if (m_names)
+        count(name);
+}
+
+void FolderNames::count(const QString& name) const {
+    const QString form = comparableForm(name);
+    const auto known = m_names->constFind(form);
+    m_names->insert(form, known == m_names->cend() || *known == name ? name : QString());
 }
 
 } // namespace velloria::platform

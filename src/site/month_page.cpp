@@ -3,7 +3,6 @@
 #include "core/date_forms.h"
 #include "core/day_key.h"
 #include "core/path_names.h"
-#include "core/upload_list.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/calendar_page.h"
@@ -47,8 +46,8 @@ MonthPage::MonthPage(const core::Session& session, const store::DiaryStore& stor
     , m_clock(clock)
     , m_logs(session.databaseFile()) {}
 
-void MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind, MakeList makeList,
-                         WithPrivate withPrivate) {
+std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind,
+                                                 MakeList makeList, WithPrivate withPrivate) {
     const SiteSettings settings(m_session);
     Pages pages;
     MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
@@ -69,8 +68,11 @@ void MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind
     if (pageKind == PageKind::Current && settings.isOn(keys::general::kUseLog))
         MakeLogList(run, m_logs);
     printFoot(run);
+    const std::vector<core::UploadRow> rows = listOf(run);
+    const QString list = pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
     if (makeList == MakeList::Yes)
-        writeList(run);
+        core::writeUploadList(m_session.UserPath + list, rows);
+    return rows;
 }
 
 void MonthPage::makeFeeds(MonthRun& run) const {
@@ -169,7 +171,7 @@ void MonthPage::printFoot(MonthRun& run) const {
         run.pages.commit(run.path);
 }
 
-void MonthPage::writeList(const MonthRun& run) const {
+std::vector<core::UploadRow> MonthPage::listOf(const MonthRun& run) {
     const QString folder = core::GetParentFolder(run.path);
     const QString base = core::GetBaseName(core::GetFileName(run.path));
     std::vector<core::UploadRow> rows;
@@ -191,8 +193,7 @@ void MonthPage::writeList(const MonthRun& run) const {
         for (qsizetype i = division.diaryOnTop == 1 ? 1 : 0; i < run.days.size(); ++i)
             rows.push_back({folder, core::dayFileName(run.days[i]) + u".htm"_s});
     }
-    const QString list = run.pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
-    core::writeUploadList(m_session.UserPath + list, rows);
+    return rows;
 }
 
 } // namespace velloria::site

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/session.h"
+#include "core/upload_list.h"
 #include "platform/clock.h"
 #include "site/month_run.h"
 #include "store/diary_store.h"
@@ -18,9 +19,10 @@ public:
 
     /// Writes the month `yearMonth` ("yyyy/mm") to `path` with all that hangs on it: frames, divided pages and, for a
     /// current page, the feeds; with MakeList::Yes also the list of these files for the upload. A text that is no month
-    /// makes a log without a calendar, but no current page.
-    void MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind, MakeList makeList,
-                  WithPrivate withPrivate);
+    /// makes a log without a calendar, but no current page. Returns the rows of that list, which another run may
+    /// replace on disk at any time.
+    std::vector<core::UploadRow> MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind,
+                                          MakeList makeList, WithPrivate withPrivate);
 
 private:
     void readEntries(MonthRun& run, WithPrivate withPrivate) const;
@@ -32,7 +34,7 @@ private:
     void printCalendar(MonthRun& run, Page& page, const QDate& month) const;
     void printEntries(MonthRun& run) const;
     void printFoot(MonthRun& run) const;
-    void writeList(const MonthRun& run) const;
+    static std::vector<core::UploadRow> listOf(const MonthRun& run);
 
     const core::Session& m_session;
     const store::DiaryStore& m_store;

@@ -64,6 +64,18 @@ TEST(PathNames, AFolderGetsOneSeparatorAndNoFolderNone) {
     }
 }
 
+TEST(PathNames, ABareNameStaysInItsFolderOnEveryDisk) {
+    for (const QString& name : {u"a.gif"_s, u"日記 é.png"_s, u"...gif"_s, u"..."_s, u".a"_s, u"12:30.gif"_s,
+                                u"a..gif"_s, u"／.gif"_s, u"~"_s})
+        EXPECT_TRUE(isBareName(name)) << name.toStdString();
+    QStringList others{
+        QString(),          u""_s,     u"."_s,  u".."_s,          u"../diary.mdb"_s, u"a/b.gif"_s, u"/a"_s,   u"a/"_s,
+        u"..\\diary.mdb"_s, u"a\\b"_s, u"\\"_s, u"C:diary.mdb"_s, u"z:"_s,           u"a\nb"_s,    u"a\tb"_s, u"\r"_s};
+    others << u"a.gif"_s + QChar(0) << QString(QChar(0)) + u"a.gif"_s << u"a"_s + QChar(0x1F);
+    for (const QString& name : others)
+        EXPECT_FALSE(isBareName(name)) << name.toStdString();
+}
+
 TEST(PathNames, AFolderOfAnotherPlatformIsNotAbsolute) {
     EXPECT_TRUE(isAbsoluteFolder(QDir::rootPath()));
     EXPECT_TRUE(isAbsoluteFolder(QDir::toNativeSeparators(QDir::tempPath())));

@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
+
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +55,84 @@ TEST_F(UploadList, GrowsAndKeepsWhatStandsThere) {
     put(odd);
     appendUploadList(file, {{u"/a"_s, u"1"_s}, {u"/a"_s, u"2"_s}});
     EXPECT_EQ(bytes(), odd + "/a,1\r\n/a,2\r\n");
+}
+
+TEST_F(UploadList, TwoProgramsAppendAndNoRowIsLost) {
+    const auto appendMany = [&](const QString& who) {
+        for (int i = 0; i < 60; ++i) {
+            appendUploadList(file, {{u"/"_s + who, QString::number(i)}});
+            removeRepeatedRows(file);
+        }
+    };
+    std::thread other(appendMany, u"other"_s);
+    appendMany(u"one"_s);
+    other.join();
+    QStringList found = rows();
+    found.sort();
+    QStringList expected;
+    for (int i = 0; i < 60; ++i)
+        expected << u"/other|%1"_s.arg(i) << u"/one|%1"_s.arg(i);
+    expected.sort();
+    EXPECT_EQ(found, expected);
+}
+
+TEST_F(UploadList, KeepsTheFirstOfRepeatedRows) {
+    const QByteArray single = "/a,1\n /b , 1, more\r\n/a,2";
+    put(single);
+    removeRepeatedRows(file);
+    EXPECT_EQ(bytes(), single); // nothing was twice there
+    put("/a,1\r\n/b,1\r\n/a,1\r\n/a,2\r\n/b,1\r\n");
+    removeRepeatedRows(file);
+    EXPECT_EQ(bytes(), "/a,1\r\n/b,1\r\n/a,2\r\n");
+    platform::removeFile(file);
+    removeRepeatedRows(file);
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST_F(UploadList, IsRemovedOrBroughtBackOnlyAsLongAsNobodyElseHasChangedIt) {
+    const std::vector<UploadRow> mine{{u"/a"_s, u"1"_s}};
+    put("/other,1\r\n");
+    restoreUploadList(file, mine, "before");
+    removeUploadList(file, "/a,1\r\n");
+    EXPECT_EQ(bytes(), "/other,1\r\n");
+    writeUploadList(file, mine);
+    restoreUploadList(file, mine, "before");
+    EXPECT_EQ(bytes(), "before");
+    writeUploadList(file, mine);
+    restoreUploadList(file, mine, std::nullopt);
+    EXPECT_FALSE(QFile::exists(file));
+    put("x");
+    removeUploadList(file, "x");
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST_F(UploadList, OfAFolderFromAWindowsDiskIsTheSameInOtherCase) {
+    const QString upper = folder.filePath(u"UPLOAD.TMP"_s);
+    platform::replaceFile(upper, "/a,1\r\n", platform::Durability::Derived);
+    appendUploadList(file, {{u"/a"_s, u"2"_s}});
+    EXPECT_EQ(platform::readFile(upper), "/a,1\r\n/a,2\r\n");
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST_F(UploadList, ThatIsAFolderIsNamedAndNoEmptyOne) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"upload.tmp"_s));
+    for (const auto& change :
+         std::initializer_list<std::function<void()>>{[&] {
+                                                          writeUploadList(file, {{u"/a"_s, u"1"_s}});
+                                                      },
+                                                      [&] {
+                                                          appendUploadList(file, {{u"/a"_s, u"1"_s}});
+                                                      }}) {
+        QString named;
+        try {
+            change();
+        } catch (const platform::Failure& failure) {
+            named = failure.file();
+        }
+        EXPECT_EQ(named, file);
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+              QStringList{u"upload.tmp"_s});
 }
 
 TEST_F(UploadList, NewRowsStandBehindALastLineWithoutItsEnd) {

@@ -113,5 +113,31 @@ TEST_F(Directory, FindsANameThatASettingsFileGaveBackWithAnotherWaveDash) {
     EXPECT_EQ(existingPath(path(u"2～3/a－b.ini"_s)), path(u"2〜3/a−b.ini"_s));
 }
 
+TEST_F(Directory, ManyNamesOfOneFolderAreFoundAsEachOfThemIs) {
+    make({u"a.gif"_s, u"B.GIF"_s, u"two.gif"_s, u"TWO.GIF"_s, u"〜.gif"_s, u"Folder/"_s, u".hidden"_s});
+    const FolderNames names(folder.path() + u'/');
+    for (const QString& name : {u"a.gif"_s, u"A.gif"_s, u"b.gif"_s, u"two.gif"_s, u"Two.gif"_s, u"～.gif"_s,
+                                u"〜.gif"_s, u"folder"_s, u"FOLDER"_s, u".HIDDEN"_s, u"none.gif"_s, u"é"_s}) {
+        EXPECT_EQ(names.path(name), existingPath(path(name))) << name.toStdString();
+        EXPECT_EQ(names.hasFile(name), fileExists(path(name))) << name.toStdString();
+    }
+}
+
+TEST_F(Directory, AFileThatHasComeSinceIsToldOf) {
+    FolderNames names(folder.path() + u'/');
+    EXPECT_FALSE(names.hasFile(u"a.gif"_s));
+    make({u"A.gif"_s});
+    EXPECT_FALSE(names.hasFile(u"a.GIF"_s)); // the folder is not listed for each name
+    names.add(u"A.gif"_s);
+    names.add(u"A.gif"_s);
+    EXPECT_TRUE(names.hasFile(u"a.GIF"_s));
+    make({u"a.gif"_s});
+    names.add(u"a.gif"_s);
+    EXPECT_FALSE(names.hasFile(u"a.GIF"_s)); // two may be meant now
+    EXPECT_TRUE(names.hasFile(u"a.gif"_s));
+    const FolderNames gone(path(u"gone/"_s));
+    EXPECT_EQ(gone.path(u"x"_s), path(u"gone/x"_s));
+}
+
 } // namespace
 } // namespace velloria::tests
