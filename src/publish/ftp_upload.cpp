@@ -42,7 +42,8 @@ FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform:
     , m_calls(std::move(calls))
     , m_view(desk)
     , m_folders(internet, desk)
-    , m_files(session.databaseFile()) {}
+    , m_files(session.databaseFile())
+    , m_siteFiles(session) {}
 
 UploadResult FtpUpload::FTP_Execute() {
     try {
@@ -163,6 +164,7 @@ void FtpUpload::finish() {
     m_desk.pump(); // all is done: an end of the program takes nothing away any more
     m_view.allowClosing();
     m_desk.pointer(platform::Pointer::Default);
+    m_siteFiles.tell(m_desk);
 }
 
 void FtpUpload::SendMCICommand(const QString& command) {

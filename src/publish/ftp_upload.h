@@ -7,6 +7,7 @@
 #include "publish/internet.h"
 #include "publish/progress_view.h"
 #include "store/file_register.h"
+#include "store/site_files.h"
 
 #include <functional>
 
@@ -74,7 +75,7 @@ private:
     /// The same, and its file on the user's disk.
     QString localFile(const core::UploadRow& row);
     /// A registered file below the folder of the last row read; one that is missing there is first copied from
-    /// `dataFolder`. "" for a name that is none of a file in there.
+    /// `dataFolder`.
     QString localPart(const QString& dataFolder, const QString& name) const;
     void showAndPump(const QString& text);
     void showAndPump(const QString& title, const QString& text);
@@ -90,6 +91,7 @@ private:
     ProgressView m_view;
     FtpFolders m_folders;
     store::FileRegister m_files;
+    store::SiteFiles m_siteFiles;
 
     FtpLogin m_login;
     QString m_startFolder;

@@ -73,7 +73,8 @@ bool FtpUpload::uploadParts() {
     if (m_isHtmlOnly)
         return true;
     m_view.setTitle(u"ファイルアップロード"_s);
-    const std::vector<store::FileRow> rows = m_files.FilesToUpload(store::SiteSide::Current);
+    m_siteFiles.take(m_files.FilesSent()); // only to tell of those that would not go any more
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(store::SiteSide::Current));
     if (rows.empty()) {
         m_desk.status(u"HTMLファイル以外にアップロード対象となるファイルはありません。"_s);
         return true;
@@ -125,8 +126,7 @@ bool FtpUpload::uploadLogSide() {
     if (!uploadLogs(logs.rows) || !uploadLogParts())
         return false;
     // Logs that were listed while these went up stay listed, with the others.
-    if (listExists(u"uploadlog.tmp"_s) && readList(u"uploadlog.tmp"_s).bytes == logs.bytes)
-        platform::removeFile(listFile(u"uploadlog.tmp"_s));
+    core::removeUploadList(m_session.UserPath + u"uploadlog.tmp"_s, logs.bytes);
     return true;
 }
 
@@ -158,7 +158,7 @@ bool FtpUpload::uploadLogParts() {
         m_reason = u"HTMLファイルのみアップロードする設定では、ログのファイルを最後まで送れません。"_s;
         return false;
     }
-    const std::vector<store::FileRow> rows = m_files.FilesToUpload(store::SiteSide::Log);
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(store::SiteSide::Log));
     if (rows.empty())
         return true;
     if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_startFolder + u"DiaryLog/"_s, u"DiaryParts"_s,

@@ -29,10 +29,10 @@ bool FtpUpload::listExists(const QString& name) const {
 }
 
 FtpUpload::List FtpUpload::readList(const QString& name) const {
-    const QString file = listFile(name);
-    // The bytes first: a list that can't be read must not pass for an empty one.
-    QByteArray bytes = platform::readFile(file);
-    return {std::move(bytes), core::readUploadList(file)};
+    // Read once: another program may replace the list at any time, and what counts as sent is what these rows name.
+    QByteArray bytes = platform::readFile(listFile(name));
+    std::vector<core::UploadRow> rows = core::uploadRows(bytes);
+    return {std::move(bytes), std::move(rows)};
 }
 
 void FtpUpload::take(const core::UploadRow& row) {
@@ -46,8 +46,6 @@ QString FtpUpload::localFile(const core::UploadRow& row) {
 }
 
 QString FtpUpload::localPart(const QString& dataFolder, const QString& name) const {
-    if (core::GetFileName(name) != name)
-        return {}; // it would lead out of the folder
     const QString folder = platform::existingPath(m_lastFolder + u"DiaryParts"_s);
     const QString part = folder + core::nativeSeparator() + name;
     // Saving the site copies the files of its month alone: one of another month is still in the data folder only.

@@ -2,16 +2,12 @@
 
 #include "core/numbers.h"
 #include "core/path_names.h"
-#include "core/upload_list.h"
-#include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
-#include "platform/text_order.h"
 #include "site/calendar_dates.h"
 #include "site/month_page.h"
 #include "site/site_folder.h"
-
-#include <QSet>
+#include "site/weather.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,14 +16,12 @@ namespace {
 
 constexpr std::size_t kFilesPerProgress = 16;
 
-/// Whether the name stays in the folder that it is put behind.
-bool isFileName(const QString& name) {
-    return !name.contains(u'/') && !name.contains(core::nativeSeparator()) && !name.contains(QChar(0));
-}
+/// Below the site and below the data folder.
+constexpr QLatin1StringView kPartsOfLogs("DiaryLog/DiaryParts/");
 
 /// A log takes its file name from year and month.
 void requireFileName(const QString& name) {
-    if (!isFileName(name))
+    if (!core::isBareName(name))
         throw platform::Failure(u"ログのファイル名にできません。"_s, {}, name,
                                 u"年と月を数字で指定してください。何も作成していません。"_s);
 }
@@ -46,30 +40,43 @@ LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& st
     , m_desk(desk)
     , m_clock(clock)
     , m_files(session.databaseFile())
-    , m_logs(session.databaseFile()) {}
+    , m_logs(session.databaseFile())
+    , m_ownSiteFiles(session)
+    , m_siteFiles(*m_ownSiteFiles) {}
+
+LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+                       const platform::Clock& clock, store::SiteFiles& siteFiles)
+    : m_session(session)
+    , m_store(store)
+    , m_desk(desk)
+    , m_clock(clock)
+    , m_files(session.databaseFile())
+    , m_logs(session.databaseFile())
+    , m_siteFiles(siteFiles) {}
 
 void LogArchive::save(const QString& year, const QString& typedMonth, const std::function<void()>& beforeLastBox) {
-    requireFileName(year + typedMonth);
-    requireSiteFolder(m_session);
-    for (const QString& root : roots())
-        platform::makeFolder(root + u"DiaryLog"_s);
     const QString month = typedMonth.size() == 1 ? u'0' + typedMonth : typedMonth;
     const QString yearMonth = year + u'/' + month;
     const QString logName = year + month + u".htm"_s;
+    requireFileName(logName);
+    requireSiteFolder(m_session);
+    for (const QString& root : roots())
+        platform::makeFolder(root + u"DiaryLog"_s);
 
-    MonthPage(m_session, m_store, m_clock)
-        .MakeHTML(m_session.DataPath + u"DiaryLog/"_s + logName, yearMonth, PageKind::Log, MakeList::Yes,
-                  WithPrivate::No);
-    const std::vector<core::UploadRow> pages = core::readUploadList(m_session.UserPath + u"uplogtmp.tmp"_s);
+    // The list on disk may be that of another run by now.
+    const std::vector<core::UploadRow> pages = MonthPage(m_session, m_store, m_clock)
+                                                   .MakeHTML(m_session.DataPath + u"DiaryLog/"_s + logName, yearMonth,
+                                                             PageKind::Log, MakeList::Yes, WithPrivate::No);
     if (!m_session.FilePath.isEmpty())
         copyPages(pages);
     core::appendUploadList(m_session.UserPath + u"uploadlog.tmp"_s, pages);
     for (const QString& root : roots())
         platform::makeFolder(root + u"DiaryLog/DiaryParts"_s);
+    // A log may be the first that is ever made of the site.
+    placeWeatherPictures(m_session);
     archiveFilesOfMonth(year, month);
     archiveCommonFiles();
-    if (!m_logs.LogOfMonth(yearMonth))
-        m_logs.AddLog({yearMonth, logName});
+    m_logs.AddLogOfMonth({yearMonth, logName});
     m_desk.status(yearMonth + u"の日記をLog化しました。"_s);
     if (beforeLastBox)
         beforeLastBox();
@@ -77,6 +84,8 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
     if (m_session.FilePath.isEmpty())
         m_desk.notice(
             u"保存先のフォルダが決まっていないので、%1のログはデータフォルダにだけ作成しました。"_s.arg(yearMonth));
+    if (m_ownSiteFiles)
+        m_siteFiles.tell(m_desk);
 }
 
 QStringList LogArchive::roots() const {
@@ -109,53 +118,71 @@ int LogArchive::daysOfMonth(const QString& year, const QString& month) const {
 void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) {
     const QString start = year + u'/' + month + u'/';
     const int days = daysOfMonth(year, month);
-    const auto files = m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days));
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        archiveFile(files[i], month);
-        if ((i + 1) % kFilesPerProgress == 0)
-            m_desk.progress(u"日記のファイルをコピーしています"_s, int(i + 1), int(files.size()));
+    const platform::FolderNames published(m_session.FilePath + kPartsOfLogs);
+    const bool hasSite = !m_session.FilePath.isEmpty() && !platform::isSameFile(m_session.FilePath, m_session.DataPath);
+    const std::vector<store::FileRow> files =
+        m_siteFiles.take(m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)),
+                         [&](const store::FileRow& row) { return hasSite && published.hasFile(row.name); });
+    const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
+    std::vector<qint64> logged;
+    try {
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            if (archiveFile(files[i], month, parts))
+                logged.push_back(files[i].id);
+            if ((i + 1) % kFilesPerProgress == 0)
+                m_desk.progress(u"日記のファイルをコピーしています"_s, int(i + 1), int(files.size()));
+        }
+    } catch (const platform::Failure&) {
+        markQuietly(logged);
+        throw;
+    }
+    m_files.MarkLogged(logged);
+}
+
+/// What has been copied by now is marked even if the disk takes no more; what can't be marked is copied again.
+void LogArchive::markQuietly(const std::vector<qint64>& logged) const {
+    try {
+        m_files.MarkLogged(logged);
+    } catch (const platform::Failure&) {
+        return; // the failure that led here is the one to tell
     }
 }
 
-void LogArchive::archiveFile(const store::FileRow& file, const QString& month) {
-    const QString source = platform::existingPath(m_session.DataPath + u"DiaryParts/"_s + file.name);
-    if (!isFileName(file.name) || !platform::fileExists(source)) {
+/// Whether the file lies among the logs now. It stays in "DiaryParts" as well, where the preview finds it: the row in
+/// hand is one that still needs it there.
+bool LogArchive::archiveFile(const store::FileRow& file, const QString& month, const platform::FolderNames& parts) {
+    if (!parts.hasFile(file.name)) {
         m_desk.message(platform::MessageKind::Critical,
                        month + u"月分として登録されたファイル["_s + file.name +
                            u"]が見つかりません。\r\n"_s
                            u"[UserData\\DiaryParts]フォルダに該当ファイルをコピーして、再度ログ化して下さい。"_s);
-        return;
+        return false;
     }
     for (const QString& root : roots())
-        platform::copyFile(source, root + u"DiaryLog/DiaryParts/"_s + file.name);
-    // The present row still counts here, so a file that only this row names stays where the preview finds it.
-    if (m_files.CountUnloggedFile(file.name) == 0)
-        platform::removeFile(source);
-    m_files.MarkLogged(file.id);
+        platform::copyFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+    return true;
 }
 
 void LogArchive::archiveCommonFiles() {
-    const std::vector<store::FileRow> files = m_files.CommonFiles();
-    QSet<QString> logged;
-    for (const store::FileRow& file : files) {
-        if (file.isLogged)
-            logged.insert(platform::fold(file.name));
-    }
-    for (const store::FileRow& file : files) {
-        const QString& name = file.name;
-        if (!isFileName(name))
-            continue;
-        const QString source = m_session.DataPath + u"DiaryParts/"_s + name;
-        for (const QString& root : {m_session.DataPath, m_session.FilePath}) {
-            const QString target = root + u"DiaryLog/DiaryParts/"_s + name;
-            if (!root.isEmpty() && platform::fileExists(source) && !platform::fileExists(target))
-                platform::copyFile(platform::existingPath(source), target);
+    const std::vector<store::FileRow> files = m_siteFiles.take(m_files.CommonFiles());
+    const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
+    for (const QString& root : roots()) {
+        platform::FolderNames logged(root + kPartsOfLogs);
+        for (const store::FileRow& file : files) {
+            if (!parts.hasFile(file.name) || logged.hasFile(file.name))
+                continue;
+            platform::copyFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+            logged.add(file.name);
         }
-        // The upload takes the file of this row from the data folder's logs and stops when it is missing there.
-        if (!logged.contains(platform::fold(name)) &&
-            platform::fileExists(m_session.DataPath + u"DiaryLog/DiaryParts/"_s + name))
-            m_files.AddLoggedCommonFile(name);
     }
+    // The upload takes the file of such a row from the data folder's logs and stops when it is missing there.
+    const platform::FolderNames logged(m_session.DataPath + kPartsOfLogs);
+    QStringList names;
+    for (const store::FileRow& file : files) {
+        if (logged.hasFile(file.name))
+            names += file.name;
+    }
+    m_files.AddCommonFiles(names, store::SiteSide::Log);
 }
 
 } // namespace velloria::site

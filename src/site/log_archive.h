@@ -5,13 +5,16 @@
 #include "core/upload_list.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
+#include "platform/directory.h"
 #include "store/diary_store.h"
 #include "store/file_register.h"
 #include "store/log_register.h"
+#include "store/site_files.h"
 
 #include <QDate>
 
 #include <functional>
+#include <optional>
 
 namespace velloria::site {
 
@@ -29,19 +32,24 @@ public:
     /// All outlive this.
     LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
                const platform::Clock& clock);
+    /// The same as a step of a command that has made its choice among the registered files, and tells of it, itself.
+    LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
+               const platform::Clock& clock, store::SiteFiles& siteFiles);
 
     /// Makes the log of `year` and `month` as typed; a month of one character gets its zero. A registered file that is
-    /// missing is told about and stays unlogged, the run goes on. Made again, a log replaces itself. Without a site
-    /// folder the log lies in the data folder alone, which the status panel says at the end. Throws platform::Failure;
-    /// what is done by then stays, and a further run completes it. `beforeLastBox` runs when the log is there, in front
-    /// of the box that says so. The preview is the caller's next step, and the hourglass over both is the caller's.
+    /// missing is told about and stays unlogged, the run goes on; so does one that may not go to the site. Made again,
+    /// a log replaces itself. Without a site folder the log lies in the data folder alone, which the status panel says
+    /// at the end. Throws platform::Failure; what is done by then stays, and a further run completes it.
+    /// `beforeLastBox` runs when the log is there, in front of the box that says so. The preview is the caller's next
+    /// step, and the hourglass over both is the caller's.
     void save(const QString& year, const QString& month, const std::function<void()>& beforeLastBox = {});
 
 private:
     void copyPages(const std::vector<core::UploadRow>& pages);
     int daysOfMonth(const QString& year, const QString& month) const;
     void archiveFilesOfMonth(const QString& year, const QString& month);
-    void archiveFile(const store::FileRow& file, const QString& month);
+    bool archiveFile(const store::FileRow& file, const QString& month, const platform::FolderNames& parts);
+    void markQuietly(const std::vector<qint64>& logged) const;
     void archiveCommonFiles();
 
     /// The roots under which logs are kept: the site folder, when there is one, and the data folder.
@@ -53,6 +61,8 @@ private:
     const platform::Clock& m_clock;
     store::FileRegister m_files;
     store::LogRegister m_logs;
+    std::optional<store::SiteFiles> m_ownSiteFiles; ///< of a command of its own
+    store::SiteFiles& m_siteFiles;
 };
 
 } // namespace velloria::site

@@ -11,6 +11,7 @@
 #include "site/month_page.h"
 #include "site/site_folder.h"
 #include "site/weather.h"
+#include "store/file_register.h"
 
 #include <QFileInfo>
 
@@ -43,7 +44,7 @@ SaveHtml::SaveHtml(core::Session& session, const store::DiaryStore& store, platf
     , m_store(store)
     , m_desk(desk)
     , m_clock(clock)
-    , m_files(session.databaseFile()) {}
+    , m_siteFiles(session) {}
 
 Outcome SaveHtml::saveCommand() {
     if (m_session.FilePath.isEmpty() || m_session.FileName.isEmpty())
@@ -80,12 +81,9 @@ Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
 }
 
 /// The list of the site that stays the user's; one that can't be brought back names pages that are there as well.
-void SaveHtml::bringBack(const QString& list, const std::optional<QByteArray>& bytes) {
+void SaveHtml::bringBack(const QString& list, const std::optional<QByteArray>& bytes) const {
     try {
-        if (bytes)
-            platform::replaceFile(list, *bytes, platform::Durability::Derived);
-        else
-            platform::removeFile(list);
+        core::restoreUploadList(list, m_listed, bytes);
     } catch (const platform::Failure&) {
         return; // the failure that led here is the one to tell
     }
@@ -142,49 +140,36 @@ void SaveHtml::SaveHTML() {
         throw platform::Failure(u"プレビューなどに使われる名前のページは、データフォルダに保存できません。"_s,
                                 m_session.FilePath + m_session.FileName, {},
                                 u"名前を付けて保存で、別の名前かフォルダを指定してください。"_s);
-    MonthPage(m_session, m_store, m_clock)
-        .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
-                  MakeList::Yes, WithPrivate::No);
-    placeWeatherPictures();
-    for (const QString& name : m_files.FilesOfMonth(core::monthOf(m_session.Today)))
-        copyPart(name);
-    for (const QString& name : m_files.CommonFilesToUpload())
-        copyPart(name);
+    m_listed = MonthPage(m_session, m_store, m_clock)
+                   .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
+                             MakeList::Yes, WithPrivate::No);
+    placeWeatherPictures(m_session);
+    copyParts();
     core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFileName, m_session.FileName);
     core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFilePath, m_session.FilePath);
     m_desk.status(u"HTMLファイル "_s + m_session.FilePath + m_session.FileName + u" を保存しました。"_s);
+    m_siteFiles.tell(m_desk);
 }
 
-void SaveHtml::placeWeatherPictures() {
-    requireSiteFolder(m_session);
-    platform::makeFolder(m_session.FilePath + u"DiaryParts"_s);
-    for (const QString& name : weatherPictures()) {
-        const QString source = platform::existingPath(m_session.DataPath + u"DiaryParts/"_s + name);
-        const QString target = m_session.FilePath + u"DiaryParts/"_s + name;
-        // In a site that is the data folder the picture is there already, and yet unknown to the upload.
-        const bool isInPlace = platform::fileExists(target) && !platform::isSameFile(source, target);
-        if (!platform::fileExists(source) || isInPlace)
-            continue;
-        // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
-        registerForAllMonths(name);
-        platform::copyFile(source, target);
-    }
-}
-
-void SaveHtml::registerForAllMonths(const QString& name) {
-    for (const store::FileRow& row : m_files.FindFile(name)) {
-        if (row.day == store::kAllDays)
-            return;
-    }
-    m_files.AddFile({0, name, store::kAllDays, 0, false, false});
-}
-
-void SaveHtml::copyPart(const QString& name) {
-    const QString source = m_session.DataPath + u"DiaryParts/"_s + name;
-    const QString target = m_session.FilePath + u"DiaryParts/"_s + name;
-    m_desk.status(u"Copying "_s + source);
-    if (platform::fileExists(source) && !platform::fileExists(target))
-        platform::copyFile(platform::existingPath(source), target);
+void SaveHtml::copyParts() {
+    const store::FileRegister files(m_session.databaseFile());
+    const QString folder = m_session.DataPath + u"DiaryParts/"_s;
+    const platform::FolderNames sources(platform::existingPath(folder));
+    platform::FolderNames targets(m_session.FilePath + u"DiaryParts/"_s);
+    const bool isElsewhere =
+        !platform::isSameFile(platform::existingPath(folder), m_session.FilePath + u"DiaryParts/"_s);
+    const auto copy = [&](const std::vector<store::FileRow>& rows) {
+        const auto isPublished = [&](const store::FileRow& row) { return isElsewhere && targets.hasFile(row.name); };
+        for (const store::FileRow& row : m_siteFiles.take(rows, isPublished)) {
+            m_desk.status(u"Copying "_s + folder + row.name);
+            if (!sources.hasFile(row.name) || targets.hasFile(row.name))
+                continue;
+            platform::copyFile(sources.path(row.name), m_session.FilePath + u"DiaryParts/"_s + row.name);
+            targets.add(row.name);
+        }
+    };
+    copy(files.FilesOfMonth(core::monthOf(m_session.Today)));
+    copy(files.CommonFilesToUpload());
 }
 
 void SaveHtml::SaveTmpFile() {

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "core/session.h"
+#include "core/upload_list.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
 #include "store/diary_store.h"
-#include "store/file_register.h"
+#include "store/site_files.h"
 
 #include <functional>
 #include <optional>
@@ -33,12 +34,9 @@ public:
     /// Asks for the target and takes it over without saving; the settings learn it with the next SaveHTML.
     Outcome chooseTarget();
 
-    /// Writes the month of `Today` with its feeds, upload list and files. Throws platform::Failure.
+    /// Writes the month of `Today` with its feeds, upload list, weather pictures and files, as far as these may go to
+    /// the site; the status panel tells of what else there was. Throws platform::Failure.
     void SaveHTML();
-
-    /// Copies the weather pictures that the site's "DiaryParts" lacks and registers each once as a file of all months,
-    /// so that upload and logs take them along. SaveHTML does so itself.
-    void placeWeatherPictures();
 
     /// Writes the preview "tmp.htm": the month of `EnterDay` with private entries. Throws platform::Failure.
     void SaveTmpFile();
@@ -46,19 +44,22 @@ public:
     /// The preview step of many commands: the preview, and the browser to `EnterDay` in it.
     void previewStep();
 
+    /// The choice of this command among the registered files, for those who work on with it.
+    store::SiteFiles& siteFiles() { return m_siteFiles; }
+
 private:
     /// Takes the target over and saves there; a failure brings the old target back.
     Outcome saveTo(const std::function<bool()>& takeTarget);
     bool takeTarget(const QString& path);
-    static void bringBack(const QString& list, const std::optional<QByteArray>& bytes);
-    void registerForAllMonths(const QString& name);
-    void copyPart(const QString& name);
+    void bringBack(const QString& list, const std::optional<QByteArray>& bytes) const;
+    void copyParts();
 
     core::Session& m_session;
     const store::DiaryStore& m_store;
     platform::Desk& m_desk;
     const platform::Clock& m_clock;
-    store::FileRegister m_files;
+    store::SiteFiles m_siteFiles;
+    std::vector<core::UploadRow> m_listed; ///< what this has put into "upload.tmp"
 };
 
 } // namespace velloria::site

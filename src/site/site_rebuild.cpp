@@ -4,6 +4,7 @@
 #include "core/upload_list.h"
 #include "platform/failure.h"
 #include "site/log_archive.h"
+#include "site/site_folder.h"
 
 #include <QSet>
 
@@ -14,21 +15,6 @@ namespace {
 
 bool isWithin(const QString& month, const QString& from, const QString& to) {
     return (from.isEmpty() || month >= from) && (to.isEmpty() || month <= to);
-}
-
-/// Leaves one row a file: a rebuild lists every log again, and the upload needs each once.
-void listOnce(const QString& list) {
-    QSet<QString> seen;
-    std::vector<core::UploadRow> rows;
-    const std::vector<core::UploadRow> all = core::readUploadList(list);
-    for (const core::UploadRow& row : all) {
-        const QString key = row.folder + u',' + row.name;
-        if (!seen.contains(key))
-            rows.push_back(row);
-        seen.insert(key);
-    }
-    if (rows.size() != all.size())
-        core::writeUploadList(list, rows);
 }
 
 } // namespace
@@ -49,8 +35,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
         if (core::isMonthKey(month) && month < currentMonth && isWithin(month, from, to))
             months += month;
     }
-    // Ahead of the logs, which take along what is registered by then.
-    saver.placeWeatherPictures();
+    requireSiteFolder(session);
     QSet<QString> failedMonths;
     const auto attempt = [&](const QString& month, const auto& action) {
         try {
@@ -63,17 +48,19 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
             return false;
         }
     };
-    LogArchive archive(session, store, desk, clock);
+    LogArchive archive(session, store, desk, clock, saver.siteFiles());
     int done = 0;
     for (const QString& month : months) {
         if (attempt(month, [&] { archive.save(month.left(4), month.right(2)); }))
             ++result.logs;
         desk.progress(month, ++done, int(months.size()));
     }
-    listOnce(session.UserPath + u"uploadlog.tmp"_s);
+    // Every log was listed again, and the upload needs each page once.
+    core::removeRepeatedRows(session.UserPath + u"uploadlog.tmp"_s);
     if (isWithin(currentMonth, from, to))
         attempt(currentMonth, [&] { saver.SaveHTML(); });
     attempt(core::monthOf(session.EnterDay), [&] { saver.previewStep(); });
+    saver.siteFiles().tell(desk);
     result.failures = int(failedMonths.size());
     return result;
 }

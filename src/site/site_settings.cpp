@@ -1,5 +1,6 @@
 #include "site/site_settings.h"
 
+#include "core/path_names.h"
 #include "core/text_file.h"
 
 using namespace Qt::StringLiterals;
@@ -28,7 +29,9 @@ int SiteSettings::number(const SiteKey& key) const {
 
 QString SiteSettings::piece(const SiteKey& key) const {
     const QString name = text(key);
-    return name.isEmpty() ? QString() : core::ReadTextFile(m_session.DataPath + u"Customize/"_s + name + u".htm"_s);
+    // A set may come from somebody else, and the preview with its private entries lies one folder above.
+    return core::isBareName(name) ? core::ReadTextFile(m_session.DataPath + u"Customize/"_s + name + u".htm"_s)
+                                  : QString();
 }
 
 QString SiteSettings::logScript() const {

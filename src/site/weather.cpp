@@ -1,5 +1,9 @@
 #include "site/weather.h"
 
+#include "platform/directory.h"
+#include "platform/file_write.h"
+#include "store/file_register.h"
+
 #include <QHash>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +23,25 @@ const QStringList& weatherPictures() {
     static const QStringList kPictures{u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s,
                                        u"Snowy.gif"_s};
     return kPictures;
+}
+
+void placeWeatherPictures(const core::Session& session) {
+    const store::FileRegister files(session.databaseFile());
+    const bool hasSite = !session.FilePath.isEmpty();
+    if (hasSite)
+        platform::makeFolder(session.FilePath + u"DiaryParts"_s);
+    for (const QString& name : weatherPictures()) {
+        const QString source = platform::existingPath(session.DataPath + u"DiaryParts/"_s + name);
+        const QString target = hasSite ? session.FilePath + u"DiaryParts/"_s + name : QString();
+        // In a site that is the data folder the picture is there already, and yet unknown to the upload.
+        const bool isInPlace = platform::fileExists(target) && !platform::isSameFile(source, target);
+        if (!platform::fileExists(source) || isInPlace)
+            continue;
+        // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
+        files.AddCommonFiles({name}, store::SiteSide::Current);
+        if (hasSite)
+            platform::copyFile(source, target);
+    }
 }
 
 } // namespace velloria::site

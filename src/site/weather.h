@@ -1,7 +1,8 @@
 // The weather words of an entry and their pictures.
 #pragma once
 
-#include <QString>
+#include "core/session.h"
+
 #include <QStringList>
 
 namespace velloria::site {
@@ -11,5 +12,9 @@ QString weatherIcon(const QString& weather);
 
 /// The five weather pictures, as they lie in "DiaryParts".
 const QStringList& weatherPictures();
+
+/// Copies the weather pictures that the site's "DiaryParts" lacks and registers each once as a file of all months, so
+/// that upload and logs take them along. Without a site folder they are registered alone. Throws platform::Failure.
+void placeWeatherPictures(const core::Session& session);
 
 } // namespace velloria::site

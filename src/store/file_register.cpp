@@ -6,6 +6,8 @@
 #include "store/sqlite/literal.h"
 #include "store/sqlite/statement.h"
 
+#include <QSet>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::store {
@@ -14,6 +16,7 @@ using sqlite::Access;
 using sqlite::Connection;
 using sqlite::literal;
 using sqlite::Statement;
+using sqlite::Transaction;
 
 namespace {
 
@@ -72,30 +75,22 @@ int FileRegister::CountFile(const QString& name) const {
     return readCount(rows);
 }
 
-int FileRegister::CountUnloggedFile(const QString& name) const {
-    const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT count(FileID) FROM FileDB WHERE Fold(FileName) = Fold(?1) AND Logged = 0");
-    rows.bind(literal(m_file, name));
-    return readCount(rows);
-}
-
-QStringList FileRegister::FilesOfMonth(const QString& month) const {
+std::vector<FileRow> FileRegister::FilesOfMonth(const QString& month) const {
     const platform::LikePattern pattern(sqlite::pattern(m_file, month));
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT FileName, Day FROM FileDB WHERE Day IS NOT NULL ORDER BY FileID");
-    QStringList names;
-    while (rows.next()) {
-        const QString day = core::formatTextAsDate(rows.text(1), u"yyyy/mm/dd", month.left(4).toInt());
-        if (pattern.matches(day.left(7)))
-            names += rows.text(0);
-    }
-    return names;
+    Statement rows(connection, QByteArray(kRow) + "WHERE Day IS NOT NULL ORDER BY FileID");
+    std::vector<FileRow> files = readRows(rows);
+    std::erase_if(files, [&](const FileRow& file) {
+        const QString day = core::formatTextAsDate(file.day, u"yyyy/mm/dd", month.left(4).toInt());
+        return !pattern.matches(day.left(7));
+    });
+    return files;
 }
 
-QStringList FileRegister::CommonFilesToUpload() const {
+std::vector<FileRow> FileRegister::CommonFilesToUpload() const {
     const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT FileName FROM FileDB WHERE Day = 'ALL' AND Uploaded = 0 ORDER BY FileID");
-    return readNames(rows);
+    Statement rows(connection, QByteArray(kRow) + "WHERE Day = 'ALL' AND Uploaded = 0 ORDER BY FileID");
+    return readRows(rows);
 }
 
 std::vector<FileRow> FileRegister::FilesOfPeriod(const QString& firstDay, const QString& lastDay) const {
@@ -118,6 +113,12 @@ std::vector<FileRow> FileRegister::FilesToUpload(SiteSide side) const {
     return readRows(rows);
 }
 
+std::vector<FileRow> FileRegister::FilesSent() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    Statement rows(connection, QByteArray(kRow) + "WHERE Uploaded <> 0 ORDER BY FileID");
+    return readRows(rows);
+}
+
 QStringList FileRegister::ImageFilesOfDay(const QString& day) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT FileName FROM FileDB WHERE FileName LIKE 'dimage%' AND Day = ?1 "
@@ -133,9 +134,15 @@ void FileRegister::AddFile(const FileRow& row) const {
         .run();
 }
 
-void FileRegister::MarkLogged(qint64 id) const {
-    const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "UPDATE FileDB SET Logged = 1, Uploaded = 0 WHERE FileID = ?1").bind(id).run();
+void FileRegister::MarkLogged(const std::vector<qint64>& ids) const {
+    if (ids.empty())
+        return;
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    Statement mark(connection, "UPDATE FileDB SET Logged = 1, Uploaded = 0 WHERE FileID = ?1");
+    for (const qint64 id : ids)
+        mark.bind(id).run();
+    transaction.commit();
 }
 
 void FileRegister::MarkUploaded(qint64 id) const {
@@ -143,12 +150,29 @@ void FileRegister::MarkUploaded(qint64 id) const {
     Statement(connection, "UPDATE FileDB SET Uploaded = 1 WHERE FileID = ?1").bind(id).run();
 }
 
-void FileRegister::AddLoggedCommonFile(const QString& name) const {
-    for (const FileRow& row : FindFile(name)) {
-        if (row.day == kAllDays && row.isLogged)
-            return;
+void FileRegister::AddCommonFiles(const QStringList& names, SiteSide side) const {
+    for (const QString& name : names)
+        literal(m_file, name);
+    if (names.isEmpty())
+        return;
+    Connection connection(m_file, Access::ReadWrite);
+    // Who is there is asked within the writing transaction: two programs may register the same file at once.
+    Transaction transaction(connection);
+    QSet<QString> known;
+    Statement rows(connection, "SELECT FileName FROM FileDB WHERE Day = 'ALL' AND (Logged <> 0 OR NOT ?1)");
+    rows.bind(side == SiteSide::Log);
+    for (const QString& name : readNames(rows))
+        known.insert(platform::fold(name));
+    Statement add(connection, "INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) "
+                              "VALUES (?1, 'ALL', 0, 0, ?2)");
+    for (const QString& name : names) {
+        const QString form = platform::fold(name);
+        if (known.contains(form))
+            continue;
+        add.bind(name, side == SiteSide::Log).run();
+        known.insert(form);
     }
-    AddFile({0, name, kAllDays, 0, false, true});
+    transaction.commit();
 }
 
 } // namespace velloria::store

@@ -28,29 +28,30 @@ public:
     /// Removes the rows of this key. A missing number counts as 0; a null day is a missing one.
     void DeleteFile(const QString& name, const QString& day, int number) const;
     int CountFile(const QString& name) const;
-    /// How many rows of the name are not yet part of a log.
-    int CountUnloggedFile(const QString& name) const;
-    /// Names of the files of a month, in the order of their rows; a day in another date form counts by its date.
-    QStringList FilesOfMonth(const QString& month) const;
-    /// Names of the files of all months that have not gone up.
-    QStringList CommonFilesToUpload() const;
+    /// The files of a month, in the order of their rows; a day in another date form counts by its date.
+    std::vector<FileRow> FilesOfMonth(const QString& month) const;
+    /// The files of all months that have not gone up.
+    std::vector<FileRow> CommonFilesToUpload() const;
     /// Rows between two days (compared as texts) that are not yet part of a log.
     std::vector<FileRow> FilesOfPeriod(const QString& firstDay, const QString& lastDay) const;
-    /// Names of the files of all months.
+    /// The files of all months.
     std::vector<FileRow> CommonFiles() const;
     /// Rows of one side that have not gone up, in the order in which they were made.
     std::vector<FileRow> FilesToUpload(SiteSide side) const;
+    /// Rows of both sides that have gone up.
+    std::vector<FileRow> FilesSent() const;
     /// Names that begin with "dimage" on a day, last first.
     QStringList ImageFilesOfDay(const QString& day) const;
 
     /// Adds a row; the flags are false unless given.
     void AddFile(const FileRow& row) const;
-    /// Marks a row as part of a log that is still to go up.
-    void MarkLogged(qint64 id) const;
+    /// Marks rows as part of a log that is still to go up, all of them or none.
+    void MarkLogged(const std::vector<qint64>& ids) const;
     /// Marks a row as gone up; nothing when the row is gone.
     void MarkUploaded(qint64 id) const;
-    /// Adds the second row of a file of all months, under which the logs' copy of it goes up, unless it is there.
-    void AddLoggedCommonFile(const QString& name) const;
+    /// Registers files for all months, all of them or none, but each once however many programs do so. On the side of
+    /// the logs this is a second row, under which their copy of the file goes up.
+    void AddCommonFiles(const QStringList& names, SiteSide side) const;
 
 private:
     QString m_file;

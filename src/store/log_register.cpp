@@ -23,13 +23,6 @@ std::vector<LogRow> LogRegister::Logs() const {
     return logs;
 }
 
-bool LogRegister::LogOfMonth(const QString& month) const {
-    const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT LogMonth FROM LogDB WHERE Fold(LogMonth) = Fold(?1)");
-    rows.bind(literal(m_file, month));
-    return rows.next();
-}
-
 bool LogRegister::FindLog(const QString& fileName) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT LogFileName FROM LogDB WHERE Fold(LogFileName) = Fold(?1)");
@@ -41,6 +34,15 @@ void LogRegister::AddLog(const LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
     Statement(connection, "INSERT INTO LogDB (LogMonth, LogFileName) VALUES (?1, ?2)")
         .bind(row.month, row.fileName)
+        .run();
+}
+
+void LogRegister::AddLogOfMonth(const LogRow& row) const {
+    const Connection connection(m_file, Access::ReadWrite);
+    // Asked and added in one statement: another program may log the same month at this moment.
+    Statement(connection, "INSERT INTO LogDB (LogMonth, LogFileName) SELECT ?1, ?2 WHERE NOT EXISTS "
+                          "(SELECT 1 FROM LogDB WHERE Fold(LogMonth) = Fold(?1))")
+        .bind(literal(m_file, row.month), row.fileName)
         .run();
 }
 

@@ -14,10 +14,10 @@ public:
 
     /// All rows in the order in which they were added.
     std::vector<LogRow> Logs() const;
-    /// Whether the month has a log.
-    bool LogOfMonth(const QString& month) const;
     bool FindLog(const QString& fileName) const;
     void AddLog(const LogRow& row) const;
+    /// Adds the row unless its month has a log.
+    void AddLogOfMonth(const LogRow& row) const;
     /// Removes the first row of this name and month; a null month is a missing one, a missing name is an empty one.
     void DeleteLog(const LogRow& row) const;
 

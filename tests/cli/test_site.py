@@ -4,6 +4,7 @@ import os
 import re
 import shutil
 import stat
+import subprocess
 import unittest
 
 from home import CliTest, entry, read, snapshot, write
@@ -658,6 +659,54 @@ class Rebuild(SiteTest):
         before = snapshot(self.site)
         self.must("site", "rebuild")
         self.assertEqual(snapshot(self.site), before)
+
+
+class AtTheSameTime(SiteTest):
+    """Commands that run side by side in one home."""
+
+    ROUNDS = 10
+
+    def setUp(self):
+        super().setUp()
+        self.months = ["2003/10", "2003/11", "2003/12", "2004/01"]
+        self.put(*[entry(f"{month}/{day:02}", Contents="text " * 500) for month in self.months for day in range(1, 20)])
+
+    def run_together(self, *commands):
+        programs = [subprocess.Popen(self.command(*words), env=self.environment(), stdin=subprocess.DEVNULL,
+                                     stdout=subprocess.DEVNULL, stderr=subprocess.PIPE) for words in commands]
+        for words, program in zip(commands, programs):
+            error = program.communicate()[1]
+            self.assertEqual(program.returncode, 0, (words, error))
+
+    def assert_logged(self):
+        names = [month.replace("/", "") + ".htm" for month in self.months]
+        rows = sorted(set(read(self.data + "uploadlog.tmp").decode().splitlines()))
+        self.assertEqual(rows, [f"{self.data}DiaryLog,{name}" for name in names])
+        self.assertEqual(sorted(self.sql("SELECT LogMonth FROM LogDB")), [(month,) for month in self.months])
+        for name in names:
+            self.assertEqual(read(self.site + "DiaryLog/" + name), read(self.data + "DiaryLog/" + name))
+        self.assertEqual(len(self.sql("SELECT * FROM FileDB")), 2 * len(WEATHER))
+        self.assertEqual([name for name in os.listdir(self.data) if name.startswith(".vell")], [])
+
+    def test_logs_lose_no_page(self):
+        commands = [("site", "log", *month.split("/")) for month in self.months]
+        for _ in range(self.ROUNDS):
+            for folder in (self.data + "DiaryLog", self.site + "DiaryLog"):
+                shutil.rmtree(folder, ignore_errors=True)
+            self.sql("DELETE FROM LogDB")
+            self.sql("DELETE FROM FileDB")
+            if os.path.exists(self.data + "uploadlog.tmp"):
+                os.remove(self.data + "uploadlog.tmp")
+            self.run_together(*commands)
+            self.assert_logged()
+            self.assertEqual(len(read(self.data + "uploadlog.tmp").splitlines()), len(self.months))
+
+    def test_logs_beside_a_rebuild_and_a_save(self):
+        self.must("start")
+        for _ in range(self.ROUNDS // 3):
+            self.run_together(("site", "rebuild"), ("site", "log", "2003", "10"), ("site", "save"),
+                              ("site", "log", "2003", "10"))
+            self.assert_logged()
 
 
 class SameDay(CliTest):

@@ -3,7 +3,7 @@
     compare_sites.py --cli build/dev/velloria-cli --factory factory --seeds 1:200 [--keep DIR]
 
 For each seed a home is made, filled through the command line tool, and `site save`, `site preview`, `site log`,
-`site sameday`, `site find` and `export` run in it. A failing seed's folder goes to DIR, with the page that was expected in "expected".
+`site sameday`, `site find` and `export` run in it. Registered files count as well. A failing seed's folder goes to DIR, with the page that was expected in "expected".
 Exit code 1 on any difference.
 """
 
@@ -142,7 +142,7 @@ class Trial:
         files = {}
         for folder, _, names in os.walk(self.root):
             for name in names:
-                if name.lower().endswith(COMPARED) or "." not in name:
+                if name.lower().endswith(COMPARED) or "." not in name or os.path.basename(folder) == "DiaryParts":
                     path = os.path.join(folder, name)
                     with open(path, "rb") as file:
                         files[path] = file.read()

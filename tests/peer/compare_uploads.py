@@ -59,9 +59,12 @@ class Trial:
         base = sqlite3.connect(self.data + "diary.mdb")
         with base:
             base.execute("DELETE FROM FileDB")
+            for number, private in ((1, 0), (2, 1)):
+                base.execute("INSERT INTO Contents (Day, Number, Title, Private) VALUES ('2004/02/01', ?, 't', ?)",
+                             [number, private])
             for name, uploaded, logged in upload.registered:
-                base.execute("INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES (?, 'ALL', 0, ?, ?)",
-                             [name, uploaded, logged])
+                base.execute("INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES (?, ?, ?, ?, ?)",
+                             [name, *upload.owners.get(name, ("ALL", 0)), uploaded, logged])
         base.close()
         for name, place in upload.pictures_in.items():
             for side in ("", "DiaryLog/"):

@@ -9,6 +9,7 @@ import os
 
 from peer_feeds import FEED_ENDS, Feeds, VERSION
 from peer_home import Home, day_file, day_number, days_of, page_of_days
+from peer_register import Register, day_of
 from peer_text import (ASCII_LOWER, CRLF, CommandFailure, GetBaseName, GetFileName, GetParentFolder, ReadTextFile,
                        encode_page, with_separator)
 
@@ -570,13 +571,81 @@ def MakeHTML(home, path, year_month, page_kind, with_private, list_file=None):
     return files, rows
 
 
+WEATHER = ("Shinny.gif", "Cloudy.gif", "Rainy.gif", "Thunder.gif", "Snowy.gif")
+
+
+def content_of(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def has_file(path):
+    """On a disk that knows no case."""
+    folder, name = os.path.split(path)
+    names = os.listdir(folder) if os.path.isdir(folder) else []
+    if name in names:
+        return os.path.isfile(path)
+    alike = [found for found in names if found.lower() == name.lower()]
+    return len(alike) == 1 and os.path.isfile(os.path.join(folder, alike[0]))
+
+
+class Parts:
+    """The registered files of a home on their way to the site."""
+
+    def __init__(self, home):
+        self.home, self.source = home, home.DataPath + "DiaryParts/"
+        self.register = Register(home.MyPath)
+        self.files = {}
+
+    def copy(self, name, folder, replaces=False):
+        if os.path.isfile(self.source + name) and (
+                replaces or not (has_file(folder + name) or folder + name in self.files)):
+            self.files[folder + name] = content_of(self.source + name)
+
+    def place_weather(self):
+        """Returns the pictures that are registered by that."""
+        placed = []
+        for name in WEATHER:
+            target = self.home.FilePath + "DiaryParts/" + name
+            if os.path.isfile(self.source + name) and not (
+                    self.home.FilePath and has_file(target) and not os.path.samefile(self.source + name, target)):
+                placed.append(name)
+                if self.home.FilePath:
+                    self.copy(name, self.home.FilePath + "DiaryParts/")
+        return placed
+
+    def save(self):
+        self.place_weather()
+        month = self.home.Today[:7]
+        for row in self.register.rows:
+            is_of_month = day_of(row["Day"])[:7] == month
+            if self.register.goes(row) and (is_of_month or row["Day"] == "ALL" and not row["Uploaded"]):
+                self.copy(row["FileName"], self.home.FilePath + "DiaryParts/")
+        return self.files
+
+    def log(self, month, last_day):
+        names = self.place_weather()
+        for row in self.register.rows:
+            if self.register.goes(row) and f"{month}/01" <= row["Day"] <= f"{month}/{last_day}" and not row["Logged"]:
+                for root in self.roots():
+                    self.copy(row["FileName"], root, True)
+        names += [row["FileName"] for row in self.register.rows if row["Day"] == "ALL" and self.register.goes(row)]
+        for name in names:
+            for root in self.roots():
+                self.copy(name, root)
+        return self.files
+
+    def roots(self):
+        return [root + "DiaryLog/DiaryParts/" for root in (self.home.FilePath, self.home.DataPath) if root]
+
+
 def save(home_folder, now, enter_day=None):
     """Save HTML: the month of today into the site folder."""
     home = Home(home_folder, now, enter_day)
     if not home.FilePath or not home.FileName:
         raise CommandFailure("no target: Save HTML turns into Save HTML As")
     name = home.FileName if home.FileName.endswith((".htm", ".html")) else home.FileName + ".htm"
-    return MakeHTML(home, home.FilePath + name, home.Today[:7], 1, False, "upload.tmp")[0]
+    return MakeHTML(home, home.FilePath + name, home.Today[:7], 1, False, "upload.tmp")[0] | Parts(home).save()
 
 
 def SaveTmpFile(home):
@@ -603,6 +672,7 @@ def log(home_folder, now, enter_day, year, month):
         with open(waiting, "rb") as file:
             earlier = file.read()
     files[waiting] = earlier + encode_upload_list(rows)
+    files.update(Parts(home).log(f"{year}/{month}", GetMonthDays(int(year), int(month))))
     if f"{year}/{month}" not in [logged for logged, _ in home.logs]:
         home.logs.append((f"{year}/{month}", log_name))
     try:

@@ -7,8 +7,8 @@ upload_server.py, by operations and not by commands of the wire.
 import os
 import posixpath
 import re
-import sqlite3
 
+from peer_register import Register
 from peer_text import Profile, decode_ansi, decode_references, encode_character, with_separator
 
 ERROR_TEXTS = {2: "その他のエラー(&H2)", 5: "その他のエラー(&H5)", 12002: "タイムアウトです。",
@@ -198,6 +198,7 @@ class Run:
         self.copied = {}          # local paths and contents
         self.lists = {name: self.stored_list(name) for name in ("upload.tmp", "uploadold.tmp", "uploadlog.tmp")}
         self.last = ("", "")
+        self.register, self.looked_at = Register(home), []
         diary = Profile(self.user_path + "diary.ini")
         self.data_path = with_separator(diary.text("ALL", "DataPath"))
         self.host, self.id = diary.text("FTP", "URL"), diary.text("FTP", "ID")
@@ -404,11 +405,9 @@ class Run:
             self.status(f'Upload "{file}" is Succeeded!')
 
     def waiting(self, logged):
-        base = sqlite3.connect(self.user_path + "diary.mdb")
-        rows = base.execute("SELECT FileID, FileName FROM FileDB WHERE NOT Uploaded AND (Logged <> 0) = ? "
-                            "ORDER BY FileID", [logged]).fetchall()
-        base.close()
-        return rows
+        rows = [row for row in self.register.rows if not row["Uploaded"] and bool(row["Logged"]) == logged]
+        self.looked_at += rows
+        return [(row["FileID"], row["FileName"]) for row in rows if self.register.goes(row)]
 
     def put_registered(self, side, file):
         """A file that the site lacks is first copied from the data folder."""
@@ -426,6 +425,7 @@ class Run:
 
     def put_files(self):
         self.show(must=False, title="ファイルアップロード")
+        self.looked_at += [row for row in self.register.rows if row["Uploaded"]]
         rows = self.waiting(False)
         if not rows:
             self.status("HTMLファイル以外にアップロード対象となるファイルはありません。")
@@ -496,6 +496,7 @@ class Run:
         self.show(title="Successful", text="日記のアップロードに成功しました。")
         self.show(must=not self.ping, ok=True)
         self.events.append(("pointer", "default"))
+        self.events += [("status", text) for text in self.register.told(self.looked_at)]
         if self.ping and not self.has_ping:
             self.events += [("failure",), ("status", "エラー：プラグインを使用できません。")]
             self.exit_code = 1

@@ -23,6 +23,7 @@ class PlainUpload:
         self.line_end = b"\r\n"
         self.files = {(0, "x.htm"): b"<P>\r\n\r\ntext\n", (1, "200401.htm"): b"log\r\n"}
         self.registered = [("a.gif", False, False), ("b.gif", False, True)]
+        self.owners = {}        # days and numbers of registered files that are not of all months
         self.pictures_in = {"a.gif": "site", "b.gif": "site"}
         self.picture_bytes = {"a.gif": b"GIF\r\n\0", "b.gif": b"\xff\n"}
         self.features, self.login, self.codec = {"FEAT", "MLST", "SIZE", "PWD"}, "/", "utf-8"
@@ -82,6 +83,8 @@ class RandomUpload(PlainUpload):
         self.registered = []
         for name in draw.sample(self.pictures, draw.choice([0, 0, 1, 2, 3])):
             self.registered.append((name, self.chance(8), draw.random() < 0.4))
+        # The second entry of the day is private.
+        self.owners = {name: ("2004/02/01", draw.choice([1, 2])) for name, _, _ in self.registered if self.chance(3)}
         self.pictures_in = {name: draw.choice(["site", "site", "site", "both", "data"] + ["none"] * self.chance(4))
                             for name in self.pictures}
         self.picture_bytes = {name: self.content() for name in self.pictures}

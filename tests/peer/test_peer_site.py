@@ -38,7 +38,7 @@ def bare_home(folder):
         CREATE TABLE Contents (RecordID INTEGER PRIMARY KEY, Day TEXT, Number INTEGER, Title TEXT, Contents TEXT,
             Extend TEXT, Excerpt TEXT, Weather TEXT, Genre TEXT, PublishTime TEXT, Private INTEGER DEFAULT 0,
             TrackBack TEXT, ImportMark TEXT);
-        CREATE TABLE FileDB (FileName TEXT, Day TEXT, Number INTEGER, Uploaded INTEGER, Logged INTEGER);
+        CREATE TABLE FileDB (FileID INTEGER PRIMARY KEY, FileName TEXT, Day TEXT, Number INTEGER, Uploaded INTEGER, Logged INTEGER);
         CREATE TABLE LogDB (LogMonth TEXT, LogFileName TEXT);""")
     base.close()
     return data

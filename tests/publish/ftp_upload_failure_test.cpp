@@ -255,17 +255,27 @@ TEST_F(FtpUploadFailure, AFileThatIsNowhereIsTheFailureOfItsRow) {
     EXPECT_EQ(uploaded(), u"a.gif 0"_s);
 }
 
-TEST_F(FtpUploadFailure, ARegisteredNameLeadsOutOfNoFolder) {
+TEST_F(FtpUploadFailure, ARegisteredNameThatIsNoneIsToldAndPassedOver) {
     addPage(u"index.htm"_s);
+    addLog(u"200404.htm"_s);
     QDir().mkpath(session.FilePath + u"DiaryParts/sub"_s);
     writeFile(session.FilePath + u"DiaryParts/sub/a.gif"_s, "secret");
     writeFile(session.FilePath + u"secret"_s, "secret");
-    for (const QString& name : {u"../secret"_s, u"sub/a.gif"_s, u"..\\secret"_s}) {
+    const QStringList names{u"../secret"_s, u"sub/a.gif"_s, u"..\\secret"_s, u".."_s, u""_s, u"C:secret"_s};
+    for (const QString& name : names) {
         addRow(name);
-        EXPECT_TRUE(run().reason.endsWith(name + u":その他のエラー(&H2))"_s)) << name.toStdString();
-        EXPECT_FALSE(server.files().values().contains("secret"));
-        sql(u"DELETE FROM FileDB"_s);
+        addRow(name, store::SiteSide::Log);
     }
+    addPart(u"b.gif"_s);
+    EXPECT_TRUE(run().isDone);
+    EXPECT_FALSE(server.files().values().contains("secret"));
+    EXPECT_EQ(server.files().keys(),
+              (QStringList{u"/pub/DiaryLog/200404.htm"_s, u"/pub/DiaryParts/b.gif"_s, u"/pub/index.htm"_s}));
+    const QStringList told = lines(u"status: "_s).filter(u"ファイルの名前ではない"_s);
+    ASSERT_EQ(told.size(), 1);
+    for (const QString& name : names)
+        EXPECT_EQ(told[0].count(u'「' + name + u'」'), 1) << told[0].toStdString();
+    EXPECT_EQ(sqlValue(u"SELECT group_concat(DISTINCT FileName) FROM FileDB WHERE Uploaded"_s), u"b.gif"_s);
 }
 
 // The folders: their routines tell why in a box, the window tells which.

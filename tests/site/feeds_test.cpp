@@ -116,6 +116,20 @@ TEST_F(Feeds, AreUtf8WithoutMarkAndEndWithoutLineEnd) {
     }
 }
 
+TEST_F(Feeds, HoldNoUnitThatIsNoCharacterOfXml) {
+    write(u"2004/05/01"_s, u"a\uFFFEb\uFFFFc\uFFFDd"_s, u"text \uFFFE\uFFFF\uFFFD end"_s);
+    makeMonth();
+    for (const QString& name : kFeedNames) {
+        const QByteArray bytes = feedBytes(name);
+        EXPECT_FALSE(bytes.contains("\xEF\xBF\xBE")) << name.toStdString();
+        EXPECT_FALSE(bytes.contains("\xEF\xBF\xBF")) << name.toStdString();
+        EXPECT_TRUE(bytes.contains("abc\xEF\xBF\xBD"
+                                   "d"))
+            << name.toStdString();
+        EXPECT_TRUE(bytes.contains("text \xEF\xBF\xBD end")) << name.toStdString();
+    }
+}
+
 TEST_F(Feeds, MissingTextsOfTheChannelAreTheDiarys) {
     write(u"2004/05/06"_s, u"a"_s);
     makeMonth();

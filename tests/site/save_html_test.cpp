@@ -172,6 +172,17 @@ TEST_F(SaveHtml, AWeatherPictureThatCannotBeCopiedIsMadeUpForByTheNextRun) {
     EXPECT_EQ(fileRows().filter(u"Shinny.gif"_s), QStringList{u"Shinny.gif ALL 0 0"_s});
 }
 
+TEST_F(SaveHtml, AWeatherPictureThatCannotBeRegisteredIsNotPlacedAndMadeUpForByTheNextRun) {
+    registerFile(u"all.css"_s, u"ALL"_s);
+    sql(u"CREATE UNIQUE INDEX OneADay ON FileDB (Day)"_s);
+    EXPECT_NE(failureOf([&] { saver().SaveHTML(); }), u""_s);
+    EXPECT_EQ(QDir(path(u"site/DiaryParts"_s)).entryList(QDir::Files), QStringList());
+    sql(u"DROP INDEX OneADay"_s);
+    saver().SaveHTML();
+    EXPECT_EQ(fileRows().size(), 6);
+    EXPECT_TRUE(exists(sitePart(u"Shinny.gif"_s)));
+}
+
 TEST_F(SaveHtml, AMissingWeatherPictureIsPassedOver) {
     removeWeatherPictures();
     saver().SaveHTML();

@@ -2,6 +2,8 @@
 
 #include "support/test_home.h"
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -9,6 +11,7 @@ namespace {
 
 using store::FileRow;
 using store::kAllDays;
+using store::SiteSide;
 
 class FileRegister : public TestHome {
 protected:
@@ -41,7 +44,7 @@ TEST_F(FileRegister, AddsRowsAsGiven) {
 }
 
 TEST_F(FileRegister, AFileOfAllDaysHasNumberZero) {
-    files().AddLoggedCommonFile(u"all.css"_s);
+    files().AddCommonFiles({u"all.css"_s}, SiteSide::Log);
     EXPECT_EQ(sqlValue(u"SELECT Day || Number || Uploaded || Logged FROM FileDB"_s), u"ALL001"_s);
     sql(u"INSERT INTO FileDB (FileName, Day) VALUES ('x.css', 'ALL')"_s);
     EXPECT_EQ(files().FindFile(u"x.css"_s).front().number, 0);
@@ -49,10 +52,29 @@ TEST_F(FileRegister, AFileOfAllDaysHasNumberZero) {
 
 TEST_F(FileRegister, AddsTheLogsCopyOfACommonFileOnce) {
     add(u"all.css"_s, kAllDays, 0);
+    add(u"other.css"_s, u"2004/05/06"_s, 1, false, true);
     for (int i = 0; i < 3; ++i)
-        files().AddLoggedCommonFile(u"ALL.css"_s);
-    EXPECT_EQ(files().CountFile(u"all.css"_s), 2);
-    EXPECT_EQ(files().CountUnloggedFile(u"all.css"_s), 1);
+        files().AddCommonFiles({u"ALL.css"_s, u"other.css"_s, u"ＯＴＨＥＲ.css"_s}, SiteSide::Log);
+    EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"all.css"_s, u"ALL.css"_s, u"other.css"_s}));
+}
+
+TEST_F(FileRegister, AddsAFileOfAllMonthsUnlessItIsOneOnEitherSide) {
+    files().AddCommonFiles({u"logged.css"_s}, SiteSide::Log);
+    add(u"day.css"_s, u"2004/05/06"_s);
+    files().AddCommonFiles({u"new.css"_s, u"Logged.css"_s, u"day.css"_s, u"new.css"_s}, SiteSide::Current);
+    EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"logged.css"_s, u"new.css"_s, u"day.css"_s}));
+}
+
+TEST_F(FileRegister, TwoProgramsAddAFileOfAllMonthsOnce) {
+    const auto addMany = [&] {
+        for (int i = 0; i < 40; ++i)
+            files().AddCommonFiles({u"%1.css"_s.arg(i)}, SiteSide::Current);
+        return true;
+    };
+    std::thread other(addMany);
+    addMany();
+    other.join();
+    EXPECT_EQ(files().CommonFiles().size(), 40U);
 }
 
 TEST_F(FileRegister, FindsAndCountsANameWithoutRegardToCaseAndWidth) {
@@ -64,15 +86,6 @@ TEST_F(FileRegister, FindsAndCountsANameWithoutRegardToCaseAndWidth) {
     EXPECT_EQ(files().CountFile(u"photo"_s), 0);
     EXPECT_EQ(files().CountFile(u"photo.*"_s), 0);
     EXPECT_EQ(files().CountFile(u"photo.%"_s), 0);
-}
-
-TEST_F(FileRegister, CountsUnloggedRowsApart) {
-    add(u"a.gif"_s, u"2004/05/06"_s, 1, false, false);
-    add(u"a.gif"_s, u"2004/05/07"_s, 1, true, false);
-    add(u"a.gif"_s, u"2004/05/08"_s, 1, false, true);
-    EXPECT_EQ(files().CountFile(u"a.gif"_s), 3);
-    EXPECT_EQ(files().CountUnloggedFile(u"a.gif"_s), 2);
-    EXPECT_EQ(files().CountUnloggedFile(u"b.gif"_s), 0);
 }
 
 TEST_F(FileRegister, ListsByDayNumberAndName) {
@@ -115,7 +128,7 @@ TEST_F(FileRegister, AMissingNameIsAnEmptyOne) {
 
 TEST_F(FileRegister, DeletesBothRowsOfACommonFile) {
     add(u"all.css"_s, kAllDays, 0);
-    files().AddLoggedCommonFile(u"all.css"_s);
+    files().AddCommonFiles({u"all.css"_s}, SiteSide::Log);
     files().DeleteFile(u"all.css"_s, kAllDays, 0);
     EXPECT_EQ(files().CountFile(u"all.css"_s), 0);
 }
@@ -130,9 +143,9 @@ TEST_F(FileRegister, FilesOfMonthGoByTheDateOfTheDay) {
     add(u"7"_s, u"2004/05/01"_s, 1, true, true);
     sql(u"INSERT INTO FileDB (FileName, Day) VALUES ('8', NULL)"_s);
     // "2004/05" is the first of that month; the rows stand in the order in which they were added.
-    EXPECT_EQ(files().FilesOfMonth(u"2004/05"_s), (QStringList{u"1"_s, u"2"_s, u"3"_s, u"6"_s, u"7"_s}));
-    EXPECT_EQ(files().FilesOfMonth(u"2004/0_"_s).size(), 6);
-    EXPECT_EQ(files().FilesOfMonth(u"2004"_s), QStringList());
+    EXPECT_EQ(namesOf(files().FilesOfMonth(u"2004/05"_s)), (QStringList{u"1"_s, u"2"_s, u"3"_s, u"6"_s, u"7"_s}));
+    EXPECT_EQ(files().FilesOfMonth(u"2004/0_"_s).size(), 6U);
+    EXPECT_TRUE(files().FilesOfMonth(u"2004"_s).empty());
 }
 
 TEST_F(FileRegister, FilesOfAPeriodCompareAsTextsAndLeaveLoggedOnesOut) {
@@ -150,7 +163,7 @@ TEST_F(FileRegister, CommonFilesAreThoseOfAllDays) {
     add(u"a.css"_s, kAllDays, 0, true);
     add(u"c.gif"_s, u"2004/05/06"_s);
     EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"b.css"_s, u"a.css"_s}));
-    EXPECT_EQ(files().CommonFilesToUpload(), QStringList{u"b.css"_s});
+    EXPECT_EQ(namesOf(files().CommonFilesToUpload()), QStringList{u"b.css"_s});
 }
 
 TEST_F(FileRegister, ImageFilesOfADayComeLastFirst) {
@@ -163,13 +176,15 @@ TEST_F(FileRegister, ImageFilesOfADayComeLastFirst) {
               (QStringList{u"DImage20040506_2.jpg"_s, u"dimage20040506_1.jpg"_s, u"ｄｉｍａｇｅ20040506_0.jpg"_s}));
 }
 
-TEST_F(FileRegister, MarksOneRowAsLoggedAndStillToGoUp) {
-    add(u"a.gif"_s, u"2004/05/06"_s, 1, true);
-    add(u"a.gif"_s, u"2004/05/07"_s, 1, true);
-    files().MarkLogged(files().FindFile(u"a.gif"_s).front().id);
-    const std::vector<FileRow> rows = files().FindFile(u"a.gif"_s);
+TEST_F(FileRegister, MarksRowsAsLoggedAndStillToGoUp) {
+    for (const QString& day : {u"2004/05/06"_s, u"2004/05/07"_s, u"2004/05/08"_s})
+        add(u"a.gif"_s, day, 1, true);
+    std::vector<FileRow> rows = files().FindFile(u"a.gif"_s);
+    files().MarkLogged({rows[0].id, rows[2].id});
+    rows = files().FindFile(u"a.gif"_s);
     EXPECT_TRUE(rows[0].isLogged && !rows[0].isUploaded);
     EXPECT_TRUE(!rows[1].isLogged && rows[1].isUploaded);
+    EXPECT_TRUE(rows[2].isLogged && !rows[2].isUploaded);
 }
 
 TEST_F(FileRegister, FilesToUploadAreTheWaitingOnesOfOneSideInTheOrderOfTheirRows) {
@@ -180,6 +195,7 @@ TEST_F(FileRegister, FilesToUploadAreTheWaitingOnesOfOneSideInTheOrderOfTheirRow
     add(u"gone too.gif"_s, u"2004/04/06"_s, 1, true, true);
     EXPECT_EQ(namesOf(files().FilesToUpload(store::SiteSide::Current)), (QStringList{u"b.gif"_s, u"a.gif"_s}));
     EXPECT_EQ(namesOf(files().FilesToUpload(store::SiteSide::Log)), QStringList{u"l.gif"_s});
+    EXPECT_EQ(namesOf(files().FilesSent()), (QStringList{u"gone.gif"_s, u"gone too.gif"_s}));
 }
 
 TEST_F(FileRegister, MarksOneRowAsGoneUp) {
@@ -202,14 +218,15 @@ TEST_F(FileRegister, RefusesADoubleQuoteAndChangesNothing) {
     const std::function<void()> operations[] = {
         [&] { files.FindFile(bad); },
         [&] { files.CountFile(bad); },
-        [&] { files.CountUnloggedFile(bad); },
         [&] { files.DeleteFile(bad, u"2004/05/06"_s, 1); },
         [&] { files.DeleteFile(u"a"_s, bad, 1); },
         [&] { files.FilesOfMonth(bad); },
         [&] { files.FilesOfPeriod(bad, u"x"_s); },
         [&] { files.FilesOfPeriod(u"x"_s, bad); },
         [&] { files.ImageFilesOfDay(bad); },
-        [&] { files.AddLoggedCommonFile(bad); },
+        [&] {
+            files.AddCommonFiles({u"good.css"_s, bad}, SiteSide::Log);
+        },
     };
     int number = 0;
     for (const auto& operation : operations) {

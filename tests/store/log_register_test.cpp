@@ -2,6 +2,8 @@
 
 #include "support/test_home.h"
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -29,11 +31,24 @@ TEST_F(LogRegister, ComesInTheOrderOfItsRows) {
     EXPECT_EQ(rows(), (QStringList{u"2004/05 200405.htm"_s, u"2004/03 200403.htm"_s, u"2004/04 200404.htm"_s}));
 }
 
-TEST_F(LogRegister, KnowsMonthsAndFiles) {
+TEST_F(LogRegister, AMonthGetsOneRowHoweverOftenAndByHowManyProgramsItIsLogged) {
+    sql(u"INSERT INTO LogDB VALUES (NULL, 'a.htm')"_s);
+    const auto addMany = [&] {
+        for (int month = 1; month <= 12; ++month)
+            logs().AddLogOfMonth({u"2004/%1"_s.arg(month, 2, 10, QChar(u'0')), u"log.htm"_s});
+        return true;
+    };
+    std::thread other(addMany);
+    addMany();
+    other.join();
+    EXPECT_EQ(rows().size(), 13);
+    logs().AddLogOfMonth({u"２００４/05"_s, u"other.htm"_s}); // the same month
+    logs().AddLogOfMonth({u"2004/0_"_s, u"other.htm"_s});
+    EXPECT_EQ(rows().size(), 14);
+}
+
+TEST_F(LogRegister, KnowsFiles) {
     logs().AddLog({u"2004/05"_s, u"200405.htm"_s});
-    EXPECT_TRUE(logs().LogOfMonth(u"2004/05"_s));
-    EXPECT_FALSE(logs().LogOfMonth(u"2004/06"_s));
-    EXPECT_FALSE(logs().LogOfMonth(u"2004/0_"_s));
     EXPECT_TRUE(logs().FindLog(u"200405.htm"_s));
     EXPECT_TRUE(logs().FindLog(u"２００４05.HTM"_s));
     EXPECT_FALSE(logs().FindLog(u"200405"_s));
@@ -75,7 +90,9 @@ TEST_F(LogRegister, ReadsMissingValuesAsMissing) {
 TEST_F(LogRegister, RefusesADoubleQuoteAndChangesNothing) {
     logs().AddLog({u"2004/05"_s, u"a\".htm"_s});
     const QByteArray before = bytesOf(session.databaseFile());
-    for (const QString& failure : {failureOf([&] { logs().LogOfMonth(u"\""_s); }),
+    for (const QString& failure : {failureOf([&] {
+                                       logs().AddLogOfMonth({u"\""_s, u"a.htm"_s});
+                                   }),
                                    failureOf([&] { logs().FindLog(u"a\".htm"_s); }), failureOf([&] {
                                        logs().DeleteLog({u"2004/05"_s, u"a\".htm"_s});
                                    })})

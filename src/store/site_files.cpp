@@ -1,0 +1,121 @@
+#include "store/site_files.h"
+
+#include "core/date_forms.h"
+#include "core/keys.h"
+#include "core/path_names.h"
+#include "platform/directory.h"
+#include "platform/profile_file.h"
+#include "platform/text_order.h"
+#include "store/file_register.h"
+#include "store/sqlite/connection.h"
+#include "store/sqlite/statement.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::store {
+namespace {
+
+bool takesPrivateFiles(const core::Session& session) {
+    const core::Key& key = core::keys::kPrivateFiles;
+    return platform::ProfileFile(platform::existingPath(session.DiaryIniFile)).number(key.section, key.name) == 1;
+}
+
+bool belongsToADay(const FileRow& row) {
+    return !row.day.isEmpty() && row.day != kAllDays;
+}
+
+/// Tells which rows belong to a private entry. A day in another date form counts by its date.
+class PrivateEntries {
+public:
+    explicit PrivateEntries(const core::Session& session)
+        : m_connection(session.databaseFile(), sqlite::Access::ReadOnly)
+        , m_isPrivate(m_connection, "SELECT min(Private <> 0) FROM Contents WHERE Day IN (?1, ?2) AND Number = ?3")
+        , m_yearNow(session.Today.left(4).toInt()) {}
+
+    bool own(const FileRow& row) {
+        if (!belongsToADay(row))
+            return false;
+        m_isPrivate.bind(row.day, core::formatTextAsDate(row.day, u"yyyy/mm/dd", m_yearNow), row.number);
+        const bool isPrivate = m_isPrivate.next() && m_isPrivate.boolean(0);
+        m_isPrivate.reset();
+        return isPrivate;
+    }
+
+private:
+    sqlite::Connection m_connection;
+    sqlite::Statement m_isPrivate;
+    int m_yearNow;
+};
+
+/// The names as one line shows them; the name of a row may hold anything.
+QString shown(const QStringList& names) {
+    QString text = u'「' + names.join(u"」「"_s) + u'」';
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return c.unicode() < u' '; }, u'?');
+    return text;
+}
+
+} // namespace
+
+SiteFiles::SiteFiles(const core::Session& session)
+    : m_session(session) {}
+
+std::vector<FileRow> SiteFiles::take(const std::vector<FileRow>& rows,
+                                     const std::function<bool(const FileRow&)>& isPublished) {
+    const QSet<QString> privateNames = this->privateNames(rows);
+    std::vector<FileRow> taken;
+    for (const FileRow& row : rows) {
+        if (!core::isBareName(row.name))
+            keep(m_noNames, row.name);
+        else if (!privateNames.contains(platform::fold(row.name)))
+            taken.push_back(row);
+        else if (row.isUploaded || (isPublished && isPublished(row)))
+            keep(m_published, row.name);
+    }
+    return taken;
+}
+
+/// The names, in the form in which they compare, that private entries alone have.
+QSet<QString> SiteFiles::privateNames(const std::vector<FileRow>& rows) const {
+    const bool hasEntries = std::any_of(rows.begin(), rows.end(), belongsToADay);
+    if (!hasEntries || takesPrivateFiles(m_session))
+        return {};
+    PrivateEntries entries(m_session);
+    QSet<QString> names;
+    for (const FileRow& row : rows) {
+        if (entries.own(row))
+            names.insert(platform::fold(row.name));
+    }
+    if (names.isEmpty())
+        return names;
+    for (const FileRow& row : FileRegister(m_session.databaseFile()).ListFiles()) {
+        const QString name = platform::fold(row.name);
+        if (names.contains(name) && !entries.own(row))
+            names.remove(name);
+    }
+    return names;
+}
+
+void SiteFiles::keep(QStringList& list, const QString& name) {
+    if (m_kept.contains(name))
+        return;
+    m_kept.insert(name);
+    list += name;
+}
+
+void SiteFiles::tell(platform::Desk& desk) {
+    QStringList lines;
+    if (!m_noNames.isEmpty())
+        lines += u"登録された%1はファイルの名前ではないので、サイトに入れていません。"_s.arg(shown(m_noNames));
+    if (!m_published.isEmpty())
+        lines +=
+            u"%1は非公開の日記だけのファイルですが、公開したものがサイトに残っています。"_s.arg(shown(m_published));
+    if (!lines.isEmpty())
+        desk.notice(lines.join(QString()));
+    m_noNames.clear();
+    m_published.clear();
+}
+
+} // namespace velloria::store
