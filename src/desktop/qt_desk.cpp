@@ -35,6 +35,18 @@ QMessageBox::Icon iconOf(platform::MessageKind kind) {
     return QMessageBox::NoIcon;
 }
 
+QFileDialog::FileMode fileModeOf(platform::PathMode mode) {
+    switch (mode) {
+    case platform::PathMode::Open:
+        return QFileDialog::ExistingFile;
+    case platform::PathMode::Save:
+        return QFileDialog::AnyFile;
+    case platform::PathMode::Folder:
+        break;
+    }
+    return QFileDialog::Directory;
+}
+
 /// Native dialogs may match with regard to case, so both spellings of the letters are told.
 QString nameFilterOf(const FileFilter& filter) {
     QStringList patterns;
@@ -47,6 +59,33 @@ QString nameFilterOf(const FileFilter& filter) {
     // Of the parentheses the last ones are the patterns, and these are hidden.
     return filter.label + u" ("_s + patterns.join(u' ') + u')';
 }
+
+/// A dialog over the window that asks, which has the keyboard again behind it. The window may go while the dialog is
+/// open, and takes it along.
+template <typename Dialog>
+class Over {
+public:
+    explicit Over(Dialog* dialog)
+        : m_window(dialog->parentWidget())
+        , m_dialog(dialog) {}
+    ~Over() {
+        delete m_dialog;
+        if (!m_window || !m_window->isVisible())
+            return;
+        m_window->raise();
+        m_window->activateWindow();
+    }
+    Over(const Over&) = delete;
+    Over& operator=(const Over&) = delete;
+
+    Dialog* operator->() const { return m_dialog; }
+    /// Shows the dialog and waits; false as well when its window took it along.
+    bool isAccepted() const { return m_dialog->exec() == QDialog::Accepted && m_dialog; }
+
+private:
+    QPointer<QWidget> m_window;
+    QPointer<Dialog> m_dialog;
+};
 
 /// A text that is half as high as the screen scrolls: the button would lie below the edge.
 void letScroll(QMessageBox& box) {
@@ -71,11 +110,25 @@ QList<FileFilter> parseFilter(const QString& filter) {
     return filters;
 }
 
-/// The window that a box belongs to: a dialog that is open must not be hidden behind its box.
+void QtDesk::setMainWindow(QWidget* window) {
+    m_mainWindow = window;
+    QObject::connect(qApp, &QApplication::focusChanged, window, [this](QWidget*, QWidget* focus) {
+        // A box that has just been answered asks nothing itself, and word of the window behind it is on its way.
+        if (focus && !focus->window()->isModal())
+            m_lastActive = focus->window();
+    });
+}
+
+/// The window that asks: the one that blocks the others, else the one that somebody works in, or worked in last when
+/// they have turned to another program meanwhile.
 QWidget* QtDesk::owner() const {
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
-    return m_mainWindow && m_mainWindow->isVisible() ? m_mainWindow.data() : nullptr;
+    for (QWidget* window : {QApplication::activeWindow(), m_lastActive.data(), m_mainWindow.data()}) {
+        if (window && window->isVisible())
+            return window;
+    }
+    return nullptr;
 }
 
 void QtDesk::prepareBox() const {
@@ -85,49 +138,53 @@ void QtDesk::prepareBox() const {
 
 void QtDesk::message(platform::MessageKind kind, const QString& text, const QString& title) {
     prepareBox();
-    QMessageBox box(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner());
-    box.setTextFormat(Qt::PlainText);
-    letScroll(box);
-    box.exec();
+    const Over box(new QMessageBox(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner()));
+    box->setTextFormat(Qt::PlainText);
+    letScroll(*box.operator->());
+    box->exec();
 }
 
 bool QtDesk::ask(const QString& text, const QString& title) {
     prepareBox();
-    return YesNoBox(title, text, owner()).isYes();
+    return Over(new YesNoBox(title, text, owner()))->isYes();
 }
 
 std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) {
     prepareBox();
-    if (request.mode == platform::PathMode::Folder) {
-        const QString folder = QFileDialog::getExistingDirectory(owner(), request.title, request.folder);
-        return folder.isEmpty() ? std::nullopt : std::optional(folder);
-    }
-    QFileDialog dialog(owner(), request.title, request.folder);
-    dialog.setAcceptMode(request.mode == platform::PathMode::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(request.mode == platform::PathMode::Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    const Over dialog(new QFileDialog(owner(), request.title, request.folder));
+    dialog->setAcceptMode(request.mode == platform::PathMode::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(fileModeOf(request.mode));
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
+    dialog->setOption(QFileDialog::ShowDirsOnly, request.mode == platform::PathMode::Folder);
     QStringList filters;
     for (const FileFilter& filter : parseFilter(request.filter))
         filters += nameFilterOf(filter);
     if (!filters.isEmpty())
-        dialog.setNameFilters(filters);
-    dialog.setDefaultSuffix(request.defaultSuffix);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        dialog->setNameFilters(filters);
+    dialog->setDefaultSuffix(request.defaultSuffix);
+    if (!dialog.isAccepted() || dialog->selectedFiles().isEmpty())
         return std::nullopt;
-    return dialog.selectedFiles().constFirst();
+    return dialog->selectedFiles().constFirst();
+}
+
+/// Nothing when it is cancelled.
+std::optional<QString> QtDesk::line(const QString& title, const QString& text, const QString& whenAsked,
+                                    QLineEdit::EchoMode echo) const {
+    prepareBox();
+    const Over dialog(new QInputDialog(owner()));
+    dialog->setWindowTitle(title);
+    dialog->setLabelText(text);
+    dialog->setTextEchoMode(echo);
+    dialog->setTextValue(whenAsked);
+    return dialog.isAccepted() ? std::optional(dialog->textValue()) : std::nullopt;
 }
 
 QString QtDesk::input(const QString& text, const QString& whenAsked, const QString& title) {
-    prepareBox();
-    return QInputDialog::getText(owner(), title, shownText(text), QLineEdit::Normal, whenAsked);
+    return line(title, shownText(text), whenAsked, QLineEdit::Normal).value_or(QString());
 }
 
 std::optional<QString> QtDesk::password(const QString& title) {
-    prepareBox();
-    bool isAccepted = false;
-    const QString text =
-        QInputDialog::getText(owner(), title, u"パスワード"_s, QLineEdit::Password, QString(), &isAccepted);
-    return isAccepted ? std::optional(text) : std::nullopt;
+    return line(title, u"パスワード"_s, {}, QLineEdit::Password);
 }
 
 void QtDesk::status(const QString& text) {

@@ -3,6 +3,7 @@
 
 #include "platform/desk.h"
 
+#include <QLineEdit>
 #include <QPointer>
 
 #include <functional>
@@ -31,7 +32,7 @@ public:
     void failure(const platform::Failure& failure) override;
 
     /// What is shown before the main window is there has no owner.
-    void setMainWindow(QWidget* window) { m_mainWindow = window; }
+    void setMainWindow(QWidget* window);
 
     // What the program's windows do for the ports. Each may be left empty.
     std::function<void()> beforeBox; ///< runs ahead of every box and dialog: a splash picture must not cover it
@@ -45,8 +46,11 @@ public:
 private:
     QWidget* owner() const;
     void prepareBox() const;
+    std::optional<QString> line(const QString& title, const QString& text, const QString& whenAsked,
+                                QLineEdit::EchoMode echo) const;
 
     QPointer<QWidget> m_mainWindow;
+    QPointer<QWidget> m_lastActive;
 };
 
 /// The name filters of a file dialog from pairs of text and patterns: "HTML Files(*.htm)|*.htm;*html|".

@@ -1,0 +1,198 @@
+// Behind a box or a file dialog the window that asked has the keyboard again.
+#include "convert/forms/frmExport.h"
+#include "editor/forms/frmFind.h"
+#include "editor/forms/frmHTMLMakeFont.h"
+#include "editor/forms/frmHTMLMakeHR.h"
+#include "editor/forms/frmHTMLMakeImage.h"
+#include "editor/forms/frmHTMLMakeList.h"
+#include "editor/forms/frmResistFiles.h"
+#include "editor/forms/frmResistLogs.h"
+#include "real_keys.h"
+#include "shell/forms/frmDeleteImportDiary.h"
+#include "site/forms/frmSaveLog.h"
+#include "store/file_register.h"
+#include "store/log_register.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+const QString kEnter = u"Return"_s;
+const QString kSpace = u"space"_s;
+const QString kEscape = u"Escape"_s;
+
+class Keyboard : public RealKeys {
+protected:
+    template <class Window>
+    Window& shown() {
+        auto& window = context.windows.get<Window>();
+        window.showWindow();
+        EXPECT_TRUE(becomesActive(window));
+        settle();
+        return window;
+    }
+    template <class Control = QWidget>
+    static Control& control(QWidget& window, const QString& name) {
+        auto* found = window.findChild<Control*>(name);
+        if (!found)
+            throw std::runtime_error("no control " + name.toStdString());
+        return *found;
+    }
+    /// A press of the button brings dialogs, each left by its key; then the window has the keyboard.
+    void expectKept(QWidget& window, const QString& button, const QStringList& leaving) {
+        leaveAll(leaving);
+        pressAt(control(window, button), kSpace);
+        EXPECT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+        expectKeysGoTo(window, window.objectName() + u"."_s + button);
+    }
+    /// Each key once there is a dialog that was not there before.
+    static void leaveAll(QStringList keys) {
+        if (keys.isEmpty())
+            return;
+        const QString key = keys.takeFirst();
+        whenShown<QDialog>([key, keys](QDialog& dialog) {
+            EXPECT_TRUE(becomesActive(dialog));
+            QObject::connect(&dialog, &QObject::destroyed, qApp, [keys] { leaveAll(keys); });
+            begin({u"key"_s, key});
+        });
+    }
+};
+
+TEST_F(Keyboard, AfterTheFindWindowsComplaintItsWordIsTyped) {
+    press(u"ctrl+f"_s);
+    auto* window = context.windows.find<editor::frmFind>();
+    ASSERT_TRUE(window);
+    ASSERT_TRUE(becomesActive(*window));
+    leaveNext(kEnter);
+    press(kEnter);
+    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    ASSERT_TRUE(becomesActive(*window));
+    for (const char* letter : {"a", "b", "c"})
+        press(QLatin1StringView(letter));
+    EXPECT_EQ(control<QLineEdit>(*window, u"txtFindWord"_s).text(), u"abc"_s);
+    EXPECT_EQ(pane().toPlainText(), QString());
+}
+
+TEST_F(Keyboard, StaysWithTheImageMaker) {
+    auto& window = shown<editor::frmHTMLMakeImage>();
+    expectKept(window, u"Btn_Open"_s, {kEscape});
+    control<QLineEdit>(window, u"txt_FilePath"_s).setText(path(u"missing.gif"_s));
+    control<QCheckBox>(window, u"chk_Resist"_s).setChecked(true);
+    leaveNext(kEnter);
+    pressAt(control(window, u"Btn_OK"_s), kSpace);
+    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    EXPECT_EQ(QApplication::activeWindow(), context.windows.find<editor::frmHTMLMakeImage>()
+                                                ? static_cast<QWidget*>(&window)
+                                                : static_cast<QWidget*>(&top()));
+}
+
+TEST_F(Keyboard, StaysWithTheFileRegister) {
+    store::FileRegister(session.databaseFile()).AddFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
+    auto& window = shown<editor::frmResistFiles>();
+    expectKept(window, u"BtnOpenFolder"_s, {kEscape});
+    control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.gif"_s));
+    expectKept(window, u"BtnResist"_s, {kEnter});
+    auto& list = control<QListWidget>(window, u"ResisterdList"_s);
+    ASSERT_GT(list.count(), 0);
+    list.setCurrentRow(0);
+    expectKept(window, u"BtnDelete"_s, {u"n"_s});
+    EXPECT_GT(list.count(), 0);
+    list.setCurrentRow(0);
+    expectKept(window, u"BtnDelete"_s, {kEnter, kEnter, kEnter});
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(Keyboard, StaysWithTheLogRegister) {
+    store::LogRegister(session.databaseFile()).AddLog({u"2004/04"_s, u"200404.htm"_s});
+    auto& window = shown<editor::frmResistLogs>();
+    expectKept(window, u"BtnOpenFolder"_s, {kEscape});
+    control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.htm"_s));
+    control<QComboBox>(window, u"cmbMonth"_s).setCurrentIndex(3);
+    expectKept(window, u"BtnResist"_s, {kEnter});
+    control<QListWidget>(window, u"ResisterdList"_s).setCurrentRow(0);
+    expectKept(window, u"BtnDelete"_s, {u"n"_s});
+
+    // The year is looked at when its box is left, behind the key that left it.
+    auto& year = control<QLineEdit>(window, u"txtYear"_s);
+    year.setText(u"x"_s);
+    leaveNext(kEnter);
+    pressAt(year, u"Tab"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !QApplication::activeModalWidget() && year.hasFocus(); }));
+    expectKeysGoTo(window, u"the year's complaint"_s);
+}
+
+TEST_F(Keyboard, StaysWithTheExport) {
+    auto& window = shown<convert::frmExport>();
+    control<QRadioButton>(window, u"optFormat_User"_s).setChecked(true);
+    expectKept(window, u"Btn_OK"_s, {kEnter});
+    control<QRadioButton>(window, u"optFormat_Text"_s).setChecked(true);
+    expectKept(window, u"Btn_OK"_s, {kEscape, kEnter});
+    control<QRadioButton>(window, u"optFile_Divide"_s).setChecked(true);
+    expectKept(window, u"Btn_OK"_s, {kEscape, kEnter});
+}
+
+TEST_F(Keyboard, StaysWithTheLogMaker) {
+    auto& window = shown<site::frmSaveLog>();
+    control<QLineEdit>(window, u"txtMonth"_s).setText(u"1/2"_s);
+    expectKept(window, u"btn_Save"_s, {kEnter});
+}
+
+TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
+    auto& window = shown<shell::frmDeleteImportDiary>();
+    leaveNext(kEnter);
+    pressAt(control(window, u"Btn_OK"_s), kSpace);
+    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    settle();
+    QWidget* const left = context.windows.find<shell::frmDeleteImportDiary>();
+    expectKeysGoTo(left ? *left : top(), u"frmDeleteImportDiary"_s);
+}
+
+TEST_F(Keyboard, StaysWithTheMakersThatBlock) {
+    auto& rule = shown<editor::frmHTMLMakeHR>();
+    leaveNext<QMessageBox>(kEnter);
+    auto& width = control<QLineEdit>(rule, u"txtWidth"_s);
+    width.selectAll();
+    pressAt(width, u"x"_s);
+    expectKeysGoTo(rule, u"the width's complaint"_s, {u"Left"_s, u"Right"_s}); // no more letters, no more boxes
+    leaveNext<QColorDialog>(kEscape);
+    pressAt(control(rule, u"Btn_GetColorDialog"_s), kSpace);
+    expectKeysGoTo(rule, u"the colour dialog"_s);
+    rule.reject();
+    settle();
+
+    auto& list = shown<editor::frmHTMLMakeList>();
+    control<QRadioButton>(list, u"optTypeOL"_s).setChecked(true);
+    auto& start = control<QLineEdit>(list, u"txtOLStart"_s);
+    start.setText(u"x"_s);
+    leaveNext<QMessageBox>(kEnter);
+    pressAt(start, u"Tab"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return start.hasFocus(); }));
+    expectKeysGoTo(list, u"the start's complaint"_s);
+    list.reject();
+    settle();
+    expectKeysGoTo(top(), u"behind the makers"_s);
+}
+
+TEST_F(Keyboard, IsTheMainWindowsAgainBehindItsOwnBoxes) {
+    press(u"End"_s);
+    leaveNext(kEnter);
+    press(u"ctrl+s"_s); // without a title
+    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    expectKeysGoTo(top(), u"the editor"_s);
+}
+
+TEST_F(Keyboard, IsTheMainWindowsAgainWhenTheWindowThatAskedIsGone) {
+    auto& window = shown<editor::frmFind>();
+    whenShown<QDialog>([&](QDialog& box) {
+        EXPECT_TRUE(becomesActive(box));
+        EXPECT_EQ(box.parentWidget(), &window);
+        context.windows.unload<editor::frmFind>();
+    });
+    qtDesk.message(platform::MessageKind::Plain, u"text"_s, u"Velloria"_s);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    expectKeysGoTo(top(), u"behind a window that went"_s);
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,98 @@
+// The windows under a window manager, worked by keys that the screen gives to whichever window has the keyboard.
+#pragma once
+
+#include "desktop/qt_desk.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "support/desktop_home.h"
+
+#include <QProcess>
+
+namespace velloria::tests {
+
+/// Fixture: the program's own desk, a day in the editor, the caret in its first pane.
+class RealKeys : public TestHome {
+protected:
+    RealKeys() {
+        qtDesk.setMainWindow(&top());
+        qApp->installEventFilter(&spy);
+    }
+    ~RealKeys() override { tidyUp(context, home); }
+
+    void SetUp() override {
+        top().resize(1100, 800);
+        top().show();
+        ASSERT_TRUE(becomesActive(top()));
+        calendar().place({0, 0, 279, 214});
+        calendar().showChild();
+        contents().place({285, 0, 420, 600});
+        contents().openDay(QStringLiteral("2004/05/06"));
+        pane().setFocus();
+        settle();
+    }
+
+    shell::MDIFormTop& top() { return context.windows.get<shell::MDIFormTop>(); }
+    editor::frmContents& contents() { return context.windows.get<editor::frmContents>(); }
+    editor::frmCalender& calendar() { return context.windows.get<editor::frmCalender>(); }
+    QPlainTextEdit& pane() { return *contents().findChild<QPlainTextEdit*>(QStringLiteral("txtContents")); }
+
+    /// Starts pressing and comes back at once: what the keys do may wait in here for a box.
+    static void begin(const QStringList& words) { QProcess::startDetached(QStringLiteral("xdotool"), words); }
+    /// Presses a key and waits until a window of the program got it.
+    void press(const QString& key) {
+        const int before = spy.releases;
+        begin({QStringLiteral("key"), key});
+        EXPECT_TRUE(QTest::qWaitFor([&] { return spy.releases > before; })) << key.toStdString();
+        settle();
+    }
+    /// Goes to the control as its window's own and presses a key there.
+    void pressAt(QWidget& control, const QString& key) {
+        control.setFocus();
+        settle();
+        press(key);
+    }
+
+    /// The next modal dialog is left by this key, once it has the keyboard.
+    template <class Dialog = QDialog>
+    static void leaveNext(const QString& key) {
+        whenShown<Dialog>([key](QDialog& dialog) {
+            EXPECT_TRUE(becomesActive(dialog));
+            begin({QStringLiteral("key"), key});
+        });
+    }
+
+    /// What is typed now goes to this window.
+    void expectKeysGoTo(QWidget& window, const QString& what,
+                        const QStringList& keys = {QStringLiteral("x"), QStringLiteral("Down")}) {
+        EXPECT_TRUE(becomesActive(window)) << what.toStdString();
+        const QString before = pane().toPlainText();
+        for (const QString& key : keys) {
+            spy.window = nullptr;
+            press(key);
+            EXPECT_EQ(spy.window, &window) << what.toStdString() << " lost the key " << key.toStdString();
+        }
+        if (&window != &top()) {
+            EXPECT_EQ(pane().toPlainText(), before) << what.toStdString();
+        }
+    }
+
+    /// Notes which window the keys come to.
+    struct Spy : QObject {
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            const auto* widget = qobject_cast<QWidget*>(watched);
+            if (widget && event->type() == QEvent::KeyPress)
+                window = widget->window();
+            if (qobject_cast<QWindow*>(watched) && event->type() == QEvent::KeyRelease)
+                ++releases;
+            return false;
+        }
+        const QWidget* window = nullptr;
+        int releases = 0;
+    };
+
+    Spy spy;
+    desktop::QtDesk qtDesk;
+    desktop::Context context{session, *clock, qtDesk};
+};
+
+} // namespace velloria::tests
