@@ -124,6 +124,7 @@ void clsExport::GetFilePath(bool& isChosen) {
     platform::PathRequest request{platform::PathMode::Save, u"Export"_s, all, start};
     if (m_settings.format != ExportFormat::User)
         request.defaultSuffix = ending().sliced(1);
+    request.name = proposedName();
     if (asksForFolder())
         request = {platform::PathMode::Folder, u"フォルダの選択"_s, {}, start};
     else if (m_settings.format == ExportFormat::Text)
@@ -132,6 +133,23 @@ void clsExport::GetFilePath(bool& isChosen) {
         request.filter = u"HTML Files(*.html)|*.html|"_s + all;
     takePath(m_desk.choosePath(request).value_or(QString()));
     isChosen = !m_path.isEmpty();
+}
+
+/// By period and format: "2004_05_01-2004_05_31.txt", "2004_05.htm", "2004_05_06.txt".
+QString clsExport::proposedName() const {
+    const store::Period& period = m_settings.period;
+    QString name = period.first;
+    if (period.kind == store::Period::Kind::Month && name.endsWith(u'/'))
+        name.chop(1);
+    if (period.kind == store::Period::Kind::Between)
+        name += u'-' + period.last;
+    // A month is what somebody typed.
+    for (QChar& character : name) {
+        if (!character.isLetterOrNumber() && character != u'-')
+            character = u'_';
+    }
+    const QString end = ending();
+    return end.size() > 1 ? name + end : name; // a format without an ending gives none
 }
 
 void clsExport::takePath(QString chosen) {

@@ -82,6 +82,7 @@ public:
 private:
     QString formatName() const;
     QString ending() const;
+    QString proposedName() const;
     bool asksForFolder() const;
     QString readFormat();
     void writeOneFile(const QString& format, const clsHTML2TEXT& converter);

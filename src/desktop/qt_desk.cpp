@@ -87,6 +87,11 @@ private:
     QPointer<Dialog> m_dialog;
 };
 
+/// What the dialog would take for a file name if it were handed a folder that is not there.
+QString startFolder(const QString& folder) {
+    return !folder.isEmpty() && QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
+
 /// A text that is half as high as the screen scrolls: the button would lie below the edge.
 void letScroll(QMessageBox& box) {
     auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
@@ -151,7 +156,7 @@ bool QtDesk::ask(const QString& text, const QString& title) {
 
 std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) {
     prepareBox();
-    const Over dialog(new QFileDialog(owner(), request.title, request.folder));
+    const Over dialog(new QFileDialog(owner(), request.title, startFolder(request.folder)));
     dialog->setAcceptMode(request.mode == platform::PathMode::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(fileModeOf(request.mode));
     dialog->setOption(QFileDialog::HideNameFilterDetails);
@@ -162,6 +167,8 @@ std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) 
     if (!filters.isEmpty())
         dialog->setNameFilters(filters);
     dialog->setDefaultSuffix(request.defaultSuffix);
+    if (!request.name.isEmpty())
+        dialog->selectFile(request.name);
     if (!dialog.isAccepted() || dialog->selectedFiles().isEmpty())
         return std::nullopt;
     return dialog->selectedFiles().constFirst();

@@ -18,9 +18,10 @@ struct PathRequest {
     PathMode mode = PathMode::Open;
     QString title;
     QString filter; ///< pairs of text and pattern, parted by "|"
-    QString folder; ///< where it starts
+    QString folder; ///< where it starts; the user's home folder when it is missing
     /// Without the dot; what the dialog adds to a name without an ending, so that it can ask before it replaces a file.
     QString defaultSuffix = {};
+    QString name = {}; ///< the file name that a dialog to save proposes
 };
 
 /// What the one progress window of network work shows.

@@ -90,9 +90,13 @@ void SaveHtml::bringBack(const QString& list, const std::optional<QByteArray>& b
 }
 
 Outcome SaveHtml::chooseTarget() {
-    const std::optional<QString> path =
-        m_desk.choosePath({platform::PathMode::Save, u"日記の書き出し..."_s, u"HTML Files(*.htm;*.html)|*.htm;*html|"_s,
-                           m_session.FilePath});
+    const QString proposed = m_session.FileName.isEmpty() ? u"index.htm"_s : m_session.FileName;
+    const std::optional<QString> path = m_desk.choosePath({platform::PathMode::Save,
+                                                           u"日記の書き出し..."_s,
+                                                           u"HTML Files(*.htm;*.html)|*.htm;*html|"_s,
+                                                           m_session.FilePath,
+                                                           {},
+                                                           proposed});
     return path && !path->isEmpty() && takeTarget(*path) ? Outcome::Done : Outcome::Refused;
 }
 

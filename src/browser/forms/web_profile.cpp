@@ -35,8 +35,8 @@ void askForPlace(QWebEngineDownloadRequest& download, platform::Desk& desk) {
     platform::PathRequest request;
     request.mode = platform::PathMode::Save;
     request.title = u"ファイルの保存..."_s;
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
-    request.folder = folder.filePath(download.suggestedFileName());
+    request.folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    request.name = download.suggestedFileName();
     const std::optional<QString> path = desk.choosePath(request);
     if (!path) {
         download.cancel();
