@@ -19,6 +19,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace velloria {
 namespace {
 
@@ -49,7 +51,7 @@ int run(QApplication& application) {
     core::Session session;
     const platform::SystemClock clock;
     desktop::QtDesk desk;
-    desktop::SoundPlayer player;
+    desktop::SoundPlayer player(QCoreApplication::applicationDirPath() + u"/velloria-sound"_s);
     desktop::Context context{session, clock, desk};
     connectDesk(desk, context, player);
     try {

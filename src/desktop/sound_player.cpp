@@ -2,10 +2,10 @@
 
 #include "platform/directory.h"
 
-#include <QAudioOutput>
-#include <QMediaPlayer>
+#include <QProcess>
 #include <QRegularExpression>
-#include <QUrl>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -16,16 +16,31 @@ QString soundFileOf(const QString& command) {
     return kPlay.match(command).captured(1);
 }
 
+SoundPlayer::SoundPlayer(QString program, QObject* parent)
+    : QObject(parent)
+    , m_program(std::move(program)) {}
+
+SoundPlayer::~SoundPlayer() {
+    for (QProcess* playing : findChildren<QProcess*>()) {
+        playing->kill();
+        playing->waitForFinished();
+    }
+}
+
 void SoundPlayer::execute(const QString& command) {
     const QString file = platform::existingPath(soundFileOf(command));
     if (!platform::fileExists(file))
         return;
-    if (!m_player) {
-        m_player = new QMediaPlayer(this);
-        m_player->setAudioOutput(new QAudioOutput(m_player));
+    if (m_playing && m_playing->state() != QProcess::NotRunning) {
+        connect(m_playing, &QProcess::finished, m_playing, &QObject::deleteLater);
+        m_playing->kill();
+    } else {
+        delete m_playing;
     }
-    m_player->setSource(QUrl::fromLocalFile(file));
-    m_player->play();
+    m_playing = new QProcess(this);
+    m_playing->setStandardOutputFile(QProcess::nullDevice());
+    m_playing->setStandardErrorFile(QProcess::nullDevice());
+    m_playing->start(m_program, {file});
 }
 
 } // namespace velloria::desktop

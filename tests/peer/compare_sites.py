@@ -35,7 +35,7 @@ class Trial:
         self.diary = random_diary(seed)
         self.root = root
         self.home = os.path.join(root, "home")
-        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-cli"))
+        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*"))
 
     def run_cli(self, *arguments):
         command = [self.cli, "--home", self.home, "--now", self.diary.now, "--day", self.diary.enter_day, "--yes"]

@@ -21,7 +21,7 @@ namespace velloria::tests {
 FactoryHome::FactoryHome() {
     const QDir factory(QStringLiteral(VELLORIA_PROGRAM_FOLDER));
     for (const QString& name : factory.entryList(QDir::Files)) {
-        if (name != u"velloria-cli"_s && name != u"velloria"_s)
+        if (!name.startsWith(u"velloria"_s)) // the programs themselves
             platform::copyFile(factory.filePath(name), home.filePath(name));
     }
     setNow(u"2004/05/06 08:05:09"_s);
