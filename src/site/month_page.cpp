@@ -10,6 +10,7 @@
 #include "site/entry_page.h"
 #include "site/feeds.h"
 #include "site/frames.h"
+#include "site/own_pages.h"
 #include "site/page_head.h"
 #include "site/site_keys.h"
 
@@ -72,6 +73,8 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
     const QString list = pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
     if (makeList == MakeList::Yes)
         core::writeUploadList(m_session.UserPath + list, rows);
+    if (isPreview(path) && uploadTakesFrom(m_session.DataPath))
+        removeOldDayPages(m_session);
     return rows;
 }
 

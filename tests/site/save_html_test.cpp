@@ -303,6 +303,67 @@ TEST_F(Preview, TakesNoDayFileOfAListThatAKilledSaveAsLeft) {
     EXPECT_TRUE(pageOf(session.DataPath + u"tmp_01.htm"_s).contains(u"秘密"_s));
 }
 
+class OldDayPages : public Preview {
+protected:
+    /// Previews with pages of days, in two months, while the site lies elsewhere.
+    OldDayPages() {
+        write(u"2004/04/01"_s, u"public"_s);
+        writePrivate(u"2004/04/02"_s, u"秘密"_s);
+        write(u"2004/05/05"_s, u"public"_s);
+        writePrivate(u"2004/05/05"_s, u"秘密"_s);
+        write(u"2004/05/06"_s, u"public"_s);
+        divideByDay(false);
+        session.EnterDay = u"2004/04/01"_s;
+        saver().SaveTmpFile();
+        session.EnterDay = u"2004/05/06"_s;
+        saver().SaveTmpFile();
+    }
+    bool dataHas(const QString& name) const { return exists(session.DataPath + name); }
+};
+
+TEST_F(OldDayPages, StayWhileTheSiteLiesElsewhere) {
+    for (const QString& name : {u"2004_04_01.htm"_s, u"2004_04_02.htm"_s, u"2004_05_05.htm"_s, u"2004_05_06.htm"_s})
+        EXPECT_TRUE(dataHas(name)) << name.toStdString();
+}
+
+TEST_F(OldDayPages, GoWithTheNextPreviewWhenTheSiteHasComeThere) {
+    const QByteArray foreign = "<html>somebody's own page";
+    writeFile(session.DataPath + u"2003_01_01.htm"_s, foreign);
+    writeFile(session.DataPath + u"2003_01_02x.htm"_s, bytesOf(session.DataPath + u"2004_04_02.htm"_s));
+    EXPECT_EQ(saver().saveAs(session.DataPath + u"x.htm"_s), site::Outcome::Done);
+    saver().SaveTmpFile();
+    for (const QString& name : {u"2004_04_01.htm"_s, u"2004_04_02.htm"_s})
+        EXPECT_FALSE(dataHas(name)) << name.toStdString();
+    for (const QString& name : {u"2004_05_05.htm"_s, u"2004_05_06.htm"_s})
+        EXPECT_TRUE(lacks(pageOf(session.DataPath + name), u"秘密"_s)) << name.toStdString();
+    EXPECT_EQ(bytesOf(session.DataPath + u"2003_01_01.htm"_s), foreign);
+    EXPECT_TRUE(dataHas(u"2003_01_02x.htm"_s));
+    EXPECT_TRUE(dataHas(u"x.htm"_s));
+    EXPECT_TRUE(dataHas(u"tmp.htm"_s));
+}
+
+TEST_F(OldDayPages, ThatAListNamesStay) {
+    session.FilePath = session.DataPath;
+    session.FileName = u"2004_05_05.htm"_s;
+    const QString folder = session.DataPath.chopped(1);
+    core::writeUploadList(session.UserPath + u"uploadold.tmp"_s, {{folder, u"2004_04_01.htm"_s}});
+    core::writeUploadList(session.UserPath + u"upload.tmp"_s, {{path(u"site"_s), u"2004_04_02.htm"_s}});
+    saver().SaveTmpFile();
+    EXPECT_TRUE(dataHas(u"2004_04_01.htm"_s));
+    EXPECT_TRUE(dataHas(u"2004_05_05.htm"_s));
+    EXPECT_FALSE(dataHas(u"2004_04_02.htm"_s));
+    EXPECT_FALSE(dataHas(u"2004_05_06.htm"_s));
+}
+
+TEST_F(OldDayPages, LeaveAFolderOfSuchANameAlone) {
+    session.FilePath = session.DataPath;
+    ASSERT_TRUE(QFile::rename(session.DataPath + u"2004_04_01.htm"_s, session.DataPath + u"kept"_s));
+    ASSERT_TRUE(QDir().mkdir(session.DataPath + u"2004_04_01.htm"_s));
+    EXPECT_EQ(failureOf([&] { saver().SaveTmpFile(); }), QString());
+    EXPECT_FALSE(dataHas(u"2004_04_02.htm"_s));
+    EXPECT_TRUE(dataHas(u"2004_04_01.htm"_s));
+}
+
 TEST_F(SaveHtml, OfALocalPageIsRefusedWhereTheDataFolderHasBecomeTheSites) {
     session.FileName = u"tmp.htm"_s;
     saver().SaveHTML();
