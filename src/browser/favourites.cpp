@@ -1,8 +1,8 @@
 #include "browser/favourites.h"
 
-#include "core/ini.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
+#include "platform/profile_file.h"
 #include "platform/text_order.h"
 
 #include <QFileInfo>
@@ -90,7 +90,8 @@ std::vector<Favourite> listFavourites(const QString& root, const QString& folder
 }
 
 QString ReadShortcutURL(const QString& path) {
-    return core::ReadIni(path, u"InternetShortcut"_s, u"URL"_s);
+    constexpr qint64 kMostBytes = 64 * 1024; // no shortcut is that long, whatever else bears its name
+    return platform::ProfileFile(path, kMostBytes).valueOr(u"InternetShortcut"_s, u"URL"_s, u""_s);
 }
 
 void CountFolderEntries(const QString& folder, FolderCount& result) {

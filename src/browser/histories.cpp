@@ -5,9 +5,8 @@
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+#include "platform/file_read.h"
 #include "platform/profile_file.h"
-
-#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -26,28 +25,36 @@ bool isOn(const core::Session& session, const core::Key& key) {
     return settings.number(key.section, key.name) == 1;
 }
 
-QStringList readHistory(const QString& path) {
-    QFile file(platform::existingPath(path));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
+QStringList linesOf(const QByteArray& bytes) {
     QStringList lines;
-    qint64 left = kMostBytes;
-    while (lines.size() < kMostLines && left > 1 && !file.atEnd()) {
-        QByteArray line = file.readLine(left);
-        if (line.isEmpty())
-            break;
-        left -= line.size();
-        if (line.endsWith('\n'))
-            line.chop(1);
+    for (qsizetype at = 0; lines.size() < kMostLines && at < bytes.size();) {
+        const qsizetype lineEnd = bytes.indexOf('\n', at);
+        const qsizetype end = lineEnd < 0 ? bytes.size() : lineEnd;
+        QByteArrayView line = QByteArrayView(bytes).sliced(at, end - at);
         if (line.endsWith('\r'))
             line.chop(1);
         lines += platform::decodeReferences(platform::fromCodePage(line));
+        at = end + 1;
     }
     return lines;
 }
 
-void writeHistory(const QString& path, const QStringList& entries) {
-    if (entries.isEmpty())
+/// Sets `isWhole` to whether nothing is there that could not be read.
+QStringList readHistory(const QString& path, bool& isWhole) {
+    const QString file = platform::existingPath(path);
+    isWhole = true;
+    try {
+        return linesOf(platform::readFileIfThere(file, kMostBytes).value_or(QByteArray()));
+    } catch (const platform::Failure&) {
+        isWhole = false;
+        return {};
+    }
+}
+
+void writeHistory(const QString& path, const QStringList& entries, bool wasWhole) {
+    bool isWhole = false;
+    readHistory(path, isWhole);
+    if (entries.isEmpty() || !wasWhole || !isWhole)
         return;
     try {
         core::writeLines(platform::existingPath(path), entries);
@@ -58,22 +65,24 @@ void writeHistory(const QString& path, const QStringList& entries) {
 
 } // namespace
 
-QStringList Histories::addresses() const {
-    return isOn(m_session, keys::kUrlHistory) ? readHistory(m_session.UserPath + kAddressFile) : QStringList();
+QStringList Histories::addresses() {
+    return isOn(m_session, keys::kUrlHistory) ? readHistory(m_session.UserPath + kAddressFile, m_hasAddresses)
+                                              : QStringList();
 }
 
-QStringList Histories::words() const {
-    return isOn(m_session, keys::kFindHistory) ? readHistory(m_session.UserPath + kWordFile) : QStringList();
+QStringList Histories::words() {
+    return isOn(m_session, keys::kFindHistory) ? readHistory(m_session.UserPath + kWordFile, m_hasWords)
+                                               : QStringList();
 }
 
 void Histories::keepAddresses(const QStringList& entries) const {
     if (isOn(m_session, keys::kFindHistory))
-        writeHistory(m_session.UserPath + kAddressFile, entries);
+        writeHistory(m_session.UserPath + kAddressFile, entries, m_hasAddresses);
 }
 
 void Histories::keepWords(const QStringList& entries) const {
     if (isOn(m_session, keys::kUrlHistory))
-        writeHistory(m_session.UserPath + kWordFile, entries);
+        writeHistory(m_session.UserPath + kWordFile, entries, m_hasWords);
 }
 
 } // namespace velloria::browser

@@ -7,15 +7,16 @@
 
 namespace velloria::browser {
 
-/// One file for each box, one entry a line. A file that can't be read or written stops nobody.
+/// One file for each box, one entry a line. A file that can't be read or written stops nobody; one that could not be
+/// read is not written either, for the box knows nothing of what it holds.
 class Histories {
 public:
     explicit Histories(const core::Session& session)
         : m_session(session) {}
 
     /// At most 30 lines of the file, the first ones; none unless the box's own history is kept.
-    QStringList addresses() const;
-    QStringList words() const;
+    QStringList addresses();
+    QStringList words();
 
     /// Writes all entries, but an empty list writes nothing. Each is kept by the key of the other box's history: so
     /// files and settings of all years have it.
@@ -24,6 +25,8 @@ public:
 
 private:
     const core::Session& m_session;
+    bool m_hasAddresses = true; ///< false behind a reading that failed
+    bool m_hasWords = true;
 };
 
 } // namespace velloria::browser

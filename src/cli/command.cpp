@@ -60,7 +60,7 @@ QByteArray readArgumentFile(const QString& file) {
     if (file.isEmpty() || file == u"-"_s)
         return readInput();
     try {
-        return platform::readFile(file);
+        return platform::readAnything(file);
     } catch (const platform::Failure& failure) {
         throw platform::Failure(failure.whatFailed(), file, failure.reason(), u"ファイル名を確認してください。"_s);
     }
@@ -80,8 +80,10 @@ QString shownFile(const QString& file) {
     return file.isEmpty() || file == u"-"_s ? u"標準入力"_s : file;
 }
 
-void refuseBinarySettings(const QString& file) {
-    if (QFileInfo(file).isFile() && platform::readFile(file).contains('\0'))
+void refuseUnreadableSettings(const QString& file) {
+    const QFileInfo info(file);
+    platform::refuseLostLink(file);
+    if (info.exists() && !info.isDir() && platform::readFile(file).contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"ファイルは変更されていません。テキストの設定ファイルを指定してください。"_s);
 }

@@ -111,8 +111,8 @@ QByteArray readArgumentFile(const QString& file);
 QString readArgumentText(const QString& file);
 /// The name under which a message speaks of such a file.
 QString shownFile(const QString& file);
-/// Throws platform::Failure when the file is no settings file but something binary, which would read as one without
-/// keys.
-void refuseBinarySettings(const QString& file);
+/// Throws platform::Failure when the file is no settings file but something binary, a device, or a link that leads
+/// nowhere, which would read as one without keys.
+void refuseUnreadableSettings(const QString& file);
 
 } // namespace velloria::cli

@@ -47,7 +47,7 @@ void prepareDesk(TerminalDesk& desk, const GlobalOptions& global) {
     if (global.answersFile.isEmpty())
         return;
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(platform::readFile(global.answersFile), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(platform::readAnything(global.answersFile), &error);
     if (!document.isArray())
         throw UsageError(
             u"答えのファイルがJSONの配列ではありません: %1 (%2)"_s.arg(global.answersFile, error.errorString()));

@@ -37,7 +37,8 @@ QString ReadTextFile(const QString& path) {
 }
 
 QStringList readLines(const QString& path) {
-    return linesOf(ReadTextFile(path));
+    const std::optional<QByteArray> bytes = platform::readFileIfThere(platform::existingPath(path));
+    return bytes ? linesOf(platform::fromCodePage(*bytes)) : QStringList();
 }
 
 QStringList linesOf(QString text) {

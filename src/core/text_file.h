@@ -8,10 +8,13 @@
 
 namespace velloria::core {
 
-/// The whole file as it stands, line ends included; "" when the path is empty, names no file, or can't be read.
+/// The whole file as it stands, line ends included; "" when the path is empty, names no file, or can't be read. What is
+/// to be written back must be read otherwise.
 QString ReadTextFile(const QString& path);
 
 /// The lines of a list or CSV file with references turned back; CR LF and LF both end a line. A missing file has none.
+/// Throws Failure for one that can't be read, and for a link that leads nowhere: taken for an empty list, it would soon
+/// be one.
 QStringList readLines(const QString& path);
 
 /// The same of the text of such a file.

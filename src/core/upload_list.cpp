@@ -47,9 +47,7 @@ std::vector<UploadRow> rowsOf(const QStringList& lines) {
 
 /// Nothing when there is no list; one that can't be read is a failure and no empty one.
 std::optional<QByteArray> bytesOfList(const QString& file) {
-    if (!platform::fileExists(file))
-        return std::nullopt;
-    return platform::readFile(platform::existingPath(file));
+    return platform::readFileIfThere(platform::existingPath(file));
 }
 
 void replaceList(const QString& file, const QByteArray& bytes) {

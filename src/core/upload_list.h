@@ -36,7 +36,7 @@ void restoreUploadList(const QString& file, const std::vector<UploadRow>& rows,
 void removeUploadList(const QString& file, const QByteArray& bytes);
 
 /// Two fields a line: white space in front of a field is skipped, a field may stand in double quotes. A missing file
-/// has no rows; a further field of a line is passed over.
+/// has no rows; a further field of a line is passed over. Throws Failure for a list that can't be read.
 std::vector<UploadRow> readUploadList(const QString& file);
 
 /// The same of the bytes of a list.

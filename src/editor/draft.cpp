@@ -5,7 +5,6 @@
 #include "platform/file_write.h"
 #include "store/entry_line.h"
 
-#include <QFile>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -40,10 +39,7 @@ QByteArray DraftFile::lineOf(const store::Entry& draft) const {
 }
 
 QList<QByteArray> DraftFile::presentLines() const {
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QList<QByteArray> lines = file.readAll().split('\n');
+    QList<QByteArray> lines = platform::readFileIfThere(m_file).value_or(QByteArray()).split('\n');
     lines.removeIf([](const QByteArray& line) { return line.trimmed().isEmpty(); });
     return lines;
 }
@@ -51,7 +47,13 @@ QList<QByteArray> DraftFile::presentLines() const {
 std::vector<store::Entry> DraftFile::read() {
     std::vector<store::Entry> drafts;
     m_own.clear();
-    for (const QByteArray& line : presentLines()) {
+    QList<QByteArray> lines;
+    try {
+        lines = presentLines();
+    } catch (const platform::Failure&) {
+        return {}; // what is to be written next meets the same, and tells it
+    }
+    for (const QByteArray& line : lines) {
         try {
             drafts.push_back(store::parseEntryLine(line).entry);
             m_own += line;

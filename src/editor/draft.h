@@ -21,7 +21,8 @@ public:
     DraftFile(const core::Session& session, const platform::Clock& clock);
 
     /// Puts the drafts in the place of those that this object has read or written before; the lines of another program
-    /// at work on the same diary stay. An empty file is removed. Throws platform::Failure.
+    /// at work on the same diary stay. An empty file is removed. Throws platform::Failure, also for a file that is
+    /// there and can't be read: it stays as it is.
     void write(const std::vector<store::Entry>& drafts);
 
     /// The drafts in the order in which they were written. A line that can't be read is passed over: a missing or

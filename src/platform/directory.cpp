@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 
@@ -20,29 +21,36 @@ bool comesFirst(const QString& left, const QString& right) {
     return upperLeft == upperRight ? left < right : upperLeft < upperRight;
 }
 
-constexpr QDir::Filters kEveryName = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+/// Links that lead nowhere count as system files.
+constexpr QDir::Filters kEveryName = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
-/// The name without case and as a settings file gives it back: a wave dash, for one, has come back as another
-/// character.
-QString comparableForm(const QString& name) {
-    return fromCodePage(toCodePage(name)).toCaseFolded();
+/// The forms, without case, under which a name on disk may be asked for: its own, and the one that a settings file gives
+/// back. A wave dash, for one, has come back as another character.
+QSet<QString> formsOf(const QString& name) {
+    return {name.toCaseFolded(), fromCodePage(toCodePage(name)).toCaseFolded()};
 }
 
-/// The one name in `folder` that differs from `name` in case or stored form alone; "" when there is none or more than
-/// one.
+/// The one name in `folder` that differs from `name` in case alone, or has become it in a settings file; "" when there
+/// is none or more than one. A name with such a character still in it is exact: another folder is not meant.
 QString soleMatch(const QString& folder, const QString& name) {
-    const QString wanted = comparableForm(name);
+    const QString wanted = name.toCaseFolded();
     QString match;
     QDirIterator names(folder, kEveryName);
     while (names.hasNext()) {
         names.next();
-        if (comparableForm(names.fileName()) != wanted)
+        if (!formsOf(names.fileName()).contains(wanted))
             continue;
         if (!match.isEmpty())
             return {};
         match = names.fileName();
     }
     return match;
+}
+
+/// Whether the name is taken, if only by a link that leads nowhere.
+bool isThere(const QString& path) {
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
 }
 
 } // namespace
@@ -57,7 +65,7 @@ QStringList listFolder(const QString& folder, const QString& pattern, Listed lis
 }
 
 QString existingPath(const QString& path) {
-    if (path.isEmpty() || QFileInfo::exists(path))
+    if (path.isEmpty() || isThere(path))
         return path;
     QString found;
     qsizetype start = 0;
@@ -66,7 +74,7 @@ QString existingPath(const QString& path) {
         if (end < 0)
             end = path.size();
         const QString name = path.mid(start, end - start);
-        if (!name.isEmpty() && !QFileInfo::exists(found + name)) {
+        if (!name.isEmpty() && !isThere(found + name)) {
             const QString match = soleMatch(found.isEmpty() ? u"."_s : found, name);
             if (match.isEmpty())
                 return path;
@@ -90,7 +98,7 @@ FolderNames::FolderNames(QString folder)
 
 QString FolderNames::path(const QString& name) const {
     const QString exact = m_folder + name;
-    if (QFileInfo::exists(exact))
+    if (isThere(exact))
         return exact;
     if (!m_names) {
         m_names.emplace();
@@ -100,7 +108,7 @@ QString FolderNames::path(const QString& name) const {
             count(names.fileName());
         }
     }
-    const QString match = m_names->value(comparableForm(name));
+    const QString match = m_names->value(name.toCaseFolded());
     return match.isEmpty() ? exact : m_folder + match;
 }
 
@@ -114,9 +122,10 @@ void FolderNames::add(const QString& name) {
 }
 
 void FolderNames::count(const QString& name) const {
-    const QString form = comparableForm(name);
-    const auto known = m_names->constFind(form);
-    m_names->insert(form, known == m_names->cend() || *known == name ? name : QString());
+    for (const QString& form : formsOf(name)) {
+        const auto known = m_names->constFind(form);
+        m_names->insert(form, known == m_names->cend() || *known == name ? name : QString());
+    }
 }
 
 } // namespace velloria::platform

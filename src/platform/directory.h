@@ -39,7 +39,7 @@ private:
     void count(const QString& name) const;
 
     QString m_folder;
-    mutable std::optional<QHash<QString, QString>> m_names; ///< by comparable form; "" where more than one has it
+    mutable std::optional<QHash<QString, QString>> m_names; ///< by each form; "" where more than one has it
 };
 
 } // namespace velloria::platform

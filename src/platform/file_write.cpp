@@ -1,5 +1,6 @@
 #include "platform/file_write.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 
 #include <QFile>
@@ -9,10 +10,12 @@
 #include <QSet>
 
 #include <cerrno>
+#include <chrono>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -20,28 +23,14 @@ using namespace Qt::StringLiterals;
 namespace velloria::platform {
 namespace {
 
+/// A change of a file takes milliseconds: who holds the lock longer hangs.
+constexpr std::chrono::seconds kLockPatience(5);
+
+const QString kCantSave = u"ファイルを保存できません。"_s;
+
 [[noreturn]] void refuse(const QString& what, const QString& file, int errorNumber, const QString& advice = {}) {
     throw Failure(what, file, systemReason(errorNumber), advice);
 }
-
-/// An open descriptor that closes itself.
-class Descriptor {
-public:
-    explicit Descriptor(int value = -1)
-        : m_value(value) {}
-    ~Descriptor() { reset(-1); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int value() const { return m_value; }
-    void reset(int value) {
-        if (m_value >= 0)
-            ::close(m_value);
-        m_value = value;
-    }
-
-private:
-    int m_value;
-};
 
 /// The names of files that are not whole yet. Their writer holds a lock on them, so that one without a lock was left
 /// by a run that was killed.
@@ -79,8 +68,11 @@ public:
     Replacement(const QString& file, unsigned newFileMode)
         : m_shownName(file)
         , m_target(resolved(file)) {
+        refuseLostLink(file);
         struct stat old;
         const bool isThere = ::stat(m_target.constData(), &old) == 0;
+        if (isThere)
+            requireRegular(file, kCantSave, old); // a rename would put a file in the place of a device
         // A rename would also replace a file that is set read-only; even the superuser means it so.
         if (isThere && ((old.st_mode & S_IWUSR) == 0 || ::access(m_target.constData(), W_OK) != 0))
             fail(EACCES);
@@ -173,7 +165,7 @@ private:
         const QString advice = errorNumber == ENOSPC || errorNumber == EDQUOT
                                    ? u"空き容量を増やしてから、もう一度実行してください。元のファイルはそのままです。"_s
                                    : u"保存先を確認してください。元のファイルはそのままです。"_s;
-        refuse(u"ファイルを保存できません。"_s, m_shownName, errorNumber, advice);
+        refuse(kCantSave, m_shownName, errorNumber, advice);
     }
 
     QString m_shownName;
@@ -198,13 +190,24 @@ void replaceFile(const QString& file, const std::function<void(const WriteBytes&
     replacement.commit(durability);
 }
 
+unsigned modeOf(const QString& file, unsigned whenMissing) {
+    struct stat status;
+    return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_mode & 0777 : whenMissing;
+}
+
+void limitMode(const QString& file, unsigned mode) {
+    struct stat status;
+    const QByteArray name = QFile::encodeName(file);
+    if (::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 07777 & ~mode) != 0)
+        ::chmod(name.constData(), status.st_mode & mode);
+}
+
 void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability) {
     if (isSameFile(from, to))
         return;
-    const Descriptor source(::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC));
+    const QString cantCopy = u"ファイルをコピーできません。"_s;
     struct stat status;
-    if (source.value() < 0 || ::fstat(source.value(), &status) != 0)
-        refuse(u"ファイルをコピーできません。"_s, from, errno);
+    const Descriptor source = openRegularFile(from, cantCopy, status);
     Replacement replacement(to, newFileMode | 0200);
     QByteArray block(1 << 18, Qt::Uninitialized);
     for (;;) {
@@ -212,7 +215,7 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode, Dura
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            refuse(u"ファイルをコピーできません。"_s, from, errno);
+            refuse(cantCopy, from, errno);
         if (count == 0)
             break;
         replacement.write(QByteArrayView(block).first(count));
@@ -228,29 +231,6 @@ bool isSameFile(const QString& left, const QString& right) {
            ::stat(QFile::encodeName(right).constData(), &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-QByteArray readFile(const QString& file) {
-    const Descriptor source(::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC));
-    struct stat status;
-    if (source.value() < 0 || ::fstat(source.value(), &status) != 0)
-        refuse(u"ファイルを開けません。"_s, file, errno);
-    QByteArray bytes(S_ISREG(status.st_mode) ? qsizetype(status.st_size) + 1 : 1 << 16, Qt::Uninitialized);
-    qsizetype used = 0;
-    for (;;) {
-        if (used == bytes.size())
-            bytes.resize(used * 2);
-        const ssize_t count = ::read(source.value(), bytes.data() + used, std::size_t(bytes.size() - used));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            refuse(u"ファイルを読み込めません。"_s, file, errno);
-        if (count == 0)
-            break;
-        used += count;
-    }
-    bytes.truncate(used);
-    return bytes;
-}
-
 void makeFolder(const QString& folder, unsigned mode) {
     const QByteArray name = QFile::encodeName(folder);
     if (::mkdir(name.constData(), mode_t(mode)) == 0)
@@ -262,6 +242,7 @@ void makeFolder(const QString& folder, unsigned mode) {
             return;
     }
     const int reason = errno;
+    refuseLostLink(folder);
     if (!QFileInfo(folder).isDir())
         refuse(u"フォルダを作成できません。"_s, folder, reason == EEXIST ? ENOTDIR : reason,
                u"保存先を確認してください。"_s);
@@ -276,9 +257,19 @@ FolderLock::FolderLock(const QString& folder)
     : m_descriptor(::open(folder.isEmpty() ? "." : QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC)) {
     if (m_descriptor < 0)
         refuse(u"フォルダを開けません。"_s, folder, errno);
-    while (::flock(m_descriptor, LOCK_EX) != 0) {
-        if (errno != EINTR)
+    using namespace std::chrono_literals;
+    const auto end = std::chrono::steady_clock::now() + kLockPatience;
+    while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EINTR)
+            continue;
+        if (errno != EWOULDBLOCK)
             break; // some network disks know no locks: one writer at a time is then the user's own care
+        if (std::chrono::steady_clock::now() >= end) {
+            ::close(m_descriptor);
+            throw Failure(u"フォルダは使用中です。"_s, folder, u"他のプログラムが処理を終えていません"_s,
+                          u"何も変更していません。そのプログラムを終了してから、もう一度実行してください。"_s);
+        }
+        std::this_thread::sleep_for(10ms);
     }
 }
 

@@ -1,6 +1,8 @@
 // Files that another run must find whole: written to a temporary name beside the target and renamed over it.
 #pragma once
 
+#include "platform/file_read.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,9 +17,15 @@ enum class Durability {
 };
 
 /// Replaces `file` by `bytes`. Mode and symbolic link of an existing file are kept; a new file gets `newFileMode`
-/// (POSIX permission bits, reduced by the umask). A file that is set read-only is refused. On failure the old file
-/// stays and Failure is thrown.
+/// (POSIX permission bits, reduced by the umask). A file that is set read-only is refused, a device too, and a link
+/// that leads nowhere. On failure the old file stays and Failure is thrown.
 void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode = 0666);
+
+/// The permission bits of a file; `whenMissing` where there is none.
+unsigned modeOf(const QString& file, unsigned whenMissing);
+
+/// Takes from an existing file the permissions that `mode` lacks. A file of somebody else stays as it is.
+void limitMode(const QString& file, unsigned mode);
 
 /// Takes the next piece of a file that is being written.
 using WriteBytes = std::function<void(QByteArrayView)>;
@@ -34,9 +42,6 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode = 066
 /// Whether both names lead to one file on disk.
 bool isSameFile(const QString& left, const QString& right);
 
-/// The whole file. Throws Failure when it can't be read.
-QByteArray readFile(const QString& file);
-
 /// Makes the folder and what is missing above it. Throws Failure.
 void makeFolder(const QString& folder, unsigned mode = 0777);
 
@@ -46,6 +51,7 @@ void removeFile(const QString& file);
 /// Holds an advisory lock on a folder for its life, so that two programs change one of its files in turn.
 class FolderLock {
 public:
+    /// Waits five seconds for the other program. Throws Failure, which names the folder, when it then still is in use.
     explicit FolderLock(const QString& folder);
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;

@@ -70,9 +70,9 @@ unsigned modeOfNewFile(const QString& file) {
 
 } // namespace
 
-ProfileFile::ProfileFile(const QString& file) {
+ProfileFile::ProfileFile(const QString& file, qint64 mostBytes) {
     try {
-        m_bytes = readFile(file);
+        m_bytes = readFile(file, mostBytes);
         readKeys();
     } catch (const Failure&) {
         // A file that can't be read has no keys.
@@ -151,10 +151,11 @@ QStringList ProfileFile::sections() const {
 void writeProfile(const QString& file, const QString& section, const QString& key,
                   const std::optional<QString>& value) {
     // The lock belongs to the folder in which the file really is: others may know it by another link.
+    refuseLostLink(file);
     const QFileInfo info(file);
     const QString target = info.exists() ? info.canonicalFilePath() : file;
     const FolderLock lock(QFileInfo(target).path());
-    const QByteArray before = QFileInfo::exists(target) ? readFile(target) : QByteArray();
+    const QByteArray before = readFileIfThere(target).value_or(QByteArray());
     const QByteArray after = changedProfile(before, section, key, value);
     if (after == before)
         return;

@@ -7,6 +7,8 @@
 // in it count. A line without "=", or one that starts with ";", is no key.
 #pragma once
 
+#include "platform/file_read.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -19,7 +21,8 @@ namespace velloria::platform {
 /// One profile file. Reading never fails: a missing or unreadable file has no keys.
 class ProfileFile {
 public:
-    explicit ProfileFile(const QString& file);
+    /// A file that may be of any kind is read as far as `mostBytes`.
+    explicit ProfileFile(const QString& file, qint64 mostBytes = kWholeFile);
     static ProfileFile fromBytes(const QByteArray& bytes);
 
     /// The value without outer blanks and one pair of equal outer quotes, cut at a NUL and at 255 bytes of the code

@@ -36,7 +36,7 @@ QByteArray stored(const QString& text) {
 } // namespace
 
 QByteArrayView withoutBlanks(QByteArrayView bytes) {
-    return withoutOuter(bytes, " \t");
+    return withoutOuter(bytes, " \t\v");
 }
 
 QByteArrayView withoutQuotes(QByteArrayView value) {

@@ -50,7 +50,7 @@ QString decoded(QByteArrayView bytes);
 /// Without the pair of equal quotes, single or double, in which the whole value stands.
 QByteArrayView withoutQuotes(QByteArrayView value);
 
-/// Without blanks and tabs at both ends. The ideographic blank stays.
+/// Without blanks and tabs, vertical ones too, at both ends. The ideographic blank stays.
 QByteArrayView withoutBlanks(QByteArrayView bytes);
 
 } // namespace velloria::platform

@@ -5,6 +5,8 @@
 #include "platform/directory.h"
 #include "platform/text_order.h"
 
+#include <QSet>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
@@ -31,14 +33,15 @@ QStringList readGenres(const core::Session& session, const store::DiaryStore& st
 void addGenres(const core::Session& session, const store::DiaryStore& store, const QStringList& genres) {
     QStringList known = readGenres(session, store);
     const qsizetype before = known.size();
-    QStringList folds;
+    QSet<QString> folds;
     for (const QString& genre : known)
-        folds += listForm(genre);
+        folds.insert(listForm(genre));
     for (const QString& genre : genres) {
-        if (genre.isEmpty() || folds.contains(listForm(genre)))
+        const QString form = listForm(genre);
+        if (genre.isEmpty() || folds.contains(form))
             continue;
         known += genre;
-        folds += listForm(genre);
+        folds.insert(form);
     }
     if (known.size() > before)
         core::writeLines(listFile(session), known);

@@ -46,8 +46,10 @@ const std::array<SettingsFile, 5> kSettingsFiles{{
     {keys::kBlogIni, &Session::BlogIniFile, "Blog.ini"_L1},
 }};
 
-/// A settings file that is no text at all would read as if every key were missing.
-void refuseBinary(const QString& file) {
+/// A settings file that is no text at all would read as if every key were missing, and so would one behind a link that
+/// leads nowhere.
+void refuseUnreadable(const QString& file) {
+    platform::refuseLostLink(existingPath(file));
     if (fileExists(file) && platform::readFile(existingPath(file)).contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
@@ -97,7 +99,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     }
     if (!login)
         return StartResult::Ended;
-    refuseBinary(factoryFile(u"velluser.ini"_s));
+    refuseUnreadable(factoryFile(u"velluser.ini"_s));
     users.rememberLogin(login->id);
     if (!users.UserCheck(login->id, login->password)) {
         m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
@@ -133,13 +135,13 @@ bool Startup::copyFirstSettings() const {
     if (fileExists(m_session.DiaryIniFile))
         return false;
     if (fileExists(factoryFile(u"diary.ini"_s))) {
-        refuseBinary(factoryFile(u"diary.ini"_s));
+        refuseUnreadable(factoryFile(u"diary.ini"_s));
         copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
         return false;
     }
     if (!fileExists(factoryFile(u"default.ini"_s)))
         return false;
-    refuseBinary(factoryFile(u"default.ini"_s));
+    refuseUnreadable(factoryFile(u"default.ini"_s));
     // In one piece: settings without a data folder would ask for one at the next start.
     const QByteArray settings =
         platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section,
@@ -159,7 +161,7 @@ void Startup::copyFirstDiary() const {
 }
 
 void Startup::readStoredPaths() {
-    refuseBinary(m_session.DiaryIniFile);
+    refuseUnreadable(m_session.DiaryIniFile);
     const auto folder = [this](const Key& key) {
         const QString stored = ReadIni(m_session.DiaryIniFile, key);
         return isAbsoluteFolder(stored) ? withSeparator(existingPath(stored)) : QString();
@@ -264,7 +266,7 @@ void Startup::findSettingsFiles() {
             path = m_session.DataPath + file.defaultName;
             WriteIni(m_session.DiaryIniFile, file.key, path);
         }
-        refuseBinary(path);
+        refuseUnreadable(path);
         m_session.*file.path = path;
     }
 }

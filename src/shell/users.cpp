@@ -5,6 +5,7 @@
 #include "core/path_names.h"
 #include "platform/directory.h"
 
+#include "platform/file_read.h"
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
@@ -17,6 +18,8 @@ Users::Users(const QString& myPath)
 
 bool Users::exist() const {
     return platform::fileExists(m_file);
+    // Taken for no file, it would open the program to everybody.
+    platform::refuseLostLink(m_file);
 }
 
 bool Users::hasAny() const {

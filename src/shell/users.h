@@ -10,7 +10,7 @@ public:
     /// `myPath` is the program's folder.
     explicit Users(const QString& myPath);
 
-    /// Whether there is a user file at all, even an empty one.
+    /// Whether there is a user file at all, even an empty one. Throws platform::Failure for a link that leads nowhere.
     bool exist() const;
     /// Whether any section names a user.
     bool hasAny() const;

@@ -65,8 +65,7 @@ Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
     const QString oldPath = m_session.FilePath;
     const QString oldName = m_session.FileName;
     const QString list = m_session.UserPath + u"upload.tmp"_s;
-    const std::optional<QByteArray> oldList =
-        platform::fileExists(list) ? std::optional(platform::readFile(list)) : std::nullopt;
+    const std::optional<QByteArray> oldList = platform::readFileIfThere(list);
     try {
         if (!takeTarget())
             return Outcome::Refused;

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 using namespace velloria::browser;
 
@@ -152,6 +154,21 @@ TEST(FavouriteNames, BehindTheLastIndexStayWhereTheyAre) {
     EXPECT_EQ(SortNames({u"b"_s, u"a"_s}, 99), (QStringList{u"a"_s, u"b"_s}));
     EXPECT_EQ(SortNames({u"b"_s, u"a"_s}, -1), (QStringList{u"b"_s, u"a"_s}));
     EXPECT_EQ(SortNames({}, -1), QStringList());
+}
+
+TEST_F(FavouritesFolder, AShortcutThatLeadsToAPipeOrADeviceHasNoAddress) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(folder.filePath(u"pipe.url"_s)).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(u"/dev/zero"_s, folder.filePath(u"zero.url"_s)));
+    ASSERT_TRUE(QFile::link(folder.filePath(u"pipe.url"_s), folder.filePath(u"link.url"_s)));
+    for (const QString& name : {u"pipe.url"_s, u"zero.url"_s, u"link.url"_s})
+        EXPECT_EQ(ReadShortcutURL(folder.filePath(name)), QString()) << name.toStdString();
+    list(FavouriteOrder::AsListed);
+}
+
+TEST_F(FavouritesFolder, AShortcutOfGigabytesIsReadAtItsBeginning) {
+    writeShortcut(u"a.url"_s, "http://a/");
+    ASSERT_TRUE(QFile::resize(folder.filePath(u"a.url"_s), qint64(3) << 30));
+    EXPECT_EQ(ReadShortcutURL(folder.filePath(u"a.url"_s)), u"http://a/"_s);
 }
 
 } // namespace

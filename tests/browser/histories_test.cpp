@@ -1,9 +1,14 @@
 #include "browser/histories.h"
 
 #include "browser/browser_keys.h"
+#include "platform/file_write.h"
 #include "support/test_home.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace velloria::browser;
@@ -122,6 +127,35 @@ TEST_F(HistoryFiles, ThatCantBeReadOrWrittenStopNobody) {
     ASSERT_TRUE(QDir().mkdir(addressFile()));
     EXPECT_EQ(histories().addresses(), QStringList());
     EXPECT_NO_THROW(histories().keepAddresses({u"a"_s}));
+}
+
+TEST_F(HistoryFiles, ThatCouldNotBeReadAreNotReplaced) {
+    turnOn(keys::kUrlHistory);
+    turnOn(keys::kFindHistory);
+    ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, addressFile())); // there, and its first bytes are an error
+    Histories read(session);
+    EXPECT_EQ(read.addresses(), QStringList());
+    read.keepAddresses({u"x"_s});
+    histories().keepAddresses({u"x"_s});
+    EXPECT_EQ(QFileInfo(addressFile()).symLinkTarget(), u"/proc/self/mem"_s);
+
+    // Readable again when the window closes: what it holds was never in the box.
+    platform::removeFile(addressFile());
+    writeFile(addressFile(), "a\r\nb\r\n");
+    read.keepAddresses({u"x"_s});
+    EXPECT_EQ(bytesOf(addressFile()), "a\r\nb\r\n");
+    EXPECT_EQ(read.addresses(), (QStringList{u"a"_s, u"b"_s}));
+    read.keepAddresses({u"x"_s});
+    EXPECT_EQ(bytesOf(addressFile()), "x\r\n");
+}
+
+TEST_F(HistoryFiles, WaitForNoPipe) {
+    turnOn(keys::kFindHistory);
+    turnOn(keys::kUrlHistory);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(wordFile()).constData(), 0600), 0);
+    EXPECT_EQ(histories().words(), QStringList());
+    histories().keepWords({u"x"_s});
+    EXPECT_TRUE(QFileInfo(wordFile()).exists() && !QFileInfo(wordFile()).isFile());
 }
 
 } // namespace

@@ -116,5 +116,16 @@ TEST_F(TextFile, IsRefusedAloudWhereItCantBeWritten) {
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
+TEST_F(TextFile, WithLinesThatCantBeReadIsNoEmptyOne) {
+    const QString file = folder.filePath(u"list.csv"_s);
+    ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, file)); // there, and its first bytes are an error
+    EXPECT_THROW(readLines(file), platform::Failure);
+    ASSERT_TRUE(QFile::remove(file));
+    ASSERT_TRUE(QFile::link(folder.filePath(u"gone"_s), file));
+    EXPECT_THROW(readLines(file), platform::Failure);
+    EXPECT_THROW(readLines(folder.path()), platform::Failure);
+    EXPECT_EQ(ReadTextFile(file), QString()) << "a piece of a page is missed by nobody";
+}
+
 } // namespace
 } // namespace velloria::tests

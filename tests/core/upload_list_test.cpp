@@ -199,5 +199,15 @@ TEST_F(UploadList, IsRefusedAloudWhereItCantBeWritten) {
     EXPECT_THROW(appendUploadList(folder.filePath(u"gone/upload.tmp"_s), {}), platform::Failure);
 }
 
+TEST_F(UploadList, ThatCantBeReadIsNeitherEmptyNorReplaced) {
+    for (const QString& end : {u"/proc/self/mem"_s, folder.filePath(u"gone"_s)}) {
+        QFile::remove(file);
+        ASSERT_TRUE(QFile::link(end, file));
+        EXPECT_THROW(readUploadList(file), platform::Failure);
+        EXPECT_THROW(appendUploadList(file, {{u"/a"_s, u"2"_s}}), platform::Failure);
+        EXPECT_EQ(QFileInfo(file).symLinkTarget(), end);
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

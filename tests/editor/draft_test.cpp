@@ -3,6 +3,9 @@
 #include "store/entry_line.h"
 #include "support/test_home.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -99,6 +102,17 @@ TEST_F(Draft, ALineIsOneOfTheRescueFile) {
 
 TEST_F(Draft, AFolderThatTakesNoFilesIsAFailure) {
     EXPECT_TRUE(holdsForNobody([&] { return !failureOf([&] { drafts().write({draftOf(u"題"_s)}); }).isEmpty(); }));
+}
+
+TEST_F(Draft, AFileThatCantBeReadIsNotReplaced) {
+    for (const QString& end : {u"/proc/self/mem"_s, path(u"gone"_s)}) {
+        QFile::remove(file());
+        ASSERT_TRUE(QFile::link(end, file()));
+        EXPECT_TRUE(drafts().read().empty());
+        EXPECT_NE(failureOf([&] { drafts().write({draftOf(u"題"_s)}); }), QString());
+        EXPECT_NE(failureOf([&] { drafts().write({}); }), QString());
+        EXPECT_EQ(QFileInfo(file()).symLinkTarget(), end);
+    }
 }
 
 } // namespace

@@ -139,5 +139,21 @@ TEST_F(Directory, AFileThatHasComeSinceIsToldOf) {
     EXPECT_EQ(gone.path(u"x"_s), path(u"gone/x"_s));
 }
 
+TEST_F(Directory, TakesNoOtherFolderForANameThatIsExact) {
+    make({u"～日記/"_s, u"é.ini"_s});
+    EXPECT_EQ(existingPath(path(u"〜日記"_s)), path(u"〜日記"_s))
+        << "the wave dash has not been through a settings file";
+    EXPECT_EQ(existingPath(path(u"É.ini"_s)), path(u"é.ini"_s));
+}
+
+TEST_F(Directory, TakesALinkThatLeadsNowhereForWhatItIsNamed) {
+    make({u"DIARY.INI"_s});
+    ASSERT_TRUE(QFile::link(path(u"gone"_s), path(u"diary.ini"_s)));
+    EXPECT_EQ(existingPath(path(u"diary.ini"_s)), path(u"diary.ini"_s));
+    ASSERT_TRUE(QFile::link(path(u"gone"_s), path(u"FRAME.INI"_s)));
+    EXPECT_EQ(existingPath(path(u"frame.ini"_s)), path(u"FRAME.INI"_s));
+    EXPECT_FALSE(fileExists(path(u"frame.ini"_s)));
+}
+
 } // namespace
 } // namespace velloria::tests

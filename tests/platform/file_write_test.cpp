@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <functional>
@@ -202,12 +203,49 @@ TEST_F(FileWrite, KeepsASymbolicLink) {
     EXPECT_EQ(names(u"elsewhere"_s), QStringList(u"target"_s));
 }
 
-TEST_F(FileWrite, WritesThroughALinkToNothing) {
+TEST_F(FileWrite, RefusesALinkThatLeadsNowhereAndNamesBothEnds) {
     ASSERT_TRUE(QDir(path({})).mkdir(u"elsewhere"_s));
-    const QString link = makeLink(u"elsewhere/new"_s, u"link"_s);
-    replaceFile(link, "new", Durability::Derived);
-    EXPECT_TRUE(S_ISLNK(status(link).st_mode));
-    EXPECT_EQ(readFile(path(u"elsewhere/new"_s)), "new");
+    const QString end = path(u"elsewhere/gone"_s);
+    const QString link = makeLink(u"elsewhere/gone"_s, u"link"_s);
+    const QString indirect = makeLink(u"link"_s, u"indirect"_s);
+    const QString below = makeLink(u"elsewhere/no/folder"_s, u"below"_s);
+    const QString loop = makeLink(u"loop"_s, u"loop"_s);
+    const QString file = make(u"file"_s, "text");
+    const auto failureOf = [](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const Failure& failure) {
+            return failure.text();
+        }
+        return QString();
+    };
+    for (const QString& name : {link, indirect}) {
+        for (const auto& action : std::initializer_list<std::function<void()>>{
+                 [&] { replaceFile(name, "new", Durability::Derived); },
+                 [&] { replaceFile(name, "new", Durability::Durable); }, [&] { copyFile(file, name); },
+                 [&] { copyFile(name, file); }, [&] { readFile(name); }, [&] { platform::readFileIfThere(name); },
+                 [&] { makeFolder(name); }}) {
+            const QString failure = failureOf(action);
+            EXPECT_TRUE(failure.contains(name) && failure.contains(end)) << failure.toStdString();
+        }
+    }
+    EXPECT_NE(failureOf([&] { replaceFile(below, "new", Durability::Derived); }), QString());
+    EXPECT_NE(failureOf([&] { platform::readFileIfThere(loop); }), QString());
+    EXPECT_EQ(names(u"elsewhere"_s), QStringList());
+    EXPECT_EQ(readFile(file), "text");
+}
+
+TEST_F(FileWrite, NothingButAFileIsReplaced) {
+    const QString pipe = path(u"pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString link = makeLink(pipe, u"link"_s);
+    const QString file = make(u"file"_s, "text");
+    for (const QString& name : {pipe, link}) {
+        EXPECT_TRUE(fails([&] { replaceFile(name, "new", Durability::Derived); }));
+        EXPECT_TRUE(fails([&] { copyFile(file, name); }));
+    }
+    EXPECT_TRUE(S_ISFIFO(status(pipe).st_mode));
+    EXPECT_EQ(names(), (QStringList{u"file"_s, u"link"_s, u"pipe"_s}));
 }
 
 TEST_F(FileWrite, WritesANameAsLongAsNamesCanBe) {
@@ -383,7 +421,34 @@ TEST_F(FileWrite, ReadsTheWholeFileOrFails) {
     EXPECT_THROW(readFile(path(u"empty/x"_s)), Failure);
 }
 
-TEST_F(FileWrite, ReadsAPipeWhoseSizeIsUnknown) {
+TEST_F(FileWrite, ReadsOnlyTheBeginningWhereNoMoreIsWanted) {
+    const QString file = make(u"file"_s, "0123456789");
+    EXPECT_EQ(readFile(file, 4), "0123");
+    EXPECT_EQ(readFile(file, 10), "0123456789");
+    EXPECT_EQ(readFile(file, 11), "0123456789");
+    EXPECT_EQ(platform::readFileIfThere(file, 4), "0123");
+    EXPECT_EQ(platform::readFileIfThere(path(u"missing"_s), 4), std::nullopt);
+    EXPECT_EQ(platform::readFileIfThere(path(u"file/x"_s)), std::nullopt);
+}
+
+TEST_F(FileWrite, AFileThatIsThereAndCantBeReadIsNoMissingOne) {
+    const QString unreadable = makeLink(u"/proc/self/mem"_s, u"file"_s); // a file whose first bytes are an error
+    EXPECT_THROW(platform::readFileIfThere(unreadable), Failure);
+    EXPECT_THROW(platform::readFileIfThere(path({})), Failure);
+}
+
+TEST_F(FileWrite, WaitsForNoPipeAndReadsNoDevice) {
+    const QString pipe = path(u"pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& name : {pipe, makeLink(pipe, u"link"_s), u"/dev/zero"_s, u"/dev/null"_s}) {
+        EXPECT_THROW(readFile(name), Failure);
+        EXPECT_THROW(platform::readFileIfThere(name), Failure);
+        EXPECT_THROW(copyFile(name, path(u"copy"_s)), Failure);
+    }
+    EXPECT_EQ(names(), (QStringList{u"link"_s, u"pipe"_s}));
+}
+
+TEST_F(FileWrite, ReadsAPipeThatIsNamedToBeRead) {
     const QString pipe = path(u"pipe"_s);
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const QByteArray bytes(kManyBytes, 'x');
@@ -392,7 +457,7 @@ TEST_F(FileWrite, ReadsAPipeWhoseSizeIsUnknown) {
         QFile file(pipe);
         ::_exit(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() ? 0 : 1);
     }
-    EXPECT_EQ(readFile(pipe), bytes);
+    EXPECT_EQ(platform::readAnything(pipe), bytes);
     ::waitpid(writer, nullptr, 0);
 }
 
@@ -469,6 +534,22 @@ TEST_F(FileWrite, AFolderLockMakesASecondProcessWait) {
         ::close(end);
 }
 
+TEST_F(FileWrite, AFolderThatStaysLockedIsNamedAfterFiveSeconds) {
+    const FolderLock lock(path({}));
+    EXPECT_TRUE(holdsInChild([&] {
+        ::alarm(60);
+        const auto begin = std::chrono::steady_clock::now();
+        try {
+            const FolderLock second(path({}));
+        } catch (const Failure& failure) {
+            const auto waited = std::chrono::steady_clock::now() - begin;
+            return failure.text().contains(path({})) && failure.text().contains(u"使用中"_s) &&
+                   waited >= std::chrono::seconds(5);
+        }
+        return false;
+    }));
+}
+
 TEST_F(FileWrite, AFolderLockNeedsAFolder) {
     EXPECT_THROW(FolderLock{path(u"missing"_s)}, Failure);
     EXPECT_NO_THROW(FolderLock{path({})});
@@ -484,6 +565,15 @@ TEST_F(FileWrite, FoldersAreLockedEachForItself) {
         const FolderLock other(path(u"b"_s));
         return true;
     }));
+}
+
+TEST_F(FileWrite, TakesPermissionsAwayAndGivesNone) {
+    const QString file = make(u"file"_s, "text", 0664);
+    platform::limitMode(file, 0640);
+    EXPECT_EQ(mode(file), 0640U);
+    platform::limitMode(file, 0666);
+    EXPECT_EQ(mode(file), 0640U);
+    EXPECT_NO_THROW(platform::limitMode(path(u"missing"_s), 0600));
 }
 
 } // namespace

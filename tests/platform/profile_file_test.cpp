@@ -374,10 +374,10 @@ TEST_F(ProfileOnDisk, ASymbolicLinkStaysOne) {
     EXPECT_TRUE(QFileInfo(path(u"link.ini"_s)).isSymLink());
     EXPECT_EQ(bytes(u"real/a.ini"_s), "[s]\r\nk=2\r\n");
 
-    ASSERT_TRUE(QFile::link(path(u"real/b.ini"_s), path(u"empty.ini"_s))); // leads nowhere yet
-    writeProfile(path(u"empty.ini"_s), u"s"_s, u"k"_s, u"3"_s);
-    EXPECT_TRUE(QFileInfo(path(u"empty.ini"_s)).isSymLink());
-    EXPECT_EQ(bytes(u"real/b.ini"_s), "[s]\r\nk=3\r\n");
+    ASSERT_TRUE(QFile::link(path(u"real/gone.ini"_s), path(u"lost.ini"_s)));
+    EXPECT_THROW(writeProfile(path(u"lost.ini"_s), u"s"_s, u"k"_s, u"3"_s), Failure);
+    EXPECT_TRUE(QFileInfo(path(u"lost.ini"_s)).isSymLink());
+    EXPECT_FALSE(QFileInfo::exists(path(u"real/gone.ini"_s)));
 }
 
 TEST_F(ProfileOnDisk, AnUnchangedFileIsLeftAlone) {
@@ -429,6 +429,30 @@ TEST_F(ProfileOnDisk, TwoWritersLoseNoKey) {
         EXPECT_EQ(profile.number(u"s"_s, u"one"_s + QString::number(i)), i);
         EXPECT_EQ(profile.number(u"s"_s, u"two"_s + QString::number(i)), i);
     }
+}
+
+TEST_F(ProfileOnDisk, AFileThatCantBeReadIsNotReplaced) {
+    ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, path(u"a.ini"_s))); // there, and its first bytes are an error
+    EXPECT_THROW(writeProfile(path(u"a.ini"_s), u"s"_s, u"k"_s, u"v"_s), Failure);
+    EXPECT_EQ(QFileInfo(path(u"a.ini"_s)).symLinkTarget(), u"/proc/self/mem"_s);
+}
+
+TEST_F(ProfileOnDisk, NoPipeIsWaitedForAndNoDeviceReadWhole) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path(u"pipe.ini"_s)).constData(), 0600), 0);
+    for (const QString& file : {path(u"pipe.ini"_s), u"/dev/zero"_s}) {
+        EXPECT_EQ(ProfileFile(file).value(u"s"_s, u"k"_s), std::nullopt);
+        EXPECT_THROW(writeProfile(file, u"s"_s, u"k"_s, u"v"_s), Failure);
+    }
+    put(u"a.ini"_s, "[s]\r\nk=1\r\nl=2\r\n");
+    EXPECT_EQ(ProfileFile(path(u"a.ini"_s), 9).value(u"s"_s, u"k"_s), u"1"_s);
+    EXPECT_EQ(ProfileFile(path(u"a.ini"_s), 9).value(u"s"_s, u"l"_s), std::nullopt);
+}
+
+TEST_F(ProfileOnDisk, AVerticalTabIsABlankAroundAValue) {
+    put(u"a.ini"_s, "[s]\r\nk=\v v\vw \v\r\nn=\v7\r\n");
+    const ProfileFile profile(path(u"a.ini"_s));
+    EXPECT_EQ(profile.value(u"s"_s, u"k"_s), u"v\vw"_s);
+    EXPECT_EQ(profile.number(u"s"_s, u"n"_s), 7);
 }
 
 } // namespace

@@ -4,6 +4,9 @@
 #include "support/test_home.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -90,6 +93,37 @@ TEST_F(GenreList, OfAWindowsDiskIsTheOneThatGrows) {
 TEST_F(GenreList, IsRefusedAloudWhereItCantBeWritten) {
     ASSERT_TRUE(QDir().mkdir(file()));
     EXPECT_THROW(shell::MakeGenretxt(session, diary()), platform::Failure);
+}
+
+TEST_F(GenreList, ThatCantBeReadIsNotReplaced) {
+    ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, file())); // there, and its first bytes are an error
+    EXPECT_THROW(read(), platform::Failure);
+    EXPECT_THROW(add({u"旅"_s}), platform::Failure);
+    EXPECT_EQ(QFileInfo(file()).symLinkTarget(), u"/proc/self/mem"_s);
+}
+
+TEST_F(GenreList, BehindALinkThatLeadsNowhereIsNamedWithBothEnds) {
+    ASSERT_TRUE(QFile::link(path(u"gone/Genre.csv"_s), file()));
+    const QString failure = failureOf([&] { add({u"旅"_s}); });
+    EXPECT_TRUE(failure.contains(file()) && failure.contains(path(u"gone/Genre.csv"_s))) << failure.toStdString();
+    EXPECT_FALSE(exists(path(u"gone"_s)));
+}
+
+TEST_F(GenreList, TakesTwentyThousandGenresInATimeThatGrowsWithThem) {
+    const auto secondsFor = [&](int count) {
+        QStringList genres;
+        for (int i = 0; i < count; ++i)
+            genres += u"ジャンル%1"_s.arg(i);
+        platform::removeFile(file());
+        QElapsedTimer timer;
+        timer.start();
+        add(genres);
+        EXPECT_EQ(read().size(), count + 1);
+        return double(timer.nsecsElapsed()) / 1e9;
+    };
+    secondsFor(2'000);
+    const double few = secondsFor(4'000);
+    EXPECT_LT(secondsFor(20'000), 15 * few) << "five times as many";
 }
 
 } // namespace

@@ -117,5 +117,11 @@ TEST_F(Users, AreRememberedByTheirLastLogin) {
     EXPECT_TRUE(bytesOf(file()).startsWith("[taro]\r\nID=taro\r\n"));
 }
 
+TEST_F(Users, BehindALinkThatLeadsNowhereAreNotTakenForNone) {
+    ASSERT_TRUE(QFile::link(path(u"gone.ini"_s), file()));
+    const QString failure = failureOf([&] { users().exist(); });
+    EXPECT_TRUE(failure.contains(file()) && failure.contains(path(u"gone.ini"_s))) << failure.toStdString();
+}
+
 } // namespace
 } // namespace velloria::tests

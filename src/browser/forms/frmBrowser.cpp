@@ -3,7 +3,6 @@
 #include "browser/browser_keys.h"
 #include "browser/forms/web_page.h"
 #include "browser/forms/web_profile.h"
-#include "browser/histories.h"
 #include "browser/page_address.h"
 #include "browser/search_sites.h"
 #include "core/path_names.h"
@@ -82,7 +81,8 @@ desktop::IconName iconNameOf(FavouriteKind kind) {
 } // namespace
 
 frmBrowser::frmBrowser(desktop::Context& context)
-    : MdiChild(context, u"frmBrowser"_s) {
+    : MdiChild(context, u"frmBrowser"_s)
+    , m_histories(context.session) {
     setWindowTitle(u"Browser"_s);
     auto* contents = new QWidget;
     m_layout = new QVBoxLayout(contents);
@@ -170,17 +170,16 @@ void frmBrowser::goHome() {
 // ---- histories and favourites
 
 void frmBrowser::HistoryAdd_URL() {
-    fillList(*m_address, Histories(m_context.session).addresses());
+    fillList(*m_address, m_histories.addresses());
 }
 
 void frmBrowser::HistoryAdd_Find() {
-    fillList(*m_words, Histories(m_context.session).words());
+    fillList(*m_words, m_histories.words());
 }
 
 void frmBrowser::keep() {
-    const Histories histories(m_context.session);
-    histories.keepAddresses(entriesOf(*m_address));
-    histories.keepWords(entriesOf(*m_words));
+    m_histories.keepAddresses(entriesOf(*m_address));
+    m_histories.keepWords(entriesOf(*m_words));
     core::WriteIni(m_context.session.DiaryIniFile, keys::kFindSite, QString::number(m_site->currentIndex()));
 }
 

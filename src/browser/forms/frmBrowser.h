@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/favourites.h"
+#include "browser/histories.h"
 #include "desktop/mdi_child.h"
 
 #include <QUrl>
@@ -84,6 +85,7 @@ private:
     QUrl m_pending;                   ///< what is to be shown once the engine is started
     bool m_isWaitingForDrawing = false;
 
+    Histories m_histories;
     QString m_locationUrl;
     QString m_locationName;
     QString m_folder; ///< of the favourites shown; "" before the first listing

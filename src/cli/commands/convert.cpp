@@ -21,7 +21,7 @@ namespace {
 
 void html2text(Invocation& invocation) {
     const QString settings = invocation.option(u"--ini"_s);
-    refuseBinarySettings(settings);
+    refuseUnreadableSettings(settings);
     convert::clsHTML2TEXT converter;
     if (!converter.Initialize(settings))
         throw Refusal(

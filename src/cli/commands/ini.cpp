@@ -1,5 +1,9 @@
 #include "core/ini.h"
 #include "cli/command.h"
+#include "cli/streams.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/profile_file.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -11,8 +15,9 @@ namespace {
 
 /// The file argument, which need not exist.
 QString iniFile(const Invocation& invocation) {
-    refuseBinarySettings(invocation.argument(0));
-    return invocation.argument(0);
+    const QString file = platform::existingPath(invocation.argument(0));
+    refuseUnreadableSettings(file);
+    return file;
 }
 
 void get(Invocation& invocation) {

@@ -4,7 +4,9 @@
 #include "core/keys.h"
 #include "core/text_file.h"
 #include "editor/find_page.h"
+#include "platform/code_page.h"
 #include "platform/directory.h"
+#include "platform/file_read.h"
 #include "ui_frmFind.h"
 
 using namespace Qt::StringLiterals;
@@ -17,14 +19,15 @@ frmFind::frmFind(desktop::Context& context)
     ui->setupUi(this);
     connect(ui->Btn_OK, &QPushButton::clicked, this, [this] { run([this] { Btn_OK_Click(); }); });
     connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);
-    fillGenres();
+    run([this] { fillGenres(); });
 }
 
 frmFind::~frmFind() = default;
 
 void frmFind::fillGenres() {
     const QString list = platform::existingPath(m_context.session.DataPath + u"Genre.csv"_s);
-    ui->cmbGenre->addItems(platform::fileExists(list) ? core::readLines(list) : QStringList{u"一般"_s});
+    const std::optional<QByteArray> bytes = platform::readFileIfThere(list);
+    ui->cmbGenre->addItems(bytes ? core::linesOf(platform::fromCodePage(*bytes)) : QStringList{u"一般"_s});
     ui->cmbGenre->setCurrentIndex(-1);
 }
 

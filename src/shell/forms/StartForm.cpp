@@ -29,7 +29,8 @@ QPixmap namePicture(qreal ratio) {
 StartForm::StartForm(desktop::Context& context)
     : QSplashScreen(QPixmap(), Qt::WindowStaysOnTopHint) {
     setObjectName(u"StartForm"_s);
-    const QPixmap title(platform::existingPath(context.session.MyPath + u"title.bmp"_s));
+    const QString file = platform::existingPath(context.session.MyPath + u"title.bmp"_s);
+    const QPixmap title = platform::fileExists(file) ? QPixmap(file) : QPixmap();
     setPixmap(title.isNull() ? namePicture(devicePixelRatio()) : title);
 }
 
