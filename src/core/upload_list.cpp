@@ -1,6 +1,7 @@
 #include "core/upload_list.h"
 
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
@@ -13,33 +14,17 @@ using namespace Qt::StringLiterals;
 namespace velloria::core {
 namespace {
 
-/// Characters that the code page writes as others. A page can bear that, the name of a file on disk can't: here they
-/// are references like the characters that the code page lacks.
-constexpr char16_t kOneWay[] = {0x00A2, 0x00A3, 0x00AC, 0x2014, 0x2016, 0x2212, 0x301C};
-
-QString referenceTo(char16_t character) {
-    return u"&#%1;"_s.arg(int(character));
-}
-
 QByteArray bytesOf(const std::vector<UploadRow>& rows) {
     QString text;
     for (const UploadRow& row : rows)
         text += row.folder + u',' + row.name + u"\r\n"_s;
-    for (const char16_t character : kOneWay)
-        text.replace(QChar(character), referenceTo(character));
-    return platform::toCodePage(text);
-}
-
-QString decoded(QString line) {
-    for (const char16_t character : kOneWay)
-        line.replace(referenceTo(character), QChar(character));
-    return line;
+    return platform::toCodePage(storedName(text));
 }
 
 std::vector<UploadRow> rowsOf(const QStringList& lines) {
     std::vector<UploadRow> rows;
     for (const QString& line : lines) {
-        const auto [folder, name] = twoFields(decoded(line));
+        const auto [folder, name] = twoFields(nameOfStored(line));
         rows.push_back({folder, name});
     }
     return rows;

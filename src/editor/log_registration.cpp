@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "core/upload_list.h"
 #include "editor/register_source.h"
 #include "platform/directory.h"
@@ -59,7 +60,7 @@ site::Outcome LogRegistration::ResistLogFile(const QString& path, const QString&
         outcome = replace(source);
     else
         addNew(source, year + u'/' + (month.size() == 1 ? u'0' + month : month));
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kLogResistPath, source.folder);
+    core::WriteIni(m_session.DiaryIniFile, core::keys::kLogResistPath, core::storedName(source.folder));
     return outcome;
 }
 

@@ -2,6 +2,7 @@
 
 #include "convert/password_text.h"
 #include "core/keys.h"
+#include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 
@@ -158,7 +159,8 @@ void FtpUpload::finish() {
     m_internet.closeSession();
     m_isSessionOpen = false;
     m_desk.status(u"Uploading Files is Success!"_s);
-    const QString sound = core::TrimNull(core::ReadIni(m_session.DiaryIniFile, core::keys::kSoundFile));
+    const QString sound =
+        core::nameOfStored(core::TrimNull(core::ReadIni(m_session.DiaryIniFile, core::keys::kSoundFile)));
     SendMCICommand(u"Play \""_s + sound + u'"');
     m_view.setTitleAndText(u"Successful"_s, u"日記のアップロードに成功しました。"_s);
     m_desk.pump(); // all is done: an end of the program takes nothing away any more

@@ -53,9 +53,17 @@ struct Chosen {
 Chosen chooseHome(const QString& wanted, const QString& programFolder) {
     const QString named = wanted.isEmpty() ? qEnvironmentVariable("VELLORIA_HOME") : wanted;
     const QString folder = core::withSeparator(QDir(named.isEmpty() ? programFolder : named).absolutePath());
-    if (!QFileInfo(folder).isDir())
-        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, {},
+    if (!QFileInfo(folder).isDir()) {
+        // What a name of other bytes has become leads nowhere.
+        const QString reason =
+            folder.contains(QChar::ReplacementCharacter) ? u"フォルダの名前がUTF-8ではありません"_s : QString();
+        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, reason,
                                 u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s);
+    }
+    // Neither settings nor lists can hold such a name.
+    if (folder.contains(u'\n') || folder.contains(u'\r'))
+        throw platform::Failure(u"プログラムフォルダを使えません。"_s, folder, u"フォルダの名前に改行があります"_s,
+                                u"何も作成していません。別の名前のフォルダを指定してください。"_s);
     return {folder, !named.isEmpty()};
 }
 

@@ -3,7 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
-#include "platform/code_page.h"
+#include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
@@ -53,6 +53,11 @@ void refuseUnreadable(const QString& file) {
     if (fileExists(file) && platform::readFile(existingPath(file)).contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
+}
+
+/// Whether the settings can keep the longest path below the data folder.
+bool fitsSettingsWithAllBelow(const QString& folder) {
+    return fitsSetting(withSeparator(folder) + u"Customize/Customize.ini"_s);
 }
 
 } // namespace
@@ -116,6 +121,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
 
 void Startup::resolveSingleUser() {
     m_session.UserPath = withSeparator(existingPath(m_session.MyPath + u"UserData"_s));
+    requireStorableHome();
     makeFolder(GetParentFolder(m_session.UserPath), 0700);
     m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
     // Two programs may start here for the first time at once: the later one must not copy over what the other wrote.
@@ -127,6 +133,17 @@ void Startup::resolveSingleUser() {
         m_session.FileName = u""_s;
     }
     copyFirstDiary();
+}
+
+/// Fresh settings take the user's folder as their data folder. The next start would not find it.
+void Startup::requireStorableHome() const {
+    const bool hasSettings = fileExists(m_session.UserPath + u"diary.ini"_s) || fileExists(factoryFile(u"diary.ini"_s));
+    if (hasSettings || fitsSettingsWithAllBelow(m_session.UserPath))
+        return;
+    throw platform::Failure(
+        u"フォルダの名前を設定に保存できません。"_s, m_session.UserPath,
+        u"名前が長すぎるか、設定に書けない文字があります"_s,
+        u"何も作成していません。もっと短い名前のフォルダに移してから、もう一度実行してください。"_s);
 }
 
 /// Whether the settings are fresh ones, from "default.ini"; their data folder is the user's.
@@ -145,7 +162,7 @@ bool Startup::copyFirstSettings() const {
     // In one piece: settings without a data folder would ask for one at the next start.
     const QByteArray settings =
         platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section,
-                                 keys::kDataPath.name, m_session.UserPath);
+                                 keys::kDataPath.name, storedName(m_session.UserPath));
     platform::replaceFile(m_session.DiaryIniFile, settings, platform::Durability::Durable, kOwnerOnly);
     return true;
 }
@@ -163,18 +180,16 @@ void Startup::copyFirstDiary() const {
 void Startup::readStoredPaths() {
     refuseUnreadable(m_session.DiaryIniFile);
     const auto folder = [this](const Key& key) {
-        const QString stored = ReadIni(m_session.DiaryIniFile, key);
+        const QString stored = nameOfStored(ReadIni(m_session.DiaryIniFile, key));
         return isAbsoluteFolder(stored) ? withSeparator(existingPath(stored)) : QString();
     };
     m_session.DataPath = folder(keys::kDataPath);
     m_session.FilePath = folder(keys::kSaveFilePath);
-    m_session.FileName = ReadIni(m_session.DiaryIniFile, keys::kSaveFileName);
+    m_session.FileName = nameOfStored(ReadIni(m_session.DiaryIniFile, keys::kSaveFileName));
 }
 
 bool Startup::fitsSettings(const QString& folder) const {
-    // The longest path that the settings keep below the data folder.
-    constexpr qsizetype kMostBytes = 255;
-    if (platform::toCodePage(withSeparator(folder) + u"Customize/Customize.ini"_s).size() <= kMostBytes)
+    if (fitsSettingsWithAllBelow(folder))
         return true;
     m_desk.message(MessageKind::Critical, u"フォルダの名前が長すぎて設定に保存できません。\r\n"_s
                                           u"もっと短い名前のフォルダを指定して下さい。"_s);
@@ -195,7 +210,7 @@ StartResult Startup::checkDataFolder() {
         return StartResult::Ended;
     }
     m_session.DataPath = withSeparator(QFileInfo(*folder).absoluteFilePath());
-    WriteIni(m_session.DiaryIniFile, keys::kDataPath, m_session.DataPath);
+    WriteIni(m_session.DiaryIniFile, keys::kDataPath, storedName(m_session.DataPath));
     return StartResult::Ready;
 }
 
@@ -212,7 +227,7 @@ void Startup::checkDatabase() {
         copyFactoryFile(u"Customize.ini"_s, customize + u"/Customize.ini"_s);
     for (const SettingsFile& file : kSettingsFiles) {
         if (file.path != &Session::RSSIniFile)
-            WriteIni(m_session.DiaryIniFile, file.key, m_session.DataPath + file.defaultName);
+            WriteIni(m_session.DiaryIniFile, file.key, storedName(m_session.DataPath + file.defaultName));
     }
     m_desk.message(MessageKind::Plain,
                    u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
@@ -261,10 +276,12 @@ void Startup::copyBlogTemplates() {
 
 void Startup::findSettingsFiles() {
     for (const SettingsFile& file : kSettingsFiles) {
-        QString path = ReadIni(m_session.DiaryIniFile, file.key);
+        QString path = nameOfStored(ReadIni(m_session.DiaryIniFile, file.key));
+        if (isAbsoluteFolder(path))
+            platform::refuseLostLink(existingPath(path));
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = m_session.DataPath + file.defaultName;
-            WriteIni(m_session.DiaryIniFile, file.key, path);
+            WriteIni(m_session.DiaryIniFile, file.key, storedName(path));
         }
         refuseUnreadable(path);
         m_session.*file.path = path;

@@ -39,6 +39,7 @@ public:
 private:
     StartResult resolveUser(const std::optional<Login>& login);
     void resolveSingleUser();
+    void requireStorableHome() const;
     bool copyFirstSettings() const;
     void copyFirstDiary() const;
     void readStoredPaths();

@@ -3,9 +3,10 @@
 #include "convert/password_text.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "platform/directory.h"
-
 #include "platform/file_read.h"
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
@@ -17,9 +18,9 @@ Users::Users(const QString& myPath)
     , m_file(platform::existingPath(myPath + u"velluser.ini"_s)) {}
 
 bool Users::exist() const {
-    return platform::fileExists(m_file);
     // Taken for no file, it would open the program to everybody.
     platform::refuseLostLink(m_file);
+    return platform::fileExists(m_file);
 }
 
 bool Users::hasAny() const {
@@ -39,7 +40,7 @@ bool Users::UserExists(const QString& id) const {
 }
 
 QString Users::folder(const QString& id) const {
-    const QString stored = core::ReadIniDef(m_file, id, kUserPath, u""_s);
+    const QString stored = core::nameOfStored(core::ReadIniDef(m_file, id, kUserPath, u""_s));
     if (core::isAbsoluteFolder(stored))
         return core::withSeparator(stored);
     return m_myPath + id + core::nativeSeparator();

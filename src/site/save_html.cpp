@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -29,11 +30,12 @@ bool isLocalPageName(const QString& fileName) {
     return kNames.contains(base) || base.startsWith(u"tmp_"_s) || base.startsWith(u"customize_"_s);
 }
 
-/// What the settings give back of a name: without outer blanks, in the characters of their code page.
+/// What the settings give back of a name: without outer blanks.
 QString storedForm(const QString& name) {
     const core::Key& key = core::keys::kSaveFileName;
-    return platform::ProfileFile::fromBytes(platform::changedProfile({}, key.section, key.name, name))
-        .valueOr(key.section, key.name, {});
+    return core::nameOfStored(
+        platform::ProfileFile::fromBytes(platform::changedProfile({}, key.section, key.name, core::storedName(name)))
+            .valueOr(key.section, key.name, {}));
 }
 
 } // namespace
@@ -109,10 +111,11 @@ bool SaveHtml::takeTarget(const QString& path) {
     // As the settings give it back: the next Save HTML writes the same page.
     const QString name = storedForm(core::GetFileName(absolute));
     constexpr qsizetype kMostBytes = 255; // of a text that the settings can keep
-    if (name.isEmpty() || platform::toCodePage(core::GetFileName(absolute) + kPageEnding).size() > kMostBytes)
+    if (name.isEmpty() ||
+        platform::toCodePage(core::storedName(core::GetFileName(absolute)) + kPageEnding).size() > kMostBytes)
         throw platform::Failure(u"このファイル名は設定に保存できません。"_s, absolute, {},
                                 u"もっと短い別の名前を指定してください。"_s);
-    if (platform::toCodePage(folder).size() > kMostBytes) {
+    if (!core::fitsSetting(folder)) {
         m_desk.message(
             platform::MessageKind::Critical,
             u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
@@ -148,8 +151,8 @@ void SaveHtml::SaveHTML() {
                              MakeList::Yes, WithPrivate::No);
     placeWeatherPictures(m_session);
     copyParts();
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFileName, m_session.FileName);
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFilePath, m_session.FilePath);
+    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFileName, core::storedName(m_session.FileName));
+    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFilePath, core::storedName(m_session.FilePath));
     m_desk.status(u"HTMLファイル "_s + m_session.FilePath + m_session.FileName + u" を保存しました。"_s);
     m_siteFiles.tell(m_desk);
 }

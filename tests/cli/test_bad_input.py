@@ -1,5 +1,6 @@
 """What the program does with what it can't use: one clear line, the right exit code, and nothing changed."""
 
+import fcntl
 import json
 import os
 import resource
@@ -83,6 +84,76 @@ class Home(CliTest):
             self.assertTrue(mount("-o", "remount,ro,bind", self.home))
         for words in READING + WRITING:
             self.refused(*words, input=LINE, naming=[self.home, "--home"])
+
+    def test_a_home_that_neither_settings_nor_lists_can_name_is_refused_the_first_time(self):
+        deep = os.path.join(self.root, "x" * 120)
+        os.makedirs(deep)
+        for name, reason in (("line\nbreak", "改行"), ("carriage\rreturn", "改行"), (deep + "/" + "y" * 120, "長すぎ")):
+            home = self.make_home(name)
+            for words in (["start"], ["site", "save"]):
+                self.refused(*words, home=home, naming=[reason])
+
+    def test_a_home_that_is_not_named_in_utf_8_is_told_so(self):
+        home = os.fsencode(self.root) + b"/\xff\xfe"
+        os.makedirs(home)
+        result = self.execute([CLI, b"--home", home, "start"])
+        self.assertIn("UTF-8", self.assert_refusal(result, 1))
+        result = self.execute([CLI, "start"], environment={"VELLORIA_HOME": os.fsdecode(home)})
+        self.assertIn("UTF-8", self.assert_refusal(result, 1))
+
+    def test_links_that_lead_nowhere_are_named_with_both_ends(self):
+        self.must("start")
+        self.must("entry", "put", input=LINE)
+        self.use_site()
+        self.must("site", "save")
+        disk = os.path.join(self.root, "disk")
+        os.makedirs(disk)
+        for name, words in (("UserData/diary.ini", ["start"]), ("velluser.ini", ["start"]),
+                            ("UserData/Customize/Customize.ini", ["site", "save"]),
+                            ("UserData/Frame.ini", ["start"]), ("UserData/RSS.ini", ["start"]),
+                            ("UserData/Genre.csv", ["genre", "list"]), ("UserData/Genre.csv", ["genre", "rebuild"]),
+                            ("UserData/Genre.csv", ["entry", "put"]), ("UserData/upload.tmp", ["site", "save"]),
+                            ("UserData/uploadlog.tmp", ["site", "log", "2004", "1"])):
+            path = os.path.join(self.home, name)
+            kept = os.path.exists(path) and read(path)
+            if kept is not False:
+                os.remove(path)
+            os.symlink(disk + "/gone", path)
+            result = self.run_cli(*words, input=entry("2004/02/01", "new", Genre="新しい"))
+            self.assertEqual(result.code, 1, (name, words, result))
+            self.assertIn(path, result.error_text)
+            self.assertIn(disk + "/gone", result.error_text)
+            self.assertEqual(os.listdir(disk), [], (name, words))
+            self.assertTrue(os.path.islink(path), (name, words))
+            os.remove(path)
+            if kept is not False:
+                write(path, kept)
+
+    def test_pipes_and_devices_in_the_place_of_settings_and_lists_hold_nobody_up(self):
+        self.must("start")
+        self.use_site()
+        for name in ("Frame.ini", "RSS.ini", "HaloScan.ini", "Genre.csv", "upload.tmp", "draft.json", "URLHist.txt"):
+            for make in (os.mkfifo, lambda path: os.symlink("/dev/zero", path)):
+                path = self.data + name
+                if os.path.exists(path):
+                    os.remove(path)
+                make(path)
+                for words in (["start"], ["site", "save"], ["genre", "list"]):
+                    self.run_cli(*words, options={"timeout": 60})
+                self.assertFalse(os.path.isfile(path), name)
+                os.remove(path)
+        os.remove(self.diary_ini)
+        os.mkfifo(self.diary_ini)
+        self.refused("start", naming=[self.diary_ini], options={"timeout": 60})
+
+    def test_a_folder_that_another_program_keeps_locked_is_named(self):
+        self.must("start")
+        folder = os.open(self.data, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        self.refused("ini", "set", self.diary_ini, "S", "K", "v", naming=[self.data.rstrip("/"), "使用中"])
+        fcntl.flock(folder, fcntl.LOCK_UN)
+        self.must("ini", "set", self.diary_ini, "S", "K", "v")
 
     def test_files_in_the_place_of_folders_are_named(self):
         for name in ("UserData", "UserData/Customize", "UserData/DiaryLog"):

@@ -157,5 +157,21 @@ TEST_F(Home, KeepsWhatIsNotOlderAndWhatBelongsToTheUser) {
     EXPECT_EQ(bytesOf(seeded(u"TEXT.txt"_s)), text);
 }
 
+TEST_F(Home, AFolderWithALineBreakInItsNameIsRefused) {
+    for (const QString& name : {u"a\nb"_s, u"a\rb"_s, u"c\n"_s}) {
+        makeFolder(path(name));
+        const QString failure = failureOf([&] { findHome(path(name), home.path()); });
+        EXPECT_TRUE(failure.contains(u"改行"_s)) << failure.toStdString();
+    }
+}
+
+TEST_F(Home, AFolderThatIsNotNamedInUtf8HasThatReason) {
+    const QByteArray name = QFile::encodeName(path(u"x"_s)) + "\xFF";
+    ASSERT_EQ(::mkdir(name.constData(), 0755), 0);
+    const QString failure = failureOf([&] { findHome(QString::fromLocal8Bit(name), home.path()); });
+    EXPECT_TRUE(failure.contains(u"UTF-8"_s)) << failure.toStdString();
+    EXPECT_FALSE(failureOf([&] { findHome(path(u"missing"_s), home.path()); }).contains(u"UTF-8"_s));
+}
+
 } // namespace
 } // namespace velloria::tests

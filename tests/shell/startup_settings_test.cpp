@@ -94,5 +94,44 @@ TEST_F(StartupSettings, ThatAreNoTextAreNotCopied) {
     }
 }
 
+TEST_F(StartupSettings, BehindALinkThatLeadsNowhereEndTheStartWithBothItsEnds) {
+    for (const SettingsFile& file : kFiles) {
+        QFile::remove(user(file.name));
+        ASSERT_TRUE(QFile::link(path(u"gone/x.ini"_s), user(file.name)));
+        const QString failure = failureOf([&] { start(); });
+        EXPECT_TRUE(failure.contains(user(file.name)) && failure.contains(path(u"gone/x.ini"_s)))
+            << failure.toStdString();
+        ASSERT_TRUE(QFile::remove(user(file.name)));
+    }
+    set(u"Frame"_s, u"IniFileName"_s, path(u"link.ini"_s));
+    ASSERT_TRUE(QFile::link(path(u"gone/x.ini"_s), path(u"link.ini"_s)));
+    EXPECT_NE(failureOf([&] { start(); }), QString());
+    EXPECT_EQ(setting(u"Frame"_s, u"IniFileName"_s), path(u"link.ini"_s)) << "no other file takes its place";
+    EXPECT_FALSE(exists(path(u"gone"_s)));
+}
+
+TEST_F(StartupSettings, OfTheUserBehindALinkThatLeadsNowhereAreNotMadeAnew) {
+    QFile::remove(user(u"diary.ini"_s));
+    ASSERT_TRUE(QFile::link(path(u"diary-disk.ini"_s), user(u"diary.ini"_s)));
+    const QString failure = failureOf([&] { start(); });
+    EXPECT_TRUE(failure.contains(user(u"diary.ini"_s)) && failure.contains(path(u"diary-disk.ini"_s)))
+        << failure.toStdString();
+    EXPECT_FALSE(exists(path(u"diary-disk.ini"_s)));
+}
+
+TEST_F(StartupSettings, KeepAFolderWhoseCharactersTheCodePageWritesAsOthers) {
+    for (const QString& name : {u"～日記"_s, u"〜日記"_s})
+        ASSERT_TRUE(QDir().mkdir(path(name)));
+    set(u"ALL"_s, u"DataPath"_s, u""_s);
+    set(u"Customize"_s, u"IniFileName"_s, u""_s);
+    desk.answers = {path(u"〜日記"_s)};
+    start();
+    EXPECT_EQ(session.DataPath, path(u"〜日記/"_s));
+    start();
+    EXPECT_EQ(session.DataPath, path(u"〜日記/"_s));
+    EXPECT_EQ(session.CustIniFile, path(u"〜日記/Customize/Customize.ini"_s));
+    EXPECT_EQ(QDir(path(u"～日記"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -260,4 +260,27 @@ TEST_F(Startup, TellsWhichPluginsAreThere) {
 }
 
 } // namespace
+TEST_F(Startup, AHomeThatItsOwnSettingsCouldNotNameIsRefusedTheFirstTime) {
+    const auto startIn = [&](const QString& folder) {
+        makeFolder(folder);
+        for (const QString& name : QDir(home.path()).entryList(QDir::Files))
+            copyFile(path(name), folder + u'/' + name);
+        return failureOf([&] { shell::Startup(session, desk, *clock).run(folder, std::nullopt); });
+    };
+    const qsizetype room = 255 - (home.path() + u"//UserData/Customize/Customize.ini"_s).size();
+    const QString fits = path(QString(room, u'x'));
+    EXPECT_EQ(startIn(fits), u""_s);
+    EXPECT_EQ(startIn(fits), u""_s);
+    const QString tooLong = path(QString(room + 1, u'y'));
+    EXPECT_TRUE(startIn(tooLong).contains(tooLong));
+    EXPECT_FALSE(exists(tooLong + u"/UserData"_s));
+    EXPECT_NE(startIn(path(u"a&#12316;b"_s)), u""_s) << "it would come back as another name";
+
+    // Settings that are there already name other folders.
+    makeFolder(tooLong + u"/UserData"_s);
+    makeFolder(path(u"data"_s));
+    core::WriteIni(tooLong + u"/UserData/diary.ini"_s, u"ALL"_s, u"DataPath"_s, path(u"data"_s));
+    EXPECT_EQ(startIn(tooLong), u""_s);
+}
+
 } // namespace velloria::tests

@@ -160,7 +160,7 @@ TEST_F(SaveHtmlAs, TakesTheNameThatTheSettingsGiveBack) {
         QString chosen;
         QString saved;
     } cases[] = {
-        {u"日記\u301C.htm"_s, u"日記\uFF5E.htm"_s},
+        {u"日記\u301C.htm"_s, u"日記\u301C.htm"_s},
         {u" x.htm"_s, u"x.htm"_s},
         {u"a&#233;b.htm"_s, u"aéb.htm"_s},
         {u"a\nb.htm"_s, u"a b.htm"_s},
@@ -172,7 +172,7 @@ TEST_F(SaveHtmlAs, TakesTheNameThatTheSettingsGiveBack) {
         startAt(u"2004/05/06 09:00:00"_s);
         EXPECT_EQ(session.FileName, c.saved);
     }
-    EXPECT_FALSE(siteHas(u"日記\u301C.htm"_s));
+    EXPECT_FALSE(siteHas(u"日記\uFF5E.htm"_s));
 }
 
 TEST_F(SaveHtmlAs, ANameThatTheSettingsCannotKeepIsRefused) {
@@ -197,6 +197,23 @@ TEST_F(SaveHtmlAs, AFailureBehindThePageBringsTheOldUploadListBack) {
     ASSERT_TRUE(QFile::remove(session.UserPath + u"upload.tmp"_s));
     EXPECT_NE(failureOf([&] { saver().saveAs(path(u"other/y.htm"_s)); }), u""_s);
     EXPECT_FALSE(exists(session.UserPath + u"upload.tmp"_s));
+}
+
+TEST_F(SaveHtmlAs, AFolderIsTheSameAtTheNextStartWhenAnotherLooksLikeItInTheCodePage) {
+    for (const QString& name : {u"〜日記"_s, u"～日記"_s})
+        ASSERT_TRUE(QDir().mkdir(path(name)));
+    EXPECT_EQ(saver().saveAs(path(u"〜日記/x.htm"_s)), Outcome::Done);
+    startAt(u"2004/05/06 09:00:00"_s);
+    EXPECT_EQ(session.FilePath, path(u"〜日記/"_s));
+    EXPECT_EQ(saver().saveCommand(), Outcome::Done);
+    EXPECT_TRUE(QDir(path(u"～日記"_s)).isEmpty());
+    EXPECT_EQ(uploadRows(), QStringList{u"〜日記,x.htm"_s});
+}
+
+TEST_F(SaveHtmlAs, AFolderWithALineBreakInItsNameIsRefused) {
+    ASSERT_TRUE(QDir().mkdir(path(u"a\nb"_s)));
+    EXPECT_EQ(saver().saveAs(path(u"a\nb/x.htm"_s)), Outcome::Refused);
+    EXPECT_EQ(session.FilePath, path(u"site/"_s));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "editor/file_registration.h"
 #include "editor/forms/frmContents.h"
 #include "editor/forms/frmResistFiles.h"
@@ -22,7 +23,7 @@ const QString kFilter = u"Resist Files(*.gif,*.jpg,*.png,*.bmp)|*.gif;*.jpg;*.pn
                         u"BMP Files(*.bmp)|*.bmp|ALL Files(*.*)|*|"_s;
 
 QString startFolder(const core::Session& session) {
-    const QString kept = core::ReadIni(session.DiaryIniFile, core::keys::kImagePath);
+    const QString kept = core::nameOfStored(core::ReadIni(session.DiaryIniFile, core::keys::kImagePath));
     return core::isAbsoluteFolder(kept) ? kept : QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
 }
 
@@ -215,7 +216,7 @@ void frmHTMLMakeImage::Btn_OK_Click() {
     core::WriteIni(settings, core::keys::kAddDivText, ui->txt_AddDiv->text());
     core::WriteIni(settings, core::keys::kTagOtherText, ui->txt_TagOther->text());
     if (const QString path = ui->txt_FilePath->text(); !path.isEmpty())
-        core::WriteIni(settings, core::keys::kImagePath, core::GetParentFolder(path));
+        core::WriteIni(settings, core::keys::kImagePath, core::storedName(core::GetParentFolder(path)));
     accept();
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "desktop/clipboard.h"
 #include "store/diary_store.h"
 #include "ui_frmResistFiles.h"
@@ -39,7 +40,7 @@ frmResistFiles::frmResistFiles(desktop::Context& context)
 
 frmResistFiles::~frmResistFiles() {
     core::WriteIni(m_context.session.DiaryIniFile, core::keys::kDefaultLoadPath,
-                   core::GetParentFolder(ui->txtOpenFile->text()));
+                   core::storedName(core::GetParentFolder(ui->txtOpenFile->text())));
 }
 
 void frmResistFiles::fillDays() {
@@ -67,7 +68,8 @@ void frmResistFiles::fillList() {
 
 void frmResistFiles::BtnOpenFolder_Click() {
     const QString shown = ui->txtOpenFile->text();
-    const QString kept = core::ReadIni(m_context.session.DiaryIniFile, core::keys::kDefaultLoadPath);
+    const QString kept =
+        core::nameOfStored(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kDefaultLoadPath));
     const QString folder = !shown.isEmpty()               ? core::GetParentFolder(shown)
                            : core::isAbsoluteFolder(kept) ? kept
                                                           : QString();

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/stored_name.h"
 #include "desktop/leave_check.h"
 #include "ui_frmResistLogs.h"
 
@@ -60,7 +61,7 @@ bool frmResistLogs::checkYear() {
 
 void frmResistLogs::BtnOpenFolder_Click() {
     const QString shown = ui->txtOpenFile->text();
-    const QString kept = core::ReadIni(m_context.session.DiaryIniFile, core::keys::kLogResistPath);
+    const QString kept = core::nameOfStored(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kLogResistPath));
     const QString folder = !shown.isEmpty()               ? core::GetParentFolder(shown)
                            : core::isAbsoluteFolder(kept) ? kept
                                                           : QString();
