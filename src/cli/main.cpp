@@ -63,11 +63,16 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
         throw Refusal(u"velluser.ini がないので、--user は使えません。"_s);
     if (global.user.isNull())
         throw Refusal(u"velluser.ini があります。--user でユーザーを指定してください。"_s);
+    std::optional<QString> password;
     if (qEnvironmentVariableIsSet("VELLORIA_PASSWORD"))
-        return shell::Login{global.user, qEnvironmentVariable("VELLORIA_PASSWORD")};
-    const std::optional<QString> password = desk.password(u"Velloria - Login"_s);
+        password = qEnvironmentVariable("VELLORIA_PASSWORD");
+    else
+        password = desk.password(u"Velloria - Login"_s);
     if (!password)
         throw Refusal(u"ログインを中止しました。"_s);
+    // No name without a password passes the check of users, as it does at the login window.
+    if (global.user.isEmpty() && password->isEmpty())
+        throw Refusal(u"ユーザー名とパスワードが空です。--user でユーザーを指定してください。"_s);
     return shell::Login{global.user, *password};
 }
 

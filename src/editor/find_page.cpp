@@ -2,6 +2,7 @@
 
 #include "core/date_forms.h"
 #include "core/day_key.h"
+#include "core/long_text.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 #include "site/entry_look.h"
@@ -18,8 +19,11 @@ namespace {
 namespace keys = site::keys;
 using site::Page;
 
-/// Text of this size becomes bytes at once: one large block would be copied again and again while it grows.
+/// Bytes are written in pieces of about this size.
 constexpr qsizetype kPieceSize = 200'000;
+
+/// Where the body goes in an entry's look. Nothing that a person wrote stands behind the body.
+constexpr QChar kBodyPlace(0xFFFF);
 
 /// The day that the text means; nothing for a time alone.
 std::optional<QDate> dayOf(const QString& text, int yearNow) {
@@ -44,14 +48,66 @@ void printQuestion(Page& page, const Search& search) {
         page.print(u"<hr>"_s);
 }
 
-/// The texts of the entry become one, with the word marked.
-void markWord(store::Entry& entry, const QString& word) {
-    if (!entry.extend.isNull())
-        entry.contents = u"\r\n<br>"_s + entry.contents + std::exchange(entry.extend, QString());
-    entry.contents.replace(word, u"<span style='font-style:italic;color:RED;background-color:YELLOW'>"_s + word +
-                                     u"</span>"_s);
-    entry.contents.replace("/DiaryParts"_L1, "/DiaryLog/DiaryParts"_L1);
+/// The texts of the entry as one.
+QString bodyOf(const store::Entry& entry) {
+    return entry.extend.isNull() ? entry.contents : u"\r\n<br>"_s + entry.contents + entry.extend;
 }
+
+/// Text as it goes to the page. An address stands in one piece of it: a mark within makes it another text.
+QByteArray pageBytes(const QString& text) {
+    return platform::toCodePage(core::replaced(text, u"/DiaryParts"_s, u"/DiaryLog/DiaryParts"_s));
+}
+
+/// The entries of the page, written one by one: a word that is marked a million times takes a hundred times its room.
+class EntryWriter {
+public:
+    EntryWriter(const site::EntryLook& look, const QString& word, const platform::WriteBytes& write)
+        : m_look(look)
+        , m_word(word)
+        , m_marked(
+              pageBytes(u"<span style='font-style:italic;color:RED;background-color:YELLOW'>"_s + word + u"</span>"_s))
+        , m_write(write) {}
+
+    void add(store::Entry entry) {
+        const QString body = bodyOf(entry);
+        entry.contents = kBodyPlace;
+        entry.extend = QString();
+        Page page;
+        page.print(u"<A Name=\""_s, entry.day, u"\"></A>"_s);
+        m_look.print(page, entry);
+        const qsizetype place = page.text().lastIndexOf(kBodyPlace);
+        m_bytes += platform::toCodePage(page.text().first(place));
+        addMarked(body);
+        m_bytes += platform::toCodePage(page.text().sliced(place + 1));
+        if (m_bytes.size() > kPieceSize)
+            finish();
+    }
+
+    void finish() {
+        m_write(m_bytes);
+        m_bytes.resize(0); // and keeps its room
+    }
+
+private:
+    void addMarked(const QString& body) {
+        qsizetype begin = 0;
+        for (qsizetype at = body.indexOf(m_word); at >= 0; at = body.indexOf(m_word, begin)) {
+            if (at > begin)
+                m_bytes += pageBytes(body.sliced(begin, at - begin));
+            m_bytes += m_marked;
+            begin = at + m_word.size();
+            if (m_bytes.size() > kPieceSize)
+                finish();
+        }
+        m_bytes += pageBytes(body.sliced(begin));
+    }
+
+    const site::EntryLook& m_look;
+    const QString& m_word;
+    const QByteArray m_marked;
+    const platform::WriteBytes& m_write;
+    QByteArray m_bytes;
+};
 
 bool isWithin(const std::optional<SearchForm::Dates>& period, const QString& day) {
     return !period || (day >= period->start && day <= period->end);
@@ -97,39 +153,33 @@ int MakeFindPage(const core::Session& session, const store::DiaryStore& store, c
     site::printLocalHead(top, settings, u"検索結果"_s);
     printQuestion(top, search);
 
-    // The list comes first on the page, and both are made while the diary is read once.
-    std::vector<QByteArray> pieces;
-    Page text;
-    int count = 0;
+    // The list comes first on the page, and the diary is read once: the entries wait for their turn.
+    std::vector<store::Entry> found;
     store.FindEntries({search.word, search.genre}, [&](store::Entry& entry) {
         if (!isWithin(search.period, entry.day))
             return;
-        ++count;
         if (hasList)
             top.print(u"<a href=\"#"_s, entry.day, u'_', QString::number(entry.number), u"\">["_s, entry.day, u']',
                       hasTitles ? entry.title : QString(), u"</a><br>"_s);
-        markWord(entry, search.word);
-        text.print(u"<A Name=\""_s, entry.day, u"\"></A>"_s);
-        look.print(text, entry);
-        if (text.text().size() > kPieceSize) {
-            pieces.push_back(platform::toCodePage(text.text()));
-            text.clear();
-        }
+        found.push_back(std::move(entry));
     });
-    pieces.push_back(platform::toCodePage(text.text()));
     if (hasList) {
-        if (count == 0)
+        if (found.empty())
             top.print(u"検索結果0件。"_s);
         top.print(u"</div><hr>"_s);
     }
     const auto produce = [&](const platform::WriteBytes& write) {
         write(platform::toCodePage(top.text()));
-        for (const QByteArray& piece : pieces)
-            write(piece);
+        EntryWriter entries(look, search.word, write);
+        for (const store::Entry& entry : found)
+            entries.add(entry);
+        entries.finish();
         write("</BODY></HTML>\r\n");
     };
-    platform::replaceFile(path, produce, platform::Durability::Derived);
-    return count;
+    const unsigned mode = site::localPageMode(session);
+    platform::limitMode(path, mode);
+    platform::replaceFile(path, produce, platform::Durability::Derived, mode);
+    return int(found.size());
 }
 
 QString findCaption(int count) {

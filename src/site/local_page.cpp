@@ -1,10 +1,19 @@
 #include "site/local_page.h"
 
+#include "platform/file_write.h"
 #include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::site {
+
+unsigned localPageMode(const core::Session& session) {
+    constexpr unsigned kOrdinary = 0666;
+    constexpr unsigned kOwnerOnly = 0600;
+    if (platform::isSameFile(session.FilePath, session.DataPath))
+        return kOrdinary;
+    return (platform::modeOf(session.databaseFile(), kOwnerOnly) & kOrdinary) | kOwnerOnly;
+}
 
 void printLocalHead(Page& page, const SiteSettings& settings, const QString& title) {
     page.print(u"<HTML lang=\"ja\"><HEAD><TITLE>"_s, title, u"</TITLE></HEAD>"_s);

@@ -9,6 +9,10 @@ namespace velloria::site {
 /// The link below each entry.
 inline constexpr char16_t kTopOfPage[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
 
+/// The mode of a page that shows private entries: that of the diary. Where the site lies in the data folder too, the
+/// page is a file like any other there.
+unsigned localPageMode(const core::Session& session);
+
 /// The page's head and the button that closes its window.
 void printLocalHead(Page& page, const SiteSettings& settings, const QString& title);
 

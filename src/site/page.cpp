@@ -1,6 +1,5 @@
 #include "site/page.h"
 
-#include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 
@@ -14,13 +13,14 @@ Page& Pages::append(const QString& path) {
     const auto [page, isNew] = m_pages.try_emplace(path);
     // The file of a day may have taken the month file's own name and be finished already.
     if (isNew)
-        page->second.add(core::ReadTextFile(path));
+        page->second.add(platform::fromCodePage(platform::readFileIfThere(path).value_or(QByteArray())));
     return page->second;
 }
 
 void Pages::commit(const QString& path) {
     const auto page = m_pages.extract(path);
-    platform::replaceFile(path, platform::toCodePage(page.mapped().text()), platform::Durability::Derived);
+    platform::limitMode(path, m_mode);
+    platform::replaceFile(path, platform::toCodePage(page.mapped().text()), platform::Durability::Derived, m_mode);
 }
 
 } // namespace velloria::site

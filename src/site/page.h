@@ -22,9 +22,6 @@ public:
 
     const QString& text() const { return m_text; }
 
-    /// No text any more, but the room for it.
-    void clear() { m_text.resize(0); }
-
 private:
     QString m_text;
 };
@@ -32,6 +29,10 @@ private:
 /// The pages of one run that are not finished yet, by path. What is never committed leaves the old file untouched.
 class Pages {
 public:
+    /// The pages get `mode` (POSIX permission bits), old ones no more than that.
+    explicit Pages(unsigned mode = 0666)
+        : m_mode(mode) {}
+
     /// A new empty page; it replaces an unfinished one of the same path.
     Page& create(const QString& path);
     /// The unfinished page to go on with, or else the file as it is on disk.
@@ -41,6 +42,7 @@ public:
     void commit(const QString& path);
 
 private:
+    unsigned m_mode;
     std::map<QString, Page> m_pages; ///< a page stays where it is while others come and go
 };
 

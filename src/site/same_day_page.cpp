@@ -9,8 +9,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::site {
 namespace {
 
-void printList(Page& page, const SiteSettings& settings, const std::vector<store::Entry>& entries) {
-    const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
+void printList(Page& page, const std::vector<store::Entry>& entries, bool hasTitles) {
     for (const store::Entry& entry : entries) {
         if (hasTitles)
             page.print(u"<a href=\"#"_s, entry.day, u"\">"_s, entry.day, u"</a>　"_s, entry.title, u"<br>"_s);
@@ -70,11 +69,12 @@ int MakeSameDayPage(const core::Session& session, const store::DiaryStore& store
     const std::vector<store::Entry> entries = store.SameDayEntries(day);
     const bool isTable = settings.text(keys::contents::kHTMLType) == u"1"_s;
     const QString tableLine = entryTableLine(settings);
-    Pages pages;
+    const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
+    Pages pages(localPageMode(session));
     Page& page = pages.create(path);
     printLocalHead(page, settings, day.mid(5) + u"の日記"_s);
     if (settings.number(keys::day_list::kUse) != 0)
-        printList(page, settings, entries);
+        printList(page, entries, hasTitles);
     for (const store::Entry& entry : entries) {
         if (isTable)
             printTable(page, settings, tableLine, entry);

@@ -157,11 +157,11 @@ qint16 GetDBVersion(const QString& path) {
     return qint16(version);
 }
 
-void copyDatabase(const QString& from, const QString& to) {
+void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) {
     const auto copy = [&] {
         // A journal left beside the target belongs to another file and would be rolled into this one.
         platform::removeFile(to + u"-journal"_s);
-        platform::copyFile(from, to, 0666, platform::Durability::Durable);
+        platform::copyFile(from, to, newFileMode, platform::Durability::Durable);
     };
     if (formatOf(from) != Format::Sqlite) {
         copy();
@@ -184,12 +184,15 @@ void backUpDatabase(const QString& path, const QString& backup) {
     // Made again of the same diary it would only push out what the older backups hold.
     if (QFileInfo::exists(backup) && platform::readFile(backup) == platform::readFile(path))
         return;
+    const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
     for (int age = 3; age >= 1; --age) {
         if (const QString newer = olderBackup(age - 1); QFileInfo::exists(newer))
-            platform::copyFile(newer, olderBackup(age));
+            platform::copyFile(newer, olderBackup(age), mode);
+        platform::limitMode(olderBackup(age), mode);
     }
-    copyDatabase(path, backup);
+    platform::limitMode(backup, mode);
+    copyDatabase(path, backup, mode);
 }
 
 QStringList checkDatabase(const QString& path) {

@@ -4,7 +4,7 @@ import os
 import stat
 import unittest
 
-from home import CliTest, entry, read, write
+from home import CliTest, entry, read, snapshot, write
 
 WRONG_BOX = "critical: 不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"
 
@@ -70,10 +70,14 @@ class Login(UsersTest):
         result = self.run_cli("--events", "start", user="taro")
         self.assertEqual((result.code, result.boxes), (1, []), "cancelled: a silent end")
 
-    def test_an_empty_id_with_an_empty_password_gets_in(self):
+    def test_an_empty_id_with_an_empty_password_is_refused(self):
+        before = snapshot(self.home)
         result = self.start("", "", answers=[self.make_data("nobody")])
-        self.assertEqual(result.code, 0, result)
-        self.assertEqual((dict(result.rows)["IsLogin"], dict(result.rows)["UserPath"]), ("true", self.home + "//"))
+        self.assertEqual((result.code, result.out, result.boxes), (1, b"", []))
+        self.assertIn("--user", result.error_text)
+        result = self.run_cli("--events", "start", user="", answers=["", self.make_data("nobody")])
+        self.assertEqual(result.code, 1)
+        self.assertEqual(snapshot(self.home), before)
 
     def test_a_deleted_user_is_gone_and_made_again_has_the_old_folder(self):
         self.start("taro", "secret", answers=[self.make_data("taro")])

@@ -3,6 +3,10 @@
 #include "site/site_keys.h"
 #include "support/test_home.h"
 
+#include <QFile>
+
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -393,6 +397,34 @@ TEST_F(SearchFormCheck, ATimeAloneIsNoDay) {
 TEST_F(SearchFormCheck, SaysHowManyWereFound) {
     EXPECT_EQ(editor::findCaption(2), u"検索結果(2件見つかりました)"_s);
     EXPECT_EQ(editor::findStatus(u"花%1"_s, 2), u"検索結果(キーワード花%1で2件見つかりました)"_s);
+}
+
+TEST_F(FindPage, MarksEveryHitOfALongTextWithoutItsLengthInMemory) {
+    constexpr int kHits = 400'000;
+    const QString page = pageWith(entryWith(u"b"_s + QString(kHits, u'a') + u"c/DiaryParts/x.gif"_s, u"aZ"_s), u"a"_s);
+    EXPECT_EQ(page.count(marked(u"a"_s)), kHits + 4);
+    EXPECT_TRUE(page.contains(u"<br>b"_s + marked(u"a"_s)));
+    EXPECT_TRUE(page.contains(marked(u"a"_s) + u"c/Di"_s + marked(u"a"_s) + u"ryP"_s + marked(u"a"_s) + u"rts/x.gif"_s +
+                              marked(u"a"_s) + u"Z"_s))
+        << "an address that a mark has split is none any more";
+    EXPECT_TRUE(page.endsWith(kEnd));
+}
+
+TEST_F(FindPage, AnAddressBetweenHitsAndInAHitLeadsToTheLogs) {
+    EXPECT_TRUE(pageWith(entryWith(u"x/DiaryParts/yx"_s), u"x"_s)
+                    .contains(marked(u"x"_s) + u"/DiaryLog/DiaryParts/y"_s + marked(u"x"_s)));
+    EXPECT_TRUE(pageWith(entryWith(u"x/DiaryParts/y"_s), u"/DiaryParts"_s)
+                    .contains(u"x"_s + marked(u"/DiaryLog/DiaryParts"_s) + u"/y"_s));
+}
+
+TEST_F(FindPage, OfADiaryThatOthersMayNotReadIsForItsOwnerAlone) {
+    write(entryWith(u"花"_s));
+    makePage(u"花"_s);
+    EXPECT_EQ(modeOf(file()) & 0077, 0044U) << "the site lies in the data folder";
+    useSite();
+    ASSERT_EQ(::chmod(QFile::encodeName(session.databaseFile()).constData(), 0600), 0);
+    makePage(u"花"_s);
+    EXPECT_EQ(modeOf(file()), 0600U);
 }
 
 } // namespace

@@ -135,6 +135,7 @@ TEST_F(Startup, KeepsTheUsersFilesToTheirOwner) {
     start();
     ::umask(mask);
     EXPECT_EQ(modeOf(user()), 0700U);
+    EXPECT_EQ(modeOf(user(u"diary.mdb"_s)), 0600U);
     EXPECT_EQ(modeOf(user(u"diary.ini"_s)), 0600U);
 }
 
@@ -259,7 +260,6 @@ TEST_F(Startup, TellsWhichPluginsAreThere) {
     }
 }
 
-} // namespace
 TEST_F(Startup, AHomeThatItsOwnSettingsCouldNotNameIsRefusedTheFirstTime) {
     const auto startIn = [&](const QString& folder) {
         makeFolder(folder);
@@ -283,4 +283,5 @@ TEST_F(Startup, AHomeThatItsOwnSettingsCouldNotNameIsRefusedTheFirstTime) {
     EXPECT_EQ(startIn(tooLong), u""_s);
 }
 
+} // namespace
 } // namespace velloria::tests

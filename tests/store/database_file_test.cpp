@@ -5,7 +5,9 @@
 #include "support/test_home.h"
 
 #include <QDir>
+#include <QFile>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -235,6 +237,18 @@ TEST_F(DatabaseFile, ThatIsDamagedIsReportedOrRefused) {
     for (const QByteArray& bytes : noDiaries().first(5)) {
         writeFile(path(u"x.mdb"_s), bytes);
         EXPECT_THROW(checkDatabase(path(u"x.mdb"_s)), platform::Failure);
+    }
+}
+
+TEST_F(DatabaseFile, ABackupIsReadByWhoMayReadTheDiary) {
+    for (const mode_t mode : {0600, 0640}) {
+        write(u"2004/05/06"_s, u"x"_s);
+        ASSERT_EQ(::chmod(QFile::encodeName(file()).constData(), mode), 0);
+        writeFile(backup(), "of an older program");
+        ASSERT_EQ(::chmod(QFile::encodeName(backup()).constData(), 0644), 0);
+        backUpDatabase(file(), backup());
+        EXPECT_EQ(modeOf(backup()) & ~mode, 0U);
+        EXPECT_EQ(modeOf(backup() + u".1"_s) & ~mode, 0U);
     }
 }
 
