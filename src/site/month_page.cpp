@@ -10,6 +10,8 @@
 #include "site/entry_page.h"
 #include "site/feeds.h"
 #include "site/frames.h"
+#include "site/local_page.h"
+#include "site/number_check.h"
 #include "site/own_pages.h"
 #include "site/page_head.h"
 #include "site/site_keys.h"
@@ -21,6 +23,8 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::site {
 namespace {
+
+constexpr unsigned kOrdinaryMode = 0666;
 
 /// The month as a date; nothing for a text such as "2004/ab", of which a log is made all the same.
 std::optional<QDate> dateOf(const QString& yearMonth, int yearNow, PageKind pageKind) {
@@ -50,13 +54,15 @@ MonthPage::MonthPage(const core::Session& session, const store::DiaryStore& stor
 std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind,
                                                  MakeList makeList, WithPrivate withPrivate) {
     const SiteSettings settings(m_session);
-    Pages pages;
-    MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
     const std::optional<QDate> month = dateOf(yearMonth, m_clock.now().date().year(), pageKind);
-    // The feeds come first: without a public entry the run ends here and touches no page.
-    makeFeeds(run);
+    Pages pages(isPreview(path) ? localPageMode(m_session) : kOrdinaryMode);
+    MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
     readDivision(run);
     readEntries(run, withPrivate);
+    requireNumbers(run, month.has_value());
+    // The feeds come first: without a public entry the run ends here and touches no page.
+    makeFeeds(run);
+    run.division.countPages(run.days);
     chooseFiles(run);
 
     Page& page = pages.create(run.diaryFile);
@@ -122,7 +128,6 @@ void MonthPage::readEntries(MonthRun& run, WithPrivate withPrivate) const {
         if (run.days.isEmpty() || run.days.last() != entry.day)
             run.days += entry.day;
     }
-    run.division.countPages(run.days);
 }
 
 void MonthPage::chooseFiles(MonthRun& run) const {

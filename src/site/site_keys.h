@@ -24,6 +24,9 @@ inline constexpr SiteKey kLogAlign{SettingsFile::Customize, QLatin1StringView("G
                                    QLatin1StringView("LogAlign")};
 inline constexpr SiteKey kWeather{SettingsFile::Customize, QLatin1StringView("General"), QLatin1StringView("Weather")};
 inline constexpr SiteKey kGenre{SettingsFile::Customize, QLatin1StringView("General"), QLatin1StringView("Genre")};
+/// Read with the others and used by nothing: old sets have it.
+inline constexpr SiteKey kUseCategory{SettingsFile::Customize, QLatin1StringView("General"),
+                                      QLatin1StringView("UseCategory")};
 inline constexpr SiteKey kVellLinkOn{SettingsFile::Customize, QLatin1StringView("General"),
                                      QLatin1StringView("VellLinkOn")};
 inline constexpr SiteKey kVellLinkText{SettingsFile::Customize, QLatin1StringView("General"),

@@ -65,8 +65,11 @@ class FindPage:
         out("<p>キーワード：", self.word, "</p>")
         out(f"<p>期間：{first}～{last}</p>" if first else "")
         out(f"<p>ジャンル：{genre}</p><hr>" if genre else "<hr>")
+        with_title = self.custom.number("DayList", "AddTitle") == 1
+        for key in ("Weather", "Genre"):
+            self.custom.number("General", key)
+        entry_table_line(self.custom)  # its numbers are read in both forms
         if self.custom.number("DayList", "Use") != 0:
-            with_title = self.custom.number("DayList", "AddTitle") == 1
             for row in rows:
                 title = row["Title"] or "" if with_title else ""
                 out(f'<a href="#{day_number(row)}">[{row["Day"]}]{title}</a><br>')

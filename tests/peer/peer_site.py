@@ -95,6 +95,7 @@ class MonthPages:
         page.print(self.home.piece(section, key))
 
     def MakeHTML(self):
+        self._read_numbers()
         files = self._make_feeds()
         self._division()
         frame_on = self.frame_on
@@ -125,6 +126,34 @@ class MonthPages:
         self._tail(page)
         files.update((name, made.encoded()) for name, made in self.pages.items())
         return files
+
+    def _read_numbers(self):
+        """What the run asks for is read whether or not it is printed; a number beyond 16 bits ends it here."""
+        frame = self.home.frame.number
+        for section, key in (("DayList", "AddTitle"), ("DayList", "Use"), ("DayList", "MarginLeft"),
+                             ("General", "UseLog"), ("General", "Genre"), ("General", "UseCategory"),
+                             ("General", "VellLinkOn")):
+            self.number(section, key)
+        self.home.halo.number("GENERAL", "HaloScanOn")
+        divided, on_top = 0, 1
+        if frame("Divide", "LogDivide") == 1 or self.current:
+            divided, term, on_top = (frame("Divide", key) for key in ("DiaryDivide", "DiaryTerm", "DiaryOnTop"))
+            if divided == 1 and term == 1:
+                frame("Divide", "UseFileName2Day")
+        frame_on = False
+        if self.current:
+            self.home.rss.number("GENERAL", "RSSOn")
+            frame_on = frame("Frame", "FrameOn") == 1
+        if frame_on:
+            frame("Frame", "Scrolling"), frame("Frame", "Resize")
+        if self.number("Calender", "Use") == 1 or frame_on:
+            frame("Frame", "FrameOn")
+            for key in ("NoBorder", "BorderSize", "CellPadding", "FirstDayOfWeek"):
+                self.number("Calender", key)
+        if divided == 0 or on_top == 1 or self.rows:
+            for section, key in (("Contents", "TableBorder"), ("Contents", "Cellspacing"), ("Contents", "TableWidth"),
+                                 ("General", "Weather"), ("PageMoveLink", "PageMoveOn")):
+                self.number(section, key)
 
     def _make_feeds(self):
         if not self.current or self.home.rss.number("GENERAL", "RSSOn") != 1:
@@ -691,6 +720,8 @@ def sameday(home_folder, now, enter_day, day):
     rows.sort(key=lambda row: row["Day"], reverse=True)
     look = {key: text("Contents", key) for key in
             ("TitleBGColor", "TitleFTColor", "DayBGColor", "DayFTColor", "ContentsBGColor", "ContentsFTColor")}
+    add_title = number("DayList", "AddTitle") == 1
+    entry_table_line(home.custom)  # its numbers are read in both forms
     page = Page()
     page.print('<HTML lang="ja"><HEAD><TITLE>', day[5:], "の日記</TITLE></HEAD>")
     page.print("<BODY TEXT='", text("Body", "TextColor"), "' BGCOLOR='", text("Body", "BackColor"), "' background='",
@@ -700,7 +731,7 @@ def sameday(home_folder, now, enter_day, day):
                           "End Sub", "</SCRIPT>", "</p>"]))
     if number("DayList", "Use") != 0:
         for row in rows:
-            title = f"　{row['Title'] or ''}" if number("DayList", "AddTitle") == 1 else ""
+            title = f"　{row['Title'] or ''}" if add_title else ""
             page.print(f'<a href="#{row["Day"]}">{row["Day"]}</a>{title}<br>')
         if not rows:
             page.print("以前の同じ日の日記はありません。")

@@ -99,7 +99,7 @@ def ReadTextFile(path):
 
 ASCII_LOWER = str.maketrans("ABCDEFGHIJKLMNOPQRSTUVWXYZ", "abcdefghijklmnopqrstuvwxyz")
 ASCII_UPPER = str.maketrans("abcdefghijklmnopqrstuvwxyz", "ABCDEFGHIJKLMNOPQRSTUVWXYZ")
-BLANKS = " \t"
+BLANKS = " \t\v"
 
 
 def without_torn_reference(value, cut):
@@ -154,7 +154,7 @@ class Profile:
         value = self.stored(section, key)
         if value is None:
             return default
-        match = re.match(r"[ \t]*([+-]?)(0[xX][0-9a-fA-F]+|[0-9]+)", value)
+        match = re.match(r"[ \t\v]*([+-]?)(0[xX][0-9a-fA-F]+|[0-9]+)", value)
         if not match:
             return 0
         digits = match.group(2)

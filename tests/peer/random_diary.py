@@ -31,7 +31,8 @@ WEATHER = ["晴", "曇", "雨", "雪", "雷", "-", "", "暴風", "晴れ", "<x>"
 
 # Kinds of settings. A kind is a list to choose from or one of the names that `Maker.value` knows.
 FLAG = ["0"] * 8 + ["1"] * 11 + ["", "abc", "2", " 1 "]
-SIZE = ["", "0", "1", "2", "5", "40", "-3", "abc", "12abc", "1.9", "0x10"]
+# A number beyond 16 bits ends a run, so it is rare.
+SIZE = ["", "0", "1", "2", "5", "40", "-3", "abc", "12abc", "1.9", "0x10"] * 30 + ["32768", "-32769"]
 COLOUR = ["", "red", "#FFFFFF", "#000080", "banana", "'", "#FFF; x:y"]
 ALIGN = ["Left", "Center", "Right", "left", "CENTER", "", "Middle"]
 CUSTOMIZE = {

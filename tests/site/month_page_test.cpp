@@ -208,5 +208,85 @@ TEST_F(MonthPage, ANumberBeyondItsRangeIsNamedAndTheOldPageStays) {
     EXPECT_EQ(sitePage(u"x.htm"_s), u"old page"_s);
 }
 
+TEST_F(MonthPage, ANumberThatIsReadCountsWhetherOrNotItIsPrinted) {
+    using site::PageKind;
+    const struct {
+        site::SiteKey key;
+        std::vector<PageKind> kinds; ///< of the pages that read it, with a calendar and without frames
+    } cases[] = {
+        {keys::day_list::kMarginLeft, {PageKind::Current, PageKind::Log}},
+        {keys::day_list::kAddTitle, {PageKind::Current, PageKind::Log}},
+        {keys::general::kUseLog, {PageKind::Current, PageKind::Log}},
+        {keys::general::kGenre, {PageKind::Current, PageKind::Log}},
+        {keys::general::kVellLinkOn, {PageKind::Current, PageKind::Log}},
+        {keys::general::kUseCategory, {PageKind::Current, PageKind::Log}},
+        {keys::divide::kLogDivide, {PageKind::Current, PageKind::Log}},
+        {keys::halo_scan::kHaloScanOn, {PageKind::Current, PageKind::Log}},
+        {keys::calender::kBorderSize, {PageKind::Current, PageKind::Log}},
+        {keys::calender::kFirstDayOfWeek, {PageKind::Current, PageKind::Log}},
+        {keys::frame::kFrameOn, {PageKind::Current, PageKind::Log}},
+        {keys::contents::kTableBorder, {PageKind::Current, PageKind::Log}},
+        {keys::page_move_link::kPageMoveOn, {PageKind::Current, PageKind::Log}},
+        {keys::rss::kRSSOn, {PageKind::Current}},
+        {keys::divide::kDiaryTerm, {PageKind::Current}},
+        {keys::divide::kUseFileName2Day, {}},
+        {keys::frame::kScrolling, {}},
+    };
+    writeDays({6});
+    setSetting(keys::calender::kUse, u"1"_s);
+    setSetting(keys::calender::kNoBorder, u"1"_s);
+    for (const auto& c : cases) {
+        for (const PageKind kind : {PageKind::Current, PageKind::Log}) {
+            SCOPED_TRACE(c.key.name.toString().toStdString() + (kind == PageKind::Log ? " of a log" : ""));
+            writeFile(path(u"site/x.htm"_s), "old page");
+            removeSetting(c.key);
+            setSetting(c.key, u"40000"_s);
+            const bool isRead = std::find(c.kinds.begin(), c.kinds.end(), kind) != c.kinds.end();
+            const QString failure = failureOf([&] { kind == PageKind::Log ? makeLog() : makeMonth(); });
+            EXPECT_EQ(failure.contains(c.key.name), isRead) << failure.toStdString();
+            EXPECT_EQ(sitePage(u"x.htm"_s) == u"old page"_s, isRead);
+        }
+        removeSetting(c.key);
+    }
+}
+
+TEST_F(MonthPage, ANumberBeyondItsRangeLeavesFeedsAndDividedPagesOldToo) {
+    turnFeedsOn();
+    writeDays({5, 6});
+    divide(1, false);
+    setSetting(keys::contents::kTableWidth, u"-32769"_s);
+    for (const QString& name : {u"x.htm"_s, u"x_01.htm"_s, u"x_ATOM.xml"_s})
+        writeFile(path(u"site/"_s + name), "old");
+    EXPECT_TRUE(failureOf([&] { makeMonth(); }).contains(u"TableWidth"_s));
+    for (const QString& name : {u"x.htm"_s, u"x_01.htm"_s, u"x_ATOM.xml"_s})
+        EXPECT_EQ(sitePage(name), u"old"_s) << name.toStdString();
+}
+
+TEST_F(MonthPage, WithoutACalendarItsNumbersAreNotRead) {
+    setSetting(keys::calender::kBorderSize, u"40000"_s);
+    EXPECT_EQ(failureOf([&] { makeMonth(); }), u""_s);
+    setSetting(keys::frame::kFrameOn, u"1"_s);
+    EXPECT_TRUE(failureOf([&] { makeMonth(); }).contains(u"BorderSize"_s)) << "frames always carry one";
+}
+
+TEST_F(MonthPage, APreviewIsReadByWhoMayReadTheDiary) {
+    writeDays({5, 6});
+    divideByDay(false);
+    setSetting(keys::frame::kFrameOn, u"1"_s);
+    const QStringList names{u"tmp.htm"_s, u"tmp_C.htm"_s, u"tmp_D.htm"_s, u"2004_05_05.htm"_s};
+    writeFile(session.DataPath + names.first(), "of an older program");
+    ASSERT_TRUE(QFile::setPermissions(session.DataPath + names.first(), QFileDevice::Permissions(0x6644)));
+    saver().SaveTmpFile();
+    for (const QString& name : names)
+        EXPECT_EQ(modeOf(session.DataPath + name), 0600U) << name.toStdString();
+    makeMonth();
+    EXPECT_NE(modeOf(path(u"site/x_D.htm"_s)) & 0044, 0U) << "the site is for everybody";
+
+    session.FilePath = session.DataPath;
+    QFile::remove(session.DataPath + names.first());
+    saver().SaveTmpFile();
+    EXPECT_NE(modeOf(session.DataPath + names.first()) & 0044, 0U) << "the site lies there";
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -1,0 +1,35 @@
+#include "site/number_check.h"
+
+#include "site/site_keys.h"
+
+#include <initializer_list>
+
+namespace velloria::site {
+namespace {
+
+void read(const SiteSettings& settings, std::initializer_list<SiteKey> numbers) {
+    for (const SiteKey& key : numbers)
+        settings.number(key);
+}
+
+} // namespace
+
+void requireNumbers(const MonthRun& run, bool hasMonth) {
+    const SiteSettings& settings = run.settings;
+    read(settings, {keys::day_list::kAddTitle, keys::day_list::kUse, keys::day_list::kMarginLeft, keys::calender::kUse,
+                    keys::general::kUseLog, keys::general::kGenre, keys::general::kUseCategory,
+                    keys::general::kVellLinkOn, keys::divide::kLogDivide, keys::halo_scan::kHaloScanOn});
+    if (run.pageKind == PageKind::Current)
+        read(settings, {keys::rss::kRSSOn});
+    if (run.frameOn)
+        read(settings, {keys::frame::kScrolling, keys::frame::kResize});
+    if (hasMonth && (run.frameOn || settings.isOn(keys::calender::kUse)))
+        read(settings, {keys::frame::kFrameOn, keys::calender::kNoBorder, keys::calender::kBorderSize,
+                        keys::calender::kCellPadding, keys::calender::kFirstDayOfWeek});
+    const bool hasEntryPage = run.division.diaryDivide == 0 || run.division.diaryOnTop == 1 || !run.entries.empty();
+    if (hasEntryPage)
+        read(settings, {keys::contents::kTableBorder, keys::contents::kCellspacing, keys::contents::kTableWidth,
+                        keys::general::kWeather, keys::page_move_link::kPageMoveOn});
+}
+
+} // namespace velloria::site
