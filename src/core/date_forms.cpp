@@ -105,7 +105,7 @@ std::optional<QDateTime> momentOfNumber(double number) {
 } // namespace
 
 std::optional<QDateTime> parseDate(QStringView text, int yearNow) {
-    QStringList words = platform::fold(text).split(u' ', Qt::SkipEmptyParts);
+    QStringList words = platform::fold(text).replace(u'\t', u' ').split(u' ', Qt::SkipEmptyParts);
     if (words.isEmpty())
         return std::nullopt;
 

@@ -14,7 +14,7 @@ namespace velloria::core {
 /// A day is three numbers (year, month, day; when that is no day, the order of the numbers is tried otherwise) or two
 /// (a day of `yearNow`, else the first of a month) between "/", "-", "," or blanks, or a Japanese date with or without
 /// an era; a time is two or three numbers between ":" or ".". A year from 0 to 29 means 2000 to 2029, one from 30 to 99
-/// means 1930 to 1999. A time alone is one of 1899/12/30. Width makes no difference.
+/// means 1930 to 1999. A time alone is one of 1899/12/30. Width makes no difference, and a tab is a blank.
 std::optional<QDateTime> parseDate(QStringView text, int yearNow);
 
 /// `moment` in a form such as "yyyy/mm/dd hh:nn:ss" or "dddd, d mmm yyyy": "yyyy", "mm" and "dd" with zeros in front,

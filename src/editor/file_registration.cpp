@@ -7,6 +7,8 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -64,15 +66,16 @@ QString FileRegistration::partsFolder() const {
     return platform::existingPath(m_session.DataPath + u"DiaryParts"_s);
 }
 
-/// Where the one copy of the name lies or will lie: a folder from a Windows disk may spell it in another case.
+/// Where the one copy of a registered name lies or will lie: a folder from a Windows disk may spell it in another case.
 QString FileRegistration::partPath(const QString& name) const {
     return platform::existingPath(partsFolder() + core::nativeSeparator() + name);
 }
 
+/// The copy bears the exact name: what nobody has registered and differs from it in case is another file.
 void FileRegistration::addNew(const RegisterSource& source, const store::FileRow& row) {
-    const QString part = partPath(row.name);
+    const QString part = partsFolder() + core::nativeSeparator() + row.name;
     const bool isCopied = !isSameFolder(source.folder, partsFolder()) && !platform::isSameFile(source.path, part);
-    const bool isReplaced = isCopied && platform::fileExists(part);
+    const bool isReplaced = isCopied && QFileInfo(part).isFile();
     if (isCopied) {
         platform::makeFolder(partsFolder());
         platform::copyFile(source.path, part);

@@ -26,6 +26,11 @@ void tellCopied(platform::Failure& failure, const QStringList& copied) {
         failure.addStage(u"「"_s + copied.join(u"」と「"_s) + u"」にはコピーしました"_s);
 }
 
+/// A new page bears the exact name: what nobody has registered and differs from it in case is another page.
+QString newLogPath(const QString& root, const QString& name) {
+    return platform::existingPath(root + u"DiaryLog"_s) + core::nativeSeparator() + name;
+}
+
 } // namespace
 
 QString shownLog(const store::LogRow& row) {
@@ -83,7 +88,7 @@ void LogRegistration::addNew(const RegisterSource& source, const QString& month)
     std::reverse(targets.begin(), targets.end());
     QStringList copied;
     try {
-        copyTo(targets, source, copied);
+        copyTo(targets, source, copied, newLogPath);
         m_logs.AddLog({month, source.name});
     } catch (platform::Failure& failure) {
         tellCopied(failure, copied);
@@ -93,9 +98,10 @@ void LogRegistration::addNew(const RegisterSource& source, const QString& month)
 }
 
 /// Copies the page to where it does not lie yet; `copied` tells, also behind a failure, what has been written.
-void LogRegistration::copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied) {
+void LogRegistration::copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied,
+                             PathOf pathOf) {
     for (const QString& root : targets) {
-        const QString page = logPath(root, source.name);
+        const QString page = pathOf(root, source.name);
         if (platform::isSameFile(source.path, page))
             continue;
         platform::makeFolder(logFolder(root));
@@ -114,7 +120,7 @@ site::Outcome LogRegistration::replace(const RegisterSource& source) {
     }
     QStringList copied;
     try {
-        copyTo(roots(), source, copied);
+        copyTo(roots(), source, copied, logPath);
     } catch (platform::Failure& failure) {
         tellCopied(failure, copied);
         throw;

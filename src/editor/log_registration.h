@@ -44,7 +44,8 @@ private:
     static QString logPath(const QString& root, const QString& name);
     QStringList roots() const;
     void addNew(const RegisterSource& source, const QString& month);
-    static void copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied);
+    using PathOf = QString (*)(const QString& root, const QString& name);
+    static void copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied, PathOf pathOf);
     site::Outcome replace(const RegisterSource& source);
     void removePages(const QString& name);
 

@@ -283,7 +283,8 @@ class Ini(CliTest):
         write(self.file, "[S]\r\nA=1\r\n[T]\r\nB=2\r\n")
         self.must("ini", "delete", self.file, "s", "a")
         self.assertEqual(read(self.file), b"[S]\r\n[T]\r\nB=2\r\n")
-        self.must("ini", "delete", self.file, "S", "none")
+        self.refused("ini", "delete", self.file, "S", "none", naming=[self.file, "none"])
+        self.refused("ini", "delete", self.file, "U", "B")
         self.assertEqual(read(self.file), b"[S]\r\n[T]\r\nB=2\r\n")
 
     def test_sections_stand_in_the_order_of_the_file(self):
@@ -299,14 +300,36 @@ class Ini(CliTest):
         self.must("ini", "set", missing, "S", "K", "v")
         self.assertEqual(read(missing), b"[S]\r\nK=v\r\n")
 
-    def test_a_write_that_fails_is_silent(self):
+    def test_a_write_that_fails_says_why(self):
         write(self.file, "[S]\r\nK=1\r\n")
         os.chmod(self.file, 0o444)
         before = snapshot(self.inputs)
         for words in (["set", self.file, "S", "K", "2"], ["delete", self.file, "S", "K"],
                       ["set", "/nowhere/a.ini", "S", "K", "2"], ["set", self.inputs, "S", "K", "2"]):
-            self.assertEqual(self.must("ini", *words).err, b"")
+            self.refused("ini", *words, naming=[words[1]])
         self.assertEqual(snapshot(self.inputs), before)
+
+    def test_writing_what_stands_there_is_done(self):
+        write(self.file, "[S]\r\nK=1\r\n")
+        os.chmod(self.file, 0o444)
+        self.must("ini", "set", self.file, "S", "K", "1")
+
+    def test_a_value_is_printed_as_it_is(self):
+        write(self.file, b"[S]\r\nK=C:\\dir\\new\ttab\r\nV=\x0b v \x0b\r\n")
+        self.assertEqual(self.must("ini", "get", self.file, "S", "K").out, b"C:\\dir\\new\ttab\n")
+        self.assertEqual(self.must("ini", "get", self.file, "S", "V").out, b"v\n")
+        self.assertEqual(self.must("ini", "get", self.file, "S", "M", "a\\b\nc").out, b"a\\b\nc\n")
+        self.assertEqual(self.must("--json", "ini", "get", self.file, "S", "K").json, {"value": "C:\\dir\\new\ttab"})
+
+    def test_pipes_devices_and_links_that_lead_nowhere_are_refused_at_once(self):
+        pipe, lost = os.path.join(self.inputs, "pipe"), os.path.join(self.inputs, "lost")
+        os.mkfifo(pipe)
+        os.symlink("gone/b.ini", lost)
+        for file, names in ((pipe, [pipe]), ("/dev/zero", ["/dev/zero"]), (lost, [lost, "gone/b.ini"])):
+            for words in (["get", file, "S", "K"], ["int", file, "S", "K"], ["sections", file],
+                          ["set", file, "S", "K", "v"], ["delete", file, "S", "K"]):
+                self.refused("ini", *words, naming=names)
+        self.assertFalse(os.path.exists(os.path.join(self.inputs, "gone")))
 
     def test_files_with_passwords_are_made_for_their_owner_alone(self):
         for name, mode in (("diary.ini", 0o600), ("velluser.ini", 0o600), ("BlogUserData.ini", 0o600)):

@@ -601,5 +601,19 @@ TEST_F(Export, LongWorkTellsHowFarItIs) {
     EXPECT_EQ(panel(), u"1500件の日記をエクスポートしました。"_s);
 }
 
+TEST_F(Export, AFolderWhoseNameBeginsLikeTheUsersIsNotTheUsers) {
+    write(u"2004/05/01"_s, u"t"_s);
+    const QString neighbour = session.UserPath.chopped(1) + u"-old/"_s;
+    ASSERT_TRUE(QDir().mkpath(neighbour));
+    for (const QString& name : {u"a.ini"_s, u"a.csv"_s, u"a.txt"_s}) {
+        writeFile(neighbour + name, "old");
+        settings.format = ExportFormat::User;
+        settings.userFormat = u"mine"_s + name.sliced(1);
+        putFormat(u"mine.txt"_s, "new");
+        EXPECT_EQ(run(neighbour + name), ExportOutcome::Done) << name.toStdString();
+        EXPECT_EQ(bytesOf(neighbour + name), "new\r\n");
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

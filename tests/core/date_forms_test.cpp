@@ -206,5 +206,12 @@ TEST(DateForms, LeavesATextThatIsNoDateAsItStands) {
         EXPECT_EQ(formatTextAsDate(text, u"yyyy/mm/dd", kYearNow), text);
 }
 
+TEST(DateForms, ATabIsABlankBesideADate) {
+    for (const QString& text : {u"\t2004/1/5"_s, u"2004/1/5\t"_s, u" \t2004/1/5\t "_s, u"平成16年1月5日\t"_s})
+        EXPECT_EQ(read(text), u"2004/01/05 00:00:00"_s) << text.toStdString();
+    EXPECT_EQ(read(u"2004/1/5\t12:30"_s), u"2004/01/05 12:30:00"_s);
+    EXPECT_EQ(read(u"\t"_s), u""_s);
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -375,5 +375,13 @@ TEST_F(FileRegistrationTest, TextsThatLookLikePlacesOfAPatternAreShownAsTheyAre)
               u"%2 and %1 : 4 : %1%2%3.gif"_s);
 }
 
+TEST_F(FileRegistrationTest, AnUnregisteredFileThatDiffersInCaseStaysBesideTheCopy) {
+    writeFile(part(u"b.gif"_s), "own");
+    add(source(u"B.GIF"_s, "new"));
+    EXPECT_EQ(bytesOf(part(u"b.gif"_s)), "own");
+    EXPECT_EQ(bytesOf(part(u"B.GIF"_s)), "new");
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : B.GIF"_s});
+}
+
 } // namespace
 } // namespace velloria::tests

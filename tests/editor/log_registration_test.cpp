@@ -305,5 +305,15 @@ TEST_F(LogRegistrationTest, AYearIsANumberOfThreeCharactersAtLeast) {
         EXPECT_EQ(editor::yearProblem(year), problem) << year.toStdString();
 }
 
+TEST_F(LogRegistrationTest, AnUnregisteredPageThatDiffersInCaseStaysBesideTheCopy) {
+    writeFile(inData(u"x.htm"_s), "own");
+    writeFile(inSite(u"x.htm"_s), "own");
+    EXPECT_EQ(add(source(u"X.HTM"_s, "new")), Outcome::Done);
+    for (const QString& page : {inData(u"x.htm"_s), inSite(u"x.htm"_s)})
+        EXPECT_EQ(bytesOf(page), "own");
+    for (const QString& page : {inData(u"X.HTM"_s), inSite(u"X.HTM"_s)})
+        EXPECT_EQ(bytesOf(page), "new");
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -24,7 +24,10 @@ void get(Invocation& invocation) {
     const QString file = iniFile(invocation);
     const QString value =
         core::ReadIniDef(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
-    invocation.print(QJsonObject{{u"value"_s, value}}, {{value}});
+    if (invocation.global.isJson)
+        invocation.print(QJsonObject{{u"value"_s, value}}, {});
+    else
+        writeLine(value); // for scripts: nothing is escaped
 }
 
 void getInteger(Invocation& invocation) {
@@ -39,11 +42,17 @@ void getInteger(Invocation& invocation) {
 }
 
 void set(Invocation& invocation) {
-    core::WriteIni(iniFile(invocation), invocation.argument(1), invocation.argument(2), invocation.argument(3));
+    platform::writeProfile(iniFile(invocation), invocation.argument(1), invocation.argument(2), invocation.argument(3));
 }
 
 void remove(Invocation& invocation) {
-    core::DeleteIniKey(iniFile(invocation), invocation.argument(1), invocation.argument(2));
+    const QString file = iniFile(invocation);
+    const QString section = invocation.argument(1);
+    const QString key = invocation.argument(2);
+    if (!platform::ProfileFile(file).value(section, key))
+        throw platform::Failure(u"キーがないので、何も削除していません。"_s, file, u"[%1] %2"_s.arg(section, key),
+                                u"ファイル、セクション、キーの名前を確認してください。"_s);
+    platform::writeProfile(file, section, key, std::nullopt);
 }
 
 void sections(Invocation& invocation) {
