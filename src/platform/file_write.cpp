@@ -132,11 +132,12 @@ private:
     QByteArray folder() const { return m_target.left(m_target.lastIndexOf('/') + 1); }
 
     /// The mode passes the umask here, which can't be asked for without changing it for all threads. The name has
-    /// nothing of the target's, which may be as long as a name can be.
+    /// nothing of the target's, which may be as long as a name can be, and never comes back: a program that looks for
+    /// leftovers may still have the old file of that name open.
     void openTemporary(unsigned mode) {
         for (;;) {
             m_temporary = folder() + kTemporaryPrefix.toByteArray() +
-                          QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+                          QByteArray::number(QRandomGenerator::system()->generate64(), 36);
             m_file.reset(::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode_t(mode)));
             if (m_file.value() < 0 && errno != EEXIST)
                 fail(errno);

@@ -142,6 +142,33 @@ TEST_F(FileWrite, AFirstWriteOfAnotherProgramTakesNoFileForALeftover) {
     EXPECT_EQ(failures, 0);
 }
 
+TEST_F(FileWrite, ForkedProgramsTakeDifferentNames) {
+    const QString seen = path(u"seen"_s);
+    for (int i = 0; i < 2; ++i) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            replaceFile(
+                path(u"a"_s),
+                [&](const auto&) {
+                    QFile file(seen);
+                    if (!file.open(QIODevice::Append))
+                        ::_exit(1);
+                    file.write(names().filter(u".velltmp-"_s).join(u' ').toUtf8() + '\n');
+                },
+                Durability::Derived);
+            ::_exit(0);
+        }
+        int result = -1;
+        ::waitpid(child, &result, 0);
+        ASSERT_EQ(result, 0);
+    }
+    const QList<QByteArray> lines = readFile(seen).split('\n');
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[0].startsWith(".velltmp-")) << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].startsWith(".velltmp-")) << lines[1].toStdString();
+    EXPECT_NE(lines[0], lines[1]);
+}
+
 TEST_F(FileWrite, WritesANewFile) {
     for (const Durability durability : {Durability::Derived, Durability::Durable}) {
         for (const QByteArray& bytes : {QByteArray(), QByteArray("a\0\r\n", 4), QByteArray(kManyBytes, 'x')}) {
