@@ -18,10 +18,7 @@ if "VELLORIA_PROGRAM" not in os.environ:
 PROGRAM = os.path.abspath(os.environ["VELLORIA_PROGRAM"])
 CLI = os.path.join(PROGRAM, "velloria-cli")
 NOW = "2004/02/29 12:34:56"
-
-# Sanitizers reserve terabytes of addresses, so a limit on addresses would stop the program before it starts.
-with open(CLI, "rb") as program:
-    IS_SANITIZED = b"__asan_init" in program.read()
+PATIENCE_SECONDS = 60   # for what comes at once on an idle machine
 
 
 def entry(day, title="t", **members):
@@ -119,7 +116,7 @@ class CliTest(unittest.TestCase):
         os.makedirs(home)
         for file in os.listdir(PROGRAM):
             path = os.path.join(PROGRAM, file)
-            if os.path.isfile(path) and file not in ("velloria", "velloria-cli"):
+            if os.path.isfile(path) and not file.startswith("velloria"):  # the programs themselves
                 shutil.copy2(path, home)
         return home
 

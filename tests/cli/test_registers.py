@@ -1,12 +1,10 @@
 """The registers of files and logs, from outside."""
 
 import os
-import resource
-import signal
 import subprocess
 import unittest
 
-from home import IS_SANITIZED, CliTest, entry, read, snapshot, write
+from home import CliTest, entry, read, snapshot, write
 
 DAY, OTHER_DAY = "2004/05/06", "2004/05/07"
 ASK = "question: すでに登録済みのファイルです。\r\n上書きしますか？"
@@ -117,21 +115,6 @@ class Files(RegisterTest):
             with self.subTest(words=words):
                 self.refused("file", *words, code=2, naming=[named], home=home)
         self.assertFalse(os.path.exists(home + "/UserData"))
-
-    @unittest.skipIf(IS_SANITIZED, "the sanitizers write files of their own")
-    def test_a_full_disk_leaves_everything_as_it_was(self):
-        self.add(self.input_file("x.gif", "one"))
-        large = self.input_file("large.gif", b"x" * 3_000_000)
-        before = snapshot(self.data)
-
-        def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1_000_000, 1_000_000))
-
-        result = self.run_cli("file", "add", large, DAY, "1", options={"preexec_fn": limit})
-        self.assertEqual(result.code, 1)
-        self.assertIn("large.gif", result.error_text)
-        self.assertEqual(snapshot(self.data), before)
 
     def test_deleting_asks_about_the_file_with_the_last_row_alone(self):
         source = self.input_file("x.gif", "one")

@@ -9,7 +9,7 @@ import threading
 import time
 import unittest
 
-from home import IS_SANITIZED, CliTest, read, snapshot, write
+from home import PATIENCE_SECONDS, CliTest, read, snapshot, write
 
 HOST = "127.6.5.3"
 BUSY = "サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"
@@ -64,8 +64,10 @@ class Answer(http.server.BaseHTTPRequestHandler):
         pass
 
 
-def endless(length):
-    """A page of so many bytes, which nobody has to hold."""
+def endless(length, sent=None):
+    """A page of so many bytes, which nobody has to hold. `sent` gets an item for each megabyte on its way."""
+    sent = [] if sent is None else sent
+
     def send(answer):
         answer.send_response(200)
         answer.send_header("Content-Length", str(length))
@@ -73,10 +75,13 @@ def endless(length):
         block = b"x" * (1 << 20)
         for _ in range(length >> 20):
             answer.wfile.write(block)
+            sent.append(len(block))
     return send
 
 
-class Update(CliTest):
+class UpdateTest(CliTest):
+    """Fixture: a started home whose maker is a server of the test's own."""
+
     def setUp(self):
         super().setUp()
         self.site = self.enterContext(Site())
@@ -118,13 +123,15 @@ class Update(CliTest):
         self.assertEqual(plain, [f"velloria-cli: {reason}"] if reason else [])
 
     def wait_for(self, name):
-        deadline = time.monotonic() + 10
+        deadline = time.monotonic() + PATIENCE_SECONDS
         while time.monotonic() < deadline:
             if os.path.exists(self.file(name)) and read(self.file(name)):
                 return read(self.file(name)).decode()
             time.sleep(0.02)
         self.fail(f"{name} does not come")
 
+
+class Update(UpdateTest):
     # -- the way to the updater ---------------------------------------------------------------------------------------
 
     def test_fetches_the_archive_and_starts_the_updater(self):
@@ -230,7 +237,7 @@ class Update(CliTest):
 
     def test_servers_that_can_not_be_reached_are_a_failure(self):
         for folder, reason in ((f"http://{HOST}:9/", "サーバーに接続できません。"),
-                               ("http://no.such.host.invalid/", "サーバー名が認識出来ません。"),
+                               (f"http://{'x' * 64}.invalid/", "サーバー名が認識出来ません。"),
                                ("file:///etc/", "The URL scheme could not be recognized, or is not supported."),
                                ("maker", "URLが無効です。")):
             self.endpoint("UpdateFolder", folder)
@@ -288,26 +295,15 @@ class Update(CliTest):
 
     def test_offers_of_a_gigabyte_are_given_up_early(self):
         self.put_file("update.txt", b"old")
-        self.site.pages["/up/update.txt"] = endless(1 << 30)
-        start = time.monotonic()
+        sent = []
+        self.site.pages["/up/update.txt"] = endless(1 << 30, sent)
         result = self.check()
-        self.assertLess(time.monotonic() - start, 10)
+        self.assertLess(len(sent), 64, "megabytes")
         self.assertEqual(result.code, 1)
         self.assertEqual(result.boxes, [])
         self.assertIn("大きすぎる", result.events_of("failure")[0]["text"])
         self.assertEqual(result.events_of("pointer")[-1]["shape"], "default")
         self.assertEqual(read(self.file("update.txt")), b"old")
-
-    @unittest.skipIf(IS_SANITIZED, "a sanitizer takes memory of its own")
-    def test_an_archive_is_not_held_in_memory(self):
-        self.offer_release()
-        self.site.pages["/v.lzh"] = endless(300 << 20)
-        process = subprocess.Popen(self.command("update", "check", answers=["yes"]), env=self.environment(),
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
-        self.assertEqual(os.path.getsize(self.file("v.lzh")), 300 << 20)
-        self.assertLess(usage.ru_maxrss, 150 << 10)
 
     def test_redirections_stay_within_the_web(self):
         def redirect(target):

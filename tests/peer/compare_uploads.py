@@ -31,7 +31,7 @@ class Trial:
         self.cli, self.upload, self.root, self.address = os.path.abspath(options.cli), upload, root, address
         self.home = os.path.join(root, "home")
         self.data = os.path.join(self.home, "UserData", "")
-        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-cli"))
+        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*"))
         self.has_ping = False
         self.server_class = UploadServer
         self.on_command = lambda count: None    # called by the server's thread ahead of the answer to each command
@@ -241,12 +241,9 @@ def run_seed(options, seed):
     return in_folder_of_its_own(options, seed, compare)
 
 
-def may_serve():
-    if can_serve():
-        return True
-    print("skipped: only the superuser may serve on port 21")
-    return False
+def reason_to_skip():
+    return None if can_serve() else "only the superuser may serve on port 21"
 
 
 if __name__ == "__main__":
-    main("Compares the program's upload with the second one's.", run_seed, may_serve)
+    main("Compares the program's upload with the second one's.", run_seed, reason_to_skip)

@@ -6,6 +6,10 @@ import shutil
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+
+from unittest_main import exit_code, take_home  # noqa: E402
+
 
 class Difference(Exception):
     """What program and second reading do not have in common."""
@@ -26,7 +30,7 @@ def in_folder_of_its_own(options, seed, compare):
             return str(difference)
 
 
-def main(description, run_seed, can_run=lambda: True):
+def main(description, run_seed, reason_to_skip=lambda: None):
     """run_seed(options, seed) gives None or what differs. Ends the program: 1 when a seed differed."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--cli", required=True, help="the command line tool")
@@ -34,8 +38,8 @@ def main(description, run_seed, can_run=lambda: True):
     parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
     parser.add_argument("--keep", help="folder for the homes of failing seeds")
     options = parser.parse_args()
-    if not can_run():
-        return
+    if reason := reason_to_skip():
+        sys.exit(exit_code([(os.path.basename(sys.argv[0]), reason)], is_all=True))
     first, _, last = options.seeds.partition(":")
     seeds = range(int(first), int(last or first) + 1)
     failed = 0

@@ -17,7 +17,7 @@ DesktopHome::~DesktopHome() {
 void DesktopHome::showTop() {
     top().resize(1100, 800);
     top().show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&top()));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&top(), kPatienceMs));
     top().activateWindow();
     EXPECT_TRUE(becomesActive(top()));
 }
@@ -29,18 +29,20 @@ QString DesktopHome::panel() const {
 
 void tidyUp(desktop::Context& context, QTemporaryDir& home) {
     context.windows.closeAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return home.remove(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return home.remove(); }, kPatienceMs));
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QApplication::exec();
 }
 
 bool becomesActive(QWidget& window) {
     constexpr int kQuietMs = 40;
-    return QTest::qWaitFor([&] {
-        if (window.isActiveWindow())
-            QTest::qWait(kQuietMs);
-        return window.isActiveWindow();
-    });
+    return QTest::qWaitFor(
+        [&] {
+            if (window.isActiveWindow())
+                QTest::qWait(kQuietMs);
+            return window.isActiveWindow();
+        },
+        kPatienceMs);
 }
 
 void settle() {

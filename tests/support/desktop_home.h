@@ -3,6 +3,7 @@
 
 #include "desktop/context.h"
 #include "shell/forms/MDIFormTop.h"
+#include "support/patience.h"
 #include "support/test_home.h"
 
 #include <QApplication>

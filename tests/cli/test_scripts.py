@@ -1,0 +1,146 @@
+"""The scripts that people run: they work in a source archive, on a machine with a desktop, and tell what was skipped."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SCRIPTS = ROOT / "scripts"
+
+
+class ScriptTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="velloria-scripts-")))
+
+    def program(self, name, lines):
+        """A program that goes before the machine's own of that name."""
+        file = self.folder / "bin" / name
+        file.parent.mkdir(exist_ok=True)
+        file.write_text("#!/bin/sh\n" + lines + "\n")
+        file.chmod(0o755)
+
+    def run_in(self, *words, check=True, input="", **variables):
+        environment = os.environ | {"PATH": f"{self.folder / 'bin'}:{os.environ['PATH']}"} | variables
+        done = subprocess.run([str(word) for word in words], env=environment, input=input, capture_output=True,
+                              encoding="utf-8")
+        if check:
+            self.assertEqual(done.returncode, 0, done.stderr)
+        return done
+
+
+class SourceArchive(ScriptTest):
+    """A tree without a repository, on a machine without git."""
+
+    def setUp(self):
+        super().setUp()
+        self.tree = self.folder / "velloria"
+        shutil.copytree(ROOT, self.tree, symlinks=True, ignore=shutil.ignore_patterns(".git", "build", "__pycache__"))
+        self.program("git", "exit 127")
+
+    def test_its_sources_are_checked_and_formatted(self):
+        wrong = self.tree / "src" / "core" / "ini.cpp"
+        right = wrong.read_text(encoding="utf-8")
+        self.run_in(self.tree / "scripts" / "format", "--check")
+        self.run_in(self.tree / "scripts" / "lint")
+        wrong.write_text(right.replace("    return", "  return"), encoding="utf-8")
+        self.assertNotEqual(self.run_in(self.tree / "scripts" / "format", "--check", check=False).returncode, 0)
+        self.run_in(self.tree / "scripts" / "format")
+        self.assertEqual(wrong.read_text(encoding="utf-8"), right)
+
+    def test_what_is_built_is_no_source(self):
+        made = self.tree / "build" / "made.cpp"
+        made.parent.mkdir()
+        made.write_text("int  x ;\n")
+        self.run_in(self.tree / "scripts" / "format")
+        self.assertEqual(made.read_text(), "int  x ;\n")
+
+    def test_everything_is_tested(self):
+        calls = self.folder / "calls"
+        for name in ("cmake", "ctest"):
+            self.program(name, f'echo "{name} $*" >> {calls}\n[ {name} = cmake ] || echo "100% tests passed, 0 of 1"')
+        (self.tree / "scripts" / "setup").write_text("#!/bin/sh\n")
+        done = self.run_in(self.tree / "test", "-R", "store")
+        self.assertEqual(done.stdout.splitlines()[-1], "100% tests passed, 0 of 1")
+        lines = calls.read_text().splitlines()
+        self.assertEqual([line.split(" -j")[0] for line in lines],
+                         ["cmake --preset plain", "cmake --build --preset plain", "ctest --preset plain",
+                          "cmake --preset sanitize", "cmake --build --preset sanitize", "ctest --preset sanitize"])
+        self.assertTrue(all(line.endswith(("-R store", "-R store --no-tests=ignore"))
+                            for line in lines if line.startswith("ctest")), lines)
+
+
+class Display(ScriptTest):
+    def shown(self, *words, **variables):
+        return self.run_in(SCRIPTS / "with-display", *words, TMPDIR=str(self.folder), **variables)
+
+    def test_it_leaves_nothing_behind(self):
+        self.program("looks", 'test -d "$XDG_RUNTIME_DIR" && touch "$XDG_RUNTIME_DIR/file" && xdotool getmouselocation')
+        self.assertIn("screen:0", self.shown("looks").stdout)
+        self.assertEqual([path.name for path in self.folder.iterdir()], ["bin"])
+
+    def test_the_exit_code_is_the_programs(self):
+        self.program("fails", "exit 7")
+        self.assertEqual(self.run_in(SCRIPTS / "with-display", "fails", check=False).returncode, 7)
+
+    def test_nobody_finds_the_bus_of_a_desktop(self):
+        self.program("dbus-launch", f"touch {self.folder}/started")
+        done = self.shown("sh", "-c", "echo $DBUS_SESSION_BUS_ADDRESS", DBUS_SESSION_BUS_ADDRESS="unix:path=/run/bus")
+        self.assertEqual(done.stdout, "unix:path=/nonexistent\n")
+        self.assertFalse((self.folder / "started").exists())
+
+    def test_what_is_mounted_there_is_no_error_and_stays(self):
+        if subprocess.run(["unshare", "--mount", "true"], capture_output=True).returncode != 0:
+            self.skipTest("needs mounts of its own")
+        documents = self.folder / "documents"
+        documents.mkdir()
+        (documents / "letter").write_text("mine")
+        self.program("portal", f'mkdir "$XDG_RUNTIME_DIR/doc" && mount -t tmpfs tmpfs "$XDG_RUNTIME_DIR/doc" && '
+                               f'echo mine > "$XDG_RUNTIME_DIR/doc/letter" && echo "$XDG_RUNTIME_DIR"')
+        script = f'runtime=$({SCRIPTS}/with-display portal) && cat "$runtime/doc/letter" && umount "$runtime/doc"'
+        done = self.run_in("unshare", "--mount", "bash", "-ec", script, TMPDIR=str(self.folder))
+        self.assertEqual((done.stdout, done.stderr), ("mine\n", ""))
+
+
+class Skips(ScriptTest):
+    LOG = "1/2 Testing: a\n[  SKIPPED ] A.B (0 ms)\nSKIPPED A.B: no groff\nSKIPPED c.d: no root\nSKIPPED A.B: no groff\n"
+    TOLD = "Skipped, so nothing is known about them:\n    A.B: no groff\n    c.d: no root\n\n"
+
+    def told(self, output, log):
+        path = self.folder / "Testing" / "Temporary"
+        path.mkdir(parents=True, exist_ok=True)
+        (path / "LastTest.log").write_text(log)
+        return self.run_in(SCRIPTS / "tell-skips", self.folder, input=output).stdout
+
+    def test_the_list_stands_before_the_summary_which_is_the_last_line(self):
+        summary = "99% tests passed, 1 tests failed out of 120\n"
+        output = "1/2 Test #1: a ... Passed\n\n", "\nTotal Test time (real) = 3 sec\n"
+        self.assertEqual(self.told(output[0] + summary + output[1], self.LOG), "".join(output) + self.TOLD + summary)
+        self.assertEqual(self.told(output[0] + summary + output[1], "no skip\n"), "".join(output) + summary)
+
+    def test_without_a_summary_nothing_is_told(self):
+        self.assertEqual(self.told("no tests\n", self.LOG), "no tests\n")
+
+    def unittest_run(self, tests, ci):
+        (self.folder / "test_it.py").write_text(
+            "import os, unittest\nclass It(unittest.TestCase):\n" + "".join(f"    {line}\n" for line in tests))
+        return subprocess.run([sys.executable, "-B", ROOT / "tests" / "support" / "unittest_main.py", "test_it"],
+                              cwd=self.folder, env=os.environ | {"CI": ci}, capture_output=True, encoding="utf-8")
+
+    def test_of_a_module_are_told_and_a_failure_where_nobody_reads_them(self):
+        skip = '@unittest.skip("no screen")\n    def test_b(self): pass'
+        good = "def test_a(self): self.assertNotEqual(os.environ['HOME'], %r)" % os.environ["HOME"]
+        bad = "def test_a(self): self.fail()"
+        for tests, ci, code in (([good], "", 0), ([good, skip], "", 0), ([skip], "", 77), ([good, skip], "true", 1),
+                                ([skip], "true", 1), ([good], "true", 0), ([bad, skip], "", 1), ([], "", 1)):
+            with self.subTest(tests=tests, ci=ci):
+                done = self.unittest_run(tests or ["pass"], ci)
+                self.assertEqual(done.returncode, code, done.stderr)
+                self.assertEqual("SKIPPED test_it.It.test_b: no screen\n" in done.stdout, skip in tests)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,59 @@
+#include "support/preparation.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <pwd.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+constexpr const char* kSkip = "VELLORIA_SKIP_THIS_TEST";
+
+/// This test once more, in a program of its own that skips it.
+QByteArray skipped(const QString& ci, int& exitCode) {
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(kSkip), u"1"_s);
+    environment.insert(u"CI"_s, ci);
+    program.setProcessEnvironment(environment);
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(QFile::symLinkTarget(u"/proc/self/exe"_s), {u"--gtest_filter=Preparation.TellsWhatIsSkipped"_s});
+    EXPECT_TRUE(program.waitForFinished(-1));
+    exitCode = program.exitCode();
+    return program.readAll();
+}
+
+TEST(Preparation, TellsWhatIsSkipped) {
+    if (qEnvironmentVariableIsSet(kSkip))
+        GTEST_SKIP() << "told to";
+    int exitCode = -1;
+    EXPECT_TRUE(skipped({}, exitCode).contains("\nSKIPPED Preparation.TellsWhatIsSkipped: told to\n"));
+    EXPECT_EQ(exitCode, 0);
+    const QByteArray output = skipped(u"true"_s, exitCode);
+    EXPECT_TRUE(output.contains("A skipped test is a failure here: told to")) << output.toStdString();
+    EXPECT_FALSE(output.contains("[  SKIPPED ]")) << output.toStdString();
+    EXPECT_EQ(exitCode, 1);
+}
+
+TEST(Preparation, KeepsTheTestsOutOfTheRealHome) {
+    const passwd* user = ::getpwuid(::getuid());
+    ASSERT_NE(user, nullptr);
+    EXPECT_NE(QDir::homePath(), QFile::decodeName(user->pw_dir));
+    for (const auto place :
+         {QStandardPaths::AppDataLocation, QStandardPaths::GenericDataLocation, QStandardPaths::ConfigLocation,
+          QStandardPaths::CacheLocation, QStandardPaths::PicturesLocation, QStandardPaths::DownloadLocation}) {
+        const QString folder = QStandardPaths::writableLocation(place);
+        EXPECT_TRUE(folder.startsWith(QDir::homePath() + u'/')) << folder.toStdString();
+    }
+}
+
+} // namespace
+} // namespace velloria::tests
