@@ -24,6 +24,11 @@ QString upload(const std::vector<store::FileRow>& known) {
     return hasGoneUp ? u"次のFTPでもう一度アップロードされます。"_s : u"次のFTPでアップロードされます。"_s;
 }
 
+bool isOfEntry(const std::vector<store::FileRow>& known, const store::FileRow& row) {
+    return std::any_of(known.begin(), known.end(),
+                       [&](const store::FileRow& other) { return other.day == row.day && other.number == row.number; });
+}
+
 } // namespace
 
 QString shownFile(const store::FileRow& row) {
@@ -49,17 +54,27 @@ site::Outcome FileRegistration::ResistFile2(const QString& path, const QString& 
         return site::Outcome::Done;
     const RegisterSource source = registerSource(path);
     requireRegisterName(name);
-    const std::vector<store::FileRow> known = m_files.FindFile(name);
-    const bool isOfEntry = std::any_of(
-        known.begin(), known.end(), [&](const store::FileRow& row) { return row.day == day && row.number == number; });
     const store::FileRow row{0, name, day, number, false, false};
-    if (isOfEntry)
-        return replace(source, name, known);
+    // Asked outside of the lock: nobody has to wait for an answer.
+    if (add(source, row))
+        return site::Outcome::Done;
+    return m_desk.ask(u"すでに登録済みのファイルです。\r\n上書きしますか？"_s, kTitle) ? replace(source, row)
+                                                                                       : site::Outcome::Refused;
+}
+
+/// False when the entry has the row already. What is known of the name holds until the row is there: another program
+/// may register a file of this name at the same time.
+bool FileRegistration::add(const RegisterSource& source, const store::FileRow& row) {
+    platform::makeFolder(partsFolder());
+    const platform::FolderLock lock(partsFolder());
+    const std::vector<store::FileRow> known = m_files.FindFile(row.name);
     if (known.empty())
         addNew(source, row);
-    else
+    else if (!isOfEntry(known, row))
         addKnown(source, row, known);
-    return site::Outcome::Done;
+    else
+        return false;
+    return true;
 }
 
 QString FileRegistration::partsFolder() const {
@@ -76,10 +91,8 @@ void FileRegistration::addNew(const RegisterSource& source, const store::FileRow
     const QString part = partsFolder() + core::nativeSeparator() + row.name;
     const bool isCopied = !isSameFolder(source.folder, partsFolder()) && !platform::isSameFile(source.path, part);
     const bool isReplaced = isCopied && QFileInfo(part).isFile();
-    if (isCopied) {
-        platform::makeFolder(partsFolder());
+    if (isCopied)
         platform::copyFile(source.path, part);
-    }
     addRow(row, isCopied);
     m_desk.notice(u"「%1」を登録しました。%2"_s.arg(
         row.name, isReplaced ? u"DiaryPartsにあった登録のない同じ名前のファイルは置き換えました。"_s : QString()));
@@ -91,10 +104,8 @@ void FileRegistration::addKnown(const RegisterSource& source, const store::FileR
                                 const std::vector<store::FileRow>& known) {
     const QString part = partPath(row.name);
     const bool isLost = !platform::fileExists(part) && !isSameFolder(source.folder, partsFolder());
-    if (isLost) {
-        platform::makeFolder(partsFolder());
+    if (isLost)
         platform::copyFile(source.path, part);
-    }
     addRow(row, isLost);
     const QString used = isLost ? u"DiaryPartsになかったので、指定したファイルをコピーしました。"_s
                                 : u"DiaryPartsにあるファイルを使い、指定したファイルはコピーしていません。"_s;
@@ -111,20 +122,22 @@ void FileRegistration::addRow(const store::FileRow& row, bool isCopied) {
     }
 }
 
-site::Outcome FileRegistration::replace(const RegisterSource& source, const QString& name,
-                                        const std::vector<store::FileRow>& known) {
-    if (!m_desk.ask(u"すでに登録済みのファイルです。\r\n上書きしますか？"_s, kTitle))
-        return site::Outcome::Refused;
-    const QString part = partPath(name);
+site::Outcome FileRegistration::replace(const RegisterSource& source, const store::FileRow& row) {
+    platform::makeFolder(partsFolder());
+    const platform::FolderLock lock(partsFolder());
+    // Whoever was asked may have taken their time.
+    const std::vector<store::FileRow> known = m_files.FindFile(row.name);
+    const QString part = partPath(row.name);
     if (platform::isSameFile(source.path, part))
         throw platform::Failure(u"同じフォルダの同じファイルを指定しました。"_s, source.path, u"コピーできません。"_s,
                                 u"ファイルも登録も元のままです。"_s);
-    platform::makeFolder(partsFolder());
     platform::copyFile(source.path, part);
+    if (!isOfEntry(known, row))
+        addRow(row, true);
     const bool goesUp = std::any_of(known.begin(), known.end(),
-                                    [](const store::FileRow& row) { return !row.isUploaded && !row.isLogged; });
+                                    [](const store::FileRow& other) { return !other.isUploaded && !other.isLogged; });
     m_desk.notice(u"「%1」を指定したファイルで置き換えました。%2"_s.arg(
-        name, goesUp ? upload(known) : u"アップロードの予定はなく、サーバーのファイルは変わりません。"_s));
+        row.name, goesUp ? upload(known) : u"アップロードの予定はなく、サーバーのファイルは変わりません。"_s));
     return site::Outcome::Done;
 }
 
@@ -142,8 +155,14 @@ site::Outcome FileRegistration::deleteFile(const store::FileRow& row) {
 /// A row of an old diary may hold a path: what it leads to is no file of the register.
 void FileRegistration::removePart(const QString& name) {
     const QString part = partPath(name);
-    if (!isBareName(name) || !platform::fileExists(part)) {
+    if (!core::isBareName(name) || !platform::fileExists(part)) {
         m_desk.message(platform::MessageKind::Exclamation, u"ファイルがありませんでした。"_s, kTitle);
+        return;
+    }
+    const platform::FolderLock lock(partsFolder());
+    // Whoever was asked may have taken their time.
+    if (m_files.CountFile(name) > 0) {
+        m_desk.notice(u"「%1」は、その間にまた登録されたので残しました。"_s.arg(name));
         return;
     }
     try {

@@ -61,10 +61,9 @@ site::Outcome LogRegistration::ResistLogFile(const QString& path, const QString&
     requireRegisterName(source.name);
     site::requireSiteFolder(m_session);
     site::Outcome outcome = site::Outcome::Done;
-    if (m_logs.FindLog(source.name))
+    // Asked outside of the lock: nobody has to wait for an answer.
+    if (!add(source, year + u'/' + (month.size() == 1 ? u'0' + month : month)))
         outcome = replace(source);
-    else
-        addNew(source, year + u'/' + (month.size() == 1 ? u'0' + month : month));
     core::WriteIni(m_session.DiaryIniFile, core::keys::kLogResistPath, core::storedName(source.folder));
     return outcome;
 }
@@ -81,6 +80,17 @@ QString LogRegistration::logPath(const QString& root, const QString& name) {
 QStringList LogRegistration::roots() const {
     return m_session.FilePath.isEmpty() ? QStringList{m_session.DataPath}
                                         : QStringList{m_session.DataPath, m_session.FilePath};
+}
+
+/// False when the name has a row already. That it has none holds until the row is there: another program may register
+/// a page of this name at the same time.
+bool LogRegistration::add(const RegisterSource& source, const QString& month) {
+    platform::makeFolder(logFolder(m_session.DataPath));
+    const platform::FolderLock lock(logFolder(m_session.DataPath));
+    if (m_logs.FindLog(source.name))
+        return false;
+    addNew(source, month);
+    return true;
 }
 
 void LogRegistration::addNew(const RegisterSource& source, const QString& month) {
@@ -154,7 +164,7 @@ void LogRegistration::removePages(const QString& name) {
     QString reason;
     for (const QString& root : roots()) {
         const QString page = logPath(root, name);
-        if (!isBareName(name) || !platform::fileExists(page)) {
+        if (!core::isBareName(name) || !platform::fileExists(page)) {
             m_desk.message(platform::MessageKind::Exclamation, u"ファイルがありませんでした。"_s, kTitle);
             continue;
         }

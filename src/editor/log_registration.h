@@ -43,6 +43,7 @@ private:
     static QString logFolder(const QString& root);
     static QString logPath(const QString& root, const QString& name);
     QStringList roots() const;
+    bool add(const RegisterSource& source, const QString& month);
     void addNew(const RegisterSource& source, const QString& month);
     using PathOf = QString (*)(const QString& root, const QString& name);
     static void copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied, PathOf pathOf);

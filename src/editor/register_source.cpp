@@ -6,8 +6,6 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
@@ -25,7 +23,7 @@ RegisterSource registerSource(const QString& path) {
 
 void requireRegisterName(const QString& name) {
     const QString nothingDone = u"何も登録していません。名前を変えてから、もう一度登録してください。"_s;
-    if (!isBareName(name))
+    if (!core::isBareName(name))
         throw platform::Failure(u"この名前では登録できません。"_s, name, u"ファイルの名前ではありません"_s,
                                 nothingDone);
     if (!platform::inCodePage(name))
@@ -39,11 +37,6 @@ bool isSameFolder(const QString& left, const QString& right) {
 #else
     return left == right;
 #endif
-}
-
-bool isBareName(const QString& name) {
-    const bool hasControl = std::any_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < 0x20; });
-    return !name.isEmpty() && !hasControl && name != u"."_s && name != u".."_s && core::GetFileName(name) == name;
 }
 
 platform::Failure removalFailure(const QStringList& files, const QString& reason) {

@@ -27,9 +27,6 @@ void requireRegisterName(const QString& name);
 /// differ by that alone.
 bool isSameFolder(const QString& left, const QString& right);
 
-/// Whether the text is a name without any folder.
-bool isBareName(const QString& name);
-
 /// What is thrown when files stay on the disk though their row has gone.
 platform::Failure removalFailure(const QStringList& files, const QString& reason);
 

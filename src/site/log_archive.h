@@ -35,6 +35,8 @@ public:
     /// The same as a step of a command that has made its choice among the registered files, and tells of it, itself.
     LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
                const platform::Clock& clock, store::SiteFiles& siteFiles);
+    LogArchive(const LogArchive&) = delete;
+    LogArchive& operator=(const LogArchive&) = delete;
 
     /// Makes the log of `year` and `month` as typed; a month of one character gets its zero. A registered file that is
     /// missing is told about and stays unlogged, the run goes on; so does one that may not go to the site. Made again,

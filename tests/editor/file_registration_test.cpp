@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -259,6 +260,70 @@ TEST_F(FileRegistrationTest, ADiaryThatTakesNoRowSaysWhatWasCopied) {
     EXPECT_TRUE(lost.contains(u"DiaryPartsにコピーしました"_s)) << lost.toStdString();
     const QString known = failureOf([&] { add(source(u"z"_s, "three")); });
     EXPECT_FALSE(known.contains(u"コピーしました"_s)) << known.toStdString();
+}
+
+/// Says yes to every question, and does something ahead of that.
+class BusyDesk : public platform::ScriptedDesk {
+public:
+    std::function<void()> onQuestion;
+    bool ask(const QString& text, const QString&) override {
+        if (onQuestion && text.contains(u"しますか"_s))
+            std::exchange(onQuestion, {})();
+        return true;
+    }
+};
+
+TEST_F(FileRegistrationTest, TwoProgramsThatRegisterTheSameNamesLoseNeitherFileNorRow) {
+    constexpr int kNames = 40;
+    const auto addMany = [&](platform::ScriptedDesk& itsDesk, const QString& folder, qint16 number) {
+        for (int i = 0; i < kNames; ++i)
+            FileRegistration(session, itsDesk).ResistFile(path(folder) + u"/%1.gif"_s.arg(i), kDay, number);
+    };
+    platform::makeFolder(path(u"in2"_s));
+    for (int i = 0; i < kNames; ++i) {
+        writeFile(path(u"in/%1.gif"_s.arg(i)), "one");
+        writeFile(path(u"in2/%1.gif"_s.arg(i)), "two");
+    }
+    platform::ScriptedDesk otherDesk;
+    std::thread other([&] { addMany(otherDesk, u"in2"_s, 2); });
+    addMany(desk, u"in"_s, 1);
+    other.join();
+    EXPECT_EQ(rows().size(), 2 * kNames);
+    for (int i = 0; i < kNames; ++i) {
+        const QString copied = u"「%1.gif」を登録しました。"_s.arg(i);
+        const bool isOfOne = desk.texts(u"status"_s).contains(copied);
+        EXPECT_NE(isOfOne, otherDesk.texts(u"status"_s).contains(copied)) << i;
+        EXPECT_EQ(bytesOf(part(u"%1.gif"_s.arg(i))), isOfOne ? "one" : "two") << i;
+    }
+}
+
+TEST_F(FileRegistrationTest, ARowThatGoesWhileSomebodyIsAskedComesBackWithItsFile) {
+    add(source(u"x.gif"_s, "one"));
+    BusyDesk busy;
+    busy.onQuestion = [&] {
+        sql(u"DELETE FROM FileDB"_s);
+        platform::removeFile(part(u"x.gif"_s));
+    };
+    EXPECT_EQ(FileRegistration(session, busy).ResistFile(source(u"x.gif"_s, "two"), kDay, 1), Outcome::Done);
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : x.gif"_s});
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "two");
+}
+
+TEST_F(FileRegistrationTest, AFileThatIsRegisteredAnewWhileSomebodyIsAskedStays) {
+    add(source(u"x.gif"_s, "one"));
+    BusyDesk busy;
+    int questions = 0;
+    const std::function<void()> registerAnew = [&] {
+        if (++questions == 1) // about the row
+            busy.onQuestion = registerAnew;
+        else
+            add(part(u"x.gif"_s), u"2004/05/07"_s);
+    };
+    busy.onQuestion = registerAnew;
+    FileRegistration(session, busy).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
+    EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
+    EXPECT_EQ(rows(), QStringList{u"2004/05/07 : 1 : x.gif"_s});
+    EXPECT_TRUE(busy.texts(u"status"_s).last().contains(u"残しました"_s));
 }
 
 TEST_F(FileRegistrationTest, AFileWithoutARowIsReplacedAndThePanelSaysSo) {

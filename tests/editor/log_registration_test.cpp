@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -55,6 +57,29 @@ TEST_F(LogRegistrationTest, APageIsCopiedToBothPlacesAndItsMonthHasTwoDigits) {
     EXPECT_EQ(rows(), QStringList{u"2004/03 : x.htm"_s});
     EXPECT_EQ(keptFolder(), path(u"in"_s));
     EXPECT_TRUE(boxes().isEmpty());
+}
+
+TEST_F(LogRegistrationTest, TwoProgramsThatRegisterTheSameNamesMakeOneRowOfEach) {
+    constexpr int kNames = 30;
+    const auto addMany = [&](const QString& folder, platform::ScriptedDesk& itsDesk) {
+        for (int i = 0; i < kNames; ++i) {
+            itsDesk.answers = {u"no"_s};
+            LogRegistration(session, itsDesk).ResistLogFile(path(folder) + u"/%1.htm"_s.arg(i), u"2004"_s, u"3"_s);
+        }
+    };
+    platform::makeFolder(path(u"in2"_s));
+    for (int i = 0; i < kNames; ++i) {
+        writeFile(path(u"in/%1.htm"_s.arg(i)), "one");
+        writeFile(path(u"in2/%1.htm"_s.arg(i)), "two");
+    }
+    platform::ScriptedDesk otherDesk;
+    std::thread other([&] { addMany(u"in2"_s, otherDesk); });
+    addMany(u"in"_s, desk);
+    other.join();
+    EXPECT_EQ(rows().size(), kNames);
+    EXPECT_EQ(boxes().size() + otherDesk.texts(u"message"_s).size(), kNames); // who came second was asked
+    for (int i = 0; i < kNames; ++i)
+        EXPECT_EQ(bytesOf(inData(u"%1.htm"_s.arg(i))), bytesOf(inSite(u"%1.htm"_s.arg(i)))) << i;
 }
 
 TEST_F(LogRegistrationTest, TheNewestMonthStandsFirst) {
