@@ -13,6 +13,7 @@
 #include "store/database_file.h"
 #include "store/migration.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -244,22 +245,45 @@ void Startup::checkDatabase() {
 
 void Startup::makeWorkingFolders() {
     const QString& data = m_session.DataPath;
+    // Two programs may start here for the first time at once.
+    const platform::FolderLock lock(data);
     for (const QString& name : {u"DiaryParts"_s, u"DiaryLog"_s, u"Customize"_s})
         makeFolder(existingPath(data + name));
     if (fileExists(factoryFile(u"Customize.ini"_s)) && !fileExists(data + u"Customize/Customize.ini"_s))
         copyFactoryFile(u"Customize.ini"_s, existingPath(data + u"Customize"_s) + u"/Customize.ini"_s);
     // The export formats belong to the user: one that they deleted does not come back while the folder stands.
-    if (!QFileInfo::exists(existingPath(data + u"ExportFormat"_s))) {
-        makeFolder(data + u"ExportFormat"_s);
-        for (const QString& name : {u"TEXT"_s, u"HTML"_s}) {
-            if (fileExists(factoryFile(name + u".txt"_s)))
-                copyFactoryFile(name + u".txt"_s, data + u"ExportFormat/"_s + name + u".ini"_s);
-        }
-    }
+    if (!QFileInfo::exists(existingPath(data + u"ExportFormat"_s)))
+        makeExportFormats();
     copyBlogTemplates();
-    if (!fileExists(data + u"DiaryParts/Shinny.gif"_s)) {
-        for (const QString& name : site::weatherPictures())
-            copyFactoryFile(name, existingPath(data + u"DiaryParts"_s) + u'/' + name);
+    copyWeatherPictures();
+}
+
+/// The folder says that its formats have been there, so it gets its name when they are: a start that was killed or had
+/// no room is made up for by the next one.
+void Startup::makeExportFormats() const {
+    const QString folder = m_session.DataPath + u"ExportFormat"_s;
+    const QString unfinished = folder + u".new"_s;
+    makeFolder(unfinished);
+    for (const QString& name : {u"TEXT"_s, u"HTML"_s}) {
+        if (fileExists(factoryFile(name + u".txt"_s)))
+            copyFactoryFile(name + u".txt"_s, unfinished + u'/' + name + u".ini"_s);
+    }
+    if (!QDir().rename(unfinished, folder))
+        throw platform::Failure(u"フォルダを作成できません。"_s, folder, {}, u"保存先を確認してください。"_s);
+}
+
+/// The first picture stands for all of them and comes last, for the same reason. Where the program has none of it, what
+/// the user has of the others stays.
+void Startup::copyWeatherPictures() const {
+    const QString folder = existingPath(m_session.DataPath + u"DiaryParts"_s) + u'/';
+    QStringList pictures = site::weatherPictures();
+    const QString first = pictures.takeFirst();
+    if (fileExists(folder + first))
+        return;
+    const bool hasFirst = fileExists(factoryFile(first));
+    for (const QString& name : pictures << first) {
+        if (fileExists(factoryFile(name)) && (hasFirst || !fileExists(folder + name)))
+            copyFactoryFile(name, folder + name);
     }
 }
 

@@ -47,7 +47,9 @@ private:
     bool fitsSettings(const QString& folder) const;
     void checkDatabase();
     void makeWorkingFolders();
+    void makeExportFormats() const;
     void copyBlogTemplates();
+    void copyWeatherPictures() const;
     void findSettingsFiles();
     void findPlugins();
 

@@ -11,7 +11,7 @@ import subprocess
 import time
 import unittest
 
-from home import CliTest, entry, read, write
+from home import CliTest, entry, read, snapshot, write
 
 KILLS = 50
 
@@ -164,6 +164,21 @@ class Files(KillTest):
             self.assertEqual(read(file), new)
             self.assertFalse([name for name in os.listdir(self.inputs) if name.startswith(".vell")])
         self.kill_often(["ini", "set", file, "S25", "K0", "new"], lambda: write(file, old), check)
+
+
+class FirstStart(KillTest):
+    def test_in_the_middle_of_the_first_start(self):
+        shutil.rmtree(self.data)
+        self.must("start")
+        whole = {path: content for path, content in snapshot(self.data).items()}
+
+        def prepare():
+            shutil.rmtree(self.data, ignore_errors=True)
+
+        def check():
+            self.must("start")
+            self.assertEqual(snapshot(self.data), whole)
+        self.kill_often(["start"], prepare, check)
 
 
 class Exports(KillTest):

@@ -184,6 +184,42 @@ TEST_F(StartupFolders, WeatherPicturesGoByTheFirstAlone) {
         EXPECT_EQ(bytesOf(data(u"DiaryParts/"_s + name)), bytesOf(path(name)));
 }
 
+TEST_F(StartupFolders, AStartThatWasCutOffIsMadeUpForByTheNext) {
+    // Killed within the export formats: their folder does not have its name yet.
+    ASSERT_TRUE(QDir(data(u"ExportFormat"_s)).removeRecursively());
+    writeFile(data(u"ExportFormat.new/TEXT.ini"_s), "half");
+    ASSERT_EQ(start(), StartResult::Ready);
+    for (const QString& name : {u"TEXT"_s, u"HTML"_s})
+        EXPECT_EQ(bytesOf(data(u"ExportFormat/"_s + name + u".ini"_s)), bytesOf(path(name + u".txt"_s)));
+    EXPECT_EQ(QDir(data(u"ExportFormat"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
+    EXPECT_FALSE(exists(data(u"ExportFormat.new"_s)));
+    // No room behind the first of the pictures.
+    const QStringList pictures{u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s, u"Snowy.gif"_s};
+    for (const QString& name : pictures)
+        removeFile(data(u"DiaryParts/"_s + name));
+    ASSERT_TRUE(QDir(data(u"DiaryParts"_s)).mkdir(u"Rainy.gif"_s));
+    EXPECT_NE(failureOf([&] { start(); }), u""_s);
+    ASSERT_TRUE(QDir(data(u"DiaryParts"_s)).rmdir(u"Rainy.gif"_s));
+    ASSERT_EQ(start(), StartResult::Ready);
+    for (const QString& name : pictures)
+        EXPECT_EQ(bytesOf(data(u"DiaryParts/"_s + name)), bytesOf(path(name))) << name.toStdString();
+}
+
+TEST_F(StartupFolders, AWeatherPictureThatTheProgramLacksEndsNoStart) {
+    for (const QString& missing : {u"Rainy.gif"_s, u"Shinny.gif"_s}) {
+        for (const QString& name : {u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s})
+            removeFile(data(u"DiaryParts/"_s + name));
+        removeFile(path(missing));
+        ASSERT_EQ(start(), StartResult::Ready);
+        EXPECT_EQ(bytesOf(data(u"DiaryParts/Cloudy.gif"_s)), bytesOf(path(u"Cloudy.gif"_s)));
+        EXPECT_FALSE(exists(data(u"DiaryParts/"_s + missing)));
+    }
+    // Every start finds the first one missing now, and leaves what the user has of the others.
+    writeFile(data(u"DiaryParts/Cloudy.gif"_s), "mine");
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(bytesOf(data(u"DiaryParts/Cloudy.gif"_s)), "mine");
+}
+
 TEST_F(StartupFolders, ATemplateIsReplacedOnlyByALaterOne) {
     writeFile(path(u"hatena.BLG"_s), "factory");
     setTime(path(u"hatena.BLG"_s), 1'000'000'000);
