@@ -24,8 +24,8 @@ bool comesFirst(const QString& left, const QString& right) {
 /// Links that lead nowhere count as system files.
 constexpr QDir::Filters kEveryName = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
-/// The forms, without case, under which a name on disk may be asked for: its own, and the one that a settings file gives
-/// back. A wave dash, for one, has come back as another character.
+/// The forms, without case, under which a name on disk may be asked for: its own, and the one that a settings file
+/// gives back. A wave dash, for one, has come back as another character.
 QSet<QString> formsOf(const QString& name) {
     return {name.toCaseFolded(), fromCodePage(toCodePage(name)).toCaseFolded()};
 }

@@ -24,8 +24,8 @@ void requireCountable(qsizetype rows, const QString& file) {
                                 u"サーバーのファイルは変更されていません。リストを作り直してください。"_s);
 }
 
-/// Whoever writes "yes" or "２" means encryption as well, and must not see the password go out in clear: all but the two
-/// numbers that allow that requires it.
+/// Whoever writes "yes" or "２" means encryption as well, and must not see the password go out in clear: all but the
+/// two numbers that allow that requires it.
 Tls tlsOf(const QString& setting) {
     static const QRegularExpression zero(u"^([+-]?0+|0x0+)?$"_s, QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression one(u"^(\\+?0*|0x0*)1$"_s, QRegularExpression::CaseInsensitiveOption);

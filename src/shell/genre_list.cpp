@@ -3,6 +3,7 @@
 #include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
+#include "platform/file_write.h"
 #include "platform/text_order.h"
 
 #include <QSet>
@@ -22,6 +23,10 @@ QString listForm(QString genre) {
     return platform::fold(platform::decodeReferences(platform::fromCodePage(platform::toCodePage(genre))));
 }
 
+void makeList(const core::Session& session, const store::DiaryStore& store) {
+    core::writeLines(listFile(session), QStringList{u"一般"_s} + store.ListGenres());
+}
+
 } // namespace
 
 QStringList readGenres(const core::Session& session, const store::DiaryStore& store) {
@@ -31,7 +36,11 @@ QStringList readGenres(const core::Session& session, const store::DiaryStore& st
 }
 
 void addGenres(const core::Session& session, const store::DiaryStore& store, const QStringList& genres) {
-    QStringList known = readGenres(session, store);
+    // Two programs may add to the list at once.
+    const platform::FolderLock lock(session.DataPath);
+    if (!platform::fileExists(listFile(session)))
+        makeList(session, store);
+    QStringList known = core::readLines(listFile(session));
     const qsizetype before = known.size();
     QSet<QString> folds;
     for (const QString& genre : known)
@@ -48,7 +57,8 @@ void addGenres(const core::Session& session, const store::DiaryStore& store, con
 }
 
 void MakeGenretxt(const core::Session& session, const store::DiaryStore& store) {
-    core::writeLines(listFile(session), QStringList{u"一般"_s} + store.ListGenres());
+    const platform::FolderLock lock(session.DataPath);
+    makeList(session, store);
 }
 
 } // namespace velloria::shell

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -48,6 +50,17 @@ TEST_F(GenreList, IsMadeAnewInJapaneseOrder) {
     writeFile(file(), "old\r\n");
     shell::MakeGenretxt(session, diary());
     EXPECT_EQ(read(), (QStringList{u"一般"_s, u"Ａ"_s, u"あ"_s, u"山"_s}));
+}
+
+TEST_F(GenreList, TwoProgramsAddToItAndNoGenreIsLost) {
+    const auto addMany = [&](const QString& who) {
+        for (int i = 0; i < 40; ++i)
+            add({who + QString::number(i)});
+    };
+    std::thread other(addMany, u"other"_s);
+    addMany(u"one"_s);
+    other.join();
+    EXPECT_EQ(read().size(), 81);
 }
 
 TEST_F(GenreList, TakesAGenreOnce) {
