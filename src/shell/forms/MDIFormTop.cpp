@@ -92,25 +92,26 @@ void MDIFormTop::tellNotYetThere(const QString& name) {
 }
 
 void MDIFormTop::setStatus(const QString& text) {
-    if (m_hasNotice && text.startsWith(u"Webページ表示"_s))
-        return;
-    m_hasNotice = false;
-    m_panel->setText(text);
-    m_panel->setToolTip(text.toHtmlEscaped());
-    QAccessibleEvent alert(m_panel, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    showLine(m_statusLine.tell(text));
 }
 
 void MDIFormTop::setNotice(const QString& text) {
-    setStatus(text);
-    m_hasNotice = true;
-    qApp->installEventFilter(this);
+    showLine(m_statusLine.notice(text));
+}
+
+void MDIFormTop::showLine(const QString& line) {
+    m_panel->setText(line);
+    m_panel->setToolTip(line.toHtmlEscaped());
+    QAccessibleEvent alert(m_panel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+    if (m_statusLine.waitsForInput())
+        qApp->installEventFilter(this);
 }
 
 bool MDIFormTop::eventFilter(QObject* watched, QEvent* event) {
     const bool isInput = event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress;
-    if (m_hasNotice && isInput && event->spontaneous()) {
-        m_hasNotice = false;
+    if (isInput && event->spontaneous() && m_statusLine.waitsForInput()) {
+        m_statusLine.takeInput();
         qApp->removeEventFilter(this);
     }
     return QMainWindow::eventFilter(watched, event);

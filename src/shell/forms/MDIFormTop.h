@@ -5,6 +5,7 @@
 #include "desktop/context.h"
 #include "editor/clipboard_import.h"
 #include "shell/menu_table.h"
+#include "shell/status_line.h"
 #include "site/save_html.h"
 
 #include <QAction>
@@ -43,10 +44,9 @@ public:
     void Click_FormAboutLabel();
     void Click_Zelkova();
 
-    /// The first panel of the status bar.
+    /// The first panel of the status bar (see StatusLine).
     void setStatus(const QString& text);
-    /// The same for something unusual: until the next key or click the panel keeps it from what the browser tells of
-    /// its pages.
+    /// The same for something unusual.
     void setNotice(const QString& text);
 
     /// The menu of the panes, at this place of the screen.
@@ -108,6 +108,7 @@ private:
     void showManual(const QString& fileName);
     void navigateToMaker(const core::Key& key);
 
+    void showLine(const QString& line);
     void finish();
     void keepSettings();
 
@@ -117,7 +118,7 @@ private:
     QAction* m_restoreDraft = nullptr;
     QLabel* m_panel = nullptr;
     bool m_isClosing = false;
-    bool m_hasNotice = false;
+    StatusLine m_statusLine;
 };
 
 } // namespace velloria::shell
