@@ -8,6 +8,7 @@
 #include <QLibraryInfo>
 #include <QProcess>
 
+#include <csignal>
 #include <memory>
 #include <utility>
 
@@ -53,6 +54,11 @@ bool FindOnSearchPath(const QString& home, const QString& name, QString& path) {
         }
     }
     return false;
+}
+
+void endProcess(qint64 id) {
+    if (id > 0) // 0 and less would be whole groups of them
+        ::kill(pid_t(id), SIGKILL);
 }
 
 cExecute::cExecute(QString home)

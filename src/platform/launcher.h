@@ -13,6 +13,9 @@ namespace velloria::platform {
 /// `path` becomes the full path, "" when there is no such file. A folder of that name does not count.
 bool FindOnSearchPath(const QString& home, const QString& name, QString& path);
 
+/// Ends another process at once, whatever it is doing. One that is gone already is none to end.
+void endProcess(qint64 id);
+
 enum class Wait { No, UntilItEnds };
 
 /// Starts programs by a command line.

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
 #include <QThread>
 
 using namespace Qt::StringLiterals;
@@ -182,6 +183,16 @@ TEST_F(Launcher, StopsWaitingAndLeavesTheProgramRunning) {
     QThread::msleep(100);
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST_F(Launcher, EndsAProcessAtOnce) {
+    QProcess process;
+    process.start(u"sleep"_s, {u"600"_s});
+    ASSERT_TRUE(process.waitForStarted());
+    platform::endProcess(0); // nobody, and not all of them
+    platform::endProcess(process.processId());
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "browser/page_address.h"
 #include "desktop/command.h"
+#include "platform/launcher.h"
 
 #include <QTimer>
 #include <QUuid>
@@ -60,6 +61,9 @@ window.addEventListener('load', () => {
 });
 )js";
 
+/// So many boxes of one document may be what it is for; behind each such number the reader is asked.
+constexpr int kBoxesOfAGoodPage = 3;
+
 bool isOfWeb(const QUrl& url) {
     return url.scheme() == u"http"_s || url.scheme() == u"https"_s;
 }
@@ -100,6 +104,10 @@ WebPage::WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webL
     insertScripts();
     connect(this, &QWebEnginePage::loadingChanged, this, &WebPage::onLoading);
     connect(this, &QWebEnginePage::urlChanged, this, &WebPage::onUrl);
+    connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
+        if (m_isStopped)
+            QTimer::singleShot(0, this, &WebPage::readWithoutScripts);
+    });
     // Both go on behind the event: what they ask for may load this very page anew.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl wanted = request.requestedUrl();
@@ -112,6 +120,7 @@ void WebPage::setRights() {
     QWebEngineSettings& rights = *settings();
     rights.setDefaultTextEncoding(u"Shift_JIS"_s);
     rights.setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
+    rights.setAttribute(QWebEngineSettings::JavascriptEnabled, true);
     rights.setUnknownUrlSchemePolicy(QWebEngineSettings::AllowAllUnknownUrlSchemes); // "event:" from a script, too
     connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl& origin, Feature feature) {
         setFeaturePermission(origin, feature, PermissionDeniedByUser);
@@ -149,13 +158,17 @@ void WebPage::navigate(const QUrl& url) {
 
 /// For the document that comes next.
 void WebPage::goToMark(bool isOn) {
-    for (const QWebEngineScript& old : scripts().find(kMarkScript))
+    setScript(kMarkScript, isOn ? QString::fromUtf16(kGoToMark) : QString());
+}
+
+void WebPage::setScript(const QString& name, const QString& source) {
+    for (const QWebEngineScript& old : scripts().find(name))
         scripts().remove(old);
-    if (!isOn)
+    if (source.isEmpty())
         return;
-    QWebEngineScript mark = script(QString::fromUtf16(kGoToMark));
-    mark.setName(kMarkScript);
-    scripts().insert(mark);
+    QWebEngineScript added = script(source);
+    added.setName(name);
+    scripts().insert(added);
 }
 
 void WebPage::stop() {
@@ -184,7 +197,7 @@ void WebPage::onUrl(const QUrl& url) {
 bool WebPage::mayOpen(const QUrl& url) const {
     if (!isShownScheme(url.scheme()))
         return false;
-    return !url.isLocalFile() || !isOfWeb(this->url());
+    return !url.isLocalFile() || (url.host().isEmpty() && !isOfWeb(this->url()));
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
@@ -195,6 +208,8 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
     }
     const bool isOurs =
         type == NavigationTypeTyped || type == NavigationTypeBackForward || type == NavigationTypeReload;
+    if (isOurs && isMainFrame)
+        allowScripts();
     if (isOurs)
         return isShownScheme(url.scheme());
     if (!mayOpen(url))
@@ -203,17 +218,59 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
         QTimer::singleShot(0, this, [this, url] { Q_EMIT addressOpened(url); });
         return false;
     }
+    if (isMainFrame)
+        allowScripts();
     return true;
 }
 
 void WebPage::javaScriptAlert(const QUrl& origin, const QString& text) {
-    desktop::runCommand(m_desk, [&] { m_desk.message(platform::MessageKind::Plain, text, origin.host()); });
+    showBox([&] { m_desk.message(platform::MessageKind::Plain, text, origin.host()); });
 }
 
 bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
     bool isYes = false;
-    desktop::runCommand(m_desk, [&] { isYes = m_desk.ask(text, origin.host()); });
+    showBox([&] { isYes = m_desk.ask(text, origin.host()); });
     return isYes;
+}
+
+/// A box serves events: the window may be gone behind it.
+void WebPage::showBox(const std::function<void()>& box) {
+    if (m_isStopped)
+        return;
+    const std::shared_ptr<bool> isAlive = m_isAlive;
+    platform::Desk& desk = m_desk;
+    desktop::runCommand(desk, box);
+    if (!*isAlive || ++m_boxes % kBoxesOfAGoodPage != 0)
+        return;
+    bool isYes = false;
+    desktop::runCommand(desk, [&] {
+        isYes = desk.ask(u"このページは、続けてメッセージを出しています。\r\n"
+                         "このページのスクリプトを止めますか？"_s);
+    });
+    if (isYes && *isAlive)
+        stopScripts();
+}
+
+/// A script that runs can't be stopped from outside, and as long as it runs its process shows no other page: the
+/// process ends, and the page is read again without scripts.
+void WebPage::stopScripts() {
+    m_isStopped = true;
+    QTimer::singleShot(0, this, [this] { platform::endProcess(renderProcessPid()); });
+}
+
+void WebPage::readWithoutScripts() {
+    m_isReadingAgain = true;
+    settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, false);
+    load(url());
+}
+
+/// Another document, or the same once more because somebody wants it so.
+void WebPage::allowScripts() {
+    m_boxes = 0;
+    if (std::exchange(m_isReadingAgain, false))
+        return;
+    m_isStopped = false;
+    settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, true);
 }
 
 /// A page has no text to ask for: it counts as cancelled.

@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <QWebEnginePage>
 
+#include <functional>
 #include <memory>
 
 class QWebEngineLoadingInfo;
@@ -18,8 +19,9 @@ void registerEventScheme();
 /// Where a link to the web leads that is clicked in the page.
 enum class WebLinks { OpenHere, OpenInBrowser };
 
-/// Pages of the disk may show what lies in the web; pages of the web reach no file. Permissions are refused, boxes of
-/// scripts go through the desk, and the console is nobody's.
+/// Pages of the disk may show what lies in the web; pages of the web reach no file (see FileGuard). Permissions are
+/// refused, boxes of scripts go through the desk, and the console is nobody's. A page that shows box after box can be
+/// read without its scripts.
 class WebPage : public QWebEnginePage {
     Q_OBJECT
 public:
@@ -28,6 +30,10 @@ public:
 
     /// Loads the address anew, also when it is shown already or only its mark differs. An invalid one loads nothing.
     void navigate(const QUrl& url);
+
+    /// Runs in each page from the next one on, in a world of its own; it takes the place of one of the same name,
+    /// and "" takes that away.
+    void setScript(const QString& name, const QString& source);
 
     /// Ends loading; a navigation that is under way shows nothing.
     void stop();
@@ -57,6 +63,10 @@ private:
     void onLoading(const QWebEngineLoadingInfo& info);
     void onUrl(const QUrl& url);
     bool mayOpen(const QUrl& url) const;
+    void showBox(const std::function<void()>& box);
+    void stopScripts();
+    void readWithoutScripts();
+    void allowScripts();
 
     platform::Desk& m_desk;
     const WebLinks m_webLinks;
@@ -64,6 +74,9 @@ private:
     QUrl m_shown;               ///< the address as it was last told
     QUrl m_target;              ///< to be loaded again once the page has gone to its mark
     bool m_isLoading = false;
+    int m_boxes = 0;               ///< of scripts of the shown document
+    bool m_isStopped = false;      ///< its scripts were stopped
+    bool m_isReadingAgain = false; ///< the navigation that comes next is the same document without them
     const std::shared_ptr<bool> m_isAlive = std::make_shared<bool>(true); ///< for what the engine answers too late
 };
 

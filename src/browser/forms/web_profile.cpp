@@ -1,5 +1,6 @@
 #include "browser/forms/web_profile.h"
 
+#include "browser/forms/file_guard.h"
 #include "desktop/command.h"
 
 #include <QDir>
@@ -74,6 +75,7 @@ std::shared_ptr<QWebEngineProfile> makeProfile(const core::Session& session, pla
     auto profile = std::make_shared<QWebEngineProfile>(u"velloria"_s);
     profile->setPersistentStoragePath(session.UserPath + u"Browser"_s);
     profile->setCachePath(session.UserPath + u"Browser/Cache"_s);
+    profile->setUrlRequestInterceptor(new FileGuard(session, profile.get()));
     profile->installUrlSchemeHandler("event", new EventHandler(profile.get()));
     QObject::connect(profile.get(), &QWebEngineProfile::downloadRequested, profile.get(),
                      [&desk](QWebEngineDownloadRequest* download) {
