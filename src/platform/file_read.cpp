@@ -43,7 +43,8 @@ QByteArray bytesOf(const QString& file, const Descriptor& source, const struct s
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            throw Failure(u"ファイルを読み込めません。"_s, file, systemReason(errno));
+            throw Failure(u"ファイルを読み込めません。"_s, file, systemReason(errno),
+                          u"ファイルは元のままです。ディスクを確認してください。"_s);
         if (count == 0)
             break;
         used += count;
