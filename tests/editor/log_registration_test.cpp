@@ -331,6 +331,7 @@ TEST_F(LogRegistrationTest, AYearIsANumberOfThreeCharactersAtLeast) {
 }
 
 TEST_F(LogRegistrationTest, AnUnregisteredPageThatDiffersInCaseStaysBesideTheCopy) {
+    platform::makeFolder(path(u"site/DiaryLog"_s));
     writeFile(inData(u"x.htm"_s), "own");
     writeFile(inSite(u"x.htm"_s), "own");
     EXPECT_EQ(add(source(u"X.HTM"_s, "new")), Outcome::Done);
