@@ -1,28 +1,14 @@
 """The page of search results, worked out apart from the program."""
 
 import re
-import unicodedata
 
 from peer_home import Home, day_number
 from peer_site import WEATHER_PICTURES, Page, entry_table_line
-from peer_text import CRLF, CommandFailure
+from peer_text import CRLF, CommandFailure, fold
 
 CLOSE_BUTTON = CRLF.join(['<p align=center><INPUT type=button name=Close value="Close Window">',
                           '<SCRIPT LANGUAGE="VBScript">', "Sub Close_OnClick()", 'location.HREF = "Event:Close"',
                           "End Sub", "</SCRIPT>", "</p>"])
-
-
-# What input methods type for a sign of the code page.
-SIGNS = str.maketrans("\u2016\u2212\u301c", "\u2225\uff0d\uff5e")
-
-
-def fold(text):
-    """Without regard to case, width and kana type."""
-    text = text.translate(SIGNS)
-    text = re.sub("[\uff61-\uff9f]+", lambda run: unicodedata.normalize("NFKC", run[0]), text)
-    text = re.sub("[\uff01-\uff5e]", lambda sign: chr(ord(sign[0]) - 0xFEE0), text).replace("\u3000", " ")
-    text = re.sub("[\u30a1-\u30f4\u30fd\u30fe]", lambda kana: chr(ord(kana[0]) - 0x60), text)
-    return text.lower()
 
 
 def like(text, pattern):

@@ -4,8 +4,7 @@ import re
 import sqlite3
 import urllib.parse
 
-from peer_find import fold
-from peer_text import Profile, with_separator
+from peer_text import Profile, fold, with_separator
 
 
 def day_of(text):

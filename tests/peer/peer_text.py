@@ -3,6 +3,7 @@
 import functools
 import os
 import re
+import unicodedata
 
 CRLF = "\r\n"
 
@@ -289,3 +290,16 @@ class HtmlToText:
                             if flag.endswith("*") else ""
                     break
         return tag
+
+
+# What input methods type for a sign of the code page.
+SIGNS = str.maketrans("\u2016\u2212\u301c", "\u2225\uff0d\uff5e")
+
+
+def fold(text):
+    """Without regard to case, width and kana type."""
+    text = text.translate(SIGNS)
+    text = re.sub("[\uff61-\uff9f]+", lambda run: unicodedata.normalize("NFKC", run[0]), text)
+    text = re.sub("[\uff01-\uff5e]", lambda sign: chr(ord(sign[0]) - 0xFEE0), text).replace("\u3000", " ")
+    text = re.sub("[\u30a1-\u30f4\u30fd\u30fe]", lambda kana: chr(ord(kana[0]) - 0x60), text)
+    return text.lower()
