@@ -187,12 +187,13 @@ TEST_F(StartupFolders, WeatherPicturesGoByTheFirstAlone) {
 TEST_F(StartupFolders, AStartThatWasCutOffIsMadeUpForByTheNext) {
     // Killed within the export formats: their folder does not have its name yet.
     ASSERT_TRUE(QDir(data(u"ExportFormat"_s)).removeRecursively());
+    makeFolder(data(u"ExportFormat.new"_s));
     writeFile(data(u"ExportFormat.new/TEXT.ini"_s), "half");
     ASSERT_EQ(start(), StartResult::Ready);
     for (const QString& name : {u"TEXT"_s, u"HTML"_s})
         EXPECT_EQ(bytesOf(data(u"ExportFormat/"_s + name + u".ini"_s)), bytesOf(path(name + u".txt"_s)));
     EXPECT_EQ(QDir(data(u"ExportFormat"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
-    EXPECT_FALSE(exists(data(u"ExportFormat.new"_s)));
+    EXPECT_FALSE(QDir(data(u"ExportFormat.new"_s)).exists());
     // No room behind the first of the pictures.
     const QStringList pictures{u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s, u"Snowy.gif"_s};
     for (const QString& name : pictures)
