@@ -58,7 +58,7 @@ QByteArray bytesOf(const QString& file, const Descriptor& source, const struct s
 void refuseLostLink(const QString& file) {
     if (const QString end = lostEnd(file); !end.isEmpty())
         throw Failure(u"リンクの先がありません。"_s, file + u" → "_s + end, systemReason(ENOENT),
-                      u"何も変更していません。リンクの先のディスクをつなぐか、リンクを直してください。"_s);
+                      u"リンクは元のままです。リンクの先のディスクをつなぐか、リンクを直してください。"_s);
 }
 
 void requireRegular(const QString& file, const QString& what, const struct stat& status) {

@@ -268,7 +268,7 @@ FolderLock::FolderLock(const QString& folder)
         if (std::chrono::steady_clock::now() >= end) {
             ::close(m_descriptor);
             throw Failure(u"フォルダは使用中です。"_s, folder, u"他のプログラムが処理を終えていません"_s,
-                          u"何も変更していません。そのプログラムを終了してから、もう一度実行してください。"_s);
+                          u"そのプログラムを終了してから、もう一度実行してください。"_s);
         }
         std::this_thread::sleep_for(10ms);
     }
