@@ -1,9 +1,11 @@
 #include "desktop/tool_window.h"
 
 #include "desktop/command.h"
+#include "desktop/dialog_size.h"
 #include "desktop/window_place.h"
 
 #include <QMdiArea>
+#include <QScreen>
 
 namespace velloria::desktop {
 
@@ -30,19 +32,29 @@ ToolWindow::~ToolWindow() {
 
 void ToolWindow::showWindow() {
     if (!m_wasShown) {
-        adjustSize();
-        if (m_section) {
-            WindowPlace place = readPlace(m_context.session.DiaryIniFile, *m_section);
-            place.height.reset();
-            place.width.reset();
-            restorePlace(*this, place);
-        }
+        takeItsPlace();
         m_wasShown = true;
     }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+}
+
+void ToolWindow::takeItsPlace() {
+    const QWidget& mainWindow = *parentWidget();
+    const QMargins frame = frameOf(mainWindow);
+    const QRect area = mainWindow.screen()->availableGeometry();
+    sizeInto(*this, area.size().shrunkBy(frame));
+    QRect middle(QPoint(), size().grownBy(frame));
+    middle.moveCenter(mainWindow.frameGeometry().center());
+    move(movedInto(middle, area).topLeft());
+    if (!m_section)
+        return;
+    WindowPlace place = readPlace(m_context.session.DiaryIniFile, *m_section);
+    place.height.reset();
+    place.width.reset();
+    restorePlace(*this, place, frame);
 }
 
 void ToolWindow::done(int result) {

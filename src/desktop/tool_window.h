@@ -30,7 +30,8 @@ protected:
     enum class Blocks { Nothing, MainWindow };
 
     /// The main window must be there. With a section of the user's settings, the window comes up where it was left, the
-    /// first time in the middle of the main window.
+    /// first time in the middle of the main window. On a small screen its contents scroll above its last row, the
+    /// buttons.
     ToolWindow(Context& context, const QString& name, Blocks blocks, std::optional<QLatin1StringView> section = {});
 
     /// A slot's body: a failure becomes its box.
@@ -39,6 +40,8 @@ protected:
     Context& m_context;
 
 private:
+    void takeItsPlace();
+
     std::optional<QLatin1StringView> m_section;
     std::function<void()> m_giveBack;
     bool m_wasShown = false;

@@ -72,13 +72,22 @@ WindowPlace placeOf(const QWidget& window, const QRect& geometry) {
     return place;
 }
 
-void restorePlace(QWidget& window, const WindowPlace& place) {
+QMargins frameOf(const QWidget& window) {
+    const QRect inner = window.geometry();
+    const QRect outer = window.frameGeometry();
+    return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+            outer.bottom() - inner.bottom()};
+}
+
+void restorePlace(QWidget& window, const WindowPlace& place, const QMargins& frame) {
     QRect geometry(window.pos(), window.size());
     if (isSize(place.width))
         geometry.setWidth(fromTwips(*place.width));
     if (isSize(place.height))
         geometry.setHeight(fromTwips(*place.height));
-    geometry.setSize(geometry.size().expandedTo(kLeastSize));
+    geometry.setSize(geometry.size().expandedTo(kLeastSize).grownBy(frame)); // the position is the frame's as well
+    if (!window.isVisible() && !window.testAttribute(Qt::WA_Moved) && QGuiApplication::primaryScreen())
+        geometry.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
     if (isSet(place.left))
         geometry.moveLeft(fromTwips(*place.left));
     if (isSet(place.top))
@@ -88,9 +97,9 @@ void restorePlace(QWidget& window, const WindowPlace& place) {
         screen = QGuiApplication::primaryScreen();
     if (screen)
         geometry = movedInto(geometry, screen->availableGeometry());
-    window.resize(geometry.size());
-    const bool isPlacedByUs = isSet(place.left) || isSet(place.top);
-    if (isPlacedByUs && !placesWindowsItself())
+    window.resize(geometry.size().shrunkBy(frame));
+    const bool isPlacedByUs = isSet(place.left) || isSet(place.top) || window.isVisible();
+    if (isPlacedByUs && !placesWindowsItself() && geometry.topLeft() != window.pos())
         window.move(geometry.topLeft());
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLatin1StringView>
+#include <QMargins>
 #include <QRect>
 #include <QString>
 
@@ -32,10 +33,14 @@ WindowPlace placeOf(const QRect& geometry);
 /// The same of a top-level window at that place. On Wayland, which tells no positions, the size alone.
 WindowPlace placeOf(const QWidget& window, const QRect& geometry);
 
+/// What the window manager puts round the window, and will put round another one; nothing before the window is seen.
+QMargins frameOf(const QWidget& window);
+
 /// Moves and sizes a top-level window by those values that are told and not 0, and no size below it, then moves it onto
-/// a screen that is there and cuts it down to its size, but never to less than can be seen and grasped. On Wayland,
-/// which places windows itself, the size alone.
-void restorePlace(QWidget& window, const WindowPlace& place);
+/// a screen that is there and cuts it down so that its frame fits there too, but never to less than can be seen and
+/// grasped. An edge that is not told stays; that of a window which has no place yet is in the middle of the screen. On
+/// Wayland, which places windows itself, the size alone.
+void restorePlace(QWidget& window, const WindowPlace& place, const QMargins& frame);
 
 /// `frame` moved, and cut down if need be, so that it lies within `area`.
 QRect movedInto(QRect frame, const QRect& area);

@@ -104,6 +104,21 @@ TEST_F(DesktopStart, AMissingOrZeroPlaceLeavesThePropertyAlone) {
     EXPECT_EQ(top().width(), QSize(1024, 720).boundedTo(top().screen()->availableSize()).width());
 }
 
+TEST_F(DesktopStart, AnEdgeOfZeroStaysWhereTheScreenPutsIt) {
+    startWindows();
+    const QPoint byItself = top().pos();
+    for (const auto& [left, topEdge] : {std::pair{0, 600}, {450, 0}, {0, 0}, {450, 600}}) {
+        context.windows.closeAll();
+        setKey(u"ParentForm"_s, u"Left"_s, QString::number(left));
+        setKey(u"ParentForm"_s, u"Top"_s, QString::number(topEdge));
+        setKey(u"ParentForm"_s, u"Width"_s, u"9000"_s);
+        startWindows();
+        EXPECT_EQ(top().x(), left == 0 ? byItself.x() : 30) << left << ' ' << topEdge;
+        EXPECT_EQ(top().y(), topEdge == 0 ? byItself.y() : 40) << left << ' ' << topEdge;
+        EXPECT_EQ(top().width(), 600) << left << ' ' << topEdge;
+    }
+}
+
 TEST_F(DesktopStart, GoesOnBehindANumberThatIsTooLarge) {
     startWindows();
     context.windows.closeAll();

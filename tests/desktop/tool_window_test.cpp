@@ -71,6 +71,18 @@ TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
     EXPECT_EQ(shown<Beside>().pos(), QPoint(120, 90));
 }
 
+TEST_F(ToolWindow, AnEdgeOfZeroStaysInTheMiddle) {
+    auto& first = shown<Beside>();
+    const QPoint middle = first.pos();
+    for (const auto& [left, topEdge] : {std::pair{0, 90}, {120, 0}, {0, 0}, {120, 90}}) {
+        context.windows.unload<Beside>();
+        desktop::writePlace(session.DiaryIniFile, kSection, {topEdge * 15, left * 15, {}, {}});
+        const QPoint pos = shown<Beside>().pos();
+        EXPECT_EQ(pos.x(), left == 0 ? middle.x() : left) << left << ' ' << topEdge;
+        EXPECT_EQ(pos.y(), topEdge == 0 ? middle.y() : topEdge) << left << ' ' << topEdge;
+    }
+}
+
 TEST_F(ToolWindow, AWindowThatWasNeverShownKeepsNoPlace) {
     context.windows.get<Beside>();
     context.windows.unload<Beside>();

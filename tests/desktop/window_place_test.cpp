@@ -52,11 +52,44 @@ TEST_F(WindowPlace, BeyondEveryScreenComesBack) {
     for (const qint32 far : {1'000'000'000, -1'000'000'000, 2'147'483'647}) {
         QWidget window;
         window.resize(300, 200);
-        desktop::restorePlace(window, {far, far, far, far});
+        desktop::restorePlace(window, {far, far, far, far}, {});
         EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry())) << far;
         EXPECT_GE(window.width(), 200) << far;
         EXPECT_GE(window.height(), 150) << far;
     }
+}
+
+TEST_F(WindowPlace, LeavesRoomForTheFrame) {
+    const QMargins frame(4, 30, 4, 6);
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget window;
+    window.resize(area.size());
+    desktop::restorePlace(window, {}, frame);
+    EXPECT_EQ(window.size(), area.size().shrunkBy(frame));
+    desktop::restorePlace(window, {1, area.right() * 15, area.height() * 15, {}}, frame);
+    EXPECT_TRUE(area.contains(QRect(window.pos(), window.size().grownBy(frame))));
+}
+
+TEST_F(WindowPlace, AnEdgeOfZeroIsNotTold) {
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint middle = QRect(area.center() - QPoint(149, 99), QSize(300, 200)).topLeft();
+    const std::tuple<qint32, qint32, QPoint> cases[] = {
+        {450, 600, {30, 40}}, {0, 600, {middle.x(), 40}}, {450, 0, {30, middle.y()}}, {-15, 15, {0, 1}}};
+    for (const auto& [left, top, expected] : cases) {
+        QWidget window;
+        window.resize(300, 200);
+        desktop::restorePlace(window, {top, left, {}, {}}, {});
+        EXPECT_LE((window.pos() - expected).manhattanLength(), 1) << left << ' ' << top;
+        QWidget placed;
+        placed.resize(300, 200);
+        placed.move(70, 80);
+        desktop::restorePlace(placed, {top, left, {}, {}}, {});
+        EXPECT_EQ(placed.x(), left == 0 ? 70 : expected.x()) << left << ' ' << top;
+        EXPECT_EQ(placed.y(), top == 0 ? 80 : expected.y()) << left << ' ' << top;
+    }
+    QWidget window;
+    desktop::restorePlace(window, {0, 0, {}, {}}, {});
+    EXPECT_FALSE(window.testAttribute(Qt::WA_Moved)) << "the screen places it";
 }
 
 } // namespace

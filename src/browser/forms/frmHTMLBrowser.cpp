@@ -3,6 +3,8 @@
 #include "desktop/twips.h"
 #include "desktop/window_place.h"
 
+#include <QMdiArea>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::browser {
@@ -22,7 +24,7 @@ frmHTMLBrowser::frmHTMLBrowser(desktop::Context& context)
     if (place.width.value_or(0) < 1)
         place.width = kFirstWidthTwips;
     place.height.reset();
-    desktop::restorePlace(*this, place);
+    desktop::restorePlace(*this, place, desktop::frameOf(*context.mdi->window()));
 }
 
 frmHTMLBrowser::~frmHTMLBrowser() {

@@ -2,6 +2,8 @@
 
 #include "desktop/window_place.h"
 
+#include <QMdiArea>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::browser {
@@ -16,7 +18,8 @@ frmPrevDiaryViewer::frmPrevDiaryViewer(desktop::Context& context)
     : WebViewer(context, u"frmPrevDiaryViewer"_s) {
     setWindowTitle(u"過去の日記"_s);
     resize(kFirstSize);
-    desktop::restorePlace(*this, desktop::readPlace(context.session.DiaryIniFile, kSection));
+    desktop::restorePlace(*this, desktop::readPlace(context.session.DiaryIniFile, kSection),
+                          desktop::frameOf(*context.mdi->window()));
 }
 
 frmPrevDiaryViewer::~frmPrevDiaryViewer() {

@@ -15,11 +15,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
 #include <QShortcut>
+#include <QThread>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +30,17 @@ namespace velloria::shell {
 namespace {
 
 constexpr QSize kFirstSize(1024, 720);
+
+/// Serves the screen until it has drawn the window, and so has told its frame.
+void waitForFrame(const QWidget& window) {
+    constexpr int kPatienceMs = 500; // a window that comes up minimised is not drawn
+    QElapsedTimer timer;
+    timer.start();
+    while (!window.windowHandle()->isExposed() && timer.elapsed() < kPatienceMs) {
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QThread::msleep(1);
+    }
+}
 
 } // namespace
 
@@ -67,15 +81,24 @@ void MDIFormTop::completeStart() {
 
 void MDIFormTop::restoreFrame() {
     const QString& ini = m_context.session.DiaryIniFile;
-    resize(kFirstSize.boundedTo(screen()->availableSize()));
-    desktop::restorePlace(*this, desktop::readPlace(ini, core::keys::kParentForm));
-    qint16 isMaximized = 0;
-    desktop::runCommand(m_context.desk,
-                        [&] { isMaximized = core::ReadIniIntDef(ini, core::keys::kWindowMaximize, 0); });
-    if (isMaximized == 1)
+    const desktop::WindowPlace kept = desktop::readPlace(ini, core::keys::kParentForm);
+    desktop::WindowPlace place = kept;
+    // One edge alone is applied behind the showing: the other one is where the screen puts it.
+    if (place.left.value_or(0) == 0 || place.top.value_or(0) == 0) {
+        place.left.reset();
+        place.top.reset();
+    }
+    resize(kFirstSize);
+    desktop::restorePlace(*this, place, {});
+    qint16 maximize = 0;
+    desktop::runCommand(m_context.desk, [&] { maximize = core::ReadIniIntDef(ini, core::keys::kWindowMaximize, 0); });
+    if (maximize == 1)
         showMaximized();
     else
         show();
+    waitForFrame(*this);
+    if (!isMaximized())
+        desktop::restorePlace(*this, kept, desktop::frameOf(*this));
     // The arrangement needs the area at the size that it has on the screen.
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

@@ -1,0 +1,77 @@
+"""The main window on a small screen whose window manager gives it a frame: all of it is on the screen. Needs a screen of
+1024 by 600 with a window manager, xdotool and xwininfo."""
+
+import re
+import subprocess
+import unittest
+
+from test_program import ProgramTest, waits
+
+SCREEN = (1024, 600)
+
+
+def tells(*words):
+    return subprocess.run(words, capture_output=True, encoding="utf-8").stdout
+
+
+class Frame(ProgramTest):
+    def frame(self):
+        """Left, top, right and bottom of the window with its frame, once it stays where it is."""
+        def look():
+            told = tells("xwininfo", "-id", self.window(), "-frame")
+            numbers = [re.search(rf"{name}: +(-?\d+)", told) for name in
+                       ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
+            return [int(number[1]) for number in numbers] if all(numbers) else None
+
+        seen = []
+
+        def stays():
+            seen.append(look())
+            return seen[-1] and seen[-6:] == [seen[-1]] * 6
+
+        self.assertTrue(waits(stays), seen[-3:])
+        left, top, width, height = seen[-1]
+        return left, top, left + width, top + height
+
+    def check(self):
+        left, top, right, bottom = self.frame()
+        inside = tells("xwininfo", "-id", self.window())
+        self.assertLess(int(re.search(r"Height: +(\d+)", inside)[1]), bottom - top, "it has a frame")
+        self.assertGreaterEqual((left, top), (0, 0))
+        self.assertLessEqual(right, SCREEN[0])
+        self.assertLessEqual(bottom, SCREEN[1])
+        return left, top, right, bottom
+
+    def end(self, program):
+        program.terminate()
+        program.communicate(timeout=60)
+
+    def test_the_first_start_keeps_its_frame_in_mind(self):
+        program = self.show()
+        first = self.check()
+        self.end(program)
+        self.show()
+        self.assertEqual(self.check(), first, "and comes back where it was")
+
+    def test_a_window_that_was_left_on_a_larger_screen_comes_back_whole(self):
+        for name, value in (("Left", 9000), ("Top", 6000), ("Width", 30000), ("Height", 20000)):
+            self.must("ini", "set", self.diary_ini, "ParentForm", name, str(value))
+        self.show()
+        self.check()
+
+    def test_an_edge_of_zero_stays_where_the_manager_puts_it(self):
+        for name, value in (("Width", 7500), ("Height", 6000)):
+            self.must("ini", "set", self.diary_ini, "ParentForm", name, str(value))
+        program = self.show()
+        left, top = self.check()[:2]
+        self.end(program)
+        for told, place in ((("Left", 4500), (300, top)), (("Top", 1500), (left, 100))):
+            for name in ("Left", "Top"):
+                self.must("ini", "set", self.diary_ini, "ParentForm", name, str(told[1] if name == told[0] else 0))
+            program = self.show()
+            self.assertEqual(self.check()[:2], place)
+            self.end(program)
+
+
+if __name__ == "__main__":
+    unittest.main()
