@@ -1,8 +1,9 @@
 // Opens a diary in the program's windows, waits for its page in the browser, and saves a picture of the main window.
 //
-//     velloria-shot HOME PICTURE [YYYY/MM/DD]
+//     velloria-shot HOME PICTURE [YYYY/MM/DD [FONT]]
 //
-// Where PICTURE is a folder, it gets a picture of every window, to be looked at one by one.
+// Where PICTURE is a folder, it gets a picture of every window, to be looked at one by one. FONT is what all windows
+// are written in, as the toolkit spells it ("Sans Serif,13" or "Sans Serif,11,-1,5,700,0,0,0,0,0").
 #include "app/surroundings.h"
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/frmPrevDiaryViewer.h"
@@ -171,10 +172,12 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     velloria::app::prepareApplication(application);
     const QStringList words = QApplication::arguments();
-    if (words.size() < 3 || words.size() > 4) {
-        qCritical("usage: velloria-shot HOME PICTURE [YYYY/MM/DD]");
+    if (words.size() < 3 || words.size() > 5) {
+        qCritical("usage: velloria-shot HOME PICTURE [YYYY/MM/DD [FONT]]");
         return 2;
     }
+    if (QFont font; words.size() == 5 && font.fromString(words[4]))
+        QApplication::setFont(font);
     try {
         return velloria::shoot(words[1], words[2], words.value(3, u"2026/11/20"_s));
     } catch (const velloria::platform::Failure& failure) {

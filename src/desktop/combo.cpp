@@ -2,10 +2,14 @@
 
 #include "desktop/line_box.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
+#include <QToolTip>
 #include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
 
 namespace velloria::desktop {
 
@@ -30,6 +34,26 @@ LineBox& Combo::makeEditable() {
     return *edit;
 }
 
+QRect Combo::field() const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    return style()
+        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
+        .adjusted(1, 0, -1, 0);
+}
+
+/// The tip of a box that ends in "…" begins with the whole text.
+bool Combo::event(QEvent* event) {
+    const bool isCut = !isEditable() && fontMetrics().horizontalAdvance(currentText()) > field().width();
+    if (event->type() != QEvent::ToolTip || !isCut)
+        return QComboBox::event(event);
+    QStringList lines{currentText().toHtmlEscaped()};
+    if (!toolTip().isEmpty())
+        lines += toolTip().toHtmlEscaped();
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), lines.join("<br>"_L1), this);
+    return true;
+}
+
 /// As ever, but for "…" where the text is longer than the box.
 void Combo::paintEvent(QPaintEvent*) {
     QStylePainter painter(this);
@@ -40,9 +64,7 @@ void Combo::paintEvent(QPaintEvent*) {
         option.currentText = placeholderText();
         option.palette.setBrush(QPalette::ButtonText, option.palette.placeholderText());
     }
-    const QRect field =
-        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).adjusted(1, 0, -1, 0);
-    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, field.width());
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, field().width());
     painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 

@@ -25,11 +25,15 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    /// Where the text is written.
+    QRect field() const;
+
     bool m_isAction = false;
 };
 

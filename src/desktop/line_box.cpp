@@ -80,4 +80,12 @@ void LineBox::focusInEvent(QFocusEvent* event) {
     Q_EMIT focused();
 }
 
+void keepShort(QLineEdit& box, int digits) {
+    box.ensurePolished();
+    const QFontMetrics metrics = box.fontMetrics();
+    const int text = (digits + 1) * metrics.horizontalAdvance(u'0');
+    // The toolkit's own hint is that of 17 letters within the same frame and margins.
+    box.setFixedWidth(box.sizeHint().width() - 17 * metrics.horizontalAdvance(u'x') + text);
+}
+
 } // namespace velloria::desktop

@@ -33,4 +33,7 @@ private:
     bool m_isInInputMethodEvent = false;
 };
 
+/// Makes a box as wide as so many digits need in its font.
+void keepShort(QLineEdit& box, int digits);
+
 } // namespace velloria::desktop

@@ -11,7 +11,8 @@
 namespace velloria::desktop {
 
 MdiChild::MdiChild(Context& context, const QString& name)
-    : m_context(context) {
+    : m_context(context)
+    , m_largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX) {
     setObjectName(name);
     setAttribute(Qt::WA_DeleteOnClose, false);
     // Ctrl+W in the system menu would close the window that somebody writes in.
@@ -24,6 +25,7 @@ MdiChild::MdiChild(Context& context, const QString& name)
 }
 
 void MdiChild::setContents(QWidget* contents) {
+    m_contents = contents;
     auto* area = new QScrollArea;
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
@@ -42,10 +44,41 @@ void MdiChild::showChild() {
     m_context.mdi->setActiveSubWindow(this);
 }
 
-void MdiChild::place(const QRect& geometry) {
+void MdiChild::becomeNormal() {
     if (isMinimized() || isMaximized())
         showNormal();
+}
+
+void MdiChild::place(const QRect& geometry) {
+    becomeNormal();
     setGeometry(geometry);
+}
+
+QSize MdiChild::neededContents() const {
+    return m_contents->minimumSizeHint();
+}
+
+QSize MdiChild::neededSize() const {
+    return neededContents().grownBy(contentsMargins());
+}
+
+void MdiChild::keepWithin(const QSize& least, const QSize& largest) {
+    m_least = least;
+    m_largest = largest;
+    applyLimits();
+}
+
+/// A maximised window fills the area and a minimised one is a title bar, whatever the limits.
+void MdiChild::applyLimits() {
+    const bool isNormal = !isMinimized() && !isMaximized();
+    setMinimumSize(isNormal ? m_least : QSize(0, 0));
+    setMaximumSize(isNormal ? m_largest : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+}
+
+void MdiChild::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange)
+        applyLimits();
+    QMdiSubWindow::changeEvent(event);
 }
 
 QRect MdiChild::normalPlace() const {

@@ -23,13 +23,26 @@ public:
     /// Position and size of the normal state.
     QRect normalPlace() const;
 
+    /// The size, frame included, below which something of the contents is cut or scrolls. Of a normal window.
+    QSize neededSize() const;
+
+    /// Out of the maximised and the minimised state.
+    void becomeNormal();
+
 protected:
+    /// The same without the frame.
+    virtual QSize neededContents() const;
+
+    /// Limits of the normal state, frame included.
+    void keepWithin(const QSize& least, const QSize& largest);
+
     /// Takes the contents over; they keep a size of their own in which nothing is clipped.
     void setContents(QWidget* contents);
 
     /// Asked before the window is hidden by its frame; false keeps it.
     virtual bool mayHide() { return true; }
 
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -37,8 +50,12 @@ protected:
     Context& m_context;
 
 private:
+    void applyLimits();
     void rememberPlace();
 
+    QWidget* m_contents = nullptr;
+    QSize m_least{0, 0};
+    QSize m_largest;
     QRect m_normalPlace; ///< the toolkit forgets it while the window is maximised
 };
 

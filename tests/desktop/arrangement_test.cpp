@@ -135,13 +135,64 @@ TEST_F(Arrangement, VerticalMakesColumnsOfWhatIsSeen) {
     press(u"mnuStandard"_s);
     press(u"MnuVertical"_s);
     const QSize size = inner();
-    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 3, size.height()));
+    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 3, 2 * 214)) << "no longer than is of use";
     EXPECT_EQ(contents().x(), calendar().geometry().right() + 1);
+    EXPECT_EQ(contents().height(), size.height());
     EXPECT_EQ(browser().geometry().right(), size.width() - 1);
     contents().close();
     press(u"MnuVertical"_s);
-    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 2, size.height()));
+    EXPECT_EQ(calendar().geometry(), QRect(0, 0, size.width() / 2, 2 * 214));
+    EXPECT_EQ(browser().geometry(), QRect(size.width() / 2, 0, size.width() - size.width() / 2, size.height()));
     EXPECT_FALSE(contents().isVisible());
+    browser().close();
+    press(u"MnuVertical"_s);
+    EXPECT_EQ(calendar().size(), QSize(2 * 279, 2 * 214));
+}
+
+TEST_F(Arrangement, StandardFollowsUponColumns) {
+    press(u"mnuStandard"_s);
+    const QRect places[] = {calendar().geometry(), contents().geometry(), browser().geometry()};
+    for (const QString& name : {u"mnuStandard"_s, u"mnuLoadWndPos"_s}) {
+        press(u"MnuVertical"_s);
+        press(name);
+        EXPECT_EQ(calendar().geometry(), places[0]) << name.toStdString();
+        EXPECT_EQ(contents().geometry(), places[1]) << name.toStdString();
+        EXPECT_EQ(browser().geometry(), places[2]) << name.toStdString();
+        EXPECT_FALSE(calendar().geometry().intersects(contents().geometry()));
+    }
+    calendar().showMaximized();
+    press(u"mnuStandard"_s);
+    EXPECT_EQ(calendar().geometry(), places[0]);
+    calendar().showMinimized();
+    press(u"mnuStandard"_s);
+    EXPECT_EQ(calendar().geometry(), places[0]);
+}
+
+TEST_F(Arrangement, TheCalendarHasALeastAndALargestSize) {
+    press(u"mnuStandard"_s);
+    calendar().setGeometry(0, 0, 20, 20);
+    settle();
+    for (const char* name : {"Btn_New", "Btn_Delete", "Btn_Find", "Btn_BlogControl", "cmbBlog", "cmbBlogAction"}) {
+        auto& widget = control<QWidget>(calendar(), QLatin1StringView(name));
+        EXPECT_EQ(widget.visibleRegion().boundingRect(), widget.rect()) << name;
+    }
+    EXPECT_LE(calendar().width(), 279);
+    calendar().setGeometry(0, 0, 2000, 2000);
+    EXPECT_EQ(calendar().size(), QSize(2 * 279, 2 * 214));
+    calendar().showMaximized();
+    settle();
+    EXPECT_GE(calendar().width(), inner().width()) << "maximised, it fills the area";
+    calendar().showNormal();
+    settle();
+    EXPECT_EQ(calendar().size(), QSize(2 * 279, 2 * 214));
+    calendar().showMinimized();
+    settle();
+    EXPECT_LT(calendar().height(), 60);
+    calendar().showNormal();
+    settle();
+    EXPECT_EQ(calendar().size(), QSize(2 * 279, 2 * 214));
+    calendar().setGeometry(0, 0, 20, 20);
+    EXPECT_GT(calendar().height(), 150) << "the limits are there again";
 }
 
 TEST_F(Arrangement, AClosedWindowComesBackWithWhatItHeld) {

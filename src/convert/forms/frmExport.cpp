@@ -2,6 +2,7 @@
 
 #include "core/day_key.h"
 #include "core/keys.h"
+#include "desktop/line_box.h"
 #include "ui_frmExport.h"
 
 #include <QPointer>
@@ -23,6 +24,8 @@ frmExport::frmExport(desktop::Context& context)
 frmExport::~frmExport() = default;
 
 void frmExport::prepareControls() {
+    desktop::keepShort(*ui->txtYear, 4);
+    desktop::keepShort(*ui->txtMonth, 2);
     const QDate today = m_context.clock.now().date();
     ui->DTPickerStart->setDate({today.year(), today.month(), 1});
     ui->DTPickerEnd->setDate(today);

@@ -1,5 +1,6 @@
 #include "convert/forms/frmHTML2TXTSetting.h"
 
+#include "desktop/line_box.h"
 #include "ui_frmHTML2TXTSetting.h"
 
 using namespace Qt::StringLiterals;
@@ -10,6 +11,7 @@ frmHTML2TXTSetting::frmHTML2TXTSetting(desktop::Context& context)
     : ToolWindow(context, u"frmHTML2TXTSetting"_s, Blocks::Nothing)
     , ui(std::make_unique<Ui::frmHTML2TXTSetting>()) {
     ui->setupUi(this);
+    desktop::keepShort(*ui->txtHR_NUM, 4);
     ui->Lbl_Description->setText(
         u"モード説明：\n"
         "　TEXTモード：基本的には全てのタグを削除します。チェックをつけたタグは決められたフォーマットでテキストに変換し"

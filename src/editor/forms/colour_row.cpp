@@ -31,6 +31,8 @@ ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractBu
     box.makeEditable().setAccessibleName(box.accessibleName());
     box.addItems(names);
     box.setCurrentIndex(-1);
+    for (QAbstractButton* button : {&exchange, &dialog})
+        button->setMaximumWidth(3 * button->fontMetrics().height()); // a sign is on it, and no word
     connect(&exchange, &QAbstractButton::clicked, this,
             [this] { desktop::runCommand(m_context.desk, [this] { Btn_Color_Exchange_Click(); }); });
     connect(&dialog, &QAbstractButton::clicked, this,

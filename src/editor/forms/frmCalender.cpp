@@ -22,9 +22,7 @@ frmCalender::frmCalender(desktop::Context& context)
     ui->setupUi(page);
     setContents(page);
     setWindowTitle(u"カレンダー"_s);
-    // The editor's standard place begins right below and is as wide.
-    constexpr QSize kSize(279, 214);
-    resize(kSize);
+    resize(ownSize());
     fillBlogs();
     const auto onClick = [this](QPushButton* button, void (frmCalender::*action)()) {
         connect(button, &QPushButton::clicked, this,
@@ -63,6 +61,29 @@ void frmCalender::Calender_DateClick(const QDate& date) {
 
 void frmCalender::Btn_New_Click() {
     if (m_context.session.EnterDay.isEmpty()) {
+QSize frmCalender::ownSize() const {
+    // The editor's standard place begins right below and is as wide.
+    constexpr QSize kUsualSize(279, 214);
+    return kUsualSize.expandedTo(neededSize());
+}
+
+/// Smaller, it would lose its buttons; larger than this, it would only hide the other windows.
+void frmCalender::fitToFont() {
+    keepWithin(neededSize(), 2 * ownSize());
+}
+
+void frmCalender::showEvent(QShowEvent* event) {
+    MdiChild::showEvent(event);
+    fitToFont();
+}
+
+void frmCalender::changeEvent(QEvent* event) {
+    MdiChild::changeEvent(event);
+    const bool isFont = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (isFont && widget()) // behind it, for the contents hear of it later
+        QMetaObject::invokeMethod(this, &frmCalender::fitToFont, Qt::QueuedConnection);
+}
+
         m_context.desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
         return;
     }

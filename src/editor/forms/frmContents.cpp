@@ -159,6 +159,13 @@ void frmContents::fillLists() {
     ui->ComboPrivate->addItems({u"公開"_s, u"非公開"_s});
     for (const Tag& tag : tags())
         ui->ComboTag->addItem(tag.text.toString());
+/// All of the tabs' words, which can do with less.
+QSize frmContents::neededContents() const {
+    const QMargins margins = ui->rows->contentsMargins();
+    const int tabs = ui->TabStrip1->tabBar()->sizeHint().width() + margins.left() + margins.right();
+    return MdiChild::neededContents().expandedTo({tabs, 0});
+}
+
     readGenreList();
 }
 

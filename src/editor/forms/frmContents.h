@@ -109,6 +109,7 @@ public:
 
 protected:
     bool mayHide() override { return confirmClose(); }
+    QSize neededContents() const override;
 
 private:
     /// A day as it was read, before anything of it is shown.

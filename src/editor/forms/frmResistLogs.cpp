@@ -4,6 +4,7 @@
 #include "core/path_names.h"
 #include "core/stored_name.h"
 #include "desktop/leave_check.h"
+#include "desktop/line_box.h"
 #include "ui_frmResistLogs.h"
 
 #include <QDir>
@@ -24,6 +25,7 @@ frmResistLogs::frmResistLogs(desktop::Context& context)
     , ui(std::make_unique<Ui::frmResistLogs>())
     , m_register(context.session, context.desk) {
     ui->setupUi(this);
+    desktop::keepShort(*ui->txtYear, 4);
     ui->txtOpenFile->setAcceptDrops(false); // a file would be dropped there as an address
     ui->txtYear->setText(QString::number(context.clock.now().date().year()));
     fillList();

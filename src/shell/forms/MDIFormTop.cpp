@@ -2,10 +2,10 @@
 
 #include "core/keys.h"
 #include "desktop/command.h"
+#include "desktop/elided_label.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
@@ -26,11 +26,9 @@ MDIFormTop::MDIFormTop(desktop::Context& context)
     setCentralWidget(area);
     context.mdi = area;
 
-    m_panel = new QLabel;
+    m_panel = new desktop::ElidedLabel;
     m_panel->setObjectName(u"StatusPanel1"_s);
-    m_panel->setTextFormat(Qt::PlainText);
-    m_panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text must not widen the window
-    // Nor may the first Japanese text, whose font is higher, take a line of pixels from the arranged children.
+    // The first Japanese text, whose font is higher, must not take a line of pixels from the arranged children.
     m_panel->setText(u"日本語 Ag"_s);
     m_panel->setFixedHeight(m_panel->sizeHint().height());
     m_panel->clear();
@@ -100,8 +98,7 @@ void MDIFormTop::setNotice(const QString& text) {
 }
 
 void MDIFormTop::showLine(const QString& line) {
-    m_panel->setText(line);
-    m_panel->setToolTip(line.toHtmlEscaped());
+    m_panel->setLine(line);
     QAccessibleEvent alert(m_panel, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
     if (m_statusLine.waitsForInput())

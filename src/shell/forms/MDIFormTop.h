@@ -15,8 +15,11 @@
 #include <functional>
 #include <optional>
 
-class QLabel;
 class QMenu;
+
+namespace velloria::desktop {
+class ElidedLabel;
+}
 
 namespace velloria::publish {
 struct UpdateCalls;
@@ -116,7 +119,7 @@ private:
     QHash<QString, QAction*> m_actions;
     QMenu* m_contentsPopUp = nullptr;
     QAction* m_restoreDraft = nullptr;
-    QLabel* m_panel = nullptr;
+    desktop::ElidedLabel* m_panel = nullptr;
     bool m_isClosing = false;
     StatusLine m_statusLine;
 };

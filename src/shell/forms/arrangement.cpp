@@ -73,11 +73,35 @@ struct StandardPlaces {
     desktop::WindowPlace browser;
 };
 
-StandardPlaces standardPlaces(const QSize& inner) {
+/// `calendar` is that window's own size, `editorWidth` what the editor needs. In a large font either may be more than
+/// its standard place has; the others make room.
+StandardPlaces standardPlaces(const QSize& inner, const QSize& calendar, int editorWidth) {
     const qint32 height = toTwips(inner.height());
     const qint32 width = toTwips(inner.width());
-    return {{kEditorTop, 0, std::max(0, height - kBelowEditor), kEditorWidth},
-            {0, kEditorWidth, height, std::max(0, width - kBesideBrowser)}};
+    const qint32 column = std::max({kEditorWidth, toTwips(calendar.width()), toTwips(editorWidth)});
+    const qint32 top = std::max(kEditorTop, toTwips(calendar.height()));
+    return {{top, 0, std::max(0, height - top - (kBelowEditor - kEditorTop)), column},
+            {0, column, height, std::max(0, width - column - (kBesideBrowser - kEditorWidth))}};
+}
+
+/// Equal shares of the room for all but those that may not be so wide or so narrow.
+QList<int> columnWidths(const QList<QMdiSubWindow*>& windows, int room) {
+    const int share = windows.isEmpty() ? 0 : room / int(windows.size());
+    QList<int> widths;
+    int equals = 0;
+    for (const QMdiSubWindow* window : windows) {
+        const int width = std::clamp(share, window->minimumWidth(), window->maximumWidth());
+        widths += width == share ? 0 : width;
+        room -= widths.last();
+        equals += width == share ? 1 : 0;
+    }
+    for (int& width : widths) {
+        if (width != 0)
+            continue;
+        width = std::max(0, room / equals--);
+        room -= width;
+    }
+    return widths;
 }
 
 } // namespace
@@ -97,12 +121,14 @@ void Arrangement::arrange(const desktop::WindowPlace& calendarPlace, const deskt
     auto& calendar = m_context.windows.get<editor::frmCalender>();
     auto& contents = m_context.windows.get<editor::frmContents>();
     auto& browser = m_context.windows.get<browser::frmBrowser>();
+    for (desktop::MdiChild* child : std::initializer_list<desktop::MdiChild*>{&browser, &contents, &calendar})
+        child->becomeNormal();
     const WithoutScrollBars filled(*m_context.mdi);
-    const StandardPlaces standard = standardPlaces(m_context.mdi->viewport()->size());
     const QRect area = m_context.mdi->viewport()->rect();
+    const StandardPlaces standard = standardPlaces(area.size(), calendar.ownSize(), contents.neededSize().width());
     browser.place(reachable(geometryOf(browserPlace, standard.browser), area));
     contents.place(reachable(geometryOf(editorPlace, standard.editor), area));
-    calendar.place(reachable({geometryOf(calendarPlace, {}).topLeft(), calendar.normalPlace().size()}, area));
+    calendar.place(reachable({geometryOf(calendarPlace, {}).topLeft(), calendar.ownSize()}, area));
     browser.showChild();
     contents.showChild();
     calendar.showChild();
@@ -131,13 +157,15 @@ void Arrangement::MnuVertical() {
                      [](const QMdiSubWindow* a, const QMdiSubWindow* b) { return a->x() < b->x(); });
     const WithoutScrollBars filled(*m_context.mdi);
     const QSize inner = m_context.mdi->viewport()->size();
+    for (QMdiSubWindow* window : visible) {
+        if (window->isMaximized())
+            window->showNormal();
+    }
+    const QList<int> widths = columnWidths(visible, inner.width());
     int left = 0;
     for (qsizetype i = 0; i < visible.size(); ++i) {
-        const int right = int(inner.width() * (i + 1) / visible.size());
-        if (visible[i]->isMaximized())
-            visible[i]->showNormal();
-        visible[i]->setGeometry(left, 0, right - left, inner.height());
-        left = right;
+        visible[i]->setGeometry(left, 0, widths[i], std::min(inner.height(), visible[i]->maximumHeight()));
+        left += widths[i];
     }
 }
 

@@ -1,6 +1,7 @@
 #include "site/forms/frmSaveLog.h"
 
 #include "core/keys.h"
+#include "desktop/line_box.h"
 #include "site/log_archive.h"
 #include "site/save_html.h"
 #include "ui_frmSaveLog.h"
@@ -15,6 +16,8 @@ frmSaveLog::frmSaveLog(desktop::Context& context)
     : ToolWindow(context, u"frmSaveLog"_s, Blocks::Nothing, core::keys::kLog)
     , ui(std::make_unique<Ui::frmSaveLog>()) {
     ui->setupUi(this);
+    desktop::keepShort(*ui->txtYear, 4);
+    desktop::keepShort(*ui->txtMonth, 2);
     const LogMonth month = monthToLog(m_context.clock.now().date());
     ui->txtYear->setText(month.year);
     ui->txtMonth->setText(month.month);
