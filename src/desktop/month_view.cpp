@@ -1,9 +1,11 @@
 #include "desktop/month_view.h"
 
 #include <QFocusEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <utility>
@@ -54,8 +56,21 @@ void MonthView::setValue(const QDate& value) {
     tell();
 }
 
-void MonthView::setMarkedDays(const QSet<QDate>& days) {
+void MonthView::setMarkedDays(const MarkedDays& days) {
     m_marked = days;
+    tell();
+    update();
+}
+
+bool MonthView::isPrivate(const QDate& day) const {
+    return m_marked.withEntries.contains(day) && !m_marked.withPublic.contains(day);
+}
+
+void MonthView::setToday(const QDate& today) {
+    if (today == m_today)
+        return;
+    m_today = today;
+    tell();
     update();
 }
 
@@ -115,25 +130,52 @@ void MonthView::paintEvent(QPaintEvent*) {
         painter.drawText(QRect(column * cell.width(), headHeight(), cell.width(), cell.height()), Qt::AlignCenter,
                          QString(kWeekdays[column]));
     painter.drawLine(0, headHeight() + cell.height() - 1, cell.width() * kColumns, headHeight() + cell.height() - 1);
-    for (int i = 0; i < kColumns * kWeeks; ++i) {
-        const QDate day = firstShown().addDays(i);
-        const QRect place = cellOf(day);
-        QFont dayFont = font();
-        dayFont.setBold(m_marked.contains(day));
-        painter.setFont(dayFont);
-        QPalette::ColorRole role = QPalette::Text;
-        if (day == m_value) {
-            painter.fillRect(place, palette().color(group, QPalette::Highlight));
-            role = QPalette::HighlightedText;
-        }
-        const bool isOtherMonth = day.month() != m_month.month() && role == QPalette::Text;
-        painter.setPen(palette().color(isOtherMonth ? QPalette::Disabled : group, role));
-        painter.drawText(place, Qt::AlignCenter, QString::number(day.day()));
-        if (day == m_highlight && hasFocus()) {
-            painter.setPen(QPen(palette().color(group, role), 1, Qt::DashLine));
-            painter.drawRect(place.adjusted(1, 1, -2, -2));
-        }
+    for (int i = 0; i < kColumns * kWeeks; ++i)
+        paintDay(painter, firstShown().addDays(i));
+}
+
+void MonthView::paintDay(QPainter& painter, const QDate& day) const {
+    const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    const QRect place = cellOf(day);
+    QFont dayFont = font();
+    dayFont.setBold(m_marked.withEntries.contains(day));
+    painter.setFont(dayFont);
+    QPalette::ColorRole role = QPalette::Text;
+    if (day == m_value) {
+        painter.fillRect(place, palette().color(group, QPalette::Highlight));
+        role = QPalette::HighlightedText;
     }
+    const bool isOtherMonth = day.month() != m_month.month() && role == QPalette::Text;
+    const QColor colour = palette().color(isOtherMonth ? QPalette::Disabled : group, role);
+    painter.setPen(colour);
+    const QString number = QString::number(day.day());
+    painter.drawText(place, Qt::AlignCenter, number);
+    if (isPrivate(day)) {
+        const QRect text = painter.fontMetrics().boundingRect(place, Qt::AlignCenter, number);
+        const int below = qMin(text.bottom(), place.bottom() - 2);
+        painter.setPen(QPen(colour, 2, Qt::DotLine));
+        painter.drawLine(text.left(), below, text.right(), below);
+    }
+    if (day == m_today) {
+        painter.setPen(QPen(palette().color(group, role), 1));
+        painter.drawRect(place.adjusted(1, 1, -2, -2));
+    }
+    if (day == m_highlight && hasFocus()) {
+        painter.setPen(QPen(palette().color(group, role), 1, Qt::DashLine));
+        painter.drawRect(place.adjusted(3, 3, -4, -4));
+    }
+}
+
+bool MonthView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto& help = static_cast<const QHelpEvent&>(*event);
+    const QDate day = dayAt(help.pos());
+    if (isPrivate(day))
+        QToolTip::showText(help.globalPos(), u"非公開"_s, this, cellOf(day));
+    else
+        QToolTip::hideText();
+    return true;
 }
 
 void MonthView::resizeEvent(QResizeEvent*) {
@@ -185,8 +227,14 @@ void MonthView::snapBack() {
 
 /// The highlighted day is what the view is called, so that it is read out as it moves.
 void MonthView::tell() {
-    const QString marked = m_marked.contains(m_highlight) ? u" 日記あり"_s : QString();
-    setAccessibleName(u"日付 %1%2"_s.arg(m_highlight.toString(u"yyyy/MM/dd"), marked));
+    QString name = u"日付 "_s + m_highlight.toString(u"yyyy/MM/dd");
+    if (m_highlight == m_today)
+        name += u" 今日"_s;
+    if (m_marked.withEntries.contains(m_highlight))
+        name += u" 日記あり"_s;
+    if (isPrivate(m_highlight))
+        name += u" 非公開"_s;
+    setAccessibleName(name);
 }
 
 void MonthView::mousePressEvent(QMouseEvent* event) {

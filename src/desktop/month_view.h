@@ -5,9 +5,16 @@
 #include <QSet>
 #include <QWidget>
 
+class QPainter;
 class QToolButton;
 
 namespace velloria::desktop {
+
+/// Days to be found at a glance: those with entries are bold, those whose entries are all private are dotted below too.
+struct MarkedDays {
+    QSet<QDate> withEntries;
+    QSet<QDate> withPublic; ///< of these, the ones with a public entry
+};
 
 /// Weeks begin on Sunday. Buttons and wheel turn the pages, arrow and page keys move a highlight: both pick nothing. A
 /// click, on a grey day of a neighbouring month too, and Enter pick the day, the one that is the value already
@@ -25,9 +32,13 @@ public:
     /// The first day of the month that is shown.
     QDate shownMonth() const { return m_month; }
 
-    /// The days to print bold.
-    void setMarkedDays(const QSet<QDate>& days);
-    const QSet<QDate>& markedDays() const { return m_marked; }
+    void setMarkedDays(const MarkedDays& days);
+    const MarkedDays& markedDays() const { return m_marked; }
+    bool isPrivate(const QDate& day) const;
+
+    /// The day with a frame, whichever one is the value.
+    void setToday(const QDate& today);
+    QDate today() const { return m_today; }
 
     /// Where a day of the page is drawn; an empty rectangle for one that is not on it.
     QRect cellOf(const QDate& day) const;
@@ -40,6 +51,7 @@ Q_SIGNALS:
     void monthShown(const QDate& firstDay);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -56,6 +68,7 @@ private:
     QDate dayAt(const QPoint& position) const;
     QSize cellSize() const;
     int headHeight() const;
+    void paintDay(QPainter& painter, const QDate& day) const;
     void showMonth(const QDate& day);
     void highlight(const QDate& day);
     void pick(const QDate& day);
@@ -68,7 +81,8 @@ private:
     QDate m_highlight;
     QDate m_month;
     QDate m_pressed;
-    QSet<QDate> m_marked;
+    QDate m_today;
+    MarkedDays m_marked;
     int m_wheel = 0; ///< eighths of a degree that make no page yet
 };
 

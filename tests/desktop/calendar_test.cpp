@@ -273,7 +273,7 @@ TEST_F(Calendar, AGreyDayOfTheNextMonthIsAClickAndTurnsThePage) {
 }
 
 TEST_F(Calendar, DaysWithEntriesAreMarkedAsTheyComeAndGo) {
-    const auto isMarked = [this](int day) { return month().markedDays().contains(QDate(2004, 5, day)); };
+    const auto isMarked = [this](int day) { return month().markedDays().withEntries.contains(QDate(2004, 5, day)); };
     clickDay(6);
     EXPECT_FALSE(isMarked(6));
     writeDay({u"他"_s}, u"2004/05/12"_s);
@@ -285,6 +285,34 @@ TEST_F(Calendar, DaysWithEntriesAreMarkedAsTheyComeAndGo) {
     answer(u"yes"_s);
     clickButton(u"Btn_Delete"_s);
     EXPECT_FALSE(isMarked(6));
+}
+
+TEST_F(Calendar, ADayIsPrivateWhileAllItsEntriesAre) {
+    store::Entry hidden;
+    hidden.day = kDay;
+    hidden.title = u"秘密"_s;
+    hidden.isPrivate = true;
+    diary().SaveEntry(hidden);
+    writeDay({u"公開"_s}, u"2004/05/07"_s);
+    clickDay(7);
+    EXPECT_TRUE(month().isPrivate({2004, 5, 6}));
+    EXPECT_FALSE(month().isPrivate({2004, 5, 7}));
+    EXPECT_FALSE(month().isPrivate({2004, 5, 8})) << "a day without entries is none";
+    clickDay(6);
+    pick(combo(u"ComboPrivate"_s), 0);
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_FALSE(month().isPrivate({2004, 5, 6})) << "a save is seen at once";
+    clickButton(u"Btn_New"_s);
+    keys(title(), u"two"_s);
+    pick(combo(u"ComboPrivate"_s), 1);
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_FALSE(month().isPrivate({2004, 5, 6})) << "one public entry is enough";
+}
+
+TEST_F(Calendar, TodayIsTheClocksDayAndNotTheChosenOne) {
+    clickDay(20);
+    EXPECT_EQ(month().today(), clock->now().date());
+    EXPECT_EQ(month().value(), QDate(2004, 5, 20));
 }
 
 TEST_F(Calendar, TheBlogIsTheStoredOneAndIsKept) {

@@ -26,7 +26,7 @@ protected:
         top().command(command)->trigger();
         settle();
     }
-    bool isMarked(const QDate& day) { return month().markedDays().contains(day); }
+    bool isMarked(const QDate& day) { return month().markedDays().withEntries.contains(day); }
 };
 
 TEST_F(Clipboard, ImportsWhatIsCopiedAndShowsThePreview) {

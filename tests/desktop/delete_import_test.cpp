@@ -78,7 +78,7 @@ TEST_F(DeleteImport, DeletesTheGroupAndRefreshesTheEditor) {
     EXPECT_EQ(caption(), u"2004/05/06分の日記[2/2]"_s);
     EXPECT_FALSE(genre.isEmpty());
     EXPECT_FALSE(contents().ChangeYesNo);
-    EXPECT_FALSE(month().markedDays().contains(QDate(2004, 5, 7)));
+    EXPECT_FALSE(month().markedDays().withEntries.contains(QDate(2004, 5, 7)));
 }
 
 TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
@@ -114,7 +114,7 @@ TEST_F(DeleteImport, WhenTheGenresCantBeMadeTheEntriesAreGoneAllTheSame) {
     clickDay(6);
     pick(combo(u"ComboNumber"_s), 1);
     EXPECT_EQ(title().text(), u"imported"_s);
-    EXPECT_TRUE(month().markedDays().contains(QDate(2004, 5, 7)));
+    EXPECT_TRUE(month().markedDays().withEntries.contains(QDate(2004, 5, 7)));
     open();
     groups().setCurrentText(u"2004/05/01 mt"_s);
     QFile::remove(session.DataPath + u"Genre.csv"_s);
@@ -127,7 +127,7 @@ TEST_F(DeleteImport, WhenTheGenresCantBeMadeTheEntriesAreGoneAllTheSame) {
     EXPECT_EQ(rows(), (QStringList{u"2own too"_s, u"1own"_s}));
     EXPECT_EQ(title().text(), u"own too"_s);
     EXPECT_EQ(caption(), u"2004/05/06分の日記[2/2]"_s);
-    EXPECT_FALSE(month().markedDays().contains(QDate(2004, 5, 7)));
+    EXPECT_FALSE(month().markedDays().withEntries.contains(QDate(2004, 5, 7)));
 }
 
 TEST_F(DeleteImport, ManyDaysAreToldOnceEachAndWithoutAnyLoss) {

@@ -173,12 +173,60 @@ TEST_F(Month, TheFirstAndTheLastMonthEndTheCalendar) {
     EXPECT_EQ(view.shownMonth(), QDate(1, 1, 1));
 }
 
-TEST_F(Month, MarkedDaysAreDrawnBold) {
+TEST_F(Month, DaysWithEntriesAndPrivateOnesLookDifferent) {
     view.resize(view.minimumSizeHint());
-    const auto drawn = [this] { return view.grab(view.cellOf({2004, 5, 20})).toImage(); };
-    const QImage plain = drawn();
-    view.setMarkedDays({QDate(2004, 5, 20)});
-    EXPECT_NE(drawn(), plain);
+    const QDate day(2004, 5, 20);
+    for (const QDate& value : {QDate(2004, 5, 6), day}) {
+        view.setValue(value);
+        const auto drawn = [&] { return view.grab(view.cellOf(day)).toImage(); };
+        view.setMarkedDays({});
+        const QImage plain = drawn();
+        view.setMarkedDays({{day}, {day}});
+        const QImage isPublic = drawn();
+        EXPECT_NE(isPublic, plain);
+        view.setMarkedDays({{day}, {}});
+        EXPECT_NE(drawn(), plain);
+        EXPECT_NE(drawn(), isPublic);
+    }
+}
+
+TEST_F(Month, TodayKeepsItsFrameWhicheverDayIsChosen) {
+    const QDate today(2004, 5, 20);
+    for (const QDate& value : {QDate(2004, 5, 6), today, QDate(2004, 6, 1)}) {
+        view.setToday({});
+        view.setValue(value);
+        view.setValue({2004, 5, value.day()});
+        if (value.month() == 6) // today on a neighbouring page
+            view.setValue(value);
+        const QDate seen = value.month() == 6 ? QDate(2004, 5, 31) : today;
+        const auto drawn = [&] { return view.grab(view.cellOf(seen)).toImage(); };
+        const QImage plain = drawn();
+        view.setToday(seen);
+        EXPECT_NE(drawn(), plain) << value.day();
+    }
+}
+
+TEST_F(Month, ThePrivateDayHasATip) {
+    view.setMarkedDays({{QDate(2004, 5, 20), QDate(2004, 5, 21)}, {QDate(2004, 5, 21)}});
+    const auto hover = [this](const QDate& day) {
+        const QPoint place = view.cellOf(day).center();
+        QHelpEvent event(QEvent::ToolTip, place, view.mapToGlobal(place));
+        QCoreApplication::sendEvent(&view, &event);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    };
+    EXPECT_EQ(hover({2004, 5, 20}), u"非公開"_s);
+    QToolTip::hideText();
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+    EXPECT_EQ(hover({2004, 5, 21}), u""_s);
+    EXPECT_EQ(hover({2004, 5, 22}), u""_s);
+}
+
+TEST_F(Month, WhatADayIsIsReadOut) {
+    view.setToday({2004, 5, 6});
+    view.setMarkedDays({{QDate(2004, 5, 6), QDate(2004, 5, 7)}, {QDate(2004, 5, 7)}});
+    EXPECT_EQ(view.accessibleName(), u"日付 2004/05/06 今日 日記あり 非公開"_s);
+    QTest::keyClick(&view, Qt::Key_Right);
+    EXPECT_EQ(view.accessibleName(), u"日付 2004/05/07 日記あり"_s);
 }
 
 } // namespace

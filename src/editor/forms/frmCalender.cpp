@@ -14,6 +14,16 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
 
+namespace {
+
+QSet<QDate> datesOf(const QStringList& days) {
+    QSet<QDate> dates;
+    for (const QString& day : days)
+        dates.insert(QDate::fromString(day, u"yyyy/MM/dd"));
+    return dates;
+}
+
+} // namespace
 frmCalender::frmCalender(desktop::Context& context)
     : MdiChild(context, u"frmCalender"_s)
     , ui(std::make_unique<Ui::frmCalender>()) {
@@ -133,17 +143,18 @@ void frmCalender::showDay(const QDate& day) {
 }
 
 void frmCalender::markDays() {
-    QSet<QDate> days;
+    desktop::MarkedDays days;
     const QDate first = ui->Calender->shownMonth();
     const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
     try {
         // Days of the neighbouring months are on the page as well.
         for (const QDate& month : {first.addMonths(-1), first, first.addMonths(1)}) {
-            for (const QString& day : store.DaysOfMonth(core::monthOf(core::dayKey(month))))
-                days.insert(QDate::fromString(day, u"yyyy/MM/dd"));
+            const QString key = core::monthOf(core::dayKey(month));
+            days.withEntries |= datesOf(store.DaysOfMonth(key));
+            days.withPublic |= datesOf(store.PublicDaysOfMonth(key));
         }
     } catch (const platform::Failure&) {
-        days.clear(); // turning a page is no occasion for a box
+        days = {}; // turning a page is no occasion for a box
     }
     ui->Calender->setMarkedDays(days);
 }
@@ -151,5 +162,6 @@ void frmCalender::markDays() {
 void frmCalender::tellBlogNotYetThere() {
     m_context.desk.status(u"ブログへの「%1」はまだ使えません。"_s.arg(ui->cmbBlogAction->currentText()));
 }
+    ui->Calender->setToday(m_context.clock.now().date());
 
 } // namespace velloria::editor

@@ -3,6 +3,8 @@
 
 #include "desktop/mdi_child.h"
 
+#include <QTimer>
+
 #include <memory>
 
 namespace Ui {
@@ -44,6 +46,7 @@ protected:
     void tellBlogNotYetThere();
 
     std::unique_ptr<Ui::frmCalender> ui;
+    QTimer m_minute; ///< midnight comes while nobody is there
 };
 
 } // namespace velloria::editor

@@ -154,11 +154,6 @@ void frmContents::prepareControls() {
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
-void frmContents::fillLists() {
-    ui->ComboWeather->addItems({u"-"_s, u"晴"_s, u"曇"_s, u"雨"_s, u"雪"_s, u"雷"_s});
-    ui->ComboPrivate->addItems({u"公開"_s, u"非公開"_s});
-    for (const Tag& tag : tags())
-        ui->ComboTag->addItem(tag.text.toString());
 /// All of the tabs' words, which can do with less.
 QSize frmContents::neededContents() const {
     const QMargins margins = ui->rows->contentsMargins();
@@ -171,6 +166,13 @@ QSize frmContents::neededContents() const {
 
 void frmContents::connectControls() {
     connect(ui->txtTitle, &desktop::LineBox::changed, this, &frmContents::controlChanged);
+void frmContents::fillLists() {
+    ui->ComboWeather->addItems({u"-"_s, u"晴"_s, u"曇"_s, u"雨"_s, u"雪"_s, u"雷"_s});
+    ui->ComboPrivate->addItems({u"公開"_s, u"非公開"_s});
+    for (const Tag& tag : tags())
+        ui->ComboTag->addItem(tag.text.toString());
+    ui->ComboTag->setItemData(kLineBreakTag, u"Shift+Enter"_s, Qt::ToolTipRole);
+    ui->ComboTag->setItemData(kParagraphTag, u"Ctrl+Enter"_s, Qt::ToolTipRole);
     connect(ui->txtTitle, &desktop::LineBox::focused, this, [this] { setInsertable(false); });
     connect(static_cast<desktop::LineBox*>(ui->ComboGenre->lineEdit()), &desktop::LineBox::changed, this,
             &frmContents::controlChanged);
