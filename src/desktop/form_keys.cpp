@@ -2,6 +2,9 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
+
+using namespace Qt::StringLiterals;
 
 namespace velloria::desktop {
 
@@ -34,6 +37,10 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     return false;
+}
+
+QString tipWithKeys(const QString& tip, const QString& keys) {
+    return u"%1 (%2)"_s.arg(tip, QKeySequence(keys).toString(QKeySequence::NativeText));
 }
 
 } // namespace velloria::desktop

@@ -33,4 +33,7 @@ private:
     std::vector<Key> m_keys;
 };
 
+/// A tip with the keys behind it that do the same.
+QString tipWithKeys(const QString& tip, const QString& keys);
+
 } // namespace velloria::desktop

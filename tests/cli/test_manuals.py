@@ -144,7 +144,7 @@ class Words(unittest.TestCase):
     def test_a_key_beside_a_command_is_the_one_of_the_menu(self):
         start = (SRC / "shell" / "forms" / "main_window_start.cpp").read_text(encoding="utf-8")
         shortcuts = {self.menu.captions[command]: combination for command, combination in
-                     re.findall(r'command\(u"(\w+)"_s\)->setShortcut\(QKeySequence\(u"(.+?)"_s\)\)', start)}
+                     re.findall(r'command\(u"(\w+)"_s\)->setShortcuts?\(\{?QKeySequence\(u"(.+?)"_s\)', start)}
         self.assertTrue(shortcuts)
         command, key = r'<b class="menu">([^<]*)</b>', r"<kbd>([^<]*)</kbd>"
         for name in MANUALS:

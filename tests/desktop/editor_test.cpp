@@ -38,13 +38,18 @@ TEST_F(Editor, BeginsWithoutADayAndTakesNothing) {
 }
 
 TEST_F(Editor, HasTheFixedTipsTabsAndItems) {
-    const QMap<QString, QString> tips{{u"SaveToMDBOnly"_s, u"日記を保存します"_s},
-                                      {u"SaveToMDB"_s, u"日記を保存してローカルブラウザを更新します"_s},
+    const QMap<QString, QString> tips{{u"SaveToMDBOnly"_s, u"日記を保存します (Ctrl+U)"_s},
+                                      {u"SaveToMDB"_s, u"日記を保存してローカルブラウザを更新します (Ctrl+P)"_s},
                                       {u"InsertURL"_s, u"BrowserのURLを挿入します"_s},
                                       {u"InsertImg"_s, u"イメージを挿入します"_s},
                                       {u"InsertTag"_s, u"右で選んだHTMLタグを挿入できます"_s}};
     for (auto tip = tips.begin(); tip != tips.end(); ++tip)
         EXPECT_EQ(tool(tip.key()).toolTip(), tip.value());
+    EXPECT_EQ(tool(u"SaveToMDBOnly"_s).accessibleName(), u"日記を保存します"_s);
+    EXPECT_EQ(tabs().tabToolTip(0), u"内容 Content (Ctrl+1)"_s);
+    EXPECT_EQ(tabs().tabToolTip(2), u"概要 Excerpt (Ctrl+3)"_s);
+    EXPECT_EQ(combo(u"ComboTag"_s).itemData(0, Qt::ToolTipRole), u"Shift+Enter"_s);
+    EXPECT_EQ(combo(u"ComboTag"_s).itemData(1, Qt::ToolTipRole), u"Ctrl+Enter"_s);
     EXPECT_EQ(tabs().tabText(0), u"内容 Content"_s);
     EXPECT_EQ(tabs().tabText(1), u"追記 Extend"_s);
     EXPECT_EQ(tabs().tabText(2), u"概要 Excerpt"_s);

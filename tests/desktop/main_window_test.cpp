@@ -246,6 +246,40 @@ TEST_F(MainWindow, ANoticeOutlastsWhatTheBrowserTells) {
     EXPECT_EQ(shown.text(), u"Webページ表示完了！"_s);
 }
 
+TEST_F(MainWindow, ALongStatusEndsInDotsAndIsItsTip) {
+    showTop();
+    auto& shown = control<QLabel>(top(), u"StatusPanel1"_s);
+    const auto drawn = [&](const QString& text) {
+        top().setStatus(text);
+        return shown.grab().toImage();
+    };
+    const QImage whole = drawn(u"短い"_s);
+    EXPECT_EQ(shown.toolTip(), u"短い"_s);
+    const QString text(2000, u'あ');
+    const qsizetype fitting = shown.fontMetrics().elidedText(text, Qt::ElideRight, shown.width()).size();
+    EXPECT_EQ(drawn(text), drawn(QString(fitting - 1, u'あ') + u'…'));
+    EXPECT_NE(drawn(text), whole);
+    top().setStatus(u"<b>"_s);
+    EXPECT_EQ(shown.toolTip(), u"&lt;b&gt;"_s);
+}
+
+TEST_F(MainWindow, ShowsItsKeysBehindTheCaptions) {
+    const std::pair<QString, QString> keys[] = {{u"MnuSaveDiary"_s, u"Ctrl+U"_s}, {u"MnuFindDiary"_s, u"Ctrl+F"_s},
+                                                {u"MnuAddDiary"_s, u"Ctrl+N"_s},  {u"mnuUndo"_s, u"Ctrl+Z"_s},
+                                                {u"mnuRedo"_s, u"Ctrl+Y"_s},      {u"mnuCopy"_s, u"Ctrl+C"_s},
+                                                {u"mnuCut"_s, u"Ctrl+X"_s},       {u"mnuPaste"_s, u"Ctrl+V"_s}};
+    for (const QString& language : {u"Japanese"_s, u"English"_s}) {
+        setLanguage(language);
+        for (const auto& [name, shortcut] : keys) {
+            EXPECT_EQ(top().command(name)->shortcut().toString(), shortcut) << name.toStdString();
+            EXPECT_FALSE(caption(name).contains(u'\t')) << name.toStdString();
+        }
+    }
+    EXPECT_TRUE(top().command(u"mnuUndo"_s)->isShortcutVisibleInContextMenu());
+    const auto& find = control<QPushButton>(context.windows.get<editor::frmCalender>(), u"Btn_Find"_s);
+    EXPECT_EQ(find.toolTip(), u"日記を検索します (Ctrl+F)"_s);
+}
+
 TEST_F(MainWindow, TakesItsShortcutsFromEveryWindow) {
     showTop();
     context.windows.get<editor::frmCalender>().showChild();

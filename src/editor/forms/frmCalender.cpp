@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "desktop/command.h"
+#include "desktop/form_keys.h"
 #include "editor/forms/frmContents.h"
 #include "editor/forms/frmFind.h"
 #include "platform/directory.h"
@@ -13,7 +14,6 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
-
 namespace {
 
 QSet<QDate> datesOf(const QStringList& days) {
@@ -24,6 +24,7 @@ QSet<QDate> datesOf(const QStringList& days) {
 }
 
 } // namespace
+
 frmCalender::frmCalender(desktop::Context& context)
     : MdiChild(context, u"frmCalender"_s)
     , ui(std::make_unique<Ui::frmCalender>()) {
@@ -45,6 +46,11 @@ frmCalender::frmCalender(desktop::Context& context)
     connect(ui->Calender, &desktop::MonthView::dateClicked, this,
             [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
     connect(ui->Calender, &desktop::MonthView::monthShown, this, &frmCalender::markDays);
+    constexpr int kMinuteMs = 60'000;
+    connect(&m_minute, &QTimer::timeout, this, [this] { ui->Calender->setToday(m_context.clock.now().date()); });
+    m_minute.start(kMinuteMs);
+    ui->Btn_New->setToolTip(desktop::tipWithKeys(ui->Btn_New->toolTip(), u"Ctrl+N"_s));
+    ui->Btn_Find->setToolTip(desktop::tipWithKeys(ui->Btn_Find->toolTip(), u"Ctrl+F"_s));
     markDays();
 }
 
@@ -55,22 +61,6 @@ frmCalender::~frmCalender() {
         core::WriteIni(m_context.session.DiaryIniFile, core::keys::kSelectedBlog, ui->cmbBlog->currentText());
 }
 
-void frmCalender::fillBlogs() {
-    constexpr int kExtension = 4; // ".ini"
-    for (const QString& name : platform::listFolder(m_context.session.DataPath + u"BlogTemplate/"_s, u"*.ini"_s))
-        ui->cmbBlog->addItem(name.chopped(kExtension));
-    const core::Key& key = core::keys::kSelectedBlog;
-    const QString selected = core::ReadIniDef(m_context.session.DiaryIniFile, key.section, key.name, u"mixi"_s);
-    ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
-    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
-}
-
-void frmCalender::Calender_DateClick(const QDate& date) {
-    m_context.windows.get<frmContents>().openDay(core::dayKey(date));
-}
-
-void frmCalender::Btn_New_Click() {
-    if (m_context.session.EnterDay.isEmpty()) {
 QSize frmCalender::ownSize() const {
     // The editor's standard place begins right below and is as wide.
     constexpr QSize kUsualSize(279, 214);
@@ -94,6 +84,22 @@ void frmCalender::changeEvent(QEvent* event) {
         QMetaObject::invokeMethod(this, &frmCalender::fitToFont, Qt::QueuedConnection);
 }
 
+void frmCalender::fillBlogs() {
+    constexpr int kExtension = 4; // ".ini"
+    for (const QString& name : platform::listFolder(m_context.session.DataPath + u"BlogTemplate/"_s, u"*.ini"_s))
+        ui->cmbBlog->addItem(name.chopped(kExtension));
+    const core::Key& key = core::keys::kSelectedBlog;
+    const QString selected = core::ReadIniDef(m_context.session.DiaryIniFile, key.section, key.name, u"mixi"_s);
+    ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
+}
+
+void frmCalender::Calender_DateClick(const QDate& date) {
+    m_context.windows.get<frmContents>().openDay(core::dayKey(date));
+}
+
+void frmCalender::Btn_New_Click() {
+    if (m_context.session.EnterDay.isEmpty()) {
         m_context.desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
         return;
     }
@@ -156,12 +162,12 @@ void frmCalender::markDays() {
     } catch (const platform::Failure&) {
         days = {}; // turning a page is no occasion for a box
     }
+    ui->Calender->setToday(m_context.clock.now().date());
     ui->Calender->setMarkedDays(days);
 }
 
 void frmCalender::tellBlogNotYetThere() {
     m_context.desk.status(u"ブログへの「%1」はまだ使えません。"_s.arg(ui->cmbBlogAction->currentText()));
 }
-    ui->Calender->setToday(m_context.clock.now().date());
 
 } // namespace velloria::editor

@@ -26,23 +26,23 @@ public:
     void Btn_Delete_Click();
     void Btn_Find_Click();
 
-    /// Sets the calendar's value; loads nothing.
-    void showDay(const QDate& day);
     /// The size that it comes up with: what the editor's standard place leaves above it, or more in a large font.
     QSize ownSize() const;
 
+    /// Sets the calendar's value; loads nothing.
+    void showDay(const QDate& day);
 
     /// Reads anew which days of the shown month have entries. A diary that can't be read marks none.
     void markDays();
 
-private:
-    void fillBlogs();
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
-    void previewDeletion();
+private:
     void fitToFont();
+    void fillBlogs();
+    void previewDeletion();
     void tellBlogNotYetThere();
 
     std::unique_ptr<Ui::frmCalender> ui;

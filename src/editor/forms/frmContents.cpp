@@ -102,9 +102,9 @@ void frmContents::makeToolBar() {
     bar->setIconSize({18, 18});
     bar->layout()->setContentsMargins(0, 0, 0, 0);
     ui->toolRow->insertWidget(0, bar);
-    m_save = addTool(u"SaveToMDBOnly"_s, desktop::IconName::Save, u"日記を保存します"_s);
-    m_saveAndPreview =
-        addTool(u"SaveToMDB"_s, desktop::IconName::SaveAndPreview, u"日記を保存してローカルブラウザを更新します"_s);
+    m_save = addTool(u"SaveToMDBOnly"_s, desktop::IconName::Save, u"日記を保存します"_s, u"Ctrl+U"_s);
+    m_saveAndPreview = addTool(u"SaveToMDB"_s, desktop::IconName::SaveAndPreview,
+                               u"日記を保存してローカルブラウザを更新します"_s, u"Ctrl+P"_s);
     bar->addSeparator();
     m_insert[0] = addTool(u"InsertURL"_s, desktop::IconName::InsertUrl, u"BrowserのURLを挿入します"_s);
     m_insert[1] = addTool(u"InsertImg"_s, desktop::IconName::InsertImage, u"イメージを挿入します"_s);
@@ -112,11 +112,11 @@ void frmContents::makeToolBar() {
     bar->setMinimumWidth(bar->sizeHint().width()); // the list beside it gives way first
 }
 
-QToolButton* frmContents::addTool(const QString& key, desktop::IconName icon, const QString& tip) {
+QToolButton* frmContents::addTool(const QString& key, desktop::IconName icon, const QString& tip, const QString& keys) {
     auto* button = new QToolButton;
     button->setObjectName(key);
     button->setIcon(desktop::icon(icon, palette()));
-    button->setToolTip(tip);
+    button->setToolTip(keys.isEmpty() ? tip : desktop::tipWithKeys(tip, keys));
     button->setAccessibleName(tip);
     button->setAutoRaise(true);
     // The pane that a tool works on keeps the focus when the mouse is used.
@@ -142,6 +142,11 @@ void frmContents::prepareControls() {
     narrow->setParent(tabs);
     tabs->setStyle(narrow);
     tabs->installEventFilter(new NoWheel(this));
+    // In a narrow window each tab keeps its beginning.
+    tabs->setElideMode(Qt::ElideRight);
+    tabs->setUsesScrollButtons(false);
+    for (int i = 0; i < tabs->count(); ++i)
+        tabs->setTabToolTip(i, desktop::tipWithKeys(tabs->tabText(i), u"Ctrl+%1"_s.arg(i + 1)));
     const QList<QWidget*> order{ui->txtTitle,     ui->picPrevDiaryExist,
                                 ui->ComboGenre,   ui->ComboWeather,
                                 ui->ComboPrivate, ui->ComboNumber,
@@ -161,11 +166,6 @@ QSize frmContents::neededContents() const {
     return MdiChild::neededContents().expandedTo({tabs, 0});
 }
 
-    readGenreList();
-}
-
-void frmContents::connectControls() {
-    connect(ui->txtTitle, &desktop::LineBox::changed, this, &frmContents::controlChanged);
 void frmContents::fillLists() {
     ui->ComboWeather->addItems({u"-"_s, u"晴"_s, u"曇"_s, u"雨"_s, u"雪"_s, u"雷"_s});
     ui->ComboPrivate->addItems({u"公開"_s, u"非公開"_s});
@@ -173,6 +173,11 @@ void frmContents::fillLists() {
         ui->ComboTag->addItem(tag.text.toString());
     ui->ComboTag->setItemData(kLineBreakTag, u"Shift+Enter"_s, Qt::ToolTipRole);
     ui->ComboTag->setItemData(kParagraphTag, u"Ctrl+Enter"_s, Qt::ToolTipRole);
+    readGenreList();
+}
+
+void frmContents::connectControls() {
+    connect(ui->txtTitle, &desktop::LineBox::changed, this, &frmContents::controlChanged);
     connect(ui->txtTitle, &desktop::LineBox::focused, this, [this] { setInsertable(false); });
     connect(static_cast<desktop::LineBox*>(ui->ComboGenre->lineEdit()), &desktop::LineBox::changed, this,
             &frmContents::controlChanged);

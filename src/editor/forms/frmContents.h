@@ -120,7 +120,7 @@ private:
 
     // The window and its controls: frmContents.cpp
     void makeToolBar();
-    QToolButton* addTool(const QString& key, desktop::IconName icon, const QString& tip);
+    QToolButton* addTool(const QString& key, desktop::IconName icon, const QString& tip, const QString& keys = {});
     void prepareControls();
     void fillLists();
     void connectControls();

@@ -133,10 +133,20 @@ void MDIFormTop::hideCommands(const QStringList& names) {
 
 void MDIFormTop::addShortcuts() {
     command(u"MnuAddDiary"_s)->setShortcut(QKeySequence(u"Ctrl+N"_s));
-    command(u"MnuSaveDiary"_s)->setShortcut(QKeySequence(u"Ctrl+S"_s));
+    command(u"MnuSaveDiary"_s)->setShortcuts({QKeySequence(u"Ctrl+U"_s), QKeySequence(u"Ctrl+S"_s)});
     command(u"MnuFindDiary"_s)->setShortcut(QKeySequence(u"Ctrl+F"_s));
     command(u"MnuExit"_s)->setShortcut(QKeySequence(u"Ctrl+Q"_s));
     command(u"MnuManual"_s)->setShortcut(QKeySequence(u"F1"_s));
+    // The panes have these keys themselves. Here they stand behind the captions alone: a menu that hangs on no bar
+    // takes no keys.
+    for (const auto& [name, keys] : {std::pair{"mnuUndo"_L1, "Ctrl+Z"_L1},
+                                     {"mnuRedo"_L1, "Ctrl+Y"_L1},
+                                     {"mnuCopy"_L1, "Ctrl+C"_L1},
+                                     {"mnuCut"_L1, "Ctrl+X"_L1},
+                                     {"mnuPaste"_L1, "Ctrl+V"_L1}}) {
+        command(name)->setShortcut(QKeySequence(QString(keys)));
+        command(name)->setShortcutVisibleInContextMenu(true);
+    }
     const auto add = [this](const QString& keys, auto action) {
         connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this,
                 [this, action] { desktop::runCommand(m_context.desk, action); });
