@@ -18,7 +18,10 @@ bool CurlInternet::connectFtp(const FtpLogin& login) {
     closeFtp();
     if (!m_isOpen)
         return fail(kWrongHandle);
-    m_ftp = std::make_unique<FtpConnection>(m_keepGoing);
+    m_ftp = std::make_unique<FtpConnection>(m_keepGoing, FtpTrace([this](const QString& line) {
+                                                if (m_trace)
+                                                    m_trace(line);
+                                            }));
     return onFtp([&](FtpConnection& ftp) { return ftp.open(login); });
 }
 
@@ -53,6 +56,7 @@ bool CurlInternet::openUrl(const QString& url) {
     m_http = std::make_unique<HttpReader>(m_keepGoing);
     const bool isOpen = m_http->open(url);
     m_lastError = m_http->lastError();
+    m_lastDetail = m_http->lastDetail();
     return isOpen;
 }
 
@@ -63,6 +67,7 @@ QByteArray CurlInternet::readUrl() {
     }
     const QByteArray block = m_http->read();
     m_lastError = m_http->lastError();
+    m_lastDetail = m_http->lastDetail();
     return block;
 }
 
@@ -89,6 +94,7 @@ QString CurlInternet::lastResponse() const {
 
 bool CurlInternet::fail(int number) {
     m_lastError = number;
+    m_lastDetail.clear();
     return false;
 }
 
@@ -98,6 +104,7 @@ bool CurlInternet::onFtp(Operation operation) {
         return fail(kWrongHandle);
     const bool isDone = operation(*m_ftp);
     m_lastError = m_ftp->lastError();
+    m_lastDetail = m_ftp->lastDetail();
     return isDone;
 }
 

@@ -31,6 +31,8 @@ public:
 
     int lastError() const override { return m_lastError; }
     QString lastResponse() const override;
+    QString lastDetail() const override { return m_lastDetail; }
+    void traceTo(Trace trace) override { m_trace = std::move(trace); }
 
 private:
     bool fail(int number);
@@ -38,10 +40,12 @@ private:
     bool onFtp(Operation operation);
 
     KeepGoing m_keepGoing;
+    Trace m_trace;
     bool m_isOpen = false;
     std::unique_ptr<FtpConnection> m_ftp;
     std::unique_ptr<HttpReader> m_http;
     QString m_lastResponse; ///< of a connection that is closed
+    QString m_lastDetail;
     int m_lastError = 0;
 };
 

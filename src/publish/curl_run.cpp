@@ -37,6 +37,8 @@ CurlRun::~CurlRun() {
 
 CURL* CurlRun::prepare() {
     curl_easy_reset(m_easy);
+    m_words[0] = '\0';
+    curl_easy_setopt(m_easy, CURLOPT_ERRORBUFFER, m_words.data());
     curl_easy_setopt(m_easy, CURLOPT_CONNECTTIMEOUT_MS, kConnectTimeoutMs);
     // No bound on the whole: a big picture on a slow line takes its time, as long as something moves.
     curl_easy_setopt(m_easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -101,6 +103,12 @@ void CurlRun::step() {
         m_result = CURLE_ABORTED_BY_CALLBACK;
     }
     throwWhatWasCaught();
+}
+
+long CurlRun::verification() const {
+    long found = 0;
+    curl_easy_getinfo(m_easy, CURLINFO_SSL_VERIFYRESULT, &found);
+    return found;
 }
 
 void CurlRun::stop() {

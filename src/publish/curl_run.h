@@ -3,9 +3,11 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QString>
 
 #include <curl/curl.h>
 
+#include <array>
 #include <exception>
 #include <functional>
 
@@ -38,6 +40,10 @@ public:
     /// Moves the transfer on, waiting a moment for the server when there is nothing to do.
     void step();
     CURLcode result() const { return m_result; }
+    /// The library's words for a failure, "" when it has none.
+    QString words() const { return QString::fromUtf8(m_words.data()).simplified(); }
+    /// What the encryption's library has found about the server's certificate; 0 is good.
+    long verification() const;
     /// Ends the transfer where it is, if it runs.
     void stop();
 
@@ -54,6 +60,7 @@ private:
     std::exception_ptr m_caught; ///< what the caller's function has thrown: nothing may fly through the library
     int m_idleMs = 0;            ///< how long the next wait for the server may take
     CURLcode m_result = CURLE_OK;
+    std::array<char, CURL_ERROR_SIZE> m_words{};
 };
 
 } // namespace velloria::publish

@@ -141,7 +141,7 @@ void DownloadHttp::showWindow(const QString& text) {
 
 void DownloadHttp::takeNetworkError() {
     if (m_session.lastError() != 0)
-        m_networkError = InternetErrorText(m_session);
+        m_networkError = failureReason(m_session);
 }
 
 void DownloadHttp::stopIfEnding() const {

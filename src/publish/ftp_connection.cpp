@@ -3,6 +3,7 @@
 #include "publish/ftp_wire.h"
 #include "publish/internet_number.h"
 #include "publish/proxy.h"
+#include "publish/tls_fault.h"
 #include "publish/upload_source.h"
 
 #include <QUrl>
@@ -25,6 +26,7 @@ namespace {
 
 constexpr long kNeverTooOld = 86400; // seconds: a question to the user may stand open between two commands
 constexpr int kControlPort = 21;
+const QString kClearFiles = u"サーバーはログインを暗号化しましたが、ファイルを暗号化しません。"_s;
 
 using CurlList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
@@ -53,8 +55,9 @@ size_t swallow(char*, size_t size, size_t count, void*) {
 
 } // namespace
 
-FtpConnection::FtpConnection(KeepGoing keepGoing)
-    : m_run(std::move(keepGoing)) {}
+FtpConnection::FtpConnection(KeepGoing keepGoing, FtpTrace trace)
+    : m_run(std::move(keepGoing))
+    , m_trace(std::move(trace)) {}
 
 FtpConnection::~FtpConnection() {
     close();
@@ -81,17 +84,21 @@ bool FtpConnection::open(const FtpLogin& login) {
     m_isPassive = login.isPassive;
     m_tls = login.tls;
     m_proxy = *proxyFor(QUrl(u"ftp://%1/"_s.arg(QString::fromLatin1(m_host))));
+    m_trace.hide(login.password);
+    m_trace.hide(QUrl(QString::fromUtf8(m_proxy)).password());
     // Behind the login, whatever the server makes of this command.
     const bool isWelcome = command("NOOP") || m_replies.codeOf("NOOP") >= 500;
     const int number = m_lastError;
+    const QString detail = m_detail;
     m_isOpen = m_replies.codeOf("NOOP") != 0;
     // In active mode the library would send the files of an encrypted connection in clear.
     m_isPassive = m_isPassive || m_replies.codeOf("AUTH") / 100 == 2;
     if (!isWelcome) {
         close();
-        return fail(number);
+        return fail(number, detail);
     }
     m_lastError = 0;
+    m_detail = m_replies.codeOf("PROT") / 100 > 2 ? kClearFiles : QString();
     return true;
 }
 
@@ -181,15 +188,33 @@ bool FtpConnection::run() {
     if (m_isLost)
         return fail(kConnectionAborted);
     m_lastError = 0;
+    m_detail.clear();
     const CURLcode result = m_run.perform();
     m_isLost = m_isLost || (m_isOpen && endsConnection(result, m_replies.lastCode()));
     if (m_isLost)
         return fail(kConnectionAborted);
-    return result == CURLE_OK || fail(internetNumber(result, m_replies.lastCode()));
+    return result == CURLE_OK || failed(result);
 }
 
-bool FtpConnection::fail(int number) {
+bool FtpConnection::failed(CURLcode result) {
+    const bool isAgreed = m_replies.codeOf("AUTH") / 100 == 2;
+    if (result == CURLE_USE_SSL_FAILED)
+        return fail(kNotSecure, (isAgreed ? kClearFiles : u"サーバーは暗号化に応じません。"_s) + u' ' + lastReply());
+    const std::optional<TlsFault> fault =
+        m_replies.lastCode() < 400 ? tlsFault(m_run, QString::fromLatin1(m_host)) : std::nullopt;
+    // A server that forgets the encryption of a file takes our greeting for its first bytes, and waits for more.
+    const bool isSilent = result == CURLE_OPERATION_TIMEDOUT && m_run.words().contains(u"SSL"_s);
+    if (m_isOpen && m_tls != Tls::Off && (isSilent || (fault && result == CURLE_SSL_CONNECT_ERROR)))
+        return fail(kNotSecure, u"サーバーはログインを暗号化しましたが、ファイルを暗号化する約束を守りません。"_s);
+    if (fault)
+        return fail(fault->number, fault->text);
+    const int number = internetNumber(result, m_replies.lastCode());
+    return fail(number, number == kLoginFailure ? lastReply() : QString());
+}
+
+bool FtpConnection::fail(int number, const QString& detail) {
     m_lastError = number;
+    m_detail = number == kExtendedError && m_replies.isTooLong() ? lastReply() : detail;
     return false;
 }
 
@@ -209,11 +234,18 @@ bool FtpConnection::command(const QByteArray& line) {
 
 int FtpConnection::traced(CURL*, curl_infotype type, char* data, size_t size, void* self) {
     FtpReplies& replies = static_cast<FtpConnection*>(self)->m_replies;
+    const FtpTrace& trace = static_cast<FtpConnection*>(self)->m_trace;
+    const QByteArrayView bytes(data, qsizetype(size));
     try {
-        if (type == CURLINFO_HEADER_OUT)
-            replies.sent({data, qsizetype(size)});
-        else if (type == CURLINFO_HEADER_IN)
-            replies.received({data, qsizetype(size)});
+        if (type == CURLINFO_HEADER_OUT) {
+            replies.sent(bytes);
+            trace.sent(bytes);
+        } else if (type == CURLINFO_HEADER_IN) {
+            replies.received(bytes);
+            trace.received(bytes);
+        } else if (type == CURLINFO_TEXT) {
+            trace.remarked(bytes);
+        }
     } catch (const std::bad_alloc&) { // may not fly through the library; a command without an answer has failed
     }
     return 0;

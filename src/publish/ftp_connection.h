@@ -15,7 +15,7 @@ namespace velloria::publish {
 /// that holds a line end or NUL, is refused before anything is sent.
 class FtpConnection {
 public:
-    explicit FtpConnection(KeepGoing keepGoing);
+    FtpConnection(KeepGoing keepGoing, FtpTrace trace);
     ~FtpConnection();
 
     /// Each is true when it went well and leaves its number in `lastError` when not; see Internet.
@@ -31,6 +31,7 @@ public:
 
     int lastError() const { return m_lastError; }
     QString lastResponse() const { return m_replies.lastText(); }
+    QString lastDetail() const { return m_detail; }
 
 private:
     struct UrlCleanup {
@@ -39,7 +40,9 @@ private:
 
     CURL* prepare(const QByteArray& name);
     bool run();
-    bool fail(int number);
+    bool fail(int number, const QString& detail = {});
+    bool failed(CURLcode result);
+    QString lastReply() const { return m_trace.shown(m_replies.last()); }
     bool namedCommand(const char* verb, const QString& name);
     bool command(const QByteArray& line);
     bool succeeded() const { return m_replies.lastCode() / 100 == 2; }
@@ -54,6 +57,7 @@ private:
     CurlRun m_run;
     std::unique_ptr<CURLU, UrlCleanup> m_url; ///< of the operation in hand
     FtpReplies m_replies;
+    FtpTrace m_trace;
     QByteArray m_host; ///< as the name service takes it
     QByteArray m_user;
     QByteArray m_password;
@@ -64,6 +68,7 @@ private:
     bool m_isLost = false;
     std::optional<bool> m_knowsFacts; ///< whether the server has MLST
     int m_lastError = 0;
+    QString m_detail; ///< of the last error
 };
 
 } // namespace velloria::publish

@@ -47,10 +47,11 @@ private:
         }
     }
     void endLine() {
-        if (!m_line.isEmpty() && !m_line.startsWith("total ")) {
-            m_isFound = m_isFound || m_name.isEmpty() || m_line == m_name || m_line.endsWith(" " + m_name) ||
-                        m_line.contains(" " + m_name + " -> ");
-        }
+        // What a link leads to is not its name.
+        const qsizetype arrow = m_line.startsWith('l') ? m_line.indexOf(" -> ") : -1;
+        const QByteArray line = arrow < 0 ? m_line : m_line.first(arrow);
+        if (!line.isEmpty() && !line.startsWith("total "))
+            m_isFound = m_isFound || m_name.isEmpty() || line == m_name || line.endsWith(" " + m_name);
         m_line.truncate(0); // keeps its memory: a listing may have any number of lines
     }
 

@@ -1,5 +1,7 @@
 #include "publish/ftp_folders.h"
 
+#include "publish/network_error.h"
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::publish {
@@ -17,14 +19,11 @@ bool FtpFolders::CheckFTPFolder(const QString& name) {
     m_desk.status(u"Checking Folder \""_s + name + u"\" !"_s);
     if (m_internet.findDirectory(name))
         return true;
-    if (m_internet.lastError() != kNoMoreFiles) {
-        const QString error = InternetErrorText(m_internet);
-        m_desk.status(error);
-        m_desk.message(MessageKind::Critical, error);
-        return false;
-    }
+    if (m_internet.lastError() != kNoMoreFiles)
+        return refused(InternetErrorText(m_internet));
     if (m_desk.ask(u"フォルダ「"_s + name + u"」が作成されていません。\r\n作成しますか？"_s))
         return makeFolder(name);
+    m_refusal = u"フォルダは作成しませんでした。"_s;
     m_desk.message(MessageKind::Information, u"フォルダは作成しませんでした。\r\n日記保存先に「"_s + name +
                                                  u"」フォルダをご自分で作成して下さい。"_s);
     return false;
@@ -35,9 +34,7 @@ bool FtpFolders::makeFolder(const QString& name) {
         m_desk.status(u"Making Folder Successful!"_s);
         return true;
     }
-    m_desk.status(InternetErrorText(m_internet));
-    m_desk.message(MessageKind::Critical, withBusyServer(u"フォルダの作成に失敗しました。"_s));
-    return false;
+    return refused(withBusyServer(u"フォルダの作成に失敗しました。"_s));
 }
 
 bool FtpFolders::ChangeFTPDirectory(const QString& path, const QString& name) {
@@ -47,8 +44,12 @@ bool FtpFolders::ChangeFTPDirectory(const QString& path, const QString& name) {
         m_desk.status(u"Change Directory "_s + shown + u" is Completed!"_s);
         return true;
     }
-    m_desk.status(InternetErrorText(m_internet));
-    m_desk.message(MessageKind::Critical, withBusyServer(u"ディレクトリ変更ができませんでした。"_s));
+    return refused(withBusyServer(u"ディレクトリ変更ができませんでした。"_s));
+}
+
+bool FtpFolders::refused(const QString& text) {
+    m_refusal = showNetworkError(m_internet, m_desk);
+    m_desk.message(MessageKind::Critical, text);
     return false;
 }
 

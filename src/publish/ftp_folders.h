@@ -21,11 +21,16 @@ public:
     /// front of the name, for ".." the directory that is left, with a "/" at its end.
     bool ChangeFTPDirectory(const QString& path, const QString& name);
 
+    /// Why the last of them was false, in one line.
+    const QString& refusal() const { return m_refusal; }
+
 private:
     bool makeFolder(const QString& name);
+    bool refused(const QString& text);
 
     Internet& m_internet;
     platform::Desk& m_desk;
+    QString m_refusal;
 };
 
 } // namespace velloria::publish

@@ -1,8 +1,6 @@
 #include "publish/ftp_replies.h"
 
-#include "platform/code_page.h"
-
-#include <QStringDecoder>
+#include "publish/ftp_wire.h"
 
 #include <algorithm>
 
@@ -58,14 +56,12 @@ void FtpReplies::received(QByteArrayView line) {
     m_answers[m_command] = {m_lastCode, m_last};
 }
 
+bool FtpReplies::isTooLong() const {
+    return m_last.size() > kLongestShown;
+}
+
 QString FtpReplies::lastText() const {
-    if (m_last.size() > kLongestShown)
-        return QString(kLongestShown + 1, u' ');
-    const qsizetype end = m_last.indexOf('\0');
-    const QByteArray shown = end < 0 ? m_last : m_last.first(end);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(shown);
-    return decoder.hasError() ? platform::fromCodePage(shown) : text;
+    return isTooLong() ? QString(kLongestShown + 1, u' ') : textFromWire(m_last);
 }
 
 } // namespace velloria::publish

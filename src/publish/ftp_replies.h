@@ -28,9 +28,9 @@ public:
 
     /// The last reply as it came, lines joined by CR LF, without a last line end; only the start of one that is huge.
     const QByteArray& last() const { return m_last; }
-    /// The same for the user: at most 254 bytes, read as UTF-8 when it is that, else in the code page. A longer one is
-    /// 255 blanks.
+    /// The same for the user: at most 254 bytes, a longer one is 255 blanks.
     QString lastText() const;
+    bool isTooLong() const;
 
 private:
     struct Answer {

@@ -1,12 +1,12 @@
 #include "publish/ftp_upload.h"
 
-#include "convert/password_text.h"
 #include "core/keys.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+#include "platform/file_lock.h"
 
-#include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <limits>
 
@@ -24,22 +24,14 @@ void requireCountable(qsizetype rows, const QString& file) {
                                 u"サーバーのファイルは変更されていません。リストを作り直してください。"_s);
 }
 
-/// Whoever writes "yes" or "２" means encryption as well, and must not see the password go out in clear: all but the
-/// two numbers that allow that requires it.
-Tls tlsOf(const QString& setting) {
-    static const QRegularExpression zero(u"^([+-]?0+|0x0+)?$"_s, QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression one(u"^(\\+?0*|0x0*)1$"_s, QRegularExpression::CaseInsensitiveOption);
-    if (zero.match(setting).hasMatch())
-        return Tls::Off;
-    return one.match(setting).hasMatch() ? Tls::WhenOffered : Tls::Required;
-}
-
 } // namespace
 
-FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk, UploadCalls calls)
+FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk,
+                     const platform::Clock& clock, UploadCalls calls)
     : m_session(session)
     , m_internet(internet)
     , m_desk(desk)
+    , m_clock(clock)
     , m_calls(std::move(calls))
     , m_view(desk)
     , m_folders(internet, desk)
@@ -47,26 +39,22 @@ FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform:
     , m_siteFiles(session) {}
 
 UploadResult FtpUpload::FTP_Execute() {
+    const auto untraced = qScopeGuard([this] { m_internet.traceTo({}); });
+    bool isDone = false;
     try {
         m_view.open(u"FTP by Velloria"_s);
-        readSettings();
-        if (!checkLocalFiles())
-            return notDone(); // nothing is open; the window stays and keeps its text
-        if (!transfer()) {
-            failureExit();
-            return notDone();
-        }
-        finish();
+        isDone = transferAll();
     } catch (const platform::Failure& failure) {
         m_reason = failure.line();
         m_desk.notice(u"エラー："_s + m_reason);
         failureExit();
-        return notDone();
     } catch (...) {
         failureExit();
         throw;
     }
-    if (m_isPingWanted) {
+    if (!isDone)
+        return notDone();
+    if (m_settings.isPingWanted) {
         m_view.close();
         if (m_calls.ping)
             m_calls.ping();
@@ -74,22 +62,33 @@ UploadResult FtpUpload::FTP_Execute() {
     return {true};
 }
 
-void FtpUpload::readSettings() {
-    namespace keys = core::keys;
-    const QString& file = m_session.DiaryIniFile;
-    const auto text = [&](const core::Key& key) { return core::TrimNull(core::ReadIni(file, key)); };
-    m_login.host = text(keys::kFtpUrl);
-    m_login.user = text(keys::kFtpId);
-    m_login.password = convert::passwordFromSetting(text(keys::kFtpPass));
-    m_login.isPassive = core::ReadIniIntDef(file, keys::kFtpPassive, 0) != 0;
-    m_login.tls = tlsOf(text(keys::kTls));
-    m_startFolder = text(keys::kFtpStartFolder);
-    m_isPingWanted = core::ReadIniIntDef(file, keys::kFtpPing, 0) != 0;
+bool FtpUpload::transferAll() {
+    // Of two runs at once one would send a picture into the other's, and call what is left of it whole.
+    const platform::FileLock lock(m_session.UserPath + u"upload.lock"_s);
+    if (!lock.isHeld())
+        return tellOtherUpload();
+    m_settings = readUploadSettings(m_session.DiaryIniFile);
+    if (!checkLocalFiles())
+        return false; // nothing is open; the window stays and keeps its text
+    if (!transfer()) {
+        failureExit();
+        return false;
+    }
+    finish();
+    return true;
+}
+
+bool FtpUpload::tellOtherUpload() {
+    fail(u"エラー"_s,
+         u"この日記は、ほかのVelloriaがアップロードしています。\r\n終わってから、もう一度アップロードしてください。"_s,
+         u"Another upload is running....Upload Failed."_s);
+    m_view.allowClosing();
+    return false;
 }
 
 /// Before any use of the network: what the lists name must be there.
 bool FtpUpload::checkLocalFiles() {
-    if (m_login.host.isEmpty() || m_login.user.isEmpty())
+    if (m_settings.login.host.isEmpty() || m_settings.login.user.isEmpty())
         return fail(u"エラー"_s, u"FTPのIDもしくはURLが設定されていません。\r\n(FTP_ID or FTP_URL is not invalid.)"_s,
                     u"FTP_ID or FTP_URL is not invalid....Upload Failed."_s);
     m_desk.pointer(platform::Pointer::Hourglass);
@@ -127,30 +126,44 @@ bool FtpUpload::transfer() {
            uploadLogSide();
 }
 
+void FtpUpload::beginLog() {
+    m_log.emplace(m_session.UserPath + u"upload.log"_s,
+                  m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss "_s) + m_settings.login.host);
+    m_internet.traceTo([this](const QString& line) { m_log->add(line); });
+}
+
 bool FtpUpload::connectToServer() {
-    m_desk.status(u"Starting Connection to "_s + m_login.host);
+    const QString& host = m_settings.login.host;
+    beginLog();
+    m_desk.status(u"Starting Connection to "_s + host);
     m_isSessionOpen = m_internet.openSession();
     if (!m_isSessionOpen)
-        return fail(u"エラー"_s, u"インターネットへの接続失敗。\r\n(Internet Connect Error.)"_s,
-                    u"Can't connect Internet!"_s);
+        return notConnected(u"インターネットへの接続失敗。\r\n(Internet Connect Error.)"_s,
+                            u"Can't connect Internet!"_s);
     m_view.setTitleAndText(u"接続確認中"_s, u"インターネットへの接続成功。"_s);
-    m_isFtpOpen = m_internet.connectFtp(m_login);
-    if (!m_isFtpOpen) {
-        const QString error = InternetErrorText(m_internet);
-        fail(u"エラー"_s, u"FTPサーバーへの接続失敗。\r\n(FTP Connect Error.)"_s,
-             u"Can't connect to "_s + m_login.host);
-        m_reason += u' ' + error;
-        return false;
-    }
+    m_isFtpOpen = m_internet.connectFtp(m_settings.login);
+    if (!m_isFtpOpen)
+        return notConnected(u"FTPサーバーへの接続失敗。\r\n(FTP Connect Error.)"_s, u"Can't connect to "_s + host);
+    const QString remark = m_internet.lastDetail();
     showAndPump(u"接続確認中"_s, u"FTP接続成功。"_s);
-    m_desk.status(u"Connected to "_s + m_login.host);
+    m_desk.status(u"Connected to "_s + host);
+    if (!remark.isEmpty())
+        m_desk.notice(remark);
     return true;
 }
 
+/// These texts say nothing of the reason: it comes to the status panel behind them.
+bool FtpUpload::notConnected(const QString& text, const QString& status) {
+    fail(u"エラー"_s, text, status);
+    const QString reason = failureReason(m_internet);
+    addReason(reason);
+    m_desk.notice(u"エラー："_s + reason);
+    return false;
+}
+
 bool FtpUpload::enterStartFolder() {
-    if (m_startFolder.isEmpty())
-        return true;
-    return enterFolder(u"ディレクトリの移動"_s, {}, m_startFolder, m_startFolder);
+    const QString& folder = m_settings.startFolder;
+    return folder.isEmpty() || enterFolder(u"ディレクトリの移動"_s, {}, folder, folder);
 }
 
 void FtpUpload::finish() {
@@ -158,6 +171,7 @@ void FtpUpload::finish() {
     m_isFtpOpen = false;
     m_internet.closeSession();
     m_isSessionOpen = false;
+    m_log->end(u"Uploading Files is Success!"_s);
     m_desk.status(u"Uploading Files is Success!"_s);
     const QString sound =
         core::nameOfStored(core::TrimNull(core::ReadIni(m_session.DiaryIniFile, core::keys::kSoundFile)));
@@ -174,7 +188,7 @@ void FtpUpload::SendMCICommand(const QString& command) {
 }
 
 UploadResult FtpUpload::notDone() const {
-    return {false, QString(m_reason).replace(u"\r\n"_s, u" "_s)};
+    return {false, m_reason.simplified()};
 }
 
 /// The one way out behind the check of the local files.
@@ -183,6 +197,8 @@ void FtpUpload::failureExit() {
         m_internet.closeFtp();
     if (m_isSessionOpen)
         m_internet.closeSession();
+    if (m_log)
+        m_log->end(m_reason.simplified());
     m_view.setText(m_view.text() + u"\r\n不明なエラーで終了しました。"_s);
     m_view.allowClosing();
     m_desk.pointer(platform::Pointer::Default);

@@ -3,13 +3,16 @@
 
 #include "core/session.h"
 #include "core/upload_list.h"
+#include "platform/clock.h"
 #include "publish/ftp_folders.h"
-#include "publish/internet.h"
 #include "publish/progress_view.h"
+#include "publish/upload_log.h"
+#include "publish/upload_settings.h"
 #include "store/file_register.h"
 #include "store/site_files.h"
 
 #include <functional>
+#include <optional>
 
 namespace velloria::publish {
 
@@ -25,10 +28,13 @@ struct UploadResult {
 };
 
 /// One run. What the user sees of it are the progress window, the status panel, the pointer and the boxes of the folder
-/// routines. Nothing is tried twice: the first refusal ends the run, and the next one starts over.
+/// routines; "upload.log" keeps what passed on the connection. Nothing is tried twice: the first refusal ends the run,
+/// and the next one starts over. While one runs, no other begins with the same user's folder, in whatever program.
 class FtpUpload {
 public:
-    FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk, UploadCalls calls = {});
+    /// `clock` dates the log.
+    FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk, const platform::Clock& clock,
+              UploadCalls calls = {});
 
     /// From the first step to the last. A refusal of the machine ends the run like one of the server and is not thrown;
     /// what the ping throws, behind a finished upload, goes to the caller.
@@ -41,11 +47,14 @@ private:
     };
 
     // ftp_upload.cpp: the frame of a run
-    bool transfer();
-    void readSettings();
+    bool transferAll();
+    bool tellOtherUpload();
     bool checkLocalFiles();
     bool filesExist(const List& list, const QString& whenMissing);
+    bool transfer();
+    void beginLog();
     bool connectToServer();
+    bool notConnected(const QString& text, const QString& status);
     bool enterStartFolder();
     void finish();
     void failureExit();
@@ -67,6 +76,7 @@ private:
 
     // ftp_upload_steps.cpp: what the phases share
     bool enterFolder(const QString& title, const QString& path, const QString& name, const QString& shown);
+    bool tellNotEntered(const QString& shown);
     QString listFile(const QString& name) const;
     bool listExists(const QString& name) const;
     List readList(const QString& name) const;
@@ -83,19 +93,23 @@ private:
     void pump();
     /// Tells a failure, and is false like the step that failed.
     bool fail(const QString& title, const QString& text, const QString& status);
+    /// The same for a refusal of the network; the status panel gets its words.
+    bool refused(const QString& title, const QString& text);
+    /// Puts it behind the reason, unless it is in there.
+    void addReason(const QString& reason);
 
     const core::Session& m_session;
     Internet& m_internet;
     platform::Desk& m_desk;
+    const platform::Clock& m_clock;
     UploadCalls m_calls;
     ProgressView m_view;
     FtpFolders m_folders;
     store::FileRegister m_files;
     store::SiteFiles m_siteFiles;
 
-    FtpLogin m_login;
-    QString m_startFolder;
-    bool m_isPingWanted = false;
+    UploadSettings m_settings;
+    std::optional<UploadLog> m_log;
     bool m_isHtmlOnly = false;
     bool m_isSessionOpen = false;
     bool m_isFtpOpen = false;

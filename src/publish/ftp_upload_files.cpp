@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "platform/file_write.h"
+#include "publish/network_error.h"
 
 using namespace Qt::StringLiterals;
 
@@ -33,15 +34,12 @@ bool FtpUpload::deleteIfThere(const QString& name, Announce announce) {
     if (!m_internet.findFile(name)) {
         if (m_internet.lastError() == kNoMoreFiles)
             return true;
-        const QString error = InternetErrorText(m_internet);
-        return fail(u"エラー"_s, u"その他のエラー(FileDelete)。\r\n("_s + error + u')', error);
+        return refused(u"エラー"_s, u"その他のエラー(FileDelete)。\r\n("_s + InternetErrorText(m_internet) + u')');
     }
     if (announce == Announce::Yes)
         showAndPump(u"ファイル「"_s + name + u"」を削除しています。"_s);
-    if (!m_internet.deleteFile(name)) {
-        const QString error = InternetErrorText(m_internet);
-        return fail(u"エラー"_s, u"ファイルの削除に失敗。\r\n("_s + name + u" delete is missed.)"_s, error);
-    }
+    if (!m_internet.deleteFile(name))
+        return refused(u"エラー"_s, u"ファイルの削除に失敗。\r\n("_s + name + u" delete is missed.)"_s);
     showAndPump(u"ファイル「"_s + name + u"」を削除しました。"_s);
     m_desk.status(u"Deleting "_s + name + u" is Completed!"_s);
     return true;
@@ -55,10 +53,9 @@ bool FtpUpload::uploadPages() {
         const QString local = localFile(row);
         showAndPump(u"HTMLファイルアップロード"_s,
                     u"ファイル「"_s + row.name + u"」をアップロード中。(%1/%2)"_s.arg(m_done).arg(m_pageTotal));
-        if (!m_internet.putFile(local, row.name, TransferType::Text)) {
-            const QString error = InternetErrorText(m_internet);
-            return fail(u"HTMLアップロードエラー"_s, u"その他のエラー(FileUpload)。\r\n("_s + error + u')', error);
-        }
+        if (!m_internet.putFile(local, row.name, TransferType::Text))
+            return refused(u"HTMLアップロードエラー"_s,
+                           u"その他のエラー(FileUpload)。\r\n("_s + InternetErrorText(m_internet) + u')');
         m_view.setBarValue(++m_done);
         showAndPump(successOf(row.name, m_done, m_pageTotal));
         m_desk.status(u"Upload \""_s + row.name + u"\" is Succeeded!"_s);
@@ -79,7 +76,8 @@ bool FtpUpload::uploadParts() {
         m_desk.status(u"HTMLファイル以外にアップロード対象となるファイルはありません。"_s);
         return true;
     }
-    if (!enterFolder(u"ディレクトリの移動"_s, m_startFolder, u"DiaryParts"_s, m_startFolder + u"\\DiaryParts"_s))
+    if (!enterFolder(u"ディレクトリの移動"_s, m_settings.startFolder, u"DiaryParts"_s,
+                     m_settings.startFolder + u"\\DiaryParts"_s))
         return false;
     m_view.setBar(0, int(rows.size()));
     for (const store::FileRow& row : rows) {
@@ -93,11 +91,9 @@ bool FtpUpload::uploadParts() {
 bool FtpUpload::uploadPart(const store::FileRow& row, qsizetype total) {
     m_desk.status(u"Uploading "_s + row.name);
     showAndPump(u"ファイル「"_s + row.name + u"」をアップロードします。(0/%1)"_s.arg(total));
-    if (!m_internet.putFile(localPart(m_session.DataPath, row.name), row.name, TransferType::Binary)) {
-        const QString error = InternetErrorText(m_internet);
-        return fail(u"ファイルアップロードエラー"_s,
-                    u"その他のエラー(OtherFileUpload)。\r\n("_s + row.name + u':' + error + u')', error);
-    }
+    if (!m_internet.putFile(localPart(m_session.DataPath, row.name), row.name, TransferType::Binary))
+        return refused(u"ファイルアップロードエラー"_s, u"その他のエラー(OtherFileUpload)。\r\n("_s + row.name + u':' +
+                                                            InternetErrorText(m_internet) + u')');
     showAndPump(successOf(row.name, 0, total));
     m_desk.status(u"Upload Successful!"_s);
     m_files.MarkUploaded(row.id);
@@ -105,13 +101,11 @@ bool FtpUpload::uploadPart(const store::FileRow& row, qsizetype total) {
 }
 
 bool FtpUpload::leaveParts() {
-    showAndPump(u"元のディレクトリへの移動"_s, m_startFolder + u"へ移動中"_s);
-    if (!m_folders.ChangeFTPDirectory(m_startFolder + u"DiaryParts/"_s, u".."_s)) {
-        m_reason = m_startFolder + u"へ移動失敗"_s;
-        m_view.setText(m_reason);
-        return false;
+    showAndPump(u"元のディレクトリへの移動"_s, m_settings.startFolder + u"へ移動中"_s);
+    if (!m_folders.ChangeFTPDirectory(m_settings.startFolder + u"DiaryParts/"_s, u".."_s)) {
+        return tellNotEntered(m_settings.startFolder);
     }
-    showAndPump(m_startFolder + u"へ移動完了"_s);
+    showAndPump(m_settings.startFolder + u"へ移動完了"_s);
     return true;
 }
 
@@ -119,8 +113,8 @@ bool FtpUpload::leaveParts() {
 bool FtpUpload::uploadLogSide() {
     if (!listExists(u"uploadlog.tmp"_s))
         return true;
-    if (!enterFolder(u"ログ：DiaryLogディレクトリへの移動"_s, m_startFolder, u"DiaryLog"_s,
-                     m_startFolder + u"\\DiaryLog"_s))
+    if (!enterFolder(u"ログ：DiaryLogディレクトリへの移動"_s, m_settings.startFolder, u"DiaryLog"_s,
+                     m_settings.startFolder + u"\\DiaryLog"_s))
         return false;
     const List logs = readList(u"uploadlog.tmp"_s);
     if (!uploadLogs(logs.rows) || !uploadLogParts())
@@ -140,9 +134,8 @@ bool FtpUpload::uploadLogs(const std::vector<core::UploadRow>& rows) {
             return false;
         showAndPump(u"ファイル「"_s + row.name + u"」をアップロードします。"_s);
         if (!m_internet.putFile(local, row.name, TransferType::Text)) {
-            const QString error = InternetErrorText(m_internet);
-            m_reason = m_view.text() + u' ' + error;
-            m_desk.status(error);
+            m_reason = m_view.text();
+            addReason(showNetworkError(m_internet, m_desk));
             return false;
         }
         m_view.setBarValue(++m_done);
@@ -161,10 +154,11 @@ bool FtpUpload::uploadLogParts() {
     const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(store::SiteSide::Log));
     if (rows.empty())
         return true;
-    if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_startFolder + u"DiaryLog/"_s, u"DiaryParts"_s,
-                     m_startFolder + u"\\DiaryLog\\DiaryParts"_s))
+    if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_settings.startFolder + u"DiaryLog/"_s,
+                     u"DiaryParts"_s, m_settings.startFolder + u"\\DiaryLog\\DiaryParts"_s))
         return false;
-    m_view.setText(m_startFolder + u"\\DiaryLogへ移動中"_s); // no move follows: the connection ends in this folder
+    m_view.setText(m_settings.startFolder +
+                   u"\\DiaryLogへ移動中"_s); // no move follows: the connection ends in this folder
     m_view.setBar(0, int(rows.size()));
     m_view.setTitle(u"ログ：ファイルのアップロード"_s);
     for (const store::FileRow& row : rows) {
@@ -177,14 +171,10 @@ bool FtpUpload::uploadLogParts() {
 bool FtpUpload::uploadLogPart(const store::FileRow& row, qsizetype total) {
     m_desk.status(u"Uploading "_s + row.name);
     const QString local = localPart(m_session.DataPath + u"DiaryLog"_s + core::nativeSeparator(), row.name);
-    if (!m_internet.putFile(local, row.name, TransferType::Binary)) {
-        const QString error = InternetErrorText(m_internet);
-        return fail(u"エラー"_s,
-                    u"ファイル「"_s + row.name + u"」のアップロードに失敗。\r\n("_s + m_lastName +
-                        u" delete is missed.)\r\n"
-                        u"サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"_s,
-                    error);
-    }
+    if (!m_internet.putFile(local, row.name, TransferType::Binary))
+        return refused(u"エラー"_s, u"ファイル「"_s + row.name + u"」のアップロードに失敗。\r\n("_s + m_lastName +
+                                        u" delete is missed.)\r\n"
+                                        u"サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"_s);
     m_view.setBarValue(++m_done);
     showAndPump(successOf(row.name, m_done, total));
     m_desk.status(u"Upload Successful!"_s);

@@ -4,6 +4,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "publish/network_error.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,13 +12,17 @@ namespace velloria::publish {
 
 bool FtpUpload::enterFolder(const QString& title, const QString& path, const QString& name, const QString& shown) {
     showAndPump(title, shown + u"へ移動中"_s);
-    if (!m_folders.CheckFTPFolder(name) || !m_folders.ChangeFTPDirectory(path, name)) {
-        m_reason = shown + u"へ移動失敗"_s;
-        m_view.setText(m_reason);
-        return false;
-    }
+    if (!m_folders.CheckFTPFolder(name) || !m_folders.ChangeFTPDirectory(path, name))
+        return tellNotEntered(shown);
     showAndPump(shown + u"へ移動完了"_s);
     return true;
+}
+
+bool FtpUpload::tellNotEntered(const QString& shown) {
+    m_reason = shown + u"へ移動失敗"_s;
+    m_view.setText(m_reason);
+    addReason(m_folders.refusal());
+    return false;
 }
 
 QString FtpUpload::listFile(const QString& name) const {
@@ -79,6 +84,18 @@ bool FtpUpload::fail(const QString& title, const QString& text, const QString& s
     m_view.setTitleAndText(title, text);
     m_desk.status(status);
     return false;
+}
+
+bool FtpUpload::refused(const QString& title, const QString& text) {
+    m_reason = text;
+    m_view.setTitleAndText(title, text);
+    addReason(showNetworkError(m_internet, m_desk));
+    return false;
+}
+
+void FtpUpload::addReason(const QString& reason) {
+    if (!m_reason.contains(reason))
+        m_reason += u' ' + reason;
 }
 
 } // namespace velloria::publish

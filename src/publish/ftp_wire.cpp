@@ -2,6 +2,7 @@
 
 #include "platform/code_page.h"
 
+#include <QStringDecoder>
 #include <QUrl>
 
 #include <algorithm>
@@ -17,6 +18,14 @@ std::optional<QByteArray> wireText(const QString& text) {
 
 std::optional<QByteArray> wireName(const QString& name) {
     return name.isEmpty() ? std::nullopt : wireText(name);
+}
+
+QString textFromWire(const QByteArray& bytes) {
+    const qsizetype end = bytes.indexOf('\0');
+    const QByteArray shown = end < 0 ? bytes : bytes.first(end);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder(shown);
+    return decoder.hasError() ? platform::fromCodePage(shown) : text;
 }
 
 std::optional<QByteArray> wireHost(const QString& host) {

@@ -2,6 +2,7 @@
 
 #include "publish/internet_number.h"
 #include "publish/proxy.h"
+#include "publish/tls_fault.h"
 
 #include <QUrl>
 
@@ -53,6 +54,8 @@ bool HttpReader::open(const QString& text) {
     if (!url.isValid() || url.host().isEmpty())
         return fail(kInvalidUrl);
 
+    m_host = url.host();
+    m_isRefused = false;
     CURL* easy = m_run.prepare();
     curl_easy_setopt(easy, CURLOPT_URL, onTheWire(text, url).constData());
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Velloria");
@@ -63,6 +66,8 @@ bool HttpReader::open(const QString& text) {
     curl_easy_setopt(easy, CURLOPT_MAXREDIRS, kMostRedirections);
     if (const auto proxy = proxyFor(url))
         curl_easy_setopt(easy, CURLOPT_PROXY, proxy->constData());
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &HttpReader::beforeRequest);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, this);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpReader::header);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpReader::body);
@@ -75,19 +80,18 @@ bool HttpReader::open(const QString& text) {
     // it is none, though the library takes it for a whole one.
     if (m_isAnswered || (m_run.result() == CURLE_OK && m_isHeadWhole))
         return true;
-    const int number = m_run.result() == CURLE_OK ? kConnectionAborted : internetNumber(m_run.result(), 0);
     close();
-    return fail(number);
+    return failed();
 }
 
 QByteArray HttpReader::read() {
-    m_lastError = 0;
+    fail(0);
     while (m_run.isRunning() && m_waiting.size() < kBlock)
         m_run.step();
     const QByteArray block = m_waiting.first(std::min(kBlock, m_waiting.size()));
     m_waiting.remove(0, block.size());
-    if (block.isEmpty() && !m_run.isRunning())
-        m_lastError = internetNumber(m_run.result(), 0);
+    if (block.isEmpty() && !m_run.isRunning() && m_run.result() != CURLE_OK)
+        failed();
     return block;
 }
 
@@ -96,12 +100,36 @@ void HttpReader::close() {
     m_waiting.clear();
     m_isAnswered = false;
     m_isHeadWhole = false;
-    m_lastError = 0;
+    m_isEncrypted = false;
+    fail(0);
 }
 
-bool HttpReader::fail(int number) {
+/// Behind a transfer that did not end well, or has brought no whole head.
+bool HttpReader::failed() {
+    if (m_isRefused)
+        return fail(kRedirectionRefused, u"暗号化した接続から、暗号化しない接続への転送には応じません。"_s);
+    if (m_run.result() == CURLE_OK)
+        return fail(kConnectionAborted);
+    if (const std::optional<TlsFault> fault = tlsFault(m_run, m_host))
+        return fail(fault->number, fault->text);
+    return fail(internetNumber(m_run.result(), 0));
+}
+
+bool HttpReader::fail(int number, const QString& detail) {
     m_lastError = number;
+    m_lastDetail = detail;
     return false;
+}
+
+/// Whoever asked for an encrypted page must not get another one that anybody on the line could have written.
+int HttpReader::beforeRequest(void* self, char*, char*, int, int) {
+    auto& reader = *static_cast<HttpReader*>(self);
+    const char* url = nullptr;
+    curl_easy_getinfo(reader.m_easy, CURLINFO_EFFECTIVE_URL, &url);
+    const bool wasEncrypted = reader.m_isEncrypted;
+    reader.m_isEncrypted = QByteArray(url).toLower().startsWith("https:");
+    reader.m_isRefused = wasEncrypted && !reader.m_isEncrypted;
+    return reader.m_isRefused ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 
 size_t HttpReader::header(char* data, size_t size, size_t count, void* self) {

@@ -2,6 +2,8 @@
 // transfer at a time.
 #pragma once
 
+#include "publish/ftp_trace.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -58,6 +60,13 @@ public:
     virtual int lastError() const = 0;
     /// The server's last reply with its code, lines joined by CR LF, at most 254 bytes; 255 blanks for a longer one.
     virtual QString lastResponse() const = 0;
+    /// What is known of the last failure beyond its number, in one line: the words of a refused login, what is wrong
+    /// with a certificate, a reply too long for `lastResponse`. "" when the number says it all. Behind a login that
+    /// went well: what is wrong with the connection all the same.
+    virtual QString lastDetail() const = 0;
+
+    /// Where all that passes on FTP connections goes from now on; may be empty.
+    virtual void traceTo(Trace trace) = 0;
 };
 
 // Numbers of `lastError` that the routines ask for themselves.
@@ -66,5 +75,8 @@ inline constexpr int kExtendedError = 12003;
 
 /// The line for the user that the number of the last failure stands for.
 QString InternetErrorText(const Internet& internet);
+
+/// The same with what is known beyond it, for the status panel, standard error and the log.
+QString failureReason(const Internet& internet);
 
 } // namespace velloria::publish

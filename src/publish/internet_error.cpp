@@ -1,6 +1,7 @@
 #include "publish/internet.h"
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -75,16 +76,29 @@ constexpr ErrorText kErrorTexts[] = {
     {12171, u"セキュリティチェックの為、失敗しました。"},
 };
 
+std::optional<QString> textOf(int number) {
+    const auto* row = std::ranges::lower_bound(kErrorTexts, number, {}, &ErrorText::number);
+    const bool isThere = row != std::end(kErrorTexts) && row->number == number;
+    return isThere ? std::optional(row->text.toString()) : std::nullopt;
+}
+
 } // namespace
 
 QString InternetErrorText(const Internet& internet) {
     const int number = internet.lastError();
     if (number == kExtendedError)
         return internet.lastResponse();
-    const auto* row = std::ranges::lower_bound(kErrorTexts, number, {}, &ErrorText::number);
-    if (row != std::end(kErrorTexts) && row->number == number)
-        return row->text.toString();
+    if (const auto text = textOf(number))
+        return *text;
     return u"その他のエラー(&H%1)"_s.arg(QString::number(unsigned(number), 16).toUpper());
+}
+
+QString failureReason(const Internet& internet) {
+    const QString detail = internet.lastDetail();
+    if (detail.isEmpty())
+        return InternetErrorText(internet);
+    const auto text = textOf(internet.lastError()); // none for a reply that is too long to be shown, for one
+    return text ? *text + u' ' + detail : detail;
 }
 
 } // namespace velloria::publish

@@ -21,7 +21,10 @@ inline constexpr int kNoProxy = 12020;
 inline constexpr int kCannotConnect = 12029;
 inline constexpr int kConnectionAborted = 12030;
 inline constexpr int kConnectionReset = 12031;
+inline constexpr int kCertificateDate = 12037;
+inline constexpr int kCertificateName = 12038;
 inline constexpr int kUntrustedCertificate = 12045;
+inline constexpr int kRedirectionRefused = 12048;
 inline constexpr int kNotSecure = 12171;
 
 /// `lastReply` is the code of the last FTP reply of the transfer, 0 when there was none. A refusal of the server is

@@ -32,9 +32,12 @@ def on_the_wire(content):
 
 
 class OperationError(Exception):
-    def __init__(self, text):
+    """`text` is what a window shows, "" where it shows none; `reason` all that is known, None for what depends on the
+    moment."""
+
+    def __init__(self, text, reason=""):
         super().__init__(text)
-        self.text = text
+        self.text, self.reason = text, text if reason == "" else reason
 
 
 class Remote:
@@ -57,6 +60,7 @@ class Remote:
         self.operations += 1
 
     def refusal(self, fault):
+        """What is shown of a reply, and all of it in one line."""
         lines = fault["words"].split("\n")
         code = fault["code"]
         if self.long_replies and len(lines) == 1:
@@ -64,7 +68,8 @@ class Remote:
         shown = [f"{code}-{lines[0]}"] if len(lines) > 1 else []
         shown += [" " + line for line in lines[1:-1]] + [f"{code} {lines[-1]}"]
         size = sum(len(line.encode(self.codec)) + 2 for line in shown) - 2
-        return "\n".join(shown) if size <= 254 else " " * 255
+        whole = "\n".join(shown)
+        return (whole, whole) if size <= 254 else (" " * 255, " ".join(whole.split()))
 
     def fault(self, verb, name):
         for number, fault in enumerate(self.faults):
@@ -77,15 +82,22 @@ class Remote:
         return {"do": None, "code": 0}
 
     def refuse(self, fault):
-        raise OperationError(self.refusal(fault))
+        raise OperationError(*self.refusal(fault))
 
     def path(self, name):
         return posixpath.normpath(posixpath.join(self.cwd, name)).replace(b"//", b"/")
 
     def connect(self):
         self.begin()
-        if any(self.fault(verb, None)["do"] for verb in ("USER", "PASS")):
-            raise OperationError("")
+        for verb in ("USER", "PASS"):
+            fault = self.fault(verb, None)
+            if fault["do"] == "refuse":
+                words = self.refusal(fault)[1]
+                if fault["code"] != 421:
+                    words = "FTPサーバーへのログオンに失敗しました。 " + " ".join(words.split())
+                raise OperationError("", words)
+            if fault["do"]:
+                raise OperationError("", None)
 
     def has_file(self, name):
         self.begin()
@@ -232,8 +244,14 @@ class Run:
         if not self.status_first:
             self.status(status)
 
-    def fail(self, *arguments):
+    def explain(self, error):
+        """What is known beyond the text that stands on the status panel."""
+        if error.reason != error.text:
+            self.status("エラー：" + error.reason)
+
+    def fail(self, error, *arguments):
         self.end_with(*arguments)
+        self.explain(error)
         raise FailureExit
 
     # -- lists
@@ -271,6 +289,7 @@ class Run:
                 return True
         except OperationError as error:
             self.status(error.text)
+            self.explain(error)
             self.box("critical", error.text)
             return False
         if self.box("question", f"フォルダ「{name}」が作成されていません。", "作成しますか？", buttons="yesno") == "no":
@@ -281,6 +300,7 @@ class Run:
             self.remote.make(to_page(name))
         except OperationError as error:
             self.status(error.text)
+            self.explain(error)
             self.box("critical", "フォルダの作成に失敗しました。", BUSY)
             return False
         self.status("Making Folder Successful!")
@@ -293,6 +313,7 @@ class Run:
             self.remote.change(to_page(name))
         except OperationError as error:
             self.status(error.text)
+            self.explain(error)
             self.box("critical", "ディレクトリ変更ができませんでした。", BUSY)
             return False
         self.status(f"Change Directory {shown} is Completed!")
@@ -359,8 +380,12 @@ class Run:
         self.show(title="接続確認中", text="インターネットへの接続成功。")
         try:
             self.remote.connect()
-        except OperationError:
-            self.fail("Can't connect to " + self.host, "エラー", "FTPサーバーへの接続失敗。", "(FTP Connect Error.)")
+        except OperationError as error:
+            self.end_with("Can't connect to " + self.host, "エラー", "FTPサーバーへの接続失敗。", "(FTP Connect Error.)")
+            # These texts give no reason: it always comes behind them. That of a lost connection depends on the moment.
+            is_known = error.text == "" and error.reason
+            self.events.append(("status", "エラー：" + error.reason) if is_known else ("status",))
+            raise FailureExit from None
         self.show(text="FTP接続成功。")
         self.status("Connected to " + self.host)
 
@@ -368,13 +393,13 @@ class Run:
         try:
             return self.remote.has_file(to_page(file))
         except OperationError as error:
-            self.fail(error.text, "エラー", "その他のエラー(FileDelete)。", f"({error.text})")
+            self.fail(error, error.text, "エラー", "その他のエラー(FileDelete)。", f"({error.text})")
 
     def delete(self, file):
         try:
             self.remote.delete(to_page(file))
         except OperationError as error:
-            self.fail(error.text, "エラー", "ファイルの削除に失敗。", f"({file} delete is missed.)")
+            self.fail(error, error.text, "エラー", "ファイルの削除に失敗。", f"({file} delete is missed.)")
         self.show(text=f"ファイル「{file}」を削除しました。")
         self.status(f"Deleting {file} is Completed!")
 
@@ -399,7 +424,7 @@ class Run:
             try:
                 self.put(folder, file, True)
             except OperationError as error:
-                self.fail(error.text, "HTMLアップロードエラー", "その他のエラー(FileUpload)。", f"({error.text})")
+                self.fail(error, error.text, "HTMLアップロードエラー", "その他のエラー(FileUpload)。", f"({error.text})")
             done += 1
             self.show(value=done, text=f"ファイル「{file}」のアップロードに成功しました。({done}/{self.pages})")
             self.status(f'Upload "{file}" is Succeeded!')
@@ -438,7 +463,7 @@ class Run:
             try:
                 self.put_registered("", file)
             except OperationError as error:
-                self.fail(error.text, "ファイルアップロードエラー", "その他のエラー(OtherFileUpload)。",
+                self.fail(error, error.text, "ファイルアップロードエラー", "その他のエラー(OtherFileUpload)。",
                           f"({file}:{error.text})")
             self.show(value=0, text=f"ファイル「{file}」のアップロードに成功しました。(0/{len(rows)})")
             self.status("Upload Successful!")
@@ -462,6 +487,7 @@ class Run:
                 self.put(folder, file, True)
             except OperationError as error:
                 self.status(error.text)
+                self.explain(error)
                 raise FailureExit from None
             self.done += 1
             self.show(value=self.done,
@@ -482,7 +508,7 @@ class Run:
             try:
                 self.put_registered("DiaryLog/", file)
             except OperationError as error:
-                self.fail(error.text, "エラー", f"ファイル「{file}」のアップロードに失敗。",
+                self.fail(error, error.text, "エラー", f"ファイル「{file}」のアップロードに失敗。",
                           f"({self.last[1]} delete is missed.)", BUSY)
             self.done += 1
             self.show(value=min(self.done, len(rows)),

@@ -213,7 +213,7 @@ class Failures(UploadTest):
     def test_f6_a_host_is_used_as_it_stands(self):
         address = self.trial.address
         for host in ("ftp://" + address, address + "/", address + ":21", "u@" + address, address + " x", "127.7.254.254",
-                     "no-such-host.invalid", "a..b", "表", "x" * 250, "[::1]", "%31"):
+                     "x" * 64 + ".invalid", "a..b", "表", "x" * 250, "[::1]", "%31"):
             with self.subTest(host=host):
                 self.setUp()
                 self.filled()
@@ -296,6 +296,62 @@ class Failures(UploadTest):
         self.runs_badly()
         self.assert_end("エラー", "FTPサーバーへの接続失敗。", "(FTP Connect Error.)", UNKNOWN)
         self.assertFalse({"USER", "PASS"} & {verb for verb, _ in self.trial.server.commands})
+
+
+    def test_a_word_for_a_number_never_sends_the_password_in_clear(self):
+        for value in ("yes", "on", "２", "true", "0 yes"):
+            with self.subTest(value=value):
+                self.setUp()
+                self.filled()
+                with open(self.data + "diary.ini", "rb") as file:
+                    text = file.read().replace(b"[FTP2]", b"[FTP2]\r\nTLS=" + value.encode("cp932"), 1)
+                put_file(self.data + "diary.ini", text)
+                self.runs_badly()
+                self.assertFalse({"USER", "PASS"} & {verb for verb, _ in self.trial.server.commands})
+
+    def test_every_failure_has_its_reason_on_standard_error(self):
+        for faults, tree in (([refused("DELE")], {"/": None, "/pub": None, "/pub/x.htm": b"old"}),
+                             ([refused("STOR", "b.gif")], None), ([refused("MKD", "pub")], {"/": None}),
+                             ([refused("CWD", "pub")], None), ([refused("STOR", "200401.htm")], None),
+                             ([refused("PASS", code=530)], None), ([refused("STOR", "x.htm", words="拒否" * 200)], None)):
+            with self.subTest(faults=faults):
+                self.setUp()
+                self.filled(old=[(0, "x.htm")], faults=faults, tree=tree or self.upload.tree)
+                self.trial.start_server()
+                result = self.trial.run_cli("--yes", "upload")
+                self.trial.server.stop()
+                self.assertEqual((result.returncode, result.stdout), (1, b""))
+                self.assertIn("拒否", result.stderr.decode().splitlines()[-1])
+
+    def test_the_log_has_no_password(self):
+        for words in ("拒否", "user u with secret word"):
+            self.setUp()
+            self.filled(faults=[refused("PASS", code=530, words=words)])
+            self.runs_badly()
+            log = self.trial.file_of("upload.log").decode()
+            self.assertIn("> USER u\n", log)
+            self.assertIn("> PASS ****\n", log)
+            self.assertIn("< 530 " + words.replace("secret word", "****"), log)
+            for text in (log, self.trial.result.stderr.decode()):
+                self.assertNotIn("secret word", text)
+
+
+class TwoAtOnce(UploadTest):
+    def test_the_second_ends_before_the_network(self):
+        self.filled()
+        seconds = []
+
+        def run_second(_):
+            if self.sent and not seconds:
+                seconds.append(None)
+                seconds[0] = self.trial.run_cli("upload")
+
+        self.trial.on_command = run_second
+        self.trial.compare()
+        self.assertEqual(seconds[0].returncode, 1)
+        self.assertIn("ほかのVelloriaがアップロードしています。", seconds[0].stderr.decode())
+        self.assertEqual(self.trial.server.logins, 1)
+        self.assertNotIn("upload.lock", os.listdir(self.data))
 
 
 class BadInput(UploadTest):

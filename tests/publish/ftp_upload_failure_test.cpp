@@ -131,6 +131,7 @@ TEST_F(FtpUploadFailure, WithoutASession) {
 > open
 window: エラー | インターネットへの接続失敗。 / (Internet Connect Error.) | 0/1
 status: Can't connect Internet!
+status: エラー：サーバーに接続できません。
 window: エラー | インターネットへの接続失敗。 / (Internet Connect Error.) / 不明なエラーで終了しました。 | 0/1
 window: エラー | インターネットへの接続失敗。 / (Internet Connect Error.) / 不明なエラーで終了しました。 | 0/1 | OK
 pointer: default)"));
@@ -142,6 +143,7 @@ TEST_F(FtpUploadFailure, WithoutAConnection) {
 > connect ftp.example.com me secret active
 window: エラー | FTPサーバーへの接続失敗。 / (FTP Connect Error.) | 0/1
 status: Can't connect to ftp.example.com
+status: エラー：FTPサーバーへのログオンに失敗しました。
 > close session
 window: エラー | FTPサーバーへの接続失敗。 / (FTP Connect Error.) / 不明なエラーで終了しました。 | 0/1
 window: エラー | FTPサーバーへの接続失敗。 / (FTP Connect Error.) / 不明なエラーで終了しました。 | 0/1 | OK
@@ -324,7 +326,7 @@ TEST_F(FtpUploadFailure, ANoToTheMissingFolderEndsTheRun) {
     set(keys::kFtpStartFolder, u"new"_s);
     fillSite();
     shown.answers = {u"no"_s};
-    EXPECT_EQ(run().reason, u"newへ移動失敗"_s);
+    EXPECT_EQ(run().reason, u"newへ移動失敗 フォルダは作成しませんでした。"_s);
     EXPECT_EQ(lines(u"box "_s).size(), 2);
     EXPECT_EQ(lines(u"pointer: "_s), (QStringList{u"hourglass"_s, u"default"_s}));
 }
@@ -359,7 +361,7 @@ TEST_F(FtpUploadFailure, AListThatCanNotBeReadIsNotAnEmptyOne) {
     fillSite();
     const QByteArray old = bytesOf(list(u"uploadold.tmp"_s));
     for (const QString& file : {home.path(), session.UserPath, session.DiaryIniFile})
-        ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0755), 0);
+        ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0777), 0);
     ASSERT_EQ(::chmod(QFile::encodeName(list(u"upload.tmp"_s)).constData(), 0), 0);
     EXPECT_TRUE(holdsForNobody([&] {
         const publish::UploadResult result = run();

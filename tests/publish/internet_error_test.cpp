@@ -16,9 +16,10 @@ namespace {
 /// A network that has just failed with a number, and on which nothing else works.
 class FailedInternet : public Internet {
 public:
-    explicit FailedInternet(int number, QString response = u"not asked for"_s)
+    explicit FailedInternet(int number, QString response = u"not asked for"_s, QString detail = {})
         : m_number(number)
-        , m_response(std::move(response)) {}
+        , m_response(std::move(response))
+        , m_detail(std::move(detail)) {}
 
     bool openSession() override { return false; }
     bool connectFtp(const FtpLogin&) override { return false; }
@@ -35,10 +36,13 @@ public:
     void closeSession() override {}
     int lastError() const override { return m_number; }
     QString lastResponse() const override { return m_response; }
+    QString lastDetail() const override { return m_detail; }
+    void traceTo(Trace) override {}
 
 private:
     int m_number;
     QString m_response;
+    QString m_detail;
 };
 
 QString textOf(int number) {
@@ -140,6 +144,19 @@ TEST(InternetErrorText, AGapGivesItsNumberInUpperCaseWithoutZerosInFront) {
 TEST(InternetErrorText, ARefusalIsToldInTheServersOwnWords) {
     EXPECT_EQ(InternetErrorText(FailedInternet(12003, u"550 だめです"_s)), u"550 だめです"_s);
     EXPECT_EQ(InternetErrorText(FailedInternet(12003, QString(255, u' '))), QString(255, u' '));
+}
+
+TEST(FailureReason, IsTheTextWithWhatIsKnownBeyondIt) {
+    EXPECT_EQ(failureReason(FailedInternet(12029)), u"サーバーに接続できません。"_s);
+    EXPECT_EQ(failureReason(FailedInternet(12035)), u"その他のエラー(&H2F03)"_s);
+    EXPECT_EQ(failureReason(FailedInternet(12003, u"550 no"_s)), u"550 no"_s);
+    EXPECT_EQ(failureReason(FailedInternet(12015, {}, u"530 must use encryption"_s)),
+              u"FTPサーバーへのログオンに失敗しました。 530 must use encryption"_s);
+}
+
+TEST(FailureReason, TakesThePlaceOfATextThatSaysNothing) {
+    EXPECT_EQ(failureReason(FailedInternet(12037, {}, u"expired"_s)), u"expired"_s);
+    EXPECT_EQ(failureReason(FailedInternet(12003, QString(255, u' '), u"550 long"_s)), u"550 long"_s);
 }
 
 } // namespace

@@ -43,6 +43,7 @@ public:
 
     QMap<QString, WebFile> files; ///< by address; any other address can't be reached
     bool isReachable = true;
+    QString detail;                     ///< of the last error
     std::function<void()> onRead = {};  ///< ahead of each block
     std::function<void()> onClose = {}; ///< behind each file
 
@@ -55,6 +56,8 @@ public:
     void closeSession() override;
     int lastError() const override { return m_error; }
     QString lastResponse() const override { return {}; }
+    QString lastDetail() const override { return detail; }
+    void traceTo(publish::Trace) override {}
 
     bool connectFtp(const publish::FtpLogin&) override { return false; }
     bool changeDirectory(const QString&) override { return false; }

@@ -14,6 +14,8 @@ using store::SiteSide;
 bool MemoryServer::accepts(const QString& call) {
     if (beforeCall)
         beforeCall(call);
+    if (m_trace)
+        m_trace(u"> "_s + call);
     m_transcript += u"> "_s + call;
     m_error = refusals.value(call, 0);
     return m_error == 0;
@@ -80,12 +82,19 @@ bool MemoryServer::putFile(const QString& localFile, const QString& name, Transf
 
 void MemoryServer::closeFtp() {
     m_transcript += u"> close ftp"_s;
+    if (m_trace)
+        m_trace(u"> close ftp"_s);
     m_isFtpOpen = false;
 }
 
 void MemoryServer::closeSession() {
     m_transcript += u"> close session"_s;
     m_isSessionOpen = false;
+}
+
+void TranscriptDesk::progressWindow(const platform::ProgressWindow& window) {
+    windows.push_back(window);
+    ScriptedDesk::progressWindow(window);
 }
 
 void TranscriptDesk::pump() {
@@ -176,7 +185,7 @@ QMap<QString, QByteArray> UploadHome::filledServer() {
 publish::UploadResult UploadHome::run() {
     m_lines.clear();
     shown.events = {};
-    return publish::FtpUpload(session, server, shown, calls).FTP_Execute();
+    return publish::FtpUpload(session, server, shown, *clock, calls).FTP_Execute();
 }
 
 QStringList UploadHome::lines(const QString& beginning) const {

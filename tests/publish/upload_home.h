@@ -21,6 +21,8 @@ public:
     /// The error number of every call that reads like this.
     QMap<QString, int> refusals;
     QString response = QStringLiteral("550 Permission denied.");
+    QString detail; ///< of a refusal
+    QString remark; ///< the detail of all that goes well
     /// Called ahead of each call with its text.
     std::function<void(const QString& call)> beforeCall;
 
@@ -46,12 +48,15 @@ public:
     void closeSession() override;
     int lastError() const override { return m_error; }
     QString lastResponse() const override { return response; }
+    QString lastDetail() const override { return m_error == 0 ? remark : detail; }
+    void traceTo(publish::Trace trace) override { m_trace = std::move(trace); }
 
 private:
     bool accepts(const QString& call);
     bool result(bool isDone, int error);
 
     QStringList& m_transcript;
+    publish::Trace m_trace;
     QMap<QString, QByteArray> m_files; ///< by their whole path
     QSet<QString> m_folders{QString()};
     QString m_current;
@@ -66,7 +71,9 @@ public:
     explicit TranscriptDesk(QStringList& transcript)
         : m_transcript(transcript) {}
 
-    std::function<void()> onPump; ///< the commands that run meanwhile
+    std::function<void()> onPump;                  ///< the commands that run meanwhile
+    std::vector<platform::ProgressWindow> windows; ///< that were shown, one by one
+    void progressWindow(const platform::ProgressWindow& window) override;
     void closeProgressWindow() override { m_transcript += QStringLiteral("window closed"); }
     void pump() override;
 

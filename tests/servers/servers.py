@@ -14,6 +14,10 @@ import sys
 import time
 import unittest
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peer"))
+
+from upload_server import can_serve
+
 SERVERS = os.environ.get("VELLORIA_SERVERS", "")
 LOCK = "/tmp/velloria-servers.lock"  # the same for everybody, wherever their temporary files lie
 NOBODY = 65534
@@ -24,6 +28,8 @@ def require_servers():
     """Skips the module where the servers can't run, else has them to itself until its end."""
     if os.geteuid() != 0:
         raise unittest.SkipTest("only root may serve port 21")
+    if not can_serve():    # another server of this machine may have all addresses
+        raise unittest.SkipTest("port 21 is another server's")
     if not os.path.exists(os.path.join(SERVERS, "complete")):
         raise unittest.SkipTest("scripts/fetch-servers has not been able to fetch the servers")
     try:

@@ -112,7 +112,7 @@ class Encrypted:
     def test_gives_nothing_to_a_server_of_another_name(self):
         self.serve_with_tls(self.server_type, address="127.0.0.99")
         result, wire = self.upload_with(REQUIRED)
-        self.assert_not_served(result, UNTRUSTED)
+        self.assert_not_served(result, f"サーバーの証明書は「{self.server.address}」のものではありません。")
         self.assert_secret(wire)
 
 

@@ -13,17 +13,29 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
 
-FaultServer::FaultServer() {
+FaultServer::FaultServer(Way way)
+    : m_way(way) {
     std::filesystem::create_directory(m_folder.filePath(u"root"_s).toStdString());
     on(u"features"_s, {});
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(u"python3"_s, {QStringLiteral(VELLORIA_FAULT_SERVER), host(), u"21"_s, m_folder.filePath(u"root"_s),
-                                   m_folder.filePath(u"rules"_s), m_folder.filePath(u"log"_s)});
-    m_isRunning = m_process.waitForReadyRead(10000) && m_process.readLine().startsWith("ready");
+    m_process.start(u"python3"_s,
+                    {QStringLiteral(VELLORIA_FAULT_SERVER), host(), way == Way::Direct ? u"21"_s : u"proxy"_s,
+                     m_folder.filePath(u"root"_s), m_folder.filePath(u"rules"_s), m_folder.filePath(u"log"_s)});
+    constexpr int kPatienceMs = 30000;
+    while (!m_process.canReadLine() && m_process.waitForReadyRead(kPatienceMs)) {
+    }
+    const QByteArray answer = m_process.readLine().trimmed();
+    m_isRunning = answer.startsWith("ready");
+    if (way == Way::ThroughProxy)
+        qputenv("all_proxy", "socks5h://" + host().toLatin1() + ':' + answer.split(' ').last());
 }
 
 FaultServer::~FaultServer() {
+    if (m_way == Way::ThroughProxy)
+        qunsetenv("all_proxy");
     kill();
+    std::error_code ignored; // the folder's own end can't name what is in there
+    std::filesystem::remove_all(pathOf({}), ignored);
 }
 
 QString FaultServer::host() const {
@@ -71,6 +83,10 @@ bool FaultServer::has(const QByteArray& name) const {
 
 void FaultServer::makeFolder(const QByteArray& name) const {
     std::filesystem::create_directory(pathOf(name));
+}
+
+void FaultServer::link(const QByteArray& name, const QByteArray& target) const {
+    std::filesystem::create_symlink(target.toStdString(), pathOf(name));
 }
 
 std::string FaultServer::pathOf(const QByteArray& name) const {

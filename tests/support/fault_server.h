@@ -11,8 +11,11 @@ namespace velloria::tests {
 
 class FaultServer {
 public:
+    enum class Way { Direct, ThroughProxy };
+
     /// Starts it on a folder of its own. The port of FTP is the superuser's: without such rights isRunning is false.
-    FaultServer();
+    /// Through a proxy anybody reaches it, in passive mode alone: the variable "all_proxy" tells, for this one's life.
+    explicit FaultServer(Way way = Way::Direct);
     ~FaultServer();
 
     bool isRunning() const { return m_isRunning; }
@@ -30,6 +33,7 @@ public:
     QByteArray content(const QByteArray& name) const;
     bool has(const QByteArray& name) const;
     void makeFolder(const QByteArray& name) const;
+    void link(const QByteArray& name, const QByteArray& target) const;
     /// Ends it in the middle of what it does.
     void kill();
 
@@ -39,6 +43,7 @@ private:
     QTemporaryDir m_folder;
     QProcess m_process;
     QJsonObject m_rules;
+    Way m_way;
     bool m_isRunning = false;
 };
 

@@ -6,13 +6,18 @@ a value says what happens instead of the right thing:
   reply   raw text of the answer           stall   true: no answer, ever         cut  true: the connection ends
   after   how many of them go well first
 of STOR also: stop_at N and then "cut" or "stall"; "silent": true takes all and never confirms; "reply_after": the last
-answer. "features" lists what FEAT tells, "pasv" the answer to PASV with another address in it.
-LOG gets a line a connection and a command."""
+answer. "features" lists what FEAT tells, "pasv" the answer to PASV with another address in it. "certificate" names a
+file with key and certificate: AUTH begins encryption then, and "clear" lets the files go without it all the same.
+LOG gets a line a connection and a command.
+
+PORT may be "proxy" for who must not open port 21: ADDRESS is reached through a SOCKS proxy then, on a port that stands
+behind "ready"."""
 
 import json
 import os
 import pathlib
 import socket
+import ssl
 import sys
 import threading
 import time
@@ -40,12 +45,16 @@ class Session:
         self.listener = None
         self.active = None
         self.counts = {}
+        self.is_protected = False
 
     def say(self, text):
         self.control.sendall(text if isinstance(text, bytes) else text.encode("utf-8", "surrogateescape"))
 
+    def setting(self, name, when_missing=None):
+        return json.loads(pathlib.Path(rules_file).read_text()).get(name, when_missing)
+
     def rule(self, command):
-        rule = json.loads(pathlib.Path(rules_file).read_text()).get(command)
+        rule = self.setting(command)
         if not isinstance(rule, dict):
             return {}
         count = self.counts[command] = self.counts.get(command, 0) + 1
@@ -78,11 +87,16 @@ class Session:
             connection, _ = self.listener.accept()
             self.listener.close()
             self.listener = None
-            return connection
-        connection = socket.socket()
-        connection.bind((address, 0))
-        connection.connect(self.active)
-        return connection
+        else:
+            connection = socket.socket()
+            connection.bind((address, 0))
+            connection.connect(self.active)
+        return self.encrypted(connection) if self.is_protected and not self.setting("clear") else connection
+
+    def encrypted(self, connection):
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(self.setting("certificate"))
+        return context.wrap_socket(connection, server_side=True)
 
     def run(self):
         if not self.misbehave(self.rule("GREETING")):
@@ -109,6 +123,20 @@ class Session:
 
     def do_PASS(self, argument, rule):
         self.say("230 in\r\n")
+
+    def do_AUTH(self, argument, rule):
+        if not self.setting("certificate"):
+            return self.say("502 not here\r\n")
+        self.say("234 go on\r\n")
+        self.control = self.encrypted(self.control)
+        self.file = self.control.makefile("rb")
+
+    def do_PBSZ(self, argument, rule):
+        self.say("200 size\r\n")
+
+    def do_PROT(self, argument, rule):
+        self.is_protected = argument == b"P"
+        self.say("200 protected\r\n")
 
     def do_PWD(self, argument, rule):
         self.say(b'257 "' + self.directory.replace(b'"', b'""') + b'" is current\r\n')
@@ -151,7 +179,7 @@ class Session:
         self.say("350 ok\r\n")
 
     def do_FEAT(self, argument, rule):
-        features = json.loads(pathlib.Path(rules_file).read_text()).get("features")
+        features = self.setting("features")
         if features is None:
             return self.say("500 what?\r\n")
         self.say("211-Features:\r\n" + "".join(" %s\r\n" % f for f in features) + "211 End\r\n")
@@ -166,7 +194,7 @@ class Session:
         self.listener.bind((address, 0))
         self.listener.listen(1)
         number = self.listener.getsockname()[1]
-        shown = json.loads(pathlib.Path(rules_file).read_text()).get("pasv", address)
+        shown = self.setting("pasv", address)
         self.say("227 here (%s,%d,%d)\r\n" % (shown.replace(".", ","), number >> 8, number & 255))
 
     def do_PORT(self, argument, rule):
@@ -183,8 +211,14 @@ class Session:
             if not argument:
                 connection.sendall(b"total 1\r\n")
             for name in names:
-                connection.sendall(b"-rw-r--r-- 1 u u 1 Jan 1 00:00 " + name + b"\r\n")
+                connection.sendall(self.shown(name) + b"\r\n")
         self.say("226 done\r\n")
+
+    def shown(self, name):
+        path = root + self.directory.rstrip(b"/") + b"/" + name
+        if os.path.islink(path):
+            return b"lrwxrwxrwx 1 u u 1 Jan 1 00:00 " + name + b" -> " + os.readlink(path)
+        return b"-rw-r--r-- 1 u u 1 Jan 1 00:00 " + name
 
     def do_STOR(self, argument, rule):
         try:
@@ -215,18 +249,62 @@ class Session:
 
 def serve(connection):
     log(b"connected")
+    session = Session(connection)
     try:
-        Session(connection).run()
+        session.run()
     except (Gone, OSError):
         pass
-    connection.close()
+    session.control.close()
 
 
-listener = socket.socket()
-listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-listener.bind((address, int(port)))
-listener.listen(16)
-print("ready", flush=True)
-while True:
-    accepted, _ = listener.accept()
-    threading.Thread(target=serve, args=(accepted,), daemon=True).start()
+def pass_on(source, target):
+    try:
+        while piece := source.recv(65536):
+            target.sendall(piece)
+        target.shutdown(socket.SHUT_WR)
+    except OSError:
+        pass
+
+
+def proxy(client):
+    """SOCKS, version 5, without a login: CONNECT to an address or name. Port 21 is that of the server here."""
+    def take(count):
+        return client.recv(count, socket.MSG_WAITALL)
+
+    take(take(2)[1])
+    client.sendall(b"\5\0")
+    kind = take(4)[3]
+    take(4 if kind == 1 else take(1)[0])
+    wanted = int.from_bytes(take(2), "big")
+    try:
+        target = socket.create_connection((address, listener.getsockname()[1] if wanted == 21 else wanted))
+    except OSError:
+        client.close()
+        return
+    client.sendall(b"\5\0\0\1" + bytes(6))
+    threading.Thread(target=pass_on, args=(target, client), daemon=True).start()
+    pass_on(client, target)
+
+
+def listen(port):
+    listener = socket.socket()
+    listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+    listener.bind((address, port))
+    listener.listen(16)
+    return listener
+
+
+def accept_all(listener, handler):
+    while True:
+        accepted, _ = listener.accept()
+        threading.Thread(target=handler, args=(accepted,), daemon=True).start()
+
+
+listener = listen(0 if port == "proxy" else int(port))
+if port == "proxy":
+    door = listen(0)
+    threading.Thread(target=accept_all, args=(door, proxy), daemon=True).start()
+    print("ready", door.getsockname()[1], flush=True)
+else:
+    print("ready", flush=True)
+accept_all(listener, serve)

@@ -12,7 +12,7 @@ void upload(Invocation& invocation) {
     publish::CurlInternet internet;
     const publish::UploadCalls calls{.ping = [&] { publish::Ping(invocation.session, invocation.desk).MnuPING(); }};
     const publish::UploadResult result =
-        publish::FtpUpload(invocation.session, internet, invocation.desk, calls).FTP_Execute();
+        publish::FtpUpload(invocation.session, internet, invocation.desk, invocation.clock, calls).FTP_Execute();
     if (!result.isDone)
         throw Refusal(result.reason);
 }

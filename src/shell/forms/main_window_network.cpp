@@ -33,7 +33,7 @@ void MDIFormTop::FTP_Execute() {
     publish::CurlInternet internet([this] { return paintWhileWaiting(); });
     const publish::UploadCalls calls{.ping = [this] { MnuPING(); },
                                      .isProgramEnding = [this] { return m_context.runs.isEnding(); }};
-    publish::FtpUpload(m_context.session, internet, m_context.desk, calls).FTP_Execute();
+    publish::FtpUpload(m_context.session, internet, m_context.desk, m_context.clock, calls).FTP_Execute();
 }
 
 void MDIFormTop::MnuPING() {

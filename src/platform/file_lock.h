@@ -1,0 +1,28 @@
+// A file that is there for nothing but its lock.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace velloria::platform {
+
+/// Tried once, held from its making to its end, and let go by the system when the program dies. The file is made and,
+/// by who held it, removed again; one that a dead program has left is taken over. On a disk without locks everybody
+/// holds it.
+class FileLock {
+public:
+    /// Throws Failure when the file can't be made.
+    explicit FileLock(const QString& file);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    bool isHeld() const { return m_isHeld; }
+
+private:
+    QByteArray m_name;
+    int m_descriptor = -1;
+    bool m_isHeld = false;
+};
+
+} // namespace velloria::platform

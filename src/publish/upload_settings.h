@@ -1,0 +1,17 @@
+// What the settings say about the web server.
+#pragma once
+
+#include "publish/internet.h"
+
+namespace velloria::publish {
+
+struct UploadSettings {
+    FtpLogin login;
+    QString startFolder; ///< "" stays in the folder of the login
+    bool isPingWanted = false;
+};
+
+/// Read anew for each run, from the user's "diary.ini". Throws platform::Failure for a number beyond 16 bits.
+UploadSettings readUploadSettings(const QString& file);
+
+} // namespace velloria::publish
