@@ -33,6 +33,7 @@ struct ProgressWindow {
     int value = 0;               ///< may lie above `max`; the bar is then full
     bool isOkEnabled = false;    ///< OK closes it
     bool isFrameEnabled = false; ///< so does its frame
+    bool isStopEnabled = false;  ///< it has a button by which the user ends the work
 };
 
 /// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a

@@ -16,6 +16,9 @@ namespace {
 
 using platform::MessageKind;
 
+/// Thrown on the way out of a file that is being written, and caught in here.
+struct Stopped {};
+
 const QString kBusy = u"サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"_s;
 
 } // namespace
@@ -28,18 +31,20 @@ QString kilobitsPerSecond(qint64 bytes, qint64 milliseconds) {
     return u"%1.%2"_s.arg(tenths / 10).arg(tenths % 10);
 }
 
-DownloadHttp::DownloadHttp(Internet& session, platform::Desk& desk, std::function<bool()> isProgramEnding)
+DownloadHttp::DownloadHttp(Internet& session, platform::Desk& desk, DownloadCalls calls)
     : m_session(session)
     , m_desk(desk)
-    , m_isProgramEnding(std::move(isProgramEnding))
+    , m_calls(std::move(calls))
     , m_view(desk) {}
 
 qint64 DownloadHttp::DownloadHTTP(const QString& url, const QString& file, DownloadMode mode,
                                   ShowProgress showProgress) {
+    m_url = url;
     m_count = 0;
     m_speed = kilobitsPerSecond(0, 0);
     m_networkError.clear();
     m_isShown = false;
+    m_isStopped = false;
     m_desk.status(u"Connectiong to "_s + url);
     if (!m_session.openUrl(url))
         return tellNoConnection(url);
@@ -49,10 +54,13 @@ qint64 DownloadHttp::DownloadHTTP(const QString& url, const QString& file, Downl
         if (showProgress == ShowProgress::Yes) {
             m_isShown = true;
             m_view.open(u"Velloria"_s);
+            m_view.allowStopping();
             m_view.setTitleAndText(u"ダウンロード on HTTP"_s, u"ダウンロード中...\r\n"_s + file);
             m_desk.pump();
         }
         return transfer(url, file, mode);
+    } catch (const Stopped&) {
+        return tellStopped(file);
     } catch (...) {
         // Nobody could close a window that still seems to be at work.
         showWindow(u"ダウンロード失敗"_s);
@@ -63,7 +71,7 @@ qint64 DownloadHttp::DownloadHTTP(const QString& url, const QString& file, Downl
 qint64 DownloadHttp::transfer(const QString& url, const QString& file, DownloadMode mode) {
     m_timer.start();
     m_desk.status(u"Downloading "_s + url);
-    const QByteArray first = readBlock(file);
+    const QByteArray first = readBlock(file, mode == DownloadMode::Text ? kLongestText : kLargestFile);
     if (first.isEmpty())
         m_desk.status(u"Saveing "_s + url + u" to "_s + file);
     else if (mode == DownloadMode::Text)
@@ -78,13 +86,8 @@ qint64 DownloadHttp::transfer(const QString& url, const QString& file, DownloadM
 }
 
 void DownloadHttp::saveText(const QString& url, const QString& file, QByteArray bytes) {
-    for (QByteArray block = readBlock(file); !block.isEmpty(); block = readBlock(file)) {
-        if (m_count > kLongestText)
-            throw platform::Failure(u"サーバーのファイルが大きすぎるため、読み込みを中止しました。"_s, url,
-                                    u"%1バイトまでしか読み込めません"_s.arg(kLongestText),
-                                    u"元のファイルはそのままです。しばらくしてから、もう一度実行してください。"_s);
+    for (QByteArray block = readBlock(file, kLongestText); !block.isEmpty(); block = readBlock(file, kLongestText))
         bytes += block;
-    }
     m_desk.status(u"Saveing "_s + url + u" to "_s + file);
     platform::replaceFile(file, platform::toCodePage(platform::fromCodePage(bytes)), platform::Durability::Durable);
 }
@@ -94,7 +97,7 @@ void DownloadHttp::saveBinary(const QString& url, const QString& file, QByteArra
     platform::replaceFile(
         file,
         [&](const platform::WriteBytes& write) {
-            for (; !block.isEmpty(); block = readBlock(file))
+            for (; !block.isEmpty(); block = readBlock(file, kLargestFile))
                 write(block);
             m_desk.status(u"Saveing "_s + url + u" to "_s + file);
         },
@@ -102,9 +105,13 @@ void DownloadHttp::saveBinary(const QString& url, const QString& file, QByteArra
 }
 
 /// "" at the end, which a read that failed is as well.
-QByteArray DownloadHttp::readBlock(const QString& file) {
+QByteArray DownloadHttp::readBlock(const QString& file, qint64 most) {
     const QByteArray block = m_session.readUrl();
     m_count += block.size();
+    if (m_count > most)
+        throw platform::Failure(u"サーバーのファイルが大きすぎるため、読み込みを中止しました。"_s, m_url,
+                                u"%1バイトまでしか読み込めません"_s.arg(most),
+                                u"元のファイルはそのままです。しばらくしてから、もう一度実行してください。"_s);
     if (m_isShown && !block.isEmpty()) {
         m_speed = kilobitsPerSecond(m_count, m_timer.elapsed());
         m_view.setText(
@@ -112,7 +119,16 @@ QByteArray DownloadHttp::readBlock(const QString& file) {
         m_desk.pump();
     }
     stopIfEnding();
+    if (m_isShown && m_calls.isStopWanted && m_calls.isStopWanted())
+        throw Stopped();
     return block;
+}
+
+qint64 DownloadHttp::tellStopped(const QString& file) {
+    m_isStopped = true;
+    m_desk.status(kStopped);
+    showWindow(kStopped + u"\r\n"_s + file);
+    return 0;
 }
 
 qint64 DownloadHttp::tellNoConnection(const QString& url) {
@@ -145,7 +161,7 @@ void DownloadHttp::takeNetworkError() {
 }
 
 void DownloadHttp::stopIfEnding() const {
-    if (m_isProgramEnding && m_isProgramEnding())
+    if (m_calls.isProgramEnding && m_calls.isProgramEnding())
         throw platform::Failure(u"プログラムを終了するため、ダウンロードを中止しました。"_s, {}, {},
                                 u"次の起動後にもう一度実行してください。"_s);
 }

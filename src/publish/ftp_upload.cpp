@@ -24,6 +24,10 @@ void requireCountable(qsizetype rows, const QString& file) {
                                 u"サーバーのファイルは変更されていません。リストを作り直してください。"_s);
 }
 
+QString oneLine(QString text) {
+    return text.replace(u"\r\n"_s, u" "_s);
+}
+
 } // namespace
 
 FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk,
@@ -188,7 +192,7 @@ void FtpUpload::SendMCICommand(const QString& command) {
 }
 
 UploadResult FtpUpload::notDone() const {
-    return {false, m_reason.simplified()};
+    return {false, oneLine(m_reason)};
 }
 
 /// The one way out behind the check of the local files.
@@ -198,7 +202,7 @@ void FtpUpload::failureExit() {
     if (m_isSessionOpen)
         m_internet.closeSession();
     if (m_log)
-        m_log->end(m_reason.simplified());
+        m_log->end(oneLine(m_reason));
     m_view.setText(m_view.text() + u"\r\n不明なエラーで終了しました。"_s);
     m_view.allowClosing();
     m_desk.pointer(platform::Pointer::Default);

@@ -32,6 +32,7 @@ void ProgressView::setBar(int value, int max) {
 
 void ProgressView::allowOk() {
     m_window.isOkEnabled = true;
+    m_window.isStopEnabled = false;
     show();
 }
 

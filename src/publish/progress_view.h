@@ -22,6 +22,8 @@ public:
     void allowClosing();
     /// The same for OK alone.
     void allowOk();
+    /// The window gets a button that asks for the end of the work, until it may be closed.
+    void allowStopping() { m_window.isStopEnabled = true; }
     void close();
 
     const QString& text() const { return m_window.text; }

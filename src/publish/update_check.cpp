@@ -6,6 +6,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/launcher.h"
+#include "publish/archive_name.h"
 
 #include <QFileInfo>
 #include <QScopeGuard>
@@ -32,7 +33,7 @@ UpdateCheck::UpdateCheck(const core::Session& session, Internet& internet, platf
     , m_internet(internet)
     , m_desk(desk)
     , m_calls(std::move(calls))
-    , m_download(internet, desk, m_calls.isProgramEnding) {}
+    , m_download(internet, desk, {m_calls.isProgramEnding, m_calls.isStopWanted}) {}
 
 UpdateResult UpdateCheck::MnuUpdateCheck() {
     if (m_calls.stopBrowser)
@@ -91,10 +92,13 @@ UpdateResult UpdateCheck::check() {
     enableUpdater(true);
     if (!m_desk.ask(u"新しいバージョンが存在します("_s + offer->version + u")。\r\nダウンロードしますか？"_s)) {
         withoutUpdater.dismiss(); // the updater may be started later
-        return {false, u"ダウンロードを中止しました。"_s};
+        return {false, kStopped};
     }
     m_desk.status(u"ダウンロード実行中..."_s);
-    if (!fetchArchive(*offer))
+    const bool isFetched = fetchArchive(*offer);
+    if (m_download.isStopped())
+        return {false, kStopped};
+    if (!isFetched)
         return refuse(u"ダウンロードに失敗しました。"_s);
     withoutUpdater.dismiss();
     return handOver();
@@ -135,10 +139,9 @@ bool UpdateCheck::fetchArchive(const Offer& offer) {
     return true;
 }
 
-/// The name comes from the net: it must not lead out of the folder, nor to anything but an earlier archive.
+/// Of what is there the archive may take the place of an earlier one alone.
 bool UpdateCheck::mayBeSaved(const QString& fileName) const {
-    if (fileName.isEmpty() || fileName.contains(u'/') || fileName.contains(u'\\') || fileName.contains(u".."_s) ||
-        fileName.compare(kArchivesFile, Qt::CaseInsensitive) == 0)
+    if (!isArchiveName(fileName))
         return false;
     const QFileInfo there(platform::existingPath(inHome(fileName)));
     return (!there.exists() && !there.isSymLink()) ||
@@ -147,6 +150,7 @@ bool UpdateCheck::mayBeSaved(const QString& fileName) const {
 
 /// An archive that is not in the list would count as the user's own file, and no later one could take its place.
 void UpdateCheck::rememberArchive(const QString& fileName) const {
+    const platform::FolderLock lock(m_session.MyPath); // another program may remember one as well
     QStringList archives = core::readLines(inHome(kArchivesFile));
     if (archives.contains(fileName))
         return;

@@ -16,6 +16,7 @@ struct UpdateCalls {
     std::function<void(bool)> enableUpdater = {}; ///< whether the command MnuVellUpdater can be used
     std::function<void()> endProgram = {};        ///< the updater runs and waits for this program's end
     std::function<bool()> isProgramEnding = {};   ///< asked wherever other commands may have run; true ends the check
+    std::function<bool()> isStopWanted = {};      ///< whether the user has had enough of the download
 };
 
 struct UpdateResult {

@@ -79,6 +79,15 @@ def endless(length, sent=None):
     return send
 
 
+def redirect(target):
+    def send(answer):
+        answer.send_response(302)
+        answer.send_header("Location", target)
+        answer.send_header("Content-Length", "0")
+        answer.end_headers()
+    return send
+
+
 class UpdateTest(CliTest):
     """Fixture: a started home whose maker is a server of the test's own."""
 
@@ -111,8 +120,9 @@ class UpdateTest(CliTest):
     def file(self, name):
         return os.path.join(self.home, name)
 
-    def check(self, *answers, options=()):
-        return self.run_cli("--events", *options, "update", "check", answers=list(answers), options={"cwd": self.working})
+    def check(self, *answers, options=(), aliases=None):
+        return self.run_cli("--events", *options, "update", "check", answers=list(answers),
+                            environment={"HOSTALIASES": aliases}, options={"cwd": self.working})
 
     def assert_ended(self, result, code, boxes, reason=None):
         self.assertEqual(result.code, code, result)
@@ -236,12 +246,14 @@ class Update(UpdateTest):
         self.assertFalse(os.path.exists(self.file("update.txt")))
 
     def test_servers_that_can_not_be_reached_are_a_failure(self):
+        # What is too long to be a name: a resolver that answers every question is not asked.
+        aliases = self.input_file("aliases", f"nohost {'x' * 64}.invalid\n")
         for folder, reason in ((f"http://{HOST}:9/", "サーバーに接続できません。"),
-                               (f"http://{'x' * 64}.invalid/", "サーバー名が認識出来ません。"),
+                               ("http://nohost/", "サーバー名が認識出来ません。"),
                                ("file:///etc/", "The URL scheme could not be recognized, or is not supported."),
                                ("maker", "URLが無効です。")):
             self.endpoint("UpdateFolder", folder)
-            self.assert_ended(self.check(), 1, [NO_CONNECTION, NO_OFFERS],
+            self.assert_ended(self.check(aliases=aliases), 1, [NO_CONNECTION, NO_OFFERS],
                               "update.txtの取得に失敗しました。 " + reason)
 
     def test_an_archive_that_does_not_come_is_a_failure(self):
@@ -271,7 +283,8 @@ class Update(UpdateTest):
     def test_a_name_that_leaves_the_folder_is_refused(self):
         self.offer("[Release]\nversion=1\n")
         self.check()
-        for name in ("../v.lzh", "UserData/diary.mdb", "..\\v.lzh", "default.ini", "VELLUPDATER.EXE", "update.txt", ""):
+        for name in ("../v.lzh", "UserData/diary.mdb", "..\\v.lzh", "default.ini", "VELLUPDATER.EXE", "update.txt", "",
+                     "Chimer.dll", "velluser.ini", "VellUpTmp.exe", "diary.mdb", "x.blg", "archive"):
             self.put_file("VellUpdater.exe", b"mine")
             self.offer_release(name=name)
             before = snapshot(self.root)
@@ -306,13 +319,6 @@ class Update(UpdateTest):
         self.assertEqual(read(self.file("update.txt")), b"old")
 
     def test_redirections_stay_within_the_web(self):
-        def redirect(target):
-            def send(answer):
-                answer.send_response(302)
-                answer.send_header("Location", target)
-                answer.send_header("Content-Length", "0")
-                answer.end_headers()
-            return send
         self.offer("[Release]\nversion=1\n")
         self.site.pages["/a/update.txt"] = redirect("/up/update.txt")
         self.endpoint("UpdateFolder", self.site.address + "a/")
@@ -322,21 +328,58 @@ class Update(UpdateTest):
             result = self.check()
             self.assertEqual((result.code, result.boxes), (1, [NO_CONNECTION, NO_OFFERS]), target)
 
-    @unittest.skipUnless(shutil.which("openssl"), "openssl is not installed")
-    def test_a_certificate_that_nobody_knows_is_refused(self):
+    def certificate(self, host=HOST, is_expired=False):
+        """A certificate that vouches for itself, and the context of a server with it."""
         key, certificate = os.path.join(self.inputs, "key.pem"), os.path.join(self.inputs, "certificate.pem")
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
-                        f"/CN={HOST}", "-addext", f"subjectAltName=IP:{HOST}", "-keyout", key, "-out", certificate],
-                       check=True, capture_output=True)
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
+                        "-days", "2", "-subj", f"/CN={host}", "-addext", f"subjectAltName=IP:{host}",
+                        "-keyout", key, "-out", certificate], check=True, capture_output=True)
+        if is_expired:
+            subprocess.run(["openssl", "x509", "-in", certificate, "-signkey", key, "-days", "-1", "-out", certificate],
+                           check=True, capture_output=True)
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(certificate, key)
-        with Site(context) as site:
-            self.addCleanup(site.shutdown)
-            site.put("update.txt", b"[Release]\r\nversion=1\r\n")
-            self.endpoint("UpdateFolder", f"https://{HOST}:{site.server_port}/")
-            result = self.check()
+        return certificate, context
+
+    def encrypted_site(self, context):
+        site = self.enterContext(Site(context))
+        self.addCleanup(site.shutdown)
+        site.put("update.txt", b"[Release]\r\nversion=1\r\n")
+        return site, f"https://{HOST}:{site.server_port}/"
+
+    def check_trusting(self, certificate, folder):
+        self.endpoint("UpdateFolder", folder)
+        environment = {"SSL_CERT_FILE": certificate} if certificate else {}
+        return self.run_cli("--events", "update", "check", environment=environment)
+
+    def test_certificates_that_are_not_taken_are_told_apart(self):
+        for case, reason in ((("127.0.0.99",), f"サーバーの証明書は「{HOST}」のものではありません。"),
+                             ((HOST, True), "サーバーの証明書の有効期限が切れています。"),
+                             (None, "サーバーの証明書を発行したところを信頼できません。")):
+            certificate, context = self.certificate(*(case or ()))
+            site, folder = self.encrypted_site(context)
+            self.endpoint("UpdateFolder", folder)
+            result = self.check_trusting(certificate if case else None, folder)
             self.assertEqual((result.code, result.boxes), (1, [NO_CONNECTION, NO_OFFERS]))
+            self.assertIn(reason, result.error_lines[-1])
             self.assertEqual(site.requests, [])
+
+    def test_no_redirection_leads_from_encryption_to_none(self):
+        certificate, context = self.certificate()
+        site, folder = self.encrypted_site(context)
+        self.assert_ended(self.check_trusting(certificate, folder), 0, [NOTHING_NEWER])
+        self.site.pages["/in/update.txt"] = redirect(folder + "update.txt")
+        self.assert_ended(self.check_trusting(certificate, self.site.address + "in/"), 0, [NOTHING_NEWER])
+        self.site.put("plain/update.txt", b"[Release]\r\nversion=9\r\n")
+        site.pages["/update.txt"] = redirect(self.site.address + "plain/update.txt")
+        for start in (folder, self.site.address + "in/"):
+            result = self.check_trusting(certificate, start)
+            self.assertEqual((result.code, result.boxes), (1, [NO_CONNECTION, NO_OFFERS]))
+            self.assertIn("暗号化しない接続への転送には応じません", result.error_lines[-1])
+        self.assertNotIn("/plain/update.txt", [path for path, _ in self.site.requests])
+        site.pages["/update.txt"] = redirect("/there")
+        site.pages["/there"] = (200, b"[Release]\r\nversion=1\r\n", 22)
+        self.assert_ended(self.check_trusting(certificate, folder), 0, [NOTHING_NEWER])
 
     def test_a_folder_that_can_not_be_written_is_a_failure(self):
         self.offer("[Release]\nversion=1\n")

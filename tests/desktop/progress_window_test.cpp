@@ -91,6 +91,26 @@ TEST_F(ProgressWindow, OkClosesItAndTheNextRunShowsItAsNew) {
     EXPECT_FALSE(closeByFrame());
 }
 
+TEST_F(ProgressWindow, WorkThatCanBeStoppedHasAButtonForThat) {
+    auto& stop = control<QPushButton>(progress(), u"Btn_Stop"_s);
+    displayText(u"1"_s);
+    EXPECT_FALSE(stop.isVisible());
+    platform::ProgressWindow shown{{}, {}, u"2"_s, 1, 0, false, false, true};
+    display(shown);
+    EXPECT_TRUE(stop.isVisible());
+    EXPECT_FALSE(progress().isStopWanted());
+    stop.click();
+    EXPECT_TRUE(progress().isStopWanted());
+    EXPECT_FALSE(stop.isEnabled());
+    display(shown);
+    EXPECT_TRUE(progress().isStopWanted()) << "the work has not looked yet";
+    displayText(u"3"_s, true);
+    EXPECT_FALSE(stop.isVisible());
+    display(shown);
+    EXPECT_FALSE(progress().isStopWanted()) << "other work begins";
+    EXPECT_TRUE(stop.isEnabled());
+}
+
 TEST_F(ProgressWindow, DoesNotHoldUpTheEndOfTheProgram) {
     displayText(u"1"_s);
     top().close();

@@ -3,12 +3,16 @@
 #include "core/keys.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "publish/forms/frmProgress.h"
 #include "support/desktop_home.h"
 #include "support/http_server.h"
 #include "support/silent_server.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
@@ -157,6 +161,29 @@ TEST_F(UpdateCommand, AnUpdaterThatDoesNotStartIsAFailureAndTheProgramStays) {
     EXPECT_TRUE(desk.texts(u"failure"_s)[0].contains(u"VellUpTmp.exe"_s));
     settle();
     EXPECT_TRUE(top().isVisible());
+}
+
+TEST_F(UpdateCommand, ADownloadIsStoppedThoughItsServerIsSilent) {
+    server.answerWith({release(), "HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nstart"});
+    server.stayOpen();
+    desk.answers = {u"yes"_s};
+    auto& progress = context.windows.get<publish::frmProgress>();
+    QTimer pressing;
+    QObject::connect(&pressing, &QTimer::timeout, &top(), [&] {
+        if (desk.texts(u"status"_s).last() == u"Downloading "_s + address(u"v"_s) && !progress.isStopWanted()) {
+            progress.display({{}, {}, {}, 1, 0, false, false, true});
+            control<QPushButton>(progress, u"Btn_Stop"_s).click();
+        }
+    });
+    pressing.start(100);
+    QElapsedTimer timer;
+    timer.start();
+    press(u"MnuUpdateCheck"_s);
+    EXPECT_LT(timer.elapsed(), 20000) << "long before the network gives up";
+    EXPECT_EQ(boxes(), QStringList{u"question: 新しいバージョンが存在します(2.2.1)。\r\nダウンロードしますか？"_s});
+    EXPECT_EQ(desk.texts(u"status"_s).last(), u"ダウンロードを中止しました。"_s);
+    EXPECT_FALSE(exists(path(u"v.lzh"_s)));
+    EXPECT_FALSE(updater().isEnabled());
 }
 
 TEST_F(UpdateCommand, WhileOneRunsItsCommandsOnlyBeepAndAClosedWindowEndsIt) {

@@ -31,8 +31,9 @@ NEWER = ["2.2.1", "2.3", "3", "2.2.0a", "9.0.0", "新", "2.2.0 ", "é2"]
 OLDER = ["2.2.0", "2.1.9", "2.10.0", "2.2", "", "10.0.0", "1.6.0", " 2.1"]
 SIZES = [0, 1, 1023, 1024, 1025, 2048, 32766, 32767, 100000]
 REFUSED_NAMES = ["", "../x.lzh", "a/b.lzh", "a\\b.lzh", "a..b", "endpoints.ini", "UserData", "VellUpdater.exe",
-                 "update.txt", "/etc/x", ".."]
-ARCHIVE_NAMES = ["v.lzh", "表.lzh", "a b", "é.lzh"]
+                 "update.txt", "/etc/x", "..", "Chimer.dll", "velluser.ini", "VELLUPTMP.EXE", "VellMemo.exe", "diary.mdb", "x.blg",
+                 "a b", ".lzh", "c:v.lzh", "v.lzh.", "velloria-cli.exe"]
+ARCHIVE_NAMES = ["v.lzh", "表.LZH", "a b.zip", "é.tar.gz", "Velloria23.exe", "velloria.deb"]
 LINES = ["; 版の案内", "[Other]", "k=v", "", "ただの行", "[", "=x"]
 
 

@@ -1,6 +1,7 @@
 """A second check for a newer program, written from the rules alone: what it shows and leaves for one offer."""
 
 import os
+import re
 
 from peer_text import CRLF, Profile, decode_ansi, encode_page
 
@@ -106,8 +107,12 @@ class Run:
             self.launches, self.exit_code = True, 0
 
     def may_be_saved(self, name):
-        leaves = not name or any(piece in name for piece in ("/", "\\", ".."))
-        return not leaves and (name not in self.present | set(self.files) or name in self.earlier)
+        """An archive by its ending, and none of the programs; of files that are there an earlier archive alone."""
+        plain = re.fullmatch(r"[^./\\:*?\"<>|\0-\x1f\x7f][^/\\:*?\"<>|\0-\x1f\x7f]*\.(lzh|zip|exe|deb|tar\.gz)", name, re.I)
+        programs = r"(velloria(-cli|-sound)?|vellupdater|velluptmp|vellmemo)\.exe"
+        if not plain or ".." in name or re.fullmatch(programs, name, re.I):
+            return False
+        return name not in self.present | set(self.files) or name in self.earlier
 
     # -- the download -------------------------------------------------------------------------------------------------
 

@@ -33,7 +33,8 @@ protected:
     const QString kUrl = u"http://maker/x"_s;
     QString file = path(u"x.txt"_s);
     bool isEnding = false;
-    publish::DownloadHttp download{web, shown, [this] { return isEnding; }};
+    bool isStopWanted = false;
+    publish::DownloadHttp download{web, shown, {[this] { return isEnding; }, [this] { return isStopWanted; }}};
 };
 
 TEST_F(Download, TextPassesThroughTheCodePageAndGetsNoLineEnd) {
@@ -187,6 +188,71 @@ TEST_F(Download, ATextIsHeldUpToABoundAndRefusedBeyondIt) {
     EXPECT_EQ(lines(u"> "_s).last(), u"close url"_s);
     EXPECT_EQ(lines(u"window: ダウンロード on HTTP | "_s).last(), u"ダウンロード失敗 | 0/1 | OK"_s);
     EXPECT_EQ(lines(u"box"_s), QStringList());
+}
+
+TEST_F(Download, AFileThatIsTooLargeIsGivenUpAndTheOldOneStays) {
+    /// A file that nobody has to hold.
+    class LargeWeb : public MemoryWeb {
+    public:
+        using MemoryWeb::MemoryWeb;
+        qint64 left = publish::kLargestFile + 1;
+        QByteArray readUrl() override {
+            const QByteArray block(qsizetype(std::min<qint64>(left, 1 << 20)), 'x');
+            left -= block.size();
+            return block;
+        }
+    };
+    writeFile(file, "old");
+    QStringList told;
+    LargeWeb large(told);
+    large.files[kUrl] = {};
+    large.openSession();
+    publish::DownloadHttp longDownload(large, shown);
+    const QString failure =
+        failureOf([&] { longDownload.DownloadHTTP(kUrl, file, DownloadMode::Binary, ShowProgress::No); });
+    EXPECT_TRUE(failure.contains(u"大きすぎる"_s)) << failure.toStdString();
+    EXPECT_TRUE(failure.contains(u"536870912"_s)) << failure.toStdString();
+    EXPECT_EQ(large.left, 0);
+    EXPECT_EQ(bytesOf(file), "old");
+    EXPECT_EQ(temporaryFiles(), QStringList());
+}
+
+TEST_F(Download, OneThatIsStoppedLeavesTheOldFileAndNoBox) {
+    writeFile(file, "old");
+    for (const int stopAt : {1, 3}) {
+        serve(QByteArray(5000, 'x'));
+        int pumps = 0;
+        isStopWanted = false;
+        shown.onPump = [&] { isStopWanted = ++pumps >= stopAt; };
+        EXPECT_EQ(run(DownloadMode::Binary, ShowProgress::Yes), 0);
+        EXPECT_TRUE(download.isStopped());
+        EXPECT_EQ(pumps, stopAt == 1 ? 2 : 3) << "asked behind each piece";
+        EXPECT_EQ(lines(u"> "_s).last(), u"close url"_s);
+        EXPECT_EQ(lines(u"status: "_s).last(), u"ダウンロードを中止しました。"_s);
+        EXPECT_EQ(lines(u"window: ダウンロード on HTTP | "_s).last(),
+                  u"ダウンロードを中止しました。 / "_s + file + u" | 0/1 | OK"_s);
+        EXPECT_EQ(lines(u"box"_s), QStringList());
+        EXPECT_EQ(bytesOf(file), "old");
+        EXPECT_EQ(temporaryFiles(), QStringList());
+    }
+    isStopWanted = true; // what is not shown has no button
+    shown.onPump = nullptr;
+    serve("new");
+    EXPECT_EQ(run(DownloadMode::Binary), 3);
+    EXPECT_FALSE(download.isStopped());
+    serve("", 12017); // while the server was silent
+    EXPECT_EQ(run(DownloadMode::Binary, ShowProgress::Yes), 0);
+    EXPECT_TRUE(download.isStopped());
+    EXPECT_EQ(lines(u"box"_s), QStringList());
+}
+
+TEST_F(Download, OnlyWhatIsUnderWayCanBeStopped) {
+    serve("x");
+    run(DownloadMode::Binary, ShowProgress::Yes);
+    QList<bool> canBeStopped;
+    for (const platform::ProgressWindow& window : shown.windows)
+        canBeStopped += window.isStopEnabled;
+    EXPECT_EQ(canBeStopped, (QList<bool>{false, true, true, true, false}));
 }
 
 TEST_F(Download, ABinaryFileGoesToTheDiskBlockByBlockBesideTheOldOne) {

@@ -241,10 +241,31 @@ TEST_F(Update, AnArchiveThatDoesNotComeSwitchesTheUpdaterOff) {
 
 TEST_F(Update, ANameThatCouldTouchAnotherFileIsAFailedDownload) {
     writeFile(path(u"Mine.txt"_s), "mine");
-    for (const QString& name :
-         {u""_s, u"../v.lzh"_s, u"..\\v.lzh"_s, u"UserData/diary.mdb"_s, u"UserData\\diary.mdb"_s, u"/tmp/v.lzh"_s,
-          u".."_s, u"."_s, u"a..b"_s, u"UserData"_s, u"userdata"_s, u"Mine.txt"_s, u"mine.TXT"_s, u"update.txt"_s,
-          u"endpoints.ini"_s, u"update.lst"_s, u"UPDATE.LST"_s}) {
+    for (const QString& name : {u""_s,
+                                u"../v.lzh"_s,
+                                u"..\\v.lzh"_s,
+                                u"UserData/diary.mdb"_s,
+                                u"UserData\\diary.mdb"_s,
+                                u"/tmp/v.lzh"_s,
+                                u".."_s,
+                                u"."_s,
+                                u"a..b"_s,
+                                u"UserData"_s,
+                                u"userdata"_s,
+                                u"Mine.txt"_s,
+                                u"mine.TXT"_s,
+                                u"update.txt"_s,
+                                u"endpoints.ini"_s,
+                                u"update.lst"_s,
+                                u"UPDATE.LST"_s,
+                                u"Chimer.dll"_s,
+                                u"velluser.ini"_s,
+                                u"VellUpdater.exe"_s,
+                                u"VellUpTmp.exe"_s,
+                                u"vellmemo.EXE"_s,
+                                u"diary.mdb"_s,
+                                u"x.blg"_s,
+                                u"v"_s}) {
         offerRelease(name);
         const auto before = contentOf(home.path());
         shown.answers = {u"yes"_s};
@@ -260,6 +281,30 @@ TEST_F(Update, ANameThatCouldTouchAnotherFileIsAFailedDownload) {
             }
         }
     }
+}
+
+TEST_F(Update, ANameOnceSavedIsNoExcuseForAnotherKind) {
+    writeFile(path(u"update.lst"_s), "Chimer.dll\r\n");
+    writeFile(path(u"Chimer.dll"_s), "mine");
+    offerRelease(u"Chimer.dll"_s);
+    shown.answers = {u"yes"_s};
+    EXPECT_FALSE(check().isDone);
+    EXPECT_EQ(bytesOf(path(u"Chimer.dll"_s)), "mine");
+}
+
+TEST_F(Update, AStoppedDownloadIsToldOnceAndSwitchesTheUpdaterOff) {
+    offerRelease(u"v.lzh"_s, QByteArray(5000, 'x'));
+    bool isStopWanted = false;
+    calls.isStopWanted = [&] { return isStopWanted; };
+    shown.onPump = [&] { isStopWanted = true; };
+    shown.answers = {u"yes"_s};
+    const publish::UpdateResult result = check();
+    EXPECT_FALSE(result.isDone);
+    EXPECT_EQ(result.reason, u"ダウンロードを中止しました。"_s);
+    EXPECT_EQ(boxLines(), QStringList{kOffered.arg(u"yes"_s, u"2.2.1"_s)});
+    EXPECT_EQ(updaterStates(), u"on off"_s);
+    EXPECT_FALSE(exists(path(u"v.lzh"_s)));
+    expectEnding();
 }
 
 TEST_F(Update, ALinkToNowhereIsNotFollowed) {

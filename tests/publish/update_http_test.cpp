@@ -75,8 +75,11 @@ TEST_F(UpdateOverHttp, RedirectionsAreFollowedWithinTheWeb) {
 }
 
 TEST_F(UpdateOverHttp, HostsThatCanNotBeReachedAreTold) {
-    for (const QString& folder : {u"http://no.such.host.invalid/"_s, u"http://127.0.0.99:9/"_s, u"file:///etc/"_s,
-                                  u"maker"_s, u"https://127.0.0.99:9/"_s}) {
+    // An alias for what is too long to be a name: a resolver that answers every question is not asked.
+    writeFile(path(u"aliases"_s), "nohost " + QByteArray(64, 'x') + ".invalid\n");
+    qputenv("HOSTALIASES", path(u"aliases"_s).toUtf8());
+    for (const QString& folder :
+         {u"http://nohost/"_s, u"http://127.0.0.99:9/"_s, u"file:///etc/"_s, u"maker"_s, u"https://127.0.0.99:9/"_s}) {
         setEndpoint(keys::kMakerUpdateFolder, folder);
         run();
         EXPECT_EQ(boxLines(), (QStringList{kNoConnection, kNoOffers})) << folder.toStdString();
@@ -93,6 +96,17 @@ TEST_F(UpdateOverHttp, AServerThatNeverAnswersIsLeftInTime) {
     EXPECT_GE(timer.elapsed(), 25000);
     EXPECT_LE(timer.elapsed(), 40000);
     EXPECT_EQ(boxLines(), (QStringList{kNoConnection, kNoOffers}));
+}
+
+TEST_F(UpdateOverHttp, AServerThatFallsSilentWithinTheArchiveIsLeftInTime) {
+    server.answerWith({release(), answer(QByteArray(1500, 'x'), 5000)});
+    shown.onPump = [&] { server.stayOpen(); };
+    shown.answers = {u"yes"_s};
+    QElapsedTimer timer;
+    timer.start();
+    run();
+    EXPECT_GE(timer.elapsed(), 25000);
+    EXPECT_LE(timer.elapsed(), 60000);
 }
 
 TEST_F(UpdateOverHttp, ALongFileOfOffersIsGivenUpEarly) {

@@ -25,6 +25,8 @@ HttpServer::~HttpServer() {
     shutdown(m_listener, SHUT_RDWR);
     m_thread.join();
     close(m_listener);
+    for (const int connection : m_open)
+        close(connection);
 }
 
 void HttpServer::answerWith(const QList<QByteArray>& answers) {
@@ -63,7 +65,10 @@ void HttpServer::run() {
                 break;
             sent += count;
         }
-        close(connection);
+        if (m_staysOpen)
+            m_open += connection;
+        else
+            close(connection);
     }
 }
 

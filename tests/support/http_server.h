@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QList>
 
+#include <atomic>
 #include <mutex>
 #include <thread>
 
@@ -19,6 +20,8 @@ public:
     int port() const { return m_port; }
     /// One answer a connection, in this order; the last one stays. Each connection ends behind its answer.
     void answerWith(const QList<QByteArray>& answers);
+    /// From now on a connection stays open behind its answer, and nothing more comes.
+    void stayOpen() { m_staysOpen = true; }
     /// The head of the last request.
     QByteArray request() const;
 
@@ -30,6 +33,8 @@ private:
     mutable std::mutex m_mutex;
     QList<QByteArray> m_answers;
     QByteArray m_request;
+    std::atomic<bool> m_staysOpen = false;
+    QList<int> m_open;
     std::thread m_thread;
 };
 

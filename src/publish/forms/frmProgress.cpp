@@ -22,6 +22,7 @@ frmProgress::frmProgress(desktop::Context& context)
     constexpr int kLines = 4;
     ui->txtText->setMinimumHeight(kLines * ui->txtText->fontMetrics().lineSpacing());
     connect(ui->Btn_OK, &QPushButton::clicked, this, &frmProgress::Btn_OK_Click);
+    connect(ui->Btn_Stop, &QPushButton::clicked, this, &frmProgress::Btn_Stop_Click);
 }
 
 frmProgress::~frmProgress() = default;
@@ -35,6 +36,10 @@ void frmProgress::display(const platform::ProgressWindow& shown) {
     ui->ProgressBar1->setValue(std::clamp(shown.value, 0, max));
     ui->Btn_OK->setEnabled(shown.isOkEnabled);
     EnableBatsuBtn = shown.isFrameEnabled;
+    m_isStopEnabled = shown.isStopEnabled;
+    m_isStopWanted = m_isStopWanted && m_isStopEnabled;
+    ui->Btn_Stop->setVisible(m_isStopEnabled);
+    ui->Btn_Stop->setEnabled(!m_isStopWanted);
     if (!isVisible()) {
         adjustSize();
         move(parentWidget()->frameGeometry().center() - rect().center());
@@ -55,6 +60,12 @@ void frmProgress::growToText() {
 void frmProgress::Btn_OK_Click() {
     EnableBatsuBtn = true;
     close();
+}
+
+/// The work ends when it next looks here.
+void frmProgress::Btn_Stop_Click() {
+    m_isStopWanted = true;
+    ui->Btn_Stop->setEnabled(false);
 }
 
 void frmProgress::closeEvent(QCloseEvent* event) {

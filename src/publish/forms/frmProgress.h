@@ -23,6 +23,10 @@ public:
 
     bool EnableBatsuBtn = false;
 
+    /// Whether the work that is shown can be stopped, and whether the user wants that.
+    bool isStopEnabled() const { return m_isStopEnabled; }
+    bool isStopWanted() const { return m_isStopEnabled && m_isStopWanted; }
+
     /// Shows all of this at once, in the middle of the main window when it was not on the screen. It is drawn when this
     /// returns.
     void display(const platform::ProgressWindow& shown);
@@ -32,9 +36,12 @@ protected:
 
 private:
     void Btn_OK_Click();
+    void Btn_Stop_Click();
     void growToText();
 
     std::unique_ptr<Ui::frmProgress> ui;
+    bool m_isStopEnabled = false;
+    bool m_isStopWanted = false;
 };
 
 } // namespace velloria::publish

@@ -100,6 +100,8 @@ private:
     void reloadWords();
     void importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&, editor::ParagraphTags));
     bool paintWhileWaiting();
+    bool isStopWanted() const;
+    bool serveDownload();
     void FTP_Execute();
     void MnuPING();
     void MnuUpdateCheck();

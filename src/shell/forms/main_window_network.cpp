@@ -1,6 +1,7 @@
 // The commands of the main window that reach the network. They work on while other commands may run.
 #include "browser/forms/frmBrowser.h"
 #include "publish/curl_internet.h"
+#include "publish/forms/frmProgress.h"
 #include "publish/ftp_upload.h"
 #include "publish/ping.h"
 #include "publish/update_check.h"
@@ -29,6 +30,21 @@ bool MDIFormTop::paintWhileWaiting() {
     return !m_context.runs.isEnding();
 }
 
+bool MDIFormTop::isStopWanted() const {
+    const auto* progress = m_context.windows.find<publish::frmProgress>();
+    return progress && progress->isStopWanted();
+}
+
+/// The same for a download: its button must work however long the server is silent. Other commands may run in here, as
+/// they may behind every piece of it.
+bool MDIFormTop::serveDownload() {
+    const auto* progress = m_context.windows.find<publish::frmProgress>();
+    if (!progress || !progress->isStopEnabled())
+        return paintWhileWaiting();
+    QCoreApplication::processEvents();
+    return !m_context.runs.isEnding() && !isStopWanted();
+}
+
 void MDIFormTop::FTP_Execute() {
     publish::CurlInternet internet([this] { return paintWhileWaiting(); });
     const publish::UploadCalls calls{.ping = [this] { MnuPING(); },
@@ -49,11 +65,12 @@ publish::UpdateCalls MDIFormTop::updateCalls() {
                 },
             .enableUpdater = [this](bool isEnabled) { command(u"MnuVellUpdater"_s)->setEnabled(isEnabled); },
             .endProgram = [this] { close(); }, // noted, and done behind the command
-            .isProgramEnding = [this] { return m_context.runs.isEnding(); }};
+            .isProgramEnding = [this] { return m_context.runs.isEnding(); },
+            .isStopWanted = [this] { return isStopWanted(); }};
 }
 
 void MDIFormTop::MnuUpdateCheck() {
-    publish::CurlInternet internet([this] { return paintWhileWaiting(); });
+    publish::CurlInternet internet([this] { return serveDownload(); });
     publish::UpdateCheck(m_context.session, internet, m_context.desk, updateCalls()).MnuUpdateCheck();
 }
 

@@ -1,0 +1,33 @@
+#include "publish/archive_name.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::publish {
+namespace {
+
+constexpr QLatin1StringView kEndings[] = {".lzh"_L1, ".zip"_L1, ".exe"_L1, ".deb"_L1, ".tar.gz"_L1};
+
+/// The programs that are started from the program's folder, by us or by the user.
+constexpr QLatin1StringView kPrograms[] = {"velloria.exe"_L1,    "velloria-cli.exe"_L1, "velloria-sound.exe"_L1,
+                                           "vellupdater.exe"_L1, "velluptmp.exe"_L1,    "vellmemo.exe"_L1};
+
+bool isSpecial(QChar character) {
+    return character < u' ' || character == u'\x7f' || QStringView(u"/\\:*?\"<>|").contains(character);
+}
+
+} // namespace
+
+bool isArchiveName(const QString& name) {
+    const auto isSameName = [&](const auto& other) { return name.compare(other, Qt::CaseInsensitive) == 0; };
+    const auto isItsEnding = [&](QLatin1StringView ending) {
+        return name.size() > ending.size() && name.endsWith(ending, Qt::CaseInsensitive);
+    };
+    // A name that begins with a dot may be that of a file that is only on its way.
+    if (name.startsWith(u'.') || name.contains(u".."_s) || std::ranges::any_of(name, isSpecial))
+        return false;
+    return std::ranges::none_of(kPrograms, isSameName) && std::ranges::any_of(kEndings, isItsEnding);
+}
+
+} // namespace velloria::publish
