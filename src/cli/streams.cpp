@@ -1,6 +1,7 @@
 #include "cli/streams.h"
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -94,7 +95,7 @@ std::optional<QString> askOnTerminal(const QString& prompt, Echo echo) {
     std::string line;
     if (!std::getline(std::cin, line))
         return std::nullopt;
-    return QString::fromStdString(line);
+    return platform::fromUtf8(line);
 }
 
 } // namespace velloria::cli

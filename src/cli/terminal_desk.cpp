@@ -2,6 +2,7 @@
 
 #include "cli/streams.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 #include <QJsonDocument>
 
@@ -12,7 +13,7 @@ namespace velloria::cli {
 void TerminalDesk::record(const QJsonObject& event) {
     const QString name = event[u"event"_s].toString();
     if (showsEvents) {
-        writeError(QString::fromUtf8(QJsonDocument(event).toJson(QJsonDocument::Compact)));
+        writeError(platform::fromUtf8(QJsonDocument(event).toJson(QJsonDocument::Compact)));
         return;
     }
     if (name == u"progress"_s) {

@@ -1,6 +1,7 @@
 #include "desktop/clipboard.h"
 
 #include "core/path_names.h"
+#include "platform/utf8.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -38,11 +39,17 @@ std::optional<QString> imageFile(const QMimeData& data) {
     return files.front();
 }
 
+QString textOf(const QMimeData& data) {
+    const QByteArray utf8 = data.data(u"text/plain;charset=utf-8"_s);
+    // Qt takes U+FEFF in front for a file's signature.
+    return utf8.startsWith("\xEF\xBB\xBF") ? platform::fromUtf8(utf8) : data.text();
+}
+
 std::optional<QString> clipboardText() {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (!data || data->formats().isEmpty())
         return u""_s;
-    return isText(*data) ? std::optional(data->text()) : std::nullopt;
+    return isText(*data) ? std::optional(textOf(*data)) : std::nullopt;
 }
 
 } // namespace velloria::desktop

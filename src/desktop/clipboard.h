@@ -13,6 +13,9 @@ namespace velloria::desktop {
 /// Whether somebody copied a text: files that are copied bring one along as well.
 bool isText(const QMimeData& data);
 
+/// The text that somebody copied or drops, to its first character.
+QString textOf(const QMimeData& data);
+
 /// The files of this computer that are copied or dropped, as full paths.
 QStringList localFiles(const QMimeData& data);
 

@@ -1,6 +1,7 @@
 #include "desktop/command.h"
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +17,7 @@ bool runCommand(platform::Desk& desk, const std::function<void()>& action) {
         desk.failure(platform::Failure(u"メモリが足りません。"_s, {}, {},
                                        u"ほかのプログラムを終了してから、もう一度実行してください。"_s));
     } catch (const std::exception& error) {
-        desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, QString::fromUtf8(error.what())));
+        desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, platform::fromUtf8(error.what())));
     }
     return false;
 }

@@ -199,7 +199,7 @@ bool TextPane::canInsertFromMimeData(const QMimeData* source) const {
 
 void TextPane::insertFromMimeData(const QMimeData* source) {
     if (isText(*source))
-        replaceSelection(source->text());
+        replaceSelection(textOf(*source));
 }
 
 } // namespace velloria::desktop

@@ -3,6 +3,7 @@
 #include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/utf8.h"
 #include "store/entry_line.h"
 
 #include <QJsonDocument>
@@ -39,7 +40,9 @@ QByteArray DraftFile::lineOf(const store::Entry& draft) const {
 }
 
 QList<QByteArray> DraftFile::presentLines() const {
-    QList<QByteArray> lines = platform::readFileIfThere(m_file).value_or(QByteArray()).split('\n');
+    const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
+    QList<QByteArray> lines = platform::withoutSignature(bytes).toByteArray().split('
+');
     lines.removeIf([](const QByteArray& line) { return line.trimmed().isEmpty(); });
     return lines;
 }

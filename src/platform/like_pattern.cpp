@@ -153,9 +153,6 @@ bool LikePattern::matches(QStringView text) const {
 }
 
 bool LikePattern::matchesUtf8(QByteArrayView utf8) const {
-    // As in every reading of UTF-8, a byte order mark in front is no part of the text.
-    if (utf8.startsWith("\xEF\xBB\xBF"))
-        utf8 = utf8.sliced(3);
     if (!m_starts.empty()) {
         if (!holdsWord(utf8))
             return false;

@@ -2,6 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/library_file.h"
+#include "platform/utf8.h"
 
 #include <QCoreApplication>
 #include <QLibrary>
@@ -19,7 +20,7 @@ QString reinstall() {
 
 /// As the Desk wants it: line ends are CR LF.
 QString shown(const char* text) {
-    return QString::fromUtf8(text).replace(u"\r\n"_s, u"\n"_s).replace(u'\n', u"\r\n"_s);
+    return fromUtf8(text).replace(u"\r\n"_s, u"\n"_s).replace(u'\n', u"\r\n"_s);
 }
 
 MessageKind kindOf(int32_t kind) {
@@ -50,8 +51,8 @@ int32_t message(void* context, int32_t kind, const char* title, const char* text
     try {
         Desk& desk = *static_cast<Desk*>(context);
         if (isQuestion)
-            return desk.ask(shown(text), QString::fromUtf8(title)) ? 1 : 0;
-        desk.message(kindOf(kind), shown(text), QString::fromUtf8(title));
+            return desk.ask(shown(text), fromUtf8(title)) ? 1 : 0;
+        desk.message(kindOf(kind), shown(text), fromUtf8(title));
         return 1;
     } catch (...) {
         return 0;

@@ -48,7 +48,7 @@ private:
     const char16_t* m_end;
 };
 
-/// UTF-8 by characters, read as QString::fromUtf8 reads it: each byte that starts no character is U+FFFD.
+/// UTF-8 by characters, read as fromUtf8 reads it: each byte that starts no character is U+FFFD.
 class Utf8Characters {
 public:
     explicit Utf8Characters(QByteArrayView utf8)

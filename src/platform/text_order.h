@@ -39,7 +39,7 @@ public:
 
     bool matches(QStringView text) const;
 
-    /// The same as matches(QString::fromUtf8(utf8)) without the copy: the form in which the database hands out its
+    /// The same as matches(fromUtf8(utf8)) without the copy: the form in which the database hands out its
     /// text. A plain word between two "%" is found at the speed of a byte search.
     bool matchesUtf8(QByteArrayView utf8) const;
 

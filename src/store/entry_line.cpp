@@ -2,8 +2,7 @@
 
 #include "core/day_key.h"
 #include "platform/failure.h"
-
-#include <QJsonDocument>
+#include "platform/utf8.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +30,12 @@ const TextMember kTextMembers[] = {
     throw platform::Failure(u"入力を読み取れません。"_s, {}, reason);
 }
 
+/// The diary could keep no more of it than a "?".
+void refuseHalfCharacter(QLatin1StringView name, const QString& text) {
+    if (!text.isValidUtf16())
+        refuse(u"「%1」に文字の半分(対になっていないサロゲート)があります。"_s.arg(name));
+}
+
 QString readText(const QJsonObject& line, const TextMember& member) {
     const QJsonValue value = line.value(member.name);
     if (value.isUndefined())
@@ -40,6 +45,7 @@ QString readText(const QJsonObject& line, const TextMember& member) {
     if (!value.isString())
         refuse(u"「%1」は文字列でなければなりません。"_s.arg(member.name));
     const QString text = value.toString();
+    refuseHalfCharacter(member.name, text);
     return text.isNull() ? u""_s : text;
 }
 
@@ -87,7 +93,7 @@ QJsonObject toJson(const Entry& entry) {
 
 EntryLine parseEntryLine(const QByteArray& line) {
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+    const QJsonDocument document = platform::parseJson(line, &error);
     if (error.error != QJsonParseError::NoError)
         refuse(u"JSONとして読めません (%1)。"_s.arg(error.errorString()));
     if (!document.isObject())
@@ -100,6 +106,7 @@ EntryLine parseEntryLine(const QByteArray& line) {
     for (const auto& mark : {"Reason"_L1, "Time"_L1}) {
         if (json.contains(mark) && !json.value(mark).isString())
             refuse(u"「%1」は文字列でなければなりません。"_s.arg(mark));
+        refuseHalfCharacter(mark, json.value(mark).toString());
     }
     Entry& entry = result.entry;
     if (!json.value("Day"_L1).isString())

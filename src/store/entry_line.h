@@ -20,7 +20,8 @@ QJsonObject toJson(const Entry& entry);
 
 /// Reads one line. A member that is left out is what an untouched editor saves: "", weather "-", genre "一般", public;
 /// null is a missing value. Throws platform::Failure that says what is wrong: no JSON, a member of the wrong type or of
-/// an unknown name, a day that does not exist, a number outside 1 to 32767, an empty title.
+/// an unknown name, a day that does not exist, a number outside 1 to 32767, half a character (a lone
+/// surrogate), an empty title.
 EntryLine parseEntryLine(const QByteArray& line);
 
 } // namespace velloria::store

@@ -1,6 +1,7 @@
 #include "desktop/editor_home.h"
 
 #include "core/ini.h"
+#include "desktop/clipboard.h"
 
 #include <QClipboard>
 #include <QMimeData>
@@ -37,6 +38,22 @@ TEST_F(Clipboard, ImportsWhatIsCopiedAndShowsThePreview) {
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{session.DataPath + u"tmp.htm#"_s + session.EnterDay});
     EXPECT_TRUE(pageOf(session.DataPath + u"tmp.htm"_s).contains(u"t1"_s));
     EXPECT_TRUE(isMarked({2004, 5, 9}));
+}
+
+TEST_F(Clipboard, ATextOfAnotherProgramKeepsAMarkInFront) {
+    const auto copyBytes = [](const QByteArray& utf8) {
+        auto* data = new QMimeData;
+        data->setData(u"text/plain;charset=utf-8"_s, utf8);
+        data->setData(u"text/plain"_s, utf8);
+        QGuiApplication::clipboard()->setMimeData(data);
+    };
+    for (const QString& text : {u"\uFEFFa"_s, u"a\uFEFF"_s, u"日"_s}) {
+        copyBytes(text.toUtf8());
+        EXPECT_EQ(desktop::clipboardText(), text);
+        pane().setText(u""_s);
+        pane().paste();
+        EXPECT_EQ(pane().text(), text);
+    }
 }
 
 TEST_F(Clipboard, TheCleanEditorShowsWhatWasImported) {

@@ -40,6 +40,16 @@ TEST_F(Draft, EveryFieldComesBack) {
     EXPECT_EQ(store::toJson(read.front()), store::toJson(written));
 }
 
+TEST_F(Draft, AMarkInFrontOfATextComesBackAndASignatureOfTheFileIsNone) {
+    store::Entry written = draftOf(u"\uFEFF題"_s);
+    written.contents = u"\uFEFF"_s;
+    drafts().write({written, written});
+    writeFile(file(), "\xEF\xBB\xBF" + bytesOf(file())); // by an editor of texts
+    const std::vector<store::Entry> read = drafts().read();
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_EQ(store::toJson(read.front()), store::toJson(written));
+}
+
 TEST_F(Draft, ADraftNeedsNoTitleAndMayHaveNoRow) {
     store::Entry written = draftOf(u""_s);
     written.publishTime = QString();

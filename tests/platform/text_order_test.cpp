@@ -1,6 +1,7 @@
 #include "platform/text_order.h"
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 #include "support/vectors.h"
 
 #include <gtest/gtest.h>
@@ -455,6 +456,15 @@ TEST(LikePattern, ALoneSurrogateIsNoPartOfAPair) {
     EXPECT_FALSE(LikePattern(QString(u"%"_s + pair[1] + u"%"_s)).matchesUtf8("?\xED\xBE\xB7\xF0\xA0\xAE\xB7"));
 }
 
+TEST(LikePattern, AMarkInFrontIsACharacter) {
+    const QByteArray text = u"\uFEFF日記"_s.toUtf8();
+    EXPECT_TRUE(LikePattern(u"\uFEFF日記").matchesUtf8(text));
+    EXPECT_TRUE(LikePattern(u"_日記").matchesUtf8(text));
+    EXPECT_TRUE(LikePattern(u"%\uFEFF%").matchesUtf8(text));
+    EXPECT_FALSE(LikePattern(u"日記").matchesUtf8(text));
+    EXPECT_FALSE(LikePattern(u"\uFEFF日記").matchesUtf8(u"日記"_s.toUtf8()));
+}
+
 TEST(LikePattern, ManyRunsStayFast) {
     const QString text(200'000, u'a');
     const auto start = std::chrono::steady_clock::now();
@@ -543,7 +553,7 @@ TEST(LikePattern, ReadsDamagedUtf8AsTheTextOfIt) {
         if (i % 4)
             pattern = u'%' + pattern + u'%';
         const LikePattern compiled(pattern);
-        const bool expected = compiled.matches(QString::fromUtf8(utf8));
+        const bool expected = compiled.matches(platform::fromUtf8(utf8));
         ASSERT_EQ(compiled.matchesUtf8(utf8), expected)
             << joined.toHex().toStdString() << " like " << pattern.toStdString();
         matched += expected;

@@ -114,6 +114,29 @@ TEST(EntryLine, ComesBackFromItsJson) {
     }
 }
 
+TEST(EntryLine, KeepsAMarkInFrontOfATextAndNoneInFrontOfTheLine) {
+    Entry entry;
+    entry.day = u"2004/05/06"_s;
+    entry.title = entry.contents = u"\uFEFFt"_s;
+    entry.extend = u"\uFEFF"_s;
+    entry.genre = u"\uFEFF\uFEFF"_s;
+    expectSame(parseEntryLine(QJsonDocument(store::toJson(entry)).toJson(QJsonDocument::Compact)).entry, entry);
+    EXPECT_EQ(parseEntryLine(line("\"Extend\":\"\\ufeffx\"")).entry.extend, u"\uFEFFx"_s);
+    EXPECT_TRUE(reasonOf("\xEF\xBB\xBF" + line()).contains(u"JSON"_s));
+}
+
+TEST(EntryLine, RefusesHalfACharacter) {
+    for (const char* text : {"\\ud800", "\\udfff", "x\\ud83d", "\\ud83dx\\ude00", "\\ude00\\ud83d"}) {
+        for (const char* name : {"Title", "Contents", "Extend", "Excerpt", "Weather", "Genre", "PublishTime",
+                                 "ImportMark", "Reason", "Time"}) {
+            const QByteArray whole = line(QByteArray("\"") + name + "\":\"" + text + "\"");
+            EXPECT_TRUE(reasonOf(whole).contains(QLatin1StringView(name))) << whole.constData();
+        }
+    }
+    EXPECT_EQ(parseEntryLine(line("\"Extend\":\"\\ud83d\\ude00\"")).entry.extend, u"😀"_s);
+    EXPECT_TRUE(reasonOf(line("\"Extend\":\"\xED\xA0\x80\"")).contains(u"JSON"_s));
+}
+
 TEST(EntryLine, RefusesWhatIsNoObject) {
     for (const QByteArray& text : {QByteArray(), QByteArray("x"), QByteArray("{\"Day\":\"2004/05/06\""),
                                    QByteArray("[]"), QByteArray("\"Day\""), QByteArray("{} {}"), line() + "x"})

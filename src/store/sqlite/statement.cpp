@@ -1,5 +1,6 @@
 #include "store/sqlite/statement.h"
 
+#include "platform/utf8.h"
 #include "store/sqlite/connection.h"
 
 #include <sqlite3.h>
@@ -37,8 +38,7 @@ QString Statement::text(int column) const {
     const auto* utf8 = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
     if (!utf8)
         return {};
-    const QString text = QString::fromUtf8(utf8, sqlite3_column_bytes(m_handle, column));
-    return text.isNull() ? QLatin1StringView("") : text;
+    return platform::fromUtf8({utf8, sqlite3_column_bytes(m_handle, column)});
 }
 
 int Statement::integer(int column) const {
