@@ -75,7 +75,7 @@ class Login(UsersTest):
         result = self.start("", "", answers=[self.make_data("nobody")])
         self.assertEqual((result.code, result.out, result.boxes), (1, b"", []))
         self.assertIn("--user", result.error_text)
-        result = self.run_cli("--events", "start", user="", answers=["", self.make_data("nobody")])
+        result = self.run_cli("--events", "start", user="", answers=["", self.root])
         self.assertEqual(result.code, 1)
         self.assertEqual(snapshot(self.home), before)
 
