@@ -691,7 +691,7 @@ class AtTheSameTime(SiteTest):
     def test_logs_lose_no_page(self):
         commands = [("site", "log", *month.split("/")) for month in self.months]
         for _ in range(self.ROUNDS):
-            for folder in (self.data + "DiaryLog", self.site + "DiaryLog"):
+            for folder in (self.data + "DiaryLog", self.site + "DiaryLog", self.site + "DiaryParts"):
                 shutil.rmtree(folder, ignore_errors=True)
             self.sql("DELETE FROM LogDB")
             self.sql("DELETE FROM FileDB")
