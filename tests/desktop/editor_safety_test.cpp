@@ -9,6 +9,15 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
+
+// The lists of steps, which the editor shows to nobody.
+std::array<editor::UndoList, 3>& undoListsOf(editor::frmContents& contents);
+template <auto Lists>
+struct UndoListsOf {
+    friend std::array<editor::UndoList, 3>& undoListsOf(editor::frmContents& contents) { return contents.*Lists; }
+};
+template struct UndoListsOf<&editor::frmContents::m_undo>;
+
 namespace {
 
 class EditorWork : public EditorHome {
@@ -218,6 +227,28 @@ TEST_F(EditorWork, TheThirdPaneHasNoUndo) {
     contents().mnuRedo_Click();
     EXPECT_EQ(pane(2).text(), u"ab"_s);
     EXPECT_FALSE(contents().Loading);
+}
+
+TEST_F(EditorWork, RedoOfTheThirdPaneGoesOnWhereThereIsAStep) {
+    clickTab(2);
+    keys(pane(2), u"ab"_s);
+    const QString typed = pane(2).text();
+    // No undo of the window leads there: below the top of the list.
+    editor::UndoList& list = undoListsOf(contents())[2];
+    ASSERT_TRUE(list.undo());
+    const std::optional<editor::Snapshot> first = list.undo();
+    ASSERT_TRUE(first);
+    contents().mnuUndo_Click();
+    EXPECT_EQ(pane(2).text(), typed) << "undo is without effect there";
+    EXPECT_EQ(list.position(), list.count() - 2);
+    QTest::keyClick(&pane(2), Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(pane(2).text(), typed.chopped(1));
+    contents().mnuRedo_Click();
+    EXPECT_EQ(pane(2).text(), typed);
+    EXPECT_EQ(pane(2).textCursor().position(), int(typed.size()));
+    contents().mnuRedo_Click();
+    EXPECT_EQ(pane(2).text(), typed);
+    EXPECT_EQ(list.position(), list.count());
 }
 
 TEST_F(EditorWork, ThePanesUndoEachForItself) {
