@@ -6,6 +6,7 @@
 #include "desktop/context.h"
 #include "desktop/qt_desk.h"
 #include "desktop/sound_player.h"
+#include "desktop/wait_box.h"
 #include "platform/failure.h"
 #include "platform/instance_lock.h"
 #include "publish/forms/frmProgress.h"
@@ -52,6 +53,7 @@ int run(QApplication& application) {
     const platform::SystemClock clock;
     desktop::QtDesk desk;
     desktop::SoundPlayer player(QCoreApplication::applicationDirPath() + u"/velloria-sound"_s);
+    const desktop::WaitBox waits;
     desktop::Context context{session, clock, desk};
     connectDesk(desk, context, player);
     try {

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "platform/text_order.h"
+#include "platform/waiting.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,7 +14,17 @@ using namespace Qt::StringLiterals;
 namespace velloria::store::sqlite {
 namespace {
 
-constexpr int kBusyTimeoutMs = 5000;
+const QString kBusy = u"日記データベースは他のプログラムが使用中です。"_s;
+
+/// Called while the file is locked; `times` counts the calls of one wait.
+int waitForOther(void* clock, int times) {
+    constexpr std::chrono::milliseconds kLongestWait{5000};
+    auto& waiting = *static_cast<QElapsedTimer*>(clock);
+    if (times == 0)
+        waiting.start();
+    const std::chrono::milliseconds waited(waiting.elapsed());
+    return waited < kLongestWait && platform::waitOn(kBusy, waited);
+}
 
 QByteArrayView bytesOf(sqlite3_value* value) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -67,7 +78,7 @@ Connection::Connection(const QString& file, Access access)
     try {
         if (code != SQLITE_OK)
             fail(code);
-        sqlite3_busy_timeout(m_handle, kBusyTimeoutMs);
+        sqlite3_busy_handler(m_handle, waitForOther, &m_waiting);
         constexpr int kPure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
         sqlite3_create_function(m_handle, "Fold", 1, kPure, nullptr, foldFunction, nullptr, nullptr);
         sqlite3_create_function(m_handle, "like", 2, kPure, nullptr, likeFunction, nullptr, nullptr);
@@ -101,7 +112,7 @@ void Connection::fail(int code) const {
     switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        what = u"日記データベースは他のプログラムが使用中です。"_s;
+        what = kBusy;
         advice += u"そのプログラムを終了してから、もう一度実行してください。"_s;
         break;
     case SQLITE_FULL:

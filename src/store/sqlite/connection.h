@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -14,8 +15,8 @@ enum class Access { ReadWrite, ReadOnly };
 
 /// Opens an existing file; never makes one. What a killed program left half done is rolled back. Registered are the
 /// collation JET, the function Fold(text) and the operator LIKE with the diary's wildcards and comparison. A busy file
-/// is waited for up to 5 seconds. Throws platform::Failure, as does everything below: it names the file and why the
-/// engine refused.
+/// is waited for up to 5 seconds, while the windows are served. Throws platform::Failure, as does everything below: it
+/// names the file and why the engine refused.
 class Connection {
 public:
     Connection(const QString& file, Access access);
@@ -32,6 +33,7 @@ public:
 private:
     QString m_file;
     sqlite3* m_handle = nullptr;
+    QElapsedTimer m_waiting; ///< since when the file is waited for
 };
 
 /// Begins at once with the write lock and rolls back unless committed.

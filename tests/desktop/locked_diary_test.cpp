@@ -1,0 +1,93 @@
+// The windows while another program holds the diary.
+#include "desktop/wait_box.h"
+#include "editor_home.h"
+#include "store/sqlite/connection.h"
+
+#include <QElapsedTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+/// Counts how often it is drawn.
+class Drawn : public QWidget {
+public:
+    using QWidget::QWidget;
+    int times = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override { ++times; }
+};
+
+class LockedDiary : public EditorHome {
+protected:
+    void SetUp() override {
+        EditorHome::SetUp();
+        clickDay(6);
+        keys(title(), u"title"_s);
+        holder.emplace(session.databaseFile(), store::sqlite::Access::ReadWrite);
+        lock.emplace(*holder);
+    }
+    void release() {
+        lock.reset();
+        holder.reset();
+    }
+    static QMessageBox* waitBox() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+
+    desktop::WaitBox waits;
+    std::optional<store::sqlite::Connection> holder;
+    std::optional<store::sqlite::Transaction> lock;
+};
+
+TEST_F(LockedDiary, LetsTheWindowsPaintAndTheSaveGoOnWhenItIsFree) {
+    Drawn drawn(&top());
+    drawn.resize(20, 20);
+    drawn.show();
+    settle();
+    const int before = drawn.times;
+    QTimer painter;
+    QObject::connect(&painter, &QTimer::timeout, &drawn, qOverload<>(&QWidget::update));
+    painter.start(20);
+    QTimer::singleShot(200, [&] { release(); });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_GT(drawn.times, before + 2);
+    EXPECT_FALSE(waitBox()) << "a short wait shows nothing";
+    EXPECT_EQ(rows(), QStringList{u"1title"_s});
+    EXPECT_FALSE(isSavable());
+}
+
+TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
+    bool wasShown = false;
+    QTimer::singleShot(1200, [&] {
+        wasShown = waitBox();
+        release();
+    });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_TRUE(wasShown);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
+    EXPECT_EQ(rows(), QStringList{u"1title"_s});
+}
+
+TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
+    QElapsedTimer timer;
+    timer.start();
+    expectedFailures = 1;
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        EXPECT_TRUE(box.text().startsWith(u"日記データベースは他のプログラムが使用中です。"_s));
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_LT(timer.elapsed(), 4000) << "nobody waits for the end of the wait";
+    EXPECT_TRUE(isSavable());
+    EXPECT_EQ(title().text(), u"title"_s);
+
+    // The next save waits anew.
+    QTimer::singleShot(100, [&] { release(); });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_EQ(rows(), QStringList{u"1title"_s});
+    EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
+}
+
+} // namespace
+} // namespace velloria::tests
