@@ -66,6 +66,14 @@ TEST_F(ListMaker, LinesBecomeItems) {
     }
 }
 
+TEST_F(ListMaker, BeginsInTheText) {
+    auto& maker = openList();
+    EXPECT_TRUE(control<QPlainTextEdit>(maker, u"txtListContents"_s).hasFocus());
+    keys(*QApplication::focusWidget(), u"a"_s);
+    click(maker, u"Btn_OK"_s);
+    EXPECT_EQ(pane().text(), u"<UL TYPE='disk'><li>a</UL>"_s);
+}
+
 TEST_F(ListMaker, BlanksOfAnItemStayWhatTheyAre) {
     auto& maker = openList();
     control<QPlainTextEdit>(maker, u"txtListContents"_s).setPlainText(u"a\u00A0b\u3000c"_s);

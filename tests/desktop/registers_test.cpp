@@ -278,7 +278,9 @@ TEST_F(Registers, LogsAreRegisteredForAMonth) {
     const QString file = source(u"x.htm"_s);
     line(u"txtOpenFile"_s).setText(file);
     press(u"BtnResist"_s);
-    EXPECT_TRUE(items().isEmpty()) << "without a month nothing happens";
+    EXPECT_TRUE(items().isEmpty()) << "without a month nothing is registered";
+    EXPECT_EQ(boxes(), QStringList{u"critical: ログの月が選択されていません。\r\n月を選択してください。"_s});
+    EXPECT_TRUE(box(u"cmbMonth"_s).hasFocus());
     EXPECT_EQ(kept(core::keys::kLogResistPath), u""_s);
     pick(box(u"cmbMonth"_s), 2);
     press(u"BtnResist"_s);
@@ -369,6 +371,32 @@ TEST_F(Registers, AWrongYearIsTestedOnceAndNotOnTheWayOut) {
     QTest::qWait(20);
     EXPECT_EQ(boxes().size(), 1);
     EXPECT_FALSE(context.windows.find<frmResistLogs>());
+}
+
+TEST_F(Registers, AMissingAnswerIsAskedForAndHasTheFocus) {
+    openLogs();
+    pick(box(u"cmbMonth"_s), 2);
+    press(u"BtnResist"_s);
+    EXPECT_EQ(boxes().last(),
+              u"critical: 登録するログのファイルが指定されていません。\r\nファイルを指定してください。"_s);
+    EXPECT_TRUE(line(u"txtOpenFile"_s).hasFocus());
+    line(u"txtOpenFile"_s).setText(source(u"x.htm"_s));
+    line(u"txtYear"_s).clear();
+    press(u"BtnResist"_s);
+    EXPECT_EQ(boxes().last(), u"critical: ログの年が入力されていません。\r\n年を入力してください。"_s);
+    EXPECT_TRUE(line(u"txtYear"_s).hasFocus());
+    EXPECT_TRUE(items().isEmpty());
+    EXPECT_EQ(kept(core::keys::kLogResistPath), u""_s);
+    shown->close();
+    settle();
+
+    openFiles();
+    press(u"BtnResist"_s);
+    EXPECT_EQ(boxes().last(), u"critical: 登録するファイルが指定されていません。\r\nファイルを指定してください。"_s);
+    EXPECT_TRUE(line(u"txtOpenFile"_s).hasFocus());
+    press(u"BtnDelete"_s);
+    EXPECT_EQ(panel(), u"削除するファイルが選択されていません。"_s);
+    EXPECT_TRUE(list().hasFocus());
 }
 
 TEST_F(Registers, AreOneOfAKind) {

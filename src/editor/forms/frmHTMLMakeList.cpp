@@ -31,6 +31,7 @@ frmHTMLMakeList::frmHTMLMakeList(desktop::Context& context)
     ui->cmbOL->setCurrentIndex(-1);
     ui->cmbOL->setEditText(kNumberingRest.toString());
     ui->txtListContents->setAcceptDrops(false); // a file would become its address
+    ui->txtListContents->setFocus();
     enableKind();
     connect(ui->optTypeUL, &QRadioButton::toggled, this, &frmHTMLMakeList::enableKind);
     m_startCheck =

@@ -82,6 +82,12 @@ void frmResistFiles::BtnOpenFolder_Click() {
 void frmResistFiles::BtnResist_Click() {
     const QString path = ui->txtOpenFile->text();
     const int index = ui->cmbResisterdDay->currentIndex();
+    if (path.isEmpty()) {
+        m_context.desk.message(platform::MessageKind::Critical,
+                               u"登録するファイルが指定されていません。\r\nファイルを指定してください。"_s,
+                               u"Resist Files"_s);
+        ui->txtOpenFile->setFocus();
+    }
     if (path.isEmpty() || index < 0)
         return;
     const store::EntryKey key = m_days[std::size_t(index)];
@@ -93,8 +99,11 @@ void frmResistFiles::BtnResist_Click() {
 }
 
 void frmResistFiles::BtnDelete_Click() {
-    if (ui->ResisterdList->selectedItems().isEmpty())
+    if (ui->ResisterdList->selectedItems().isEmpty()) {
+        m_context.desk.status(u"削除するファイルが選択されていません。"_s);
+        ui->ResisterdList->setFocus();
         return;
+    }
     const store::FileRow row = m_rows[std::size_t(ui->ResisterdList->currentRow())];
     site::Outcome outcome = site::Outcome::Done;
     run([&] { outcome = m_register.deleteFile(row); });

@@ -54,11 +54,16 @@ void frmResistLogs::fillList() {
 bool frmResistLogs::checkYear() {
     m_yearCheck->drop();
     const std::optional<QString> problem = yearProblem(ui->txtYear->text());
-    if (!problem)
-        return true;
-    m_context.desk.message(platform::MessageKind::Critical, *problem, u"Resist Log Files"_s);
-    ui->txtYear->setFocus();
-    return false;
+    if (problem)
+        complain(*problem, *ui->txtYear);
+    return !problem;
+}
+
+/// Why nothing happens; the focus is where it is to be put right.
+void frmResistLogs::complain(const QString& problem, QWidget& box) {
+    m_yearCheck->drop();
+    m_context.desk.message(platform::MessageKind::Critical, problem, u"Resist Log Files"_s);
+    box.setFocus();
 }
 
 void frmResistLogs::BtnOpenFolder_Click() {
@@ -77,8 +82,14 @@ void frmResistLogs::BtnResist_Click() {
     const QString path = ui->txtOpenFile->text();
     const QString year = ui->txtYear->text();
     const QString month = ui->cmbMonth->currentText();
-    // An empty box means that nothing is to happen, a wrong year that it is to be put right.
-    if (path.isEmpty() || year.isEmpty() || month.isEmpty() || !checkYear())
+    if (path.isEmpty())
+        return complain(u"登録するログのファイルが指定されていません。\r\nファイルを指定してください。"_s,
+                        *ui->txtOpenFile);
+    if (year.isEmpty())
+        return complain(u"ログの年が入力されていません。\r\n年を入力してください。"_s, *ui->txtYear);
+    if (month.isEmpty())
+        return complain(u"ログの月が選択されていません。\r\n月を選択してください。"_s, *ui->cmbMonth);
+    if (!checkYear())
         return;
     {
         const platform::Hourglass hourglass(m_context.desk);
@@ -88,8 +99,11 @@ void frmResistLogs::BtnResist_Click() {
 }
 
 void frmResistLogs::BtnDelete_Click() {
-    if (ui->ResisterdList->selectedItems().isEmpty())
+    if (ui->ResisterdList->selectedItems().isEmpty()) {
+        m_context.desk.status(u"削除するログが選択されていません。"_s);
+        ui->ResisterdList->setFocus();
         return;
+    }
     const store::LogRow row = m_rows[std::size_t(ui->ResisterdList->currentRow())];
     site::Outcome outcome = site::Outcome::Done;
     run([&] { outcome = m_register.deleteLog(row); });

@@ -26,6 +26,7 @@ public:
 private:
     void fillList();
     bool checkYear();
+    void complain(const QString& problem, QWidget& box);
     void BtnOpenFolder_Click();
     void BtnResist_Click();
     void BtnDelete_Click();
