@@ -28,8 +28,12 @@ namespace {
 using shell::MDIFormTop;
 
 /// The windows behind the ports.
-void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::SoundPlayer& player) {
-    desk.beforeBox = [&context] { context.windows.unload<shell::StartForm>(); };
+void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::SoundPlayer& player,
+                 desktop::WaitBox& waits) {
+    desk.beforeBox = [&context, &waits] {
+        context.windows.unload<shell::StartForm>();
+        waits.end();
+    };
     desk.showStatus = [&context](const QString& text) {
         if (auto* top = context.windows.find<MDIFormTop>())
             top->setStatus(text);
@@ -53,9 +57,9 @@ int run(QApplication& application) {
     const platform::SystemClock clock;
     desktop::QtDesk desk;
     desktop::SoundPlayer player(QCoreApplication::applicationDirPath() + u"/velloria-sound"_s);
-    const desktop::WaitBox waits;
+    desktop::WaitBox waits;
     desktop::Context context{session, clock, desk};
-    connectDesk(desk, context, player);
+    connectDesk(desk, context, player, waits);
     try {
         const QString home = shell::findHome({}, QCoreApplication::applicationDirPath());
         const platform::InstanceLock lock(QFileInfo(home).canonicalFilePath());

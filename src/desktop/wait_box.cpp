@@ -17,8 +17,13 @@ constexpr std::chrono::milliseconds kEndOfWait{200};
 WaitBox::WaitBox() {
     m_end.setSingleShot(true);
     m_end.setInterval(kEndOfWait);
-    connect(&m_end, &QTimer::timeout, this, [this] { delete m_box; });
+    connect(&m_end, &QTimer::timeout, this, &WaitBox::end);
     qApp->installEventFilter(this);
+}
+
+void WaitBox::end() {
+    m_end.stop();
+    delete m_box;
 }
 
 bool WaitBox::eventFilter(QObject*, QEvent* event) {
@@ -43,11 +48,11 @@ void WaitBox::serve(platform::Waiting& waiting) {
     m_end.stop();
     const QPointer<QMessageBox> box = m_box;
     QCoreApplication::processEvents();
-    // Without its box the window that asked is gone, and nobody waits any more.
-    waiting.isGivenUp = !box || box->isHidden();
+    waiting.isGivenUp = box && box->isHidden();
     if (waiting.isGivenUp)
-        delete box;
-    m_end.start();
+        end();
+    else
+        m_end.start();
 }
 
 } // namespace velloria::desktop

@@ -19,6 +19,9 @@ class WaitBox : public QObject {
 public:
     WaitBox();
 
+    /// The wait is over, which else shows a moment later: a box that comes now must not stand over this one.
+    void end();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -1,4 +1,6 @@
 // The windows while another program holds the diary.
+#include "desktop/command.h"
+#include "desktop/qt_desk.h"
 #include "desktop/wait_box.h"
 #include "editor_home.h"
 #include "store/sqlite/connection.h"
@@ -87,6 +89,31 @@ TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
     EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
+}
+
+TEST_F(LockedDiary, WhatIsSaidBehindTheWaitStays) {
+    desktop::QtDesk qtDesk;
+    qtDesk.beforeBox = [this] { waits.end(); };
+    int seenMs = 0;
+    QTimer watch;
+    QElapsedTimer shown;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        QMessageBox* box = waitBox();
+        if (!box || box->icon() != QMessageBox::Critical)
+            return;
+        if (!shown.isValid())
+            shown.start();
+        constexpr int kLongerThanTheEndOfAWait = 600;
+        seenMs = int(shown.elapsed());
+        if (seenMs > kLongerThanTheEndOfAWait)
+            box->accept();
+    });
+    watch.start(20);
+    desktop::runCommand(qtDesk, [this] {
+        store::sqlite::Connection writer(session.databaseFile(), store::sqlite::Access::ReadWrite);
+        const store::sqlite::Transaction change(writer);
+    });
+    EXPECT_GT(seenMs, 600);
 }
 
 } // namespace
