@@ -14,6 +14,8 @@ import tempfile
 import time
 import unittest
 
+from home import PATIENCE_SECONDS
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ["VELLORIA_PROGRAM"]).resolve()
 COMPLETIONS = ROOT / "completions"
@@ -119,7 +121,7 @@ class Completions(unittest.TestCase):
 
     def read_until(self, terminal, end):
         shown = ""
-        deadline = time.monotonic() + 20
+        deadline = time.monotonic() + PATIENCE_SECONDS
         while not shown.endswith(end) and time.monotonic() < deadline:
             if select.select([terminal], [], [], 0.1)[0]:
                 shown += os.read(terminal, 4096).decode(errors="replace")

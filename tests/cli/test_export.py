@@ -4,6 +4,7 @@ import itertools
 import os
 import resource
 import signal
+import stat
 import unittest
 
 from home import CliTest, entry, read, snapshot, write
@@ -222,10 +223,13 @@ class Refusals(Export):
         self.fill()
         for name in ("Genre.csv", "rescue.jsonl", "uploadlog.tmp"):
             write(self.data + name, "old")
-        for out in (self.out, self.out + "none/x", "/dev/full", self.database, self.diary_ini,
+        pipe = self.out + "pipe"
+        os.mkfifo(pipe)
+        for out in (self.out, self.out + "none/x", pipe, self.database, self.diary_ini,
                     self.formats + "mine.txt", self.formats + "HTML.ini", os.path.join(self.home, "HTML2TXT.ini"),
                     self.data + "Genre.csv", self.data + "rescue.jsonl", self.data + "uploadlog.tmp"):
             self.refused(*self.words(format="mine.dat", out=out))
+        self.assertTrue(stat.S_ISFIFO(os.stat(pipe).st_mode))
         self.refused(*self.words(unit="divide", out=self.out + "none"), naming=["2004_02_01.txt"])
 
     def test_a_full_disk_leaves_the_old_file(self):

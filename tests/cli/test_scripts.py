@@ -43,6 +43,7 @@ class SourceArchive(ScriptTest):
 
     def test_its_sources_are_checked_and_formatted(self):
         wrong = self.tree / "src" / "core" / "ini.cpp"
+        self.run_in(self.tree / "scripts" / "format")
         right = wrong.read_text(encoding="utf-8")
         self.run_in(self.tree / "scripts" / "format", "--check")
         self.run_in(self.tree / "scripts" / "lint")
@@ -59,6 +60,7 @@ class SourceArchive(ScriptTest):
         self.assertEqual(made.read_text(), "int  x ;\n")
 
     def test_everything_is_tested(self):
+        self.run_in(self.tree / "scripts" / "format")
         calls = self.folder / "calls"
         for name in ("cmake", "ctest"):
             self.program(name, f'echo "{name} $*" >> {calls}\n[ {name} = cmake ] || echo "100% tests passed, 0 of 1"')
@@ -107,7 +109,7 @@ class Display(ScriptTest):
 
 class Skips(ScriptTest):
     LOG = "1/2 Testing: a\n[  SKIPPED ] A.B (0 ms)\nSKIPPED A.B: no groff\nSKIPPED c.d: no root\nSKIPPED A.B: no groff\n"
-    TOLD = "Skipped, so nothing is known about them:\n    A.B: no groff\n    c.d: no root\n\n"
+    TOLD = "\nSkipped, so nothing is known about them:\n    A.B: no groff\n    c.d: no root\n\n"
 
     def told(self, output, log):
         path = self.folder / "Testing" / "Temporary"

@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace velloria::convert;
@@ -484,14 +485,17 @@ TEST_F(Export, NothingButAFileIsReplacedAndNothingThatTheDiaryNeeds) {
     settings.format = ExportFormat::User;
     settings.userFormat = u"mine.txt"_s;
     ASSERT_TRUE(QFile::link(session.databaseFile(), out(u"link"_s)));
-    for (const QString& file : {out(), u"/dev/full"_s, session.databaseFile(), session.DiaryIniFile, out(u"link"_s),
+    const QTemporaryDir elsewhere;
+    const QString pipe = elsewhere.filePath(u"pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& file : {out(), pipe, session.databaseFile(), session.DiaryIniFile, out(u"link"_s),
                                 session.DataPath + u"ExportFormat/mine.txt"_s}) {
         const auto before = contentOf(home.path());
         EXPECT_NE(failureOf([&] { run(file); }), u""_s) << file.toStdString();
         EXPECT_EQ(contentOf(home.path()), before) << file.toStdString();
     }
-    EXPECT_TRUE(exists(u"/dev/full"_s));
-    EXPECT_FALSE(QFileInfo(u"/dev/full"_s).isFile());
+    EXPECT_TRUE(exists(pipe));
+    EXPECT_FALSE(QFileInfo(pipe).isFile());
 }
 
 TEST_F(Export, NoFileOfTheProgramOrOfTheUsersSettingsIsReplaced) {

@@ -7,11 +7,13 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QSignalSpy>
+#include <QWebEngineHistory>
 #include <QWebEngineView>
 
 namespace velloria::tests {
 
-constexpr int kPageTimeoutMs = 30000;
+constexpr int kPageTimeoutMs = kPatienceMs;
 
 /// Fixture. Pages lie in the data folder.
 class BrowserHome : public DesktopHome {
@@ -32,6 +34,15 @@ protected:
         browser().bDocumentComplete = false;
         browser().Navigate(address);
         waitForDocument();
+    }
+    /// Whether nothing but the pages shown so far comes, `shown` of them: another one is shown, and whatever had been
+    /// started before it would have begun or stand in the history in front of it.
+    bool nothingElseComes(int shown) {
+        QWebEngineView& view = viewOf(browser());
+        const QSignalSpy begun(&view, &QWebEngineView::loadStarted);
+        writePage(QStringLiteral("last.htm"), "last");
+        open(pagePath(QStringLiteral("last.htm")));
+        return begun.size() == 1 && view.history()->count() == shown + 1;
     }
     void waitForDocument() {
         ASSERT_TRUE(QTest::qWaitFor([this] { return browser().bDocumentComplete; }, kPageTimeoutMs));

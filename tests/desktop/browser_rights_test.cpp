@@ -1,11 +1,15 @@
 #include "desktop/browser_home.h"
 #include "desktop/small_web.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslServer>
+#include <QStandardPaths>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -107,10 +111,20 @@ TEST_F(BrowserRights, DropADownloadWithoutAPlace) {
     web.pages["/a.bin"] = "bytes";
     desk.answers = {QJsonValue()};
     browser().Navigate(web.address(u"/a.bin"_s));
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return desk.answers.isEmpty() || !desk.texts(u"file"_s).isEmpty(); }, kPageTimeoutMs));
-    QTest::qWait(200);
+    const QDir downloads(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+    const auto questions = [&] {
+        const auto isQuestion = [](const QJsonValue& event) { return event[u"event"_s] == u"file"_s; };
+        return std::count_if(desk.events.constBegin(), desk.events.constEnd(), isQuestion);
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return questions() == 1; }, kPageTimeoutMs)) << "the place is asked for";
     EXPECT_FALSE(browser().bDocumentComplete);
+    // A second one, which is kept, is told behind the first.
+    desk.answers = {path(u"second.bin"_s)};
+    browser().Navigate(web.address(u"/a.bin"_s));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return exists(path(u"second.bin"_s)); }, kPageTimeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return panel().startsWith(u"ファイル "_s); }, kPageTimeoutMs));
+    EXPECT_EQ(desk.texts(u"status"_s).filter(u"a.bin"_s), QStringList());
+    EXPECT_FALSE(exists(downloads.filePath(u"a.bin"_s)));
 }
 
 TEST_F(BrowserRights, BringBoxesOfScriptsToTheDesk) {

@@ -20,7 +20,7 @@ protected:
         layout.addWidget(&other);
         window.resize(300, 300);
         window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, tests::kPatienceMs));
         window.activateWindow();
         EXPECT_TRUE(tests::becomesActive(window));
         view.setValue({2004, 5, 6});

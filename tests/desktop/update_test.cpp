@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
+#include <QWebEngineHistory>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
@@ -53,7 +54,7 @@ protected:
     void press(const QString& name) { top().command(name)->trigger(); }
     QAction& updater() { return *top().command(u"MnuVellUpdater"_s); }
     bool isUpdaterStarted() const {
-        return QTest::qWaitFor([this] { return exists(path(u"mark"_s)); });
+        return QTest::qWaitFor([this] { return exists(path(u"mark"_s)); }, kPatienceMs);
     }
     void editAnEntry() {
         context.windows.get<editor::frmCalender>().Calender_DateClick(QDate(2004, 5, 6));
@@ -106,9 +107,15 @@ TEST_F(UpdateCommand, TheBrowserStopsAndShowsTheNewsFirst) {
     EXPECT_TRUE(browser.isVisible());
     EXPECT_EQ(desk.events.first()[u"event"_s], u"navigate"_s);
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{u"http://127.0.0.1/news.htm"_s});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return browser.findChild<QWebEngineView*>() != nullptr; }, 30000));
-    QTest::qWait(500);
-    EXPECT_EQ(browser.LocationURL(), u""_s) << "what was to be loaded is not";
+    EXPECT_EQ(browser.LocationURL(), u""_s);
+    writeFile(session.DataPath + u"b.htm"_s, "text");
+    browser.bDocumentComplete = false;
+    browser.Navigate(session.DataPath + u"b.htm"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return browser.bDocumentComplete; }, kPatienceMs));
+    const auto* view = browser.findChild<QWebEngineView*>();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->history()->count(), 1) << "what was to be loaded is not";
+    EXPECT_TRUE(browser.LocationURL().endsWith(u"b.htm"_s));
 }
 
 TEST_F(UpdateCommand, TheStartedUpdaterEndsTheProgramBehindTheCommand) {

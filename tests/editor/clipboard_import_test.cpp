@@ -1,9 +1,9 @@
 #include "editor/clipboard_import.h"
 
 #include "core/ini.h"
+#include "support/patience.h"
 #include "support/test_home.h"
 
-#include <QElapsedTimer>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -343,14 +343,13 @@ TEST_F(ClipboardImport, HoldsNoLockWhileItAsks) {
 }
 
 TEST_F(ClipboardImport, TakesNoLongerThanTheTextIsLong) {
-    QElapsedTimer timer;
-    timer.start();
+    const double start = processorSeconds();
     QString text;
     for (int i = 0; i < 20000; ++i)
         text += element(u"日付"_s, u"d%1"_s.arg(i)) + element(u"内容"_s, u"c"_s);
     EXPECT_TRUE(importFormatted(text + element(u"タイトル"_s, u"t"_s)));
     EXPECT_EQ(sqlValue(u"SELECT count(*) || ' ' || max(Number) FROM Contents"_s), u"20000 1"_s);
-    EXPECT_LT(timer.elapsed(), 20000);
+    EXPECT_LT(processorSeconds() - start, 60);
 }
 
 TEST_F(ClipboardImport, PlainAsksForDayAndTitle) {

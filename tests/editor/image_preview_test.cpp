@@ -4,7 +4,6 @@
 #include "support/test_home.h"
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QImageReader>
 #include <QtEndian>
 
@@ -122,8 +121,6 @@ TEST_F(ImagePreviewTest, WhatIsNoPictureIsNotLoaded) {
     writeFile(path(u"empty.gif"_s), {});
     writeFile(path(u"text.jpg"_s), "not a picture\n");
     writeFile(path(u"zeros.png"_s), QByteArray(5000, '\0'));
-    QElapsedTimer timer;
-    timer.start();
     for (const QString& name :
          {u"pipe.gif"_s, u"folder.gif"_s, u"empty.gif"_s, u"text.jpg"_s, u"zeros.png"_s, u"diary.ini"_s}) {
         if (!exists(path(name)))
@@ -131,7 +128,6 @@ TEST_F(ImagePreviewTest, WhatIsNoPictureIsNotLoaded) {
         EXPECT_EQ(failure(path(name)), PreviewFailure::Load) << name.toStdString();
     }
     EXPECT_EQ(failure(u"/dev/null"_s), PreviewFailure::Load);
-    EXPECT_LT(timer.elapsed(), 5000);
 }
 
 TEST_F(ImagePreviewTest, APictureThatBreaksOffIsNoFaultOfTheProgram) {

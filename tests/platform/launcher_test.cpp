@@ -1,10 +1,11 @@
 #include "platform/launcher.h"
 
+#include "support/patience.h"
 #include "support/test_home.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QThread>
@@ -48,11 +49,9 @@ protected:
         return file;
     }
 
-    /// What the program was given, once it has run; "never" when it has not within some seconds.
+    /// What the program was given, once it has run; "never" when it does not.
     QByteArray wordsOf(const QString& file) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!exists(file + u".words"_s) && timer.elapsed() < 10'000)
+        for (const QDeadlineTimer deadline(kPatienceMs); !exists(file + u".words"_s) && !deadline.hasExpired();)
             QThread::msleep(5);
         return exists(file + u".words"_s) ? bytesOf(file + u".words"_s) : "never";
     }

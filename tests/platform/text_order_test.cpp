@@ -2,12 +2,12 @@
 
 #include "platform/failure.h"
 #include "platform/utf8.h"
+#include "support/patience.h"
 #include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -467,11 +467,11 @@ TEST(LikePattern, AMarkInFrontIsACharacter) {
 
 TEST(LikePattern, ManyRunsStayFast) {
     const QString text(200'000, u'a');
-    const auto start = std::chrono::steady_clock::now();
+    const double start = processorSeconds();
     EXPECT_FALSE(like(text, u"%a%a%a%a%a%a%a%a%b"_s));
     EXPECT_FALSE(like(text, u"%aaaaaaaab%"_s));
     EXPECT_TRUE(like(text, u"%a%a%a%a%a%a%a%a%"_s));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_LT(processorSeconds() - start, 30);
 }
 
 /// Matches by the definition alone: the rest of the text against the rest of the pattern, for "%", "_" and characters.
