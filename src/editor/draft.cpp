@@ -43,7 +43,8 @@ QList<QByteArray> DraftFile::presentLines() const {
     const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
     QList<QByteArray> lines = platform::withoutSignature(bytes).toByteArray().split('
 ');
-    lines.removeIf([](const QByteArray& line) { return line.trimmed().isEmpty(); });
+    lines.removeIf([](const QByteArray& line) {
+        return line.trimmed().isEmpty(); });
     return lines;
 }
 
