@@ -45,8 +45,8 @@ void letBrowserRunAsRoot() {
 }
 
 void prepareApplication(QApplication& application) {
+    // Without a display name: the toolkit would add it to the title of every window.
     QApplication::setApplicationName(u"velloria"_s);
-    QApplication::setApplicationDisplayName(u"Velloria"_s);
     QApplication::setApplicationVersion(core::kProgramVersion.text());
     QApplication::setWindowIcon(desktop::programIcon());
     QApplication::setQuitOnLastWindowClosed(false); // the main window ends the program itself

@@ -122,6 +122,23 @@ class Program(ProgramTest):
             os.remove(self.draft)
             self.assertTrue(waits(lambda: not self.window()))
 
+    def titles(self):
+        """What the window manager would show: the titles of all windows that can be seen."""
+        search = ["xdotool", "search", "--onlyvisible", "--name", "."]
+        windows = subprocess.run(search, capture_output=True, encoding="utf-8").stdout.split()
+        names = [subprocess.run(["xdotool", "getwindowname", window], capture_output=True, encoding="utf-8").stdout
+                 for window in windows]
+        return {name.rstrip("\n") for name in names}
+
+    def test_titles_of_windows_are_their_own_and_no_more(self):
+        self.show()
+        self.do("windowfocus", "--sync", self.window())
+        self.do("key", "ctrl+f")
+        self.assertTrue(waits(lambda: "検索条件の設定" in self.titles()), self.titles())
+        self.do("key", "Return")
+        self.assertTrue(waits(lambda: "Velloria" in self.titles()), self.titles())
+        self.assertEqual(self.titles(), {"Velloria v2.2.0", "検索条件の設定", "Velloria"})
+
     def test_without_a_screen_it_says_so(self):
         for variable in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
             self.enterContext(unittest.mock.patch.dict(os.environ))
