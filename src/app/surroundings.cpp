@@ -1,6 +1,7 @@
 #include "app/surroundings.h"
 
 #include "core/session.h"
+#include "desktop/house_style.h"
 #include "desktop/icons.h"
 
 #include <QApplication>
@@ -48,6 +49,7 @@ void prepareApplication(QApplication& application) {
     // Without a display name: the toolkit would add it to the title of every window.
     QApplication::setApplicationName(u"velloria"_s);
     QApplication::setApplicationVersion(core::kProgramVersion.text());
+    QApplication::setStyle(new desktop::HouseStyle);
     QApplication::setWindowIcon(desktop::programIcon());
     QApplication::setQuitOnLastWindowClosed(false); // the main window ends the program itself
     auto* translator = new QTranslator(&application);
