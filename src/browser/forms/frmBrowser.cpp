@@ -1,6 +1,7 @@
 #include "browser/forms/frmBrowser.h"
 
 #include "browser/browser_keys.h"
+#include "browser/forms/page_view.h"
 #include "browser/forms/web_page.h"
 #include "browser/forms/web_profile.h"
 #include "browser/page_address.h"
@@ -21,7 +22,6 @@
 #include <QSignalBlocker>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <QWebEngineView>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -276,7 +276,7 @@ std::shared_ptr<QWebEngineProfile> frmBrowser::profile() {
 void frmBrowser::startEngine() {
     if (m_view)
         return;
-    m_view = new QWebEngineView;
+    m_view = new PageView(m_context);
     m_view->setObjectName(u"WebBrowser"_s);
     m_view->setAccessibleName(u"ページ"_s);
     auto* shown = new WebPage(*profile(), m_context.desk, WebLinks::OpenHere, m_view);

@@ -46,6 +46,8 @@ void askForPlace(QWebEngineDownloadRequest& download, platform::Desk& desk) {
     const QFileInfo file(*path);
     download.setDownloadDirectory(file.path());
     download.setDownloadFileName(file.fileName());
+    if (download.isSavePageDownload() && file.suffix().startsWith(u"htm"_s, Qt::CaseInsensitive))
+        download.setSavePageFormat(QWebEngineDownloadRequest::CompleteHtmlSaveFormat);
     QObject::connect(&download, &QWebEngineDownloadRequest::isFinishedChanged, &download,
                      [&download, &desk] { tellEnd(download, desk); });
     download.accept();

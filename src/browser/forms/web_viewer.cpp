@@ -1,6 +1,7 @@
 #include "browser/forms/web_viewer.h"
 
 #include "browser/forms/frmBrowser.h"
+#include "browser/forms/page_view.h"
 #include "browser/forms/web_page.h"
 #include "browser/page_address.h"
 #include "browser/picture_place.h"
@@ -8,7 +9,6 @@
 
 #include <QVBoxLayout>
 #include <QWebEngineUrlRequestInterceptor>
-#include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
@@ -60,7 +60,7 @@ void WebViewer::startEngine() {
     if (m_view)
         return;
     m_profile = m_context.windows.get<frmBrowser>().profile();
-    m_view = new QWebEngineView(this);
+    m_view = new PageView(m_context, this);
     m_view->setObjectName(u"WebBrowser"_s);
     m_view->setAccessibleName(windowTitle());
     auto* page = new WebPage(*m_profile, m_context.desk, WebLinks::OpenInBrowser, m_view);

@@ -6,7 +6,6 @@
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "desktop/text_pane.h"
-#include "editor/forms/frmHTMLMakeImage.h"
 #include "editor/tags.h"
 #include "shell/forms/MDIFormTop.h"
 #include "ui_frmContents.h"
@@ -213,14 +212,7 @@ void frmContents::connectPane(int index) {
     // Behind the drop: its window may have a box to show, and whoever drags waits for the drop's end.
     connect(
         pane, &TextPane::imageDropped, this,
-        [this](const QString& path) {
-            run([&] {
-                auto& maker = m_context.windows.get<frmHTMLMakeImage>();
-                maker.showWindow();
-                maker.choose(path);
-            });
-        },
-        Qt::QueuedConnection);
+        [this](const QString& path) { run([&] { openImageMaker(path); }); }, Qt::QueuedConnection);
     connect(pane, &TextPane::redoWanted, this, [this] { run([this] { mnuRedo_Click(); }); });
 }
 

@@ -54,6 +54,8 @@ public:
     SaveOutcome Btn1Click_ToolBar();
     void Btn2Click_ToolBar(); ///< inserts the browser's address
     void Btn3Click_ToolBar(); ///< the image tag maker
+    /// The same with a picture, as if it had been chosen there.
+    void openImageMaker(const QString& path);
     void Btn5Click_ToolBar(); ///< saves and shows the preview, the latter also when the save is refused
 
     void Cut();

@@ -101,6 +101,12 @@ void frmContents::Btn3Click_ToolBar() {
     m_context.windows.get<frmHTMLMakeImage>().showWindow();
 }
 
+void frmContents::openImageMaker(const QString& path) {
+    auto& maker = m_context.windows.get<frmHTMLMakeImage>();
+    maker.showWindow();
+    maker.choose(path);
+}
+
 void frmContents::InsertFromCB_Text() {
     insertFromClipboard(ParagraphTags::None);
 }
