@@ -1,6 +1,7 @@
 #include "site/local_page.h"
 
 #include "platform/file_write.h"
+#include "site/page_head.h"
 #include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
@@ -13,6 +14,10 @@ unsigned localPageMode(const core::Session& session) {
     if (platform::isSameFile(session.FilePath, session.DataPath))
         return kOrdinary;
     return (platform::modeOf(session.databaseFile(), kOwnerOnly) & kOrdinary) | kOwnerOnly;
+}
+
+QString headOfSet(const SiteSettings& settings) {
+    return styleSheetLink(settings) + settings.piece(keys::general::kHeadTag);
 }
 
 void printLocalHead(Page& page, const SiteSettings& settings, const QString& title) {

@@ -13,6 +13,10 @@ inline constexpr char16_t kTopOfPage[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\"
 /// page is a file like any other there.
 unsigned localPageMode(const core::Session& session);
 
+/// What a page of the site says in its head about how it looks: its style sheet and the set's own text for heads. The
+/// window that shows a local page takes the styles of it, for the page itself is the same whatever the set.
+QString headOfSet(const SiteSettings& settings);
+
 /// The page's head and the button that closes its window.
 void printLocalHead(Page& page, const SiteSettings& settings, const QString& title);
 

@@ -9,9 +9,9 @@ namespace {
 
 void printTitle(Page& page, const SiteSettings& settings) {
     page.print(u"<TITLE>"_s, settings.text(keys::general::kHPTitle), u"</TITLE>"_s);
-    const QString styleSheet = settings.text(keys::general::kStyleSheetURL);
+    const QString styleSheet = styleSheetLink(settings);
     if (!styleSheet.isEmpty())
-        page.print(u"<Link Rel=stylesheet type=\"Text/css\" href="_s, styleSheet, u">"_s);
+        page.print(styleSheet);
 }
 
 void printCommentScript(Page& page, const SiteSettings& settings) {
@@ -49,6 +49,11 @@ void printCredit(Page& page, const SiteSettings& settings) {
 }
 
 } // namespace
+
+QString styleSheetLink(const SiteSettings& settings) {
+    const QString styleSheet = settings.text(keys::general::kStyleSheetURL);
+    return styleSheet.isEmpty() ? QString() : u"<Link Rel=stylesheet type=\"Text/css\" href="_s + styleSheet + u'>';
+}
 
 void printFeedLinks(Page& page, const QString& feedBase) {
     page.print(u"<link rel=\"alternate\" type=\"application/rss+xml\" title=\"RSS0.93\" href=\""_s, feedBase,

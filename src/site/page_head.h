@@ -15,6 +15,9 @@ void printTail(Page& page, const MonthRun& run);
 void printDividedHead(Page& page, const MonthRun& run);
 void printDividedTail(Page& page, const MonthRun& run);
 
+/// The line that names the style sheet of the settings; "" without one.
+QString styleSheetLink(const SiteSettings& settings);
+
 /// The four link lines that let a browser find the feeds.
 void printFeedLinks(Page& page, const QString& feedBase);
 

@@ -5,6 +5,8 @@
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/ini.h"
 #include "desktop/twips.h"
+#include "editor/find_page.h"
+#include "editor/forms/frmContents.h"
 #include "site/same_day_page.h"
 
 #include <QPushButton>
@@ -126,6 +128,92 @@ TEST_F(Viewer, OfTheCustomizeDialogKeepsItsWidth) {
     context.windows.unload<frmHTMLBrowser>();
     EXPECT_EQ(place(u"miniBrowser"_s, u"Width"_s), u"6000"_s);
     EXPECT_EQ(context.windows.get<frmHTMLBrowser>().width(), 400);
+}
+
+// ---- entries
+
+class EntryViewer : public Viewer {
+protected:
+    /// The page of the same day in other years, as the editor shows it.
+    void showSameDay() {
+        site::MakeSameDayPage(session, diary(), pagePath(u"oldtmp.htm"_s), session.EnterDay);
+        viewer().showPage(u"過去の日記"_s, pagePath(u"oldtmp.htm"_s));
+        EXPECT_TRUE(becomesTrue(viewer(), u"document.querySelectorAll('a[href^=\"event:\"]').length > 0"_s));
+    }
+    void showFound(const QString& word) {
+        const store::DiaryStore store(session.databaseFile(), *clock);
+        editor::MakeFindPage(session, store, pagePath(u"findtmp.htm"_s), {word, std::nullopt, std::nullopt});
+        viewer().showPage(u"found"_s, pagePath(u"findtmp.htm"_s));
+        EXPECT_TRUE(becomesTrue(viewer(), u"document.querySelectorAll('a[href^=\"event:\"]').length > 0"_s));
+    }
+    QString links() {
+        return run(viewer(), u"[...document.querySelectorAll('a[href^=\"event:\"]')].map(a => a.getAttribute('href') "
+                             "+ '=' + a.innerText).join(' ')"_s)
+            .toString();
+    }
+    void setCustomize(const QString& section, const QString& key, const QString& value) {
+        core::WriteIni(session.CustIniFile, section, key, value);
+    }
+    QString caption() { return context.windows.get<editor::frmContents>().windowTitle(); }
+    bool opens(const QString& wanted) {
+        return QTest::qWaitFor([&] { return caption() == wanted; }, kPageTimeoutMs);
+    }
+};
+
+TEST_F(EntryViewer, LinksTheDateOfEachEntry) {
+    write(u"2002/05/06"_s, u"2002/05/06 is a title"_s);
+    write(u"2003/05/06"_s, u"first"_s);
+    write(u"2003/05/06"_s, u"second"_s, u"<h3><a name=\"2003/05/06\">no heading</a></h3>"_s);
+    for (const QString& type : {u"0"_s, u"1"_s}) {
+        setCustomize(u"Contents"_s, u"HTMLType"_s, type);
+        showSameDay();
+        EXPECT_EQ(links(), u"event:2003/05/06_1=2003/05/06 event:2003/05/06_2=2003/05/06 "
+                           "event:2002/05/06_1=2002/05/06"_s);
+        showFound(u"s"_s);
+        EXPECT_EQ(links(), u"event:2003/05/06_1=2003/05/06 event:2003/05/06_2=2003/05/06 "
+                           "event:2002/05/06_1=2002/05/06"_s);
+    }
+    EXPECT_FALSE(bytesOf(pagePath(u"oldtmp.htm"_s)).contains("event:2"));
+}
+
+TEST_F(EntryViewer, OpensTheEntryWhoseDateIsClicked) {
+    write(u"2003/05/06"_s, u"first"_s);
+    write(u"2003/05/06"_s, u"second"_s);
+    showSameDay();
+    click(u"document.querySelectorAll('a[href^=\"event:\"]')[0]"_s);
+    EXPECT_TRUE(opens(u"2003/05/06分の日記[1/2]"_s)) << caption().toStdString();
+    click(u"document.querySelectorAll('a[href^=\"event:\"]')[1]"_s);
+    EXPECT_TRUE(opens(u"2003/05/06分の日記[2/2]"_s)) << caption().toStdString();
+    EXPECT_EQ(control<QLineEdit>(context.windows.get<editor::frmContents>(), u"txtTitle"_s).text(), u"second"_s);
+    EXPECT_TRUE(isOpen());
+    sql(u"DELETE FROM Contents WHERE Number = 1"_s);
+    click(u"document.querySelectorAll('a[href^=\"event:\"]')[0]"_s);
+    EXPECT_TRUE(
+        QTest::qWaitFor([this] { return panel() == u"2003/05/06の1番目の日記は見つかりません。"_s; }, kPageTimeoutMs));
+}
+
+TEST_F(EntryViewer, BearsTheStyleOfTheCustomizeSet) {
+    write(u"2003/05/06"_s, u"first"_s);
+    setCustomize(u"General"_s, u"StyleSheetURL"_s, u"own.css"_s);
+    writePage(u"own.css"_s, "body { letter-spacing: 3px }");
+    writePage(u"Customize/HeadTag.htm"_s, "<meta name=x><style>body { word-spacing: 5px }</style>"
+                                          "<script>var ran = 1</script>");
+    setCustomize(u"General"_s, u"HeadTag"_s, u"HeadTag"_s);
+    showSameDay();
+    EXPECT_TRUE(becomesTrue(viewer(), u"getComputedStyle(document.body).letterSpacing == '3px'"_s));
+    EXPECT_EQ(run(viewer(), u"getComputedStyle(document.body).wordSpacing"_s).toString(), u"5px"_s);
+    EXPECT_EQ(run(viewer(), u"typeof ran"_s).toString(), u"undefined"_s);
+}
+
+TEST_F(EntryViewer, StaysAboveTheMainWindowAndClosesByEscape) {
+    write(u"2003/05/06"_s, u"first"_s);
+    showSameDay();
+    EXPECT_EQ(viewer().windowHandle()->transientParent(), top().windowHandle());
+    EXPECT_TRUE(viewer().isWindow());
+    ASSERT_TRUE(becomesActive(viewer()));
+    QTest::mouseClick(viewOf(viewer()).focusProxy(), Qt::LeftButton, Qt::NoModifier, {20, 200});
+    QTest::keyClick(viewer().windowHandle(), Qt::Key_Escape);
+    EXPECT_TRUE(closes());
 }
 
 class ImageChoice : public DesktopHome {

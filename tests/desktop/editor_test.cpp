@@ -537,5 +537,37 @@ TEST_F(Editor, AnEntryOfFiveMegabytesOpensAndTakesKeys) {
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->contents, pane().text());
 }
 
+TEST_F(Editor, SaysHowToBeginWhileNoDayIsOpen) {
+    contents().showChild();
+    EXPECT_EQ(pane().placeholderText(), u"カレンダーで日を選ぶと書けます"_s);
+    EXPECT_FALSE(pane().isEnabled());
+    clickDay(6);
+    EXPECT_EQ(pane().placeholderText(), QString());
+}
+
+TEST_F(Editor, OpensTodayByAClickWhileNoDayIsOpen) {
+    contents().showChild();
+    settle();
+    // As the screen sends it: to whatever lies there.
+    const QPoint place = pane().mapTo(&top(), pane().rect().center());
+    QTest::mouseClick(top().windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    settle();
+    EXPECT_EQ(caption(), u"2004/05/06分の日記[1/1]"_s);
+    EXPECT_EQ(session.EnterDay, kDay);
+}
+
+TEST_F(Editor, OpensTodayByTypingWhileNoDayIsOpen) {
+    contents().showChild();
+    title().parentWidget()->setFocus();
+    settle();
+    QTest::keyClick(top().windowHandle(), Qt::Key_Shift);
+    QTest::keyClick(top().windowHandle(), Qt::Key_Escape);
+    EXPECT_EQ(caption(), u"日記作成"_s);
+    QTest::keyClick(top().windowHandle(), 'a');
+    settle();
+    EXPECT_EQ(caption(), u"2004/05/06分の日記[1/1]"_s);
+    EXPECT_EQ(title().text(), u"a"_s);
+}
+
 } // namespace
 } // namespace velloria::tests

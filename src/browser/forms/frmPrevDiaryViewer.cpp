@@ -1,6 +1,8 @@
 #include "browser/forms/frmPrevDiaryViewer.h"
 
+#include "browser/forms/entry_scripts.h"
 #include "desktop/window_place.h"
+#include "site/local_page.h"
 
 #include <QMdiArea>
 
@@ -30,6 +32,8 @@ void frmPrevDiaryViewer::showPage(const QString& caption, const QString& file) {
     setWindowTitle(caption);
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
+    setScript(u"entryLinks"_s, entryLinks());
+    setScript(u"styles"_s, stylesOf(site::headOfSet(site::SiteSettings(m_context.session))));
     Navigate(file);
     raise();
     activateWindow();

@@ -12,7 +12,8 @@ public:
     explicit frmPrevDiaryViewer(desktop::Context& context);
     ~frmPrevDiaryViewer() override;
 
-    /// Comes to the front with a page, read anew, under this caption.
+    /// Comes to the front with a page of entries, read anew, under this caption: in the style of the customize set, and
+    /// with the dates of the entries as links to the editor.
     void showPage(const QString& caption, const QString& file);
 };
 

@@ -1,12 +1,16 @@
 #include "browser/forms/web_viewer.h"
 
+#include "browser/forms/entry_scripts.h"
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/page_view.h"
 #include "browser/forms/web_page.h"
 #include "browser/page_address.h"
 #include "browser/picture_place.h"
 #include "desktop/command.h"
+#include "editor/forms/frmContents.h"
 
+#include <QMdiArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWebEngineUrlRequestInterceptor>
 
@@ -36,8 +40,10 @@ private:
 } // namespace
 
 WebViewer::WebViewer(desktop::Context& context, const QString& name)
-    : m_context(context) {
+    : QWidget(context.mdi->window(), Qt::Window)
+    , m_context(context) {
     setObjectName(name);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
     setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -67,10 +73,7 @@ void WebViewer::startEngine() {
     page->setUrlRequestInterceptor(new Pictures(m_context.session, page));
     m_view->setPage(page);
     layout()->addWidget(m_view);
-    connect(page, &WebPage::eventNamed, this, [this](const QString& name) {
-        if (name.compare(u"close"_s, Qt::CaseInsensitive) == 0)
-            close();
-    });
+    connect(page, &WebPage::eventNamed, this, &WebViewer::onEvent);
     connect(page, &WebPage::addressOpened, this, [this](const QUrl& url) {
         desktop::runCommand(m_context.desk, [&] {
             auto& browser = m_context.windows.get<frmBrowser>();
@@ -79,6 +82,21 @@ void WebViewer::startEngine() {
             browser.Navigate(QString::fromLatin1(url.toEncoded()));
         });
     });
+}
+
+void WebViewer::onEvent(const QString& name) {
+    if (name.compare(u"close"_s, Qt::CaseInsensitive) == 0)
+        close();
+    else if (const std::optional<EntryName> entry = entryOf(name))
+        desktop::runCommand(m_context.desk, [&] {
+            m_context.windows.get<editor::frmContents>().openEntry(entry->day, entry->number);
+            m_context.mdi->window()->activateWindow();
+        });
+}
+
+void WebViewer::setScript(const QString& name, const QString& source) {
+    startEngine();
+    static_cast<WebPage*>(m_view->page())->setScript(name, source);
 }
 
 } // namespace velloria::browser

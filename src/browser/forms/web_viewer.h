@@ -14,8 +14,9 @@ namespace velloria::browser {
 
 class WebPage;
 
-/// A navigation to "event:close", in any case, unloads the window, and every other one of that scheme does nothing.
-/// Links to the web open in the browser window. A picture that is not among those of the logs yet is shown from
+/// It stays above the main window. Esc and a navigation to "event:close", in any case, unload it; the name of an entry
+/// behind "event:" opens that in the editor, and every other one does nothing. Links to the web open in the browser
+/// window. A picture that is not among those of the logs yet is shown from
 /// "DiaryParts". The engine starts with the first page.
 class WebViewer : public QWidget {
     Q_OBJECT
@@ -28,6 +29,9 @@ public:
 protected:
     WebViewer(desktop::Context& context, const QString& name);
 
+    /// Scripts for its pages (see WebPage::setScript).
+    void setScript(const QString& name, const QString& source);
+
     /// Position and size of the normal state.
     QRect normalPlace() const;
 
@@ -35,6 +39,7 @@ protected:
 
 private:
     void startEngine();
+    void onEvent(const QString& name);
 
     std::shared_ptr<QWebEngineProfile> m_profile;
     QWebEngineView* m_view = nullptr;

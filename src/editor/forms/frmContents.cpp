@@ -6,6 +6,8 @@
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "desktop/text_pane.h"
+#include "editor/forms/empty_page.h"
+#include "editor/forms/frmCalender.h"
 #include "editor/tags.h"
 #include "shell/forms/MDIFormTop.h"
 #include "ui_frmContents.h"
@@ -69,6 +71,11 @@ frmContents::frmContents(desktop::Context& context)
     m_panes = {ui->txtContents, ui->txtExtend, ui->txtExcerpt};
     makeToolBar();
     prepareControls();
+    page->installEventFilter(new EmptyPage(
+        page, [this] { return !m_hasDay; },
+        [this] {
+            run([this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
+        }));
     setContents(page);
     {
         const QScopedValueRollback loading(Loading, true);
@@ -211,8 +218,8 @@ void frmContents::connectPane(int index) {
     connect(pane, &TextPane::undoWanted, this, [this] { run([this] { mnuUndo_Click(); }); });
     // Behind the drop: its window may have a box to show, and whoever drags waits for the drop's end.
     connect(
-        pane, &TextPane::imageDropped, this,
-        [this](const QString& path) { run([&] { openImageMaker(path); }); }, Qt::QueuedConnection);
+        pane, &TextPane::imageDropped, this, [this](const QString& path) { run([&] { openImageMaker(path); }); },
+        Qt::QueuedConnection);
     connect(pane, &TextPane::redoWanted, this, [this] { run([this] { mnuRedo_Click(); }); });
 }
 
@@ -290,8 +297,15 @@ void frmContents::setFieldsEnabled(bool isOn) {
     const std::initializer_list<QWidget*> fields{ui->txtTitle,     ui->ComboGenre,  ui->ComboWeather,
                                                  ui->ComboPrivate, ui->ComboNumber, m_panes[0],
                                                  m_panes[1],       m_panes[2],      ui->TabStrip1};
+    QWidget& page = *ui->txtTitle->parentWidget();
+    const bool hadFocus = page.isAncestorOf(QApplication::focusWidget());
     for (QWidget* field : fields)
         field->setEnabled(isOn);
+    // Without a day the window itself takes the keys; what shows the hint has no text then.
+    m_panes[0]->setPlaceholderText(isOn ? QString() : u"カレンダーで日を選ぶと書けます"_s);
+    page.setFocusPolicy(isOn ? Qt::NoFocus : Qt::StrongFocus);
+    if (!isOn && hadFocus)
+        page.setFocus();
 }
 
 void frmContents::setOldDiary(bool exists) {

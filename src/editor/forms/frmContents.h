@@ -77,6 +77,9 @@ public:
     /// first. `EnterDay` and the calendar's value follow. On failure, which is thrown, the day that is shown stays,
     /// with what was unsaved in it.
     void openDay(const QString& day);
+    /// The same with one entry of the day; where it is shown already it stays as it is. Without such an entry the last
+    /// one of the day is shown, and the first status panel says so.
+    void openEntry(const QString& day, int number);
     /// The same with an empty entry behind the last one of `EnterDay`.
     void openNewEntry();
     /// Removes the shown entry from the diary and empties the editor; row and unsaved changes go to the rescue file.
@@ -147,6 +150,7 @@ private:
     Day readDay(const QString& day) const;
     void pickNumber();
     void selectNumber(int number);
+    void openRow(const QString& day, std::optional<int> number);
     void showEntry(int count, int number, const std::optional<store::Entry>& row, bool hasOldDiary);
     void enable(bool hasOldDiary);
     void setCaption();

@@ -201,15 +201,29 @@ void frmContents::showEntry(int count, int number, const std::optional<store::En
 }
 
 void frmContents::openDay(const QString& day) {
+    openRow(day, std::nullopt);
+}
+
+void frmContents::openEntry(const QString& day, int number) {
+    if (m_hasDay && day == m_context.session.EnterDay && number == shownNumber())
+        showChild();
+    else
+        openRow(day, number);
+}
+
+void frmContents::openRow(const QString& day, std::optional<int> number) {
     const bool isDropped = settleChanges();
     const Day read = readOrKeep(isDropped, [&] { return readDay(day); });
     m_context.session.EnterDay = day;
     m_context.windows.get<frmCalender>().showDay(QDate::fromString(day, u"yyyy/MM/dd"));
     const int count = int(read.rows.size());
+    const std::optional<store::Entry> row = number ? rowOf(read.rows, *number) : std::nullopt;
     if (count == 0)
         showEntry(1, 1, std::nullopt, read.hasOldDiary);
     else
-        showEntry(count, count, read.rows.front(), read.hasOldDiary);
+        showEntry(count, row ? *number : count, row ? row : read.rows.front(), read.hasOldDiary);
+    if (number && !row)
+        m_context.desk.notice(u"%1の%2番目の日記は見つかりません。"_s.arg(day).arg(*number));
 }
 
 void frmContents::openNewEntry() {
