@@ -248,6 +248,18 @@ TEST_F(BrowserGuard, StillShowsWhatTheSiteShows) {
     EXPECT_TRUE(becomesTrue(browser(), u"document.getElementById('frame').contentDocument.title == 'left'"_s));
 }
 
+TEST_F(BrowserGuard, LetsItsUserGoFromTheWebToTheDisk) {
+    web.pages["/"] = "<title>web</title>";
+    writePage(u"tmp.htm"_s, "<title>preview</title>");
+    open(web.address());
+    open(pagePath(u"tmp.htm"_s));
+    EXPECT_EQ(browser().LocationName(), u"preview"_s);
+    browser().bDocumentComplete = false;
+    viewOf(browser()).back();
+    waitForDocument();
+    EXPECT_EQ(browser().LocationName(), u"web"_s);
+}
+
 TEST_F(BrowserGuard, LetsAFrameOfTheWebAskForItself) {
     web.pages["/frame"] = "<script>fetch('/own').then(() => { document.title = 'x'; })</script>";
     web.pages["/own"] = "own";

@@ -1,4 +1,5 @@
 #include "desktop/browser_home.h"
+#include "desktop/small_web.h"
 
 #include "core/ini.h"
 #include "core/keys.h"
@@ -137,6 +138,19 @@ TEST_F(PageMenu, SavesAPicture) {
     EXPECT_TRUE(QTest::qWaitFor(
         [this] { return panel() == u"ファイル %1 を保存しました。"_s.arg(path(u"saved.gif"_s)); }, kPageTimeoutMs));
     EXPECT_EQ(bytesOf(path(u"saved.gif"_s)), kPicture);
+}
+
+TEST_F(PageMenu, SavesAPictureOfTheWebFromAPageOfTheDisk) {
+    SmallWeb web;
+    web.headers = "Content-Type: image/gif\r\n";
+    web.pages["/a.gif"] = kPicture;
+    writePage(u"page.htm"_s, "<body style=\"margin: 0\"><img width=200 height=160 src=\"" +
+                                 web.address(u"/a.gif"_s).toLatin1() + "\">");
+    open(pagePath(u"page.htm"_s));
+    desk.answers = {path(u"saved.gif"_s)};
+    pick(menuAtPicture(), u"PageSaveImage"_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return exists(path(u"saved.gif"_s)); }, kPageTimeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return bytesOf(path(u"saved.gif"_s)) == kPicture; }, kPageTimeoutMs));
 }
 
 TEST_F(PageMenu, SavesThePage) {
