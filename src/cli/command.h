@@ -63,8 +63,9 @@ struct Invocation {
     void print(const QJsonValue& json, const std::vector<QStringList>& rows) const;
 };
 
-/// Whether the command makes the start of the desktop first.
-enum class Start { Needed, None, UnlessArgument };
+/// Whether the command makes the start of the desktop first; of it, User is no more than who it is and where their
+/// files lie, for a diary that can't be opened.
+enum class Start { Needed, User, None, UnlessArgument };
 
 struct OptionSpec {
     QString name;  ///< "--month"

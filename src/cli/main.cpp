@@ -5,18 +5,17 @@
 #include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/utf8.h"
 #include "shell/home.h"
 #include "shell/startup.h"
 #include "shell/users.h"
-
-#include <QCoreApplication>
-#include <QJsonDocument>
 
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <langinfo.h>
 #include <new>
+#include <QCoreApplication>
 #include <string_view>
 
 using namespace Qt::StringLiterals;
@@ -47,7 +46,8 @@ void prepareDesk(TerminalDesk& desk, const GlobalOptions& global) {
     if (global.answersFile.isEmpty())
         return;
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(platform::readAnything(global.answersFile), &error);
+    const QByteArray file = platform::readAnything(global.answersFile);
+    const QJsonDocument document = platform::parseJson(platform::withoutSignature(file).toByteArray(), &error);
     if (!document.isArray())
         throw UsageError(
             u"答えのファイルがJSONの配列ではありません: %1 (%2)"_s.arg(global.answersFile, error.errorString()));
@@ -65,7 +65,7 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
         throw Refusal(u"velluser.ini があります。--user でユーザーを指定してください。"_s);
     std::optional<QString> password;
     if (qEnvironmentVariableIsSet("VELLORIA_PASSWORD"))
-        password = qEnvironmentVariable("VELLORIA_PASSWORD");
+        password = platform::fromUtf8(qgetenv("VELLORIA_PASSWORD"));
     else
         password = desk.password(u"Velloria - Login"_s);
     if (!password)
@@ -76,11 +76,12 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
     return shell::Login{global.user, *password};
 }
 
-void start(Invocation& invocation) {
+void start(Invocation& invocation, Start needed) {
     const QString home = shell::findHome(invocation.global.home, QCoreApplication::applicationDirPath());
     const std::optional<shell::Login> login = findLogin(invocation.global, home, invocation.desk);
     shell::Startup startup(invocation.session, invocation.desk, invocation.clock);
-    if (startup.run(home, login) == shell::StartResult::Ended)
+    const shell::StartResult result = needed == Start::User ? startup.enter(home, login) : startup.run(home, login);
+    if (result == shell::StartResult::Ended)
         throw Refusal(u"起動を中止しました。"_s);
     if (!invocation.global.day.isEmpty())
         invocation.session.EnterDay = invocation.global.day;
@@ -101,8 +102,9 @@ int runCommand(const CommandLine& line, TerminalDesk& desk) {
     if (line.command->check)
         line.command->check(invocation);
     const Start needed = line.command->start;
-    if (needed == Start::Needed || (needed == Start::UnlessArgument && line.arguments.isEmpty()))
-        start(invocation);
+    if (needed == Start::Needed || needed == Start::User ||
+        (needed == Start::UnlessArgument && line.arguments.isEmpty()))
+        start(invocation, needed);
     line.command->run(invocation);
     return kDone;
 }
@@ -143,5 +145,8 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
-    return velloria::cli::run(QCoreApplication::arguments().sliced(1));
+    QStringList words; // not those of the application, which drops a U+FEFF in front
+    for (int i = 1; i < argc; ++i)
+        words += velloria::platform::fromUtf8(argv[i]);
+    return velloria::cli::run(words);
 }

@@ -32,6 +32,24 @@ const QString kCantSave = u"ファイルを保存できません。"_s;
     throw Failure(what, file, systemReason(errorNumber), advice);
 }
 
+/// `fail` gets the number of the error and throws.
+void writeAll(int descriptor, QByteArrayView bytes, const std::function<void(int)>& fail) {
+    while (!bytes.isEmpty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), std::size_t(bytes.size()));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            fail(errno);
+        bytes = bytes.sliced(written);
+    }
+}
+
+void syncFolder(const QByteArray& folder) {
+    const Descriptor descriptor(::open(folder.isEmpty() ? "." : folder.constData(), O_RDONLY | O_CLOEXEC));
+    if (descriptor.value() >= 0)
+        ::fsync(descriptor.value());
+}
+
 /// The names of files that are not whole yet. Their writer holds a lock on them, so that one without a lock was left
 /// by a run that was killed.
 constexpr QByteArrayView kTemporaryPrefix = ".velltmp-";
@@ -87,14 +105,7 @@ public:
     }
 
     void write(QByteArrayView bytes) {
-        while (!bytes.isEmpty()) {
-            const ssize_t written = ::write(m_file.value(), bytes.data(), std::size_t(bytes.size()));
-            if (written < 0 && errno == EINTR)
-                continue;
-            if (written < 0)
-                fail(errno);
-            bytes = bytes.sliced(written);
-        }
+        writeAll(m_file.value(), bytes, [this](int errorNumber) { fail(errorNumber); });
     }
 
     void setTimes(const struct stat& source) {
@@ -102,9 +113,11 @@ public:
         ::futimens(m_file.value(), times);
     }
 
-    void commit(Durability durability) {
+    void commit(Durability durability, const std::function<void()>& whenWhole = {}) {
         if (durability == Durability::Durable && ::fsync(m_file.value()) != 0)
             fail(errno);
+        if (whenWhole)
+            whenWhole();
         // Some disks tell a failed write at the close alone. The lock goes with the last close, and only behind the
         // rename: another program would take the file for a leftover.
         const int copy = ::fcntl(m_file.value(), F_DUPFD_CLOEXEC, 0);
@@ -115,7 +128,7 @@ public:
         m_file.reset(-1);
         m_isDone = true;
         if (durability == Durability::Durable)
-            syncFolder();
+            syncFolder(folder());
     }
 
 private:
@@ -153,13 +166,6 @@ private:
             return errno != EWOULDBLOCK;
         struct stat status;
         return ::fstat(m_file.value(), &status) == 0 && status.st_nlink > 0;
-    }
-
-    void syncFolder() {
-        const QByteArray name = folder();
-        const Descriptor descriptor(::open(name.isEmpty() ? "." : name.constData(), O_RDONLY | O_CLOEXEC));
-        if (descriptor.value() >= 0)
-            ::fsync(descriptor.value());
     }
 
     [[noreturn]] void fail(int errorNumber) {
@@ -203,7 +209,8 @@ void limitMode(const QString& file, unsigned mode) {
         ::chmod(name.constData(), status.st_mode & mode);
 }
 
-void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability) {
+void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability,
+              const std::function<void()>& whenWhole) {
     if (isSameFile(from, to))
         return;
     const QString cantCopy = u"ファイルをコピーできません。"_s;
@@ -222,7 +229,33 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode, Dura
         replacement.write(QByteArrayView(block).first(count));
     }
     replacement.setTimes(status);
-    replacement.commit(durability);
+    replacement.commit(durability, whenWhole);
+}
+
+void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMode) {
+    const QByteArray name = QFile::encodeName(file);
+    constexpr int kFlags = O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK; // a pipe without a reader is refused
+    Descriptor target(::open(name.constData(), kFlags));
+    const bool isNew = target.value() < 0 && errno == ENOENT;
+    if (isNew)
+        target.reset(::open(name.constData(), kFlags | O_CREAT | O_EXCL, mode_t(newFileMode)));
+    struct stat before;
+    if (target.value() < 0 || ::fstat(target.value(), &before) != 0)
+        refuse(u"ファイルに書き込めません。"_s, file, errno);
+    const auto takeBack = [&](int errorNumber) {
+        if (isNew)
+            ::unlink(name.constData());
+        else [[maybe_unused]]
+            const int cut = ::ftruncate(target.value(), before.st_size);
+        refuse(u"ファイルに書き込めません。"_s, file, errorNumber);
+    };
+    if (!S_ISREG(before.st_mode))
+        refuse(u"ファイルに書き込めません。"_s, file, EINVAL);
+    writeAll(target.value(), bytes, takeBack);
+    if (::fdatasync(target.value()) != 0)
+        takeBack(errno);
+    if (isNew)
+        syncFolder(name.left(name.lastIndexOf('/') + 1));
 }
 
 bool isSameFile(const QString& left, const QString& right) {

@@ -35,9 +35,14 @@ void replaceFile(const QString& file, const std::function<void(const WriteBytes&
                  unsigned newFileMode = 0666);
 
 /// Copies by a temporary name and rename, with the source's modification time; the copy is writable by its owner. A
-/// file copied onto itself (same file on disk) is left alone. Throws Failure when the machine refuses.
+/// file copied onto itself (same file on disk) is left alone. `whenWhole` is called when the copy is whole and about to
+/// take its place. Throws Failure when the machine refuses.
 void copyFile(const QString& from, const QString& to, unsigned newFileMode = 0666,
-              Durability durability = Durability::Derived);
+              Durability durability = Durability::Derived, const std::function<void()>& whenWhole = {});
+
+/// Adds to the end of a file, which is made when it is missing. The bytes, and the name of a new file, have reached the
+/// disk when this returns. On failure the file is as it was and Failure is thrown.
+void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMode = 0666);
 
 /// Whether both names lead to one file on disk.
 bool isSameFile(const QString& left, const QString& right);

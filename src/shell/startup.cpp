@@ -172,6 +172,8 @@ void Startup::copyFirstDiary() const {
     const QString database = m_session.UserPath + u"diary.mdb"_s;
     if (fileExists(database))
         return;
+    for (const QString& diary : {database, factoryFile(u"diary.mdb"_s)})
+        platform::refuseLostLink(diary); // to a disk that is not there: no new diary in its place
     if (fileExists(factoryFile(u"diary.mdb"_s)))
         store::copyDatabase(factoryFile(u"diary.mdb"_s), database);
     else if (fileExists(factoryFile(u"default.mdb"_s)))

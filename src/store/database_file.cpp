@@ -1,6 +1,7 @@
 #include "store/database_file.h"
 
 #include "core/day_key.h"
+#include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "store/sqlite/connection.h"
@@ -20,12 +21,14 @@ using sqlite::Statement;
 
 namespace {
 
-const QString kRestoreAdvice =
-    u"ファイルは変更されていません。「diarymdb.bak」などのバックアップから復元してください。"_s;
+QString unchangedAndRestore() {
+    return u"ファイルは変更されていません。"_s + sqlite::restoreAdvice();
+}
 
 enum class Format { Sqlite, Jet, None };
 
 Format formatOf(const QString& path) {
+    platform::refuseLostLink(path);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw Failure(u"日記データベースを開けません。"_s, path, file.errorString(),
@@ -39,7 +42,7 @@ Format formatOf(const QString& path) {
 }
 
 [[noreturn]] void refuseForeignFile(const QString& path) {
-    throw Failure(u"日記データベースではありません。"_s, path, {}, kRestoreAdvice);
+    throw Failure(u"日記データベースではありません。"_s, path, {}, unchangedAndRestore());
 }
 
 bool hasTable(const Connection& connection, const QString& name) {
@@ -57,8 +60,11 @@ void refuseCutOffPage(const QString& path) {
     };
     connection.execute("BEGIN");
     number("SELECT count(*) FROM sqlite_master"); // from here on no writer changes the length
+    if (connection.hasWriteAheadLog())
+        return; // its last pages are still in the log
     if (QFileInfo(path).size() < number("PRAGMA page_count") * number("PRAGMA page_size"))
-        throw Failure(u"日記データベースが壊れています。"_s, path, u"ファイルの終わりが欠けています"_s, kRestoreAdvice);
+        throw Failure(u"日記データベースが壊れています。"_s, path, u"ファイルの終わりが欠けています"_s,
+                      unchangedAndRestore());
 }
 
 /// Neither a file without entries nor a damaged diary takes the place of a good backup.
@@ -68,7 +74,7 @@ void refuseUnsoundDiary(const QString& path) {
         refuseForeignFile(path);
     Statement check(connection, "PRAGMA quick_check(1)");
     if (check.next() && check.text(0) != u"ok"_s)
-        throw Failure(u"日記データベースが壊れています。"_s, path, check.text(0), kRestoreAdvice);
+        throw Failure(u"日記データベースが壊れています。"_s, path, check.text(0), unchangedAndRestore());
 }
 
 class Checker {
@@ -80,9 +86,15 @@ public:
         checkIntegrity();
         if (!m_findings.isEmpty())
             return m_findings; // the tables can't be trusted any more
-        checkDays();
-        checkNumbers();
-        checkFiles();
+        checkForeignParts();
+        try {
+            checkDays();
+            checkNumbers();
+            checkFiles();
+        } catch (const Failure&) {
+            if (m_findings.isEmpty()) // else a view stands in the place of a table
+                throw;
+        }
         return m_findings;
     }
 
@@ -124,13 +136,79 @@ private:
             m_findings += u"日記のない登録ファイル: %1 (%2 %3)"_s.arg(rows.text(0), rows.text(1)).arg(rows.integer(2));
     }
 
+    /// They do nothing here, but another program may let them.
+    void checkForeignParts() {
+        Statement rows(m_connection,
+                       "SELECT type, name FROM sqlite_master WHERE type IN ('trigger', 'view') OR sql LIKE "
+                       "'CREATE VIRTUAL%' ORDER BY rowid");
+        while (rows.next()) {
+            const QString type = rows.text(0);
+            m_findings +=
+                u"日記にはない%1: 「%2」(Velloriaでは動きません)"_s.arg(type == u"trigger"_s ? u"トリガー"_s
+                                                                        : type == u"view"_s  ? u"ビュー"_s
+                                                                                             : u"仮想テーブル"_s,
+                                                                        rows.text(1));
+        }
+    }
+
     Connection m_connection;
     QStringList m_findings;
 };
 
+constexpr QLatin1StringView kJournals[] = {"-journal"_L1, "-wal"_L1, "-shm"_L1};
+
+/// The engine has its own files beside the end of a link.
+QString fileBeside(const QString& database, QLatin1StringView ending) {
+    const QString end = QFileInfo(database).canonicalFilePath();
+    return (end.isEmpty() ? database : end) + ending;
+}
+
+/// A journal that was left beside a file which gets another one's bytes would be rolled into these.
+void removeJournals(const QString& database) {
+    for (const QLatin1StringView ending : kJournals)
+        platform::removeFile(fileBeside(database, ending));
+}
+
+/// Where a diary that another one replaces is kept, beside it.
+QString freeNameFor(const QString& database) {
+    const QString folder = core::GetParentFolder(database) + u'/';
+    QString name = folder + u"diarymdb.replaced.bak"_s;
+    for (int i = 2; QFileInfo::exists(name); ++i)
+        name = folder + u"diarymdb.replaced-%1.bak"_s.arg(i);
+    return name;
+}
+
+/// The connection that keeps every other program out; nothing when the file can't be opened any more. Throws Busy when
+/// another program is at work.
+std::unique_ptr<Connection> lockedIfSound(const QString& database) {
+    if (formatOf(database) != Format::Sqlite)
+        return nullptr;
+    try {
+        auto connection = std::make_unique<Connection>(database, Access::ReadWrite);
+        if (connection->hasWriteAheadLog())
+            throw sqlite::Busy(database, {});
+        connection->execute("BEGIN EXCLUSIVE");
+        return connection;
+    } catch (const sqlite::Busy&) {
+        throw;
+    } catch (const Failure&) {
+        return nullptr;
+    }
+}
+
+/// A damaged file and what the engine left beside it: together they may still give somebody their entries.
+void keepAsItLies(const QString& database, const QString& kept) {
+    platform::copyFile(database, kept, 0600, platform::Durability::Durable);
+    for (const QLatin1StringView ending : kJournals) {
+        if (const QString journal = fileBeside(database, ending); QFileInfo::exists(journal))
+            platform::copyFile(journal, kept + ending, 0600, platform::Durability::Durable);
+    }
+}
+
 } // namespace
 
 qint16 GetDBVersion(const QString& path) {
+    platform::refuseLostLink(path);
     if (!QFileInfo::exists(path))
         return 0;
     switch (formatOf(path)) {
@@ -153,15 +231,16 @@ qint16 GetDBVersion(const QString& path) {
     const qint64 version = rows.next() ? rows.integer64(0) : 0;
     if (version != qint16(version))
         throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, QString::number(version),
-                      kRestoreAdvice);
+                      unchangedAndRestore());
     return qint16(version);
 }
 
 void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) {
+    platform::refuseLostLink(to);
+    // Last of all: until the copy is whole they belong to a file that may need them.
+    const auto removeOldJournals = [&] { removeJournals(to); };
     const auto copy = [&] {
-        // A journal left beside the target belongs to another file and would be rolled into this one.
-        platform::removeFile(to + u"-journal"_s);
-        platform::copyFile(from, to, newFileMode, platform::Durability::Durable);
+        platform::copyFile(from, to, newFileMode, platform::Durability::Durable, removeOldJournals);
     };
     if (formatOf(from) != Format::Sqlite) {
         copy();
@@ -171,7 +250,16 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) 
     Connection connection(from, Access::ReadOnly);
     connection.execute("BEGIN");
     Statement(connection, "SELECT count(*) FROM sqlite_master").run();
-    copy();
+    if (connection.hasWriteAheadLog())
+        platform::replaceFile(
+            to,
+            [&](const platform::WriteBytes& out) {
+                out(connection.bytes());
+                removeOldJournals();
+            },
+            platform::Durability::Durable, newFileMode);
+    else
+        copy();
     connection.execute("COMMIT");
 }
 
@@ -181,8 +269,10 @@ void backUpDatabase(const QString& path, const QString& backup) {
         refuseForeignFile(path);
     if (format == Format::Sqlite)
         refuseUnsoundDiary(path);
-    // Made again of the same diary it would only push out what the older backups hold.
-    if (QFileInfo::exists(backup) && platform::readFile(backup) == platform::readFile(path))
+    // Made again of the same diary it would only push out what the older backups hold. What another tool has in a log
+    // beside the file is not to be seen in it.
+    if (!QFileInfo::exists(fileBeside(path, "-wal"_L1)) && QFileInfo::exists(backup) &&
+        platform::readFile(backup) == platform::readFile(path))
         return;
     const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
@@ -193,6 +283,37 @@ void backUpDatabase(const QString& path, const QString& backup) {
     }
     platform::limitMode(backup, mode);
     copyDatabase(path, backup, mode);
+}
+
+QString restoreDatabase(const QString& path, const QString& backup) {
+    platform::refuseLostLink(path);
+    if (platform::isSameFile(path, backup))
+        throw Failure(u"バックアップを復元できません。"_s, backup, u"今の日記そのものです"_s,
+                      u"日記は変更されていません。別のファイルを指定してください。"_s);
+    if (formatOf(backup) != Format::Sqlite)
+        refuseForeignFile(backup);
+    refuseCutOffPage(backup);
+    refuseUnsoundDiary(backup);
+    if (!QFileInfo::exists(path)) {
+        copyDatabase(backup, path);
+        return {};
+    }
+    const QString kept = freeNameFor(path);
+    try {
+        keepAsItLies(path, kept); // before anybody opens it
+        // No writer is to come in between: what it wrote would be in neither file.
+        const std::unique_ptr<Connection> lock = lockedIfSound(path);
+        if (lock) {
+            removeJournals(kept);
+            platform::replaceFile(kept, lock->bytes(), platform::Durability::Durable);
+        }
+        copyDatabase(backup, path);
+    } catch (const Failure&) {
+        removeJournals(kept);
+        platform::removeFile(kept);
+        throw;
+    }
+    return kept;
 }
 
 QStringList checkDatabase(const QString& path) {

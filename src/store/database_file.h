@@ -16,8 +16,14 @@ qint16 GetDBVersion(const QString& path);
 void backUpDatabase(const QString& path, const QString& backup);
 
 /// Copies a diary database (or its template) over `to`, settled first: a journal that was left behind is rolled back,
-/// none is copied, and none stays beside the copy. A new file gets `newFileMode`. Throws platform::Failure.
+/// what another tool has written into a log beside it comes along, none is copied, and none stays beside the copy. A
+/// new file gets `newFileMode`. Throws platform::Failure.
 void copyDatabase(const QString& from, const QString& to, unsigned newFileMode = 0600);
+
+/// Puts `backup` in the place of the diary at `path`; no journal of the replaced one can undo that. Returns the file
+/// beside it in which the replaced diary is kept, "" when there was none. A backup that is no sound diary is refused
+/// and changes nothing. Throws platform::Failure.
+QString restoreDatabase(const QString& path, const QString& backup);
 
 /// What is wrong with the diary, a line each; nothing when all is well. Changes nothing.
 QStringList checkDatabase(const QString& path);

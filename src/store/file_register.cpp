@@ -129,7 +129,8 @@ QStringList FileRegister::ImageFilesOfDay(const QString& day) const {
 
 void FileRegister::AddFile(const FileRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES (?1, ?2, ?3, ?4, ?5)")
+    Statement(connection,
+              "INSERT OR ABORT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES (?1, ?2, ?3, ?4, ?5)")
         .bind(row.name, row.day, row.number, row.isUploaded, row.isLogged)
         .run();
 }
@@ -139,7 +140,7 @@ void FileRegister::MarkLogged(const std::vector<qint64>& ids) const {
         return;
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
-    Statement mark(connection, "UPDATE FileDB SET Logged = 1, Uploaded = 0 WHERE FileID = ?1");
+    Statement mark(connection, "UPDATE OR ABORT FileDB SET Logged = 1, Uploaded = 0 WHERE FileID = ?1");
     for (const qint64 id : ids)
         mark.bind(id).run();
     transaction.commit();
@@ -147,7 +148,7 @@ void FileRegister::MarkLogged(const std::vector<qint64>& ids) const {
 
 void FileRegister::MarkUploaded(qint64 id) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "UPDATE FileDB SET Uploaded = 1 WHERE FileID = ?1").bind(id).run();
+    Statement(connection, "UPDATE OR ABORT FileDB SET Uploaded = 1 WHERE FileID = ?1").bind(id).run();
 }
 
 void FileRegister::AddCommonFiles(const QStringList& names, SiteSide side) const {
@@ -163,7 +164,7 @@ void FileRegister::AddCommonFiles(const QStringList& names, SiteSide side) const
     rows.bind(side == SiteSide::Log);
     for (const QString& name : readNames(rows))
         known.insert(platform::fold(name));
-    Statement add(connection, "INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) "
+    Statement add(connection, "INSERT OR ABORT INTO FileDB (FileName, Day, Number, Uploaded, Logged) "
                               "VALUES (?1, 'ALL', 0, 0, ?2)");
     for (const QString& name : names) {
         const QString form = platform::fold(name);

@@ -32,7 +32,7 @@ bool LogRegister::FindLog(const QString& fileName) const {
 
 void LogRegister::AddLog(const LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
-    Statement(connection, "INSERT INTO LogDB (LogMonth, LogFileName) VALUES (?1, ?2)")
+    Statement(connection, "INSERT OR ABORT INTO LogDB (LogMonth, LogFileName) VALUES (?1, ?2)")
         .bind(row.month, row.fileName)
         .run();
 }

@@ -2,12 +2,16 @@
 
 #include "platform/file_write.h"
 #include "store/sqlite/connection.h"
+#include "store/sqlite/statement.h"
 #include "support/test_home.h"
 
 #include <QDir>
 #include <QFile>
 
+#include <csignal>
+
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -184,6 +188,32 @@ TEST_F(DatabaseFile, IsCopiedWithoutTheHalfOfAKilledChange) {
     EXPECT_TRUE(bytesOf(path(u"copy.mdb"_s)) == before);
     EXPECT_FALSE(exists(file() + u"-journal"_s));
     EXPECT_FALSE(exists(path(u"copy.mdb-journal"_s)));
+}
+
+TEST_F(DatabaseFile, IsCopiedBetweenTheChangesOfAWriterAtWork) {
+    sql(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) INSERT INTO Contents "
+        "(Day, Number, Title, Contents) SELECT '2004/05/06', i, '0', hex(zeroblob(1500)) FROM n"_s);
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        Connection connection(file(), Access::ReadWrite);
+        for (;;) {
+            connection.execute("UPDATE Contents SET Title = Title + 1");
+            ::usleep(500);
+        }
+    }
+    QStringList mixed;
+    for (int i = 0; i < 60; ++i) {
+        const QString copy = path(u"copy.mdb"_s);
+        copyDatabase(file(), copy);
+        Connection connection(copy, Access::ReadOnly);
+        store::sqlite::Statement titles(connection, "SELECT count(DISTINCT Title) FROM Contents");
+        store::sqlite::Statement check(connection, "PRAGMA integrity_check");
+        if (!titles.next() || titles.integer(0) != 1 || !check.next() || check.text(0) != u"ok"_s)
+            mixed += QString::number(i);
+    }
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    EXPECT_EQ(mixed, QStringList()) << "copies hold a half of a change";
 }
 
 TEST_F(DatabaseFile, MeetsNoJournalOfTheFileThatLayThere) {

@@ -32,6 +32,41 @@ protected:
     }
 };
 
+TEST_F(DiaryText, KeepsAMarkInFrontOfEveryText) {
+    Entry entry = entryOf(u"2004/05/06"_s, u"\uFEFF題"_s);
+    entry.contents = u"\uFEFF\uFEFF<P>"_s;
+    entry.extend = u"\uFEFF"_s;
+    entry.excerpt = u"\uFEFFx"_s;
+    entry.weather = u"\uFEFF-"_s;
+    entry.genre = u"\uFEFF旅"_s;
+    entry.publishTime = u"\uFEFF2004"_s;
+    entry.importMark = u"\uFEFFm"_s;
+    write(entry);
+    for (int i = 0; i < 3; ++i) { // loaded and saved, it is still the same
+        const Entry read = *diary().LoadEntry(u"2004/05/06"_s, 1);
+        EXPECT_EQ(read.title, entry.title);
+        EXPECT_EQ(read.contents, entry.contents);
+        EXPECT_EQ(read.extend, entry.extend);
+        EXPECT_EQ(read.excerpt, entry.excerpt);
+        EXPECT_EQ(read.weather, entry.weather);
+        EXPECT_EQ(read.genre, entry.genre);
+        EXPECT_EQ(read.publishTime, entry.publishTime);
+        EXPECT_EQ(read.importMark, entry.importMark);
+        write(read);
+    }
+}
+
+TEST_F(DiaryText, TellsAMarkInFrontFromNone) {
+    addGenres({u"旅"_s, u"\uFEFF旅"_s, u"\uFEFF"_s});
+    add(u"2004/05/07"_s, u"marked"_s, u"\uFEFFa"_s);
+    add(u"2004/05/07"_s, u"plain"_s, u"a"_s);
+    EXPECT_EQ(diary().ListGenres().size(), 3);
+    EXPECT_EQ(find(u"\uFEFF"_s), QStringList{u"marked"_s});
+    EXPECT_EQ(find(u"a"_s, u"\uFEFF一般"_s), QStringList());
+    EXPECT_EQ(find(u"a"_s).size(), 2);
+    EXPECT_EQ(sqlValue(u"SELECT 'a' = (SELECT Contents COLLATE JET FROM Contents WHERE Title = 'marked')"_s), u"0"_s);
+}
+
 TEST_F(DiaryText, ListsGenresInJapaneseOrderWithoutTheDefaultOne) {
     addGenres({u"山"_s, u"は"_s, u"ば"_s, u"一般"_s, u"Zoo"_s, u"ぱ"_s, u"あ"_s, u"b"_s, QString(), u"10"_s, u"2"_s});
     EXPECT_EQ(diary().ListGenres(),

@@ -148,6 +148,11 @@ void TestHome::sql(const QString& statement) {
     connection.execute(statement.toUtf8().constData());
 }
 
+void TestHome::refuseRows(const QString& condition) {
+    // A sum that overflows in an index: triggers are off.
+    sql(u"CREATE INDEX Refused ON Contents (CASE WHEN %1 THEN abs(-9223372036854775808) END)"_s.arg(condition));
+}
+
 QString TestHome::sqlValue(const QString& query) {
     const store::sqlite::Connection connection(session.databaseFile(), store::sqlite::Access::ReadOnly);
     store::sqlite::Statement rows(connection, query.toUtf8());

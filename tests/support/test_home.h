@@ -73,6 +73,8 @@ protected:
 
     /// Runs SQL on the diary behind the program's back.
     void sql(const QString& statement);
+    /// From here on the engine refuses every row of Contents of which `condition` holds.
+    void refuseRows(const QString& condition);
     /// The first column of the first row as text; "NULL" for a missing value, "" without a row.
     QString sqlValue(const QString& query);
 

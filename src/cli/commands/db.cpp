@@ -1,4 +1,6 @@
 #include "cli/command.h"
+#include "core/path_names.h"
+#include "platform/directory.h"
 #include "store/database_file.h"
 
 #include <QJsonArray>
@@ -23,6 +25,18 @@ void check(Invocation& invocation) {
     invocation.print(QJsonArray::fromStringList(findings), rows);
 }
 
+void restore(Invocation& invocation) {
+    const QString backup = invocation.arguments.isEmpty()
+                               ? platform::existingPath(invocation.session.UserPath + u"diarymdb.bak"_s)
+                               : invocation.argument(0);
+    const QString kept = store::restoreDatabase(platform::existingPath(invocation.session.databaseFile()), backup);
+    const QString told = core::GetFileName(backup) + u"を復元しました。"_s;
+    invocation.desk.status(
+        kept.isEmpty() ? told : told + u"今までの日記は「%1」に残しました。"_s.arg(core::GetFileName(kept)));
+    invocation.print(QJsonObject{{u"kept"_s, kept.isEmpty() ? QJsonValue() : QJsonValue(kept)}},
+                     kept.isEmpty() ? std::vector<QStringList>{} : std::vector<QStringList>{{kept}});
+}
+
 } // namespace
 
 std::vector<Command> databaseCommands() {
@@ -36,6 +50,14 @@ std::vector<Command> databaseCommands() {
          Start::UnlessArgument,
          version},
         {u"db check"_s, {}, 0, 0, {}, u"日記データベースの異常を報告する (何も変更しない)"_s, Start::Needed, check},
+        {u"db restore"_s,
+         u"[FILE]"_s,
+         0,
+         1,
+         {},
+         u"FILE (既定: diarymdb.bak) を日記にする (今までの日記は残し、その名前を出力する)"_s,
+         Start::User,
+         restore},
     };
 }
 

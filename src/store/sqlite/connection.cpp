@@ -1,8 +1,10 @@
 #include "store/sqlite/connection.h"
 
-#include "platform/failure.h"
+#include "platform/file_write.h"
 #include "platform/text_order.h"
+#include "platform/utf8.h"
 #include "platform/waiting.h"
+#include "store/sqlite/statement.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -38,7 +40,7 @@ void resultText(sqlite3_context* context, const QString& text) {
 
 void foldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
     if (sqlite3_value_type(arguments[0]) != SQLITE_NULL)
-        resultText(context, platform::fold(QString::fromUtf8(bytesOf(arguments[0]))));
+        resultText(context, platform::fold(platform::fromUtf8(bytesOf(arguments[0]))));
 }
 
 /// like(pattern, text): the pattern is folded once a statement.
@@ -49,7 +51,7 @@ void likeFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
     std::unique_ptr<platform::LikePattern> made;
     if (!pattern) {
         try {
-            made = std::make_unique<platform::LikePattern>(QString::fromUtf8(bytesOf(arguments[0])));
+            made = std::make_unique<platform::LikePattern>(platform::fromUtf8(bytesOf(arguments[0])));
         } catch (const platform::Failure& failure) {
             sqlite3_result_error(context, failure.line().toUtf8().constData(), -1);
             return;
@@ -63,21 +65,34 @@ void likeFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
 
 int compareTexts(void* order, int leftSize, const void* left, int rightSize, const void* right) {
     return static_cast<platform::TextOrder*>(order)->compare(
-        QString::fromUtf8(static_cast<const char*>(left), leftSize),
-        QString::fromUtf8(static_cast<const char*>(right), rightSize));
+        platform::fromUtf8({static_cast<const char*>(left), leftSize}),
+        platform::fromUtf8({static_cast<const char*>(right), rightSize}));
 }
 
 } // namespace
 
+QString restoreAdvice() {
+    return u"バックアップ「diarymdb.bak」は、velloria-cli の「db restore」で復元してください。"_s
+           u"手でコピーするときは、先に「diary.mdb-journal」を別の場所へ移してください(残っていると、復元した日記が壊れます)。"_s;
+}
+
+Busy::Busy(const QString& file, const QString& reason)
+    : Failure(kBusy, file, reason,
+              u"データベースは変更されていません。そのプログラムを終了してから、もう一度実行してください。"_s) {}
+
 Connection::Connection(const QString& file, Access access)
     : m_file(file) {
-    // A killed program leaves its journal behind, and with it half a change: only who may write can roll it back.
-    const bool isReader = access == Access::ReadOnly && !QFileInfo::exists(file + u"-journal"_s);
-    const int flags = (isReader ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
-    const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &m_handle, flags, nullptr);
+    platform::refuseLostLink(file);
+    // Readers, too: a killed program leaves half a change behind, and only who may write can roll it back.
+    constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE;
+    const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &m_handle, kFlags, nullptr);
     try {
         if (code != SQLITE_OK)
             fail(code);
+        distrustSchema();
+        // The diary is one file that people copy. Another tool may have made two of it; while that is at work it stays
+        // so, and what else is wrong shows itself in the next statement.
+        sqlite3_exec(m_handle, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
         sqlite3_busy_handler(m_handle, waitForOther, &m_waiting);
         constexpr int kPure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
         sqlite3_create_function(m_handle, "Fold", 1, kPure, nullptr, foldFunction, nullptr, nullptr);
@@ -85,6 +100,8 @@ Connection::Connection(const QString& file, Access access)
         sqlite3_create_collation_v2(m_handle, "JET", SQLITE_UTF8, new platform::TextOrder, compareTexts,
                                     [](void* order) { delete static_cast<platform::TextOrder*>(order); });
         execute("PRAGMA synchronous = FULL");
+        if (access == Access::ReadOnly)
+            execute("PRAGMA query_only = ON");
     } catch (...) {
         sqlite3_close(m_handle);
         throw;
@@ -93,6 +110,39 @@ Connection::Connection(const QString& file, Access access)
 
 Connection::~Connection() {
     sqlite3_close(m_handle);
+}
+
+/// The diary may be somebody else's, and what it brings along beside its tables is not to act here.
+void Connection::distrustSchema() {
+    constexpr std::pair<int, int> kSwitches[] = {{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+                                                 {SQLITE_DBCONFIG_ENABLE_VIEW, 0},
+                                                 {SQLITE_DBCONFIG_ENABLE_FKEY, 0},
+                                                 {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                                                 {SQLITE_DBCONFIG_DEFENSIVE, 1}};
+    for (const auto& [option, value] : kSwitches) {
+        const int code = sqlite3_db_config(m_handle, option, value, nullptr);
+        if (code != SQLITE_OK)
+            fail(code);
+    }
+}
+
+bool Connection::hasWriteAheadLog() const {
+    Statement mode(*this, "PRAGMA journal_mode");
+    return mode.next() && mode.text(0) == u"wal"_s;
+}
+
+QByteArray Connection::bytes() const {
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, void (*)(void*)> database(sqlite3_serialize(m_handle, "main", &size, 0),
+                                                                   sqlite3_free);
+    if (!database)
+        fail(sqlite3_errcode(m_handle));
+    QByteArray bytes(reinterpret_cast<const char*>(database.get()), qsizetype(size));
+    // The two bytes that send a reader to a log beside the file.
+    constexpr qsizetype kFormatAt = 18;
+    if (bytes.size() > kFormatAt + 1)
+        bytes[kFormatAt] = bytes[kFormatAt + 1] = 1;
+    return bytes;
 }
 
 void Connection::execute(const char* sql) {
@@ -106,20 +156,20 @@ qint64 Connection::lastInsertedRow() const {
 }
 
 void Connection::fail(int code) const {
-    const QString reason = QString::fromUtf8(m_handle ? sqlite3_errmsg(m_handle) : sqlite3_errstr(code));
+    const QString reason = platform::fromUtf8(m_handle ? sqlite3_errmsg(m_handle) : sqlite3_errstr(code));
     QString what = u"日記データベースを処理できません。"_s;
     QString advice = u"データベースは変更されていません。"_s;
     switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        what = kBusy;
-        advice += u"そのプログラムを終了してから、もう一度実行してください。"_s;
-        break;
+        throw Busy(m_file, reason);
     case SQLITE_FULL:
         what = u"ディスクの空き容量が足りません。"_s;
         advice += u"空き容量を増やしてから、もう一度実行してください。"_s;
         break;
     case SQLITE_READONLY:
+        if (code == SQLITE_READONLY_DBMOVED)
+            throw Busy(m_file, reason);
         what = u"日記データベースに書き込めません。"_s;
         advice += u"ファイルの属性を確認してください。"_s;
         break;
@@ -130,7 +180,7 @@ void Connection::fail(int code) const {
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
         what = u"日記データベースが壊れています。"_s;
-        advice += u"「diarymdb.bak」などのバックアップから復元してください。"_s;
+        advice += restoreAdvice();
         break;
     default:
         break;

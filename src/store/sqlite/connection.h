@@ -1,6 +1,8 @@
 // One SQLite connection with the text comparison of the diary registered on it.
 #pragma once
 
+#include "platform/failure.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QString>
@@ -13,10 +15,20 @@ namespace velloria::store::sqlite {
 
 enum class Access { ReadWrite, ReadOnly };
 
-/// Opens an existing file; never makes one. What a killed program left half done is rolled back. Registered are the
-/// collation JET, the function Fold(text) and the operator LIKE with the diary's wildcards and comparison. A busy file
-/// is waited for up to 5 seconds, while the windows are served. Throws platform::Failure, as does everything below: it
-/// names the file and why the engine refused.
+/// Another program holds the file, or has put another one in its place meanwhile.
+class Busy : public platform::Failure {
+public:
+    Busy(const QString& file, const QString& reason);
+};
+
+/// How to get a backup back.
+QString restoreAdvice();
+
+/// Opens an existing file; never makes one. What a killed program left half done is rolled back, and a file that
+/// another tool keeps with a write-ahead log is put back to one file. The file's own triggers, views and foreign keys
+/// do nothing. Registered are the collation JET, the function Fold(text) and the operator LIKE with the diary's
+/// wildcards and comparison. A busy file is waited for up to 5 seconds, while the windows are served. Throws
+/// platform::Failure, as does everything below: it names the file and why the engine refused.
 class Connection {
 public:
     Connection(const QString& file, Access access);
@@ -27,10 +39,16 @@ public:
     void execute(const char* sql);
     /// The row that the last INSERT made.
     qint64 lastInsertedRow() const;
+    /// Whether another tool at work still keeps a part of the diary in a log beside the file.
+    bool hasWriteAheadLog() const;
+    /// The diary as one file without a log, in the state of the transaction under way.
+    QByteArray bytes() const;
     sqlite3* handle() const { return m_handle; }
     [[noreturn]] void fail(int code) const;
 
 private:
+    void distrustSchema();
+
     QString m_file;
     sqlite3* m_handle = nullptr;
     QElapsedTimer m_waiting; ///< since when the file is waited for

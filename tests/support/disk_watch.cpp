@@ -1,0 +1,79 @@
+#include "support/disk_watch.h"
+
+#include <QMutex>
+
+#include <cerrno>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace velloria::tests {
+namespace {
+
+struct Watched {
+    QMutex mutex;
+    bool isOn = false;
+    QStringList synced;
+    QString refused;
+};
+
+Watched& watched() {
+    static Watched state;
+    return state;
+}
+
+QString nameOf(int descriptor) {
+    char target[4096];
+    const ssize_t size = ::readlink(("/proc/self/fd/" + std::to_string(descriptor)).c_str(), target, std::size(target));
+    const QString path = QString::fromUtf8(target, qMax<ssize_t>(size, 0));
+    return path.mid(path.lastIndexOf(u'/') + 1);
+}
+
+int sync(int descriptor, long call) {
+    Watched& state = watched();
+    const QMutexLocker locker(&state.mutex);
+    if (state.isOn) {
+        const QString name = nameOf(descriptor);
+        if (!state.refused.isNull() && name.endsWith(state.refused)) {
+            errno = EIO;
+            return -1;
+        }
+        state.synced += name;
+    }
+    return int(::syscall(call, descriptor));
+}
+
+} // namespace
+
+DiskWatch::DiskWatch() {
+    const QMutexLocker locker(&watched().mutex);
+    watched().synced.clear();
+    watched().refused = QString();
+    watched().isOn = true;
+}
+
+DiskWatch::~DiskWatch() {
+    const QMutexLocker locker(&watched().mutex);
+    watched().isOn = false;
+}
+
+QStringList DiskWatch::synced() const {
+    const QMutexLocker locker(&watched().mutex);
+    return watched().synced;
+}
+
+void DiskWatch::refuse(const QString& ending) {
+    const QMutexLocker locker(&watched().mutex);
+    watched().refused = ending;
+}
+
+} // namespace velloria::tests
+
+// In front of the system's own, for this program and the libraries that it uses.
+
+extern "C" __attribute__((visibility("default"))) int fsync(int descriptor) {
+    return velloria::tests::sync(descriptor, SYS_fsync);
+}
+
+extern "C" __attribute__((visibility("default"))) int fdatasync(int descriptor) {
+    return velloria::tests::sync(descriptor, SYS_fdatasync);
+}
