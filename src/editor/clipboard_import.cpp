@@ -176,7 +176,7 @@ void ClipboardImport::add(const store::NewEntry& entry) {
 void ClipboardImport::overwrite(const store::NewEntry& entry) {
     store::RescueFile rescue(m_session, m_clock);
     try {
-        m_import.overwrite(entry, [&](const store::Entry& row) { rescue.keep(row, u"上書き"_s); });
+        m_import.overwrite(entry, [&](const store::Entry& row) { rescue.keep({row}, u"上書き"_s); });
     } catch (...) {
         rescue.forget();
         throw;

@@ -84,12 +84,12 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
     closeGaps(diary, entry.day);
     store::RescueFile rescue(m_session, m_clock);
     SaveResult result;
-    const auto overwritten = [&](const store::Entry& row) {
+    const auto overwritten = [&](const std::vector<store::Entry>& rows) {
         if (entry.number == m_number && !m_row)
             throw NumberTaken();
-        if (!mustKeep(row, entry))
+        if (!mustKeep(rows.front(), entry)) // one entry overwrites one row
             return;
-        rescue.keep(row, u"上書き"_s);
+        rescue.keep(rows, u"上書き"_s);
         result.isOlderKept = rescue.isOn();
     };
     store::Entry saved = entry;
@@ -112,7 +112,7 @@ void EditedEntry::remove(const QString& day, int number) {
     closeGaps(diary, day);
     store::RescueFile rescue(m_session, m_clock);
     try {
-        diary.DeleteEntry(day, number, [&](const store::Entry& row) { rescue.keep(row, u"削除"_s); });
+        diary.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
     } catch (...) {
         rescue.forget();
         throw;
@@ -124,7 +124,7 @@ bool EditedEntry::keepDropped(const store::Entry& entry) {
     if (entry.title.isEmpty() && entry.contents.isEmpty() && entry.extend.isEmpty() && entry.excerpt.isEmpty())
         return false;
     store::RescueFile rescue(m_session, m_clock);
-    rescue.keep(entry, u"未保存"_s);
+    rescue.keep({entry}, u"未保存"_s);
     return rescue.isOn();
 }
 

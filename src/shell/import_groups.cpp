@@ -20,10 +20,12 @@ std::optional<QStringList> deleteImportGroup(const core::Session& session, const
     const store::DiaryStore diary(session.databaseFile(), clock);
     store::RescueFile rescue(session, clock);
     QStringList days;
-    const auto keep = [&](const store::Entry& row) {
-        rescue.keep(row, u"削除"_s);
-        if (days.isEmpty() || days.constLast() != row.day) // they come by day
-            days += row.day;
+    const auto keep = [&](const std::vector<store::Entry>& rows) {
+        rescue.keep(rows, u"削除"_s);
+        for (const store::Entry& row : rows) {
+            if (days.isEmpty() || days.constLast() != row.day) // they come by day
+                days += row.day;
+        }
     };
     try {
         diary.DeleteImportBatch(group, keep);

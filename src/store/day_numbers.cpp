@@ -9,8 +9,8 @@ namespace velloria::store {
 DayNumbers::DayNumbers(const sqlite::Connection& connection)
     : m_count(connection,
               "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
-    , m_rows(connection, "SELECT RecordID FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
-    , m_setNumber(connection, "UPDATE Contents SET Number = ?1 WHERE RecordID = ?2") {}
+    , m_rows(connection, "SELECT RecordID, Number FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
+    , m_setNumber(connection, "UPDATE OR ABORT Contents SET Number = ?1 WHERE RecordID = ?2") {}
 
 int DayNumbers::count(const QString& day, bool& isInOrder) {
     m_count.bind(day);
@@ -26,23 +26,38 @@ bool DayNumbers::repair(const QString& day) {
     count(day, isInOrder);
     if (isInOrder)
         return false;
-    std::vector<qint64> records;
+    std::vector<std::pair<int, qint64>> moved;
     m_rows.bind(day);
-    while (m_rows.next())
-        records.push_back(m_rows.integer64(0));
+    for (int number = 1; m_rows.next(); ++number) {
+        if (m_rows.integer(1) != number)
+            moved.emplace_back(number, m_rows.integer64(0));
+    }
     m_rows.reset();
-    int number = 0;
-    for (const qint64 record : records) {
-        m_setNumber.bind(++number, record);
+    for (const auto& [number, record] : moved) {
+        m_setNumber.bind(number, record);
         m_setNumber.run();
     }
     return true;
 }
 
 int DayNumbers::nextNumber(const QString& day) {
-    repair(day);
-    bool isInOrder = false;
-    return count(day, isInOrder) + 1;
+    auto known = m_counts.find(day);
+    if (known == m_counts.end()) {
+        repair(day);
+        bool isInOrder = false;
+        known = m_counts.insert(day, count(day, isInOrder));
+    }
+    return *known + 1;
+}
+
+void DayNumbers::added(const QString& day, int number) {
+    const auto known = m_counts.find(day);
+    if (known == m_counts.end())
+        return;
+    if (number == *known + 1)
+        *known = number;
+    else
+        m_counts.erase(known); // a gap, or a number twice
 }
 
 } // namespace velloria::store

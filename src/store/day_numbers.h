@@ -3,6 +3,8 @@
 
 #include "store/sqlite/statement.h"
 
+#include <QHash>
+
 namespace velloria::store {
 
 /// Works on the connection of a transaction that is under way.
@@ -16,6 +18,9 @@ public:
     /// The number of the next entry, behind a repair.
     int nextNumber(const QString& day);
 
+    /// A row was added under this number. To be told of each one, so that a long day is counted once and not for each.
+    void added(const QString& day, int number);
+
 private:
     /// How many entries the day has, and whether their numbers are 1 to that.
     int count(const QString& day, bool& isInOrder);
@@ -23,6 +28,7 @@ private:
     sqlite::Statement m_count;
     sqlite::Statement m_rows;
     sqlite::Statement m_setNumber;
+    QHash<QString, int> m_counts; ///< of days whose numbers are known to be in order
 };
 
 } // namespace velloria::store

@@ -78,24 +78,24 @@ public:
         : m_connection(connection)
         , m_numbers(connection)
         , m_find(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2 ORDER BY RecordID LIMIT 1")
-        , m_insert(connection, "INSERT INTO Contents (Day, Title, Contents, Extend, Excerpt, Weather, Genre, Number, "
-                               "PublishTime, Private, ImportMark) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, "
-                               "coalesce(?11, ''))")
-        , m_update(connection, "UPDATE Contents SET Title = ?1, Contents = ?2, Extend = ?3, Excerpt = ?4, "
+        , m_insert(connection,
+                   "INSERT OR ABORT INTO Contents (Day, Title, Contents, Extend, Excerpt, Weather, Genre, Number, "
+                   "PublishTime, Private, ImportMark) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, "
+                   "coalesce(?11, ''))")
+        , m_update(connection, "UPDATE OR ABORT Contents SET Title = ?1, Contents = ?2, Extend = ?3, Excerpt = ?4, "
                                "Weather = ?5, Genre = ?6, PublishTime = ?7, Private = ?8, "
                                "ImportMark = coalesce(?9, ImportMark) WHERE RecordID = ?10")
         , m_numberOfRow(connection, "SELECT Number FROM Contents WHERE RecordID = ?1") {}
 
     /// Returns the row's RecordID. A null import mark keeps the one that stands there.
-    qint64 write(Entry& entry, const std::function<void(const Entry&)>& overwritten) {
+    qint64 write(Entry& entry) {
         if (entry.number == 0)
             entry.number = m_numbers.nextNumber(entry.day);
         m_touchedDays.insert(entry.day);
         m_find.bind(entry.day, entry.number);
         if (m_find.next()) {
             const qint64 record = m_find.integer64(kRecordIdColumn);
-            if (overwritten)
-                overwritten(readEntry(m_find));
+            m_overwritten.push_back(readEntry(m_find));
             m_find.reset();
             m_update.bind(entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
                           entry.publishTime, entry.isPrivate, entry.importMark, record);
@@ -106,8 +106,12 @@ public:
         m_insert.bind(entry.day, entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
                       entry.number, entry.publishTime, entry.isPrivate, entry.importMark);
         m_insert.run();
-        return m_connection.lastInsertedRow();
+        const qint64 record = m_connection.lastInsertedRow();
+        m_numbers.added(entry.day, entry.number);
+        return record;
     }
+
+    const std::vector<Entry>& overwritten() const { return m_overwritten; }
 
     void repairTouchedDays() {
         for (const QString& day : std::as_const(m_touchedDays)) {
@@ -136,7 +140,13 @@ private:
     Statement m_numberOfRow;
     QSet<QString> m_touchedDays;
     QSet<QString> m_repairedDays;
+    std::vector<Entry> m_overwritten;
 };
+
+void tell(const BeforeLoss& beforeLoss, const std::vector<Entry>& rows) {
+    if (beforeLoss && !rows.empty())
+        beforeLoss(rows);
+}
 
 } // namespace
 
@@ -171,12 +181,12 @@ void DiaryStore::SaveEntry(const Entry& entry) const {
     literal(m_file, stamped.day);
     stamped.publishTime = present();
     stamped.importMark = QString();
-    EntryWriter(connection).write(stamped, {});
+    EntryWriter(connection).write(stamped);
     transaction.commit();
 }
 
 std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
-                                              const std::function<void(const Entry&)>& overwritten) const {
+                                              const BeforeLoss& overwritten) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     EntryWriter writer(connection);
@@ -188,46 +198,44 @@ std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, Publis
             entry.publishTime = present();
         if (publishTime == PublishTime::Now)
             entry.importMark = QString();
-        records.push_back(writer.write(entry, overwritten));
+        records.push_back(writer.write(entry));
     }
     writer.repairTouchedDays();
     std::vector<EntryKey> keys;
     keys.reserve(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i)
         keys.push_back({entries[i].day, writer.numberOf(entries[i], records[i])});
+    tell(overwritten, writer.overwritten());
     transaction.commit();
     return keys;
 }
 
-void DiaryStore::DeleteEntry(const QString& day, int number, const std::function<void(const Entry&)>& deleted) const {
+void DiaryStore::DeleteEntry(const QString& day, int number, const BeforeLoss& deleted) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2");
     rows.bind(literal(m_file, day), number);
-    for (const Entry& entry : readEntries(rows)) {
-        if (deleted)
-            deleted(entry);
-    }
+    const std::vector<Entry> entries = readEntries(rows);
     Statement(connection, "DELETE FROM Contents WHERE Day = ?1 AND Number = ?2").bind(day, number).run();
     DayNumbers(connection).repair(day);
+    tell(deleted, entries);
     transaction.commit();
 }
 
-void DiaryStore::DeleteImportBatch(const QString& mark, const std::function<void(const Entry&)>& deleted) const {
+void DiaryStore::DeleteImportBatch(const QString& mark, const BeforeLoss& deleted) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     Statement rows(connection, QByteArray(kAllColumns) + "WHERE Fold(ImportMark) = Fold(?1) ORDER BY Day, Number");
     rows.bind(literal(m_file, mark));
+    const std::vector<Entry> entries = readEntries(rows);
     QSet<QString> days;
-    for (const Entry& entry : readEntries(rows)) {
-        if (deleted)
-            deleted(entry);
+    for (const Entry& entry : entries)
         days.insert(entry.day);
-    }
     Statement(connection, "DELETE FROM Contents WHERE Fold(ImportMark) = Fold(?1)").bind(mark).run();
     DayNumbers numbers(connection);
     for (const QString& day : std::as_const(days))
         numbers.repair(day);
+    tell(deleted, entries);
     transaction.commit();
 }
 

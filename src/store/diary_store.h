@@ -33,6 +33,10 @@ struct FindQuery {
     std::optional<QString> genre;
 };
 
+/// Sees all rows that a change replaces or deletes, in their order, before the change reaches the disk; not called when
+/// there are none. What it throws takes the change back.
+using BeforeLoss = std::function<void(const std::vector<Entry>&)>;
+
 /// The one door to table Contents. Each operation opens its own connection, works in one transaction and closes, so no
 /// lock outlives a call. When the file or the engine refuses, platform::Failure is thrown and the diary is as it was.
 ///
@@ -52,17 +56,15 @@ public:
     void SaveEntry(const Entry& entry) const;
 
     /// Saves all entries in one transaction, in order. A number of 0 takes the next one of its day; days whose numbers
-    /// are not 1..n at the end are renumbered. `overwritten` sees each row that is about to be replaced. Returns the
-    /// keys under which the entries stand.
+    /// are not 1..n at the end are renumbered. Returns the keys under which the entries stand.
     std::vector<EntryKey> SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
-                                      const std::function<void(const Entry&)>& overwritten) const;
+                                      const BeforeLoss& overwritten) const;
 
     /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
-    /// `deleted` sees the row before it goes.
-    void DeleteEntry(const QString& day, int number, const std::function<void(const Entry&)>& deleted = {}) const;
+    void DeleteEntry(const QString& day, int number, const BeforeLoss& deleted = {}) const;
 
     /// Removes all rows of an import and renumbers their days.
-    void DeleteImportBatch(const QString& mark, const std::function<void(const Entry&)>& deleted = {}) const;
+    void DeleteImportBatch(const QString& mark, const BeforeLoss& deleted = {}) const;
 
     /// Gives a day whose numbers are not 1..n those numbers, in the order of number and row.
     void RepairDay(const QString& day) const;

@@ -23,8 +23,8 @@ public:
         , m_transaction(m_connection)
         , m_numbers(m_connection)
         , m_first(m_connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY Number, RecordID LIMIT 1")
-        , m_insert(m_connection, "INSERT INTO Contents (Day, Title, Contents, Number) VALUES (?1, ?2, ?3, ?4)")
-        , m_update(m_connection, "UPDATE Contents SET Title = ?1, Contents = ?2 WHERE RecordID = ?3") {
+        , m_insert(m_connection, "INSERT OR ABORT INTO Contents (Day, Title, Contents, Number) VALUES (?1, ?2, ?3, ?4)")
+        , m_update(m_connection, "UPDATE OR ABORT Contents SET Title = ?1, Contents = ?2 WHERE RecordID = ?3") {
         m_age.start();
     }
 
@@ -36,8 +36,10 @@ public:
     }
 
     void add(const NewEntry& entry) {
-        m_insert.bind(entry.day, entry.title, entry.contents, m_numbers.nextNumber(entry.day));
+        const int number = m_numbers.nextNumber(entry.day);
+        m_insert.bind(entry.day, entry.title, entry.contents, number);
         m_insert.run();
+        m_numbers.added(entry.day, number);
         m_added.push_back(entry);
     }
 

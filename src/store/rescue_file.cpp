@@ -4,6 +4,7 @@
 #include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/utf8.h"
 #include "store/entry_line.h"
 
 #include <QFile>
@@ -19,9 +20,14 @@ constexpr qint64 kMostBytes = 20'000'000;
 /// What stays when the oldest lines go: with room for many more, so that not each of them moves the whole file.
 constexpr qint64 kBytesLeft = 19'500'000;
 
-/// A run that was killed while it wrote changed nothing in the diary: its half line keeps nothing. A whole line lacks
-/// its end after an edit by hand.
-void endLastLine(const QString& path) {
+platform::Failure refused(const platform::Failure& failure) {
+    return {u"消える内容を控えに残せません。"_s, failure.file(), failure.reason(),
+            u"日記は変更されていません。空き容量と書き込みの許可を確認してください。"_s};
+}
+
+/// A last line without its end was cut by a kill or a crash, was damaged, or was edited by hand. What does not read as
+/// a line any more moves to a file of its own: it may be all that is left of a text.
+void endLastLine(const QString& path, const QString& damagedFile) {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || file.size() == 0)
         return;
@@ -31,10 +37,14 @@ void endLastLine(const QString& path) {
     file.seek(0);
     const QByteArray bytes = file.readAll();
     const qsizetype begin = bytes.lastIndexOf('\n') + 1;
-    if (QJsonDocument::fromJson(bytes.sliced(begin)).isObject())
-        file.write("\n");
-    else
-        file.resize(begin);
+    const QByteArray line = bytes.sliced(begin);
+    if (platform::parseJson(platform::withoutSignature(line).toByteArray(), nullptr).isObject()) {
+        platform::appendToFile(path, "\n");
+        return;
+    }
+    platform::appendToFile(damagedFile, line + '\n', 0600);
+    if (!file.resize(begin))
+        throw platform::Failure(u"ファイルを短くできません。"_s, path, file.errorString());
 }
 
 } // namespace
@@ -45,56 +55,43 @@ RescueFile::RescueFile(const core::Session& session, const platform::Clock& cloc
     , m_isOn(core::ReadIniDef(session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name, u"1"_s) !=
              u"0"_s) {}
 
-void RescueFile::keep(const Entry& entry, const QString& reason) {
-    if (!m_isOn)
+void RescueFile::keep(const std::vector<Entry>& entries, const QString& reason) {
+    if (!m_isOn || entries.empty())
         return;
-    QJsonObject json = toJson(entry);
-    json[u"Reason"_s] = reason;
-    json[u"Time"_s] = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
-    const QByteArray line = QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
-
+    QByteArray lines;
+    for (const Entry& entry : entries) {
+        QJsonObject json = toJson(entry);
+        json[u"Reason"_s] = reason;
+        json[u"Time"_s] = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
+        lines += QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+    }
     const platform::FolderLock lock(core::GetParentFolder(m_file));
-    endLastLine(m_file);
+    try {
+        append(lines);
+    } catch (const platform::Failure& failure) {
+        throw refused(failure);
+    }
+}
+
+void RescueFile::append(const QByteArray& lines) {
+    endLastLine(m_file, core::GetParentFolder(m_file) + u"/rescue.damaged"_s);
     const qint64 size = QFileInfo(m_file).size();
     // Once a change: what it keeps itself must not push its own first lines out.
-    if (m_end < 0 && size + line.size() > kMostBytes) {
+    if (m_end < 0 && size + lines.size() > kMostBytes) {
         QByteArray kept = size > 0 ? platform::readFile(m_file) : QByteArray();
-        const qsizetype cut = kept.indexOf('\n', qMax<qsizetype>(0, kept.size() + line.size() - kBytesLeft));
+        const qsizetype cut = kept.indexOf('\n', qMax<qsizetype>(0, kept.size() + lines.size() - kBytesLeft));
         kept = cut < 0 ? QByteArray() : kept.sliced(cut + 1);
-        platform::replaceFile(m_file, kept + line, platform::Durability::Durable, 0600);
+        platform::replaceFile(m_file, kept + lines, platform::Durability::Durable, 0600);
         m_begin = kept.size();
-        m_end = kept.size() + line.size();
+        m_end = kept.size() + lines.size();
         return;
     }
+    platform::appendToFile(m_file, lines, 0600);
     if (m_end < 0)
         m_begin = size;
     else if (m_end != size)
         m_begin = -1;
-    append(line);
-    m_end = size + line.size();
-}
-
-void RescueFile::append(const QByteArray& line) {
-    QFile file(m_file);
-    const auto refuse = [&](const QString& reason) {
-        throw platform::Failure(u"消える内容を控えに残せません。"_s, m_file, reason,
-                                u"日記は変更されていません。空き容量と書き込みの許可を確認してください。"_s);
-    };
-    if (!file.exists()) {
-        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
-            refuse(file.errorString());
-        file.close();
-    }
-    const qint64 whole = file.size();
-    // Unbuffered: what a buffer could not get rid of would also keep the file from being cut.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        refuse(file.errorString());
-    if (file.write(line) != line.size()) {
-        const QString reason = file.errorString();
-        file.resize(whole); // no half line in front of the next one
-        m_end = whole;
-        refuse(reason);
-    }
+    m_end = size + lines.size();
 }
 
 void RescueFile::forget() {

@@ -5,11 +5,14 @@
 #include "platform/clock.h"
 #include "store/entry.h"
 
+#include <vector>
+
 namespace velloria::store {
 
 /// "rescue.jsonl" in the user's folder, readable by its owner alone: a line of `entry put` each, plus "Reason" and
 /// "Time". It is only ever appended to; above 20 MB the oldest lines go, but none of those that one object of this
-/// class keeps. Key `Rescue` 0 of section `ALL` switches it off, for somebody who deletes for privacy.
+/// class keeps. A last line that was damaged moves to "rescue.damaged". Key `Rescue` 0 of section `ALL` switches it
+/// off, for somebody who deletes for privacy.
 class RescueFile {
 public:
     /// Both outlive this.
@@ -18,16 +21,16 @@ public:
     /// Whether anything is kept at all.
     bool isOn() const { return m_isOn; }
 
-    /// Keeps the entry. Throws platform::Failure when the file can't take it, so that what would destroy the entry
-    /// does not go on.
-    void keep(const Entry& entry, const QString& reason);
+    /// Keeps the entries: they are on the disk when it returns, since what destroys them may be a moment later. Throws
+    /// platform::Failure when the file can't take them, so that this does not go on.
+    void keep(const std::vector<Entry>& entries, const QString& reason);
 
     /// Takes back what was kept: the change was refused, and the diary still holds it all. Lines stay where they can't
     /// be told apart any more, behind those of another program or in a file that was shortened.
     void forget();
 
 private:
-    void append(const QByteArray& line);
+    void append(const QByteArray& lines);
 
     QString m_file;
     const platform::Clock& m_clock;

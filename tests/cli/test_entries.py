@@ -1,9 +1,13 @@
 """Entries, genres, the rescue file and the check of the diary."""
 
+import contextlib
 import json
 import os
+import shutil
+import sqlite3
 import stat
 import subprocess
+import sys
 import unittest
 
 from home import CliTest, entry, read, snapshot, write
@@ -70,6 +74,51 @@ class Saving(CliTest):
 
     def test_a_byte_order_mark_in_front_is_no_obstacle(self):
         self.assertEqual(self.put("\ufeff" + entry("2004/02/01")).rows, [["2004/02/01", "1"]])
+
+    def test_a_byte_order_mark_anywhere_else_is_a_character(self):
+        mark = "\ufeff"
+        self.put(entry("2004/02/01", mark + "t", Contents=mark, Extend=mark * 2 + "x", Genre=mark + "g"))
+        for _ in range(3):
+            shown = self.must("--json", "entry", "show", "2004/02/01", "1").json
+            self.assertEqual([shown[name] for name in ("Title", "Contents", "Extend", "Genre")],
+                             [mark + "t", mark, mark * 2 + "x", mark + "g"])
+            self.put(json.dumps(shown, ensure_ascii=False), options=["--keep-time"])
+        self.assertEqual(self.must("entry", "show", "2004/02/01", "1").rows[0][2], mark + "t")
+        self.assertIn(mark + "g", self.must("--json", "genre", "list").json)
+        self.assertEqual(self.must("site", "find", mark + "t").text, "1\n")
+        self.assertEqual(self.must("site", "find", mark + "z").text, "0\n")
+        self.must("--yes", "entry", "delete", "2004/02/01", "1")
+        self.must("entry", "put", self.data + "rescue.jsonl")
+        self.assertEqual(self.listed(), [("2004/02/01", 1, mark + "t")])
+        line = entry("2004/02/02")
+        self.refused("entry", "put", input=line + mark + line, naming=["2行目"])
+
+    def test_arguments_answers_and_password_keep_a_mark_in_front(self):
+        self.must("ini", "set", self.data + "x.ini", "s", "k", "\ufeffv")
+        self.assertEqual(self.must("--json", "ini", "get", self.data + "x.ini", "s", "k").json, {"value": "\ufeffv"})
+        self.assertEqual(self.must("--json", "ini", "get", self.data + "x.ini", "s", "z", "\ufeff").json,
+                         {"value": "\ufeff"})
+        text = self.input_file("text", "x")
+        self.must("import", "clipboard", "--plain", text, answers=["2004", "02", "03", "\ufefft"])
+        self.assertEqual(self.listed(), [("2004/02/03", 1, "\ufefft")])
+
+    def test_half_a_character_is_refused_with_its_line(self):
+        self.must("start")
+        for escape in ("\\ud800", "x\\udc00", "\\ude00\\ud83d"):
+            self.refused("entry", "put", input=entry("2004/02/01") + '{"Day":"2004/02/01","Title":"%s"}' % escape,
+                         naming=["2行目", "Title"])
+        self.put('{"Day":"2004/02/01","Title":"\\ud83d\\ude00"}')
+        self.assertEqual(self.listed(), [("2004/02/01", 1, "😀")])
+
+    def test_a_commit_that_is_refused_saves_nothing(self):
+        self.put(entry("2004/02/01", "a"))
+        with contextlib.closing(sqlite3.connect(self.database, isolation_level=None)) as reader:
+            reader.execute("BEGIN")
+            reader.execute("SELECT * FROM Contents").fetchall()
+            for words, line in ((["entry", "put"], entry("2004/02/01", "b", Number=1)),
+                                (["--yes", "entry", "delete", "2004/02/01", "1"], "")):
+                self.refused(*words, input=line, naming=["使用中"])
+        self.assertEqual(self.listed(), [("2004/02/01", 1, "a")])
 
     def test_an_empty_input_saves_nothing_and_is_no_failure(self):
         self.assertEqual(self.put("").out, b"")
@@ -281,6 +330,7 @@ class Rescue(CliTest):
             file.write(b'{"Day":"2004/02/01","Title":"to')
         self.must("--yes", "entry", "delete", "2004/02/01", "2")
         self.assertEqual([line["Title"] for line in self.lines()], ["one", "two"])
+        self.assertEqual(read(self.data + "rescue.damaged"), b'{"Day":"2004/02/01","Title":"to\n')
 
     def test_above_twenty_megabytes_the_oldest_lines_go(self):
         for i in range(6):
@@ -288,6 +338,110 @@ class Rescue(CliTest):
         self.assertEqual([line["Title"] for line in self.lines()], ["1", "2", "3", "4"])
         self.assertLessEqual(os.path.getsize(self.rescue), 20_000_000)
         self.assertEqual(stat.S_IMODE(os.stat(self.rescue).st_mode), 0o600)
+
+
+class Places(CliTest):
+    """A diary behind a link, and a backup in its place."""
+
+    def setUp(self):
+        super().setUp()
+        self.put(entry("2004/02/01", "old"))
+        self.backup = self.data + "diarymdb.bak"
+        shutil.copy(self.database, self.backup)
+        self.put(entry("2004/02/01", "new"))
+
+    def move_behind_link(self):
+        self.end = os.path.join(self.root, "disk", "real.mdb")
+        os.makedirs(os.path.dirname(self.end))
+        os.rename(self.database, self.end)
+        os.symlink(self.end, self.database)
+
+    def tear(self):
+        """A program that is killed in the middle of a large change."""
+        script = ("import os, sqlite3, sys; base = sqlite3.connect(sys.argv[1], isolation_level=None);"
+                  "base.execute('PRAGMA cache_size = 2'); base.execute('BEGIN IMMEDIATE');"
+                  "base.executemany('INSERT INTO Contents (Day, Number, Title, Contents) VALUES (?, ?, ?, ?)',"
+                  "[('2004/02/01', i + 3, 'half', 'x' * 2000) for i in range(300)]); os._exit(0)")
+        subprocess.run([sys.executable, "-c", script, self.database], check=True)
+
+    def titles(self):
+        return sorted(title for *_, title in self.listed())
+
+    def test_every_command_rolls_a_kill_behind_a_link_back(self):
+        self.move_behind_link()
+        for words in (["entry", "list"], ["db", "check"], ["db", "version"], ["site", "preview"], ["start"],
+                      ["file", "list"], ["genre", "rebuild"], ["db", "version", self.database]):
+            self.tear()
+            self.assertTrue(os.path.exists(self.end + "-journal"))
+            self.must(*words)
+            self.assertFalse(os.path.exists(self.end + "-journal"), words)
+            self.assertEqual(self.titles(), ["new", "old"])
+        self.tear()
+        self.put(entry("2004/02/01", "more"))
+        self.assertEqual(self.titles(), ["more", "new", "old"])
+
+    def test_a_link_that_leads_nowhere_is_named_with_both_ends(self):
+        self.move_behind_link()
+        os.rename(os.path.dirname(self.end), os.path.join(self.root, "away"))
+        for words in (["start"], ["entry", "list"], ["entry", "put"], ["db", "check"], ["db", "restore"]):
+            self.refused(*words, input=entry("2004/02/01", "lost"), naming=[self.database, self.end])
+        os.rename(os.path.join(self.root, "away"), os.path.dirname(self.end))
+        self.assertEqual(self.titles(), ["new", "old"])
+
+    def test_a_lost_link_of_the_old_layout_or_to_the_users_folder_gets_no_new_diary(self):
+        home = self.make_home("other")
+        end = os.path.join(self.root, "nowhere", "diary.mdb")
+        os.symlink(end, os.path.join(home, "diary.mdb"))
+        result = self.run_cli("start", home=home)
+        self.assertIn(end, self.assert_refusal(result, 1))
+        self.assertFalse(os.path.exists(os.path.join(home, "UserData", "diary.mdb")))
+        home = self.make_home("third")
+        os.symlink(os.path.dirname(end), os.path.join(home, "UserData"))
+        self.assertIn(os.path.dirname(end), self.assert_refusal(self.run_cli("start", home=home), 1))
+        self.assertFalse(os.path.exists(os.path.dirname(end)))
+
+    def test_a_backup_takes_the_diarys_place(self):
+        result = self.must("--events", "db", "restore")
+        kept = self.data + "diarymdb.replaced.bak"
+        self.assertEqual(result.text, kept + "\n")
+        self.assertEqual(result.statuses, ["diarymdb.bakを復元しました。今までの日記は「diarymdb.replaced.bak」に残しました。"])
+        self.assertEqual(self.titles(), ["old"])
+        self.assertEqual(self.must("--json", "db", "restore", kept).json,
+                         {"kept": self.data + "diarymdb.replaced-2.bak"})
+        self.assertEqual(self.titles(), ["new", "old"])
+
+    def test_a_backup_takes_a_damaged_diarys_place_and_no_journal_undoes_it(self):
+        self.tear()
+        damaged = bytearray(read(self.database))
+        damaged[:100] = b"\xff" * 100
+        write(self.database, bytes(damaged))
+        self.assertIn("db restore", self.refused("entry", "list"))
+        self.must("db", "restore")
+        self.assertEqual(self.titles(), ["old"])
+        self.assert_sound()
+        self.assertEqual(read(self.data + "diarymdb.replaced.bak"), bytes(damaged))
+        self.assertTrue(os.path.exists(self.data + "diarymdb.replaced.bak-journal"))
+
+    def test_what_is_no_backup_is_refused(self):
+        self.refused("db", "restore", self.input_file("x.bak", "no diary"), naming=["x.bak"])
+        self.refused("db", "restore", os.path.join(self.inputs, "missing"), naming=["missing"])
+        self.refused("db", "restore", self.database)
+        os.remove(self.backup)
+        self.refused("db", "restore", naming=["diarymdb.bak"])
+
+    def test_a_write_ahead_log_of_another_tool_is_taken_in(self):
+        tool = sqlite3.connect(self.database, isolation_level=None)
+        tool.execute("PRAGMA journal_mode = WAL")
+        tool.execute("UPDATE Contents SET Title = 'changed' WHERE Title = 'new'")
+        self.assertEqual(self.titles(), ["changed", "old"])
+        self.put(entry("2004/02/01", "both"))
+        self.assertEqual(tool.execute("SELECT count(*) FROM Contents").fetchall(), [(3,)])
+        self.assertIn("使用中", self.assert_refusal(self.run_cli("db", "restore"), 1))
+        tool.close()
+        self.must("start")
+        alone = self.input_file("alone.mdb", read(self.database))
+        self.assertEqual(read(alone)[18], 1)
+        self.assertEqual(self.must("db", "version", alone).text, "220\n")
 
 
 class Checking(CliTest):
@@ -327,6 +481,16 @@ class Checking(CliTest):
         self.assertEqual(len(found), 2, found)
         self.assertIn("a.gif", found[0])
         self.assertIn("d.gif", found[1])
+
+    def test_it_reports_triggers_and_views_which_do_nothing(self):
+        self.sql("CREATE TRIGGER evil AFTER INSERT ON Contents BEGIN DELETE FROM Contents WHERE Title = 'a'; END")
+        self.sql("CREATE VIEW look AS SELECT 1")
+        found = self.findings()
+        self.assertEqual(len(found), 2, found)
+        self.assertIn("「evil」", found[0])
+        self.assertIn("「look」", found[1])
+        self.put(entry("2004/02/01", "d"))
+        self.assertEqual(len(self.listed()), 4)
 
     def test_it_reports_a_damaged_file(self):
         self.put(*[entry("2004/02/02", str(i), Contents="x" * 2000) for i in range(100)])

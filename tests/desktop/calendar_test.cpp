@@ -88,7 +88,7 @@ TEST_F(Calendar, ASaveThatFailsKeepsTheOldDayWhole) {
     writeDay({u"一"_s});
     clickDay(6);
     makeDirty();
-    sql(u"CREATE TRIGGER Refuse BEFORE UPDATE ON Contents BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+    refuseRows(u"Title = '編集'"_s);
     answer(u"yes"_s);
     clickDay(7);
     expectedFailures = 1;

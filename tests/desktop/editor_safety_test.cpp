@@ -408,7 +408,7 @@ TEST_F(EditorWork, ARefusedOrFailedSaveKeepsTheWindowOpen) {
     EXPECT_TRUE(contents().isVisible());
     EXPECT_TRUE(contents().ChangeYesNo);
     title().setText(u"T"_s);
-    sql(u"CREATE TRIGGER Refuse BEFORE UPDATE ON Contents BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+    refuseRows(u"Title = 'T'"_s);
     answer(u"yes"_s);
     EXPECT_FALSE(contents().confirmClose());
     expectedFailures = 1;

@@ -413,7 +413,7 @@ TEST_F(Editor, ASaveThatFailsKeepsTextDirtyMarkAndButtons) {
     writeDay({u"一"_s});
     clickDay(6);
     typeTitle(u"私"_s);
-    sql(u"CREATE TRIGGER Refuse BEFORE UPDATE ON Contents BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+    refuseRows(u"Title = '私'"_s);
     clickTool(u"SaveToMDBOnly"_s);
     expectedFailures = 1;
     EXPECT_EQ(title().text(), u"私"_s);

@@ -1,6 +1,7 @@
 #include "editor/clipboard_import.h"
 
 #include "core/ini.h"
+#include "support/disk_watch.h"
 #include "support/patience.h"
 #include "support/test_home.h"
 
@@ -287,7 +288,7 @@ TEST_F(ClipboardImport, KeepsWhatCameBeforeHalfAnEntry) {
 }
 
 TEST_F(ClipboardImport, CountsOnlyWhatTheDiaryHasTaken) {
-    sql(u"CREATE TRIGGER full BEFORE INSERT ON Contents WHEN NEW.Title = 't2' BEGIN SELECT RAISE(ABORT, 'full'); END"_s);
+    refuseRows(u"Title = 't2'"_s);
     const QString whole = entryText(u"2004/05/06"_s, u"t1"_s) + entryText(u"2004/05/07"_s, u"t2"_s);
     const QString failure = failureOf([&] { importFormatted(whole); });
     EXPECT_TRUE(failure.startsWith(u"それより前の1件の日記は読み込みました: "_s)) << failure.toStdString();
@@ -295,6 +296,40 @@ TEST_F(ClipboardImport, CountsOnlyWhatTheDiaryHasTaken) {
     EXPECT_EQ(days, QStringList{u"2004/05/06"_s});
     EXPECT_EQ(rows(), QStringList{u"2004/05/06 1 t1 c"_s});
     EXPECT_FALSE(failureOf([&] { importFormatted(entryText(u"2004/05/08"_s, u"t2"_s)); }).contains(u"それより前"_s));
+    EXPECT_EQ(days, QStringList());
+}
+
+TEST_F(ClipboardImport, CountsOnlyWhatACommitHasTaken) {
+    write(u"2004/05/06"_s, u"old"_s);
+    // The first is settled in front of the question, the third waits for the commit at the end.
+    const QString whole =
+        entryText(u"2004/05/05"_s, u"t1"_s) + entryText(u"2004/05/06"_s, u"t2"_s) + entryText(u"2004/05/07"_s, u"t3"_s);
+    class BreakingDesk : public platform::ScriptedDesk {
+    public:
+        DiskWatch disk;
+
+    protected:
+        bool answerYesNo(const QJsonObject& question) override {
+            disk.refuse(u"-journal"_s);
+            return platform::ScriptedDesk::answerYesNo(question);
+        }
+    } breaking;
+    breaking.answers = {u"no"_s, u"no"_s};
+    editor::ClipboardImport import(session, *clock, breaking);
+    const QString failure = failureOf([&] { import.ImportFormattedClipboard(whole, ParagraphTags::None); });
+    EXPECT_TRUE(failure.startsWith(u"それより前の1件の日記は読み込みました: "_s)) << failure.toStdString();
+    EXPECT_EQ(import.writtenDays(), QStringList{u"2004/05/05"_s});
+    EXPECT_EQ(rows(), (QStringList{u"2004/05/05 1 t1 c"_s, u"2004/05/06 1 old text"_s}));
+}
+
+TEST_F(ClipboardImport, AnOverwritingThatFailsAtTheCommitLeavesRowAndRescueFile) {
+    write(u"2004/05/06"_s, u"old"_s);
+    DiskWatch disk;
+    disk.refuse(u"-journal"_s);
+    answer({u"yes"_s});
+    EXPECT_NE(failureOf([&] { importFormatted(entryText(u"2004/05/06"_s, u"new"_s)); }), QString());
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 1 old text"_s});
+    EXPECT_EQ(rescued(), QStringList());
     EXPECT_EQ(days, QStringList());
 }
 

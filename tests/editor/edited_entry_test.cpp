@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "store/entry_line.h"
 #include "store/sqlite/connection.h"
+#include "support/disk_watch.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -215,8 +216,10 @@ TEST_F(EditedEntry, ARefusedSaveTakesItsRescueLineBack) {
     write(kDay, u"一"_s);
     write(kDay, u"二"_s);
     load(2);
-    sql(u"CREATE TRIGGER Refuse BEFORE UPDATE ON Contents BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+    DiskWatch disk;
+    disk.refuse(u"-journal"_s); // the commit fails, behind the line
     EXPECT_NE(failureOf([&] { edited.save(entry(1, u"私"_s)); }), u""_s);
+    EXPECT_TRUE(disk.synced().contains(u"rescue.jsonl"_s));
     EXPECT_EQ(titles(), (QStringList{u"2二"_s, u"1一"_s}));
     EXPECT_TRUE(rescued().isEmpty());
 }

@@ -2,6 +2,8 @@
 
 #include "support/test_home.h"
 
+#include <QElapsedTimer>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -197,8 +199,10 @@ TEST_F(DiaryStore, ShowsWhatItIsAboutToOverwrite) {
     insert(kDay, 1, u"old"_s, u"batch"_s);
     QStringList seen;
     Entry entry = full();
-    diary().SaveEntries({entry, entry, entryOf(kDay, u"new"_s)}, PublishTime::Now,
-                        [&](const Entry& old) { seen += old.title + u'/' + old.importMark; });
+    diary().SaveEntries({entry, entry, entryOf(kDay, u"new"_s)}, PublishTime::Now, [&](const std::vector<Entry>& rows) {
+        for (const Entry& old : rows)
+            seen += old.title + u'/' + old.importMark;
+    });
     EXPECT_EQ(seen, (QStringList{u"old/batch"_s, u"題/batch"_s}));
 }
 
@@ -239,7 +243,10 @@ TEST_F(DiaryStore, DeletesAllRowsOfANumberAndShowsEach) {
     insert(kDay, 1, u"twin"_s);
     insert(kDay, 2, u"b"_s);
     QStringList seen;
-    diary().DeleteEntry(kDay, 1, [&](const Entry& entry) { seen += entry.title; });
+    diary().DeleteEntry(kDay, 1, [&](const std::vector<Entry>& rows) {
+        for (const Entry& row : rows)
+            seen += row.title;
+    });
     EXPECT_EQ(seen, (QStringList{u"a"_s, u"twin"_s}));
     EXPECT_EQ(day(), u"1 b"_s);
 }
@@ -259,7 +266,10 @@ TEST_F(DiaryStore, DeletingAnImportRenumbersItsDays) {
     insert(u"2004/05/07"_s, 1, u"theirs"_s, u"2004/05/01 ｉｍｐｏｒｔ"_s);
     insert(u"2004/05/07"_s, 2, u"other import"_s, u"x"_s);
     QStringList seen;
-    diary().DeleteImportBatch(u"2004/05/01 Import"_s, [&](const Entry& entry) { seen += entry.day; });
+    diary().DeleteImportBatch(u"2004/05/01 Import"_s, [&](const std::vector<Entry>& rows) {
+        for (const Entry& row : rows)
+            seen += row.day;
+    });
     EXPECT_EQ(seen, (QStringList{kDay, u"2004/05/07"_s}));
     EXPECT_EQ(day(), u"1 mine|2 mine too"_s);
     EXPECT_EQ(day(u"2004/05/07"_s), u"1 other import"_s);
@@ -293,6 +303,34 @@ TEST_F(DiaryStore, LeavesADayInOrderAlone) {
     diary().RepairDay(kDay);
     diary().RepairDay(u"2004/05/07"_s);
     EXPECT_TRUE(bytesOf(session.databaseFile()) == before);
+}
+
+TEST_F(DiaryStore, ALongDayTakesNoLongerThanItIsLong) {
+    std::vector<Entry> entries(30'000, entryOf(kDay, u"t"_s));
+    entries[10'000].number = 20'000; // a gap on the way, which the next one closes
+    QElapsedTimer timer;
+    timer.start();
+    const auto keys = diary().SaveEntries(std::move(entries), PublishTime::Now, {});
+    EXPECT_LT(timer.elapsed(), 30'000);
+    EXPECT_EQ(keys.size(), 30'000U);
+    EXPECT_EQ(sqlValue(u"SELECT count(DISTINCT Number) || ' ' || min(Number) || ' ' || max(Number) FROM Contents"_s),
+              u"30000 1 30000"_s);
+}
+
+TEST_F(DiaryStore, NumbersOfOneInputFollowFromWhatStandsInFrontOfEach) {
+    const auto numbered = [](int number) {
+        Entry entry = entryOf(kDay, QString::number(number));
+        entry.number = number;
+        return entry;
+    };
+    // The next one of a day behind its next, behind a number that was free, taken, or left a gap.
+    const auto keys = diary().SaveEntries(
+        {numbered(0), numbered(0), numbered(3), numbered(0), numbered(2), numbered(0), numbered(9), numbered(0)},
+        PublishTime::Now, {});
+    QList<int> numbers;
+    for (const store::EntryKey& key : keys)
+        numbers += key.number;
+    EXPECT_EQ(numbers, (QList<int>{1, 2, 3, 4, 2, 5, 6, 7}));
 }
 
 } // namespace

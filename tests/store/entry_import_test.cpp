@@ -1,6 +1,7 @@
 #include "store/entry_import.h"
 
 #include "store/sqlite/connection.h"
+#include "support/disk_watch.h"
 #include "support/test_home.h"
 
 #include <QElapsedTimer>
@@ -61,8 +62,7 @@ TEST_F(EntriesFromOutside, AKilledRunLeavesTheFirstOfThem) {
 }
 
 TEST_F(EntriesFromOutside, BeforeARefusedOneAreInTheDiary) {
-    // The engine refuses the third, and with it takes back the transaction in which it stands.
-    sql(u"CREATE TRIGGER refuse BEFORE INSERT ON Contents WHEN NEW.Title = 'bad' BEGIN SELECT RAISE(ROLLBACK, 'no'); END"_s);
+    refuseRows(u"Title = 'bad'"_s);
     EntryImport import(file());
     import.add({u"2004/05/06"_s, u"a"_s, u"x"_s});
     import.add({u"2004/05/07"_s, u"b"_s, u"x"_s});
@@ -71,6 +71,24 @@ TEST_F(EntriesFromOutside, BeforeARefusedOneAreInTheDiary) {
     import.add({u"2004/05/09"_s, u"c"_s, u"x"_s});
     import.settle();
     EXPECT_EQ(titles(), u"a,b,c"_s);
+}
+
+TEST_F(EntriesFromOutside, ThatACommitRefusesAreNotCounted) {
+    EntryImport import(file());
+    import.add({u"2004/05/06"_s, u"a"_s, u"x"_s});
+    import.settle();
+    import.add({u"2004/05/07"_s, u"b"_s, u"x"_s});
+    DiskWatch disk;
+    disk.refuse(u"-journal"_s);
+    EXPECT_NE(failureOf([&] { import.settle(); }), QString());
+    EXPECT_EQ(import.stored(), 1);
+    EXPECT_EQ(titles(), u"a"_s);
+    EXPECT_NE(failureOf([&] {
+                  import.overwrite({u"2004/05/06"_s, u"c"_s, u"y"_s}, [](const store::Entry&){});
+              }),
+              QString());
+    EXPECT_EQ(import.stored(), 1);
+    EXPECT_EQ(titles(), u"a"_s);
 }
 
 TEST_F(EntriesFromOutside, TakeTheFirstRowsPlaceAndLeaveItsOtherFields) {

@@ -1,6 +1,8 @@
 #include "store/rescue_file.h"
 
 #include "core/ini.h"
+#include "core/path_names.h"
+#include "platform/file_write.h"
 #include "store/entry_line.h"
 #include "support/test_home.h"
 
@@ -12,6 +14,8 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,10 +28,11 @@ using store::RescueFile;
 class Rescue : public TestHome {
 protected:
     QString file() const { return session.UserPath + u"rescue.jsonl"_s; }
+    QString damaged() const { return session.UserPath + u"rescue.damaged"_s; }
     RescueFile rescue() const { return {session, *clock}; }
 
     void keep(const QString& title, const QString& contents = u""_s) {
-        rescue().keep(entryWith(title, contents), u"削除"_s);
+        rescue().keep({entryWith(title, contents)}, u"削除"_s);
     }
     static Entry entryWith(const QString& title, const QString& contents = u""_s) {
         Entry entry = entryOf(u"2004/05/06"_s, title);
@@ -64,7 +69,7 @@ TEST_F(Rescue, KeepsALineThatEntryPutTakes) {
     entry.extend = QString();
     entry.isPrivate = true;
     entry.importMark = u"m"_s;
-    rescue().keep(entry, u"上書き"_s);
+    rescue().keep({entry}, u"上書き"_s);
     ASSERT_EQ(lines().size(), 1);
     const store::EntryLine read = store::parseEntryLine(lines().front());
     EXPECT_TRUE(read.isRescued);
@@ -123,7 +128,7 @@ TEST_F(Rescue, OfOneChangeKeepsAllLinesHoweverManyThereAre) {
     keep(u"old"_s, text);
     store::RescueFile change = rescue();
     for (int i = 0; i < 30; ++i)
-        change.keep(entryWith(QString::number(i), text), u"削除"_s);
+        change.keep({entryWith(QString::number(i), text)}, u"削除"_s);
     EXPECT_EQ(titles().size(), 31);
     keep(u"next"_s);
     EXPECT_LE(bytesOf(file()).size(), 20'000'000);
@@ -135,8 +140,8 @@ TEST_F(Rescue, TakesTheLinesOfARefusedChangeBackFromAFullFile) {
     for (int i = 0; i < 19; ++i)
         keep(QString::number(i), text);
     store::RescueFile change = rescue();
-    change.keep(entryWith(u"a"_s, text), u"削除"_s);
-    change.keep(entryWith(u"b"_s, text), u"削除"_s);
+    change.keep({entryWith(u"a"_s, text)}, u"削除"_s);
+    change.keep({entryWith(u"b"_s, text)}, u"削除"_s);
     EXPECT_EQ(titles().last(), u"b"_s);
     change.forget();
     EXPECT_EQ(titles().last(), u"18"_s);
@@ -158,7 +163,7 @@ TEST_F(Rescue, IsNotMovedAsAWholeForEachLineWhenItIsFull) {
     int replacements = 0;
     ino_t node = nodeOf(file());
     for (int i = 0; i < 300; ++i) {
-        rescue.keep(entryWith(u"new"_s, QString(1000, u'x')), u"上書き"_s);
+        rescue.keep({entryWith(u"new"_s, QString(1000, u'x'))}, u"上書き"_s);
         replacements += node != nodeOf(file());
         node = nodeOf(file());
     }
@@ -189,7 +194,8 @@ TEST_F(Rescue, OfADiskThatIsFullStopsTheDeletion) {
         limitFileSize(20);
         RescueFile rescue = this->rescue();
         return !failureOf([&] {
-                    diary().DeleteEntry(u"2004/05/06"_s, 1, [&](const Entry& entry) { rescue.keep(entry, u"削除"_s); });
+                    diary().DeleteEntry(u"2004/05/06"_s, 1,
+                                        [&](const std::vector<Entry>& rows) { rescue.keep(rows, u"削除"_s); });
                 }).isEmpty();
     }));
     EXPECT_EQ(diary().LoadDay(u"2004/05/06"_s).size(), 1U);
@@ -200,9 +206,78 @@ TEST_F(Rescue, PassesOverTheHalfLineOfAKilledRun) {
     writeFile(file(), bytesOf(file()) + R"({"Day":"2004/05/06","Titl)");
     keep(u"b"_s);
     EXPECT_EQ(titles(), (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_EQ(bytesOf(damaged()), "{\"Day\":\"2004/05/06\",\"Titl\n");
     writeFile(file(), "half");
     keep(u"c"_s);
     EXPECT_EQ(titles(), QStringList{u"c"_s});
+    EXPECT_EQ(bytesOf(damaged()), "{\"Day\":\"2004/05/06\",\"Titl\nhalf\n");
+    EXPECT_EQ(modeOf(damaged()), 0600U);
+}
+
+TEST_F(Rescue, LosesNoTextToAFlippedBitAtItsEnd) {
+    keep(u"a"_s);
+    keep(u"dear"_s);
+    const QByteArray whole = bytesOf(file());
+    for (qsizetype at = whole.size() - 3; at < whole.size(); ++at) {
+        for (int bit = 0; bit < 8; ++bit) {
+            platform::removeFile(damaged());
+            QByteArray flipped = whole;
+            flipped[at] = char(flipped[at] ^ (1 << bit));
+            writeFile(file(), flipped);
+            keep(u"next"_s);
+            const QByteArray left = bytesOf(file()) + (exists(damaged()) ? bytesOf(damaged()) : QByteArray());
+            EXPECT_EQ(left.count("\"Title\":\"dear\""), 1) << at << ' ' << bit;
+            EXPECT_EQ(left.count("\"Title\":\"a\""), 1);
+            EXPECT_EQ(left.count("\"Title\":\"next\""), 1);
+        }
+    }
+}
+
+TEST_F(Rescue, OfADamagedEndThatCantBeKeptStopsTheDeletion) {
+    write(u"2004/05/06"_s, u"dear"_s);
+    writeFile(file(), "half");
+    ASSERT_TRUE(QDir().mkdir(damaged()));
+    EXPECT_NE(failureOf([&] { keep(u"a"_s); }), QString());
+    EXPECT_EQ(bytesOf(file()), "half");
+}
+
+TEST_F(Rescue, IsWrittenAndTakenBackByOneProgramAtATime) {
+    RescueFile mine = rescue();
+    mine.keep({entryWith(u"mine"_s)}, u"削除"_s);
+    for (const bool isForgetting : {false, true}) {
+        std::optional<platform::FolderLock> lock(core::GetParentFolder(file()));
+        const QByteArray before = bytesOf(file());
+        const pid_t child = ::fork();
+        if (child == 0) {
+            if (isForgetting)
+                mine.forget();
+            else
+                rescue().keep({entryWith(u"other"_s)}, u"削除"_s);
+            ::_exit(0);
+        }
+        int status = 0;
+        for (int i = 0; i < 70; ++i) {
+            EXPECT_EQ(::waitpid(child, &status, WNOHANG), 0) << "it did not wait";
+            ::usleep(10'000);
+        }
+        EXPECT_TRUE(bytesOf(file()) == before);
+        lock.reset();
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+        if (!isForgetting) {
+            EXPECT_EQ(titles(), (QStringList{u"mine"_s, u"other"_s}));
+            writeFile(file(), before);
+        }
+    }
+    EXPECT_FALSE(exists(file()));
+}
+
+TEST_F(Rescue, KeepsAMarkInFrontOfAText) {
+    Entry entry = entryWith(u"\uFEFF題"_s, u"\uFEFF\uFEFF<P>"_s);
+    entry.extend = u"\uFEFF"_s;
+    entry.genre = u"\uFEFFg"_s;
+    rescue().keep({entry}, u"削除"_s);
+    EXPECT_EQ(store::toJson(store::parseEntryLine(lines().front()).entry), store::toJson(entry));
 }
 
 TEST_F(Rescue, EndsAWholeLastLineThatLacksItsEnd) {
@@ -219,26 +294,26 @@ TEST_F(Rescue, TakesBackTheLinesOfARefusedChange) {
     RescueFile rescue = this->rescue();
     rescue.forget();
     EXPECT_TRUE(bytesOf(file()) == before);
-    rescue.keep(entryWith(u"b"_s), u"削除"_s);
-    rescue.keep(entryWith(u"c"_s), u"削除"_s);
+    rescue.keep({entryWith(u"b"_s)}, u"削除"_s);
+    rescue.keep({entryWith(u"c"_s)}, u"削除"_s);
     rescue.forget();
     EXPECT_TRUE(bytesOf(file()) == before);
 }
 
 TEST_F(Rescue, ThatHeldNothingElseIsGoneAgain) {
     RescueFile rescue = this->rescue();
-    rescue.keep(entryWith(u"a"_s), u"削除"_s);
+    rescue.keep({entryWith(u"a"_s)}, u"削除"_s);
     rescue.forget();
     EXPECT_FALSE(exists(file()));
 }
 
 TEST_F(Rescue, TakesNoLineOfAnotherProgramBack) {
     RescueFile rescue = this->rescue();
-    rescue.keep(entryWith(u"mine"_s), u"削除"_s);
+    rescue.keep({entryWith(u"mine"_s)}, u"削除"_s);
     keep(u"other"_s);
     rescue.forget();
     EXPECT_EQ(titles(), (QStringList{u"mine"_s, u"other"_s}));
-    rescue.keep(entryWith(u"mine again"_s), u"削除"_s);
+    rescue.keep({entryWith(u"mine again"_s)}, u"削除"_s);
     rescue.forget();
     EXPECT_EQ(titles().first(2), (QStringList{u"mine"_s, u"other"_s}));
 }

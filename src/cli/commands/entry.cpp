@@ -1,6 +1,7 @@
 #include "cli/command.h"
 #include "core/day_key.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 #include "shell/genre_list.h"
 #include "site/save_html.h"
 #include "store/entry_line.h"
@@ -75,14 +76,15 @@ void show(Invocation& invocation) {
 
 /// Reads all lines before anything is saved: one bad line refuses the whole input.
 std::vector<store::EntryLine> readLines(const QString& file) {
-    const QByteArray input = readArgumentFile(file);
+    const QByteArray bytes = readArgumentFile(file);
+    const QByteArrayView input = platform::withoutSignature(bytes);
     std::vector<store::EntryLine> lines;
     int number = 0;
     for (qsizetype start = 0; start < input.size();) {
         qsizetype end = input.indexOf('\n', start);
         if (end < 0)
             end = input.size();
-        const QByteArray line = input.sliced(start, end - start).trimmed();
+        const QByteArray line = input.sliced(start, end - start).toByteArray().trimmed();
         start = end + 1;
         ++number;
         if (line.isEmpty())
@@ -100,13 +102,16 @@ std::vector<store::EntryLine> readLines(const QString& file) {
 /// A line of the rescue file brings its text back and destroys none: a number that is taken, in the diary or by an
 /// earlier line, becomes the next one.
 void protectTakenNumbers(std::vector<store::EntryLine>& lines, const store::DiaryStore& store) {
+    if (std::none_of(lines.begin(), lines.end(), [](const store::EntryLine& line) { return line.isRescued; }))
+        return;
     QHash<QString, QSet<int>> taken;
+    for (const store::EntryKey& key : store.AllEntryKeys())
+        taken[key.day].insert(key.number);
     for (store::EntryLine& line : lines) {
         store::Entry& entry = line.entry;
         QSet<int>& ofDay = taken[entry.day];
         // A line without a number may get any.
-        const bool isTaken = ofDay.contains(0) || ofDay.contains(entry.number);
-        if (line.isRescued && entry.number != 0 && (isTaken || store.LoadEntry(entry.day, entry.number)))
+        if (line.isRescued && entry.number != 0 && (ofDay.contains(0) || ofDay.contains(entry.number)))
             entry.number = 0;
         ofDay.insert(entry.number);
     }
@@ -138,7 +143,7 @@ void put(Invocation& invocation) {
     const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
     const auto keys = orForget(rescue, [&] {
         return store.SaveEntries(std::move(entries), times,
-                                 [&](const store::Entry& entry) { rescue.keep(entry, u"上書き"_s); });
+                                 [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"上書き"_s); });
     });
     QJsonArray json;
     std::vector<QStringList> rows;
@@ -170,7 +175,7 @@ void remove(Invocation& invocation) {
     const store::DiaryStore store = invocation.store();
     store::RescueFile rescue(invocation.session, invocation.clock);
     orForget(rescue, [&] {
-        store.DeleteEntry(day, number, [&](const store::Entry& entry) { rescue.keep(entry, u"削除"_s); });
+        store.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
     });
     invocation.session.EnterDay = day;
     site::SaveHtml saver(invocation.session, store, desk, invocation.clock);
