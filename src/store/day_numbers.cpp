@@ -37,6 +37,7 @@ bool DayNumbers::repair(const QString& day) {
         m_setNumber.bind(number, record);
         m_setNumber.run();
     }
+    m_repaired.insert(day);
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include "store/sqlite/statement.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace velloria::store {
 
@@ -14,6 +15,9 @@ public:
 
     /// Renumbers the day from 1 in the order of number and row. Returns whether that was not how it stood.
     bool repair(const QString& day);
+
+    /// Whether rows of the day have another number than they were given.
+    bool wasRepaired(const QString& day) const { return m_repaired.contains(day); }
 
     /// The number of the next entry, behind a repair.
     int nextNumber(const QString& day);
@@ -28,6 +32,7 @@ private:
     sqlite::Statement m_count;
     sqlite::Statement m_rows;
     sqlite::Statement m_setNumber;
+    QSet<QString> m_repaired;
     QHash<QString, int> m_counts; ///< of days whose numbers are known to be in order
 };
 

@@ -114,15 +114,13 @@ public:
     const std::vector<Entry>& overwritten() const { return m_overwritten; }
 
     void repairTouchedDays() {
-        for (const QString& day : std::as_const(m_touchedDays)) {
-            if (m_numbers.repair(day))
-                m_repairedDays.insert(day);
-        }
+        for (const QString& day : std::as_const(m_touchedDays))
+            m_numbers.repair(day);
     }
 
     /// The number under which an entry stands at the end.
     int numberOf(const Entry& entry, qint64 record) {
-        if (!m_repairedDays.contains(entry.day))
+        if (!m_numbers.wasRepaired(entry.day))
             return entry.number;
         m_numberOfRow.bind(record);
         m_numberOfRow.next();
@@ -139,7 +137,6 @@ private:
     Statement m_update;
     Statement m_numberOfRow;
     QSet<QString> m_touchedDays;
-    QSet<QString> m_repairedDays;
     std::vector<Entry> m_overwritten;
 };
 
