@@ -41,10 +41,9 @@ QByteArray DraftFile::lineOf(const store::Entry& draft) const {
 
 QList<QByteArray> DraftFile::presentLines() const {
     const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
+    const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
     QList<QByteArray> lines = platform::withoutSignature(bytes).toByteArray().split('
 ');
-    lines.removeIf([](const QByteArray& line) {
-        return line.trimmed().isEmpty(); });
     return lines;
 }
 

@@ -40,7 +40,7 @@ void LogRegister::AddLog(const LogRow& row) const {
 void LogRegister::AddLogOfMonth(const LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
     // Asked and added in one statement: another program may log the same month at this moment.
-    Statement(connection, "INSERT INTO LogDB (LogMonth, LogFileName) SELECT ?1, ?2 WHERE NOT EXISTS "
+    Statement(connection, "INSERT OR ABORT INTO LogDB (LogMonth, LogFileName) SELECT ?1, ?2 WHERE NOT EXISTS "
                           "(SELECT 1 FROM LogDB WHERE Fold(LogMonth) = Fold(?1))")
         .bind(literal(m_file, row.month), row.fileName)
         .run();

@@ -68,9 +68,9 @@ protected:
              [files] {
                  files.AddFile({0, u"b.gif"_s, kDay, 1, false, false});
              }},
-            {"MarkLogged", [files] { files.MarkLogged(1); }},
+            {"MarkLogged", [files] { files.MarkLogged({1}); }},
             {"MarkUploaded", [files] { files.MarkUploaded(1); }},
-            {"AddLoggedCommonFile", [files] { files.AddLoggedCommonFile(u"n.gif"_s); }},
+            {"AddCommonFiles", [files] { files.AddCommonFiles({u"n.gif"_s}, store::SiteSide::Log); }},
             {"DeleteFile", [files] { files.DeleteFile(u"a.gif"_s, u"ALL"_s, 0); }},
             {"AddLog",
              [logs] {

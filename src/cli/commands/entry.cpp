@@ -134,9 +134,12 @@ void put(Invocation& invocation) {
     protectTakenNumbers(lines, store);
     std::vector<store::Entry> entries;
     QStringList genres;
+    QSet<QString> knownGenres;
     for (store::EntryLine& line : lines) {
-        if (!genres.contains(line.entry.genre))
+        if (!knownGenres.contains(line.entry.genre)) {
+            knownGenres.insert(line.entry.genre);
             genres += line.entry.genre;
+        }
         entries.push_back(std::move(line.entry));
     }
     store::RescueFile rescue(invocation.session, invocation.clock);
