@@ -245,16 +245,23 @@ TEST_F(Rescue, IsWrittenAndTakenBackByOneProgramAtATime) {
     RescueFile mine = rescue();
     mine.keep({entryWith(u"mine"_s)}, u"削除"_s);
     for (const bool isForgetting : {false, true}) {
+        int gate[2];
+        ASSERT_EQ(::pipe(gate), 0);
+        const pid_t child = ::fork(); // in front of the lock, which it would hold as well
+        if (child == 0) {
+            char opened = 0;
+            const bool isOpen = ::read(gate[0], &opened, 1) == 1;
+            const QString failure = failureOf([&] {
+                if (isForgetting)
+                    mine.forget();
+                else
+                    rescue().keep({entryWith(u"other"_s)}, u"削除"_s);
+            });
+            ::_exit(isOpen && failure.isEmpty() ? 0 : 1);
+        }
         std::optional<platform::FolderLock> lock(core::GetParentFolder(file()));
         const QByteArray before = bytesOf(file());
-        const pid_t child = ::fork();
-        if (child == 0) {
-            if (isForgetting)
-                mine.forget();
-            else
-                rescue().keep({entryWith(u"other"_s)}, u"削除"_s);
-            ::_exit(0);
-        }
+        EXPECT_EQ(::write(gate[1], "x", 1), 1);
         int status = 0;
         for (int i = 0; i < 70; ++i) {
             EXPECT_EQ(::waitpid(child, &status, WNOHANG), 0) << "it did not wait";
@@ -264,6 +271,8 @@ TEST_F(Rescue, IsWrittenAndTakenBackByOneProgramAtATime) {
         lock.reset();
         ::waitpid(child, &status, 0);
         EXPECT_EQ(status, 0);
+        ::close(gate[0]);
+        ::close(gate[1]);
         if (!isForgetting) {
             EXPECT_EQ(titles(), (QStringList{u"mine"_s, u"other"_s}));
             writeFile(file(), before);
