@@ -41,9 +41,8 @@ QByteArray DraftFile::lineOf(const store::Entry& draft) const {
 
 QList<QByteArray> DraftFile::presentLines() const {
     const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
-    const QByteArray bytes = platform::readFileIfThere(m_file).value_or(QByteArray());
-    QList<QByteArray> lines = platform::withoutSignature(bytes).toByteArray().split('
-');
+    QList<QByteArray> lines = platform::withoutSignature(bytes).toByteArray().split('\n');
+    lines.removeIf([](const QByteArray& line) { return line.trimmed().isEmpty(); });
     return lines;
 }
 
