@@ -150,12 +150,11 @@ bool UpdateCheck::mayBeSaved(const QString& fileName) const {
 
 /// An archive that is not in the list would count as the user's own file, and no later one could take its place.
 void UpdateCheck::rememberArchive(const QString& fileName) const {
-    const platform::FolderLock lock(m_session.MyPath); // another program may remember one as well
-    QStringList archives = core::readLines(inHome(kArchivesFile));
-    if (archives.contains(fileName))
-        return;
     try {
-        core::writeLines(inHome(kArchivesFile), archives << fileName);
+        const platform::FolderLock lock(m_session.MyPath); // another program may remember one as well
+        QStringList archives = core::readLines(inHome(kArchivesFile));
+        if (!archives.contains(fileName))
+            core::writeLines(inHome(kArchivesFile), archives << fileName);
     } catch (const platform::Failure&) {
         platform::removeFile(inHome(fileName));
         throw;
