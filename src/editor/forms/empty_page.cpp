@@ -29,7 +29,8 @@ EmptyPage::EmptyPage(QObject* parent, std::function<bool()> isEmpty, std::functi
     , m_write(std::move(write)) {}
 
 bool EmptyPage::eventFilter(QObject* watched, QEvent* event) {
-    if (!m_isEmpty() || !isMeant(*event))
+    // What the page is told on its way out comes when whoever could answer is gone.
+    if (!isMeant(*event) || !m_isEmpty())
         return QObject::eventFilter(watched, event);
     std::unique_ptr<QEvent> key(event->type() == QEvent::KeyPress ? event->clone() : nullptr);
     m_write();
