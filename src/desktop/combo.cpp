@@ -29,6 +29,10 @@ QSize Combo::minimumSizeHint() const {
 
 LineBox& Combo::makeEditable() {
     auto* edit = new LineBox(this);
+    // Its place among the keys is behind its box: at the end of the window Shift+Tab would come back to the box for
+    // ever.
+    setTabOrder(this, edit);
+    edit->setAccessibleName(accessibleName());
     setLineEdit(edit);
     setCompleter(nullptr); // it would also exchange a typed text for an item that differs in case alone
     return *edit;

@@ -18,7 +18,8 @@ public:
     bool isAction() const { return m_isAction; }
     void setAction(bool isAction) { m_isAction = isAction; }
 
-    /// Free text beside the list: typed text stays as typed, whatever the list holds, and nothing is added to it.
+    /// Free text beside the list: typed text stays as typed, whatever the list holds, and nothing is added to it. The
+    /// line bears the box's accessible name of now.
     LineBox& makeEditable();
 
     /// Room for `minimumContentsLength` characters, whatever the items and the placeholder ask for.

@@ -5,6 +5,7 @@
 #include "desktop/line_box.h"
 #include "ui_frmExport.h"
 
+#include <QLineEdit>
 #include <QPointer>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +36,8 @@ void frmExport::prepareControls() {
     ui->cmbExportFormat_User->addItems(userFormats(m_context.session));
     ui->cmbExportFormat_User->setCurrentIndex(-1);
     ui->FrameFileName->setEnabled(false);
+    for (QDateEdit* picker : {ui->DTPickerStart, ui->DTPickerEnd, ui->DTPickerDay})
+        picker->findChild<QLineEdit*>()->setAccessibleName(picker->accessibleName());
 }
 
 store::Period frmExport::period() const {

@@ -28,7 +28,7 @@ ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractBu
     , m_context(context)
     , m_box(box) {
     const QStringList names = convert::colourNames(context.session.MyPath);
-    box.makeEditable().setAccessibleName(box.accessibleName());
+    box.makeEditable();
     box.addItems(names);
     box.setCurrentIndex(-1);
     for (QAbstractButton* button : {&exchange, &dialog})

@@ -138,11 +138,12 @@ void frmContents::prepareControls() {
         pane->setFont(font);
     for (desktop::Combo* combo : {ui->ComboNumber, ui->ComboGenre, ui->ComboTag})
         combo->setMaxVisibleItems(kMostVisibleItems);
-    ui->ComboGenre->makeEditable().setAccessibleName(u"ジャンル"_s);
+    ui->ComboGenre->makeEditable();
     ui->ComboTag->setPlaceholderText(kTagListRest.toString());
     ui->ComboTag->setToolTip(kTagListRest.toString());
     QTabBar* tabs = ui->TabStrip1->tabBar();
     tabs->setAccessibleName(ui->TabStrip1->accessibleName());
+    ui->TabStrip1->setFocusPolicy(Qt::NoFocus); // its tabs take the keys, and once round the window is enough
     tabs->setFocusPolicy(Qt::TabFocus);
     auto* narrow = new NarrowTabs;
     narrow->setParent(tabs);
@@ -153,14 +154,11 @@ void frmContents::prepareControls() {
     tabs->setUsesScrollButtons(false);
     for (int i = 0; i < tabs->count(); ++i)
         tabs->setTabToolTip(i, desktop::tipWithKeys(tabs->tabText(i), u"Ctrl+%1"_s.arg(i + 1)));
-    const QList<QWidget*> order{ui->txtTitle,     ui->picPrevDiaryExist,
-                                ui->ComboGenre,   ui->ComboWeather,
-                                ui->ComboPrivate, ui->ComboNumber,
-                                ui->ComboTag,     tabs,
-                                m_panes[0],       m_panes[1],
-                                m_panes[2],       m_save,
-                                m_saveAndPreview, m_insert[0],
-                                m_insert[1],      m_insert[2]};
+    // Title and text first, then the boxes and tools from the top. Tab in the title passes the tabs over.
+    const QList<QWidget*> order{ui->txtTitle,     tabs,                  m_panes[0],     m_panes[1],
+                                m_panes[2],       ui->picPrevDiaryExist, ui->ComboGenre, ui->ComboWeather,
+                                ui->ComboPrivate, ui->ComboNumber,       m_save,         m_saveAndPreview,
+                                m_insert[0],      m_insert[1],           m_insert[2],    ui->ComboTag};
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }

@@ -17,7 +17,7 @@ frmHTMLMakeFont::frmHTMLMakeFont(desktop::Context& context)
     , ui(std::make_unique<Ui::frmHTMLMakeFont>()) {
     ui->setupUi(this);
     for (desktop::Combo* box : {ui->cmbSize, ui->cmbFace})
-        box->makeEditable().setAccessibleName(box->accessibleName());
+        box->makeEditable();
     new ColourRow(context, *ui->cmbColor, *ui->Btn_Color_Exchange, *ui->Btn_GetColorDialog);
     ui->cmbFace->addItems(QFontDatabase::families());
     ui->cmbFace->setCurrentIndex(-1);

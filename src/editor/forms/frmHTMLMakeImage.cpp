@@ -37,6 +37,8 @@ frmHTMLMakeImage::frmHTMLMakeImage(desktop::Context& context)
     : ToolWindow(context, u"frmHTMLMakeImage"_s, Blocks::Nothing)
     , ui(std::make_unique<Ui::frmHTMLMakeImage>()) {
     ui->setupUi(this);
+    for (desktop::UpDown* upDown : {ui->UpDown_Border, ui->UpDown_hspace, ui->UpDown_vspace})
+        upDown->box().setAccessibleName(upDown->accessibleName());
     ui->UpDown_Border->box().setObjectName(u"txt_TagBorder"_s);
     ui->UpDown_hspace->box().setObjectName(u"txt_TagHspace"_s);
     ui->UpDown_vspace->box().setObjectName(u"txt_TagVspace"_s);

@@ -27,7 +27,7 @@ frmHTMLMakeList::frmHTMLMakeList(desktop::Context& context)
     : ToolWindow(context, u"frmHTMLMakeList"_s, Blocks::MainWindow)
     , ui(std::make_unique<Ui::frmHTMLMakeList>()) {
     ui->setupUi(this);
-    ui->cmbOL->makeEditable().setAccessibleName(ui->cmbOL->accessibleName());
+    ui->cmbOL->makeEditable();
     ui->cmbOL->setCurrentIndex(-1);
     ui->cmbOL->setEditText(kNumberingRest.toString());
     ui->txtListContents->setAcceptDrops(false); // a file would become its address

@@ -1,0 +1,73 @@
+// What takes keys has a name, so that it can be told to who does not see it.
+#include "browser/forms/frmBrowser.h"
+#include "convert/forms/frmExport.h"
+#include "convert/forms/frmHTML2TXTSetting.h"
+#include "editor/forms/frmFind.h"
+#include "editor/forms/frmHTMLMakeImage.h"
+#include "editor/forms/frmResistFiles.h"
+#include "editor/forms/frmResistLogs.h"
+#include "makers_home.h"
+#include "shell/forms/frmDeleteImportDiary.h"
+#include "shell/forms/frmLogin.h"
+#include "site/forms/frmSaveLog.h"
+
+#include <QAccessible>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+class AccessibleNames : public Makers {
+protected:
+    /// The controls of the window that have none, the lines inside boxes among them.
+    static QStringList missingIn(QWidget& window) {
+        QStringList missing;
+        for (QWidget* widget : window.findChildren<QWidget*>()) {
+            const bool takesKeys = (widget->focusPolicy() & Qt::TabFocus) || qobject_cast<QLineEdit*>(widget);
+            // A scroll area's own parts and the lists that open from boxes speak for what they belong to.
+            if (!takesKeys || widget->isWindow() || !widget->isVisibleTo(&window))
+                continue;
+            const QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+            if (!face || face->text(QAccessible::Name).isEmpty())
+                missing += widget->parentWidget()->objectName() + u'/' + widget->objectName() + u':' +
+                           QLatin1StringView(widget->metaObject()->className());
+        }
+        return missing;
+    }
+    template <class Window>
+    void expectNames() {
+        auto& window = context.windows.get<Window>();
+        window.showWindow();
+        settle();
+        EXPECT_EQ(missingIn(window).join(u' ').toStdString(), "") << window.objectName().toStdString();
+        window.reject();
+        settle();
+    }
+};
+
+TEST_F(AccessibleNames, OfTheChildWindows) {
+    EXPECT_EQ(missingIn(contents()).join(u' ').toStdString(), "");
+    EXPECT_EQ(missingIn(calendar()).join(u' ').toStdString(), "");
+    // Before its engine runs: the page names what is in it.
+    EXPECT_EQ(missingIn(context.windows.get<browser::frmBrowser>()).join(u' ').toStdString(), "");
+}
+
+TEST_F(AccessibleNames, OfTheWindowsBeside) {
+    expectNames<editor::frmHTMLMakeFont>();
+    expectNames<editor::frmHTMLMakeHR>();
+    expectNames<editor::frmHTMLMakeList>();
+    expectNames<editor::frmHTMLMakeImage>();
+    expectNames<editor::frmResistFiles>();
+    expectNames<editor::frmResistLogs>();
+    expectNames<editor::frmFind>();
+    expectNames<convert::frmExport>();
+    expectNames<convert::frmHTML2TXTSetting>();
+    expectNames<site::frmSaveLog>();
+    expectNames<shell::frmDeleteImportDiary>();
+    shell::frmLogin login(u""_s);
+    EXPECT_EQ(missingIn(login).join(u' ').toStdString(), "");
+}
+
+} // namespace
+} // namespace velloria::tests

@@ -1,0 +1,128 @@
+// Tab and Shift+Tab lead round every window, through all that takes keys and in the order of writing.
+#include "convert/forms/frmExport.h"
+#include "convert/forms/frmHTML2TXTSetting.h"
+#include "editor/forms/frmFind.h"
+#include "editor/forms/frmHTMLMakeImage.h"
+#include "editor/forms/frmResistFiles.h"
+#include "editor/forms/frmResistLogs.h"
+#include "makers_home.h"
+#include "shell/forms/frmDeleteImportDiary.h"
+#include "shell/forms/frmLogin.h"
+#include "site/forms/frmSaveLog.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+const QString kTabs = u"qt_tabwidget_tabbar"_s; // the toolkit's name
+
+class TabRing : public Makers {
+protected:
+    /// The controls that get the keys one after the other until the key leads back to where it began, or longer than
+    /// any window has controls. The parts of a date count as one.
+    static QStringList walk(QWidget& window, Qt::Key key) {
+        constexpr int kMostPresses = 60;
+        const QWidget* const start = QApplication::focusWidget();
+        QStringList names{start->objectName()};
+        for (int i = 0; i < kMostPresses; ++i) {
+            const Qt::KeyboardModifiers modifiers = key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier;
+            QTest::keyClick(window.windowHandle(), key, modifiers);
+            settle();
+            const QWidget* const focus = QApplication::focusWidget();
+            if (focus == start && names.size() > 1)
+                return names;
+            const QString name = focus ? focus->objectName() : u"nothing"_s;
+            if (name != names.last())
+                names += name;
+        }
+        names += u"no end"_s;
+        return names;
+    }
+    /// From the control that has the keys the ring is `order`, and backwards the same the other way round.
+    static void expectRing(QWidget& window, const QStringList& order) {
+        QStringList backwards = order.mid(1);
+        std::reverse(backwards.begin(), backwards.end());
+        backwards.prepend(order.first());
+        expectWalks(window, order, backwards);
+    }
+    static void expectWalks(QWidget& window, const QStringList& forwards, const QStringList& backwards) {
+        EXPECT_EQ(walk(window, Qt::Key_Tab).join(u' '), forwards.join(u' '));
+        EXPECT_EQ(walk(window, Qt::Key_Backtab).join(u' '), backwards.join(u' '));
+    }
+    template <class Window>
+    Window& shown() {
+        auto& window = context.windows.get<Window>();
+        window.showWindow();
+        EXPECT_TRUE(becomesActive(window));
+        settle();
+        return window;
+    }
+    template <class Window>
+    void expectRingOf(const QStringList& order) {
+        auto& window = shown<Window>();
+        expectRing(window, order);
+        window.reject();
+        settle();
+    }
+};
+
+TEST_F(TabRing, OfTheEditorBackwards) {
+    keys(pane(), u"text"_s);
+    EXPECT_EQ(walk(top(), Qt::Key_Backtab).join(u' ').toStdString(),
+              "txtContents qt_tabwidget_tabbar txtTitle SaveToMDB SaveToMDBOnly ComboNumber ComboPrivate ComboWeather "
+              "ComboGenre");
+}
+
+TEST_F(TabRing, OfTheCalendar) {
+    month().setFocus();
+    expectRing(top(), {u"Calender"_s, u"Btn_New"_s, u"Btn_Delete"_s, u"Btn_Find"_s, u"cmbBlog"_s, u"cmbBlogAction"_s,
+                       u"Btn_BlogControl"_s});
+}
+
+TEST_F(TabRing, OfTheMakers) {
+    expectRingOf<editor::frmHTMLMakeFont>({u"cmbSize"_s, u"optAbsolute"_s, u"cmbColor"_s, u"Btn_Color_Exchange"_s,
+                                           u"Btn_GetColorDialog"_s, u"cmbFace"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<editor::frmHTMLMakeHR>({u"txtSize"_s, u"txtWidth"_s, u"cmbWidthUnit"_s, u"cmbColor"_s,
+                                         u"Btn_Color_Exchange"_s, u"Btn_GetColorDialog"_s, u"chkNoshade"_s, u"Btn_OK"_s,
+                                         u"Btn_Cancel"_s});
+    expectRingOf<editor::frmHTMLMakeList>(
+        {u"txtListContents"_s, u"chkDeleteLastLi"_s, u"Btn_OK"_s, u"Btn_Cancel"_s, u"optTypeUL"_s, u"cmbUL"_s});
+    expectRingOf<editor::frmHTMLMakeImage>(
+        {u"txt_FilePath"_s,  u"Btn_Open"_s,      u"txt_TagSRC"_s,    u"chk_TagWidth"_s,  u"txt_TagWidth"_s,
+         u"cmb_TagWidth"_s,  u"chk_TagHeight"_s, u"txt_TagHeight"_s, u"cmb_TagHeight"_s, u"chk_TagAlign"_s,
+         u"cmb_TagAlign"_s,  u"chk_TagBorder"_s, u"UpDown_Border"_s, u"chk_TagHspace"_s, u"UpDown_hspace"_s,
+         u"chk_TagVspace"_s, u"UpDown_vspace"_s, u"chk_TagAlt"_s,    u"txt_TagAlt"_s,    u"chk_TagOther"_s,
+         u"txt_TagOther"_s,  u"chk_AddDiv"_s,    u"txt_AddDiv"_s,    u"chk_Resist"_s,    u"chk_FileRename"_s,
+         u"txt_InsertTag"_s, u"Btn_OK"_s,        u"Btn_Cancel"_s});
+}
+
+TEST_F(TabRing, OfTheRegisters) {
+    expectRingOf<editor::frmResistFiles>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"cmbResisterdDay"_s, u"BtnResist"_s,
+                                          u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
+    expectRingOf<editor::frmResistLogs>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"txtYear"_s, u"cmbMonth"_s,
+                                         u"BtnResist"_s, u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
+}
+
+TEST_F(TabRing, OfTheOthers) {
+    expectRingOf<editor::frmFind>({u"txtFindWord"_s, u"chkTerm"_s, u"chkGenre"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<convert::frmExport>({u"optPeriod_User"_s, u"DTPickerStart"_s, u"DTPickerEnd"_s, u"txtYear"_s,
+                                      u"txtMonth"_s, u"DTPickerDay"_s, u"optFormat_Text"_s, u"cmbExportFormat_User"_s,
+                                      u"optContents_RAW"_s, u"optFile_One"_s, u"optSortDir_ASC"_s, u"Btn_OK"_s,
+                                      u"Btn_Cancel"_s});
+    expectRingOf<convert::frmHTML2TXTSetting>({kTabs, u"optMODE_HTML"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<site::frmSaveLog>(
+        {u"txtYear"_s, u"txtMonth"_s, u"chkAutoResist"_s, u"chkAutoUpdate"_s, u"btn_Save"_s, u"BtnCancel"_s});
+    expectRingOf<shell::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+}
+
+TEST_F(TabRing, OfTheLogin) {
+    shell::frmLogin login(u""_s);
+    login.show();
+    login.activateWindow();
+    EXPECT_TRUE(becomesActive(login));
+    expectRing(login, {u"txtUID"_s, u"txtPassword"_s, u"Btn_Login"_s, u"Btn_Cancel"_s});
+}
+
+} // namespace
+} // namespace velloria::tests
