@@ -1,5 +1,6 @@
 #include "store/day_numbers.h"
 
+#include "store/entry_files.h"
 #include "store/sqlite/connection.h"
 
 #include <vector>
@@ -7,7 +8,8 @@
 namespace velloria::store {
 
 DayNumbers::DayNumbers(const sqlite::Connection& connection)
-    : m_count(connection,
+    : m_connection(connection)
+    , m_count(connection,
               "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
     , m_rows(connection, "SELECT RecordID, Number FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
     , m_setNumber(connection, "UPDATE OR ABORT Contents SET Number = ?1 WHERE RecordID = ?2") {}
@@ -27,9 +29,13 @@ bool DayNumbers::repair(const QString& day) {
     if (isInOrder)
         return false;
     std::vector<std::pair<int, qint64>> moved;
+    QHash<int, int> newNumbers;
     m_rows.bind(day);
     for (int number = 1; m_rows.next(); ++number) {
-        if (m_rows.integer(1) != number)
+        const int old = m_rows.integer(1);
+        if (!newNumbers.contains(old)) // of two with one number the first keeps the files
+            newNumbers.insert(old, number);
+        if (old != number)
             moved.emplace_back(number, m_rows.integer64(0));
     }
     m_rows.reset();
@@ -37,6 +43,7 @@ bool DayNumbers::repair(const QString& day) {
         m_setNumber.bind(number, record);
         m_setNumber.run();
     }
+    moveFiles(m_connection, day, newNumbers);
     m_repaired.insert(day);
     return true;
 }

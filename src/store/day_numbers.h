@@ -13,7 +13,8 @@ class DayNumbers {
 public:
     explicit DayNumbers(const sqlite::Connection& connection);
 
-    /// Renumbers the day from 1 in the order of number and row. Returns whether that was not how it stood.
+    /// Renumbers the day from 1 in the order of number and row; the rows of registered files follow. Returns whether
+    /// that was not how it stood.
     bool repair(const QString& day);
 
     /// Whether rows of the day have another number than they were given.
@@ -29,6 +30,7 @@ private:
     /// How many entries the day has, and whether their numbers are 1 to that.
     int count(const QString& day, bool& isInOrder);
 
+    const sqlite::Connection& m_connection;
     sqlite::Statement m_count;
     sqlite::Statement m_rows;
     sqlite::Statement m_setNumber;

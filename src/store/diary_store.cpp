@@ -1,6 +1,7 @@
 #include "store/diary_store.h"
 
 #include "store/day_numbers.h"
+#include "store/entry_files.h"
 #include "store/entry_row.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/literal.h"
@@ -214,6 +215,7 @@ void DiaryStore::DeleteEntry(const QString& day, int number, const BeforeLoss& d
     rows.bind(literal(m_file, day), number);
     const std::vector<Entry> entries = readEntries(rows);
     Statement(connection, "DELETE FROM Contents WHERE Day = ?1 AND Number = ?2").bind(day, number).run();
+    withholdFilesOf(connection, entries);
     DayNumbers(connection).repair(day);
     tell(deleted, entries);
     transaction.commit();
@@ -229,6 +231,7 @@ void DiaryStore::DeleteImportBatch(const QString& mark, const BeforeLoss& delete
     for (const Entry& entry : entries)
         days.insert(entry.day);
     Statement(connection, "DELETE FROM Contents WHERE Fold(ImportMark) = Fold(?1)").bind(mark).run();
+    withholdFilesOf(connection, entries);
     DayNumbers numbers(connection);
     for (const QString& day : std::as_const(days))
         numbers.repair(day);

@@ -37,6 +37,8 @@ public:
     bool own(const FileRow& row) {
         if (!belongsToADay(row))
             return false;
+        if (row.number < 0)
+            return true; // the entry is gone
         m_isPrivate.bind(row.day, core::formatTextAsDate(row.day, u"yyyy/mm/dd", m_yearNow), row.number);
         const bool isPrivate = m_isPrivate.next() && m_isPrivate.boolean(0);
         m_isPrivate.reset();
