@@ -11,7 +11,7 @@ DayNumbers::DayNumbers(const sqlite::Connection& connection)
     : m_connection(connection)
     , m_count(connection,
               "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
-    , m_rows(connection, "SELECT RecordID, Number FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
+    , m_rows(connection, "SELECT RecordID, Number, Private FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
     , m_setNumber(connection, "UPDATE OR ABORT Contents SET Number = ?1 WHERE RecordID = ?2") {}
 
 int DayNumbers::count(const QString& day, bool& isInOrder) {
@@ -29,21 +29,22 @@ bool DayNumbers::repair(const QString& day) {
     if (isInOrder)
         return false;
     std::vector<std::pair<int, qint64>> moved;
-    QHash<int, int> newNumbers;
+    QHash<int, int> privateNumbers;
     m_rows.bind(day);
     for (int number = 1; m_rows.next(); ++number) {
         const int old = m_rows.integer(1);
-        if (!newNumbers.contains(old)) // of two with one number the first keeps the files
-            newNumbers.insert(old, number);
-        if (old != number)
-            moved.emplace_back(number, m_rows.integer64(0));
+        if (old == number)
+            continue;
+        moved.emplace_back(number, m_rows.integer64(0));
+        if (m_rows.boolean(2))
+            privateNumbers.insert(old, number);
     }
     m_rows.reset();
     for (const auto& [number, record] : moved) {
         m_setNumber.bind(number, record);
         m_setNumber.run();
     }
-    moveFiles(m_connection, day, newNumbers);
+    movePrivateFiles(m_connection, day, privateNumbers);
     m_repaired.insert(day);
     return true;
 }

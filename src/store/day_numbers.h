@@ -13,8 +13,8 @@ class DayNumbers {
 public:
     explicit DayNumbers(const sqlite::Connection& connection);
 
-    /// Renumbers the day from 1 in the order of number and row; the rows of registered files follow. Returns whether
-    /// that was not how it stood.
+    /// Renumbers the day from 1 in the order of number and row; registered files of private entries follow. Returns
+    /// whether that was not how it stood.
     bool repair(const QString& day);
 
     /// Whether rows of the day have another number than they were given.

@@ -60,7 +60,7 @@ public:
     std::vector<EntryKey> SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
                                       const BeforeLoss& overwritten) const;
 
-    /// Removes the row if it is there and renumbers the day from 1: later anchors change, registered files follow.
+    /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
     void DeleteEntry(const QString& day, int number, const BeforeLoss& deleted = {}) const;
 
     /// Removes all rows of an import and renumbers their days.

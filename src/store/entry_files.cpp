@@ -2,9 +2,13 @@
 
 #include "store/sqlite/statement.h"
 
+#include <algorithm>
+
 namespace velloria::store {
 
-void moveFiles(const sqlite::Connection& connection, const QString& day, const QHash<int, int>& newNumbers) {
+void movePrivateFiles(const sqlite::Connection& connection, const QString& day, const QHash<int, int>& newNumbers) {
+    if (newNumbers.isEmpty())
+        return;
     std::vector<std::pair<int, qint64>> moved;
     sqlite::Statement rows(connection, "SELECT FileID, Number FROM FileDB WHERE Day = ?1");
     rows.bind(day);
@@ -20,6 +24,8 @@ void moveFiles(const sqlite::Connection& connection, const QString& day, const Q
 }
 
 void withholdFilesOf(const sqlite::Connection& connection, const std::vector<Entry>& deleted) {
+    if (std::none_of(deleted.begin(), deleted.end(), [](const Entry& entry) { return entry.isPrivate; }))
+        return;
     sqlite::Statement withhold(connection, "UPDATE FileDB SET Number = -Number WHERE Day = ?1 AND Number = ?2");
     for (const Entry& entry : deleted) {
         if (!entry.isPrivate)

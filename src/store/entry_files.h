@@ -1,4 +1,5 @@
-// Registered files follow their entries: a row of "FileDB" names its entry by day and number, and both change.
+// A row of "FileDB" names its entry by day and number. Numbers change when an entry is deleted and the rows stay; only
+// those of private entries follow, for otherwise their files would come to belong to public ones and go to the site.
 #pragma once
 
 #include "store/entry.h"
@@ -8,8 +9,8 @@
 
 namespace velloria::store {
 
-/// The rows of the day's files take the new numbers of their entries. Works in the transaction of `connection`.
-void moveFiles(const sqlite::Connection& connection, const QString& day, const QHash<int, int>& newNumbers);
+/// The rows of the day's private entries take their new numbers. Works in the transaction of `connection`.
+void movePrivateFiles(const sqlite::Connection& connection, const QString& day, const QHash<int, int>& newNumbers);
 
 /// The rows of deleted private entries take the negative of their number, so that no entry which gets that number later
 /// makes their files public: a negative number says "of a private entry that is gone". Others stay as they are.
