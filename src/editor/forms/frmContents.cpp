@@ -155,10 +155,14 @@ void frmContents::prepareControls() {
     for (int i = 0; i < tabs->count(); ++i)
         tabs->setTabToolTip(i, desktop::tipWithKeys(tabs->tabText(i), u"Ctrl+%1"_s.arg(i + 1)));
     // Title and text first, then the boxes and tools from the top. Tab in the title passes the tabs over.
-    const QList<QWidget*> order{ui->txtTitle,     tabs,                  m_panes[0],     m_panes[1],
-                                m_panes[2],       ui->picPrevDiaryExist, ui->ComboGenre, ui->ComboWeather,
-                                ui->ComboPrivate, ui->ComboNumber,       m_save,         m_saveAndPreview,
-                                m_insert[0],      m_insert[1],           m_insert[2],    ui->ComboTag};
+    const QList<QWidget*> order{ui->txtTitle,     tabs,
+                                m_panes[0],       m_panes[1],
+                                m_panes[2],       ui->picPrevDiaryExist,
+                                ui->ComboGenre,   ui->ComboWeather,
+                                ui->ComboPrivate, ui->ComboNumber,
+                                m_save,           m_saveAndPreview,
+                                m_insert[0],      m_insert[1],
+                                m_insert[2],      ui->ComboTag};
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
