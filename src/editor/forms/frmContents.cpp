@@ -143,7 +143,9 @@ void frmContents::prepareControls() {
     ui->ComboTag->setToolTip(kTagListRest.toString());
     QTabBar* tabs = ui->TabStrip1->tabBar();
     tabs->setAccessibleName(ui->TabStrip1->accessibleName());
-    ui->TabStrip1->setFocusPolicy(Qt::NoFocus); // its tabs take the keys, and once round the window is enough
+    // Its tabs take the keys themselves. Where it led to them from its own place, Tab never came to the title.
+    ui->TabStrip1->setFocusPolicy(Qt::NoFocus);
+    ui->TabStrip1->setFocusProxy(nullptr);
     tabs->setFocusPolicy(Qt::TabFocus);
     auto* narrow = new NarrowTabs;
     narrow->setParent(tabs);
