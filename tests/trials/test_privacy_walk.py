@@ -23,6 +23,8 @@ class PrivacyWalk(CliTest):
         self.random = choice(int(os.environ.get("VELLORIA_FIRST_TRIAL", "0")))
         self.folders = {self.site}
         self.entries = {}       # (day, number): [mark, is private, was public, pictures]
+        self.deleted = []       # the same of those that are gone
+        self.marks = 0
         self.server = UploadServer(address_of(211), dict.fromkeys(FOLDERS), features=("SIZE", "FEAT", "PWD"))
         self.server.start()
         self.addCleanup(self.server.stop)
@@ -39,11 +41,23 @@ class PrivacyWalk(CliTest):
 
     def put_entry(self):
         day = self.random.choice(DAYS)
-        number = 1 + sum(1 for other, _ in self.entries if other == day)
-        mark = f"mark{len(self.entries)}end"
-        state = [mark, self.random.random() < 0.5, False, []]
+        number = 1 + self.count(day)
+        self.marks += 1
+        state = [f"mark{self.marks}end", self.random.random() < 0.5, False, []]
         self.entries[day, number] = state
         self.write_entry(day, number, state)
+
+    def count(self, day):
+        return sum(1 for other, _ in self.entries if other == day)
+
+    def delete_entry(self):
+        """The entries behind it move up."""
+        if self.entries:
+            day, number = self.random.choice(sorted(self.entries))
+            self.must("--yes", "entry", "delete", day, str(number))
+            self.deleted.append(self.entries.pop((day, number)))
+            for later in range(number + 1, self.count(day) + 2):
+                self.entries[day, later - 1] = self.entries.pop((day, later))
 
     def write_entry(self, day, number, state):
         mark, is_private, _, pictures = state
@@ -96,21 +110,23 @@ class PrivacyWalk(CliTest):
         return found
 
     def assert_private(self, walk):
-        secrets = [mark for mark, _, was_public, _ in self.entries.values() if not was_public]
+        entries = [*self.entries.values(), *self.deleted]
+        secrets = [mark for mark, _, was_public, _ in entries if not was_public]
         for path, content in self.published().items():
             for mark in secrets:
                 self.assertNotIn(mark.encode(), content, f"{path} tells {mark}\n{walk}")
                 self.assertNotIn("picture" + mark, path, walk)
 
     def test_nothing_private_is_published(self):
-        steps = {"put": (self.put_entry, 6), "turn": (self.turn_entry, 2), "picture": (self.add_picture, 5),
-                 "save": (self.run_site("save"), 3), "save as": (self.save_as, 1), "log": (self.run_site("log", "2004", "01"), 2),
-                 "rebuild": (self.run_site("rebuild"), 2), "preview": (self.run_site("preview"), 3),
-                 "same day": (self.run_site("sameday", "2005/01/03"), 1), "find": (self.run_site("find", "mark"), 1),
-                 "upload": (self.upload, 2)}
+        steps = {"put": (self.put_entry, 6), "turn": (self.turn_entry, 2), "delete": (self.delete_entry, 3),
+                 "picture": (self.add_picture, 6), "save": (self.run_site("save"), 3), "save as": (self.save_as, 1),
+                 "log": (self.run_site("log", "2004", "01"), 2), "rebuild": (self.run_site("rebuild"), 2),
+                 "preview": (self.run_site("preview"), 3), "same day": (self.run_site("sameday", "2005/01/03"), 1),
+                 "find": (self.run_site("find", "mark"), 1), "upload": (self.upload, 2)}
         names = [name for name, (_, weight) in steps.items() for _ in range(weight)]
         walk = []
         self.put(*[entry(f"2004/0{month}/01", "public") for month in (1, 2)])    # a feed needs one
+        self.must("site", "save")
         for _ in trials(usual=100):
             walk.append(self.random.choice(names))
             steps[walk[-1]][0]()
