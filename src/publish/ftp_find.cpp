@@ -18,7 +18,8 @@ class ListingSearch {
 public:
     /// Without a name every line is a find.
     explicit ListingSearch(QByteArray name)
-        : m_name(std::move(name)) {
+        : m_name(std::move(name))
+        , m_lineEnd(' ' + m_name) {
         m_line.reserve(kLongestLine);
     }
 
@@ -49,13 +50,14 @@ private:
     void endLine() {
         // What a link leads to is not its name.
         const qsizetype arrow = m_line.startsWith('l') ? m_line.indexOf(" -> ") : -1;
-        const QByteArray line = arrow < 0 ? m_line : m_line.first(arrow);
+        const QByteArrayView line = QByteArrayView(m_line).first(arrow < 0 ? m_line.size() : arrow);
         if (!line.isEmpty() && !line.startsWith("total "))
-            m_isFound = m_isFound || m_name.isEmpty() || line == m_name || line.endsWith(" " + m_name);
+            m_isFound = m_isFound || m_name.isEmpty() || line == m_name || line.endsWith(m_lineEnd);
         m_line.truncate(0); // keeps its memory: a listing may have any number of lines
     }
 
     QByteArray m_name;
+    QByteArray m_lineEnd;
     QByteArray m_line;
     bool m_isFound = false;
 };
