@@ -48,7 +48,7 @@ _velloria_cli() {
     "file") words="list add delete" ;;
     "log") words="list add delete" ;;
     "update") words="check" ;;
-    "db") words="version check" ;;
+    "db") words="version check restore" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
     "convert html2text") _velloria_cli_files -f; return ;;
@@ -65,6 +65,7 @@ _velloria_cli() {
     "file delete "*) words="DAY ALL" ;;
     "log add") _velloria_cli_files -f; return ;;
     "db version") _velloria_cli_files -f; return ;;
+    "db restore") _velloria_cli_files -f; return ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }

@@ -42,7 +42,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete
 complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "update"' -a 'check'
-complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check'
+complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check restore'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
@@ -59,6 +59,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "file add *"' -a 'DAY ALL'
 complete -c velloria-cli -n '__velloria_cli_behind "file delete *"' -a 'DAY ALL'
 complete -c velloria-cli -n '__velloria_cli_behind "log add"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db version"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "db restore"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l month -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l from -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l to -x
