@@ -407,8 +407,8 @@ TEST_F(EditorWork, ARefusedOrFailedSaveKeepsTheWindowOpen) {
     contents().close();
     EXPECT_TRUE(contents().isVisible());
     EXPECT_TRUE(contents().ChangeYesNo);
-    title().setText(u"T"_s);
-    refuseRows(u"Title = 'T'"_s);
+    title().setText(u"断"_s);
+    refuseRows(u"Title = '断'"_s);
     answer(u"yes"_s);
     EXPECT_FALSE(contents().confirmClose());
     expectedFailures = 1;

@@ -105,7 +105,7 @@ TEST_F(SaveLog, WithoutASiteFolderThePanelSaysSoAtTheEnd) {
         EXPECT_FALSE(other.windows.find<site::frmSaveLog>());
         return control<QLabel>(top(), u"StatusPanel1"_s).text();
     };
-    EXPECT_EQ(panelAtTheEnd(), u"Webページ表示中..."_s);
+    EXPECT_EQ(panelAtTheEnd(), u"2004/04の日記をLog化しました。　Webページ表示中..."_s);
     session.FilePath = u""_s;
     EXPECT_EQ(panelAtTheEnd(),
               u"保存先のフォルダが決まっていないので、2004/04のログはデータフォルダにだけ作成しました。"_s);

@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,6 +13,13 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
+
+namespace {
+
+/// The variables that say for whom the proxy is not asked; the tests run with one that says for nobody.
+constexpr std::array kExceptions{"no_proxy", "NO_PROXY"};
+
+} // namespace
 
 FaultServer::FaultServer(Way way)
     : m_way(way) {
@@ -26,13 +34,23 @@ FaultServer::FaultServer(Way way)
     }
     const QByteArray answer = m_process.readLine().trimmed();
     m_isRunning = answer.startsWith("ready");
-    if (way == Way::ThroughProxy)
+    if (way == Way::ThroughProxy) {
+        for (const char* name : kExceptions) {
+            m_exceptions += qgetenv(name);
+            qunsetenv(name);
+        }
         qputenv("all_proxy", "socks5h://" + host().toLatin1() + ':' + answer.split(' ').last());
+    }
 }
 
 FaultServer::~FaultServer() {
-    if (m_way == Way::ThroughProxy)
+    if (m_way == Way::ThroughProxy) {
         qunsetenv("all_proxy");
+        for (qsizetype i = 0; i < m_exceptions.size(); ++i) {
+            if (!m_exceptions[i].isNull())
+                qputenv(kExceptions[size_t(i)], m_exceptions[i]);
+        }
+    }
     kill();
     std::error_code ignored; // the folder's own end can't name what is in there
     std::filesystem::remove_all(pathOf({}), ignored);

@@ -44,6 +44,7 @@ private:
     QProcess m_process;
     QJsonObject m_rules;
     Way m_way;
+    QList<QByteArray> m_exceptions; ///< what the variables about the proxy said before
     bool m_isRunning = false;
 };
 

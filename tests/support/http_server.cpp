@@ -53,9 +53,11 @@ void HttpServer::run() {
             head.append(piece, count);
         }
         QByteArray answer;
+        bool isLast = false;
         {
             const std::lock_guard lock(m_mutex);
             m_request = head;
+            isLast = m_answers.size() < 2;
             answer = m_answers.size() > 1 ? m_answers.takeFirst() : m_answers.value(0);
         }
         for (qsizetype sent = 0; sent < answer.size();) {
@@ -65,7 +67,7 @@ void HttpServer::run() {
                 break;
             sent += count;
         }
-        if (m_staysOpen)
+        if (m_staysOpen && isLast)
             m_open += connection;
         else
             close(connection);
