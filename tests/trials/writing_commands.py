@@ -51,11 +51,15 @@ def months(variant):
     return [("2004", "01"), ("2003", "12")][variant]
 
 
+def logs_hold(trial, name, text):
+    """Whether the page is among the logs of a site: a Save As at the same time chooses another folder."""
+    return any(text in trial.page(path) for path in glob.glob(f"{trial.root}/*/DiaryLog/{name}"))
+
+
 def is_logged(trial, variant):
     year, month = months(variant)
     return (trial.sql("SELECT COUNT(*) FROM LogDB WHERE LogMonth = ?", f"{year}/{month}") == [(1,)]
-            and any(f"log {variant}" in trial.page(path)     # a Save As at the same time chooses another folder
-                    for path in glob.glob(f"{trial.root}/*/DiaryLog/{year}{month}.htm"))
+            and logs_hold(trial, f"{year}{month}.htm", f"log {variant}")
             and f"{year}{month}.htm".encode() in read(trial.data + "uploadlog.tmp"))
 
 
@@ -83,7 +87,7 @@ COMMANDS = [
                    has_file("as{}/y.htm", "kept")),
     WritingCommand("preview", lambda t, v: ["site", "preview"], has_file("home/UserData/tmp.htm")),
     WritingCommand("log", lambda t, v: ["site", "log", *months(v)], is_logged),
-    WritingCommand("rebuild", lambda t, v: ["site", "rebuild"], has_file("site/DiaryLog/200401.htm", "log 0")),
+    WritingCommand("rebuild", lambda t, v: ["site", "rebuild"], lambda t, v: logs_hold(t, "200401.htm", "log 0")),
     WritingCommand("same day", lambda t, v: ["site", "sameday", "2004/02/01"], has_file("home/UserData/oldtmp.htm")),
     WritingCommand("find", lambda t, v: ["site", "find", "kept"], has_file("home/UserData/findtmp.htm", "kept")),
     WritingCommand("export", lambda t, v: ["export", "--period", "month:2004:2", "--format", "TEXT", "--contents",
