@@ -6,6 +6,7 @@
 #include "editor/forms/frmResistFiles.h"
 #include "editor/forms/frmResistLogs.h"
 #include "makers_home.h"
+#include "shell/forms/frmAbout.h"
 #include "shell/forms/frmDeleteImportDiary.h"
 #include "shell/forms/frmLogin.h"
 #include "site/forms/frmSaveLog.h"
@@ -127,6 +128,38 @@ TEST_F(TabRing, OfTheLogin) {
     login.activateWindow();
     EXPECT_TRUE(becomesActive(login));
     expectRing(login, {u"txtUID"_s, u"txtPassword"_s, u"Btn_Login"_s, u"Btn_Cancel"_s});
+}
+
+/// Every press leads to another stop, and a link where the keys are is marked: Enter follows it.
+TEST_F(TabRing, OfTheAboutBox) {
+    shell::frmAbout about(context);
+    about.show();
+    about.activateWindow();
+    ASSERT_TRUE(becomesActive(about));
+    const auto stop = [] {
+        const auto* link = qobject_cast<QLabel*>(QApplication::focusWidget());
+        return link ? link->selectedText() : QApplication::focusWidget()->objectName();
+    };
+    const QStringList ring{u"Qorvin's HomePage"_s, u"Zelkova Soft開発日誌"_s, u"Btn_OK"_s, u"Qorvin's HomePage"_s};
+    QStringList forwards{stop()};
+    for (int i = 1; i < ring.size(); ++i) {
+        QTest::keyClick(about.windowHandle(), Qt::Key_Tab);
+        forwards += stop();
+    }
+    EXPECT_EQ(forwards.join(u' '), ring.join(u' '));
+    QStringList backwards{stop()};
+    for (int i = 1; i < ring.size(); ++i) {
+        QTest::keyClick(about.windowHandle(), Qt::Key_Backtab, Qt::ShiftModifier);
+        backwards.prepend(stop());
+    }
+    EXPECT_EQ(backwards.join(u' '), ring.join(u' '));
+
+    QString followed;
+    QObject::connect(&control<QLabel>(about, u"Zelkova"_s), &QLabel::linkActivated, &about,
+                     [&](const QString& link) { followed = link; });
+    QTest::keyClick(about.windowHandle(), Qt::Key_Tab);
+    QTest::keyClick(about.windowHandle(), Qt::Key_Return);
+    EXPECT_EQ(followed, u"blog"_s);
 }
 
 } // namespace
