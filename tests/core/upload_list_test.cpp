@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "support/folder_turn.h"
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,16 @@ TEST_F(UploadList, TwoProgramsAppendAndNoRowIsLost) {
         expected << u"/other|%1"_s.arg(i) << u"/one|%1"_s.arg(i);
     expected.sort();
     EXPECT_EQ(found, expected);
+}
+
+TEST_F(UploadList, EveryChangeWaitsForThatOfAnotherProgram) {
+    const std::vector<UploadRow> row{{u"/a"_s, u"1"_s}};
+    put("/a,1\r\n");
+    const std::function<void()> changes[] = {
+        [&] { writeUploadList(file, row); }, [&] { appendUploadList(file, row); }, [&] { removeRepeatedRows(file); },
+        [&] { restoreUploadList(file, row, "x"); }, [&] { removeUploadList(file, "x"); }};
+    for (const auto& change : changes)
+        EXPECT_TRUE(waitsForTurn(folder.path(), change)) << &change - changes;
 }
 
 TEST_F(UploadList, KeepsTheFirstOfRepeatedRows) {

@@ -1,6 +1,7 @@
 #include "editor/draft.h"
 
 #include "store/entry_line.h"
+#include "support/folder_turn.h"
 #include "support/test_home.h"
 
 #include <QFile>
@@ -78,6 +79,11 @@ TEST_F(Draft, AnotherProgramsLinesStay) {
     EXPECT_EQ(editor::DraftFile(session, *clock).read().front().title, u"the other's"_s);
     next.write({}); // whoever found them may take them
     EXPECT_FALSE(exists(file()));
+}
+
+TEST_F(Draft, WaitsForTheChangeOfAnotherProgram) {
+    EXPECT_TRUE(waitsForTurn(session.UserPath, [&] { drafts().write({draftOf(u"mine"_s)}); }));
+    EXPECT_EQ(drafts().read().size(), 1U);
 }
 
 TEST_F(Draft, WithoutDraftsThereIsNoFile) {

@@ -2,6 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/file_write.h"
+#include "support/folder_turn.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -295,6 +296,34 @@ TEST_F(FileRegistrationTest, TwoProgramsThatRegisterTheSameNamesLoseNeitherFileN
         EXPECT_NE(isOfOne, otherDesk.texts(u"status"_s).contains(copied)) << i;
         EXPECT_EQ(bytesOf(part(u"%1.gif"_s.arg(i))), isOfOne ? "one" : "two") << i;
     }
+}
+
+TEST_F(FileRegistrationTest, EveryChangeWaitsForThatOfAnotherProgram) {
+    const QString parts = session.DataPath + u"DiaryParts"_s;
+    const QString file = source(u"x.gif"_s, "one");
+    EXPECT_TRUE(waitsForTurn(parts, [&] { add(file); }));
+    BusyDesk busy;
+    EXPECT_TRUE(waitsForTurn(parts, [&](const std::function<void()>& begin) {
+        busy.onQuestion = begin;
+        FileRegistration(session, busy).ResistFile(file, kDay, 1);
+    }));
+    EXPECT_TRUE(waitsForTurn(parts, [&](const std::function<void()>& begin) {
+        busy.onQuestion = begin;
+        FileRegistration(session, busy).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
+    }));
+    EXPECT_FALSE(exists(part(u"x.gif"_s)));
+}
+
+TEST_F(FileRegistrationTest, AReplacementThatFailsBringsNoRowBack) {
+    const QString file = source(u"x.gif"_s, "one");
+    add(file);
+    BusyDesk busy;
+    busy.onQuestion = [&] {
+        sql(u"DELETE FROM FileDB"_s);
+        platform::removeFile(file);
+    };
+    EXPECT_NE(failureOf([&] { FileRegistration(session, busy).ResistFile(file, kDay, 1); }), QString());
+    EXPECT_EQ(rows(), QStringList());
 }
 
 TEST_F(FileRegistrationTest, ARowThatGoesWhileSomebodyIsAskedComesBackWithItsFile) {

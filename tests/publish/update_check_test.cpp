@@ -1,6 +1,7 @@
 #include "publish/update_check.h"
 
 #include "publish/update_home.h"
+#include "support/folder_turn.h"
 
 #include <QDir>
 #include <QFile>
@@ -305,6 +306,19 @@ TEST_F(Update, AStoppedDownloadIsToldOnceAndSwitchesTheUpdaterOff) {
     EXPECT_EQ(updaterStates(), u"on off"_s);
     EXPECT_FALSE(exists(path(u"v.lzh"_s)));
     expectEnding();
+}
+
+TEST_F(Update, AnArchiveIsRememberedInTurnWithOtherPrograms) {
+    offerRelease();
+    shown.answers = {u"yes"_s};
+    EXPECT_TRUE(waitsForTurn(session.MyPath, [&](const std::function<void()>& begin) {
+        int files = 0;
+        web.onClose = [&files, begin] {
+            if (++files == 2)
+                begin();
+        };
+        check();
+    }));
 }
 
 TEST_F(Update, ALinkToNowhereIsNotFollowed) {

@@ -1,6 +1,7 @@
 #include "shell/genre_list.h"
 
 #include "platform/file_write.h"
+#include "support/folder_turn.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -61,6 +62,10 @@ TEST_F(GenreList, TwoProgramsAddToItAndNoGenreIsLost) {
     addMany(u"one"_s);
     other.join();
     EXPECT_EQ(read().size(), 81);
+}
+
+TEST_F(GenreList, IsMadeInTurnWithOtherPrograms) {
+    EXPECT_TRUE(waitsForTurn(session.DataPath, [&] { shell::MakeGenretxt(session, diary()); }));
 }
 
 TEST_F(GenreList, TakesAGenreOnce) {

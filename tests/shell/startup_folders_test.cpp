@@ -3,6 +3,7 @@
 
 #include "core/ini.h"
 #include "platform/file_write.h"
+#include "support/folder_turn.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -50,6 +51,13 @@ TEST_F(StartupFolders, ADataPathWithoutSeparatorWorksAndIsNotRewritten) {
     EXPECT_EQ(session.DataPath, path(u"data/"_s));
     EXPECT_EQ(setting(u"ALL"_s, u"DataPath"_s), path(u"data"_s));
     EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(StartupFolders, AreMadeInTurnWithOtherPrograms) {
+    makeFolder(path(u"data"_s));
+    set(u"ALL"_s, u"DataPath"_s, path(u"data/"_s));
+    EXPECT_TRUE(waitsForTurn(path(u"data"_s), [&] { start(); }));
+    EXPECT_TRUE(exists(path(u"data/ExportFormat/TEXT.ini"_s)));
 }
 
 TEST_F(StartupFolders, AFolderThatMeansNothingHereCountsAsUnset) {
