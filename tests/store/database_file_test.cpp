@@ -3,6 +3,7 @@
 #include "platform/file_write.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
+#include "support/disk_watch.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -190,6 +191,16 @@ TEST_F(DatabaseFile, IsCopiedWithoutTheHalfOfAKilledChange) {
     EXPECT_FALSE(exists(path(u"copy.mdb-journal"_s)));
 }
 
+TEST_F(DatabaseFile, KeepsWritersFromTheirCommitUntilTheCopyIsWhole) {
+    Connection writer(file(), Access::ReadWrite);
+    writer.execute("PRAGMA busy_timeout = 0");
+    QString refusal;
+    DiskWatch disk;
+    disk.onSync([&] { refusal = failureOf([&] { writer.execute("BEGIN EXCLUSIVE"); }); });
+    copyDatabase(file(), path(u"copy.mdb"_s));
+    EXPECT_TRUE(refusal.contains(u"使用中"_s)) << refusal.toStdString();
+}
+
 TEST_F(DatabaseFile, IsCopiedBetweenTheChangesOfAWriterAtWork) {
     sql(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) INSERT INTO Contents "
         "(Day, Number, Title, Contents) SELECT '2004/05/06', i, '0', hex(zeroblob(1500)) FROM n"_s);
@@ -276,11 +287,13 @@ TEST_F(DatabaseFile, ABackupIsReadByWhoMayReadTheDiary) {
     for (const mode_t mode : {0600, 0640}) {
         write(u"2004/05/06"_s, u"x"_s);
         ASSERT_EQ(::chmod(QFile::encodeName(file()).constData(), mode), 0);
-        writeFile(backup(), "of an older program");
-        ASSERT_EQ(::chmod(QFile::encodeName(backup()).constData(), 0644), 0);
+        for (const QString& name : {backup(), backup() + u".1"_s}) {
+            writeFile(name, "of an older program");
+            ASSERT_EQ(::chmod(QFile::encodeName(name).constData(), 0644), 0);
+        }
         backUpDatabase(file(), backup());
-        EXPECT_EQ(modeOf(backup()) & ~mode, 0U);
-        EXPECT_EQ(modeOf(backup() + u".1"_s) & ~mode, 0U);
+        for (const QString& name : {backup(), backup() + u".1"_s, backup() + u".2"_s})
+            EXPECT_EQ(modeOf(name) & ~mode, 0U) << name.toStdString();
     }
 }
 

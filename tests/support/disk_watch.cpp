@@ -14,6 +14,7 @@ struct Watched {
     bool isOn = false;
     QStringList synced;
     QString refused;
+    std::function<void()> called;
 };
 
 Watched& watched() {
@@ -30,7 +31,7 @@ QString nameOf(int descriptor) {
 
 int sync(int descriptor, long call) {
     Watched& state = watched();
-    const QMutexLocker locker(&state.mutex);
+    QMutexLocker locker(&state.mutex);
     if (state.isOn) {
         const QString name = nameOf(descriptor);
         if (!state.refused.isNull() && name.endsWith(state.refused)) {
@@ -38,6 +39,10 @@ int sync(int descriptor, long call) {
             return -1;
         }
         state.synced += name;
+        const auto called = state.called;
+        locker.unlock();
+        if (called)
+            called();
     }
     return int(::syscall(call, descriptor));
 }
@@ -48,6 +53,7 @@ DiskWatch::DiskWatch() {
     const QMutexLocker locker(&watched().mutex);
     watched().synced.clear();
     watched().refused = QString();
+    watched().called = nullptr;
     watched().isOn = true;
 }
 
@@ -64,6 +70,11 @@ QStringList DiskWatch::synced() const {
 void DiskWatch::refuse(const QString& ending) {
     const QMutexLocker locker(&watched().mutex);
     watched().refused = ending;
+}
+
+void DiskWatch::onSync(std::function<void()> called) {
+    const QMutexLocker locker(&watched().mutex);
+    watched().called = std::move(called);
 }
 
 } // namespace velloria::tests

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace velloria::tests {
 
 /// Sees every fsync and fdatasync of this process for its life; one at a time.
@@ -18,6 +20,8 @@ public:
     QStringList synced() const;
     /// From here on the disk fails for names that end like this, as one does that breaks while it is written to.
     void refuse(const QString& ending);
+    /// Called ahead of each.
+    void onSync(std::function<void()> called);
 };
 
 } // namespace velloria::tests
