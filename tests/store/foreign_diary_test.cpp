@@ -80,6 +80,14 @@ TEST_F(ForeignDiary, ItsViewsAndForeignKeysDoNothing) {
     EXPECT_NE(failureOf([&] { store::FileRegister(file()).ListFiles(); }), QString());
 }
 
+TEST_F(ForeignDiary, ItsTablesCallNoFunctionAndNoStatementRewritesThem) {
+    store::sqlite::Connection connection(file(), store::sqlite::Access::ReadWrite);
+    const auto refusal = [&](const char* sql) { return failureOf([&] { connection.execute(sql); }); };
+    EXPECT_TRUE(refusal("CREATE INDEX x ON Contents (Fold(Title))").contains(u"unsafe use of Fold()"_s));
+    connection.execute("PRAGMA writable_schema = ON");
+    EXPECT_TRUE(refusal("UPDATE sqlite_master SET sql = sql").contains(u"may not be modified"_s));
+}
+
 TEST_F(ForeignDiary, NoRuleOfItsTablesMakesRoomByDeleting) {
     OtherTool(file()).run("ALTER TABLE Contents RENAME TO Old;"
                           "CREATE TABLE Contents (RecordID INTEGER PRIMARY KEY AUTOINCREMENT, Day TEXT, Number INTEGER "
