@@ -44,6 +44,11 @@ TEST_F(SameDayPage, ComesNewestYearFirstAndLowestNumberFirst) {
     EXPECT_EQ(titles(makePage()), (QStringList{u"first"_s, u"second"_s, u"oldest"_s}));
 }
 
+TEST_F(SameDayPage, IsReadByWhoMayReadTheDiary) {
+    makePage();
+    EXPECT_EQ(modeOf(session.DataPath + u"oldtmp.htm"_s), 0600U);
+}
+
 TEST_F(SameDayPage, WithoutEntriesSaysSoInTheList) {
     write(u"2004/05/06"_s, u"own"_s);
     EXPECT_TRUE(makePage().endsWith(
