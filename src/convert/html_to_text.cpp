@@ -3,10 +3,10 @@
 #include "convert/html_scan.h"
 #include "convert/tag_scan.h"
 #include "convert/text_finish.h"
-#include "core/ini.h"
 #include "core/ini_reader.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/settings_change.h"
 #include "platform/directory.h"
 
 #include <QFileInfo>
@@ -32,11 +32,13 @@ bool clsHTML2TEXT::Initialize(const QString& path) {
 bool clsHTML2TEXT::SaveValue(const QString& path) const {
     if (!QFileInfo(platform::existingPath(core::GetParentFolder(path))).isDir())
         return false;
-    core::WriteIni(path, u"GENERAL"_s, u"MODE"_s, m_settings.mode);
+    core::SettingsChange change;
+    change.set(path, u"GENERAL"_s, u"MODE"_s, m_settings.mode);
     for (const HtmlSetting& row : htmlSettingTable()) {
         if (!row.section.isEmpty())
-            core::WriteIni(path, row.section.toString(), row.key.toString(), QString::number(m_settings.*row.number));
+            change.set(path, row.section.toString(), row.key.toString(), QString::number(m_settings.*row.number));
     }
+    change.write();
     return true;
 }
 

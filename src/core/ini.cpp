@@ -1,30 +1,22 @@
 #include "core/ini.h"
 
 #include "core/ini_reader.h"
+#include "core/settings_change.h"
 #include "platform/directory.h"
-#include "platform/failure.h"
 #include "platform/profile_file.h"
 
 namespace velloria::core {
-namespace {
-
-void writeQuietly(const QString& file, const QString& section, const QString& key,
-                  const std::optional<QString>& value) {
-    try {
-        platform::writeProfile(platform::existingPath(file), section, key, value);
-    } catch (const platform::Failure&) {
-        // A setting that can't be kept stops nobody: the next read gives the old value.
-    }
-}
-
-} // namespace
 
 void WriteIni(const QString& file, const QString& section, const QString& key, const QString& value) {
-    writeQuietly(file, section, key, value);
+    SettingsChange change;
+    change.set(file, section, key, value);
+    change.write();
 }
 
 void DeleteIniKey(const QString& file, const QString& section, const QString& key) {
-    writeQuietly(file, section, key, std::nullopt);
+    SettingsChange change;
+    change.remove(file, section, key);
+    change.write();
 }
 
 QString ReadIni(const QString& file, const QString& section, const QString& key) {

@@ -1,6 +1,6 @@
 #include "desktop/settings_table.h"
 
-#include "core/ini.h"
+#include "core/settings_change.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -65,10 +65,12 @@ void SettingsTable::load(const QString& iniFile) {
 }
 
 void SettingsTable::apply(const QString& iniFile) const {
+    core::SettingsChange change;
     for (const SettingsRow& row : rows) {
         if (const std::optional<QString> value = valueOf(row))
-            core::WriteIni(iniFile, row.key, *value);
+            change.set(iniFile, row.key, *value);
     }
+    change.write();
 }
 
 void SettingsTable::onChange(const std::function<void()>& changed) {

@@ -43,7 +43,7 @@ public:
     /// Fills the controls from the file. Their changes meanwhile are no changes.
     void load(const QString& iniFile);
 
-    /// Writes the controls to the file, in the order of the rows.
+    /// Writes the controls to the file, in the order of the rows and in one replacement.
     void apply(const QString& iniFile) const;
 
     /// `changed` runs for each change that somebody makes. Call it once, behind the filling of `rows`.

@@ -1,6 +1,6 @@
 #include "desktop/window_place.h"
 
-#include "core/ini.h"
+#include "core/settings_change.h"
 #include "desktop/twips.h"
 #include "platform/directory.h"
 #include "platform/profile_file.h"
@@ -53,9 +53,16 @@ WindowPlace readPlace(const QString& iniFile, QLatin1StringView section) {
 }
 
 void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place) {
+    core::SettingsChange change;
+    addPlace(change, iniFile, section, place);
+    change.write();
+}
+
+void addPlace(core::SettingsChange& change, const QString& iniFile, QLatin1StringView section,
+              const WindowPlace& place) {
     for (const PlaceKey& key : kKeys) {
         if (const std::optional<qint32>& value = place.*key.value)
-            core::WriteIni(iniFile, section, key.name, QString::number(*value));
+            change.set(iniFile, section, key.name, QString::number(*value));
     }
 }
 

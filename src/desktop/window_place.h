@@ -10,6 +10,10 @@
 
 class QWidget;
 
+namespace velloria::core {
+class SettingsChange;
+}
+
 namespace velloria::desktop {
 
 /// The keys `Top`, `Left`, `Height` and `Width` of a section, in twips; a missing one is nothing. They are read in 32
@@ -26,6 +30,10 @@ WindowPlace readPlace(const QString& iniFile, QLatin1StringView section);
 
 /// Writes position and size as decimal text, each as far as it is told.
 void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place);
+
+/// The same as a part of a larger change.
+void addPlace(core::SettingsChange& change, const QString& iniFile, QLatin1StringView section,
+              const WindowPlace& place);
 
 /// The rectangle in pixels as a place in twips.
 WindowPlace placeOf(const QRect& geometry);

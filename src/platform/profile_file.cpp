@@ -148,18 +148,24 @@ QStringList ProfileFile::sections() const {
     return names;
 }
 
-void writeProfile(const QString& file, const QString& section, const QString& key,
-                  const std::optional<QString>& value) {
+void writeProfile(const QString& file, const std::vector<ProfileChange>& changes) {
     // The lock belongs to the folder in which the file really is: others may know it by another link.
     refuseLostLink(file);
     const QFileInfo info(file);
     const QString target = info.exists() ? info.canonicalFilePath() : file;
     const FolderLock lock(QFileInfo(target).path());
     const QByteArray before = readFileIfThere(target).value_or(QByteArray());
-    const QByteArray after = changedProfile(before, section, key, value);
+    QByteArray after = before;
+    for (const ProfileChange& change : changes)
+        after = changedProfile(after, change.section, change.key, change.value);
     if (after == before)
         return;
     replaceFile(target, after, Durability::Durable, modeOfNewFile(file));
+}
+
+void writeProfile(const QString& file, const QString& section, const QString& key,
+                  const std::optional<QString>& value) {
+    writeProfile(file, {{section, key, value}});
 }
 
 QByteArray changedProfile(const QByteArray& before, const QString& section, const QString& key,

@@ -15,6 +15,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace velloria::platform {
 
@@ -49,14 +50,24 @@ private:
     QHash<QByteArray, QByteArrayView> m_values; ///< parts of m_bytes by section and key
 };
 
-/// Sets the key, `std::nullopt` removes it. Makes the file if needed, but not its folder; velluser.ini, diary.ini and
-/// BlogUserData.ini, which hold passwords, are made for their owner alone. The file is replaced by rename under the
-/// FolderLock of its folder (never call this while holding that one), so that two programs lose no key, and left alone
-/// when nothing changes. Throws Failure when the machine refuses or the file is read-only.
+/// One key's new value; `std::nullopt` removes it.
+struct ProfileChange {
+    QString section;
+    QString key;
+    std::optional<QString> value;
+};
+
+/// Changes the keys in their order, in one replacement of the file. Makes the file if needed, but not its folder;
+/// velluser.ini, diary.ini and BlogUserData.ini, which hold passwords, are made for their owner alone. The file is
+/// replaced by rename under the FolderLock of its folder (never call this while holding that one), so that two programs
+/// lose no key, and left alone when nothing changes. Throws Failure when the machine refuses or the file is read-only.
+void writeProfile(const QString& file, const std::vector<ProfileChange>& changes);
+
+/// The same for one key.
 void writeProfile(const QString& file, const QString& section, const QString& key, const std::optional<QString>& value);
 
-/// The same on bytes: the file's content behind the change. All other lines stay as they are, and the changed one up to
-/// its "=". A new key goes behind the section's last key, a new section to the end. A character that the code page
+/// One change on bytes: the file's content behind the change. All other lines stay as they are, and the changed one up
+/// to its "=". A new key goes behind the section's last key, a new section to the end. A character that the code page
 /// lacks becomes a reference, a line break a blank. A value that would lose its outer quotes on reading gets one more
 /// pair of double quotes; outer blanks are written, and lost on reading.
 QByteArray changedProfile(const QByteArray& before, const QString& section, const QString& key,

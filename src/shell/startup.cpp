@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings_change.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -228,10 +229,12 @@ void Startup::checkDatabase() {
     makeFolder(customize);
     if (!fileExists(customize + u"/Customize.ini"_s))
         copyFactoryFile(u"Customize.ini"_s, customize + u"/Customize.ini"_s);
+    SettingsChange defaults;
     for (const SettingsFile& file : kSettingsFiles) {
         if (file.path != &Session::RSSIniFile)
-            WriteIni(m_session.DiaryIniFile, file.key, storedName(m_session.DataPath + file.defaultName));
+            defaults.set(m_session.DiaryIniFile, file.key, storedName(m_session.DataPath + file.defaultName));
     }
+    defaults.write();
     m_desk.message(MessageKind::Plain,
                    u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                    u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
@@ -301,17 +304,19 @@ void Startup::copyBlogTemplates() {
 }
 
 void Startup::findSettingsFiles() {
+    SettingsChange defaults;
     for (const SettingsFile& file : kSettingsFiles) {
         QString path = nameOfStored(ReadIni(m_session.DiaryIniFile, file.key));
         if (isAbsoluteFolder(path))
             platform::refuseLostLink(existingPath(path));
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = m_session.DataPath + file.defaultName;
-            WriteIni(m_session.DiaryIniFile, file.key, storedName(path));
+            defaults.set(m_session.DiaryIniFile, file.key, storedName(path));
         }
         refuseUnreadable(path);
         m_session.*file.path = path;
     }
+    defaults.write();
 }
 
 void Startup::findPlugins() {

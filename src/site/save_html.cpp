@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings_change.h"
 #include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
@@ -151,8 +152,10 @@ void SaveHtml::SaveHTML() {
                              MakeList::Yes, WithPrivate::No);
     placeWeatherPictures(m_session);
     copyParts();
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFileName, core::storedName(m_session.FileName));
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kSaveFilePath, core::storedName(m_session.FilePath));
+    core::SettingsChange target; // two programs that save at once must not end with one's folder and the other's name
+    target.set(m_session.DiaryIniFile, core::keys::kSaveFileName, core::storedName(m_session.FileName));
+    target.set(m_session.DiaryIniFile, core::keys::kSaveFilePath, core::storedName(m_session.FilePath));
+    target.write();
     m_desk.status(u"HTMLファイル "_s + m_session.FilePath + m_session.FileName + u" を保存しました。"_s);
     m_siteFiles.tell(m_desk);
 }

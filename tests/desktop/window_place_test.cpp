@@ -2,6 +2,7 @@
 
 #include "desktop/twips.h"
 #include "support/desktop_home.h"
+#include "support/disk_watch.h"
 
 #include <QScreen>
 
@@ -38,6 +39,12 @@ TEST_F(WindowPlace, WritesWhatIsTold) {
     place.height.reset();
     desktop::writePlace(file, section, place);
     EXPECT_EQ(bytesOf(file), "[ParentForm]\r\nTop=300\r\nLeft=150\r\nWidth=4500\r\n");
+}
+
+TEST_F(WindowPlace, IsWrittenInOnePiece) {
+    const DiskWatch watch;
+    desktop::writePlace(file, section, desktop::placeOf(QRect(10, 20, 300, 400)));
+    EXPECT_EQ(watch.synced().filter(u".velltmp-"_s).size(), 1);
 }
 
 TEST_F(WindowPlace, MovesAWindowOntoItsArea) {

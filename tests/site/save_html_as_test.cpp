@@ -1,6 +1,7 @@
 #include "core/ini.h"
 #include "core/keys.h"
 #include "site/site_home.h"
+#include "support/disk_watch.h"
 
 #include <QDir>
 #include <QFile>
@@ -70,6 +71,12 @@ TEST_F(SaveHtmlAs, TakesFolderAndNameOverAndStoresThem) {
     EXPECT_EQ(core::ReadIni(session.DiaryIniFile, core::keys::kSaveFilePath), path(u"s2/"_s));
     startAt(u"2004/05/07 00:00:00"_s);
     EXPECT_EQ(session.FilePath + session.FileName, path(u"s2/index.htm"_s));
+}
+
+TEST_F(SaveHtmlAs, FolderAndNameComeIntoTheSettingsTogether) {
+    const DiskWatch watch;
+    EXPECT_EQ(saver().saveAs(path(u"s2/y.htm"_s)), Outcome::Done);
+    EXPECT_EQ(watch.synced().filter(u".velltmp-"_s).size(), 1);
 }
 
 TEST_F(SaveHtmlAs, CancelledDoesNothing) {

@@ -1,7 +1,7 @@
 #include "editor/forms/frmHTMLMakeImage.h"
 
-#include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings_change.h"
 #include "core/stored_name.h"
 #include "editor/file_registration.h"
 #include "editor/forms/frmContents.h"
@@ -215,10 +215,12 @@ void frmHTMLMakeImage::Btn_OK_Click() {
         registerImage();
     contents.insertAtCaretOfContents(ui->txt_InsertTag->text());
     const QString& settings = m_context.session.DiaryIniFile;
-    core::WriteIni(settings, core::keys::kAddDivText, ui->txt_AddDiv->text());
-    core::WriteIni(settings, core::keys::kTagOtherText, ui->txt_TagOther->text());
+    core::SettingsChange left;
+    left.set(settings, core::keys::kAddDivText, ui->txt_AddDiv->text());
+    left.set(settings, core::keys::kTagOtherText, ui->txt_TagOther->text());
     if (const QString path = ui->txt_FilePath->text(); !path.isEmpty())
-        core::WriteIni(settings, core::keys::kImagePath, core::storedName(core::GetParentFolder(path)));
+        left.set(settings, core::keys::kImagePath, core::storedName(core::GetParentFolder(path)));
+    left.write();
     accept();
 }
 

@@ -1,7 +1,7 @@
 #include "shell/forms/arrangement.h"
 
 #include "browser/forms/frmBrowser.h"
-#include "core/keys.h"
+#include "core/settings_change.h"
 #include "desktop/twips.h"
 #include "desktop/window_place.h"
 #include "editor/forms/frmCalender.h"
@@ -140,11 +140,13 @@ void Arrangement::mnuSaveWndPos() {
     desktop::WindowPlace calendar = desktop::placeOf(m_context.windows.get<editor::frmCalender>().normalPlace());
     calendar.height.reset();
     calendar.width.reset();
-    desktop::writePlace(ini, core::keys::kCalender, calendar);
-    desktop::writePlace(ini, core::keys::kDiaryEditer,
-                        desktop::placeOf(m_context.windows.get<editor::frmContents>().normalPlace()));
-    desktop::writePlace(ini, core::keys::kBrowser,
-                        desktop::placeOf(m_context.windows.get<browser::frmBrowser>().normalPlace()));
+    core::SettingsChange places;
+    desktop::addPlace(places, ini, core::keys::kCalender, calendar);
+    desktop::addPlace(places, ini, core::keys::kDiaryEditer,
+                      desktop::placeOf(m_context.windows.get<editor::frmContents>().normalPlace()));
+    desktop::addPlace(places, ini, core::keys::kBrowser,
+                      desktop::placeOf(m_context.windows.get<browser::frmBrowser>().normalPlace()));
+    places.write();
 }
 
 void Arrangement::MnuVertical() {
