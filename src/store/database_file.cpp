@@ -3,11 +3,11 @@
 #include "core/day_key.h"
 #include "core/path_names.h"
 #include "platform/failure.h"
+#include "platform/file_lock.h"
 #include "platform/file_write.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -27,13 +27,19 @@ QString unchangedAndRestore() {
 
 enum class Format { Sqlite, Jet, None };
 
+QByteArray headOf(const QString& path) {
+    constexpr qint64 kHeadBytes = 32;
+    try {
+        return platform::readFile(path, kHeadBytes);
+    } catch (const Failure& failure) {
+        throw Failure(u"日記データベースを開けません。"_s, path, failure.reason(),
+                      u"ファイルの場所を確認してください。"_s);
+    }
+}
+
 Format formatOf(const QString& path) {
     platform::refuseLostLink(path);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(u"日記データベースを開けません。"_s, path, file.errorString(),
-                      u"ファイルの場所を確認してください。"_s);
-    const QByteArray head = file.read(32);
+    const QByteArray head = headOf(path);
     if (head.startsWith(QByteArrayView("SQLite format 3\0", 16)))
         return Format::Sqlite;
     if (head.startsWith(QByteArrayView("\0\1\0\0Standard Jet DB", 19)))

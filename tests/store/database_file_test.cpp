@@ -95,6 +95,21 @@ TEST_F(DatabaseFile, ThatIsNoDiaryHasNoVersionAndStaysAsItIs) {
     EXPECT_THROW(GetDBVersion(home.path()), platform::Failure);
 }
 
+TEST_F(DatabaseFile, ThatIsAPipeOrADeviceIsRefusedAtOnce) {
+    const QString pipe = path(u"pipe.mdb"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& name : {pipe, u"/dev/zero"_s}) {
+        EXPECT_TRUE(holdsInChild([&] {
+            ::alarm(60);
+            return failureOf([&] { GetDBVersion(name); }).contains(name) &&
+                   failureOf([&] { checkDatabase(name); }).contains(name) &&
+                   failureOf([&] { backUpDatabase(name, backup()); }).contains(name) &&
+                   failureOf([&] { copyDatabase(name, path(u"copy.mdb"_s)); }).contains(name) &&
+                   failureOf([&] { store::restoreDatabase(file(), name); }).contains(u"通常のファイルではありません"_s);
+        })) << name.toStdString();
+    }
+}
+
 TEST_F(DatabaseFile, OfAnotherProgramIsNoDiary) {
     sql(u"DROP TABLE DBInfo"_s);
     sql(u"DROP TABLE Contents"_s);
