@@ -1,6 +1,7 @@
 #include "platform/file_lock.h"
 
 #include "platform/failure.h"
+#include "platform/waiting.h"
 
 #include <QFile>
 
@@ -35,6 +36,17 @@ FileLock::~FileLock() {
     if (m_isHeld)
         ::unlink(m_name.constData()); // ahead of the lock's end, or it might be the next one's file
     ::close(m_descriptor);
+}
+
+FileTurn::FileTurn(const QString& file, const QString& what) {
+    using namespace std::chrono;
+    constexpr minutes kPatience(5); // a dead program holds nothing: who works that long hangs
+    const auto begin = steady_clock::now();
+    for (m_lock.emplace(file); !m_lock->isHeld(); m_lock.emplace(file)) {
+        const auto waited = duration_cast<milliseconds>(steady_clock::now() - begin);
+        if (waited >= kPatience || !waitOn(what, waited))
+            throw Failure(what, file, {}, u"何も変更していません。しばらくしてから、もう一度実行してください。"_s);
+    }
 }
 
 } // namespace velloria::platform

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace velloria::platform {
 
 /// Tried once, held from its making to its end, and let go by the system when the program dies. The file is made and,
@@ -23,6 +25,17 @@ private:
     QByteArray m_name;
     int m_descriptor = -1;
     bool m_isHeld = false;
+};
+
+/// The same, waited for: the work of two programs on one thing, one behind the other.
+class FileTurn {
+public:
+    /// Waits while `what`, "～は他のプログラムが使用中です。", is true. Throws Failure when the file can't be made, and
+    /// when somebody gives the wait up or it has lasted minutes.
+    FileTurn(const QString& file, const QString& what);
+
+private:
+    std::optional<FileLock> m_lock;
 };
 
 } // namespace velloria::platform

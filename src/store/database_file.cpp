@@ -202,6 +202,11 @@ std::unique_ptr<Connection> lockedIfSound(const QString& database) {
     }
 }
 
+/// Backups move from name to name: of two programs that move them at once each takes its turn.
+platform::FileTurn turnAtBackups(const QString& folder) {
+    return {folder + u"/diarymdb.lock"_s, u"日記のバックアップは他のプログラムが使用中です。"_s};
+}
+
 /// A damaged file and what the engine left beside it: together they may still give somebody their entries.
 void keepAsItLies(const QString& database, const QString& kept) {
     platform::copyFile(database, kept, 0600, platform::Durability::Durable);
@@ -275,6 +280,7 @@ void backUpDatabase(const QString& path, const QString& backup) {
         refuseForeignFile(path);
     if (format == Format::Sqlite)
         refuseUnsoundDiary(path);
+    const platform::FileTurn turn = turnAtBackups(core::GetParentFolder(backup));
     // Made again of the same diary it would only push out what the older backups hold. What another tool has in a log
     // beside the file is not to be seen in it.
     if (!QFileInfo::exists(fileBeside(path, "-wal"_L1)) && QFileInfo::exists(backup) &&
@@ -300,6 +306,7 @@ QString restoreDatabase(const QString& path, const QString& backup) {
         refuseForeignFile(backup);
     refuseCutOffPage(backup);
     refuseUnsoundDiary(backup);
+    const platform::FileTurn turn = turnAtBackups(core::GetParentFolder(path));
     if (!QFileInfo::exists(path)) {
         copyDatabase(backup, path);
         return {};

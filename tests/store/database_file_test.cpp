@@ -10,6 +10,7 @@
 #include <QFile>
 
 #include <csignal>
+#include <thread>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -171,6 +172,23 @@ TEST_F(DatabaseFile, BackedUpAgainUnchangedKeepsTheOlderBackups) {
     EXPECT_TRUE(bytesOf(backup()) == bytesOf(file()));
     EXPECT_TRUE(bytesOf(backup() + u".1"_s) == older);
     EXPECT_EQ(names().filter(u"bak"_s), (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s}));
+}
+
+TEST_F(DatabaseFile, BackedUpByTwoProgramsAtOnceLosesNoOlderBackup) {
+    const auto state = [this](int age) { return bytesOf(age == 0 ? backup() : u"%1.%2"_s.arg(backup()).arg(age)); };
+    for (int turn = 0; turn < 20; ++turn) {
+        QList<QByteArray> older;
+        for (int age = 0; age < qMin(turn, 3); ++age)
+            older += state(age);
+        write(u"2004/05/06"_s, QString::number(turn));
+        std::thread other([this] { backUpDatabase(file(), backup()); });
+        backUpDatabase(file(), backup());
+        other.join();
+        ASSERT_TRUE(state(0) == bytesOf(file()));
+        for (int age = 0; age < qMin(turn, 3); ++age)
+            ASSERT_TRUE(state(age + 1) == older[age]) << turn << ": an older backup is gone: " << age;
+    }
+    EXPECT_EQ(names().filter(u"lock"_s), QStringList());
 }
 
 TEST_F(DatabaseFile, ThatIsNoDiaryNeverTakesTheBackupsPlace) {

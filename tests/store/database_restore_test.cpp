@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <csignal>
+#include <thread>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -221,6 +222,17 @@ TEST_F(Restoring, ALinkThatLeadsNowhereIsAFailureThatNamesBothEnds) {
             EXPECT_TRUE(failure.contains(name) && failure.contains(end)) << failure.toStdString();
     }
     EXPECT_FALSE(exists(path(u"disk"_s)));
+}
+
+TEST_F(Restoring, TwoAtOnceKeepEachADiaryOfItsOwn) {
+    for (int turn = 0; turn < 10; ++turn) {
+        QString first;
+        std::thread other([&] { first = restoreDatabase(file(), backup()); });
+        const QString second = restoreDatabase(file(), backup());
+        other.join();
+        EXPECT_NE(first, second);
+        EXPECT_TRUE(exists(first) && exists(second));
+    }
 }
 
 } // namespace
