@@ -2,7 +2,9 @@
 
 #include "store/day_numbers.h"
 #include "store/entry_files.h"
+#include "store/entry_line.h"
 #include "store/entry_row.h"
+#include "store/entry_writer.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/literal.h"
 #include "store/sqlite/statement.h"
@@ -72,75 +74,6 @@ QByteArray orderOf(const Period& period, SortDirection direction) {
                                                  : " ORDER BY Day DESC, Number, RecordID";
 }
 
-/// Writes one entry after the other over prepared statements.
-class EntryWriter {
-public:
-    explicit EntryWriter(Connection& connection)
-        : m_connection(connection)
-        , m_numbers(connection)
-        , m_find(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 AND Number = ?2 ORDER BY RecordID LIMIT 1")
-        , m_insert(connection,
-                   "INSERT OR ABORT INTO Contents (Day, Title, Contents, Extend, Excerpt, Weather, Genre, Number, "
-                   "PublishTime, Private, ImportMark) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, "
-                   "coalesce(?11, ''))")
-        , m_update(connection, "UPDATE OR ABORT Contents SET Title = ?1, Contents = ?2, Extend = ?3, Excerpt = ?4, "
-                               "Weather = ?5, Genre = ?6, PublishTime = ?7, Private = ?8, "
-                               "ImportMark = coalesce(?9, ImportMark) WHERE RecordID = ?10")
-        , m_numberOfRow(connection, "SELECT Number FROM Contents WHERE RecordID = ?1") {}
-
-    /// Returns the row's RecordID. A null import mark keeps the one that stands there.
-    qint64 write(Entry& entry) {
-        if (entry.number == 0)
-            entry.number = m_numbers.nextNumber(entry.day);
-        m_touchedDays.insert(entry.day);
-        m_find.bind(entry.day, entry.number);
-        if (m_find.next()) {
-            const qint64 record = m_find.integer64(kRecordIdColumn);
-            m_overwritten.push_back(readEntry(m_find));
-            m_find.reset();
-            m_update.bind(entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
-                          entry.publishTime, entry.isPrivate, entry.importMark, record);
-            m_update.run();
-            return record;
-        }
-        m_find.reset();
-        m_insert.bind(entry.day, entry.title, entry.contents, entry.extend, entry.excerpt, entry.weather, entry.genre,
-                      entry.number, entry.publishTime, entry.isPrivate, entry.importMark);
-        m_insert.run();
-        const qint64 record = m_connection.lastInsertedRow();
-        m_numbers.added(entry.day, entry.number);
-        return record;
-    }
-
-    const std::vector<Entry>& overwritten() const { return m_overwritten; }
-
-    void repairTouchedDays() {
-        for (const QString& day : std::as_const(m_touchedDays))
-            m_numbers.repair(day);
-    }
-
-    /// The number under which an entry stands at the end.
-    int numberOf(const Entry& entry, qint64 record) {
-        if (!m_numbers.wasRepaired(entry.day))
-            return entry.number;
-        m_numberOfRow.bind(record);
-        m_numberOfRow.next();
-        const int number = m_numberOfRow.integer(0);
-        m_numberOfRow.reset();
-        return number;
-    }
-
-private:
-    Connection& m_connection;
-    DayNumbers m_numbers;
-    Statement m_find;
-    Statement m_insert;
-    Statement m_update;
-    Statement m_numberOfRow;
-    QSet<QString> m_touchedDays;
-    std::vector<Entry> m_overwritten;
-};
-
 void tell(const BeforeLoss& beforeLoss, const std::vector<Entry>& rows) {
     if (beforeLoss && !rows.empty())
         beforeLoss(rows);
@@ -185,24 +118,35 @@ void DiaryStore::SaveEntry(const Entry& entry) const {
 
 std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
                                               const BeforeLoss& overwritten) const {
+    std::vector<EntryLine> lines;
+    lines.reserve(entries.size());
+    for (Entry& entry : entries)
+        lines.push_back({std::move(entry)});
+    return SaveLines(std::move(lines), publishTime, overwritten);
+}
+
+std::vector<EntryKey> DiaryStore::SaveLines(std::vector<EntryLine> lines, PublishTime publishTime,
+                                            const BeforeLoss& overwritten) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     EntryWriter writer(connection);
     std::vector<qint64> records;
-    records.reserve(entries.size());
-    for (Entry& entry : entries) {
+    records.reserve(lines.size());
+    for (auto& [entry, isRescued] : lines) {
         literal(m_file, entry.day);
         if (publishTime == PublishTime::Now || entry.publishTime.isNull())
             entry.publishTime = present();
         if (publishTime == PublishTime::Now)
             entry.importMark = QString();
+        if (isRescued)
+            writer.spareTheTaken(entry);
         records.push_back(writer.write(entry));
     }
     writer.repairTouchedDays();
     std::vector<EntryKey> keys;
-    keys.reserve(entries.size());
-    for (std::size_t i = 0; i < entries.size(); ++i)
-        keys.push_back({entries[i].day, writer.numberOf(entries[i], records[i])});
+    keys.reserve(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        keys.push_back({lines[i].entry.day, writer.numberOf(lines[i].entry, records[i])});
     tell(overwritten, writer.overwritten());
     transaction.commit();
     return keys;

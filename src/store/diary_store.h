@@ -17,6 +17,8 @@ class Connection;
 }
 
 enum class Entries { All, Public };
+struct EntryLine;
+
 enum class SortDirection { Ascending, Descending };
 enum class PublishTime { Now, AsGiven };
 
@@ -59,6 +61,11 @@ public:
     /// are not 1..n at the end are renumbered. Returns the keys under which the entries stand.
     std::vector<EntryKey> SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
                                       const BeforeLoss& overwritten) const;
+
+    /// The same for lines. One of the rescue file brings its text back and destroys none: a number that is taken, in
+    /// the diary or by an earlier line, becomes the next one of its day.
+    std::vector<EntryKey> SaveLines(std::vector<EntryLine> lines, PublishTime publishTime,
+                                    const BeforeLoss& overwritten) const;
 
     /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
     void DeleteEntry(const QString& day, int number, const BeforeLoss& deleted = {}) const;

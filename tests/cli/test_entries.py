@@ -8,9 +8,10 @@ import sqlite3
 import stat
 import subprocess
 import sys
+import time
 import unittest
 
-from home import CliTest, entry, read, snapshot, write
+from home import PATIENCE_SECONDS, CliTest, entry, read, snapshot, write
 
 TEXTS = ["quotes \" ' ` and \\", "100% _ [a-z] *", "日記 ｶﾞ Ａ ー① 髙 é 😀", "a\r\nb\nc\rd\r\n", "\t tab", "<3 &amp; </TD>",
          "'; DROP TABLE Contents; --", "--", "\u3000", "\u0001\u007f", "NULL"]
@@ -310,6 +311,21 @@ class Rescue(CliTest):
             self.must("--yes", "entry", "delete", "2004/02/01", str(number))
         self.must("entry", "put", self.rescue)
         self.assertEqual(self.listed(), [("2004/02/01", 2, "two"), ("2004/02/01", 1, "one")])
+
+    def test_a_number_that_another_program_takes_meanwhile_is_taken(self):
+        self.put(entry("2004/02/05", "old"))
+        self.must("--yes", "entry", "delete", "2004/02/05", "1")
+        with contextlib.closing(sqlite3.connect(self.database, isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            waiting = subprocess.Popen(self.command("entry", "put", self.rescue), env=self.environment(),
+                                       stdout=subprocess.PIPE)
+            time.sleep(1)  # by now it waits for the diary
+            other.execute("INSERT INTO Contents (Day, Number, Title) VALUES ('2004/02/05', 1, 'other')")
+            other.execute("COMMIT")
+        waiting.communicate(timeout=PATIENCE_SECONDS)
+        self.assertEqual(waiting.returncode, 0)
+        self.assertEqual(self.sql("SELECT Number, Title FROM Contents WHERE Day = '2004/02/05' ORDER BY Number"),
+                         [(1, "other"), (2, "old")])
 
     def test_a_line_without_a_number_in_front_is_safe_from_one_that_comes_back(self):
         self.must("--yes", "entry", "delete", "2004/02/01", "2")

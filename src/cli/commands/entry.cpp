@@ -7,11 +7,8 @@
 #include "store/entry_line.h"
 #include "store/rescue_file.h"
 
-#include <QHash>
 #include <QJsonArray>
 #include <QSet>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -99,24 +96,6 @@ std::vector<store::EntryLine> readLines(const QString& file) {
     return lines;
 }
 
-/// A line of the rescue file brings its text back and destroys none: a number that is taken, in the diary or by an
-/// earlier line, becomes the next one.
-void protectTakenNumbers(std::vector<store::EntryLine>& lines, const store::DiaryStore& store) {
-    if (std::none_of(lines.begin(), lines.end(), [](const store::EntryLine& line) { return line.isRescued; }))
-        return;
-    QHash<QString, QSet<int>> taken;
-    for (const store::EntryKey& key : store.AllEntryKeys())
-        taken[key.day].insert(key.number);
-    for (store::EntryLine& line : lines) {
-        store::Entry& entry = line.entry;
-        QSet<int>& ofDay = taken[entry.day];
-        // A line without a number may get any.
-        if (line.isRescued && entry.number != 0 && (ofDay.contains(0) || ofDay.contains(entry.number)))
-            entry.number = 0;
-        ofDay.insert(entry.number);
-    }
-}
-
 /// A change of the diary. When it is refused, nothing is lost and the rescue file needs no line of it.
 template <typename Change>
 auto orForget(store::RescueFile& rescue, Change change) {
@@ -131,22 +110,19 @@ auto orForget(store::RescueFile& rescue, Change change) {
 void put(Invocation& invocation) {
     const store::DiaryStore store = invocation.store();
     std::vector<store::EntryLine> lines = readLines(invocation.argument(0));
-    protectTakenNumbers(lines, store);
-    std::vector<store::Entry> entries;
     QStringList genres;
     QSet<QString> knownGenres;
-    for (store::EntryLine& line : lines) {
+    for (const store::EntryLine& line : lines) {
         if (!knownGenres.contains(line.entry.genre)) {
             knownGenres.insert(line.entry.genre);
             genres += line.entry.genre;
         }
-        entries.push_back(std::move(line.entry));
     }
     store::RescueFile rescue(invocation.session, invocation.clock);
     const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
     const auto keys = orForget(rescue, [&] {
-        return store.SaveEntries(std::move(entries), times,
-                                 [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"上書き"_s); });
+        return store.SaveLines(std::move(lines), times,
+                               [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"上書き"_s); });
     });
     QJsonArray json;
     std::vector<QStringList> rows;
