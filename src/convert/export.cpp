@@ -34,6 +34,17 @@ bool isWithin(const QString& file, const QString& folder) {
     return !folder.isEmpty() && !end.isEmpty() && file.startsWith(end + u'/');
 }
 
+/// Whether a file of this name, in small letters, is one of the program's in the folders of a user: settings, lists,
+/// logs, histories, and all that keeps texts or copies of the diary.
+bool isNameOfProgram(const QString& name) {
+    static const QStringList kEndings{u"ini"_s,     u"mdb"_s, u"csv"_s, u"json"_s, u"jsonl"_s,
+                                      u"damaged"_s, u"tmp"_s, u"bak"_s, u"log"_s,  u"lock"_s};
+    static const QStringList kHistories{u"urlhist.txt"_s, u"findhist.txt"_s};
+    // The engine's files beside the diary; the backups, numbered ones and their journals too.
+    const bool isOfDiary = name.startsWith(u"diary.mdb"_s) || name.startsWith(u"diarymdb."_s);
+    return isOfDiary || kHistories.contains(name) || kEndings.contains(core::GetFileExt(name));
+}
+
 /// A missing value is no text; weather and genre have words for that.
 QString textOr(const QString& value, const QString& whenMissing) {
     return value.isNull() ? whenMissing : value;
@@ -287,11 +298,10 @@ void clsExport::requireWritable(const QString& file) const {
 }
 
 bool clsExport::belongsToProgram(const QString& file) const {
-    static const QStringList kEndings{u"ini"_s, u"mdb"_s, u"csv"_s, u"json"_s, u"jsonl"_s, u"tmp"_s, u"bak"_s};
     if (platform::isSameFile(QFileInfo(file).path(), m_session.MyPath) || isWithin(file, formatFolder(m_session)))
         return true;
     const bool isOurs = isWithin(file, m_session.UserPath) || isWithin(file, m_session.DataPath);
-    return isOurs && kEndings.contains(core::GetFileExt(file).toLower());
+    return isOurs && isNameOfProgram(core::GetFileName(file).toLower());
 }
 
 void clsExport::WriteEntry(const QString& format, const platform::WriteBytes& file, const clsHTML2TEXT& converter,

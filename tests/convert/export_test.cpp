@@ -504,8 +504,26 @@ TEST_F(Export, NoFileOfTheProgramOrOfTheUsersSettingsIsReplaced) {
     const QString data = session.DataPath;
     putFormat(u"mine.txt"_s, "mine");
     QStringList refused{path(u"HTML2TXT.ini"_s), path(u"readme"_s), formats + u"HTML.ini"_s, formats + u"other.log"_s};
-    for (const char* name : {"a.ini", "a.MDB", "Genre.csv", "a.json", "rescue.jsonl", "upload.tmp", "diarymdb.bak",
-                             "Customize/Customize.ini"})
+    for (const char* name : {"a.ini",
+                             "a.MDB",
+                             "Genre.csv",
+                             "a.json",
+                             "rescue.jsonl",
+                             "upload.tmp",
+                             "diarymdb.bak",
+                             "Customize/Customize.ini",
+                             "rescue.damaged",
+                             "upload.log",
+                             "upload.lock",
+                             "diarymdb.bak.1",
+                             "diarymdb.bak.lock",
+                             "diarymdb.replaced.bak",
+                             "diarymdb.replaced-2.bak-journal",
+                             "diary.mdb-wal",
+                             "Diary.mdb-shm",
+                             "diary.mdb-journal",
+                             "URLHist.txt",
+                             "findhist.txt"})
         refused += data + QString::fromLatin1(name);
     const QStringList allowed{data + u"a.txt"_s, data + u"a.htm"_s, data + u"folder/a.dat"_s, out(u"a.csv"_s)};
     ASSERT_TRUE(QDir(data).mkdir(u"folder"_s));
