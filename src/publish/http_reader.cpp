@@ -1,5 +1,6 @@
 #include "publish/http_reader.h"
 
+#include "publish/internet.h"
 #include "publish/internet_number.h"
 #include "publish/proxy.h"
 #include "publish/tls_fault.h"
@@ -107,7 +108,7 @@ void HttpReader::close() {
 /// Behind a transfer that did not end well, or has brought no whole head.
 bool HttpReader::failed() {
     if (m_isRefused)
-        return fail(kRedirectionRefused, u"暗号化した接続から、暗号化しない接続への転送には応じません。"_s);
+        return fail(kRedirectionRefused, kNoWayOutOfEncryption);
     if (m_run.result() == CURLE_OK)
         return fail(kConnectionAborted);
     if (const std::optional<TlsFault> fault = tlsFault(m_run, m_host))

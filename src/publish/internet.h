@@ -69,6 +69,10 @@ public:
     virtual void traceTo(Trace trace) = 0;
 };
 
+/// Why an encrypted connection is not left for another one.
+inline const QString kNoWayOutOfEncryption =
+    QStringLiteral("暗号化した接続から、暗号化しない接続への転送には応じません。");
+
 // Numbers of `lastError` that the routines ask for themselves.
 inline constexpr int kNoMoreFiles = 18;
 inline constexpr int kExtendedError = 12003;

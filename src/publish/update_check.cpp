@@ -26,6 +26,11 @@ const QString kArchivesFile = u"update.lst"_s; ///< the names of the archives th
 const QString kUpdater = u"VellUpdater.exe"_s;
 const QString kUpdaterCopy = u"VellUpTmp.exe"_s;
 
+/// Who reads an offer that nobody on the line could have written trusts the archive as well.
+bool isEncrypted(const QString& address) {
+    return address.startsWith("https:"_L1, Qt::CaseInsensitive);
+}
+
 } // namespace
 
 UpdateCheck::UpdateCheck(const core::Session& session, Internet& internet, platform::Desk& desk, UpdateCalls calls)
@@ -40,6 +45,7 @@ UpdateResult UpdateCheck::MnuUpdateCheck() {
         m_calls.stopBrowser();
     m_desk.navigate(core::ReadIni(inHome(u"endpoints.ini"_s), keys::kMakerSoftware));
     m_isLaunched = false;
+    m_refusal.clear();
     UpdateResult result;
     try {
         result = check();
@@ -133,6 +139,11 @@ std::optional<UpdateCheck::Offer> UpdateCheck::readOffer() const {
 bool UpdateCheck::fetchArchive(const Offer& offer) {
     if (!mayBeSaved(offer.fileName))
         return false;
+    if (isEncrypted(updateFolder()) && !isEncrypted(offer.url)) {
+        m_refusal = kNoWayOutOfEncryption;
+        m_desk.status(m_refusal);
+        return false;
+    }
     if (m_download.DownloadHTTP(offer.url, inHome(offer.fileName), DownloadMode::Binary, ShowProgress::Yes) == 0)
         return false;
     rememberArchive(offer.fileName);
@@ -195,7 +206,7 @@ void UpdateCheck::tellNoOffer() {
 
 UpdateResult UpdateCheck::refuse(const QString& text) {
     m_desk.message(MessageKind::Critical, text);
-    const QString& error = m_download.networkError();
+    const QString& error = m_refusal.isEmpty() ? m_download.networkError() : m_refusal;
     return {false, error.isEmpty() ? text : text + u' ' + error};
 }
 

@@ -68,6 +68,7 @@ private:
     UpdateCalls m_calls;
     DownloadHttp m_download;
     bool m_isLaunched = false;
+    QString m_refusal; ///< of an address that is not asked for
 };
 
 } // namespace velloria::publish

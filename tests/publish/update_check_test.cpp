@@ -284,6 +284,35 @@ TEST_F(Update, ANameThatCouldTouchAnotherFileIsAFailedDownload) {
     }
 }
 
+TEST_F(Update, AnEncryptedOfferOfAnArchiveThatIsNotEncryptedIsRefused) {
+    for (const QString& address : {u"http://maker/v.lzh"_s, u"HTTP://maker/v.lzh"_s, u"//maker/v.lzh"_s}) {
+        setEndpoint(keys::kMakerUpdateFolder, u"HTTPS://maker/up/"_s);
+        web.files[u"HTTPS://maker/up/update.txt"_s] = {"[Release]\r\nversion=2.2.1\r\nFileName=v.lzh\r\nURL_Full=" +
+                                                       address.toLatin1()};
+        web.files[address] = {"archive"};
+        shown.answers = {u"yes"_s};
+        const publish::UpdateResult result = check();
+        EXPECT_FALSE(result.isDone);
+        EXPECT_TRUE(result.reason.contains(u"暗号化した接続から、暗号化しない接続への転送には応じません。"_s));
+        EXPECT_EQ(boxLines(), (QStringList{kOffered.arg(u"yes"_s, u"2.2.1"_s), kFailed})) << address.toStdString();
+        EXPECT_EQ(lines(u"> url "_s).size(), 1) << "the archive is not asked for";
+        EXPECT_FALSE(exists(path(u"v.lzh"_s)));
+        expectEnding();
+    }
+}
+
+TEST_F(Update, AnEncryptedArchiveMayStandInAnyOffer) {
+    for (const QString& folder : {u"https://maker/up/"_s, u"http://maker/up/"_s}) {
+        setEndpoint(keys::kMakerUpdateFolder, folder);
+        web.files[folder + u"update.txt"_s] = {
+            "[Release]\r\nversion=2.2.1\r\nFileName=v.lzh\r\nURL_Full=Https://maker/v.lzh"};
+        web.files[u"Https://maker/v.lzh"_s] = {"archive"};
+        shown.answers = {u"yes"_s};
+        check();
+        EXPECT_EQ(bytesOf(path(u"v.lzh"_s)), "archive");
+    }
+}
+
 TEST_F(Update, ANameOnceSavedIsNoExcuseForAnotherKind) {
     writeFile(path(u"update.lst"_s), "Chimer.dll\r\n");
     writeFile(path(u"Chimer.dll"_s), "mine");
