@@ -4,6 +4,7 @@
 #include "core/session.h"
 #include "core/upload_list.h"
 #include "platform/clock.h"
+#include "platform/directory.h"
 #include "publish/ftp_folders.h"
 #include "publish/progress_view.h"
 #include "publish/upload_log.h"
@@ -12,6 +13,7 @@
 #include "store/site_files.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 
 namespace velloria::publish {
@@ -86,7 +88,8 @@ private:
     QString localFile(const core::UploadRow& row);
     /// A registered file below the folder of the last row read; one that is missing there is first copied from
     /// `dataFolder`.
-    QString localPart(const QString& dataFolder, const QString& name) const;
+    QString localPart(const QString& dataFolder, const QString& name);
+    platform::FolderNames& partsBelow(const QString& folder);
     void showAndPump(const QString& text);
     void showAndPump(const QString& title, const QString& text);
     /// Lets other commands run. Throws Failure when the program is about to end.
@@ -108,6 +111,7 @@ private:
     store::FileRegister m_files;
     store::SiteFiles m_siteFiles;
 
+    std::map<QString, platform::FolderNames> m_parts; ///< "DiaryParts" below each folder that was asked for
     UploadSettings m_settings;
     std::optional<UploadLog> m_log;
     bool m_isHtmlOnly = false;

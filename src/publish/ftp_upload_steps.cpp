@@ -50,16 +50,23 @@ QString FtpUpload::localFile(const core::UploadRow& row) {
     return platform::existingPath(m_lastFolder + m_lastName);
 }
 
-QString FtpUpload::localPart(const QString& dataFolder, const QString& name) const {
-    const QString folder = platform::existingPath(m_lastFolder + u"DiaryParts"_s);
-    const QString part = folder + core::nativeSeparator() + name;
+QString FtpUpload::localPart(const QString& dataFolder, const QString& name) {
+    platform::FolderNames& site = partsBelow(m_lastFolder);
     // Saving the site copies the files of its month alone: one of another month is still in the data folder only.
-    const QString source = platform::existingPath(dataFolder + u"DiaryParts"_s + core::nativeSeparator() + name);
-    if (!m_lastFolder.isEmpty() && !platform::fileExists(part) && platform::fileExists(source)) {
-        platform::makeFolder(folder);
-        platform::copyFile(source, part);
+    const platform::FolderNames& data = partsBelow(dataFolder);
+    if (!m_lastFolder.isEmpty() && !site.hasFile(name) && data.hasFile(name)) {
+        const QString part = site.path(name);
+        platform::makeFolder(core::GetParentFolder(part));
+        platform::copyFile(data.path(name), part);
+        site.add(name);
     }
-    return platform::existingPath(part);
+    return site.path(name);
+}
+
+/// Each folder is listed once a run, however many of its files are missing.
+platform::FolderNames& FtpUpload::partsBelow(const QString& folder) {
+    return m_parts.try_emplace(folder, platform::existingPath(folder + u"DiaryParts"_s) + core::nativeSeparator())
+        .first->second;
 }
 
 void FtpUpload::showAndPump(const QString& text) {

@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "platform/file_write.h"
 #include "publish/upload_home.h"
+#include "support/patience.h"
 
 #include <QDir>
 
@@ -370,6 +371,24 @@ TEST_F(FtpUpload, AFileThatOnlyTheDataFolderHasIsCopiedToTheSiteFirst) {
     EXPECT_EQ(bytesOf(logFolder() + u"DiaryParts/b.gif"_s), "log");
     EXPECT_EQ(server.files().value(u"/pub/DiaryParts/a.gif"_s), "current");
     EXPECT_EQ(server.files().value(u"/pub/DiaryLog/DiaryParts/b.gif"_s), "log");
+}
+
+TEST_F(FtpUpload, ManyFilesThatTheSiteLacksCostNoListingEach) {
+    constexpr int kThere = 20'000;
+    constexpr int kMissing = 300;
+    addPage(u"index.htm"_s);
+    QDir().mkpath(session.FilePath + u"DiaryParts"_s);
+    for (int i = 0; i < kThere; ++i)
+        ASSERT_TRUE(QFile(session.FilePath + u"DiaryParts/there%1.gif"_s.arg(i)).open(QIODevice::WriteOnly));
+    for (int i = 0; i < kMissing; ++i) {
+        const QString name = u"part%1.gif"_s.arg(i);
+        addRow(name);
+        writeFile(session.DataPath + u"DiaryParts/"_s + name, "x");
+    }
+    const double start = processorSeconds();
+    EXPECT_TRUE(run().isDone);
+    EXPECT_LT(processorSeconds() - start, 20);
+    EXPECT_EQ(server.files().size(), kMissing + 1);
 }
 
 TEST_F(FtpUpload, TheSitesOwnCopyIsNotReplaced) {
