@@ -2,10 +2,13 @@
 
 #include "desktop/clipboard.h"
 
+#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMimeData>
 
 #include <limits>
 
@@ -66,6 +69,22 @@ void LineBox::inputMethodEvent(QInputMethodEvent* event) {
     m_preedit = event->preeditString();
     if (m_preedit.isEmpty() || !event->commitString().isEmpty())
         checkText();
+}
+
+void LineBox::keyPressEvent(QKeyEvent* event) {
+    if (!event->matches(QKeySequence::Paste)) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    pasteText();
+}
+
+/// The toolkit's own paste takes U+FEFF in front for a file's signature.
+void LineBox::pasteText() {
+    const QMimeData* copied = QGuiApplication::clipboard()->mimeData();
+    if (copied && !isReadOnly())
+        insert(textOf(*copied));
 }
 
 void LineBox::dragEnterEvent(QDragEnterEvent* event) {

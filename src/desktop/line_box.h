@@ -5,7 +5,8 @@
 
 namespace velloria::desktop {
 
-/// Line breaks that are pasted or set become blanks. Text may be dropped on it, a file may not: its address is no text.
+/// Line breaks that are pasted or set become blanks, any other character is what it was. Text may be dropped on it, a
+/// file may not: its address is no text.
 class LineBox : public QLineEdit {
     Q_OBJECT
 public:
@@ -22,11 +23,13 @@ Q_SIGNALS:
 
 protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
 
 private:
     void checkText();
+    void pasteText();
 
     QString m_seen;
     QString m_preedit;

@@ -47,12 +47,17 @@ TEST_F(Clipboard, ATextOfAnotherProgramKeepsAMarkInFront) {
         data->setData(u"text/plain"_s, utf8);
         QGuiApplication::clipboard()->setMimeData(data);
     };
+    clickDay(6);
     for (const QString& text : {u"\uFEFFa"_s, u"a\uFEFF"_s, u"日"_s}) {
         copyBytes(text.toUtf8());
         EXPECT_EQ(desktop::clipboardText(), text);
         pane().setText(u""_s);
         pane().paste();
         EXPECT_EQ(pane().text(), text);
+        title().setText(u"old"_s);
+        title().selectAll();
+        QTest::keyClick(&title(), Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(title().text(), text);
     }
 }
 

@@ -7,6 +7,8 @@
 #include "site/site_keys.h"
 
 #include <QCheckBox>
+#include <QClipboard>
+#include <QMimeData>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +43,16 @@ protected:
         return viewer() && isShown() ? textOf(*viewer()) : QString();
     }
 };
+
+TEST_F(Find, TheWordThatIsPastedIsTheOneThatWasCopied) {
+    auto* data = new QMimeData;
+    data->setData(u"text/plain;charset=utf-8"_s, u"\uFEFFword"_s.toUtf8());
+    data->setData(u"text/plain"_s, u"\uFEFFword"_s.toUtf8());
+    QGuiApplication::clipboard()->setMimeData(data);
+    open();
+    QTest::keyClick(&line(u"txtFindWord"_s), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(line(u"txtFindWord"_s).text(), u"\uFEFFword"_s);
+}
 
 TEST_F(Find, StartsWithTheWordAloneSwitchedOn) {
     open();
