@@ -2,6 +2,7 @@
 
 #include "platform/descriptor.h"
 #include "platform/failure.h"
+#include "platform/waiting.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,7 +16,6 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -291,19 +291,19 @@ FolderLock::FolderLock(const QString& folder)
     : m_descriptor(::open(folder.isEmpty() ? "." : QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC)) {
     if (m_descriptor < 0)
         refuse(u"フォルダを開けません。"_s, folder, errno);
-    using namespace std::chrono_literals;
-    const auto end = std::chrono::steady_clock::now() + kLockPatience;
+    const auto begin = std::chrono::steady_clock::now();
     while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
         if (errno == EINTR)
             continue;
         if (errno != EWOULDBLOCK)
             break; // some network disks know no locks: one writer at a time is then the user's own care
-        if (std::chrono::steady_clock::now() >= end) {
+        const auto waited =
+            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+        if (waited >= kLockPatience || !waitOn(u"フォルダ「%1」は他のプログラムが使用中です。"_s.arg(folder), waited)) {
             ::close(m_descriptor);
             throw Failure(u"フォルダは使用中です。"_s, folder, u"他のプログラムが処理を終えていません"_s,
                           u"そのプログラムを終了してから、もう一度実行してください。"_s);
         }
-        std::this_thread::sleep_for(10ms);
     }
 }
 

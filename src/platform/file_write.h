@@ -56,7 +56,8 @@ void removeFile(const QString& file);
 /// Holds an advisory lock on a folder for its life, so that two programs change one of its files in turn.
 class FolderLock {
 public:
-    /// Waits five seconds for the other program. Throws Failure, which names the folder, when it then still is in use.
+    /// Waits five seconds for the other program, as long as nobody gives the wait up. Throws Failure, which names the
+    /// folder, when it then still is in use.
     explicit FolderLock(const QString& folder);
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;

@@ -1,8 +1,11 @@
 // The windows while another program holds the diary.
+#include "core/ini.h"
 #include "desktop/command.h"
 #include "desktop/qt_desk.h"
 #include "desktop/wait_box.h"
 #include "editor_home.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
 #include "store/sqlite/connection.h"
 
 #include <QElapsedTimer>
@@ -69,6 +72,35 @@ TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
     EXPECT_TRUE(wasShown);
     EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
+}
+
+TEST_F(LockedDiary, AFolderInUseLetsTheWindowsPaintAsWell) {
+    Drawn drawn(&top());
+    drawn.resize(20, 20);
+    drawn.show();
+    settle();
+    const int before = drawn.times;
+    QTimer painter;
+    QObject::connect(&painter, &QTimer::timeout, &drawn, qOverload<>(&QWidget::update));
+    painter.start(20);
+    std::optional<platform::FolderLock> other(std::in_place, session.UserPath);
+    QTimer::singleShot(300, [&] { other.reset(); });
+    core::WriteIni(session.DiaryIniFile, u"S"_s, u"k"_s, u"v"_s);
+    EXPECT_FALSE(other.has_value());
+    EXPECT_GT(drawn.times, before + 2);
+    EXPECT_EQ(core::ReadIni(session.DiaryIniFile, u"S"_s, u"k"_s), u"v"_s);
+}
+
+TEST_F(LockedDiary, AFolderInUseIsNamedInABoxThatCanBeLeft) {
+    const platform::FolderLock other(session.UserPath);
+    QElapsedTimer timer;
+    timer.start();
+    whenShown<QMessageBox>([this](QMessageBox& box) {
+        EXPECT_TRUE(box.text().contains(session.UserPath)) << box.text().toStdString();
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_THROW(platform::FolderLock{session.UserPath}, platform::Failure);
+    EXPECT_LT(timer.elapsed(), 4000);
 }
 
 TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
