@@ -6,6 +6,9 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <memory>
+#include <vector>
+
 namespace velloria::platform {
 class Waiting;
 }
@@ -13,7 +16,8 @@ class Waiting;
 namespace velloria::desktop {
 
 /// While this lives, a wait does not freeze the windows: they paint, and a wait that lasts shows a box with which it
-/// can be left. Input waits for the end of a short wait and goes to the box of a long one.
+/// can be left, by its button or by Escape. Input waits for the end of a short wait. In a long one the box has the
+/// mouse; what is typed goes to where the keyboard was, once the command is done.
 class WaitBox : public QObject {
     Q_OBJECT
 public:
@@ -27,9 +31,15 @@ protected:
 
 private:
     void serve(platform::Waiting& waiting);
+    bool isTypedAhead(const QObject& watched, const QEvent& event) const;
+    void handOver();
 
     QPointer<QMessageBox> m_box; ///< goes with the window that it stands over
     QTimer m_end;                ///< nobody tells the end of a wait: no more events come
+    QPointer<QWidget> m_writer;  ///< had the keyboard when the box came
+    std::vector<std::unique_ptr<QEvent>> m_typed;
+    QTimer m_handOver;
+    int m_depth = 0; ///< of the waits that are served
 };
 
 } // namespace velloria::desktop

@@ -74,6 +74,33 @@ TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
 }
 
+TEST_F(LockedDiary, WhatIsTypedInALongWaitReachesTheTextBehindIt) {
+    clickPane();
+    QTimer::singleShot(800, [&] {
+        ASSERT_TRUE(waitBox());
+        QWidget* keyboard = waitBox()->focusWidget();
+        QTest::keyClicks(keyboard ? keyboard : waitBox(), u"a b"_s);
+        QTest::keyClick(keyboard ? keyboard : waitBox(), Qt::Key_Return);
+        QTest::keyClicks(keyboard ? keyboard : waitBox(), u"c"_s);
+    });
+    QTimer::singleShot(1200, [&] { release(); });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_EQ(rows(), QStringList{u"1title"_s}) << "a blank must not press the button";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return pane().text() == u"a b\r\nc"_s; })) << pane().text().toStdString();
+    EXPECT_TRUE(isSavable()) << "it is not in the diary yet";
+}
+
+TEST_F(LockedDiary, WhatIsTypedAheadOfARefusalReachesTheTextToo) {
+    clickPane();
+    expectedFailures = 1;
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        QTest::keyClicks(&box, u"ab"_s);
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    clickTool(u"SaveToMDBOnly"_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return pane().text() == u"ab"_s; })) << pane().text().toStdString();
+}
+
 TEST_F(LockedDiary, AFolderInUseLetsTheWindowsPaintAsWell) {
     Drawn drawn(&top());
     drawn.resize(20, 20);
