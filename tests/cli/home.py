@@ -18,7 +18,6 @@ if "VELLORIA_PROGRAM" not in os.environ:
 PROGRAM = os.path.abspath(os.environ["VELLORIA_PROGRAM"])
 CLI = os.path.join(PROGRAM, "velloria-cli")
 NOW = "2004/02/29 12:34:56"
-PATIENCE_SECONDS = 60   # for what comes at once on an idle machine
 
 
 def entry(day, title="t", **members):

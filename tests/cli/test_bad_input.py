@@ -13,7 +13,8 @@ import threading
 import time
 import unittest
 
-from home import CLI, PATIENCE_SECONDS, CliTest, entry, read, snapshot, write
+from home import CLI, CliTest, entry, read, snapshot, write
+from patience import PATIENCE_SECONDS
 
 BINARY = b"\x7fELF\x02\x01\x01\0\0\0" + bytes(range(256)) * 8
 READING = [["start"], ["entry", "list"], ["entry", "show", "2004/02/01"], ["entry", "days", "--month", "2004/02"],

@@ -14,7 +14,7 @@ import tempfile
 import time
 import unittest
 
-from home import PATIENCE_SECONDS
+from patience import PATIENCE_SECONDS
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ["VELLORIA_PROGRAM"]).resolve()

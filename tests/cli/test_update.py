@@ -9,7 +9,8 @@ import threading
 import time
 import unittest
 
-from home import PATIENCE_SECONDS, CliTest, read, snapshot, write
+from home import CliTest, read, snapshot, write
+from patience import PATIENCE_SECONDS
 
 HOST = "127.6.5.3"
 BUSY = "サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"

@@ -10,7 +10,8 @@ import unittest.mock
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "cli"))
 
-from home import PATIENCE_SECONDS, CliTest, PROGRAM, read  # noqa: E402
+from home import CliTest, PROGRAM, read  # noqa: E402
+from patience import PATIENCE_SECONDS  # noqa: E402
 
 
 def waits(condition, seconds=PATIENCE_SECONDS):
@@ -162,9 +163,8 @@ class Program(ProgramTest):
         program = self.start()
         self.assertTrue(waits(lambda: subprocess.run(
             ["xdotool", "search", "--onlyvisible", "--name", "^Velloria$"], capture_output=True).returncode == 0))
-        time.sleep(1)
-        self.do("key", "Return")
-        program.communicate(timeout=PATIENCE_SECONDS)
+        # The box takes keys a little after it is seen.
+        self.assertTrue(waits(lambda: self.do("key", "Return") or program.poll() is not None))
         self.assertEqual(program.returncode, 1)
         self.assertEqual(read(self.database), b"no diary")
 

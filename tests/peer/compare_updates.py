@@ -6,7 +6,6 @@ Compared are the events, the exit code, the files in the program's folder and wh
 any difference.
 """
 
-import argparse
 import gzip
 import json
 import os
@@ -15,7 +14,6 @@ import re
 import shutil
 import socketserver
 import subprocess
-import sys
 import tempfile
 import threading
 import time
@@ -23,7 +21,9 @@ import time
 from compare_sites import put_file
 from peer_text import Profile, encode_page
 from peer_update import VERSION, Page, Run
-from seeds import Difference
+from seeds import Difference, main
+
+from patience import PATIENCE_SECONDS    # seeds knows the way there
 
 HOST = "127.6.5.4"
 UPDATER = b'#!/bin/sh\necho ran > "${0%/*}/mark"\n'
@@ -227,7 +227,7 @@ class Trial:
             raise Difference(f"update.txt lost {missing}")
 
     def wait_for(self, name):
-        until = time.monotonic() + 5
+        until = time.monotonic() + PATIENCE_SECONDS
         while not os.path.exists(os.path.join(self.home, name)):
             if time.monotonic() > until:
                 raise Difference(f"{name} did not come")
@@ -256,26 +256,21 @@ def program_events(text):
     return events
 
 
-def main():
-    parser = argparse.ArgumentParser(description="Compares the check for a newer program with the second one.")
-    parser.add_argument("--cli", required=True, help="the command line tool")
-    parser.add_argument("--factory", required=True, help="folder of the factory files")
-    parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
-    options = parser.parse_args()
-    first, _, last = options.seeds.partition(":")
-    seeds = range(int(first), int(last or first) + 1)
-    failed = 0
+def main_over_one_home():
     with tempfile.TemporaryDirectory(prefix="velloria-peer-") as root:
-        trial = Trial(options, os.path.realpath(root), Site())
-        for seed in seeds:
+        started = []
+
+        def run_seed(options, seed):
+            if not started:
+                started.append(Trial(options, os.path.realpath(root), Site()))
             try:
-                trial.compare(seed)
+                started[0].compare(seed)
+                return None
             except Difference as difference:
-                failed += 1
-                print(f"seed {seed}: {difference}", flush=True)
-    print(f"{len(seeds) - failed} passed, {failed} failed")
-    sys.exit(1 if failed else 0)
+                return str(difference)
+
+        main("Compares the check for a newer program with the second one.", run_seed)
 
 
 if __name__ == "__main__":
-    main()
+    main_over_one_home()

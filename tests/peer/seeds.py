@@ -31,7 +31,8 @@ def in_folder_of_its_own(options, seed, compare):
 
 
 def main(description, run_seed, reason_to_skip=lambda: None):
-    """run_seed(options, seed) gives None or what differs. Ends the program: 1 when a seed differed."""
+    """run_seed(options, seed) gives None or what differs. What runs has a home folder of its own. Ends the program: 1 when
+    a seed differed."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--cli", required=True, help="the command line tool")
     parser.add_argument("--factory", required=True, help="folder of the factory files")
@@ -43,10 +44,12 @@ def main(description, run_seed, reason_to_skip=lambda: None):
     first, _, last = options.seeds.partition(":")
     seeds = range(int(first), int(last or first) + 1)
     failed = 0
-    for seed in seeds:
-        difference = run_seed(options, seed)
-        if difference:
-            failed += 1
-            print(f"seed {seed}: {difference}", flush=True)
+    with tempfile.TemporaryDirectory(prefix="velloria-home-", ignore_cleanup_errors=True) as home:
+        take_home(home)
+        for seed in seeds:
+            difference = run_seed(options, seed)
+            if difference:
+                failed += 1
+                print(f"seed {seed}: {difference}", flush=True)
     print(f"{len(seeds) - failed} passed, {failed} failed")
     sys.exit(1 if failed else 0)

@@ -16,12 +16,12 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peer"))
 
+from patience import PATIENCE_SECONDS
 from upload_server import can_serve
 
 SERVERS = os.environ.get("VELLORIA_SERVERS", "")
 LOCK = "/tmp/velloria-servers.lock"  # the same for everybody, wherever their temporary files lie
 NOBODY = 65534
-PATIENCE_SECONDS = 20
 
 
 def require_servers():
