@@ -3,7 +3,7 @@
 
 #include "core/ini.h"
 #include "platform/file_write.h"
-#include "support/test_home.h"
+#include "store/diary_home.h"
 
 #include <QDir>
 
@@ -21,7 +21,7 @@ const QString kUpdateBox = u"plain: diary.mdbがアップデートされてい�
 const QString kDoneBox =
     u"plain: diary.mdbのアップデートは完了しました。\r\n念のためにVelloriaを再起動してください。"_s;
 
-class StartupDatabase : public TestHome {
+class StartupDatabase : public DiaryHome {
 protected:
     StartupDatabase() {
         write(u"2004/05/06"_s, u"dear"_s);
@@ -31,8 +31,6 @@ protected:
         core::WriteIni(session.DiaryIniFile, u"ALL"_s, u"DBVersion"_s, u"7"_s);
         desk.events = {};
     }
-    QString file() const { return session.databaseFile(); }
-    QString backup() const { return session.UserPath + u"diarymdb.bak"_s; }
     void setVersion(int version) { sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version)); }
     QString setting(const QString& section, const QString& key) const {
         return core::ReadIni(session.DiaryIniFile, section, key);

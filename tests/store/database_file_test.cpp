@@ -1,10 +1,9 @@
 #include "store/database_file.h"
 
 #include "platform/file_write.h"
-#include "store/sqlite/connection.h"
+#include "store/diary_home.h"
 #include "store/sqlite/statement.h"
 #include "support/disk_watch.h"
-#include "support/test_home.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,7 +13,6 @@
 
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -28,26 +26,11 @@ using store::GetDBVersion;
 using store::sqlite::Access;
 using store::sqlite::Connection;
 
-class DatabaseFile : public TestHome {
+class DatabaseFile : public DiaryHome {
 protected:
-    QString file() const { return session.databaseFile(); }
-    QString backup() const { return session.UserPath + u"diarymdb.bak"_s; }
     /// What lies in the user's folder and begins with "diary".
     QStringList names() const { return QDir(session.UserPath).entryList({u"diary*"_s}, QDir::Files, QDir::Name); }
 
-    /// A hot journal with half a change in the file, as a killed program leaves them.
-    void tear(const QString& database) const {
-        holdsInChild([&]() -> bool {
-            Connection connection(database, Access::ReadWrite);
-            connection.execute("PRAGMA cache_size = 2");
-            connection.execute("BEGIN IMMEDIATE");
-            connection.execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
-                               "INSERT INTO Contents (Day, Number, Contents) SELECT '2004/05/06', i, "
-                               "hex(randomblob(1000)) FROM n");
-            connection.execute("UPDATE DBInfo SET VersionInfo = 1");
-            ::_exit(0);
-        });
-    }
     /// What is not a diary, or no longer one.
     QList<QByteArray> noDiaries() const {
         const QByteArray whole = bytesOf(file());

@@ -2,8 +2,7 @@
 #include "store/database_file.h"
 
 #include "platform/file_write.h"
-#include "store/sqlite/connection.h"
-#include "support/test_home.h"
+#include "store/diary_home.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,7 +11,6 @@
 #include <thread>
 
 #include <sys/resource.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -23,38 +21,15 @@ using store::restoreDatabase;
 using store::sqlite::Access;
 using store::sqlite::Connection;
 
-const QString kDay = u"2004/05/06"_s;
-
-class Restoring : public TestHome {
+class Restoring : public DiaryHome {
 protected:
     Restoring() {
         write(kDay, u"old"_s);
         store::backUpDatabase(file(), backup());
         write(kDay, u"new"_s);
     }
-    QString file() const { return session.databaseFile(); }
-    QString backup() const { return session.UserPath + u"diarymdb.bak"_s; }
     QString kept(const QString& mark = u""_s) const {
         return session.UserPath + u"diarymdb.replaced%1.bak"_s.arg(mark);
-    }
-    QString titles(const QString& database) const {
-        QStringList titles;
-        for (const store::Entry& entry : store::DiaryStore(database, *clock).LoadDay(kDay))
-            titles.prepend(entry.title);
-        return titles.join(u' ');
-    }
-    /// A hot journal with half a change in the file, as a killed program leaves them.
-    static void tear(const QString& database) {
-        holdsInChild([&]() -> bool {
-            Connection connection(database, Access::ReadWrite);
-            connection.execute("PRAGMA cache_size = 2");
-            connection.execute("BEGIN IMMEDIATE");
-            connection.execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
-                               "INSERT INTO Contents (Day, Number, Contents) SELECT '2004/05/06', i + 2, "
-                               "hex(randomblob(1000)) FROM n");
-            connection.execute("UPDATE Contents SET Title = 'torn'");
-            ::_exit(0);
-        });
     }
     /// Moves the diary into another folder and leaves a link.
     QString moveBehindLink() const {

@@ -1,12 +1,11 @@
 // A change is on the disk when its operation returns, and nowhere when the disk refuses it at the last moment.
 #include "platform/file_write.h"
+#include "store/diary_home.h"
 #include "store/entry_import.h"
 #include "store/file_register.h"
 #include "store/log_register.h"
 #include "store/rescue_file.h"
-#include "store/sqlite/connection.h"
 #include "support/disk_watch.h"
-#include "support/test_home.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,19 +17,14 @@ using store::PublishTime;
 using store::sqlite::Access;
 using store::sqlite::Connection;
 
-const QString kDay = u"2004/05/06"_s;
-
-class Durability : public TestHome {
+class Durability : public ThreeEntries {
 protected:
     Durability() {
-        for (const QString& title : {u"a"_s, u"b"_s, u"c"_s})
-            write(kDay, title);
         sql(u"UPDATE Contents SET ImportMark = 'm' WHERE Number = 2"_s);
         sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('a.gif', 'ALL', 0)"_s);
         sql(u"INSERT INTO LogDB (LogMonth, LogFileName) VALUES ('2004/04', 'l.htm')"_s);
         sql(u"INSERT INTO Contents (Day, Number, Title) VALUES ('2004/05/07', 3, 'gap')"_s);
     }
-    QString file() const { return session.databaseFile(); }
     static Entry second() {
         Entry entry = entryOf(kDay, u"new"_s);
         entry.number = 2;

@@ -1,8 +1,7 @@
 #include "store/entry_import.h"
 
-#include "store/sqlite/connection.h"
+#include "store/diary_home.h"
 #include "support/disk_watch.h"
-#include "support/test_home.h"
 
 #include <QElapsedTimer>
 
@@ -15,10 +14,9 @@ namespace {
 
 using store::EntryImport;
 
-class EntriesFromOutside : public TestHome {
+class EntriesFromOutside : public DiaryHome {
 protected:
     QString titles() { return sqlValue(u"SELECT group_concat(Title) FROM (SELECT Title FROM Contents ORDER BY 1)"_s); }
-    QString file() const { return session.databaseFile(); }
 };
 
 TEST_F(EntriesFromOutside, AreThereForTheNextQuestionAndForOthersOnceSettled) {

@@ -1,10 +1,9 @@
 // A diary that comes from somebody else, or that another tool has had in its hands.
 #include "platform/file_write.h"
 #include "store/database_file.h"
+#include "store/diary_home.h"
 #include "store/entry_import.h"
 #include "store/file_register.h"
-#include "store/sqlite/connection.h"
-#include "support/test_home.h"
 
 #include <sqlite3.h>
 
@@ -15,8 +14,6 @@ namespace {
 
 using store::Entry;
 using store::PublishTime;
-
-const QString kDay = u"2004/05/06"_s;
 
 /// Another tool at work on the file, with nothing of the program's own care.
 class OtherTool {
@@ -35,20 +32,9 @@ private:
     sqlite3* m_handle = nullptr;
 };
 
-class ForeignDiary : public TestHome {
+class ForeignDiary : public ThreeEntries {
 protected:
-    ForeignDiary() {
-        for (const QString& title : {u"a"_s, u"b"_s, u"c"_s})
-            write(kDay, title);
-    }
-    QString file() const { return session.databaseFile(); }
-    QString titles(const QString& database) const {
-        store::sqlite::Connection connection(database, store::sqlite::Access::ReadOnly);
-        QStringList titles;
-        for (const Entry& entry : store::DiaryStore(database, *clock).LoadDay(kDay))
-            titles.prepend(entry.title);
-        return titles.join(u' ');
-    }
+    using ThreeEntries::titles;
     QString titles() const { return titles(file()); }
 };
 
