@@ -4,6 +4,7 @@
 #include "core/ini.h"
 #include "platform/file_write.h"
 #include "store/database_file.h"
+#include "support/disk_watch.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -11,7 +12,6 @@
 
 #include <future>
 #include <optional>
-#include <thread>
 
 #include <sys/stat.h>
 
@@ -112,8 +112,12 @@ TEST_F(Startup, ASecondOneChangesNothing) {
 TEST_F(Startup, ForTheFirstTimeWaitsForAnotherProgramThatMakesTheFiles) {
     makeFolder(path(u"UserData"_s));
     auto otherProgram = std::make_optional<platform::FolderLock>(path(u"UserData"_s));
+    const DiskWatch disk;
     auto result = std::async(std::launch::async, [&] { return start(); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    // Either it stands before the lock, or it has gone past it.
+    while (disk.lockRefusals() < 2 && result.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+    }
+    EXPECT_GE(disk.lockRefusals(), 2);
     EXPECT_FALSE(exists(user(u"diary.ini"_s)) || exists(user(u"diary.mdb"_s)));
     makeDiary(user(u"diary.mdb"_s), u"of the other"_s);
     writeFile(user(u"diary.ini"_s), "[ALL]\r\nSaveFileName=other.htm\r\nDataPath=" + user().toUtf8() + "\r\n");
