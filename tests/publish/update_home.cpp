@@ -1,6 +1,7 @@
 #include "publish/update_home.h"
 
 #include "platform/code_page.h"
+#include "support/patience.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
@@ -105,7 +106,6 @@ void UpdateHome::expectEnding() const {
 }
 
 QByteArray UpdateHome::waitFor(const QString& name) const {
-    constexpr int kPatienceMs = 5000;
     for (const QDeadlineTimer deadline(kPatienceMs); !deadline.hasExpired(); QThread::msleep(20)) {
         QFile file(path(name));
         if (file.open(QIODevice::ReadOnly) && file.size() > 0)

@@ -1,6 +1,7 @@
 #include "support/fault_server.h"
 
-#include <QCoreApplication>
+#include "support/patience.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QSaveFile>
@@ -27,19 +28,19 @@ FaultServer::FaultServer(Way way)
     on(u"features"_s, {});
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(u"python3"_s,
-                    {QStringLiteral(VELLORIA_FAULT_SERVER), host(), way == Way::Direct ? u"21"_s : u"proxy"_s,
+                    {QStringLiteral(VELLORIA_FAULT_SERVER), way == Way::Direct ? u"21"_s : u"proxy"_s,
                      m_folder.filePath(u"root"_s), m_folder.filePath(u"rules"_s), m_folder.filePath(u"log"_s)});
-    constexpr int kPatienceMs = 30000;
     while (!m_process.canReadLine() && m_process.waitForReadyRead(kPatienceMs)) {
     }
-    const QByteArray answer = m_process.readLine().trimmed();
-    m_isRunning = answer.startsWith("ready");
+    const QList<QByteArray> answer = m_process.readLine().trimmed().split(' ');
+    m_isRunning = answer.first() == "ready";
+    m_host = QString::fromLatin1(answer.value(1));
     if (way == Way::ThroughProxy) {
         for (const char* name : kExceptions) {
             m_exceptions += qgetenv(name);
             qunsetenv(name);
         }
-        qputenv("all_proxy", "socks5h://" + host().toLatin1() + ':' + answer.split(' ').last());
+        qputenv("all_proxy", "socks5h://" + m_host.toLatin1() + ':' + answer.value(2));
     }
 }
 
@@ -54,11 +55,6 @@ FaultServer::~FaultServer() {
     kill();
     std::error_code ignored; // the folder's own end can't name what is in there
     std::filesystem::remove_all(pathOf({}), ignored);
-}
-
-QString FaultServer::host() const {
-    const qint64 process = QCoreApplication::applicationPid();
-    return u"127.5.%1.%2"_s.arg(process / 250 % 250).arg(process % 250 + 1);
 }
 
 void FaultServer::kill() {

@@ -19,8 +19,8 @@ public:
     ~FaultServer();
 
     bool isRunning() const { return m_isRunning; }
-    /// An address of this process alone, so that tests may run side by side though the port is always the same.
-    QString host() const;
+    /// An address of this server alone, so that tests may run side by side though the port is always the same.
+    QString host() const { return m_host; }
 
     /// What a command brings from now on; see fault_server.py.
     void on(const QString& command, const QJsonValue& rule);
@@ -42,6 +42,7 @@ private:
 
     QTemporaryDir m_folder;
     QProcess m_process;
+    QString m_host;
     QJsonObject m_rules;
     Way m_way;
     QList<QByteArray> m_exceptions; ///< what the variables about the proxy said before

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""An FTP server that misbehaves on demand: fault_server.py ADDRESS PORT ROOT RULES LOG
+"""An FTP server that misbehaves on demand: fault_server.py PORT ROOT RULES LOG
 
 It serves ROOT. RULES is a JSON file that is read again for every command; a key is a command ("GREETING" for the start),
 a value says what happens instead of the right thing:
@@ -10,19 +10,21 @@ answer. "features" lists what FEAT tells, "pasv" the answer to PASV with another
 file with key and certificate: AUTH begins encryption then, and "clear" lets the files go without it all the same.
 LOG gets a line a connection and a command.
 
-PORT may be "proxy" for who must not open port 21: ADDRESS is reached through a SOCKS proxy then, on a port that stands
-behind "ready"."""
+Once it serves it says "ready" and its address, which no other server has at that time. PORT may be "proxy" for who must
+not open port 21: the address is reached through a SOCKS proxy then, on a port that stands behind it."""
 
+import errno
 import json
 import os
 import pathlib
+import random
 import socket
 import ssl
 import sys
 import threading
 import time
 
-address, port, root, rules_file, log_file = sys.argv[1:]
+port, root, rules_file, log_file = sys.argv[1:]
 root = os.fsencode(root)
 log_lock = threading.Lock()
 
@@ -286,7 +288,7 @@ def proxy(client):
     pass_on(client, target)
 
 
-def listen(port):
+def listen(address, port):
     listener = socket.socket()
     listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
     listener.bind((address, port))
@@ -300,11 +302,22 @@ def accept_all(listener, handler):
         threading.Thread(target=handler, args=(accepted,), daemon=True).start()
 
 
-listener = listen(0 if port == "proxy" else int(port))
+def listen_where_nobody_does(port):
+    for tries_left in reversed(range(1000)):    # somebody may hold the port on every address
+        number = random.randrange(250 * 250)
+        try:
+            return listen(f"127.5.{number // 250}.{number % 250 + 1}", port)
+        except OSError as error:
+            if error.errno != errno.EADDRINUSE or not tries_left:
+                raise
+
+
+listener = listen_where_nobody_does(0 if port == "proxy" else int(port))
+address = listener.getsockname()[0]
 if port == "proxy":
-    door = listen(0)
+    door = listen(address, 0)
     threading.Thread(target=accept_all, args=(door, proxy), daemon=True).start()
-    print("ready", door.getsockname()[1], flush=True)
+    print("ready", address, door.getsockname()[1], flush=True)
 else:
-    print("ready", flush=True)
+    print("ready", address, flush=True)
 accept_all(listener, serve)
