@@ -13,8 +13,6 @@
 
 namespace velloria::tests {
 
-constexpr int kPageTimeoutMs = kPatienceMs;
-
 /// Fixture. Pages lie in the data folder.
 class BrowserHome : public DesktopHome {
 protected:
@@ -45,11 +43,11 @@ protected:
         return begun.size() == 1 && view.history()->count() == shown + 1;
     }
     void waitForDocument() {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return browser().bDocumentComplete; }, kPageTimeoutMs));
+        ASSERT_TRUE(waitFor([this] { return browser().bDocumentComplete; }));
     }
 
     static QWebEngineView& viewOf(QWidget& window) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<QWebEngineView*>() != nullptr; }, kPageTimeoutMs));
+        EXPECT_TRUE(waitFor([&] { return window.findChild<QWebEngineView*>() != nullptr; }));
         return control<QWebEngineView>(window, QStringLiteral("WebBrowser"));
     }
 
@@ -61,14 +59,14 @@ protected:
             result = value;
             isDone = true;
         });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone; }, kPageTimeoutMs));
+        EXPECT_TRUE(waitFor([&] { return isDone; }));
         return result;
     }
     static QString textOf(QWidget& window) { return run(window, QStringLiteral("document.body.innerText")).toString(); }
 
     /// Waits until a script in the page gives true.
     static bool becomesTrue(QWidget& window, const QString& script) {
-        return QTest::qWaitFor([&] { return run(window, script).toBool(); }, kPageTimeoutMs);
+        return waitFor([&] { return run(window, script).toBool(); });
     }
 
     QComboBox& box(const QString& name) { return control<QComboBox>(browser(), name); }

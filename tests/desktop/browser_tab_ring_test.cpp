@@ -40,7 +40,7 @@ protected:
         for (const QString& name : others + QStringList{kBar.first()}) {
             QTest::keyClick(top().windowHandle(), key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
             path += name;
-            ASSERT_TRUE(QTest::qWaitFor([&] { return focusName() == name; }, kPatienceMs))
+            ASSERT_TRUE(waitFor([&] { return focusName() == name; }))
                 << path.join(u' ').toStdString() << ": it is " << focusName().toStdString();
         }
     }

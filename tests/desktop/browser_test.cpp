@@ -33,7 +33,7 @@ protected:
             .toDouble();
     }
     bool isAtMark(const QString& mark) {
-        return QTest::qWaitFor([&] { return std::abs(distanceOf(mark)) < 40; }, kPatienceMs);
+        return waitFor([&] { return std::abs(distanceOf(mark)) < 40; });
     }
     void press(int button) { control<QToolBar>(browser(), u"Toolbar1"_s).actions().at(button - 1)->trigger(); }
 };
@@ -81,7 +81,7 @@ TEST_F(Browser, ShowsTheManual) {
     QString text;
     viewOf(browser()).page()->runJavaScript(u"document.body.innerText"_s, QWebEngineScript::ApplicationWorld,
                                             [&](const QVariant& value) { text = value.toString(); });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return text.contains(u"日記"_s); }, kPageTimeoutMs)) << text.toStdString();
+    EXPECT_TRUE(waitFor([&] { return text.contains(u"日記"_s); })) << text.toStdString();
 }
 
 TEST_F(Browser, FindsAFileWhateverItsFolderIsCalled) {
@@ -276,8 +276,7 @@ TEST_F(Browser, LeavesAMarginBelowThePage) {
     browser().showChild();
     browser().place({0, 0, 600, 500});
     QWebEngineView& view = viewOf(browser());
-    QTest::qWait(50);
-    EXPECT_EQ(view.parentWidget()->height() - view.geometry().bottom() - 1, 28);
+    EXPECT_TRUE(waitFor([&] { return view.parentWidget()->height() - view.geometry().bottom() - 1 == 28; }));
     EXPECT_GE(view.width(), 400);
 }
 

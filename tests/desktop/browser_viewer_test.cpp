@@ -34,7 +34,7 @@ protected:
     }
     void click(const QString& element) { run(viewer(), element + u".click()"_s); }
     bool closes() {
-        return QTest::qWaitFor([this] { return !isOpen(); }, kPageTimeoutMs);
+        return waitFor([this] { return !isOpen(); });
     }
     QString place(const QString& section, const QString& key) {
         return core::ReadIni(session.DiaryIniFile, section, key);
@@ -98,7 +98,7 @@ TEST_F(Viewer, ReadsItsPageAnew) {
 TEST_F(Viewer, StartsAtItsOwnSizeAndKeepsAnother) {
     EXPECT_EQ(viewer().size(), QSize(480, 600));
     viewer().show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer(), kPatienceMs));
+    ASSERT_TRUE(becomesVisible(viewer()));
     viewer().setGeometry(30, 40, 500, 400);
     settle();
     viewer().close();
@@ -156,7 +156,7 @@ protected:
     }
     QString caption() { return context.windows.get<editor::frmContents>().windowTitle(); }
     bool opens(const QString& wanted) {
-        return QTest::qWaitFor([&] { return caption() == wanted; }, kPageTimeoutMs);
+        return waitFor([&] { return caption() == wanted; });
     }
 };
 
@@ -188,8 +188,7 @@ TEST_F(EntryViewer, OpensTheEntryWhoseDateIsClicked) {
     EXPECT_TRUE(isOpen());
     sql(u"DELETE FROM Contents WHERE Number = 1"_s);
     click(u"document.querySelectorAll('a[href^=\"event:\"]')[0]"_s);
-    EXPECT_TRUE(
-        QTest::qWaitFor([this] { return panel() == u"2003/05/06の1番目の日記は見つかりません。"_s; }, kPageTimeoutMs));
+    EXPECT_TRUE(waitFor([this] { return panel() == u"2003/05/06の1番目の日記は見つかりません。"_s; }));
 }
 
 TEST_F(EntryViewer, BearsTheStyleOfTheCustomizeSet) {

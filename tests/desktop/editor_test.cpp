@@ -112,7 +112,7 @@ TEST_F(Editor, EveryLoadEndsWithTheInsertToolsOffAlsoWhenTheWindowIsNotActive) {
     clickPane();
     QWidget other;
     other.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other, kPatienceMs));
+    ASSERT_TRUE(becomesVisible(other));
     other.activateWindow();
     ASSERT_TRUE(becomesActive(other));
     calendar().Calender_DateClick({2004, 5, 7});

@@ -149,7 +149,7 @@ TEST_F(Find, TheResultIsClosedByItsButton) {
     write(u"2004/05/06"_s, u"花"_s);
     findFor(u"花"_s);
     run(*viewer(), u"document.getElementsByName('Close')[0].click()"_s);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !viewer(); }, kPageTimeoutMs));
+    EXPECT_TRUE(waitFor([this] { return !viewer(); }));
 }
 
 TEST_F(Find, ALinkOfTheListLeadsToItsEntry) {

@@ -95,7 +95,7 @@ TEST_F(HouseStyle, FrameButtonsStandOutInEveryPalette) {
             child->resize(300, 200);
         }
         area.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&area));
+        ASSERT_TRUE(becomesVisible(area));
         area.tileSubWindows();
         area.setActiveSubWindow(children[0]);
         settle();
@@ -130,7 +130,7 @@ TEST_F(HouseStyle, FrameButtonsInTheMenuBarStandOutInEveryPalette) {
         QMdiSubWindow* child = area->addSubWindow(new QWidget);
         window.resize(600, 400);
         window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        ASSERT_TRUE(becomesVisible(window));
         child->showMaximized();
         settle();
         const QWidget* corner = window.menuBar()->cornerWidget(Qt::TopRightCorner);

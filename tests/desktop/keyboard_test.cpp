@@ -24,26 +24,15 @@ const QString kEscape = u"Escape"_s;
 
 class Keyboard : public RealKeys {
 protected:
-    template <class Window>
-    Window& shown() {
-        auto& window = context.windows.get<Window>();
-        window.showWindow();
-        EXPECT_TRUE(becomesActive(window));
-        settle();
-        return window;
-    }
-    template <class Control = QWidget>
-    static Control& control(QWidget& window, const QString& name) {
-        auto* found = window.findChild<Control*>(name);
-        if (!found)
-            throw std::runtime_error("no control " + name.toStdString());
-        return *found;
+    /// Waits until all of them are gone.
+    static bool hasNoDialog() {
+        return waitFor([] { return !QApplication::activeModalWidget(); });
     }
     /// A press of the button brings dialogs, each left by its key; then the window has the keyboard.
     void expectKept(QWidget& window, const QString& button, const QStringList& leaving) {
         leaveAll(leaving);
         pressAt(control(window, button), kSpace);
-        EXPECT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+        EXPECT_TRUE(hasNoDialog());
         expectKeysGoTo(window, window.objectName() + u"."_s + button);
     }
     /// Each key once there is a dialog that was not there before.
@@ -66,7 +55,7 @@ TEST_F(Keyboard, AfterTheFindWindowsComplaintItsWordIsTyped) {
     ASSERT_TRUE(becomesActive(*window));
     leaveNext(kEnter);
     press(kEnter);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    ASSERT_TRUE(hasNoDialog());
     ASSERT_TRUE(becomesActive(*window));
     for (const char* letter : {"a", "b", "c"})
         press(QLatin1StringView(letter));
@@ -75,13 +64,13 @@ TEST_F(Keyboard, AfterTheFindWindowsComplaintItsWordIsTyped) {
 }
 
 TEST_F(Keyboard, StaysWithTheImageMaker) {
-    auto& window = shown<editor::frmHTMLMakeImage>();
+    auto& window = shownWindow<editor::frmHTMLMakeImage>(context);
     expectKept(window, u"Btn_Open"_s, {kEscape});
     control<QLineEdit>(window, u"txt_FilePath"_s).setText(path(u"missing.gif"_s));
     control<QCheckBox>(window, u"chk_Resist"_s).setChecked(true);
     leaveNext(kEnter);
     pressAt(control(window, u"Btn_OK"_s), kSpace);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    ASSERT_TRUE(hasNoDialog());
     EXPECT_EQ(QApplication::activeWindow(), context.windows.find<editor::frmHTMLMakeImage>()
                                                 ? static_cast<QWidget*>(&window)
                                                 : static_cast<QWidget*>(&top()));
@@ -89,7 +78,7 @@ TEST_F(Keyboard, StaysWithTheImageMaker) {
 
 TEST_F(Keyboard, StaysWithTheFileRegister) {
     store::FileRegister(session.databaseFile()).AddFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
-    auto& window = shown<editor::frmResistFiles>();
+    auto& window = shownWindow<editor::frmResistFiles>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.gif"_s));
     expectKept(window, u"BtnResist"_s, {kEnter});
@@ -105,7 +94,7 @@ TEST_F(Keyboard, StaysWithTheFileRegister) {
 
 TEST_F(Keyboard, StaysWithTheLogRegister) {
     store::LogRegister(session.databaseFile()).AddLog({u"2004/04"_s, u"200404.htm"_s});
-    auto& window = shown<editor::frmResistLogs>();
+    auto& window = shownWindow<editor::frmResistLogs>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.htm"_s));
     control<QComboBox>(window, u"cmbMonth"_s).setCurrentIndex(3);
@@ -118,12 +107,12 @@ TEST_F(Keyboard, StaysWithTheLogRegister) {
     year.setText(u"x"_s);
     leaveNext(kEnter);
     pressAt(year, u"Tab"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !QApplication::activeModalWidget() && year.hasFocus(); }));
+    ASSERT_TRUE(waitFor([&] { return !QApplication::activeModalWidget() && year.hasFocus(); }));
     expectKeysGoTo(window, u"the year's complaint"_s);
 }
 
 TEST_F(Keyboard, StaysWithTheExport) {
-    auto& window = shown<convert::frmExport>();
+    auto& window = shownWindow<convert::frmExport>(context);
     control<QRadioButton>(window, u"optFormat_User"_s).setChecked(true);
     expectKept(window, u"Btn_OK"_s, {kEnter});
     control<QRadioButton>(window, u"optFormat_Text"_s).setChecked(true);
@@ -133,23 +122,23 @@ TEST_F(Keyboard, StaysWithTheExport) {
 }
 
 TEST_F(Keyboard, StaysWithTheLogMaker) {
-    auto& window = shown<site::frmSaveLog>();
+    auto& window = shownWindow<site::frmSaveLog>(context);
     control<QLineEdit>(window, u"txtMonth"_s).setText(u"1/2"_s);
     expectKept(window, u"btn_Save"_s, {kEnter});
 }
 
 TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
-    auto& window = shown<shell::frmDeleteImportDiary>();
+    auto& window = shownWindow<shell::frmDeleteImportDiary>(context);
     leaveNext(kEnter);
     pressAt(control(window, u"Btn_OK"_s), kSpace);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    ASSERT_TRUE(hasNoDialog());
     settle();
     QWidget* const left = context.windows.find<shell::frmDeleteImportDiary>();
     expectKeysGoTo(left ? *left : top(), u"frmDeleteImportDiary"_s);
 }
 
 TEST_F(Keyboard, StaysWithTheMakersThatBlock) {
-    auto& rule = shown<editor::frmHTMLMakeHR>();
+    auto& rule = shownWindow<editor::frmHTMLMakeHR>(context);
     leaveNext<QMessageBox>(kEnter);
     auto& width = control<QLineEdit>(rule, u"txtWidth"_s);
     width.selectAll();
@@ -161,13 +150,13 @@ TEST_F(Keyboard, StaysWithTheMakersThatBlock) {
     rule.reject();
     settle();
 
-    auto& list = shown<editor::frmHTMLMakeList>();
+    auto& list = shownWindow<editor::frmHTMLMakeList>(context);
     control<QRadioButton>(list, u"optTypeOL"_s).setChecked(true);
     auto& start = control<QLineEdit>(list, u"txtOLStart"_s);
     start.setText(u"x"_s);
     leaveNext<QMessageBox>(kEnter);
     pressAt(start, u"Tab"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return start.hasFocus(); }));
+    ASSERT_TRUE(waitFor([&] { return start.hasFocus(); }));
     expectKeysGoTo(list, u"the start's complaint"_s);
     list.reject();
     settle();
@@ -178,12 +167,12 @@ TEST_F(Keyboard, IsTheMainWindowsAgainBehindItsOwnBoxes) {
     press(u"End"_s);
     leaveNext(kEnter);
     press(u"ctrl+s"_s); // without a title
-    ASSERT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    ASSERT_TRUE(hasNoDialog());
     expectKeysGoTo(top(), u"the editor"_s);
 }
 
 TEST_F(Keyboard, IsTheMainWindowsAgainWhenTheWindowThatAskedIsGone) {
-    auto& window = shown<editor::frmFind>();
+    auto& window = shownWindow<editor::frmFind>(context);
     whenShown<QDialog>([&](QDialog& box) {
         EXPECT_TRUE(becomesActive(box));
         EXPECT_EQ(box.parentWidget(), &window);

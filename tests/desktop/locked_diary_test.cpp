@@ -70,7 +70,7 @@ TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
     });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_TRUE(wasShown);
-    EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
+    EXPECT_TRUE(waitFor([] { return !waitBox(); }));
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
 }
 
@@ -147,7 +147,7 @@ TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
     QTimer::singleShot(100, [&] { release(); });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
-    EXPECT_TRUE(QTest::qWaitFor([] { return !waitBox(); }));
+    EXPECT_TRUE(waitFor([] { return !waitBox(); }));
 }
 
 TEST_F(LockedDiary, WhatIsSaidBehindTheWaitStays) {

@@ -143,7 +143,7 @@ TEST_F(MainWindow, HandsTheCompanionUserAndPassword) {
     core::WriteIni(session.MyPath + u"velluser.ini"_s, u"taro"_s, core::keys::kUserPass, u"dcb"_s);
     session.UserID = u"taro"_s;
     press(u"mnuVellMemo"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return exists(program + u".words"_s); }, kPatienceMs));
+    EXPECT_TRUE(waitFor([&] { return exists(program + u".words"_s); }));
     EXPECT_EQ(bytesOf(program + u".words"_s), (session.MyPath + u"velluser.ini\ntaro\nabc\n"_s).toUtf8());
 }
 

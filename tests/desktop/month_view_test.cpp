@@ -20,7 +20,7 @@ protected:
         layout.addWidget(&other);
         window.resize(300, 300);
         window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, tests::kPatienceMs));
+        EXPECT_TRUE(tests::becomesVisible(window));
         window.activateWindow();
         EXPECT_TRUE(tests::becomesActive(window));
         view.setValue({2004, 5, 6});
@@ -216,7 +216,7 @@ TEST_F(Month, ThePrivateDayHasATip) {
     };
     EXPECT_EQ(hover({2004, 5, 20}), u"非公開"_s);
     QToolTip::hideText();
-    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+    EXPECT_TRUE(tests::waitFor([] { return !QToolTip::isVisible(); }));
     EXPECT_EQ(hover({2004, 5, 21}), u""_s);
     EXPECT_EQ(hover({2004, 5, 22}), u""_s);
 }

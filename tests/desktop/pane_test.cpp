@@ -21,7 +21,7 @@ protected:
     Pane() {
         pane.resize(300, 200);
         pane.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&pane, tests::kPatienceMs));
+        EXPECT_TRUE(tests::becomesVisible(pane));
         pane.activateWindow();
         EXPECT_TRUE(tests::becomesActive(pane));
         pane.setFocus();
@@ -348,7 +348,7 @@ protected:
         layout.addWidget(&line);
         box.addItems({u"1"_s, u"2"_s, u"3"_s});
         window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, tests::kPatienceMs));
+        EXPECT_TRUE(tests::becomesVisible(window));
         window.activateWindow();
         EXPECT_TRUE(tests::becomesActive(window));
     }

@@ -18,7 +18,7 @@ protected:
     publish::frmProgress& progress() { return context.windows.get<publish::frmProgress>(); }
     void display(const platform::ProgressWindow& shown) {
         progress().display(shown);
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&progress(), kPatienceMs));
+        EXPECT_TRUE(becomesVisible(progress()));
     }
     void displayText(const QString& shown, bool mayBeClosed = false) {
         display({{}, {}, shown, 1, 0, mayBeClosed, mayBeClosed});

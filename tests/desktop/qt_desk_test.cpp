@@ -66,7 +66,7 @@ TEST_F(QtDesk, ALongTextLeavesTheButtonOnTheScreen) {
     const QString text = u"読み込み完了!"_s + u"\r\n2004/05/06"_s.repeated(5000);
     bool isSeen = false;
     whenShown<QMessageBox>([&](QMessageBox& box) {
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&box, kPatienceMs));
+        EXPECT_TRUE(becomesVisible(box));
         const QAbstractButton& button = *box.button(QMessageBox::Ok);
         const QRect place(button.mapToGlobal(QPoint()), button.size());
         EXPECT_TRUE(box.screen()->geometry().contains(place)) << place.bottom();

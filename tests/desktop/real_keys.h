@@ -42,7 +42,7 @@ protected:
     void press(const QString& key) {
         const int before = spy.releases;
         begin({QStringLiteral("key"), key});
-        EXPECT_TRUE(QTest::qWaitFor([&] { return spy.releases > before; })) << key.toStdString();
+        EXPECT_TRUE(waitFor([&] { return spy.releases > before; })) << key.toStdString();
         settle();
     }
     /// Goes to the control as its window's own and presses a key there.

@@ -349,7 +349,7 @@ TEST_F(Registers, AWrongYearCallsTheFocusBack) {
         line(u"txtYear"_s).setText(year);
         desk.events = {};
         QTest::keyClick(&line(u"txtYear"_s), Qt::Key_Tab);
-        QTest::qWait(20);
+        settle();
         EXPECT_EQ(boxes(), text.isEmpty() ? QStringList() : QStringList{u"critical: "_s + text}) << year.toStdString();
         EXPECT_EQ(line(u"txtYear"_s).hasFocus(), !text.isEmpty());
     }
@@ -363,12 +363,12 @@ TEST_F(Registers, AWrongYearIsTestedOnceAndNotOnTheWayOut) {
     line(u"txtYear"_s).setFocus();
     desk.events = {};
     press(u"BtnResist"_s);
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(boxes().size(), 1);
     EXPECT_TRUE(items().isEmpty());
     EXPECT_TRUE(line(u"txtYear"_s).hasFocus());
     press(u"BtnClose"_s);
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(boxes().size(), 1);
     EXPECT_FALSE(context.windows.find<frmResistLogs>());
 }

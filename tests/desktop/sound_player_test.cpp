@@ -1,14 +1,13 @@
 #include "desktop/sound_player.h"
 
-#include "support/patience.h"
 #include "support/print.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <fstream>
 
@@ -47,7 +46,7 @@ protected:
     static void play(desktop::SoundPlayer& player, const QString& file) { player.execute(u"Play \"%1\""_s.arg(file)); }
     static QProcess* processOf(const desktop::SoundPlayer& player) { return player.findChild<QProcess*>(); }
     static bool ends(const QProcess& process) {
-        return QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, kPatienceMs);
+        return waitFor([&] { return process.state() == QProcess::NotRunning; });
     }
 
     QTemporaryDir folder;
@@ -120,8 +119,7 @@ TEST_F(SoundPlayer, GivesWayToTheNextSoundAndEndsWithTheDiary) {
         bool hasEnded = false;
         QObject::connect(first, &QProcess::finished, [&] { hasEnded = true; });
         play(player, file);
-        EXPECT_TRUE(
-            QTest::qWaitFor([&] { return hasEnded && player.findChildren<QProcess*>().size() == 1; }, kPatienceMs));
+        EXPECT_TRUE(waitFor([&] { return hasEnded && player.findChildren<QProcess*>().size() == 1; }));
         ASSERT_TRUE(processOf(player)->waitForStarted());
         last = processOf(player)->processId();
         EXPECT_TRUE(QFile::exists(u"/proc/%1"_s.arg(last)));

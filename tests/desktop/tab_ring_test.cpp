@@ -52,16 +52,8 @@ protected:
         EXPECT_EQ(walk(window, Qt::Key_Backtab).join(u' '), backwards.join(u' '));
     }
     template <class Window>
-    Window& shown() {
-        auto& window = context.windows.get<Window>();
-        window.showWindow();
-        EXPECT_TRUE(becomesActive(window));
-        settle();
-        return window;
-    }
-    template <class Window>
     void expectRingOf(const QStringList& order) {
-        auto& window = shown<Window>();
+        auto& window = shownWindow<Window>(context);
         expectRing(window, order);
         window.reject();
         settle();

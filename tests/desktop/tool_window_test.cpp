@@ -26,23 +26,13 @@ public:
         : ToolWindow(context, u"Blocking"_s, Blocks::MainWindow) {}
 };
 
-class ToolWindow : public EditorHome {
-protected:
-    template <class Window>
-    Window& shown() {
-        auto& window = context.windows.get<Window>();
-        window.showWindow();
-        EXPECT_TRUE(becomesActive(window));
-        settle();
-        return window;
-    }
-};
+class ToolWindow : public EditorHome {};
 
 TEST_F(ToolWindow, IsOneOfAKindAndComesToTheFrontWhenCalledAgain) {
-    auto& first = shown<Beside>();
+    auto& first = shownWindow<Beside>(context);
     top().activateWindow();
     EXPECT_TRUE(becomesActive(top()));
-    EXPECT_EQ(&shown<Beside>(), &first);
+    EXPECT_EQ(&shownWindow<Beside>(context), &first);
     EXPECT_TRUE(becomesActive(first));
 }
 
@@ -51,14 +41,14 @@ TEST_F(ToolWindow, IsDestroyedHoweverItCloses) {
                                                   [](QDialog& window) { QTest::keyClick(&window, Qt::Key_Escape); },
                                                   [](QDialog& window) { window.accept(); }};
     for (const auto& leave : ways) {
-        leave(shown<Beside>());
+        leave(shownWindow<Beside>(context));
         settle();
         EXPECT_EQ(context.windows.find<Beside>(), nullptr);
     }
 }
 
 TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
-    auto& first = shown<Beside>();
+    auto& first = shownWindow<Beside>(context);
     const QPoint middle = top().frameGeometry().center();
     EXPECT_LT((first.frameGeometry().center() - middle).manhattanLength(), 80);
     first.move(120, 90);
@@ -68,16 +58,16 @@ TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
     EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).left, 120 * 15);
     EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).top, 90 * 15);
     EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).height, std::nullopt);
-    EXPECT_EQ(shown<Beside>().pos(), QPoint(120, 90));
+    EXPECT_EQ(shownWindow<Beside>(context).pos(), QPoint(120, 90));
 }
 
 TEST_F(ToolWindow, AnEdgeOfZeroStaysInTheMiddle) {
-    auto& first = shown<Beside>();
+    auto& first = shownWindow<Beside>(context);
     const QPoint middle = first.pos();
     for (const auto& [left, topEdge] : {std::pair{0, 90}, {120, 0}, {0, 0}, {120, 90}}) {
         context.windows.unload<Beside>();
         desktop::writePlace(session.DiaryIniFile, kSection, {topEdge * 15, left * 15, {}, {}});
-        const QPoint pos = shown<Beside>().pos();
+        const QPoint pos = shownWindow<Beside>(context).pos();
         EXPECT_EQ(pos.x(), left == 0 ? middle.x() : left) << left << ' ' << topEdge;
         EXPECT_EQ(pos.y(), topEdge == 0 ? middle.y() : topEdge) << left << ' ' << topEdge;
     }
@@ -91,7 +81,7 @@ TEST_F(ToolWindow, AWindowThatWasNeverShownKeepsNoPlace) {
 
 TEST_F(ToolWindow, ABlockingOneTakesTheInputAndLeavesTheLook) {
     clickDay(6);
-    auto& window = shown<Blocking>();
+    auto& window = shownWindow<Blocking>(context);
     EXPECT_TRUE(top().isEnabled());
     EXPECT_TRUE(title().isEnabled());
     EXPECT_EQ(QApplication::activeModalWidget(), &window);

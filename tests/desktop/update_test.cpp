@@ -54,7 +54,7 @@ protected:
     void press(const QString& name) { top().command(name)->trigger(); }
     QAction& updater() { return *top().command(u"MnuVellUpdater"_s); }
     bool isUpdaterStarted() const {
-        return QTest::qWaitFor([this] { return exists(path(u"mark"_s)); }, kPatienceMs);
+        return waitFor([this] { return exists(path(u"mark"_s)); });
     }
     void editAnEntry() {
         context.windows.get<editor::frmCalender>().Calender_DateClick(QDate(2004, 5, 6));
@@ -111,7 +111,7 @@ TEST_F(UpdateCommand, TheBrowserStopsAndShowsTheNewsFirst) {
     writeFile(session.DataPath + u"b.htm"_s, "text");
     browser.bDocumentComplete = false;
     browser.Navigate(session.DataPath + u"b.htm"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return browser.bDocumentComplete; }, kPatienceMs));
+    ASSERT_TRUE(waitFor([&] { return browser.bDocumentComplete; }));
     const auto* view = browser.findChild<QWebEngineView*>();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->history()->count(), 1) << "what was to be loaded is not";

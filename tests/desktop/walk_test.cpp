@@ -30,14 +30,14 @@ protected:
     QString shownPage() {
         browser().bDocumentComplete = false;
         browser().Navigate(desk.texts(u"navigate"_s).last());
-        EXPECT_TRUE(QTest::qWaitFor([this] { return browser().bDocumentComplete; }, 30'000));
+        EXPECT_TRUE(waitFor([this] { return browser().bDocumentComplete; }));
         QString text;
         bool isDone = false;
         control<QWebEngineView>(browser(), u"WebBrowser"_s).page()->toPlainText([&](const QString& plain) {
             text = plain;
             isDone = true;
         });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
+        EXPECT_TRUE(waitFor([&] { return isDone; }));
         return text;
     }
     void press(const QString& name) {

@@ -78,7 +78,7 @@ protected:
         const auto lookAtOpen = [&] {
             settle();
             for (auto* window : top().findChildren<desktop::ToolWindow*>()) {
-                EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+                EXPECT_TRUE(becomesVisible(*window));
                 look(*window);
                 window->close();
                 settle();
@@ -100,7 +100,7 @@ protected:
         browser::frmGetImg images(context);
         for (QDialog* dialog : std::initializer_list<QDialog*>{&login, &about, &images}) {
             dialog->show();
-            EXPECT_TRUE(QTest::qWaitForWindowExposed(dialog));
+            EXPECT_TRUE(becomesVisible(*dialog));
             look(*dialog);
             dialog->close();
         }
@@ -216,7 +216,7 @@ TEST(DialogSize, KeepsWhatIsHiddenHiddenAndAlignmentAndStretch) {
     rows->addLayout(buttons);
     desktop::sizeInto(dialog, {300, 200});
     dialog.show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    EXPECT_TRUE(becomesVisible(dialog));
     EXPECT_LE(dialog.height(), 200);
     EXPECT_LE(dialog.width(), 300);
     EXPECT_FALSE(hidden->isVisible());

@@ -17,7 +17,7 @@ DesktopHome::~DesktopHome() {
 void DesktopHome::showTop() {
     top().resize(1100, 800);
     top().show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&top(), kPatienceMs));
+    EXPECT_TRUE(becomesVisible(top()));
     top().activateWindow();
     EXPECT_TRUE(becomesActive(top()));
 }
@@ -29,20 +29,18 @@ QString DesktopHome::panel() const {
 
 void tidyUp(desktop::Context& context, QTemporaryDir& home) {
     context.windows.closeAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return home.remove(); }, kPatienceMs));
+    EXPECT_TRUE(waitFor([&] { return home.remove(); }));
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QApplication::exec();
 }
 
 bool becomesActive(QWidget& window) {
     constexpr int kQuietMs = 40;
-    return QTest::qWaitFor(
-        [&] {
-            if (window.isActiveWindow())
-                QTest::qWait(kQuietMs);
-            return window.isActiveWindow();
-        },
-        kPatienceMs);
+    return waitFor([&] {
+        if (window.isActiveWindow())
+            QTest::qWait(kQuietMs);
+        return window.isActiveWindow();
+    });
 }
 
 void settle() {

@@ -3,11 +3,10 @@
 
 #include "desktop/context.h"
 #include "shell/forms/MDIFormTop.h"
-#include "support/patience.h"
 #include "support/test_home.h"
+#include "support/waiting.h"
 
 #include <QApplication>
-#include <QTest>
 #include <QTimer>
 
 namespace velloria::tests {
@@ -24,15 +23,6 @@ protected:
     /// Shows the main window and waits until it takes keys.
     void showTop();
 
-    /// The control of that object name below `window`; fails the test when there is none.
-    template <class Control>
-    static Control& control(const QWidget& window, const QString& name) {
-        auto* found = window.findChild<Control*>(name);
-        if (!found)
-            throw std::runtime_error("no control " + name.toStdString());
-        return *found;
-    }
-
     /// The last text of the first status panel.
     QString panel() const;
 
@@ -44,6 +34,25 @@ void settle();
 
 /// Waits until the window is the active one and stays so: word of another one may still be on its way.
 bool becomesActive(QWidget& window);
+
+/// The control of that object name below `window`; fails the test when there is none.
+template <class Control = QWidget>
+Control& control(const QWidget& window, const QString& name) {
+    auto* found = window.findChild<Control*>(name);
+    if (!found)
+        throw std::runtime_error("no control " + name.toStdString());
+    return *found;
+}
+
+/// The one window of this kind beside the main window, made if need be, where it has the keys.
+template <class Window>
+Window& shownWindow(desktop::Context& context) {
+    auto& window = context.windows.get<Window>();
+    window.showWindow();
+    EXPECT_TRUE(becomesActive(window));
+    settle();
+    return window;
+}
 
 /// Closes the windows, removes the home once the browser engine has let it go, and forgets that a main window may have
 /// ended the program.
