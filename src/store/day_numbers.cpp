@@ -1,14 +1,11 @@
 #include "store/day_numbers.h"
 
-#include "store/entry_files.h"
-#include "store/sqlite/connection.h"
-
 #include <vector>
 
 namespace velloria::store {
 
 DayNumbers::DayNumbers(const sqlite::Connection& connection)
-    : m_connection(connection)
+    : m_files(connection)
     , m_count(connection,
               "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
     , m_rows(connection, "SELECT RecordID, Number, Private FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
@@ -44,7 +41,7 @@ bool DayNumbers::repair(const QString& day) {
         m_setNumber.bind(number, record);
         m_setNumber.run();
     }
-    movePrivateFiles(m_connection, day, privateNumbers);
+    m_files.movePrivate(day, privateNumbers);
     m_repaired.insert(day);
     return true;
 }

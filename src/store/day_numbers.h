@@ -1,6 +1,7 @@
 // The numbers of a day's entries within a transaction: 1 to n, no gaps.
 #pragma once
 
+#include "store/entry_files.h"
 #include "store/sqlite/statement.h"
 
 #include <QHash>
@@ -30,7 +31,7 @@ private:
     /// How many entries the day has, and whether their numbers are 1 to that.
     int count(const QString& day, bool& isInOrder);
 
-    const sqlite::Connection& m_connection;
+    EntryFiles m_files;
     sqlite::Statement m_count;
     sqlite::Statement m_rows;
     sqlite::Statement m_setNumber;

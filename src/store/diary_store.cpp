@@ -159,7 +159,7 @@ void DiaryStore::DeleteEntry(const QString& day, int number, const BeforeLoss& d
     rows.bind(literal(m_file, day), number);
     const std::vector<Entry> entries = readEntries(rows);
     Statement(connection, "DELETE FROM Contents WHERE Day = ?1 AND Number = ?2").bind(day, number).run();
-    withholdFilesOf(connection, entries);
+    EntryFiles(connection).withhold(entries);
     DayNumbers(connection).repair(day);
     tell(deleted, entries);
     transaction.commit();
@@ -175,7 +175,7 @@ void DiaryStore::DeleteImportBatch(const QString& mark, const BeforeLoss& delete
     for (const Entry& entry : entries)
         days.insert(entry.day);
     Statement(connection, "DELETE FROM Contents WHERE Fold(ImportMark) = Fold(?1)").bind(mark).run();
-    withholdFilesOf(connection, entries);
+    EntryFiles(connection).withhold(entries);
     DayNumbers numbers(connection);
     for (const QString& day : std::as_const(days))
         numbers.repair(day);

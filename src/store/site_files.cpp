@@ -6,6 +6,7 @@
 #include "platform/directory.h"
 #include "platform/profile_file.h"
 #include "platform/text_order.h"
+#include "store/day_spellings.h"
 #include "store/file_register.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
@@ -26,12 +27,14 @@ bool belongsToADay(const FileRow& row) {
     return !row.day.isEmpty() && row.day != kAllDays;
 }
 
-/// Tells which rows belong to a private entry. A day in another date form counts by its date.
+/// Tells which rows belong to a private entry. Days in other forms count by their dates, on both sides; when a date
+/// has entries in more than one form, any of them keeps the file away.
 class PrivateEntries {
 public:
     explicit PrivateEntries(const core::Session& session)
         : m_connection(session.databaseFile(), sqlite::Access::ReadOnly)
-        , m_isPrivate(m_connection, "SELECT min(Private <> 0) FROM Contents WHERE Day IN (?1, ?2) AND Number = ?3")
+        , m_isPrivate(m_connection, "SELECT min(Private <> 0) FROM Contents WHERE Day = ?1 AND Number = ?2")
+        , m_days(m_connection, "Contents")
         , m_yearNow(session.Today.left(4).toInt()) {}
 
     bool own(const FileRow& row) {
@@ -39,15 +42,22 @@ public:
             return false;
         if (row.number < 0)
             return true; // the entry is gone
-        m_isPrivate.bind(row.day, core::formatTextAsDate(row.day, u"yyyy/mm/dd", m_yearNow), row.number);
+        const QString date = core::formatTextAsDate(row.day, u"yyyy/mm/dd", m_yearNow);
+        const QStringList days = m_days.of(date);
+        return std::any_of(days.begin(), days.end(), [&](const QString& day) { return isPrivate(day, row.number); });
+    }
+
+private:
+    bool isPrivate(const QString& day, int number) {
+        m_isPrivate.bind(day, number);
         const bool isPrivate = m_isPrivate.next() && m_isPrivate.boolean(0);
         m_isPrivate.reset();
         return isPrivate;
     }
 
-private:
     sqlite::Connection m_connection;
     sqlite::Statement m_isPrivate;
+    DaySpellings m_days;
     int m_yearNow;
 };
 

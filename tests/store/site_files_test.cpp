@@ -1,5 +1,6 @@
 #include "store/site_files.h"
 
+#include "core/day_key.h"
 #include "core/keys.h"
 #include "store/file_register.h"
 #include "support/test_home.h"
@@ -93,6 +94,50 @@ TEST_F(SiteFiles, CountByTheDateOfTheirDay) {
     sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('null.gif', NULL, 1), ('no number.gif', '2004/05/03', "
         u"NULL)"_s);
     EXPECT_EQ(taken(), (QStringList{u"null.gif"_s, u"no number.gif"_s, u"other day.gif"_s}));
+}
+
+TEST_F(SiteFiles, WithADayInAnotherFormFollowTheirPrivateEntry) {
+    for (const bool isPrivate : {false, true, true, false, false})
+        writeEntry(u"2004/02/05"_s, isPrivate);
+    for (const QString& day : {u"2004/2/5"_s, u"2004-02-05"_s, u"平成16年2月5日"_s})
+        add(u"%1.gif"_s.arg(day.size()), day, 2);
+    add(u"to be deleted.gif"_s, u"2004/2/5"_s, 3);
+    add(u"public.gif"_s, u"2004/2/5"_s, 1);
+    add(u"other day.gif"_s, u"2004/2/6"_s, 2);
+    const QStringList free = taken();
+    EXPECT_EQ(free, (QStringList{u"public.gif"_s, u"other day.gif"_s}));
+    diary().DeleteEntry(u"2004/02/05"_s, 3);
+    EXPECT_EQ(taken(), free);
+    diary().DeleteEntry(u"2004/02/05"_s, 1);
+    EXPECT_EQ(taken(), QStringList{u"other day.gif"_s}) << "public.gif names the private entry, now the first";
+    sql(u"DELETE FROM FileDB WHERE FileName = 'public.gif'"_s);
+    diary().DeleteEntry(u"2004/02/05"_s, 1);
+    EXPECT_EQ(taken(), QStringList{u"other day.gif"_s});
+}
+
+TEST_F(SiteFiles, OfPrivateEntriesWhoseDayHasAnotherFormStayAway) {
+    writeEntry(u"2004/2/5"_s, false);
+    writeEntry(u"2004/2/5"_s, true);
+    sql(u"UPDATE Contents SET Number = RecordID"_s);
+    add(u"a.gif"_s, u"2004/02/05"_s, 2);
+    add(u"b.gif"_s, u"2004-2-5"_s, 2);
+    add(u"c.gif"_s, u"2004/02/05"_s, 1);
+    EXPECT_EQ(taken(), QStringList{u"c.gif"_s});
+    diary().DeleteEntry(u"2004/2/5"_s, 1);
+    sql(u"DELETE FROM FileDB WHERE FileName = 'c.gif'"_s);
+    EXPECT_EQ(taken(), QStringList());
+    diary().DeleteEntry(u"2004/2/5"_s, 1);
+    EXPECT_EQ(taken(), QStringList());
+}
+
+TEST_F(SiteFiles, OfADayInTwoFormsStayAwayWhenEitherEntryIsPrivate) {
+    writeEntry(u"2004/02/05"_s, true);
+    writeEntry(u"2004/2/5"_s, false);
+    writeEntry(u"2004/02/06"_s, false);
+    writeEntry(u"2004/2/6"_s, true);
+    for (const QString& day : {u"2004/02/05"_s, u"2004/2/5"_s, u"2004/02/06"_s, u"2004/2/6"_s})
+        add(core::dayFileName(day), day);
+    EXPECT_EQ(taken(), QStringList());
 }
 
 TEST_F(SiteFiles, AllGoWhenTheUserWantsIt) {
