@@ -4,6 +4,8 @@
 #include "store/diary_home.h"
 #include "store/entry_import.h"
 #include "store/file_register.h"
+#include "store/log_register.h"
+#include "store/sqlite/statement.h"
 
 #include <sqlite3.h>
 
@@ -22,9 +24,10 @@ public:
     ~OtherTool() { sqlite3_close(m_handle); }
     OtherTool(const OtherTool&) = delete;
     OtherTool& operator=(const OtherTool&) = delete;
-    void run(const char* sql) {
+    void run(const QByteArray& sql) {
         char* error = nullptr;
-        EXPECT_EQ(sqlite3_exec(m_handle, sql, nullptr, nullptr, &error), SQLITE_OK) << sql << ": " << error;
+        EXPECT_EQ(sqlite3_exec(m_handle, sql.constData(), nullptr, nullptr, &error), SQLITE_OK)
+            << sql.toStdString() << ": " << error;
         sqlite3_free(error);
     }
 
@@ -74,19 +77,81 @@ TEST_F(ForeignDiary, ItsTablesCallNoFunctionAndNoStatementRewritesThem) {
     EXPECT_TRUE(refusal("UPDATE sqlite_master SET sql = sql").contains(u"may not be modified"_s));
 }
 
-TEST_F(ForeignDiary, NoRuleOfItsTablesMakesRoomByDeleting) {
-    OtherTool(file()).run("ALTER TABLE Contents RENAME TO Old;"
-                          "CREATE TABLE Contents (RecordID INTEGER PRIMARY KEY AUTOINCREMENT, Day TEXT, Number INTEGER "
-                          "DEFAULT 1, Title TEXT UNIQUE ON CONFLICT REPLACE, Contents TEXT, Extend TEXT, Excerpt TEXT, "
-                          "Weather TEXT, Genre TEXT, PublishTime TEXT, Private INTEGER DEFAULT 0, TrackBack TEXT, "
-                          "ImportMark TEXT);"
-                          "INSERT INTO Contents SELECT * FROM Old; DROP TABLE Old");
-    EXPECT_NE(failureOf([&] { write(kDay, u"a"_s); }), QString());
-    Entry entry = entryOf(kDay, u"a"_s);
-    entry.number = 2;
-    EXPECT_NE(failureOf([&] { write(entry); }), QString());
-    EXPECT_NE(failureOf([&] { store::EntryImport(file()).add({kDay, u"c"_s, u"x"_s}); }), QString());
-    EXPECT_EQ(titles(), u"a b c"_s);
+/// Every row of the tables that are written to.
+QString rowsOf(const QString& file) {
+    const store::sqlite::Connection connection(file, store::sqlite::Access::ReadOnly);
+    store::sqlite::Statement rows(connection,
+                                  "SELECT RecordID || Day || Number || Title || Private FROM Contents UNION ALL "
+                                  "SELECT FileID || FileName || Day || Number || Uploaded || Logged FROM FileDB UNION "
+                                  "ALL SELECT LogMonth || LogFileName FROM LogDB");
+    QStringList texts;
+    while (rows.next())
+        texts += rows.text(0);
+    return texts.join(u'\n');
+}
+
+TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
+    const store::FileRegister files(file());
+    const store::LogRegister logs(file());
+    const auto save = [&](int number) {
+        Entry entry = entryOf(kDay, u"a"_s);
+        entry.number = number;
+        diary().SaveEntries({entry}, PublishTime::Now, {});
+    };
+    const auto overwrite = [&] {
+        store::EntryImport(file()).overwrite({u"2004/05/07"_s, u"a"_s, u"x"_s}, [](const Entry&) {});
+    };
+    const QByteArray rows = "UPDATE Contents SET Private = 1 WHERE Title = 'b';"
+                            "INSERT INTO Contents (Day, Number, Title) VALUES ('2004/05/07', 5, 'd');";
+    const QByteArray marked = "INSERT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES "
+                              "('a.gif', '2004/05/06', 1, 1, 1), ('b.gif', '2004/05/06', 2, 0, 0);";
+    const QByteArray withheld = marked + "UPDATE FileDB SET Number = -2 WHERE FileName = 'a.gif';";
+    const QByteArray logged = "INSERT INTO LogDB VALUES ('2004/05', '200405.htm');";
+    const struct {
+        QByteArray filling;
+        const char* table;
+        const char* rule;
+        std::function<void()> change;
+    } cases[] = {
+        {rows, "Contents", "Title", [&] { save(4); }},
+        {rows, "Contents", "Title", [&] { save(2); }},
+        {rows, "Contents", "Number", [&] { diary().RepairDay(u"2004/05/07"_s); }},
+        {rows, "Contents", "Title",
+         [&] {
+             store::EntryImport(file()).add({kDay, u"a"_s, u"x"_s});
+         }},
+        {rows, "Contents", "Title", overwrite},
+        {rows + marked, "FileDB", "FileName",
+         [&] {
+             files.AddFile({0, u"a.gif"_s, kDay, 3, false, false});
+         }},
+        {rows + marked, "FileDB", "FileName", [&] { files.AddCommonFiles({u"a.gif"_s}, store::SiteSide::Log); }},
+        {rows + marked, "FileDB", "Logged", [&] { files.MarkLogged({2}); }},
+        {rows + marked, "FileDB", "Uploaded", [&] { files.MarkUploaded(2); }},
+        {rows + marked, "FileDB", "Day, Number", [&] { diary().DeleteEntry(kDay, 1); }},
+        {rows + withheld, "FileDB", "Day, Number", [&] { diary().DeleteEntry(kDay, 2); }},
+        {rows + logged, "LogDB", "LogMonth",
+         [&] {
+             logs.AddLog({u"2004/05"_s, u"x.htm"_s});
+         }},
+        {rows + logged, "LogDB", "LogFileName",
+         [&] {
+             logs.AddLogOfMonth({u"2004/04"_s, u"200405.htm"_s});
+         }},
+    };
+    const QByteArray sound = bytesOf(file());
+    for (const auto& c : cases) {
+        writeFile(file(), sound);
+        const QByteArray table(c.table);
+        QByteArray made =
+            sqlValue(u"SELECT sql FROM sqlite_master WHERE name = '%1'"_s.arg(QLatin1StringView(table))).toUtf8();
+        made.insert(made.lastIndexOf(')'), QByteArray(", UNIQUE (") + c.rule + ") ON CONFLICT REPLACE");
+        OtherTool(file()).run(c.filling + "ALTER TABLE " + table + " RENAME TO Old;" + made +
+                              "; INSERT OR IGNORE INTO " + table + " SELECT * FROM Old; DROP TABLE Old");
+        const QString before = rowsOf(file());
+        EXPECT_NE(failureOf(c.change), QString()) << c.table << " " << c.rule;
+        EXPECT_EQ(rowsOf(file()), before) << c.table << " " << c.rule;
+    }
 }
 
 TEST_F(ForeignDiary, TheCheckNamesWhatADiaryDoesNotHave) {
