@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 
@@ -30,7 +31,19 @@ QString lostEnd(const QString& file) {
     return end;
 }
 
-/// The first `mostBytes`, or all.
+[[noreturn]] void refuseReading(const QString& file, int errorNumber) {
+    throw Failure(u"ファイルを読み込めません。"_s, file, systemReason(errorNumber),
+                  u"ファイルは元のままです。ディスクを確認してください。"_s);
+}
+
+/// A link that leads nowhere is no missing file.
+bool isMissing(const QString& file) {
+    struct stat status;
+    refuseLostLink(file);
+    return ::stat(QFile::encodeName(file).constData(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+/// The first `mostBytes` from where it stands, or all.
 QByteArray bytesOf(const QString& file, const Descriptor& source, const struct stat& status, qint64 mostBytes) {
     // One byte of room more shows the end without growing.
     const qint64 expected = S_ISREG(status.st_mode) ? qint64(status.st_size) + 1 : 1 << 16;
@@ -43,8 +56,7 @@ QByteArray bytesOf(const QString& file, const Descriptor& source, const struct s
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            throw Failure(u"ファイルを読み込めません。"_s, file, systemReason(errno),
-                          u"ファイルは元のままです。ディスクを確認してください。"_s);
+            refuseReading(file, errno);
         if (count == 0)
             break;
         used += count;
@@ -89,11 +101,17 @@ QByteArray readFile(const QString& file, qint64 mostBytes) {
 }
 
 std::optional<QByteArray> readFileIfThere(const QString& file, qint64 mostBytes) {
-    struct stat status;
-    refuseLostLink(file);
-    if (::stat(QFile::encodeName(file).constData(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR))
+    return isMissing(file) ? std::nullopt : std::optional(readFile(file, mostBytes));
+}
+
+std::optional<QByteArray> readEndIfThere(const QString& file, qint64 mostBytes) {
+    if (isMissing(file))
         return std::nullopt;
-    return readFile(file, mostBytes);
+    struct stat status;
+    const Descriptor source = openRegularFile(file, kCantOpen, status);
+    if (::lseek(source.value(), std::max<off_t>(0, status.st_size - mostBytes), SEEK_SET) < 0)
+        refuseReading(file, errno);
+    return bytesOf(file, source, status, mostBytes);
 }
 
 QByteArray readAnything(const QString& file) {

@@ -18,6 +18,9 @@ QByteArray readFile(const QString& file, qint64 mostBytes = kWholeFile);
 /// would be replaced by nothing.
 std::optional<QByteArray> readFileIfThere(const QString& file, qint64 mostBytes = kWholeFile);
 
+/// The last `mostBytes` of the file, or all of a shorter one; nothing when there is no such file. Throws Failure.
+std::optional<QByteArray> readEndIfThere(const QString& file, qint64 mostBytes);
+
 /// What somebody names to be read now, a pipe or the terminal too: waits for its end. Throws Failure.
 QByteArray readAnything(const QString& file);
 

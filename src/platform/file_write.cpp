@@ -234,6 +234,7 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode, Dura
 
 void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMode) {
     const QByteArray name = QFile::encodeName(file);
+    refuseLostLink(file);
     constexpr int kFlags = O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK; // a pipe without a reader is refused
     Descriptor target(::open(name.constData(), kFlags));
     const bool isNew = target.value() < 0 && errno == ENOENT;

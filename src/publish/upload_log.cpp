@@ -3,8 +3,6 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -17,12 +15,8 @@ constexpr qsizetype kLongestLine = 2000;
 constexpr QByteArrayView kHeading = "=== "; ///< no other line begins like this
 
 /// The last run in a log, "" when there is none.
-QByteArray lastRun(const QString& name) {
-    QFile file(name);
-    if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly))
-        return {};
-    file.seek(std::max<qint64>(0, file.size() - 2 * kMostBytes));
-    const QByteArray bytes = '\n' + file.read(2 * kMostBytes);
+QByteArray lastRun(const QString& file) {
+    const QByteArray bytes = '\n' + platform::readEndIfThere(file, 2 * kMostBytes).value_or(QByteArray());
     const qsizetype start = bytes.lastIndexOf('\n' + kHeading.toByteArray());
     return start < 0 ? QByteArray() : bytes.sliced(start + 1);
 }

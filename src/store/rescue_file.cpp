@@ -28,14 +28,10 @@ platform::Failure refused(const platform::Failure& failure) {
 /// A last line without its end was cut by a kill or a crash, was damaged, or was edited by hand. What does not read as
 /// a line any more moves to a file of its own: it may be all that is left of a text.
 void endLastLine(const QString& path, const QString& damagedFile) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || file.size() == 0)
+    const QByteArray last = platform::readEndIfThere(path, 1).value_or(QByteArray());
+    if (last.isEmpty() || last == "\n")
         return;
-    file.seek(file.size() - 1);
-    if (file.peek(1) == "\n")
-        return;
-    file.seek(0);
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = platform::readFile(path);
     const qsizetype begin = bytes.lastIndexOf('\n') + 1;
     const QByteArray line = bytes.sliced(begin);
     if (platform::parseJson(platform::withoutSignature(line).toByteArray(), nullptr).isObject()) {
@@ -43,6 +39,7 @@ void endLastLine(const QString& path, const QString& damagedFile) {
         return;
     }
     platform::appendToFile(damagedFile, line + '\n', 0600);
+    QFile file(path);
     if (!file.resize(begin))
         throw platform::Failure(u"ファイルを短くできません。"_s, path, file.errorString());
 }

@@ -251,6 +251,7 @@ TEST_F(FileWrite, RefusesALinkThatLeadsNowhereAndNamesBothEnds) {
                  [&] { replaceFile(name, "new", Durability::Derived); },
                  [&] { replaceFile(name, "new", Durability::Durable); }, [&] { copyFile(file, name); },
                  [&] { copyFile(name, file); }, [&] { readFile(name); }, [&] { platform::readFileIfThere(name); },
+                 [&] { platform::readEndIfThere(name, 1); }, [&] { platform::appendToFile(name, "new"); },
                  [&] { makeFolder(name); }}) {
             const QString failure = failureOf(action);
             EXPECT_TRUE(failure.contains(name) && failure.contains(end)) << failure.toStdString();
@@ -456,11 +457,17 @@ TEST_F(FileWrite, ReadsOnlyTheBeginningWhereNoMoreIsWanted) {
     EXPECT_EQ(platform::readFileIfThere(file, 4), "0123");
     EXPECT_EQ(platform::readFileIfThere(path(u"missing"_s), 4), std::nullopt);
     EXPECT_EQ(platform::readFileIfThere(path(u"file/x"_s)), std::nullopt);
+    EXPECT_EQ(platform::readEndIfThere(file, 4), "6789");
+    EXPECT_EQ(platform::readEndIfThere(file, 10), "0123456789");
+    EXPECT_EQ(platform::readEndIfThere(file, 11), "0123456789");
+    EXPECT_EQ(platform::readEndIfThere(path(u"missing"_s), 4), std::nullopt);
+    EXPECT_EQ(platform::readEndIfThere(make(u"empty"_s, ""), 4), "");
 }
 
 TEST_F(FileWrite, AFileThatIsThereAndCantBeReadIsNoMissingOne) {
     const QString unreadable = makeLink(u"/proc/self/mem"_s, u"file"_s); // a file whose first bytes are an error
     EXPECT_THROW(platform::readFileIfThere(unreadable), Failure);
+    EXPECT_THROW(platform::readEndIfThere(unreadable, 1), Failure);
     EXPECT_THROW(platform::readFileIfThere(path({})), Failure);
 }
 
@@ -470,6 +477,7 @@ TEST_F(FileWrite, WaitsForNoPipeAndReadsNoDevice) {
     for (const QString& name : {pipe, makeLink(pipe, u"link"_s), u"/dev/zero"_s, u"/dev/null"_s}) {
         EXPECT_THROW(readFile(name), Failure);
         EXPECT_THROW(platform::readFileIfThere(name), Failure);
+        EXPECT_THROW(platform::readEndIfThere(name, 1), Failure);
         EXPECT_THROW(copyFile(name, path(u"copy"_s)), Failure);
     }
     EXPECT_EQ(names(), (QStringList{u"link"_s, u"pipe"_s}));
