@@ -29,6 +29,19 @@ bool isOfEntry(const std::vector<store::FileRow>& known, const store::FileRow& r
                        [&](const store::FileRow& other) { return other.day == row.day && other.number == row.number; });
 }
 
+/// A name that differs from a registered one in case alone means that one's copy, and the row says so: under its own
+/// spelling there may be a file that nobody has registered.
+QString knownSpelling(const std::vector<store::FileRow>& known, const QString& name) {
+    QString spelling = name;
+    for (const store::FileRow& row : known) {
+        if (row.name == name)
+            return name;
+        if (spelling == name && row.name.compare(name, Qt::CaseInsensitive) == 0)
+            spelling = row.name;
+    }
+    return spelling;
+}
+
 } // namespace
 
 QString shownFile(const store::FileRow& row) {
@@ -64,10 +77,11 @@ site::Outcome FileRegistration::ResistFile2(const QString& path, const QString& 
 
 /// False when the entry has the row already. What is known of the name holds until the row is there: another program
 /// may register a file of this name at the same time.
-bool FileRegistration::add(const RegisterSource& source, const store::FileRow& row) {
+bool FileRegistration::add(const RegisterSource& source, store::FileRow row) {
     platform::makeFolder(partsFolder());
     const platform::FolderLock lock(partsFolder());
     const std::vector<store::FileRow> known = m_files.FindFile(row.name);
+    row.name = knownSpelling(known, row.name);
     if (known.empty())
         addNew(source, row);
     else if (!isOfEntry(known, row))
@@ -89,10 +103,10 @@ QString FileRegistration::partPath(const QString& name) const {
 /// The copy bears the exact name: what nobody has registered and differs from it in case is another file.
 void FileRegistration::addNew(const RegisterSource& source, const store::FileRow& row) {
     const QString part = partsFolder() + core::nativeSeparator() + row.name;
-    const bool isCopied = !isSameFolder(source.folder, partsFolder()) && !platform::isSameFile(source.path, part);
+    const bool isCopied = !isSameFolder(source.folder, partsFolder()) && !platform::isInPlace(source.path, part);
     const bool isReplaced = isCopied && QFileInfo(part).isFile();
     if (isCopied)
-        platform::copyFile(source.path, part);
+        platform::placeFile(source.path, part);
     addRow(row, isCopied);
     m_desk.notice(u"「%1」を登録しました。%2"_s.arg(
         row.name, isReplaced ? u"DiaryPartsにあった登録のない同じ名前のファイルは置き換えました。"_s : QString()));
@@ -105,7 +119,7 @@ void FileRegistration::addKnown(const RegisterSource& source, const store::FileR
     const QString part = partPath(row.name);
     const bool isLost = !platform::fileExists(part) && !isSameFolder(source.folder, partsFolder());
     if (isLost)
-        platform::copyFile(source.path, part);
+        platform::placeFile(source.path, part);
     addRow(row, isLost);
     const QString used = isLost ? u"DiaryPartsになかったので、指定したファイルをコピーしました。"_s
                                 : u"DiaryPartsにあるファイルを使い、指定したファイルはコピーしていません。"_s;
@@ -122,16 +136,17 @@ void FileRegistration::addRow(const store::FileRow& row, bool isCopied) {
     }
 }
 
-site::Outcome FileRegistration::replace(const RegisterSource& source, const store::FileRow& row) {
+site::Outcome FileRegistration::replace(const RegisterSource& source, store::FileRow row) {
     platform::makeFolder(partsFolder());
     const platform::FolderLock lock(partsFolder());
     // Whoever was asked may have taken their time.
     const std::vector<store::FileRow> known = m_files.FindFile(row.name);
+    row.name = knownSpelling(known, row.name);
     const QString part = partPath(row.name);
-    if (platform::isSameFile(source.path, part))
+    if (platform::isInPlace(source.path, part))
         throw platform::Failure(u"同じフォルダの同じファイルを指定しました。"_s, source.path, u"コピーできません。"_s,
                                 u"ファイルも登録も元のままです。"_s);
-    platform::copyFile(source.path, part);
+    platform::placeFile(source.path, part);
     if (!isOfEntry(known, row))
         addRow(row, true);
     const bool goesUp = std::any_of(known.begin(), known.end(),

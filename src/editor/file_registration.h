@@ -42,11 +42,11 @@ public:
 private:
     QString partsFolder() const;
     QString partPath(const QString& name) const;
-    bool add(const RegisterSource& source, const store::FileRow& row);
+    bool add(const RegisterSource& source, store::FileRow row);
     void addNew(const RegisterSource& source, const store::FileRow& row);
     void addKnown(const RegisterSource& source, const store::FileRow& row, const std::vector<store::FileRow>& known);
     void addRow(const store::FileRow& row, bool isCopied);
-    site::Outcome replace(const RegisterSource& source, const store::FileRow& row);
+    site::Outcome replace(const RegisterSource& source, store::FileRow row);
     void removePart(const QString& name);
 
     const core::Session& m_session;

@@ -112,10 +112,10 @@ void LogRegistration::copyTo(const QStringList& targets, const RegisterSource& s
                              PathOf pathOf) {
     for (const QString& root : targets) {
         const QString page = pathOf(root, source.name);
-        if (platform::isSameFile(source.path, page))
+        if (platform::isInPlace(source.path, page))
             continue;
         platform::makeFolder(logFolder(root));
-        platform::copyFile(source.path, page);
+        platform::placeFile(source.path, page);
         copied += page;
     }
 }
@@ -123,7 +123,7 @@ void LogRegistration::copyTo(const QStringList& targets, const RegisterSource& s
 site::Outcome LogRegistration::replace(const RegisterSource& source) {
     if (!m_desk.ask(u"すでに登録済みのファイルです。\r\n上書きしますか？"_s, kTitle))
         return site::Outcome::Refused;
-    if (platform::isSameFile(source.path, logPath(m_session.DataPath, source.name))) {
+    if (platform::isInPlace(source.path, logPath(m_session.DataPath, source.name))) {
         m_desk.message(platform::MessageKind::Critical,
                        u"同じフォルダの同じファイルを指定しました。\r\nコピーできません。"_s, u"Resist Files"_s);
         return site::Outcome::Refused;

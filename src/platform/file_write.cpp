@@ -80,15 +80,31 @@ void removeLeftoversOnce(const QByteArray& folder) {
     removeLeftovers(folder);
 }
 
+enum class Link { Kept, Replaced };
+
+bool isLink(const QByteArray& name) {
+    struct stat status;
+    return ::lstat(name.constData(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+/// Whether both names are one, though it be that of a link.
+bool isSameLink(const QString& left, const QString& right) {
+    struct stat a;
+    struct stat b;
+    return ::lstat(QFile::encodeName(left).constData(), &a) == 0 &&
+           ::lstat(QFile::encodeName(right).constData(), &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
 /// A file beside the target that takes the target's place at the end, and vanishes if that end is not reached.
 class Replacement {
 public:
-    Replacement(const QString& file, unsigned newFileMode)
+    Replacement(const QString& file, unsigned newFileMode, Link link = Link::Kept)
         : m_shownName(file)
-        , m_target(resolved(file)) {
-        refuseLostLink(file);
+        , m_target(link == Link::Kept ? resolved(file) : QFile::encodeName(file)) {
+        if (link == Link::Kept)
+            refuseLostLink(file);
         struct stat old;
-        const bool isThere = ::stat(m_target.constData(), &old) == 0;
+        const bool isThere = !isLink(m_target) && ::stat(m_target.constData(), &old) == 0;
         if (isThere)
             requireRegular(file, kCantSave, old); // a rename would put a file in the place of a device
         // A rename would also replace a file that is set read-only; even the superuser means it so.
@@ -182,6 +198,27 @@ private:
     bool m_isDone = false;
 };
 
+void copyInto(const QString& from, const QString& to, unsigned newFileMode, Link link, Durability durability,
+              const std::function<void()>& whenWhole) {
+    const QString cantCopy = u"ファイルをコピーできません。"_s;
+    struct stat status;
+    const Descriptor source = openRegularFile(from, cantCopy, status);
+    Replacement replacement(to, newFileMode | 0200, link);
+    QByteArray block(1 << 18, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t count = ::read(source.value(), block.data(), std::size_t(block.size()));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            refuse(cantCopy, from, errno);
+        if (count == 0)
+            break;
+        replacement.write(QByteArrayView(block).first(count));
+    }
+    replacement.setTimes(status);
+    replacement.commit(durability, whenWhole);
+}
+
 } // namespace
 
 void replaceFile(const QString& file, QByteArrayView bytes, Durability durability, unsigned newFileMode) {
@@ -211,25 +248,17 @@ void limitMode(const QString& file, unsigned mode) {
 
 void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability,
               const std::function<void()>& whenWhole) {
-    if (isSameFile(from, to))
-        return;
-    const QString cantCopy = u"ファイルをコピーできません。"_s;
-    struct stat status;
-    const Descriptor source = openRegularFile(from, cantCopy, status);
-    Replacement replacement(to, newFileMode | 0200);
-    QByteArray block(1 << 18, Qt::Uninitialized);
-    for (;;) {
-        const ssize_t count = ::read(source.value(), block.data(), std::size_t(block.size()));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            refuse(cantCopy, from, errno);
-        if (count == 0)
-            break;
-        replacement.write(QByteArrayView(block).first(count));
-    }
-    replacement.setTimes(status);
-    replacement.commit(durability, whenWhole);
+    if (!isSameFile(from, to))
+        copyInto(from, to, newFileMode, Link::Kept, durability, whenWhole);
+}
+
+void placeFile(const QString& from, const QString& to) {
+    if (!isInPlace(from, to))
+        copyInto(from, to, 0666, Link::Replaced, Durability::Derived, {});
+}
+
+bool isInPlace(const QString& from, const QString& to) {
+    return isSameFile(from, to) && (!isLink(QFile::encodeName(to)) || isSameLink(from, to));
 }
 
 void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMode) {

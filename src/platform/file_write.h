@@ -40,6 +40,13 @@ void replaceFile(const QString& file, const std::function<void(const WriteBytes&
 void copyFile(const QString& from, const QString& to, unsigned newFileMode = 0666,
               Durability durability = Durability::Derived, const std::function<void()>& whenWhole = {});
 
+/// The same, but a symbolic link in the place of `to` is itself replaced and its target stays. For a folder that holds
+/// copies: who follows a link there writes to a file that is none of it.
+void placeFile(const QString& from, const QString& to);
+
+/// Whether there is nothing to place: `to` is this file already, and no link to it.
+bool isInPlace(const QString& from, const QString& to);
+
 /// Adds to the end of a file, which is made when it is missing. The bytes, and the name of a new file, have reached the
 /// disk when this returns. On failure the file is as it was and Failure is thrown.
 void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMode = 0666);

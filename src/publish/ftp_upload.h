@@ -88,7 +88,7 @@ private:
     QString localFile(const core::UploadRow& row);
     /// A registered file below the folder of the last row read; one that is missing there is first copied from
     /// `dataFolder`.
-    QString localPart(const QString& dataFolder, const QString& name);
+    std::optional<QString> localPart(const QString& dataFolder, const QString& name);
     platform::FolderNames& partsBelow(const QString& folder);
     void showAndPump(const QString& text);
     void showAndPump(const QString& title, const QString& text);

@@ -89,9 +89,12 @@ bool FtpUpload::uploadParts() {
 
 /// This phase has no counter: its texts say 0, and its bar stays empty.
 bool FtpUpload::uploadPart(const store::FileRow& row, qsizetype total) {
+    const std::optional<QString> local = localPart(m_session.DataPath, row.name);
+    if (!local)
+        return true;
     m_desk.status(u"Uploading "_s + row.name);
     showAndPump(u"ファイル「"_s + row.name + u"」をアップロードします。(0/%1)"_s.arg(total));
-    if (!m_internet.putFile(localPart(m_session.DataPath, row.name), row.name, TransferType::Binary))
+    if (!m_internet.putFile(*local, row.name, TransferType::Binary))
         return refused(u"ファイルアップロードエラー"_s, u"その他のエラー(OtherFileUpload)。\r\n("_s + row.name + u':' +
                                                             InternetErrorText(m_internet) + u')');
     showAndPump(successOf(row.name, 0, total));
@@ -169,9 +172,12 @@ bool FtpUpload::uploadLogParts() {
 }
 
 bool FtpUpload::uploadLogPart(const store::FileRow& row, qsizetype total) {
+    const std::optional<QString> local =
+        localPart(m_session.DataPath + u"DiaryLog"_s + core::nativeSeparator(), row.name);
+    if (!local)
+        return true;
     m_desk.status(u"Uploading "_s + row.name);
-    const QString local = localPart(m_session.DataPath + u"DiaryLog"_s + core::nativeSeparator(), row.name);
-    if (!m_internet.putFile(local, row.name, TransferType::Binary))
+    if (!m_internet.putFile(*local, row.name, TransferType::Binary))
         return refused(u"エラー"_s, u"ファイル「"_s + row.name + u"」のアップロードに失敗。\r\n("_s + m_lastName +
                                         u" delete is missed.)\r\n"
                                         u"サーバーが混んでいる可能性もありますので、時間帯を変更してお試し下さい。"_s);

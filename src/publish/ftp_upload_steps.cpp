@@ -50,17 +50,23 @@ QString FtpUpload::localFile(const core::UploadRow& row) {
     return platform::existingPath(m_lastFolder + m_lastName);
 }
 
-QString FtpUpload::localPart(const QString& dataFolder, const QString& name) {
+/// Nothing for a file that may not go.
+std::optional<QString> FtpUpload::localPart(const QString& dataFolder, const QString& name) {
     platform::FolderNames& site = partsBelow(m_lastFolder);
     // Saving the site copies the files of its month alone: one of another month is still in the data folder only.
     const platform::FolderNames& data = partsBelow(dataFolder);
     if (!m_lastFolder.isEmpty() && !site.hasFile(name) && data.hasFile(name)) {
+        if (!m_siteFiles.isCopy(data.path(name)))
+            return std::nullopt;
         const QString part = site.path(name);
         platform::makeFolder(core::GetParentFolder(part));
-        platform::copyFile(data.path(name), part);
+        platform::placeFile(data.path(name), part);
         site.add(name);
     }
-    return site.path(name);
+    const QString part = site.path(name);
+    if (!m_siteFiles.isCopy(part))
+        return std::nullopt;
+    return part;
 }
 
 /// Each folder is listed once a run, however many of its files are missing.

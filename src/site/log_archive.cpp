@@ -73,7 +73,7 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
     for (const QString& root : roots())
         platform::makeFolder(root + u"DiaryLog/DiaryParts"_s);
     // A log may be the first that is ever made of the site.
-    placeWeatherPictures(m_session);
+    placeWeatherPictures(m_session, m_siteFiles);
     archiveFilesOfMonth(year, month);
     archiveCommonFiles();
     m_logs.AddLogOfMonth({yearMonth, logName});
@@ -120,9 +120,9 @@ void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) 
     const int days = daysOfMonth(year, month);
     const platform::FolderNames published(m_session.FilePath + kPartsOfLogs);
     const bool hasSite = !m_session.FilePath.isEmpty() && !platform::isSameFile(m_session.FilePath, m_session.DataPath);
+    const auto isPublished = [&](const store::FileRow& row) { return hasSite && published.hasFile(row.name); };
     const std::vector<store::FileRow> files =
-        m_siteFiles.take(m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)),
-                         [&](const store::FileRow& row) { return hasSite && published.hasFile(row.name); });
+        m_siteFiles.take(m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)), isPublished);
     const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
     std::vector<qint64> logged;
     try {
@@ -158,8 +158,10 @@ bool LogArchive::archiveFile(const store::FileRow& file, const QString& month, c
                            u"[UserData\\DiaryParts]フォルダに該当ファイルをコピーして、再度ログ化して下さい。"_s);
         return false;
     }
+    if (!m_siteFiles.isCopy(parts.path(file.name)))
+        return false;
     for (const QString& root : roots())
-        platform::copyFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+        platform::placeFile(parts.path(file.name), root + kPartsOfLogs + file.name);
     return true;
 }
 
@@ -169,9 +171,9 @@ void LogArchive::archiveCommonFiles() {
     for (const QString& root : roots()) {
         platform::FolderNames logged(root + kPartsOfLogs);
         for (const store::FileRow& file : files) {
-            if (!parts.hasFile(file.name) || logged.hasFile(file.name))
+            if (!parts.hasFile(file.name) || !m_siteFiles.isCopy(parts.path(file.name)) || logged.hasFile(file.name))
                 continue;
-            platform::copyFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+            platform::placeFile(parts.path(file.name), root + kPartsOfLogs + file.name);
             logged.add(file.name);
         }
     }

@@ -150,7 +150,7 @@ void SaveHtml::SaveHTML() {
     m_listed = MonthPage(m_session, m_store, m_clock)
                    .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
                              MakeList::Yes, WithPrivate::No);
-    placeWeatherPictures(m_session);
+    placeWeatherPictures(m_session, m_siteFiles);
     copyParts();
     core::SettingsChange target; // two programs that save at once must not end with one's folder and the other's name
     target.set(m_session.DiaryIniFile, core::keys::kSaveFileName, core::storedName(m_session.FileName));
@@ -171,9 +171,9 @@ void SaveHtml::copyParts() {
         const auto isPublished = [&](const store::FileRow& row) { return isElsewhere && targets.hasFile(row.name); };
         for (const store::FileRow& row : m_siteFiles.take(rows, isPublished)) {
             m_desk.status(u"Copying "_s + folder + row.name);
-            if (!sources.hasFile(row.name) || targets.hasFile(row.name))
+            if (!sources.hasFile(row.name) || !m_siteFiles.isCopy(sources.path(row.name)) || targets.hasFile(row.name))
                 continue;
-            platform::copyFile(sources.path(row.name), m_session.FilePath + u"DiaryParts/"_s + row.name);
+            platform::placeFile(sources.path(row.name), m_session.FilePath + u"DiaryParts/"_s + row.name);
             targets.add(row.name);
         }
     };

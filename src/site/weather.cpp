@@ -25,7 +25,7 @@ const QStringList& weatherPictures() {
     return kPictures;
 }
 
-void placeWeatherPictures(const core::Session& session) {
+void placeWeatherPictures(const core::Session& session, store::SiteFiles& siteFiles) {
     const store::FileRegister files(session.databaseFile());
     const bool hasSite = !session.FilePath.isEmpty();
     if (hasSite)
@@ -35,12 +35,12 @@ void placeWeatherPictures(const core::Session& session) {
         const QString target = hasSite ? session.FilePath + u"DiaryParts/"_s + name : QString();
         // In a site that is the data folder the picture is there already, and yet unknown to the upload.
         const bool isInPlace = platform::fileExists(target) && !platform::isSameFile(source, target);
-        if (!platform::fileExists(source) || isInPlace)
+        if (!platform::fileExists(source) || !siteFiles.isCopy(source) || isInPlace)
             continue;
         // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
         files.AddCommonFiles({name}, store::SiteSide::Current);
         if (hasSite)
-            platform::copyFile(source, target);
+            platform::placeFile(source, target);
     }
 }
 

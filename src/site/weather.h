@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/session.h"
+#include "store/site_files.h"
 
 #include <QStringList>
 
@@ -14,7 +15,8 @@ QString weatherIcon(const QString& weather);
 const QStringList& weatherPictures();
 
 /// Copies the weather pictures that the site's "DiaryParts" lacks and registers each once as a file of all months, so
-/// that upload and logs take them along. Without a site folder they are registered alone. Throws platform::Failure.
-void placeWeatherPictures(const core::Session& session);
+/// that upload and logs take them along. Without a site folder they are registered alone. One
+/// that may not go is left to what `siteFiles` tells. Throws platform::Failure.
+void placeWeatherPictures(const core::Session& session, store::SiteFiles& siteFiles);
 
 } // namespace velloria::site

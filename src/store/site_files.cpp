@@ -11,6 +11,8 @@
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -89,6 +91,25 @@ std::vector<FileRow> SiteFiles::take(const std::vector<FileRow>& rows,
     return taken;
 }
 
+bool SiteFiles::isCopy(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.isSymLink())
+        return true;
+    QStringList folders{file.path()};
+    for (const QString& root : {m_session.DataPath, m_session.FilePath}) {
+        if (!root.isEmpty())
+            folders += {platform::existingPath(root + u"DiaryParts"_s), platform::existingPath(root + u"DiaryLog"_s)};
+    }
+    const QString target = file.canonicalFilePath();
+    const bool isWithin = std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {
+        const QString real = QFileInfo(folder).canonicalFilePath();
+        return !real.isEmpty() && target.startsWith(core::withSeparator(real));
+    });
+    if (!isWithin)
+        keep(m_strays, file.fileName());
+    return isWithin;
+}
+
 /// The names, in the form in which they compare, that private entries alone have.
 QSet<QString> SiteFiles::privateNames(const std::vector<FileRow>& rows) const {
     const bool hasEntries = std::any_of(rows.begin(), rows.end(), belongsToADay);
@@ -121,12 +142,15 @@ void SiteFiles::tell(platform::Desk& desk) {
     QStringList lines;
     if (!m_noNames.isEmpty())
         lines += u"登録された%1はファイルの名前ではないので、サイトに入れていません。"_s.arg(shown(m_noNames));
+    if (!m_strays.isEmpty())
+        lines += u"%1はDiaryPartsの外にあるファイルへのリンクなので、サイトに入れていません。"_s.arg(shown(m_strays));
     if (!m_published.isEmpty())
         lines +=
             u"%1は非公開の日記だけのファイルですが、公開したものがサイトに残っています。"_s.arg(shown(m_published));
     if (!lines.isEmpty())
         desk.notice(lines.join(QString()));
     m_noNames.clear();
+    m_strays.clear();
     m_published.clear();
 }
 

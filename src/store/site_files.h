@@ -26,6 +26,11 @@ public:
     std::vector<FileRow> take(const std::vector<FileRow>& rows,
                               const std::function<bool(const FileRow&)>& isPublished = {});
 
+    /// Whether a file that is about to go is one of the registered copies: one that lies in its folder, or behind a
+    /// link in "DiaryParts" or "DiaryLog" of the data folder or the site. What a link leads to elsewhere could be
+    /// anything; its name is kept for `tell`.
+    bool isCopy(const QString& path);
+
     /// Says on the status panel what has been kept for it; each name once in the life of this.
     void tell(platform::Desk& desk);
 
@@ -36,6 +41,7 @@ private:
     const core::Session& m_session;
     QStringList m_noNames;
     QStringList m_published;
+    QStringList m_strays;
     QSet<QString> m_kept;
 };
 

@@ -475,6 +475,47 @@ TEST_F(FileRegistrationTest, AnUnregisteredFileThatDiffersInCaseStaysBesideTheCo
     EXPECT_EQ(bytesOf(part(u"b.gif"_s)), "own");
     EXPECT_EQ(bytesOf(part(u"B.GIF"_s)), "new");
     EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : B.GIF"_s});
+    add(source(u"b.gif"_s, "other"), u"2004/05/07"_s);
+    EXPECT_EQ(rows(), (QStringList{u"2004/05/06 : 1 : B.GIF"_s, u"2004/05/07 : 1 : B.GIF"_s}))
+        << "the row means the copy, not the file that nobody has registered";
+    desk.answers = {u"yes"_s};
+    add(source(u"b.gif"_s, "newer"), u"2004/05/07"_s);
+    EXPECT_EQ(bytesOf(part(u"b.gif"_s)), "own");
+    EXPECT_EQ(bytesOf(part(u"B.GIF"_s)), "newer");
+}
+
+TEST_F(FileRegistrationTest, ANameThatDiffersInWidthHasACopyOfItsOwn) {
+    add(source(u"b.gif"_s, "one"));
+    add(source(u"ｂ.gif"_s, "two"), u"2004/05/07"_s);
+    EXPECT_EQ(bytesOf(part(u"ｂ.gif"_s)), "two");
+    EXPECT_EQ(rows().last(), u"2004/05/07 : 1 : ｂ.gif"_s);
+}
+
+TEST_F(FileRegistrationTest, ALinkInTheCopysPlaceIsReplacedAndItsTargetStays) {
+    const auto isCopy = [&](const char* bytes) {
+        return !QFileInfo(part(u"x.gif"_s)).isSymLink() && bytesOf(part(u"x.gif"_s)) == bytes;
+    };
+    const auto link = [&](const QString& target) {
+        QFile::remove(part(u"x.gif"_s));
+        ASSERT_TRUE(QFile::link(target, part(u"x.gif"_s)));
+    };
+    const QString target = source(u"target"_s, "own");
+    link(target);
+    add(source(u"x.gif"_s, "one"));
+    EXPECT_TRUE(isCopy("one"));
+    link(target);
+    desk.answers = {u"yes"_s};
+    add(source(u"x.gif"_s, "two"));
+    EXPECT_TRUE(isCopy("two"));
+    link(path(u"in/x.gif"_s));
+    desk.answers = {u"yes"_s};
+    add(path(u"in/x.gif"_s));
+    EXPECT_TRUE(isCopy("two")) << "a link to the very source";
+    link(path(u"in/nowhere"_s));
+    add(path(u"in/x.gif"_s), u"2004/05/07"_s);
+    EXPECT_TRUE(isCopy("two"));
+    EXPECT_EQ(bytesOf(target), "own");
+    EXPECT_FALSE(exists(path(u"in/nowhere"_s)));
 }
 
 } // namespace

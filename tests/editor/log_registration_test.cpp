@@ -6,6 +6,7 @@
 #include "support/test_home.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -165,6 +166,20 @@ TEST_F(LogRegistrationTest, ARegisteredPageIsNotCopiedOntoItself) {
         EXPECT_EQ(bytesOf(inData(u"x.htm"_s)), "one");
         EXPECT_EQ(bytesOf(inSite(u"x.htm"_s)), "one");
     }
+}
+
+TEST_F(LogRegistrationTest, ALinkInThePagesPlaceIsReplacedAndItsTargetStays) {
+    const QString target = source(u"target"_s, "own");
+    for (const QString& page : {inData(u"x.htm"_s), inSite(u"x.htm"_s)}) {
+        platform::makeFolder(path(u"site/DiaryLog"_s));
+        ASSERT_TRUE(QFile::link(target, page));
+    }
+    add(source(u"x.htm"_s, "one"));
+    for (const QString& page : {inData(u"x.htm"_s), inSite(u"x.htm"_s)}) {
+        EXPECT_FALSE(QFileInfo(page).isSymLink());
+        EXPECT_EQ(bytesOf(page), "one");
+    }
+    EXPECT_EQ(bytesOf(target), "own");
 }
 
 TEST_F(LogRegistrationTest, ThePageOfTheSiteComesBackToTheDataFolder) {

@@ -257,6 +257,30 @@ TEST_F(FtpUploadFailure, AFileThatIsNowhereIsTheFailureOfItsRow) {
     EXPECT_EQ(uploaded(), u"a.gif 0"_s);
 }
 
+TEST_F(FtpUploadFailure, WhatALinkLeadsOutToIsToldAndPassedOver) {
+    addPage(u"index.htm"_s);
+    addLog(u"200404.htm"_s);
+    writeFile(path(u"outside"_s), "secret");
+    QDir().mkpath(session.FilePath + u"DiaryParts"_s);
+    QDir().mkpath(session.FilePath + u"DiaryLog/DiaryParts"_s);
+    ASSERT_TRUE(QFile::link(path(u"outside"_s), session.FilePath + u"DiaryParts/site.gif"_s));
+    ASSERT_TRUE(QFile::link(session.databaseFile(), session.DataPath + u"DiaryParts/data.gif"_s));
+    for (const QString& name : {u"site.gif"_s, u"data.gif"_s})
+        addRow(name);
+    addPart(u"b.gif"_s);
+    ASSERT_TRUE(QFile::link(path(u"outside"_s), session.DataPath + u"DiaryLog/DiaryParts/log.gif"_s));
+    addRow(u"log.gif"_s, store::SiteSide::Log);
+    EXPECT_TRUE(run().isDone);
+    EXPECT_EQ(server.files().keys(),
+              (QStringList{u"/pub/DiaryLog/200404.htm"_s, u"/pub/DiaryParts/b.gif"_s, u"/pub/index.htm"_s}));
+    EXPECT_FALSE(exists(session.FilePath + u"DiaryParts/data.gif"_s));
+    const QStringList told = lines(u"status: "_s).filter(u"リンク"_s);
+    ASSERT_EQ(told.size(), 1);
+    for (const QString& name : {u"site.gif"_s, u"data.gif"_s, u"log.gif"_s})
+        EXPECT_EQ(told[0].count(u'「' + name + u'」'), 1) << told[0].toStdString();
+    EXPECT_EQ(sqlValue(u"SELECT group_concat(DISTINCT FileName) FROM FileDB WHERE Uploaded"_s), u"b.gif"_s);
+}
+
 TEST_F(FtpUploadFailure, ARegisteredNameThatIsNoneIsToldAndPassedOver) {
     addPage(u"index.htm"_s);
     addLog(u"200404.htm"_s);

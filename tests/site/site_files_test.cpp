@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +46,71 @@ TEST_F(FilesOfTheSite, SaveHTMLLeavesThoseOfPrivateEntriesAtHome) {
     core::WriteIni(session.DiaryIniFile, core::keys::kPrivateFiles, u"1"_s);
     saver().SaveHTML();
     EXPECT_TRUE(exists(path(u"site2/DiaryParts/private.gif"_s)));
+}
+
+/// A link in the place of a registered file, for one to the diary itself.
+TEST_F(FilesOfTheSite, WhatALinkLeadsOutToStaysAtHomeAndIsNamedOnce) {
+    write(u"2004/05/01"_s, u"題"_s);
+    const QString parts = session.DataPath + u"DiaryParts/"_s;
+    registerPart(u"real.gif"_s, u"ALL"_s);
+    for (const auto& [name, target] : {std::pair{u"diary.gif"_s, session.databaseFile()},
+                                       {u"outside.gif"_s, path(u"outside"_s)},
+                                       {u"inside.gif"_s, parts + u"real.gif"_s},
+                                       {u"Rainy.gif"_s, path(u"outside"_s)}}) {
+        ASSERT_TRUE(QFile::link(target, parts + name));
+        if (name != u"Rainy.gif"_s)
+            registerFile(name, name == u"diary.gif" ? u"2004/05/01"_s : u"ALL"_s);
+    }
+    writeFile(path(u"outside"_s), "secret");
+    const QString stray = u"「%1」はDiaryPartsの外にあるファイルへのリンクなので、サイトに入れていません。"_s.arg(
+        u"Rainy.gif」「diary.gif」「outside.gif"_s);
+    const QStringList free{u"inside.gif"_s, u"real.gif"_s};
+    desk.events = {};
+    saver().SaveHTML();
+    EXPECT_EQ(siteParts(), free);
+    EXPECT_EQ(told(u"リンク"_s), QStringList{stray});
+    desk.events = {};
+    archive().save(u"2004"_s, u"5"_s);
+    EXPECT_EQ(siteParts(u"DiaryLog/DiaryParts"_s), free);
+    EXPECT_EQ(siteParts(), free);
+    EXPECT_EQ(told(u"リンク"_s), QStringList{stray});
+    EXPECT_EQ(sqlValue(u"SELECT max(Logged) FROM FileDB WHERE FileName IN ('diary.gif', 'outside.gif', 'Rainy.gif')"_s),
+              u"0"_s);
+}
+
+TEST_F(FilesOfTheSite, AFolderBehindALinkHoldsItsFiles) {
+    const QString parts = session.DataPath + u"DiaryParts"_s;
+    ASSERT_TRUE(QDir().rename(parts, path(u"elsewhere"_s)));
+    ASSERT_TRUE(QFile::link(path(u"elsewhere"_s), parts));
+    registerPart(u"real.gif"_s, u"ALL"_s);
+    ASSERT_TRUE(QFile::link(u"real.gif"_s, parts + u"/inside.gif"_s));
+    registerFile(u"inside.gif"_s, u"ALL"_s);
+    saver().SaveHTML();
+    EXPECT_EQ(siteParts(), (QStringList{u"inside.gif"_s, u"real.gif"_s}));
+}
+
+TEST_F(FilesOfTheSite, ALinkInTheSiteIsReplacedAndItsTargetStays) {
+    registerPart(u"a.gif"_s, u"2004/05/01"_s);
+    registerPart(u"all.gif"_s, u"ALL"_s);
+    writeFile(path(u"outside"_s), "own");
+    for (const QString& name : {u"a.gif"_s, u"all.gif"_s}) {
+        for (const QString& folder : {u"DiaryParts"_s, u"DiaryLog/DiaryParts"_s}) {
+            QDir(path(u"site"_s)).mkpath(folder);
+            ASSERT_TRUE(QFile::link(path(u"nowhere"_s), path(u"site/"_s + folder + u'/' + name)));
+        }
+    }
+    QFile::remove(path(u"site/DiaryLog/DiaryParts/a.gif"_s));
+    ASSERT_TRUE(QFile::link(path(u"outside"_s), path(u"site/DiaryLog/DiaryParts/a.gif"_s)));
+    saver().SaveHTML();
+    archive().save(u"2004"_s, u"5"_s);
+    for (const QString& name : {u"a.gif"_s, u"all.gif"_s}) {
+        for (const QString& folder : {u"DiaryParts/"_s, u"DiaryLog/DiaryParts/"_s}) {
+            EXPECT_FALSE(QFileInfo(path(u"site/"_s + folder + name)).isSymLink());
+            EXPECT_EQ(bytesOf(path(u"site/"_s + folder + name)), name.toUtf8());
+        }
+    }
+    EXPECT_EQ(bytesOf(path(u"outside"_s)), "own");
+    EXPECT_FALSE(exists(path(u"nowhere"_s)));
 }
 
 TEST_F(FilesOfTheSite, SaveHTMLSaysThatACopyOfANowPrivateEntryStays) {
