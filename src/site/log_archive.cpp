@@ -123,6 +123,8 @@ void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) 
     const auto isPublished = [&](const store::FileRow& row) { return hasSite && published.hasFile(row.name); };
     const std::vector<store::FileRow> files =
         m_siteFiles.take(m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)), isPublished);
+    // Only to tell of those that an earlier run has taken along and that would not go any more.
+    m_siteFiles.take(m_files.FilesOfMonth(start.chopped(1)), isPublished);
     const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
     std::vector<qint64> logged;
     try {

@@ -113,6 +113,18 @@ TEST_F(FilesOfTheSite, ALinkInTheSiteIsReplacedAndItsTargetStays) {
     EXPECT_FALSE(exists(path(u"nowhere"_s)));
 }
 
+TEST_F(FilesOfTheSite, ALogSaysThatWhatItHasTakenAlongBeforeStaysOfANowPrivateEntry) {
+    write(u"2004/04/01"_s, u"題"_s);
+    registerPart(u"a.gif"_s, u"2004/04/01"_s);
+    archive().save(u"2004"_s, u"4"_s);
+    ASSERT_EQ(sqlValue(u"SELECT Logged FROM FileDB"_s), u"1"_s);
+    sql(u"UPDATE Contents SET Private = 1"_s);
+    desk.events = {};
+    archive().save(u"2004"_s, u"4"_s);
+    EXPECT_EQ(told(kRemains), QStringList{u"「a.gif」は非公開の日記だけのファイルですが、"_s + kRemains});
+    EXPECT_EQ(lastStatus(), told(kRemains).last());
+}
+
 TEST_F(FilesOfTheSite, SaveHTMLSaysThatACopyOfANowPrivateEntryStays) {
     write(u"2004/05/01"_s, u"題"_s);
     registerPart(u"a.gif"_s, u"2004/05/01"_s);
