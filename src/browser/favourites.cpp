@@ -2,6 +2,7 @@
 
 #include "core/path_names.h"
 #include "platform/directory.h"
+#include "platform/failure.h"
 #include "platform/profile_file.h"
 #include "platform/text_order.h"
 
@@ -91,7 +92,11 @@ std::vector<Favourite> listFavourites(const QString& root, const QString& folder
 
 QString ReadShortcutURL(const QString& path) {
     constexpr qint64 kMostBytes = 64 * 1024; // no shortcut is that long, whatever else bears its name
-    return platform::ProfileFile(path, kMostBytes).valueOr(u"InternetShortcut"_s, u"URL"_s, u""_s);
+    try {
+        return platform::ProfileFile(path, kMostBytes).valueOr(u"InternetShortcut"_s, u"URL"_s, u""_s);
+    } catch (const platform::Failure&) {
+        return u""_s; // one shortcut that can't be read takes no others from the list
+    }
 }
 
 void CountFolderEntries(const QString& folder, FolderCount& result) {

@@ -51,13 +51,14 @@ QStringList readHistory(const QString& path, bool& isWhole) {
     }
 }
 
-void writeHistory(const QString& path, const QStringList& entries, bool wasWhole) {
-    bool isWhole = false;
-    readHistory(path, isWhole);
-    if (entries.isEmpty() || !wasWhole || !isWhole)
-        return;
+void writeHistory(const core::Session& session, const core::Key& key, const QString& name, const QStringList& entries,
+                  bool wasWhole) {
     try {
-        core::writeLines(platform::existingPath(path), entries);
+        if (entries.isEmpty() || !wasWhole || !isOn(session, key))
+            return;
+        const QString file = platform::existingPath(session.UserPath + name);
+        platform::readFileIfThere(file, kMostBytes); // what can't be read is not replaced
+        core::writeLines(file, entries);
     } catch (const platform::Failure&) {
         // A history that can't be kept is no reason to keep a window open.
     }
@@ -76,13 +77,11 @@ QStringList Histories::words() {
 }
 
 void Histories::keepAddresses(const QStringList& entries) const {
-    if (isOn(m_session, keys::kFindHistory))
-        writeHistory(m_session.UserPath + kAddressFile, entries, m_hasAddresses);
+    writeHistory(m_session, keys::kFindHistory, kAddressFile, entries, m_hasAddresses);
 }
 
 void Histories::keepWords(const QStringList& entries) const {
-    if (isOn(m_session, keys::kUrlHistory))
-        writeHistory(m_session.UserPath + kWordFile, entries, m_hasWords);
+    writeHistory(m_session, keys::kUrlHistory, kWordFile, entries, m_hasWords);
 }
 
 } // namespace velloria::browser

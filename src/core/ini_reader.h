@@ -8,6 +8,7 @@ namespace velloria::core {
 /// The file as it was when this was made. Values come as the wrappers of core/ini.h give them.
 class IniReader {
 public:
+    /// Throws platform::Failure when the file is there and can't be read.
     explicit IniReader(QString file);
 
     /// "" when the key is missing.

@@ -70,13 +70,9 @@ unsigned modeOfNewFile(const QString& file) {
 
 } // namespace
 
-ProfileFile::ProfileFile(const QString& file, qint64 mostBytes) {
-    try {
-        m_bytes = readFile(file, mostBytes);
-        readKeys();
-    } catch (const Failure&) {
-        // A file that can't be read has no keys.
-    }
+ProfileFile::ProfileFile(const QString& file, qint64 mostBytes)
+    : m_bytes(readFileIfThere(file, mostBytes).value_or(QByteArray())) {
+    readKeys();
 }
 
 ProfileFile ProfileFile::fromBytes(const QByteArray& bytes) {

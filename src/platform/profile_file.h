@@ -19,10 +19,11 @@
 
 namespace velloria::platform {
 
-/// One profile file. Reading never fails: a missing or unreadable file has no keys.
+/// One profile file. A missing one has no keys.
 class ProfileFile {
 public:
-    /// A file that may be of any kind is read as far as `mostBytes`.
+    /// A file that may be of any kind is read as far as `mostBytes`. Throws Failure when it is there and can't be read:
+    /// taken for one without keys, it would turn off what it asks for, and get the defaults in place of its values.
     explicit ProfileFile(const QString& file, qint64 mostBytes = kWholeFile);
     static ProfileFile fromBytes(const QByteArray& bytes);
 

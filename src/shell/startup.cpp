@@ -51,8 +51,8 @@ const std::array<SettingsFile, 5> kSettingsFiles{{
 /// A settings file that is no text at all would read as if every key were missing, and so would one behind a link that
 /// leads nowhere.
 void refuseUnreadable(const QString& file) {
-    platform::refuseLostLink(existingPath(file));
-    if (fileExists(file) && platform::readFile(existingPath(file)).contains('\0'))
+    const std::optional<QByteArray> bytes = platform::readFileIfThere(existingPath(file));
+    if (bytes && bytes->contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
 }
@@ -307,13 +307,14 @@ void Startup::findSettingsFiles() {
     SettingsChange defaults;
     for (const SettingsFile& file : kSettingsFiles) {
         QString path = nameOfStored(ReadIni(m_session.DiaryIniFile, file.key));
-        if (isAbsoluteFolder(path))
-            platform::refuseLostLink(existingPath(path));
+        // What is there and can't be read is not missing: the default does not take its place.
+        if (isAbsoluteFolder(path) && !QFileInfo(existingPath(path)).isDir())
+            refuseUnreadable(path);
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = m_session.DataPath + file.defaultName;
             defaults.set(m_session.DiaryIniFile, file.key, storedName(path));
+            refuseUnreadable(path);
         }
-        refuseUnreadable(path);
         m_session.*file.path = path;
     }
     defaults.write();

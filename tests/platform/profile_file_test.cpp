@@ -431,8 +431,9 @@ TEST_F(ProfileOnDisk, TwoWritersLoseNoKey) {
     }
 }
 
-TEST_F(ProfileOnDisk, AFileThatCantBeReadIsNotReplaced) {
+TEST_F(ProfileOnDisk, AFileThatCantBeReadIsNeitherTakenForAnEmptyOneNorReplaced) {
     ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, path(u"a.ini"_s))); // there, and its first bytes are an error
+    EXPECT_THROW(ProfileFile(path(u"a.ini"_s)), Failure);
     EXPECT_THROW(writeProfile(path(u"a.ini"_s), u"s"_s, u"k"_s, u"v"_s), Failure);
     EXPECT_EQ(QFileInfo(path(u"a.ini"_s)).symLinkTarget(), u"/proc/self/mem"_s);
 }
@@ -440,7 +441,7 @@ TEST_F(ProfileOnDisk, AFileThatCantBeReadIsNotReplaced) {
 TEST_F(ProfileOnDisk, NoPipeIsWaitedForAndNoDeviceReadWhole) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(path(u"pipe.ini"_s)).constData(), 0600), 0);
     for (const QString& file : {path(u"pipe.ini"_s), u"/dev/zero"_s}) {
-        EXPECT_EQ(ProfileFile(file).value(u"s"_s, u"k"_s), std::nullopt);
+        EXPECT_THROW(ProfileFile{file}, Failure);
         EXPECT_THROW(writeProfile(file, u"s"_s, u"k"_s, u"v"_s), Failure);
     }
     put(u"a.ini"_s, "[s]\r\nk=1\r\nl=2\r\n");

@@ -50,7 +50,7 @@ void MDIFormTop::completeStart() {
     m_context.desk.pointer(platform::Pointer::Hourglass);
     if (session.IsLogin)
         setWindowTitle(windowTitle() + u" [User:"_s + session.UserID + u']');
-    step([this] { restoreFrame(); });
+    restoreFrame(); // a place that can't be read ends the start: the window's own end would write another one over it
     step([this] {
         auto& calendar = m_context.windows.get<editor::frmCalender>();
         calendar.showChild();
