@@ -14,11 +14,13 @@
 #include "store/database_file.h"
 #include "store/migration.h"
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 #include <array>
+#include <cerrno>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -153,12 +155,12 @@ bool Startup::copyFirstSettings() const {
     constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
     if (fileExists(m_session.DiaryIniFile))
         return false;
-    if (fileExists(factoryFile(u"diary.ini"_s))) {
+    if (hasFactoryFile(u"diary.ini"_s)) {
         refuseUnreadable(factoryFile(u"diary.ini"_s));
         copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
         return false;
     }
-    if (!fileExists(factoryFile(u"default.ini"_s)))
+    if (!hasFactoryFile(u"default.ini"_s))
         return false;
     refuseUnreadable(factoryFile(u"default.ini"_s));
     // In one piece: settings without a data folder would ask for one at the next start.
@@ -170,14 +172,13 @@ bool Startup::copyFirstSettings() const {
 }
 
 void Startup::copyFirstDiary() const {
-    const QString database = m_session.UserPath + u"diary.mdb"_s;
-    if (fileExists(database))
+    const QString database = existingPath(m_session.UserPath + u"diary.mdb"_s);
+    platform::refuseLostLink(database); // to a disk that is not there: no new diary in its place
+    if (QFileInfo::exists(database))
         return;
-    for (const QString& diary : {database, factoryFile(u"diary.mdb"_s)})
-        platform::refuseLostLink(diary); // to a disk that is not there: no new diary in its place
-    if (fileExists(factoryFile(u"diary.mdb"_s)))
+    if (hasFactoryFile(u"diary.mdb"_s))
         store::copyDatabase(factoryFile(u"diary.mdb"_s), database);
-    else if (fileExists(factoryFile(u"default.mdb"_s)))
+    else if (hasFactoryFile(u"default.mdb"_s))
         store::copyDatabase(factoryFile(u"default.mdb"_s), database);
 }
 
@@ -254,10 +255,12 @@ void Startup::makeWorkingFolders() {
     const platform::FolderLock lock(data);
     for (const QString& name : {u"DiaryParts"_s, u"DiaryLog"_s, u"Customize"_s})
         makeFolder(existingPath(data + name));
-    if (fileExists(factoryFile(u"Customize.ini"_s)) && !fileExists(data + u"Customize/Customize.ini"_s))
+    if (hasFactoryFile(u"Customize.ini"_s) && !fileExists(data + u"Customize/Customize.ini"_s))
         copyFactoryFile(u"Customize.ini"_s, existingPath(data + u"Customize"_s) + u"/Customize.ini"_s);
     // The export formats belong to the user: one that they deleted does not come back while the folder stands.
-    if (!QFileInfo::exists(existingPath(data + u"ExportFormat"_s)))
+    const QString formats = existingPath(data + u"ExportFormat"_s);
+    platform::refuseLostLink(formats);
+    if (!QFileInfo::exists(formats))
         makeExportFormats();
     copyBlogTemplates();
     copyWeatherPictures();
@@ -270,11 +273,12 @@ void Startup::makeExportFormats() const {
     const QString unfinished = folder + u".new"_s;
     makeFolder(unfinished);
     for (const QString& name : {u"TEXT"_s, u"HTML"_s}) {
-        if (fileExists(factoryFile(name + u".txt"_s)))
+        if (hasFactoryFile(name + u".txt"_s))
             copyFactoryFile(name + u".txt"_s, unfinished + u'/' + name + u".ini"_s);
     }
-    if (!QDir().rename(unfinished, folder))
-        throw platform::Failure(u"フォルダを作成できません。"_s, folder, {}, u"保存先を確認してください。"_s);
+    if (std::rename(QFile::encodeName(unfinished).constData(), QFile::encodeName(folder).constData()) != 0)
+        throw platform::Failure(u"フォルダを作成できません。"_s, folder, platform::systemReason(errno),
+                                u"保存先を確認してください。"_s);
 }
 
 /// The first picture stands for all of them and comes last, for the same reason. Where the program has none of it, what
@@ -285,9 +289,9 @@ void Startup::copyWeatherPictures() const {
     const QString first = pictures.takeFirst();
     if (fileExists(folder + first))
         return;
-    const bool hasFirst = fileExists(factoryFile(first));
+    const bool hasFirst = hasFactoryFile(first);
     for (const QString& name : pictures << first) {
-        if (fileExists(factoryFile(name)) && (hasFirst || !fileExists(folder + name)))
+        if (hasFactoryFile(name) && (hasFirst || !fileExists(folder + name)))
             copyFactoryFile(name, folder + name);
     }
 }
@@ -329,6 +333,12 @@ void Startup::findPlugins() {
 
 QString Startup::factoryFile(const QString& name) const {
     return existingPath(m_session.MyPath + name);
+}
+
+/// A link that leads nowhere is no missing file.
+bool Startup::hasFactoryFile(const QString& name) const {
+    platform::refuseLostLink(factoryFile(name));
+    return fileExists(factoryFile(name));
 }
 
 void Startup::copyFactoryFile(const QString& name, const QString& target, unsigned mode) const {

@@ -54,6 +54,7 @@ private:
     void findPlugins();
 
     QString factoryFile(const QString& name) const;
+    bool hasFactoryFile(const QString& name) const;
     void copyFactoryFile(const QString& name, const QString& target, unsigned mode = 0666) const;
 
     core::Session& m_session;

@@ -7,6 +7,7 @@ import os
 import resource
 import shutil
 import sqlite3
+import stat
 import subprocess
 import sys
 import threading
@@ -99,10 +100,25 @@ class Home(CliTest):
     def test_a_home_that_is_not_named_in_utf_8_is_told_so(self):
         home = os.fsencode(self.root) + b"/\xff\xfe"
         os.makedirs(home)
-        result = self.execute([CLI, b"--home", home, "start"])
-        self.assertIn("UTF-8", self.assert_refusal(result, 1))
+        os.makedirs(self.root + "/\ufffd\ufffd")  # what becomes of such a name is another folder
         result = self.execute([CLI, "start"], environment={"VELLORIA_HOME": os.fsdecode(home)})
         self.assertIn("UTF-8", self.assert_refusal(result, 1))
+        self.assertEqual(os.listdir(self.root + "/\ufffd\ufffd"), [])
+
+    def test_a_program_in_a_folder_that_is_not_named_in_utf_8_makes_nothing(self):
+        program = os.fsencode(self.root) + b"/\xff"
+        os.makedirs(program)
+        shutil.copy2(CLI, os.fsdecode(program))
+        result = self.execute([program + b"/velloria-cli", "start"], cwd=self.inputs)
+        self.assertIn("UTF-8", self.assert_refusal(result, 1))
+        self.assertEqual(os.listdir(self.inputs), [])
+
+    def test_words_of_other_bytes_than_utf_8_are_refused_with_their_place(self):
+        self.must("start")
+        target = os.fsencode(self.root) + b"/nu\xff"
+        for words, place in ((["site", "save", "--as", target + b"/x.htm"], 8), (["export", "--out", target], 7),
+                             (["ini", "set", self.diary_ini, "S", "K", b"\xff"], 10), ([b"\xff"], 5)):
+            self.refused(*words, code=2, naming=[f"{place}番目", "UTF-8"])
 
     def test_links_that_lead_nowhere_are_named_with_both_ends(self):
         self.must("start")
@@ -116,7 +132,8 @@ class Home(CliTest):
                             ("UserData/Frame.ini", ["start"]), ("UserData/RSS.ini", ["start"]),
                             ("UserData/Genre.csv", ["genre", "list"]), ("UserData/Genre.csv", ["genre", "rebuild"]),
                             ("UserData/Genre.csv", ["entry", "put"]), ("UserData/upload.tmp", ["site", "save"]),
-                            ("UserData/uploadlog.tmp", ["site", "log", "2004", "1"])):
+                            ("UserData/uploadlog.tmp", ["site", "log", "2004", "1"]),
+                            ("UserData/rescue.jsonl", ["--yes", "entry", "delete", "2004/02/01", "1"])):
             path = os.path.join(self.home, name)
             kept = os.path.exists(path) and read(path)
             if kept is not False:
@@ -131,6 +148,38 @@ class Home(CliTest):
             os.remove(path)
             if kept is not False:
                 write(path, kept)
+
+    def test_first_files_behind_links_that_lead_nowhere_are_not_made_anew(self):
+        disk = os.path.join(self.root, "disk", "gone")
+        for number, name in enumerate(("diary.ini", "default.ini", "diary.mdb", "default.mdb", "Customize.ini", "TEXT.txt",
+                                       "UserData", "UserData/DIARY.MDB", "UserData/ExportFormat", "UserData/DiaryParts")):
+            home = self.make_home(f"new{number}")
+            path = os.path.join(home, name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            if os.path.exists(path):
+                os.remove(path)
+            os.symlink(disk, path)
+            line = self.assert_refusal(self.run_cli("start", home=home), 1, name)
+            self.assertIn(path, line)
+            self.assertIn(disk, line)
+            self.assertTrue(os.path.islink(path), name)
+            os.remove(path)
+            self.assertFalse(os.path.lexists(os.path.join(home, "UserData", "diary.mdb")) and name.endswith("mdb"), name)
+            if name not in ("default.ini", "default.mdb"):
+                self.must("start", home=home)
+
+    def test_a_pipe_in_the_place_of_the_diary_is_no_diary(self):
+        os.makedirs(self.data)
+        os.mkfifo(self.database)
+        for words in (["start"], ["db", "version", self.database]):
+            line = self.assert_refusal(self.run_cli(*words, options={"timeout": 60}), 1, words)
+            self.assertIn(self.database, line)
+            self.assertIn("日記データベースを開けません", line)
+        self.assertTrue(stat.S_ISFIFO(os.lstat(self.database).st_mode))
+        os.remove(self.database)
+        self.must("start")
+        os.mkfifo(self.inputs + "/pipe")
+        self.refused("db", "restore", self.inputs + "/pipe", naming=[self.inputs + "/pipe"], options={"timeout": 60})
 
     def test_pipes_and_devices_in_the_place_of_settings_and_lists_hold_nobody_up(self):
         self.must("start")
