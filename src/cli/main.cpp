@@ -109,7 +109,18 @@ int runCommand(const CommandLine& line, TerminalDesk& desk) {
     return kDone;
 }
 
-int run(const QStringList& words) {
+/// A word of other bytes would name another file than the one that is meant.
+QStringList textOf(const std::vector<QByteArray>& words) {
+    QStringList text;
+    for (const QByteArray& word : words) {
+        if (!word.isValidUtf8())
+            throw UsageError(u"%1番目の引数がUTF-8ではありません。"_s.arg(text.size() + 1));
+        text += platform::fromUtf8(word);
+    }
+    return text;
+}
+
+int run(const std::vector<QByteArray>& words) {
     TerminalDesk desk;
     const auto ended = [&](int code, const QString& reason) {
         desk.endProgress();
@@ -117,7 +128,7 @@ int run(const QStringList& words) {
         return code;
     };
     try {
-        return runCommand(parseCommandLine(words), desk);
+        return runCommand(parseCommandLine(textOf(words)), desk);
     } catch (const platform::Failure& failure) {
         desk.failure(failure);
         return kFailed;
@@ -145,8 +156,5 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
-    QStringList words; // not those of the application, which drops a U+FEFF in front
-    for (int i = 1; i < argc; ++i)
-        words += velloria::platform::fromUtf8(argv[i]);
-    return velloria::cli::run(words);
+    return velloria::cli::run({argv + 1, argv + argc}); // the application drops a U+FEFF in front of a word
 }

@@ -9,10 +9,14 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
 namespace {
+
+const QString kNameAFolder = u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s;
 
 /// Files that a newer program may replace in the user's copy of the program folder.
 const QStringList kRefreshed{u"*.blg"_s,    u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
@@ -50,16 +54,29 @@ struct Chosen {
     bool isNamed; ///< by an option or a variable
 };
 
+/// A name of other bytes would become that of another folder, or none and so the current folder.
+void refuseOtherThanUtf8(const QByteArray& name) {
+    if (!name.isValidUtf8())
+        throw platform::Failure(u"プログラムフォルダを使えません。"_s, QString::fromUtf8(name),
+                                u"フォルダの名前がUTF-8ではありません"_s, kNameAFolder);
+}
+
+/// Of this program, in the machine's bytes.
+QByteArray programFile() {
+    std::error_code error;
+    return QByteArray::fromStdString(std::filesystem::read_symlink("/proc/self/exe", error).native());
+}
+
 Chosen chooseHome(const QString& wanted, const QString& programFolder) {
-    const QString named = wanted.isEmpty() ? qEnvironmentVariable("VELLORIA_HOME") : wanted;
+    const QByteArray variable = wanted.isEmpty() ? qgetenv("VELLORIA_HOME") : QByteArray();
+    refuseOtherThanUtf8(variable);
+    const QString named = wanted.isEmpty() ? QString::fromUtf8(variable) : wanted;
+    if (named.isEmpty())
+        refuseOtherThanUtf8(programFile());
     const QString folder = core::withSeparator(QDir(named.isEmpty() ? programFolder : named).absolutePath());
-    if (!QFileInfo(folder).isDir()) {
-        // What a name of other bytes has become leads nowhere.
-        const QString reason =
-            folder.contains(QChar::ReplacementCharacter) ? u"フォルダの名前がUTF-8ではありません"_s : QString();
-        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, reason,
-                                u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s);
-    }
+    platform::refuseLostLink(folder.chopped(1));
+    if (!QFileInfo(folder).isDir())
+        throw platform::Failure(u"プログラムフォルダがありません。"_s, folder, {}, kNameAFolder);
     // Neither settings nor lists can hold such a name.
     if (folder.contains(u'\n') || folder.contains(u'\r'))
         throw platform::Failure(u"プログラムフォルダを使えません。"_s, folder, u"フォルダの名前に改行があります"_s,

@@ -168,7 +168,9 @@ TEST_F(Home, AFolderWithALineBreakInItsNameIsRefused) {
 TEST_F(Home, AFolderThatIsNotNamedInUtf8HasThatReason) {
     const QByteArray name = QFile::encodeName(path(u"x"_s)) + "\xFF";
     ASSERT_EQ(::mkdir(name.constData(), 0755), 0);
-    const QString failure = failureOf([&] { findHome(QString::fromLocal8Bit(name), home.path()); });
+    qputenv("VELLORIA_HOME", name);
+    const QString failure = failureOf([&] { findHome({}, home.path()); });
+    qunsetenv("VELLORIA_HOME");
     EXPECT_TRUE(failure.contains(u"UTF-8"_s)) << failure.toStdString();
     EXPECT_FALSE(failureOf([&] { findHome(path(u"missing"_s), home.path()); }).contains(u"UTF-8"_s));
 }
