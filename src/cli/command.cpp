@@ -4,7 +4,6 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -81,9 +80,8 @@ QString shownFile(const QString& file) {
 }
 
 void refuseUnreadableSettings(const QString& file) {
-    const QFileInfo info(file);
-    platform::refuseLostLink(file);
-    if (info.exists() && !info.isDir() && platform::readFile(file).contains('\0'))
+    const std::optional<QByteArray> bytes = platform::readFileIfThere(file);
+    if (bytes && bytes->contains('\0'))
         throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
                                 u"ファイルは変更されていません。テキストの設定ファイルを指定してください。"_s);
 }
