@@ -9,6 +9,8 @@ DayNumbers::DayNumbers(const sqlite::Connection& connection)
     , m_count(connection,
               "SELECT count(*), count(DISTINCT Number), min(Number), max(Number) FROM Contents WHERE Day = ?1")
     , m_rows(connection, "SELECT RecordID, Number, Private FROM Contents WHERE Day = ?1 ORDER BY Number, RecordID")
+    , m_tail(connection, "SELECT RecordID, Number, Private FROM Contents WHERE Day = ?1 AND Number > ?2 "
+                         "ORDER BY Number, RecordID")
     , m_setNumber(connection, "UPDATE OR ABORT Contents SET Number = ?1 WHERE RecordID = ?2") {}
 
 int DayNumbers::count(const QString& day, bool& isInOrder) {
@@ -25,45 +27,57 @@ bool DayNumbers::repair(const QString& day) {
     count(day, isInOrder);
     if (isInOrder)
         return false;
-    std::vector<std::pair<int, qint64>> moved;
-    QHash<int, int> privateNumbers;
+    m_known.remove(day);
     m_rows.bind(day);
-    for (int number = 1; m_rows.next(); ++number) {
-        const int old = m_rows.integer(1);
-        if (old == number)
-            continue;
-        moved.emplace_back(number, m_rows.integer64(0));
-        if (m_rows.boolean(2))
-            privateNumbers.insert(old, number);
-    }
-    m_rows.reset();
-    for (const auto& [number, record] : moved) {
-        m_setNumber.bind(number, record);
-        m_setNumber.run();
-    }
-    m_files.movePrivate(day, privateNumbers);
-    m_repaired.insert(day);
+    renumber(m_rows, day, 1);
     return true;
 }
 
+int DayNumbers::renumber(sqlite::Statement& rows, const QString& day, int first) {
+    std::vector<std::pair<int, qint64>> moved;
+    QHash<int, int> privateNumbers;
+    int number = first;
+    for (; rows.next(); ++number) {
+        const int old = rows.integer(1);
+        if (old == number)
+            continue;
+        moved.emplace_back(number, rows.integer64(0));
+        if (rows.boolean(2))
+            privateNumbers.insert(old, number);
+    }
+    rows.reset();
+    for (const auto& [newNumber, record] : moved)
+        m_setNumber.bind(newNumber, record).run();
+    m_files.movePrivate(day, privateNumbers);
+    if (!moved.empty())
+        m_repaired.insert(day);
+    return number - first;
+}
+
 int DayNumbers::nextNumber(const QString& day) {
-    auto known = m_counts.find(day);
-    if (known == m_counts.end()) {
+    auto known = m_known.find(day);
+    if (known == m_known.end()) {
         repair(day);
         bool isInOrder = false;
-        known = m_counts.insert(day, count(day, isInOrder));
+        known = m_known.insert(day, {count(day, isInOrder)});
+    } else if (known->hasTail) {
+        m_tail.bind(day, known->count);
+        known->count += renumber(m_tail, day, known->count + 1);
+        known->hasTail = false;
     }
-    return *known + 1;
+    return known->count + 1;
 }
 
 void DayNumbers::added(const QString& day, int number) {
-    const auto known = m_counts.find(day);
-    if (known == m_counts.end())
+    const auto known = m_known.find(day);
+    if (known == m_known.end())
         return;
-    if (number == *known + 1)
-        *known = number;
+    if (number == known->count + 1 && !known->hasTail)
+        known->count = number;
+    else if (number > known->count)
+        known->hasTail = true;
     else
-        m_counts.erase(known); // a gap, or a number twice
+        m_known.erase(known); // a number twice
 }
 
 } // namespace velloria::store

@@ -24,19 +24,29 @@ public:
     /// The number of the next entry, behind a repair.
     int nextNumber(const QString& day);
 
-    /// A row was added under this number. To be told of each one, so that a long day is counted once and not for each.
+    /// A row was added under this number. To be told of each one, so that a long day is counted once and
+    /// only what lies behind a gap is renumbered for the next one.
     void added(const QString& day, int number);
 
 private:
+    /// A day whose first `count` numbers are 1 to that; behind them there may be more rows, with gaps.
+    struct Known {
+        int count = 0;
+        bool hasTail = false;
+    };
+
     /// How many entries the day has, and whether their numbers are 1 to that.
     int count(const QString& day, bool& isInOrder);
+    /// Gives these rows the numbers from `first`, and returns how many there are.
+    int renumber(sqlite::Statement& rows, const QString& day, int first);
 
     EntryFiles m_files;
     sqlite::Statement m_count;
     sqlite::Statement m_rows;
+    sqlite::Statement m_tail;
     sqlite::Statement m_setNumber;
     QSet<QString> m_repaired;
-    QHash<QString, int> m_counts; ///< of days whose numbers are known to be in order
+    QHash<QString, Known> m_known;
 };
 
 } // namespace velloria::store

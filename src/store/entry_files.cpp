@@ -12,14 +12,14 @@ void EntryFiles::movePrivate(const QString& day, const QHash<int, int>& newNumbe
     if (newNumbers.isEmpty())
         return;
     std::vector<std::pair<int, qint64>> moved;
-    sqlite::Statement rows(m_connection, "SELECT FileID, Number FROM FileDB WHERE Day = ?1");
+    sqlite::Statement rows(m_connection, "SELECT FileID FROM FileDB WHERE Day = ?1 AND Number = ?2");
     for (const QString& spelling : m_days.of(day)) {
-        rows.bind(spelling);
-        while (rows.next()) {
-            if (const auto to = newNumbers.find(rows.integer(1)); to != newNumbers.end())
-                moved.emplace_back(*to, rows.integer64(0));
+        for (const auto [from, to] : newNumbers.asKeyValueRange()) {
+            rows.bind(spelling, from);
+            while (rows.next())
+                moved.emplace_back(to, rows.integer64(0));
+            rows.reset();
         }
-        rows.reset();
     }
     sqlite::Statement setNumber(m_connection, "UPDATE OR ABORT FileDB SET Number = ?1 WHERE FileID = ?2");
     for (const auto& [number, file] : moved)

@@ -315,6 +315,18 @@ TEST_F(DiaryStore, ALongDayTakesNoLongerThanItIsLong) {
               u"30000 1 30000"_s);
 }
 
+TEST_F(DiaryStore, EverySecondNumberBehindAGapTakesNoLongerEither) {
+    constexpr int kEntries = 16'000;
+    std::vector<Entry> entries(kEntries, entryOf(kDay, u"t"_s));
+    for (int i = 0; i < kEntries; i += 2)
+        entries[i].number = 2 * kEntries - i;
+    const double start = processorSeconds();
+    const auto keys = diary().SaveEntries(std::move(entries), PublishTime::Now, {});
+    EXPECT_LT(processorSeconds() - start, 30);
+    for (int i = 0; i < kEntries; ++i)
+        ASSERT_EQ(keys[i].number, i + 1);
+}
+
 TEST_F(DiaryStore, NumbersOfOneInputFollowFromWhatStandsInFrontOfEach) {
     const auto numbered = [](int number) {
         Entry entry = entryOf(kDay, QString::number(number));
@@ -329,6 +341,11 @@ TEST_F(DiaryStore, NumbersOfOneInputFollowFromWhatStandsInFrontOfEach) {
     for (const store::EntryKey& key : keys)
         numbers += key.number;
     EXPECT_EQ(numbers, (QList<int>{1, 2, 3, 4, 2, 5, 6, 7}));
+    numbers.clear();
+    for (const store::EntryKey& key : diary().SaveEntries(
+             {numbered(30), numbered(0), numbered(20), numbered(15), numbered(12), numbered(0)}, PublishTime::Now, {}))
+        numbers += key.number;
+    EXPECT_EQ(numbers, (QList<int>{8, 9, 12, 11, 10, 13}));
 }
 
 } // namespace
