@@ -194,9 +194,9 @@ TEST(ProfileFile, HalfACharacterSpoilsNoOtherLine) {
     EXPECT_EQ(valueIn(bytes, u"t・"_s, u"m"_s), u"3"_s);
 }
 
-TEST(ProfileFile, AnUnreadableFileHasNoKeys) {
+TEST(ProfileFile, AMissingFileHasNoKeysAndAFolderIsNone) {
     const QTemporaryDir folder;
-    EXPECT_FALSE(ProfileFile(folder.path()).value(u"s"_s, u"k"_s).has_value());
+    EXPECT_THROW(ProfileFile{folder.path()}, Failure);
     EXPECT_TRUE(ProfileFile(folder.filePath(u"no/such"_s)).sections().isEmpty());
     EXPECT_TRUE(ProfileFile(QString()).sections().isEmpty());
 }

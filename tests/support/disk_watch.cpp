@@ -15,7 +15,6 @@ struct Watched {
     QStringList synced;
     QString refused;
     std::function<void()> called;
-    int lockRefusals = 0;
 };
 
 Watched& watched() {
@@ -48,21 +47,10 @@ int sync(int descriptor, long call) {
     return int(::syscall(call, descriptor));
 }
 
-int lock(int descriptor, int operation) {
-    const int result = int(::syscall(SYS_flock, descriptor, operation));
-    if (result != 0 && errno == EWOULDBLOCK) {
-        const QMutexLocker locker(&watched().mutex);
-        ++watched().lockRefusals;
-        errno = EWOULDBLOCK;
-    }
-    return result;
-}
-
 } // namespace
 
 DiskWatch::DiskWatch() {
     const QMutexLocker locker(&watched().mutex);
-    watched().lockRefusals = 0;
     watched().synced.clear();
     watched().refused = QString();
     watched().called = nullptr;
@@ -77,11 +65,6 @@ DiskWatch::~DiskWatch() {
 QStringList DiskWatch::synced() const {
     const QMutexLocker locker(&watched().mutex);
     return watched().synced;
-}
-
-int DiskWatch::lockRefusals() const {
-    const QMutexLocker locker(&watched().mutex);
-    return watched().lockRefusals;
 }
 
 void DiskWatch::refuse(const QString& ending) {
@@ -104,8 +87,4 @@ extern "C" __attribute__((visibility("default"))) int fsync(int descriptor) {
 
 extern "C" __attribute__((visibility("default"))) int fdatasync(int descriptor) {
     return velloria::tests::sync(descriptor, SYS_fdatasync);
-}
-
-extern "C" __attribute__((visibility("default"))) int flock(int descriptor, int operation) {
-    return velloria::tests::lock(descriptor, operation);
 }

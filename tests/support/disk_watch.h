@@ -1,4 +1,4 @@
-// The disk, watched: what a program makes durable, a disk that refuses it at that moment, and who waits for a lock.
+// The disk, watched: what a program makes durable, and a disk that refuses it at that moment.
 #pragma once
 
 #include <QString>
@@ -8,7 +8,7 @@
 
 namespace velloria::tests {
 
-/// Sees every fsync, fdatasync and flock of this process for its life; one at a time.
+/// Sees every fsync and fdatasync of this process for its life; one at a time.
 class DiskWatch {
 public:
     DiskWatch();
@@ -18,8 +18,6 @@ public:
 
     /// The names, without folder, of the files and folders that were made durable, in turn.
     QStringList synced() const;
-    /// How often a lock was not to be had.
-    int lockRefusals() const;
     /// From here on the disk fails for names that end like this, as one does that breaks while it is written to.
     void refuse(const QString& ending);
     /// Called ahead of each.
