@@ -13,6 +13,8 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -87,6 +89,30 @@ private:
     QPointer<Dialog> m_dialog;
 };
 
+/// Keys that were meant for what lies behind a box do not answer it before somebody can have read it.
+class FirstMoment : public QObject {
+public:
+    explicit FirstMoment(QWidget& box)
+        : QObject(&box)
+        , m_box(box) {
+        constexpr std::chrono::seconds kMoment{1};
+        qApp->installEventFilter(this);
+        QTimer::singleShot(kMoment, this, &QObject::deleteLater);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (!isKey || !(watched == m_box.windowHandle() || watched == &m_box))
+            return false;
+        event->accept();
+        return true;
+    }
+
+private:
+    const QWidget& m_box;
+};
+
 /// What the dialog would take for a file name if it were handed a folder that is not there.
 QString startFolder(const QString& folder) {
     return !folder.isEmpty() && QFileInfo(folder).isDir() ? folder : QDir::homePath();
@@ -142,10 +168,16 @@ void QtDesk::prepareBox() const {
 }
 
 void QtDesk::message(platform::MessageKind kind, const QString& text, const QString& title) {
+    showBox(kind, text, title, Comes::Asked);
+}
+
+void QtDesk::showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes) const {
     prepareBox();
     const Over box(new QMessageBox(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner()));
     box->setTextFormat(Qt::PlainText);
     letScroll(*box.operator->());
+    if (comes == Comes::Unasked)
+        new FirstMoment(*box.operator->());
     box->exec();
 }
 
@@ -246,7 +278,7 @@ void QtDesk::navigate(const QString& url) {
 void QtDesk::failure(const platform::Failure& failure) {
     pointer(platform::Pointer::Default);
     status(u"エラー："_s + failure.line());
-    message(platform::MessageKind::Critical, failure.text(), u"Velloria"_s);
+    showBox(platform::MessageKind::Critical, failure.text(), u"Velloria"_s, Comes::Unasked);
 }
 
 } // namespace velloria::desktop

@@ -44,7 +44,11 @@ public:
     std::function<void(const QString&)> playSound;
 
 private:
+    /// An unasked box takes no keys in its first second: somebody may be typing.
+    enum class Comes { Asked, Unasked };
+
     QWidget* owner() const;
+    void showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes) const;
     void prepareBox() const;
     std::optional<QString> line(const QString& title, const QString& text, const QString& whenAsked,
                                 QLineEdit::EchoMode echo) const;

@@ -4,8 +4,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-
-#include <utility>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +14,26 @@ namespace {
 constexpr std::chrono::milliseconds kShortWait{400};
 constexpr std::chrono::milliseconds kEndOfWait{200};
 constexpr std::chrono::milliseconds kMoment{20};
+constexpr std::chrono::milliseconds kTypingPause{1000};
+
+// The objects of the browser engine bring no type information that a sanitizer could read.
+
+[[gnu::no_sanitize("vptr")]] bool isScreenWindow(const QObject& object) {
+    return object.isWindowType();
+}
+
+[[gnu::no_sanitize("vptr")]] bool takesText(const QWidget& control) {
+    return control.testAttribute(Qt::WA_InputMethodEnabled);
+}
+
+[[gnu::no_sanitize("vptr")]] const QWidget* windowOf(const QWidget& control) {
+    return control.window();
+}
+
+bool isFailureBox(const QWidget& window) {
+    const auto* box = qobject_cast<const QMessageBox*>(&window);
+    return box && box->icon() == QMessageBox::Critical;
+}
 
 } // namespace
 
@@ -29,6 +48,9 @@ WaitBox::WaitBox() {
 
 void WaitBox::end() {
     m_end.stop();
+    if (!m_box)
+        return;
+    m_sinceTyped.start();
     const QMessageBox* box = m_box;
     m_box.clear(); // what it sends on its way out finds no half of it
     delete box;
@@ -36,62 +58,132 @@ void WaitBox::end() {
 
 bool WaitBox::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == platform::Waiting::kType) {
-        ++m_depth;
         serve(static_cast<platform::Waiting&>(*event));
-        --m_depth;
         return true;
     }
-    if (!isTypedAhead(*watched, *event))
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return holdKey(*watched, *static_cast<QKeyEvent*>(event));
+    case QEvent::InputMethod:
+        if (!isWaiting() || watched != m_writer)
+            return false;
+        hold(*event);
+        return true;
+    default:
+        return blocks(*watched, *event);
+    }
+}
+
+/// The box is no modal one: of what is typed into a window behind such a box nobody hears.
+bool WaitBox::blocks(const QObject& watched, QEvent& event) const {
+    if (!m_box || !isScreenWindow(watched) || &watched == m_box->windowHandle())
         return false;
-    m_typed.emplace_back(event->clone());
-    m_handOver.start();
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::TouchBegin:
+    case QEvent::TabletPress:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+    case QEvent::Close:
+        event.ignore();
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The window that has come over the text meanwhile.
+const QWidget* WaitBox::cover() const {
+    const QWidget* modal = QApplication::activeModalWidget();
+    return m_writer && modal && modal != windowOf(*m_writer) ? modal : nullptr;
+}
+
+/// Behind the wait too, until what was typed earlier is in its place. A box that comes up in the middle of a word is
+/// answered once the writer has paused.
+bool WaitBox::holdsKeys() const {
+    if (isWaiting())
+        return true;
+    const QWidget* window = cover();
+    if (!window)
+        return !m_typed.empty();
+    return (!m_typed.empty() || isFailureBox(*window)) && m_sinceTyped.isValid() &&
+           !m_sinceTyped.hasExpired(kTypingPause.count());
+}
+
+/// As it comes from the screen, ahead of all that has keys of its own.
+bool WaitBox::holdKey(const QObject& watched, QKeyEvent& event) {
+    if (!holdsKeys())
+        return false;
+    if (event.type() == QEvent::ShortcutOverride) {
+        event.accept(); // else a shortcut of the menus would start the next command now
+        return true;
+    }
+    if (!isScreenWindow(watched))
+        return false;
+    if (event.key() == Qt::Key_Escape) {
+        if (m_box && event.type() == QEvent::KeyPress)
+            m_box->reject();
+    } else {
+        hold(event);
+    }
     return true;
 }
 
-/// Whoever writes without a look at the screen must not lose a word to the box, nor press its button with a blank.
-bool WaitBox::isTypedAhead(const QObject& watched, const QEvent& event) const {
-    const bool isKey = event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
-    if (!isKey || !m_box || !m_writer || !watched.isWidgetType())
-        return false;
-    const auto& widget = static_cast<const QWidget&>(watched);
-    return widget.window() == m_box && static_cast<const QKeyEvent&>(event).key() != Qt::Key_Escape;
+void WaitBox::hold(const QEvent& event) {
+    m_typed.emplace_back(event.clone());
+    m_sinceTyped.start();
+    m_handOver.start();
 }
 
 /// A change of the text while a command is at work would pass for a part of what that has saved.
 void WaitBox::handOver() {
-    const QWidget* modal = QApplication::activeModalWidget();
-    if (m_depth > 0 || m_box || (modal && m_writer && modal != m_writer->window()))
-        return;
-    m_handOver.stop();
-    const std::vector<std::unique_ptr<QEvent>> typed = std::exchange(m_typed, {});
-    for (const std::unique_ptr<QEvent>& event : typed) {
-        if (m_writer)
+    while (!m_typed.empty()) {
+        if (isWaiting() || cover())
+            return;
+        const std::unique_ptr<QEvent> event = std::move(m_typed.front());
+        m_typed.pop_front();
+        // A blank or Enter on a button would be its command once more.
+        if (m_writer && takesText(*m_writer))
             QCoreApplication::sendEvent(m_writer, event.get());
     }
+    m_handOver.stop();
 }
 
 void WaitBox::serve(platform::Waiting& waiting) {
+    if (!isWaiting() && m_typed.empty())
+        m_writer = QApplication::focusWidget();
+    ++m_depth;
     if (waiting.waited < kShortWait) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        return;
+    } else {
+        if (!m_box)
+            show(waiting.what);
+        m_end.stop();
+        const QPointer<QMessageBox> box = m_box;
+        QCoreApplication::processEvents();
+        waiting.isGivenUp = box && box->isHidden();
+        if (waiting.isGivenUp)
+            end();
+        else
+            m_end.start();
     }
-    if (!m_box) {
-        if (QWidget* writer = QApplication::focusWidget())
-            m_writer = writer;
-        m_box = new QMessageBox(QMessageBox::NoIcon, u"Velloria"_s, waiting.what + u"\n使い終わるのを待っています..."_s,
-                                QMessageBox::Cancel, QApplication::activeWindow());
-        m_box->setTextFormat(Qt::PlainText);
-        m_box->setModal(true);
-        m_box->show();
-    }
-    m_end.stop();
-    const QPointer<QMessageBox> box = m_box;
-    QCoreApplication::processEvents();
-    waiting.isGivenUp = box && box->isHidden();
-    if (waiting.isGivenUp)
-        end();
-    else
-        m_end.start();
+    --m_depth;
+}
+
+void WaitBox::show(const QString& what) {
+    m_box = new QMessageBox(QMessageBox::NoIcon, u"Velloria"_s, what + u"\n使い終わるのを待っています..."_s,
+                            QMessageBox::Cancel, QApplication::activeWindow());
+    m_box->setTextFormat(Qt::PlainText);
+    m_box->setModal(false);
+    // The keyboard stays where it is: an input method would drop what it is composing.
+    m_box->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+    m_box->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_box->show();
 }
 
 } // namespace velloria::desktop

@@ -1,13 +1,16 @@
 // The windows while a command waits for what another program holds.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
 
+#include <deque>
 #include <memory>
-#include <vector>
+
+class QKeyEvent;
 
 namespace velloria::platform {
 class Waiting;
@@ -16,8 +19,9 @@ class Waiting;
 namespace velloria::desktop {
 
 /// While this lives, a wait does not freeze the windows: they paint, and a wait that lasts shows a box with which it
-/// can be left, by its button or by Escape. Input waits for the end of a short wait. In a long one the box has the
-/// mouse; what is typed goes to where the keyboard was, once the command is done.
+/// can be left, by its button or by Escape. The box has the mouse and never the keyboard. What is typed meanwhile goes
+/// to the text that the caret is in, once the command is done: in its order, and behind a failure box that came up in
+/// the middle of a word. Of the keys that belong to no text, those that the text's window takes itself count too.
 class WaitBox : public QObject {
     Q_OBJECT
 public:
@@ -31,13 +35,20 @@ protected:
 
 private:
     void serve(platform::Waiting& waiting);
-    bool isTypedAhead(const QObject& watched, const QEvent& event) const;
+    void show(const QString& what);
+    bool isWaiting() const { return m_depth > 0 || m_box; }
+    const QWidget* cover() const;
+    bool holdsKeys() const;
+    bool holdKey(const QObject& watched, QKeyEvent& event);
+    bool blocks(const QObject& watched, QEvent& event) const;
+    void hold(const QEvent& event);
     void handOver();
 
     QPointer<QMessageBox> m_box; ///< goes with the window that it stands over
     QTimer m_end;                ///< nobody tells the end of a wait: no more events come
-    QPointer<QWidget> m_writer;  ///< had the keyboard when the box came
-    std::vector<std::unique_ptr<QEvent>> m_typed;
+    QPointer<QWidget> m_writer;  ///< had the keyboard when the wait began
+    std::deque<std::unique_ptr<QEvent>> m_typed;
+    QElapsedTimer m_sinceTyped; ///< or since the end of the wait, where that is later
     QTimer m_handOver;
     int m_depth = 0; ///< of the waits that are served
 };

@@ -41,9 +41,8 @@ protected:
             return;
         const QString key = keys.takeFirst();
         whenShown<QDialog>([key, keys](QDialog& dialog) {
-            EXPECT_TRUE(becomesActive(dialog));
             QObject::connect(&dialog, &QObject::destroyed, qApp, [keys] { leaveAll(keys); });
-            begin({u"key"_s, key});
+            leave(dialog, key);
         });
     }
 };

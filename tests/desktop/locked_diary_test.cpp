@@ -38,7 +38,26 @@ protected:
         lock.reset();
         holder.reset();
     }
-    static QMessageBox* waitBox() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+    static QMessageBox* waitBox() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            auto* box = qobject_cast<QMessageBox*>(window);
+            if (box && box->isVisible())
+                return box;
+        }
+        return nullptr;
+    }
+    /// Leaves the next wait that shows its box; `look` sees the text first.
+    template <typename Look>
+    static void leaveNextWait(Look look) {
+        QTimer::singleShot(20, [look] {
+            if (QMessageBox* box = waitBox()) {
+                look(box->text());
+                QTest::mouseClick(box->button(QMessageBox::Cancel), Qt::LeftButton);
+            } else {
+                leaveNextWait(look);
+            }
+        });
+    }
 
     desktop::WaitBox waits;
     std::optional<store::sqlite::Connection> holder;
@@ -74,33 +93,6 @@ TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
 }
 
-TEST_F(LockedDiary, WhatIsTypedInALongWaitReachesTheTextBehindIt) {
-    clickPane();
-    QTimer::singleShot(800, [&] {
-        ASSERT_TRUE(waitBox());
-        QWidget* keyboard = waitBox()->focusWidget();
-        QTest::keyClicks(keyboard ? keyboard : waitBox(), u"a b"_s);
-        QTest::keyClick(keyboard ? keyboard : waitBox(), Qt::Key_Return);
-        QTest::keyClicks(keyboard ? keyboard : waitBox(), u"c"_s);
-    });
-    QTimer::singleShot(1200, [&] { release(); });
-    clickTool(u"SaveToMDBOnly"_s);
-    EXPECT_EQ(rows(), QStringList{u"1title"_s}) << "a blank must not press the button";
-    EXPECT_TRUE(QTest::qWaitFor([this] { return pane().text() == u"a b\r\nc"_s; })) << pane().text().toStdString();
-    EXPECT_TRUE(isSavable()) << "it is not in the diary yet";
-}
-
-TEST_F(LockedDiary, WhatIsTypedAheadOfARefusalReachesTheTextToo) {
-    clickPane();
-    expectedFailures = 1;
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        QTest::keyClicks(&box, u"ab"_s);
-        QTest::keyClick(&box, Qt::Key_Escape);
-    });
-    clickTool(u"SaveToMDBOnly"_s);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return pane().text() == u"ab"_s; })) << pane().text().toStdString();
-}
-
 TEST_F(LockedDiary, AFolderInUseLetsTheWindowsPaintAsWell) {
     Drawn drawn(&top());
     drawn.resize(20, 20);
@@ -122,10 +114,7 @@ TEST_F(LockedDiary, AFolderInUseIsNamedInABoxThatCanBeLeft) {
     const platform::FolderLock other(session.UserPath);
     QElapsedTimer timer;
     timer.start();
-    whenShown<QMessageBox>([this](QMessageBox& box) {
-        EXPECT_TRUE(box.text().contains(session.UserPath)) << box.text().toStdString();
-        QTest::keyClick(&box, Qt::Key_Escape);
-    });
+    leaveNextWait([this](const QString& text) { EXPECT_TRUE(text.contains(session.UserPath)) << text.toStdString(); });
     EXPECT_THROW(platform::FolderLock{session.UserPath}, platform::Failure);
     EXPECT_LT(timer.elapsed(), 4000);
 }
@@ -134,10 +123,8 @@ TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
     QElapsedTimer timer;
     timer.start();
     expectedFailures = 1;
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        EXPECT_TRUE(box.text().startsWith(u"日記データベースは他のプログラムが使用中です。"_s));
-        QTest::keyClick(&box, Qt::Key_Escape);
-    });
+    leaveNextWait(
+        [](const QString& text) { EXPECT_TRUE(text.startsWith(u"日記データベースは他のプログラムが使用中です。"_s)); });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_LT(timer.elapsed(), 4000) << "nobody waits for the end of the wait";
     EXPECT_TRUE(isSavable());
