@@ -33,6 +33,9 @@ public:
     /// The number that was shown last.
     int number() const { return m_number; }
 
+    /// Whether the diary had a row for it when it was shown.
+    bool isStored() const { return m_row.has_value(); }
+
     /// `publishTime` of the row that was shown, null without one.
     QString publishTime() const;
 

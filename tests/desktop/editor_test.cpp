@@ -569,5 +569,32 @@ TEST_F(Editor, OpensTodayByTypingWhileNoDayIsOpen) {
     EXPECT_EQ(title().text(), u"a"_s);
 }
 
+TEST_F(Editor, GoesOnBehindTodaysTextAndNotInItsTitle) {
+    writeDay({u"T"_s});
+    contents().showChild();
+    title().parentWidget()->setFocus();
+    settle();
+    QTest::keyClick(top().windowHandle(), 'a');
+    settle();
+    QTest::keyClick(top().windowHandle(), 'b');
+    EXPECT_EQ(caption(), u"2004/05/06分の日記[1/1]"_s);
+    EXPECT_EQ(title().text(), u"T"_s);
+    EXPECT_EQ(pane().text(), u"text of Tb"_s) << "the first key asked for the day";
+}
+
+TEST_F(Editor, GoesOnBehindTodaysTextAfterAClick) {
+    writeDay({u"T"_s});
+    contents().showChild();
+    settle();
+    const QPoint place = pane().mapTo(&top(), pane().rect().center());
+    QTest::mouseClick(top().windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    settle();
+    EXPECT_FALSE(isSavable());
+    for (const char letter : {'a', 'b', 'c'})
+        QTest::keyClick(top().windowHandle(), letter);
+    EXPECT_EQ(title().text(), u"T"_s);
+    EXPECT_EQ(pane().text(), u"text of Tabc"_s);
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -23,7 +23,7 @@ bool isMeant(const QEvent& event) {
 
 } // namespace
 
-EmptyPage::EmptyPage(QObject* parent, std::function<bool()> isEmpty, std::function<void()> write)
+EmptyPage::EmptyPage(QObject* parent, std::function<bool()> isEmpty, std::function<bool()> write)
     : QObject(parent)
     , m_isEmpty(std::move(isEmpty))
     , m_write(std::move(write)) {}
@@ -33,9 +33,9 @@ bool EmptyPage::eventFilter(QObject* watched, QEvent* event) {
     if (!isMeant(*event) || !m_isEmpty())
         return QObject::eventFilter(watched, event);
     std::unique_ptr<QEvent> key(event->type() == QEvent::KeyPress ? event->clone() : nullptr);
-    m_write();
+    const bool takesKey = m_write();
     QWidget* focused = QApplication::focusWidget();
-    if (key && focused && !m_isEmpty())
+    if (key && focused && takesKey)
         QCoreApplication::postEvent(focused, key.release());
     return true;
 }

@@ -11,14 +11,14 @@ namespace velloria::editor {
 /// clicks through to the page.
 class EmptyPage : public QObject {
 public:
-    /// `write` opens a day; the key that asked for it goes where the focus is then.
-    EmptyPage(QObject* parent, std::function<bool()> isEmpty, std::function<void()> write);
+    /// `write` opens a day. Where it comes back with true, the key that asked for it goes where the focus is then.
+    EmptyPage(QObject* parent, std::function<bool()> isEmpty, std::function<bool()> write);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     const std::function<bool()> m_isEmpty;
-    const std::function<void()> m_write;
+    const std::function<bool()> m_write;
 };
 
 } // namespace velloria::editor

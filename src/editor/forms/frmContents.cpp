@@ -72,10 +72,7 @@ frmContents::frmContents(desktop::Context& context)
     makeToolBar();
     prepareControls();
     page->installEventFilter(new EmptyPage(
-        page, [this] { return !m_hasDay; },
-        [this] {
-            run([this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
-        }));
+        page, [this] { return !m_hasDay; }, [this] { return openToday(); }));
     setContents(page);
     {
         const QScopedValueRollback loading(Loading, true);
@@ -321,6 +318,17 @@ void frmContents::setOldDiary(bool exists) {
 void frmContents::focusTitle() {
     ui->txtTitle->setFocus();
     setInsertable(false);
+}
+
+/// For whoever wants to write. True when today is a new entry, whose title comes first. What is written already is
+/// gone on with behind its text: nobody means to change its title.
+bool frmContents::openToday() {
+    run([this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
+    if (!m_hasDay || !m_edited.isStored())
+        return m_hasDay;
+    goToPane(0);
+    pane().moveCursor(QTextCursor::End);
+    return false;
 }
 
 /// A hidden pane takes no focus, so its tab comes first.

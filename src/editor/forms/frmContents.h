@@ -140,6 +140,7 @@ private:
     void setFieldsEnabled(bool isOn);
     void setOldDiary(bool exists);
     void focusTitle();
+    bool openToday();
     void goToPane(int index);
     desktop::TextPane& pane() const;
 
