@@ -215,6 +215,18 @@ TEST_F(EntryViewer, StaysAboveTheMainWindowAndClosesByEscape) {
     EXPECT_TRUE(closes());
 }
 
+TEST_F(EntryViewer, ColoursLinksAsTheMonthPageDoes) {
+    write(u"2003/05/06"_s, u"first"_s, u"<a id=own href=own.htm>own</a>"_s);
+    setCustomize(u"Body"_s, u"LinkColor"_s, u"#112233"_s);
+    setCustomize(u"Body"_s, u"VLinkColor"_s, u"'\\);"_s);
+    const QString isColoured = u"getComputedStyle(document.getElementById('own')).color == 'rgb(17, 34, 51)'"_s;
+    showSameDay();
+    EXPECT_TRUE(becomesTrue(viewer(), isColoured));
+    showFound(u"first"_s);
+    EXPECT_TRUE(becomesTrue(viewer(), isColoured));
+    EXPECT_FALSE(bytesOf(pagePath(u"oldtmp.htm"_s)).contains("#112233"));
+}
+
 class ImageChoice : public DesktopHome {
 protected:
     QTreeWidget& list() { return control<QTreeWidget>(dialog, u"ListView1"_s); }

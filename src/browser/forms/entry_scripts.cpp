@@ -51,6 +51,17 @@ if (location.protocol === 'file:') {
 }
 )js";
 
+constexpr char16_t kLinkColours[] = uR"js(
+if (location.protocol === 'file:' && document.body) {
+    ['link', 'alink', 'vlink'].forEach((name, place) => document.body.setAttribute(name, %1[place]));
+}
+)js";
+
+QString withTexts(const char16_t* script, const QJsonArray& texts) {
+    const QByteArray told = QJsonDocument(texts).toJson(QJsonDocument::Compact);
+    return QString::fromUtf16(script).replace(u"%1"_s, QString::fromUtf8(told));
+}
+
 } // namespace
 
 QString entryLinks() {
@@ -58,8 +69,11 @@ QString entryLinks() {
 }
 
 QString stylesOf(const QString& head) {
-    const QByteArray text = QJsonDocument(QJsonArray{head}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf16(kStyles).replace(u"%1"_s, QString::fromUtf8(text));
+    return withTexts(kStyles, {head});
+}
+
+QString linkColours(const QString& link, const QString& active, const QString& visited) {
+    return withTexts(kLinkColours, {link, active, visited});
 }
 
 std::optional<EntryName> entryOf(const QString& event) {

@@ -13,6 +13,9 @@ QString entryLinks();
 /// Adds the styles of an HTML text for the page's head, and nothing else of it.
 QString stylesOf(const QString& head);
 
+/// Gives links that no style colours these colours of the set, as its month page has them.
+QString linkColours(const QString& link, const QString& active, const QString& visited);
+
 /// An entry by the name of such an event.
 struct EntryName {
     QString day; ///< "yyyy/mm/dd"

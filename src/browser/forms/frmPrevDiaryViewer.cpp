@@ -3,6 +3,7 @@
 #include "browser/forms/entry_scripts.h"
 #include "desktop/window_place.h"
 #include "site/local_page.h"
+#include "site/site_keys.h"
 
 #include <QMdiArea>
 
@@ -33,7 +34,11 @@ void frmPrevDiaryViewer::showPage(const QString& caption, const QString& file) {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     setScript(u"entryLinks"_s, entryLinks());
-    setScript(u"styles"_s, stylesOf(site::headOfSet(site::SiteSettings(m_context.session))));
+    const site::SiteSettings settings(m_context.session);
+    setScript(u"styles"_s, stylesOf(site::headOfSet(settings)));
+    namespace body = site::keys::body;
+    setScript(u"linkColours"_s, linkColours(settings.text(body::kLinkColor), settings.text(body::kALinkColor),
+                                            settings.text(body::kVLinkColor)));
     Navigate(file);
     raise();
     activateWindow();
