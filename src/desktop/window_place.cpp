@@ -110,6 +110,17 @@ void restorePlace(QWidget& window, const WindowPlace& place, const QMargins& fra
         window.move(geometry.topLeft());
 }
 
+QRect movedBeside(QRect frame, const QRect& other, const QRect& area) {
+    const int left = other.left() - area.left();
+    const int right = area.right() - other.right();
+    frame.setWidth(std::clamp(std::max(left, right), std::min(kLeastSize.width(), frame.width()), frame.width()));
+    if (right >= left)
+        frame.moveLeft(other.right() + 1);
+    else
+        frame.moveRight(other.left() - 1);
+    return movedInto(frame, area);
+}
+
 QRect movedInto(QRect frame, const QRect& area) {
     frame.setSize(frame.size().expandedTo({1, 1}).boundedTo(area.size()));
     frame.moveLeft(std::clamp(frame.left(), area.left(), area.right() - frame.width() + 1));

@@ -50,6 +50,10 @@ QMargins frameOf(const QWidget& window);
 /// Wayland, which places windows itself, the size alone.
 void restorePlace(QWidget& window, const WindowPlace& place, const QMargins& frame);
 
+/// `frame` moved to the side of `other` with more room in `area`, the right one if both have as much, and made as
+/// narrow as that, but never narrower than can be read.
+QRect movedBeside(QRect frame, const QRect& other, const QRect& area);
+
 /// `frame` moved, and cut down if need be, so that it lies within `area`.
 QRect movedInto(QRect frame, const QRect& area);
 

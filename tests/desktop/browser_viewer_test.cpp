@@ -215,6 +215,29 @@ TEST_F(EntryViewer, StaysAboveTheMainWindowAndClosesByEscape) {
     EXPECT_TRUE(closes());
 }
 
+TEST_F(EntryViewer, ComesUpBesideTheEditorUnlessAPlaceIsKept) {
+    write(u"2003/05/06"_s, u"first"_s);
+    auto& editor = context.windows.get<editor::frmContents>();
+    editor.place({300, 20, 420, 600});
+    editor.showChild();
+    settle();
+    const auto editorOnScreen = [&] { return QRect(editor.mapToGlobal(QPoint()), editor.size()); };
+    showSameDay();
+    EXPECT_FALSE(viewer().frameGeometry().intersects(editorOnScreen()));
+    EXPECT_EQ(viewer().size(), QSize(480, 600));
+
+    // Whoever put it above the editor has it there again, until they want to write.
+    viewer().setGeometry(editorOnScreen());
+    settle();
+    viewer().close();
+    ASSERT_TRUE(closes());
+    showSameDay();
+    EXPECT_TRUE(viewer().frameGeometry().intersects(editorOnScreen()));
+    click(u"document.querySelector('a[href^=\"event:\"]')"_s);
+    EXPECT_TRUE(opens(u"2003/05/06分の日記[1/1]"_s)) << caption().toStdString();
+    EXPECT_TRUE(waitFor([&] { return !viewer().frameGeometry().intersects(editorOnScreen()); }));
+}
+
 TEST_F(EntryViewer, ColoursLinksAsTheMonthPageDoes) {
     write(u"2003/05/06"_s, u"first"_s, u"<a id=own href=own.htm>own</a>"_s);
     setCustomize(u"Body"_s, u"LinkColor"_s, u"#112233"_s);

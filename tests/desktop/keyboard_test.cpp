@@ -1,4 +1,5 @@
 // Behind a box or a file dialog the window that asked has the keyboard again.
+#include "browser/forms/frmPrevDiaryViewer.h"
 #include "convert/forms/frmExport.h"
 #include "editor/forms/frmFind.h"
 #include "editor/forms/frmHTMLMakeFont.h"
@@ -134,6 +135,22 @@ TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
     settle();
     QWidget* const left = context.windows.find<shell::frmDeleteImportDiary>();
     expectKeysGoTo(left ? *left : top(), u"frmDeleteImportDiary"_s);
+}
+
+TEST_F(Keyboard, OfTheMainWindowLeavesTheViewersAboveIt) {
+    write(u"2003/05/06"_s, u"first"_s);
+    contents().openDay(u"2004/05/06"_s);
+    contents().picPrevDiaryExist_Click();
+    auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
+    ASSERT_TRUE(becomesActive(viewer));
+    viewer.move(top().frameGeometry().center());
+    settle();
+    top().raise();
+    top().activateWindow();
+    ASSERT_TRUE(becomesActive(top()));
+    const QPoint middle = viewer.frameGeometry().center();
+    EXPECT_TRUE(waitFor([&] { return QGuiApplication::topLevelAt(middle) == viewer.windowHandle(); }));
+    EXPECT_TRUE(viewer.windowFlags() & Qt::WindowMaximizeButtonHint);
 }
 
 TEST_F(Keyboard, StaysWithTheMakersThatBlock) {

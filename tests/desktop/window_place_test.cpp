@@ -55,6 +55,15 @@ TEST_F(WindowPlace, MovesAWindowOntoItsArea) {
     EXPECT_EQ(desktop::movedInto({700, 500, 300, 300}, area), QRect(700, 500, 300, 300));
 }
 
+TEST_F(WindowPlace, MovesAWindowBesideAnother) {
+    const QRect area(0, 0, 1000, 600);
+    const QRect viewer(0, 10, 480, 500);
+    EXPECT_EQ(desktop::movedBeside(viewer, {0, 200, 400, 400}, area), QRect(400, 10, 480, 500));
+    EXPECT_EQ(desktop::movedBeside(viewer, {600, 200, 400, 400}, area), QRect(120, 10, 480, 500));
+    EXPECT_EQ(desktop::movedBeside(viewer, {0, 200, 700, 400}, area), QRect(700, 10, 300, 500)) << "narrower";
+    EXPECT_EQ(desktop::movedBeside(viewer, {0, 0, 1000, 600}, area), QRect(800, 10, 200, 500)) << "no room at all";
+}
+
 TEST_F(WindowPlace, BeyondEveryScreenComesBack) {
     for (const qint32 far : {1'000'000'000, -1'000'000'000, 2'147'483'647}) {
         QWidget window;

@@ -21,6 +21,7 @@ frmPrevDiaryViewer::frmPrevDiaryViewer(desktop::Context& context)
     : WebViewer(context, u"frmPrevDiaryViewer"_s) {
     setWindowTitle(u"過去の日記"_s);
     resize(kFirstSize);
+    stepAside();
     desktop::restorePlace(*this, desktop::readPlace(context.session.DiaryIniFile, kSection),
                           desktop::frameOf(*context.mdi->window()));
 }

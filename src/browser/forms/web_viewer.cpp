@@ -7,9 +7,11 @@
 #include "browser/page_address.h"
 #include "browser/picture_place.h"
 #include "desktop/command.h"
+#include "desktop/window_place.h"
 #include "editor/forms/frmContents.h"
 
 #include <QMdiArea>
+#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <QWebEngineUrlRequestInterceptor>
@@ -37,10 +39,16 @@ private:
     const core::Session& m_session;
 };
 
+/// What the main window shows of it, on the screen.
+QRect screenRect(const QWidget& child) {
+    const QRect seen = child.visibleRegion().boundingRect();
+    return {child.mapToGlobal(seen.topLeft()), seen.size()};
+}
+
 } // namespace
 
 WebViewer::WebViewer(desktop::Context& context, const QString& name)
-    : QWidget(context.mdi->window(), Qt::Window)
+    : QWidget(context.mdi->window(), Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint)
     , m_context(context) {
     setObjectName(name);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
@@ -88,10 +96,32 @@ void WebViewer::onEvent(const QString& name) {
     if (name.compare(u"close"_s, Qt::CaseInsensitive) == 0)
         close();
     else if (const std::optional<EntryName> entry = entryOf(name))
-        desktop::runCommand(m_context.desk, [&] {
-            m_context.windows.get<editor::frmContents>().openEntry(entry->day, entry->number);
-            m_context.mdi->window()->activateWindow();
-        });
+        desktop::runCommand(m_context.desk, [&] { openEntry(entry->day, entry->number); });
+}
+
+/// What is typed from here on goes into the editor: it must not lie behind this window.
+void WebViewer::openEntry(const QString& day, int number) {
+    auto& editor = m_context.windows.get<editor::frmContents>();
+    editor.openEntry(day, number);
+    const QRect shown = screenRect(editor);
+    const QRect hidden = shown.intersected(frameGeometry());
+    if (2 * hidden.width() * hidden.height() > shown.width() * shown.height()) {
+        showNormal();
+        stepAside();
+    }
+    m_context.mdi->window()->activateWindow();
+}
+
+void WebViewer::stepAside() {
+    const auto* editor = m_context.windows.find<editor::frmContents>();
+    const QWidget& mainWindow = *m_context.mdi->window();
+    if (!editor || !editor->isVisible() || !mainWindow.isVisible())
+        return;
+    const QMargins frame = desktop::frameOf(mainWindow);
+    QRect place(QPoint(0, mainWindow.frameGeometry().top()), size().grownBy(frame));
+    place = desktop::movedBeside(place, screenRect(*editor), mainWindow.screen()->availableGeometry());
+    resize(place.size().shrunkBy(frame));
+    move(place.topLeft());
 }
 
 void WebViewer::setScript(const QString& name, const QString& source) {

@@ -15,9 +15,9 @@ namespace velloria::browser {
 class WebPage;
 
 /// It stays above the main window. Esc and a navigation to "event:close", in any case, unload it; the name of an entry
-/// behind "event:" opens that in the editor, and every other one does nothing. Links to the web open in the browser
-/// window. A picture that is not among those of the logs yet is shown from
-/// "DiaryParts". The engine starts with the first page.
+/// behind "event:" opens that in the editor, where it can be seen, and every other one does nothing. Links to the web
+/// open in the browser window. A picture that is not among those of the logs yet is shown from "DiaryParts". The engine
+/// starts with the first page.
 class WebViewer : public QWidget {
     Q_OBJECT
 public:
@@ -32,6 +32,9 @@ protected:
     /// Scripts for its pages (see WebPage::setScript).
     void setScript(const QString& name, const QString& source);
 
+    /// Moves beside the editor if that is seen, and becomes as narrow as the wider side of it.
+    void stepAside();
+
     /// Position and size of the normal state.
     QRect normalPlace() const;
 
@@ -40,6 +43,7 @@ protected:
 private:
     void startEngine();
     void onEvent(const QString& name);
+    void openEntry(const QString& day, int number);
 
     std::shared_ptr<QWebEngineProfile> m_profile;
     QWebEngineView* m_view = nullptr;
