@@ -25,6 +25,25 @@ QPixmap drawnIn(const QColor& colour, QPixmap picture) {
 HouseStyle::HouseStyle()
     : QProxyStyle(QApplication::style()->name()) {}
 
+/// A desktop that tells its colours seldom tells this one, which then is what it is on a light ground.
+void HouseStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    constexpr float kFaint = 0.5F;
+    QColor hint = palette.color(QPalette::Active, QPalette::Text); // an editor without a day is disabled and has one
+    hint.setAlphaF(hint.alphaF() * kFaint);
+    palette.setColor(QPalette::PlaceholderText, hint);
+}
+
+/// The room for check marks grows with a row's height when it is drawn, and not when it is measured: what is missing is
+/// cut out of the middle of the caption.
+QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                   const QWidget* widget) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (type == CT_MenuItem)
+        size.rwidth() += size.height() / 2;
+    return size;
+}
+
 int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* answer) const {
     return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, answer);

@@ -84,6 +84,44 @@ TEST_F(HouseStyle, ButtonsOfBoxesBearNoPictures) {
     EXPECT_EQ(iconsOf(file), QStringList());
 }
 
+TEST_F(HouseStyle, HintsCanBeReadInADarkPalette) {
+    QPalette dark = darkPalette();
+    dark.setColor(QPalette::PlaceholderText, Qt::black);
+    QApplication::style()->polish(dark); // as the toolkit does with the colours of the desktop
+    QApplication::setPalette(dark);
+    QWidget window;
+    auto* line = new QLineEdit(&window);
+    line->setGeometry(0, 0, 200, 40);
+    line->setPlaceholderText(u"Hint"_s);
+    auto* text = new QPlainTextEdit(&window);
+    text->setGeometry(0, 50, 200, 60);
+    text->setPlaceholderText(u"Hint"_s);
+    text->setEnabled(false);
+    window.show();
+    settle();
+    for (QWidget* box : {static_cast<QWidget*>(line), static_cast<QWidget*>(text)}) {
+        const QImage picture = box->grab().toImage();
+        EXPECT_GT(contrastIn(picture, picture.rect().adjusted(5, 5, -5, -5)), 3) << box->metaObject()->className();
+    }
+}
+
+TEST_F(HouseStyle, MenusShowTheirCaptionsInEveryFont) {
+    const QFont before = QApplication::font();
+    for (const int points : {9, 11, 13, 16, 20}) {
+        QApplication::setFont(QFont(before.family(), points));
+        QMenu menu;
+        menu.addAction(u"カスタマイズファイルのエクスポート(&E)"_s);
+        menu.addAction(u"short"_s);
+        const QImage shown = menu.grab().toImage();
+        menu.addAction(u"カスタマイズファイルのエクスポート(&E) and so on"_s); // the same line with room to spare
+        const QImage wide = menu.grab().toImage();
+        const QRect words(0, 0, shown.width() - menu.fontMetrics().height(),
+                          menu.actionGeometry(menu.actions()[0]).bottom());
+        EXPECT_EQ(shown.copy(words), wide.copy(words)) << points;
+    }
+    QApplication::setFont(before);
+}
+
 TEST_F(HouseStyle, FrameButtonsStandOutInEveryPalette) {
     for (const QPalette& palette : {oldPalette, darkPalette()}) {
         QApplication::setPalette(palette);
