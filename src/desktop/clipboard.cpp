@@ -5,6 +5,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QUrl>
@@ -22,18 +23,20 @@ bool isText(const QMimeData& data) {
     return urls.isEmpty() || !std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
 }
 
-QStringList localFiles(const QMimeData& data) {
+QStringList droppedFiles(const QDropEvent& event) {
     QStringList files;
-    for (const QUrl& url : data.urls()) {
+    if (event.source())
+        return files;
+    for (const QUrl& url : event.mimeData()->urls()) {
         if (url.isLocalFile())
             files += QDir::toNativeSeparators(url.toLocalFile());
     }
     return files;
 }
 
-std::optional<QString> imageFile(const QMimeData& data) {
+std::optional<QString> droppedImage(const QDropEvent& event) {
     static const QStringList kEndings{u"gif"_s, u"jpg"_s, u"jpeg"_s, u"png"_s, u"bmp"_s};
-    const QStringList files = localFiles(data);
+    const QStringList files = droppedFiles(event);
     if (files.isEmpty() || !kEndings.contains(core::GetFileExt(files.front()).toLower()))
         return std::nullopt;
     return files.front();

@@ -27,7 +27,7 @@ QString withLineEnds(QString raw, QLatin1StringView lineEnd) {
 
 /// Takes a picture that is dragged here. Always a copy: a file manager removes what was moved.
 bool acceptImage(QDropEvent& event) {
-    if (!imageFile(*event.mimeData()))
+    if (!droppedImage(event))
         return false;
     event.setDropAction(Qt::CopyAction);
     event.accept();
@@ -181,7 +181,7 @@ void TextPane::dragMoveEvent(QDragMoveEvent* event) {
 
 void TextPane::dropEvent(QDropEvent* event) {
     if (acceptImage(*event))
-        Q_EMIT imageDropped(*imageFile(*event->mimeData()));
+        Q_EMIT imageDropped(*droppedImage(*event));
     else
         QPlainTextEdit::dropEvent(event);
 }

@@ -281,7 +281,34 @@ TEST_F(ImageMaker, WithoutRenamingTheNameToBeIsThatOfTheFile) {
     EXPECT_EQ(line(u"txt_TagSRC"_s).text(), u"./DiaryParts/b.gif"_s);
 }
 
+/// The machine's folder for what does not last, elsewhere than around the test's home.
+class TemporaryFolder {
+public:
+    explicit TemporaryFolder(const QString& folder) { qputenv("TMPDIR", folder.toUtf8()); }
+    ~TemporaryFolder() {
+        if (m_before.isNull())
+            qunsetenv("TMPDIR");
+        else
+            qputenv("TMPDIR", m_before);
+    }
+
+private:
+    const QByteArray m_before = qgetenv("TMPDIR");
+};
+
+TEST_F(ImageMaker, ATemporaryFolderIsNoPlaceToLookForPictures) {
+    const TemporaryFolder temporary(path(u""_s));
+    core::WriteIni(session.DiaryIniFile, core::keys::kImagePath, u"kept"_s);
+    open();
+    choose(picture(u"a.gif"_s));
+    press(u"Btn_OK"_s);
+    EXPECT_EQ(registered(), QStringList{u"2004/05/06 : 2 : a.gif"_s});
+    EXPECT_EQ(kept(core::keys::kImagePath), u"kept"_s);
+}
+
 TEST_F(ImageMaker, OkInsertsRegistersAndKeepsItsTexts) {
+    const TemporaryFolder temporary(path(u"tmp"_s));
+    ASSERT_TRUE(QDir().mkpath(path(u"tmp"_s)));
     pane().moveCursor(QTextCursor::Start);
     open();
     choose(picture(u"a.gif"_s));

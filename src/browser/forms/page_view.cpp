@@ -130,7 +130,7 @@ void PageView::printPage() {
 bool PageView::acceptsPicture(QDropEvent& event) const {
     const auto* editor = m_context.windows.find<editor::frmContents>();
     const bool isOpen = editor && editor->hasDay();
-    if (!isOpen || !desktop::imageFile(*event.mimeData())) {
+    if (!isOpen || !desktop::droppedImage(event)) {
         event.ignore();
         return false;
     }
@@ -155,7 +155,7 @@ void PageView::dropEvent(QDropEvent* event) {
     if (!acceptsPicture(*event))
         return;
     // Behind the drop: the maker may have a box to show, and whoever drags waits for the drop's end.
-    QTimer::singleShot(0, this, [this, path = *desktop::imageFile(*event->mimeData())] {
+    QTimer::singleShot(0, this, [this, path = *desktop::droppedImage(*event)] {
         desktop::runCommand(m_context.desk, [&] { m_context.windows.get<editor::frmContents>().openImageMaker(path); });
     });
 }

@@ -27,6 +27,13 @@ QString startFolder(const core::Session& session) {
     return core::isAbsoluteFolder(kept) ? kept : QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
 }
 
+/// What lies there is gone the next time.
+bool isTemporary(const QString& folder) {
+    const QString temporary = QFileInfo(QDir::tempPath()).canonicalFilePath();
+    const QString place = QFileInfo(folder).canonicalFilePath();
+    return place == temporary || place.startsWith(temporary + u'/');
+}
+
 std::optional<QString> checked(const QCheckBox& box, const QString& value) {
     return box.isChecked() ? std::optional(value) : std::nullopt;
 }
@@ -218,8 +225,9 @@ void frmHTMLMakeImage::Btn_OK_Click() {
     core::SettingsChange left;
     left.set(settings, core::keys::kAddDivText, ui->txt_AddDiv->text());
     left.set(settings, core::keys::kTagOtherText, ui->txt_TagOther->text());
-    if (const QString path = ui->txt_FilePath->text(); !path.isEmpty())
-        left.set(settings, core::keys::kImagePath, core::storedName(core::GetParentFolder(path)));
+    const QString folder = core::GetParentFolder(ui->txt_FilePath->text());
+    if (!folder.isEmpty() && !isTemporary(folder))
+        left.set(settings, core::keys::kImagePath, core::storedName(folder));
     left.write();
     accept();
 }

@@ -113,7 +113,7 @@ void frmResistFiles::BtnDelete_Click() {
 }
 
 void frmResistFiles::dragEnterEvent(QDragEnterEvent* event) {
-    if (desktop::localFiles(*event->mimeData()).isEmpty())
+    if (desktop::droppedFiles(*event).isEmpty())
         return;
     // Always a copy: a file manager removes what was moved.
     event->setDropAction(Qt::CopyAction);
@@ -121,7 +121,7 @@ void frmResistFiles::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void frmResistFiles::dropEvent(QDropEvent* event) {
-    const QStringList files = desktop::localFiles(*event->mimeData());
+    const QStringList files = desktop::droppedFiles(*event);
     if (files.isEmpty())
         return;
     ui->txtOpenFile->setText(files.front());
