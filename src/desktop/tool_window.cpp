@@ -5,6 +5,7 @@
 #include "desktop/window_place.h"
 
 #include <QMdiArea>
+#include <QRadioButton>
 #include <QScreen>
 
 namespace velloria::desktop {
@@ -55,6 +56,18 @@ void ToolWindow::takeItsPlace() {
     place.height.reset();
     place.width.reset();
     restorePlace(*this, place, frame);
+}
+
+bool ToolWindow::focusNextPrevChild(bool next) {
+    const bool hasMoved = QDialog::focusNextPrevChild(next);
+    const auto* option = qobject_cast<QRadioButton*>(focusWidget());
+    if (!hasMoved || !option || option->isChecked())
+        return hasMoved;
+    for (auto* other : option->parentWidget()->findChildren<QRadioButton*>(Qt::FindDirectChildrenOnly)) {
+        if (other->isChecked() && other->isEnabled() && other->group() == option->group())
+            other->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    }
+    return hasMoved;
 }
 
 void ToolWindow::done(int result) {

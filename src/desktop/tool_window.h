@@ -27,6 +27,9 @@ public:
     void done(int result) override;
 
 protected:
+    /// Into a group of options the keyboard comes at the chosen one.
+    bool focusNextPrevChild(bool next) override;
+
     enum class Blocks { Nothing, MainWindow };
 
     /// The main window must be there. With a section of the user's settings, the window comes up where it was left, the

@@ -66,5 +66,21 @@ TEST_F(BrowserTabRing, StopsOnceAtAPageWithoutLinks) {
     expectRing({u"WebBrowser"_s});
 }
 
+TEST_F(BrowserTabRing, IsLeftForAPaneOfTheTextByItsDigit) {
+    auto& editor = context.windows.get<editor::frmContents>();
+    editor.openDay(session.EnterDay);
+    show("<body id=\"body\">text</body>");
+    const QStringList panes{u"txtContents"_s, u"txtExtend"_s, u"txtExcerpt"_s};
+    for (const int index : {1, 2, 0}) {
+        browser().showChild();
+        viewOf(browser()).setFocus();
+        settle();
+        QTest::keyClick(top().windowHandle(), Qt::Key(Qt::Key_1 + index), Qt::ControlModifier);
+        settle();
+        EXPECT_EQ(focusName(), panes[index]);
+        EXPECT_EQ(context.mdi->activeSubWindow(), &editor);
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -51,6 +51,25 @@ protected:
         EXPECT_EQ(walk(window, Qt::Key_Tab).join(u' '), forwards.join(u' '));
         EXPECT_EQ(walk(window, Qt::Key_Backtab).join(u' '), backwards.join(u' '));
     }
+    /// With the last option of each group chosen, no other one gets the keys.
+    template <class Window>
+    void expectChosenOptions() {
+        auto& window = shownWindow<Window>(context);
+        for (auto* option : window.template findChildren<QRadioButton*>())
+            option->setChecked(true);
+        control<QPushButton>(window, u"Btn_OK"_s).setFocus();
+        settle();
+        int options = 0;
+        for (const QString& name : walk(window, Qt::Key_Tab)) {
+            if (const auto* option = window.template findChild<QRadioButton*>(name)) {
+                EXPECT_TRUE(option->isChecked()) << name.toStdString();
+                ++options;
+            }
+        }
+        EXPECT_GT(options, 0) << window.objectName().toStdString();
+        window.reject();
+        settle();
+    }
     template <class Window>
     void expectRingOf(const QStringList& order) {
         auto& window = shownWindow<Window>(context);
@@ -102,13 +121,20 @@ TEST_F(TabRing, OfTheRegisters) {
                                          u"BtnResist"_s, u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
 }
 
+TEST_F(TabRing, ComesIntoAGroupOfOptionsAtTheChosenOne) {
+    expectChosenOptions<convert::frmExport>();
+    expectChosenOptions<convert::frmHTML2TXTSetting>();
+    expectChosenOptions<editor::frmHTMLMakeFont>();
+    expectChosenOptions<editor::frmHTMLMakeList>();
+}
+
 TEST_F(TabRing, OfTheOthers) {
     expectRingOf<editor::frmFind>({u"txtFindWord"_s, u"chkTerm"_s, u"chkGenre"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<convert::frmExport>({u"optPeriod_User"_s, u"DTPickerStart"_s, u"DTPickerEnd"_s, u"txtYear"_s,
                                       u"txtMonth"_s, u"DTPickerDay"_s, u"optFormat_Text"_s, u"cmbExportFormat_User"_s,
-                                      u"optContents_RAW"_s, u"optFile_One"_s, u"optSortDir_ASC"_s, u"Btn_OK"_s,
+                                      u"optContents_TEXT"_s, u"optFile_One"_s, u"optSortDir_ASC"_s, u"Btn_OK"_s,
                                       u"Btn_Cancel"_s});
-    expectRingOf<convert::frmHTML2TXTSetting>({kTabs, u"optMODE_HTML"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<convert::frmHTML2TXTSetting>({kTabs, u"optMODE_TEXT"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<site::frmSaveLog>(
         {u"txtYear"_s, u"txtMonth"_s, u"chkAutoResist"_s, u"chkAutoUpdate"_s, u"btn_Save"_s, u"BtnCancel"_s});
     expectRingOf<shell::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});

@@ -320,6 +320,13 @@ void frmContents::focusTitle() {
     setInsertable(false);
 }
 
+void frmContents::showPane(int index) {
+    if (!m_hasDay)
+        return;
+    showChild();
+    goToPane(index);
+}
+
 /// For whoever wants to write. True when today is a new entry, whose title comes first. What is written already is
 /// gone on with behind its text: nobody means to change its title.
 bool frmContents::openToday() {

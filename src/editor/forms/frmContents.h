@@ -70,6 +70,8 @@ public:
 
     /// Whether a day is shown.
     bool hasDay() const { return m_hasDay; }
+    /// Brings the window to the front with the caret in a pane, 0 to 2. Without a day nothing happens.
+    void showPane(int index);
     /// The number that is shown, 0 without a day.
     int shownNumber() const;
 

@@ -152,6 +152,9 @@ void MDIFormTop::addShortcuts() {
                 [this, action] { desktop::runCommand(m_context.desk, action); });
     };
     add(u"Ctrl+P"_s, [this] { m_context.windows.get<editor::frmContents>().Btn5Click_ToolBar(); });
+    for (const int index : {0, 1, 2})
+        add(u"Ctrl+%1"_s.arg(index + 1),
+            [this, index] { m_context.windows.get<editor::frmContents>().showPane(index); });
     add(u"F6"_s, [this] {
         if (menuBar()->hasFocus() && m_context.mdi->activeSubWindow())
             m_context.mdi->activeSubWindow()->setFocus();
