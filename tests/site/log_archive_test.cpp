@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
+#include <QScopeGuard>
 
 #include <atomic>
 #include <csignal>
@@ -15,6 +16,7 @@
 #include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velloria::tests {
 namespace {
@@ -331,17 +333,18 @@ TEST_F(LogArchive, AListThatAnotherRunReplacesMeanwhileIsNotTakenForItsOwn) {
     write(u"2004/05/01"_s, u"題"_s);
     // What stands on disk between page and copy is the list of a run that works at the same time.
     std::atomic<bool> isEnding = false;
-    std::thread other([&] {
-        while (!isEnding)
+    const std::jthread other([&] {
+        while (!isEnding) {
             core::writeUploadList(session.UserPath + u"uplogtmp.tmp"_s, {{u"/other"_s, u"other.htm"_s}});
+            std::this_thread::sleep_for(1ms); // the folder is free for a moment
+        }
     });
+    const auto end = qScopeGuard([&] { isEnding = true; }); // ahead of the thread's own end, whatever is thrown
     for (int i = 0; i < 20; ++i) {
         QFile::remove(siteLog(u"200405.htm"_s));
         save();
         EXPECT_TRUE(exists(siteLog(u"200405.htm"_s)));
     }
-    isEnding = true;
-    other.join();
     EXPECT_EQ(uploadRows(u"uploadlog.tmp"_s), QStringList(20, u"UserData/DiaryLog,200405.htm"_s));
 }
 
