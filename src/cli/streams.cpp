@@ -41,6 +41,18 @@ private:
 
 } // namespace
 
+QString harmless(const QString& text) {
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control && c != u'\t' && c != u'\n')
+            shown += u"\\u%1"_s.arg(c.unicode(), 4, 16, '0'_L1);
+        else
+            shown += c;
+    }
+    return shown;
+}
+
 void occupyClosedStreams() {
     for (std::FILE* stream : {stdin, stdout, stderr}) {
         const bool isClosed = isatty(fileno(stream)) == 0 && errno == EBADF;
@@ -61,7 +73,7 @@ void writeLine(const QString& line) {
 }
 
 void writeError(const QString& line) {
-    writeErrorPart(QString(line).replace(u"\r\n"_s, u"\n"_s) + u'\n');
+    writeErrorPart(harmless(QString(line).replace(u"\r\n"_s, u"\n"_s)) + u'\n');
 }
 
 void writeErrorPart(const QString& text) {
@@ -91,7 +103,7 @@ std::optional<QString> askOnTerminal(const QString& prompt, Echo echo) {
     std::optional<SilentTerminal> silent;
     if (echo == Echo::Off)
         silent.emplace(); // before the prompt, which a script answers at once
-    writeErrorPart(prompt);
+    writeErrorPart(harmless(QString(prompt).replace(u"\r\n"_s, u"\n"_s)));
     std::string line;
     if (!std::getline(std::cin, line))
         return std::nullopt;

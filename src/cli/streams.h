@@ -10,6 +10,10 @@ namespace velloria::cli {
 
 enum class Echo { On, Off };
 
+/// Control characters but tab and line feed as \uXXXX, which JSON reads as well: what a file or a name holds is not to
+/// command the terminal.
+QString harmless(const QString& text);
+
 /// Comes before anything that opens a file: the number of a closed standard stream would go to that file, and results
 /// into it. From here on reading and writing such a stream fails.
 void occupyClosedStreams();

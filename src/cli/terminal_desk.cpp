@@ -74,7 +74,7 @@ void TerminalDesk::showProgress(const QJsonObject& event) {
     if (!standardErrorIsTerminal())
         return;
     m_hasProgressLine = true;
-    const QString text = event[u"text"_s].toString().replace(u"\r\n"_s, u" "_s);
+    const QString text = harmless(event[u"text"_s].toString().replace(u"\r\n"_s, u" "_s));
     constexpr auto kEraseToEndOfLine = "\x1b[K"_L1;
     writeErrorPart(u"\r%1 %2/%3"_s.arg(text).arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt()) +
                    kEraseToEndOfLine);

@@ -5,10 +5,13 @@
 #include "platform/failure.h"
 #include "platform/file_lock.h"
 #include "platform/file_write.h"
+#include "store/day_spellings.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -51,10 +54,14 @@ Format formatOf(const QString& path) {
     throw Failure(u"日記データベースではありません。"_s, path, {}, unchangedAndRestore());
 }
 
-bool hasTable(const Connection& connection, const QString& name) {
-    Statement rows(connection, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
-    rows.bind(name);
+bool hasPart(const Connection& connection, const QString& type, const QString& name) {
+    Statement rows(connection, "SELECT 1 FROM sqlite_master WHERE type = ?1 AND name = ?2 COLLATE NOCASE");
+    rows.bind(type, name);
     return rows.next();
+}
+
+bool hasTable(const Connection& connection, const QString& name) {
+    return hasPart(connection, u"table"_s, name);
 }
 
 /// The engine takes a last page that is cut off for one that ends in zeros.
@@ -89,7 +96,17 @@ public:
         : m_connection(path, Access::ReadOnly) {}
 
     QStringList run() {
-        checkIntegrity();
+        try {
+            checkIntegrity();
+        } catch (const sqlite::Busy&) {
+            throw;
+        } catch (const Failure& failure) {
+            checkForeignParts(); // one of them may be what stops the engine's check
+            if (m_findings.isEmpty())
+                throw;
+            m_findings += u"データベースの異常: "_s + failure.reason();
+            return m_findings;
+        }
         if (!m_findings.isEmpty())
             return m_findings; // the tables can't be trusted any more
         checkForeignParts();
@@ -138,8 +155,22 @@ private:
         Statement rows(m_connection, "SELECT FileName, Day, Number FROM FileDB WHERE Day IS NOT 'ALL' AND NOT EXISTS "
                                      "(SELECT 1 FROM Contents WHERE Contents.Day = FileDB.Day AND Contents.Number = "
                                      "FileDB.Number) ORDER BY Day, Number, FileID");
-        while (rows.next())
-            m_findings += u"日記のない登録ファイル: %1 (%2 %3)"_s.arg(rows.text(0), rows.text(1)).arg(rows.integer(2));
+        while (rows.next()) {
+            if (!hasEntry(rows.text(1), rows.integer(2)))
+                m_findings +=
+                    u"日記のない登録ファイル: %1 (%2 %3)"_s.arg(rows.text(0), rows.text(1)).arg(rows.integer(2));
+        }
+    }
+
+    /// In whatever form the days are written.
+    bool hasEntry(const QString& day, int number) {
+        Statement rows(m_connection, "SELECT 1 FROM Contents WHERE Day = ?1 AND Number = ?2");
+        const QStringList spellings = m_days.of(day);
+        return std::any_of(spellings.begin(), spellings.end(), [&](const QString& spelling) {
+            rows.reset();
+            rows.bind(spelling, number);
+            return rows.next();
+        });
     }
 
     /// They do nothing here, but another program may let them.
@@ -158,6 +189,7 @@ private:
     }
 
     Connection m_connection;
+    DaySpellings m_days{m_connection, "Contents"};
     QStringList m_findings;
 };
 
@@ -234,6 +266,9 @@ qint16 GetDBVersion(const QString& path) {
     refuseCutOffPage(path);
     const Connection connection(path, Access::ReadOnly);
     if (!hasTable(connection, u"DBInfo"_s)) {
+        if (hasPart(connection, u"view"_s, u"DBInfo"_s))
+            throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, u"「DBInfo」がビューです"_s,
+                          unchangedAndRestore());
         if (!hasTable(connection, u"Contents"_s))
             refuseForeignFile(path);
         return 0;

@@ -67,7 +67,7 @@ private:
 QString shown(const QStringList& names) {
     QString text = u'「' + names.join(u"」「"_s) + u'」';
     std::replace_if(
-        text.begin(), text.end(), [](QChar c) { return c.unicode() < u' '; }, u'?');
+        text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u'?');
     return text;
 }
 

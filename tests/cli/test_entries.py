@@ -11,7 +11,8 @@ import sys
 import time
 import unittest
 
-from home import PATIENCE_SECONDS, CliTest, entry, read, snapshot, write
+from home import CliTest, entry, read, snapshot, write
+from patience import PATIENCE_SECONDS
 
 TEXTS = ["quotes \" ' ` and \\", "100% _ [a-z] *", "日記 ｶﾞ Ａ ー① 髙 é 😀", "a\r\nb\nc\rd\r\n", "\t tab", "<3 &amp; </TD>",
          "'; DROP TABLE Contents; --", "--", "\u3000", "\u0001\u007f", "NULL"]
@@ -471,13 +472,39 @@ class Checking(CliTest):
 
     def findings(self):
         before = snapshot(self.root)
-        found = self.must("--json", "db", "check").json
+        result = self.run_cli("--json", "db", "check")
+        found = result.json
         self.assertEqual(snapshot(self.root), before, "the check changed something")
+        self.assertEqual(result.code, 1 if found else 0, result)
+        self.assertEqual(len(result.error_lines), result.code, result)
         return found
 
     def test_a_sound_diary_has_no_findings(self):
         self.assertEqual(self.findings(), [])
         self.assertEqual(self.must("db", "check").out, b"")
+
+    def test_what_a_name_holds_does_not_command_the_terminal(self):
+        name = "x\x1b[31m\x9b1m\x7f"
+        self.sql(f'CREATE TRIGGER "{name}" AFTER INSERT ON Contents BEGIN SELECT 1; END')
+        result = self.run_cli("db", "check")
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("「x\\u001b[31m\\u009b1m\\u007f」", result.text)
+        self.assertIn(name, self.findings()[0])
+        self.sql(f'DROP TRIGGER "{name}"')
+        self.put(entry("2004/02/02", name))
+        self.assertIn("x\\u001b[31m", self.must("entry", "list").text)
+        self.sql("INSERT INTO FileDB (FileName, Day) VALUES (?, 'ALL')", name)
+        self.use_site()
+        self.must("site", "save")
+        refusals = [self.run_cli("file", "delete", name, "ALL", "0"), self.run_cli("file", "add", name, "ALL", "0"),
+                    self.run_cli("--events", "site", "save")]
+        for result in refusals:
+            self.assertFalse(set("\x1b\x9b\x7f") & set(result.error_text), result)
+
+    def test_a_diary_that_the_start_refuses_is_checked(self):
+        self.sql("DROP TABLE DBInfo")
+        self.sql("CREATE VIEW DBInfo AS SELECT 220 AS VersionInfo")
+        self.assertIn("「DBInfo」", "".join(self.findings()))
 
     def test_it_reports_numbers_that_are_not_1_to_n(self):
         for statement in ("UPDATE Contents SET Number = 5 WHERE Title = 'c'",

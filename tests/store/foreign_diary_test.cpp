@@ -30,6 +30,10 @@ public:
             << sql.toStdString() << ": " << error;
         sqlite3_free(error);
     }
+    void addCollation(const char* name) {
+        sqlite3_create_collation(m_handle, name, SQLITE_UTF8, nullptr,
+                                 [](void*, int, const void*, int, const void*) { return 0; });
+    }
 
 private:
     sqlite3* m_handle = nullptr;
@@ -165,6 +169,28 @@ TEST_F(ForeignDiary, TheCheckNamesWhatADiaryDoesNotHave) {
     EXPECT_TRUE(bytesOf(file()) == before);
     OtherTool(file()).run("DROP TABLE FileDB; CREATE VIEW FileDB AS SELECT 1");
     EXPECT_TRUE(store::checkDatabase(file()).join(u'\n').contains(u"「FileDB」"_s));
+    OtherTool(file()).run("DROP TABLE DBInfo; CREATE VIEW DBInfo AS SELECT 220 AS VersionInfo");
+    EXPECT_TRUE(store::checkDatabase(file()).join(u'\n').contains(u"「DBInfo」"_s));
+    EXPECT_TRUE(failureOf([&] { store::GetDBVersion(file()); }).contains(u"「DBInfo」がビューです"_s));
+}
+
+TEST_F(ForeignDiary, WhatStopsTheEnginesCheckIsNamedWithTheRest) {
+    {
+        OtherTool tool(file());
+        tool.addCollation("NOBODYS");
+        tool.run("CREATE TRIGGER x AFTER INSERT ON Contents BEGIN DELETE FROM Contents; END;"
+                 "CREATE INDEX i ON Contents (Title COLLATE NOBODYS)");
+    }
+    const QString findings = store::checkDatabase(file()).join(u'\n');
+    EXPECT_TRUE(findings.contains(u"トリガー: 「x」"_s)) << findings.toStdString();
+    EXPECT_TRUE(findings.contains(u"NOBODYS"_s)) << findings.toStdString();
+}
+
+TEST_F(ForeignDiary, AFileOfADayInAnotherFormHasItsEntry) {
+    const store::FileRegister files(file());
+    files.AddFile({0, u"a.gif"_s, u"2004/5/6"_s, 1, false, false});
+    files.AddFile({0, u"b.gif"_s, u"2004/5/6"_s, 4, false, false});
+    EXPECT_EQ(store::checkDatabase(file()), QStringList{u"日記のない登録ファイル: b.gif (2004/5/6 4)"_s});
 }
 
 TEST_F(ForeignDiary, WithAWriteAheadLogIsOneFileAgainAtTheNextOpening) {

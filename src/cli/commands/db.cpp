@@ -23,6 +23,8 @@ void check(Invocation& invocation) {
     for (const QString& finding : findings)
         rows.push_back({finding});
     invocation.print(QJsonArray::fromStringList(findings), rows);
+    if (!findings.isEmpty())
+        throw Refusal(u"日記データベースに%1件の異常があります。何も変更していません。"_s.arg(findings.size()));
 }
 
 void restore(Invocation& invocation) {
@@ -49,7 +51,7 @@ std::vector<Command> databaseCommands() {
          u"日記データベースのバージョン (FILEを指定すると起動しない)"_s,
          Start::UnlessArgument,
          version},
-        {u"db check"_s, {}, 0, 0, {}, u"日記データベースの異常を報告する (何も変更しない)"_s, Start::Needed, check},
+        {u"db check"_s, {}, 0, 0, {}, u"日記データベースの異常を報告する (何も変更しない)"_s, Start::User, check},
         {u"db restore"_s,
          u"[FILE]"_s,
          0,
