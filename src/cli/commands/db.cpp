@@ -19,6 +19,8 @@ void version(Invocation& invocation) {
 
 void check(Invocation& invocation) {
     const QStringList findings = store::checkDatabase(invocation.session.databaseFile());
+    if (findings.isEmpty())
+        store::GetDBVersion(invocation.session.databaseFile()); // refuses what is no version
     std::vector<QStringList> rows;
     for (const QString& finding : findings)
         rows.push_back({finding});
