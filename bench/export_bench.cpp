@@ -4,7 +4,7 @@
 //
 // The home is a program folder with a diary, as bench/compare-find makes it. Bytes a second are those that were
 // written.
-#include "convert/export.h"
+#include "exchange/export.h"
 #include "platform/file_write.h"
 #include "shell/startup.h"
 #include "silent_desk.h"
@@ -27,24 +27,24 @@ public:
         platform::makeFolder(m_folder);
     }
 
-    convert::ExportCounts write(convert::ExportContents contents, convert::ExportUnit unit) {
+    exchange::ExportCounts write(exchange::ExportContents contents, exchange::ExportUnit unit) {
         const store::DiaryStore store(m_session.databaseFile(), m_clock);
-        convert::ExportSettings settings;
+        exchange::ExportSettings settings;
         settings.period = {store::Period::Kind::Between, u"0000/00/00"_s, u"9999/99/99"_s};
         settings.contents = contents;
         settings.unit = unit;
-        convert::clsExport work(m_session, store, m_desk, settings);
-        work.run(unit == convert::ExportUnit::OneFile ? m_folder + u"all.txt"_s : m_folder);
+        exchange::clsExport work(m_session, store, m_desk, settings);
+        work.run(unit == exchange::ExportUnit::OneFile ? m_folder + u"all.txt"_s : m_folder);
         return work.counts();
     }
 
-    qint64 bytes(convert::ExportUnit unit) const {
+    qint64 bytes(exchange::ExportUnit unit) const {
         qint64 sum = 0;
         QDirIterator files(m_folder, QDir::Files);
         while (files.hasNext()) {
             files.next();
             const bool isAll = files.fileName() == u"all.txt"_s;
-            sum += isAll == (unit == convert::ExportUnit::OneFile) ? files.fileInfo().size() : 0;
+            sum += isAll == (unit == exchange::ExportUnit::OneFile) ? files.fileInfo().size() : 0;
         }
         return sum;
     }
@@ -56,7 +56,7 @@ private:
     QString m_folder;
 };
 
-void add(const std::string& name, Diary& diary, convert::ExportContents contents, convert::ExportUnit unit) {
+void add(const std::string& name, Diary& diary, exchange::ExportContents contents, exchange::ExportUnit unit) {
     benchmark::RegisterBenchmark(name.c_str(), [&diary, contents, unit](benchmark::State& state) {
         int entries = 0;
         for (auto _ : state)
@@ -79,8 +79,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     bench::Diary diary(arguments[1], arguments[2]);
-    using convert::ExportContents;
-    using convert::ExportUnit;
+    using exchange::ExportContents;
+    using exchange::ExportUnit;
     bench::add("oneFile/raw", diary, ExportContents::AsTheyAre, ExportUnit::OneFile);
     bench::add("oneFile/text", diary, ExportContents::Converted, ExportUnit::OneFile);
     bench::add("divided/raw", diary, ExportContents::AsTheyAre, ExportUnit::Divided);

@@ -4,10 +4,10 @@
 //     find_bench HOME "yyyy/mm/dd hh:nn:ss" [OPTIONS OF GOOGLE BENCHMARK]
 //
 // The home is a program folder with a diary, as bench/compare-find makes it.
-#include "editor/find_page.h"
 #include "platform/file_write.h"
 #include "shell/startup.h"
 #include "silent_desk.h"
+#include "site/find_page.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -79,7 +79,7 @@ void addWord(const core::Session& session, const Word& word) {
     const auto makePage = [session, word = word.text] {
         const platform::SystemClock clock;
         const store::DiaryStore store(session.databaseFile(), clock);
-        return editor::MakeFindPage(session, store, session.DataPath + u"findtmp.htm"_s, {word, {}, {}});
+        return site::MakeFindPage(session, store, session.DataPath + u"findtmp.htm"_s, {word, {}, {}});
     };
     makePage();
     const QByteArray page = platform::readFile(session.DataPath + u"findtmp.htm"_s);

@@ -1,10 +1,16 @@
 #include "convert/paragraphs.h"
 
+#include "core/keys.h"
 #include "core/long_text.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::convert {
+
+QString paragraphOpening(const core::Session& session) {
+    const QString attributes = core::TrimNull(core::ReadIni(session.DiaryIniFile, core::keys::kPTagAdd));
+    return attributes.isEmpty() ? u"<P>"_s : u"<P "_s + attributes + u'>';
+}
 
 QString addParagraphTags(const QString& text, const QString& opening) {
     QString tagged = core::replaced(text, u"\r\n\r\n"_s, u"</P>"_s + opening);

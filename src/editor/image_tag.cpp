@@ -51,7 +51,7 @@ QString imageSource(const QString& name) {
     return u"./DiaryParts/"_s + name;
 }
 
-QString automaticImageName(const store::FileRegister& files, const QString& day, const QString& extension) {
+QString automaticImageName(const registers::FileRegister& files, const QString& day, const QString& extension) {
     double last = 0;
     // A name that somebody else has made up may end in anything: the next one below it then counts.
     for (const QString& name : files.ImageFilesOfDay(day)) {

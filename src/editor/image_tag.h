@@ -1,7 +1,7 @@
 // The image tag maker without its window: the tag, the name of the picture on the site, and what the preview says.
 #pragma once
 
-#include "store/file_register.h"
+#include "registers/file_register.h"
 
 #include <QSize>
 #include <QString>
@@ -39,7 +39,7 @@ QString imageSource(const QString& name);
 /// The next name for a picture of `day` ("yyyy/mm/dd"): "dimage20040105_01.jpg". It rises with what the register holds,
 /// so two pictures in a row share one until the first is registered. The last name by text order counts, so behind
 /// "_99" it rises no more. Throws platform::Failure.
-QString automaticImageName(const store::FileRegister& files, const QString& day, const QString& extension);
+QString automaticImageName(const registers::FileRegister& files, const QString& day, const QString& extension);
 
 /// A side of the square preview, in device-independent pixels.
 inline constexpr int kPreviewSide = 167;

@@ -1,5 +1,6 @@
 #include "editor/tags.h"
 
+#include "convert/paragraphs.h"
 #include "core/ini.h"
 #include "core/keys.h"
 
@@ -38,18 +39,13 @@ std::span<const Tag> tags() {
     return kTags;
 }
 
-QString paragraphOpening(const core::Session& session) {
-    const QString attributes = core::TrimNull(core::ReadIni(session.DiaryIniFile, core::keys::kPTagAdd));
-    return attributes.isEmpty() ? kTags[kParagraphTag].opening.toString() : u"<P "_s + attributes + u'>';
-}
-
 std::optional<QString> insertion(const core::Session& session, int index, const QString& selection) {
     if (index < 0 || std::size_t(index) >= std::size(kTags))
         return selection;
     const Tag& tag = kTags[index];
     if (tag.maker != TagMaker::None)
         return std::nullopt;
-    const QString opening = index == kParagraphTag ? paragraphOpening(session) : tag.opening.toString();
+    const QString opening = index == kParagraphTag ? convert::paragraphOpening(session) : tag.opening.toString();
     return opening + selection + tag.closing.toString();
 }
 

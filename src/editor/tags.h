@@ -30,9 +30,6 @@ inline constexpr QStringView kTagListRest = u"HTMLタグを選んでください
 /// The twenty items in order.
 std::span<const Tag> tags();
 
-/// The opening of a paragraph, with the user's attributes if there are some.
-QString paragraphOpening(const core::Session& session);
-
 /// What takes the place of `selection` (which may be empty) when the tag of this index is inserted. An index outside
 /// the list inserts nothing: the selection is its own replacement. Nothing for a tag with a maker.
 std::optional<QString> insertion(const core::Session& session, int index, const QString& selection);

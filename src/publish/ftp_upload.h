@@ -9,8 +9,8 @@
 #include "publish/progress_view.h"
 #include "publish/upload_log.h"
 #include "publish/upload_settings.h"
-#include "store/file_register.h"
-#include "store/site_files.h"
+#include "registers/file_register.h"
+#include "registers/site_files.h"
 
 #include <functional>
 #include <map>
@@ -108,8 +108,8 @@ private:
     UploadCalls m_calls;
     ProgressView m_view;
     FtpFolders m_folders;
-    store::FileRegister m_files;
-    store::SiteFiles m_siteFiles;
+    registers::FileRegister m_files;
+    registers::SiteFiles m_siteFiles;
 
     std::map<QString, platform::FolderNames> m_parts; ///< "DiaryParts" below each folder that was asked for
     UploadSettings m_settings;

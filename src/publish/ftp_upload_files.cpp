@@ -71,7 +71,7 @@ bool FtpUpload::uploadParts() {
         return true;
     m_view.setTitle(u"ファイルアップロード"_s);
     m_siteFiles.take(m_files.FilesSent()); // only to tell of those that would not go any more
-    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(store::SiteSide::Current));
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(registers::SiteSide::Current));
     if (rows.empty()) {
         m_desk.status(u"HTMLファイル以外にアップロード対象となるファイルはありません。"_s);
         return true;
@@ -154,7 +154,7 @@ bool FtpUpload::uploadLogParts() {
         m_reason = u"HTMLファイルのみアップロードする設定では、ログのファイルを最後まで送れません。"_s;
         return false;
     }
-    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(store::SiteSide::Log));
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(registers::SiteSide::Log));
     if (rows.empty())
         return true;
     if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_settings.startFolder + u"DiaryLog/"_s,

@@ -70,7 +70,7 @@ void MakeCalenderFrame(MonthRun& run, int year, int month) {
     page.print(u"<div align=center>"_s, QString::number(year), u"年"_s, QString::number(month), u"月</div>"_s);
 }
 
-void MakeLogList(MonthRun& run, const store::LogRegister& logs) {
+void MakeLogList(MonthRun& run, const registers::LogRegister& logs) {
     const SiteSettings& settings = run.settings;
     const QString type = settings.text(keys::general::kLogType);
     const QString align = settings.text(keys::general::kLogAlign);

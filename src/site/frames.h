@@ -1,8 +1,8 @@
 // The frameset, the head of its left column, and the list of logs.
 #pragma once
 
+#include "registers/log_register.h"
 #include "site/month_run.h"
-#include "store/log_register.h"
 
 namespace velloria::site {
 
@@ -13,6 +13,6 @@ void MakeFrameSet(MonthRun& run);
 void MakeCalenderFrame(MonthRun& run, int year, int month);
 
 /// Appends the links to the logs (or their select box) to the run's calendar file.
-void MakeLogList(MonthRun& run, const store::LogRegister& logs);
+void MakeLogList(MonthRun& run, const registers::LogRegister& logs);
 
 } // namespace velloria::site

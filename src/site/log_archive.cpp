@@ -2,11 +2,11 @@
 
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/site_folder.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/calendar_dates.h"
 #include "site/month_page.h"
-#include "site/site_folder.h"
 #include "site/weather.h"
 
 using namespace Qt::StringLiterals;
@@ -45,7 +45,7 @@ LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& st
     , m_siteFiles(*m_ownSiteFiles) {}
 
 LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                       const platform::Clock& clock, store::SiteFiles& siteFiles)
+                       const platform::Clock& clock, registers::SiteFiles& siteFiles)
     : m_session(session)
     , m_store(store)
     , m_desk(desk)
@@ -59,7 +59,7 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
     const QString yearMonth = year + u'/' + month;
     const QString logName = year + month + u".htm"_s;
     requireFileName(logName);
-    requireSiteFolder(m_session);
+    core::requireSiteFolder(m_session);
     for (const QString& root : roots())
         platform::makeFolder(root + u"DiaryLog"_s);
 
@@ -186,7 +186,7 @@ void LogArchive::archiveCommonFiles() {
         if (logged.hasFile(file.name))
             names += file.name;
     }
-    m_files.AddCommonFiles(names, store::SiteSide::Log);
+    m_files.AddCommonFiles(names, registers::SiteSide::Log);
 }
 
 } // namespace velloria::site

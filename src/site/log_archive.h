@@ -6,10 +6,10 @@
 #include "platform/clock.h"
 #include "platform/desk.h"
 #include "platform/directory.h"
+#include "registers/file_register.h"
+#include "registers/log_register.h"
+#include "registers/site_files.h"
 #include "store/diary_store.h"
-#include "store/file_register.h"
-#include "store/log_register.h"
-#include "store/site_files.h"
 
 #include <QDate>
 
@@ -34,7 +34,7 @@ public:
                const platform::Clock& clock);
     /// The same as a step of a command that has made its choice among the registered files, and tells of it, itself.
     LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-               const platform::Clock& clock, store::SiteFiles& siteFiles);
+               const platform::Clock& clock, registers::SiteFiles& siteFiles);
     LogArchive(const LogArchive&) = delete;
     LogArchive& operator=(const LogArchive&) = delete;
 
@@ -61,10 +61,10 @@ private:
     const store::DiaryStore& m_store;
     platform::Desk& m_desk;
     const platform::Clock& m_clock;
-    store::FileRegister m_files;
-    store::LogRegister m_logs;
-    std::optional<store::SiteFiles> m_ownSiteFiles; ///< of a command of its own
-    store::SiteFiles& m_siteFiles;
+    registers::FileRegister m_files;
+    registers::LogRegister m_logs;
+    std::optional<registers::SiteFiles> m_ownSiteFiles; ///< of a command of its own
+    registers::SiteFiles& m_siteFiles;
 };
 
 } // namespace velloria::site

@@ -4,9 +4,9 @@
 #include "core/session.h"
 #include "core/upload_list.h"
 #include "platform/clock.h"
+#include "registers/log_register.h"
 #include "site/month_run.h"
 #include "store/diary_store.h"
-#include "store/log_register.h"
 
 namespace velloria::site {
 
@@ -39,7 +39,7 @@ private:
     const core::Session& m_session;
     const store::DiaryStore& m_store;
     const platform::Clock& m_clock;
-    store::LogRegister m_logs;
+    registers::LogRegister m_logs;
 };
 
 } // namespace velloria::site

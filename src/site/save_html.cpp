@@ -4,16 +4,16 @@
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings_change.h"
+#include "core/site_folder.h"
 #include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "registers/file_register.h"
 #include "site/month_page.h"
-#include "site/site_folder.h"
 #include "site/weather.h"
-#include "store/file_register.h"
 
 #include <QFileInfo>
 
@@ -49,29 +49,29 @@ SaveHtml::SaveHtml(core::Session& session, const store::DiaryStore& store, platf
     , m_clock(clock)
     , m_siteFiles(session) {}
 
-Outcome SaveHtml::saveCommand() {
+platform::Outcome SaveHtml::saveCommand() {
     if (m_session.FilePath.isEmpty() || m_session.FileName.isEmpty())
         return saveAsCommand();
     SaveHTML();
-    return Outcome::Done;
+    return platform::Outcome::Done;
 }
 
-Outcome SaveHtml::saveAsCommand() {
-    return saveTo([this] { return chooseTarget() == Outcome::Done; });
+platform::Outcome SaveHtml::saveAsCommand() {
+    return saveTo([this] { return chooseTarget() == platform::Outcome::Done; });
 }
 
-Outcome SaveHtml::saveAs(const QString& path) {
+platform::Outcome SaveHtml::saveAs(const QString& path) {
     return saveTo([&] { return takeTarget(path); });
 }
 
-Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
+platform::Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
     const QString oldPath = m_session.FilePath;
     const QString oldName = m_session.FileName;
     const QString list = m_session.UserPath + u"upload.tmp"_s;
     const std::optional<QByteArray> oldList = platform::readFileIfThere(list);
     try {
         if (!takeTarget())
-            return Outcome::Refused;
+            return platform::Outcome::Refused;
         SaveHTML();
     } catch (...) {
         m_session.FilePath = oldPath;
@@ -79,7 +79,7 @@ Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
         bringBack(list, oldList);
         throw;
     }
-    return Outcome::Done;
+    return platform::Outcome::Done;
 }
 
 /// The list of the site that stays the user's; one that can't be brought back names pages that are there as well.
@@ -91,7 +91,7 @@ void SaveHtml::bringBack(const QString& list, const std::optional<QByteArray>& b
     }
 }
 
-Outcome SaveHtml::chooseTarget() {
+platform::Outcome SaveHtml::chooseTarget() {
     const QString proposed = m_session.FileName.isEmpty() ? u"index.htm"_s : m_session.FileName;
     const std::optional<QString> path = m_desk.choosePath({platform::PathMode::Save,
                                                            u"日記の書き出し..."_s,
@@ -99,7 +99,7 @@ Outcome SaveHtml::chooseTarget() {
                                                            m_session.FilePath,
                                                            {},
                                                            proposed});
-    return path && !path->isEmpty() && takeTarget(*path) ? Outcome::Done : Outcome::Refused;
+    return path && !path->isEmpty() && takeTarget(*path) ? platform::Outcome::Done : platform::Outcome::Refused;
 }
 
 bool SaveHtml::takeTarget(const QString& path) {
@@ -142,7 +142,7 @@ void SaveHtml::SaveHTML() {
     const platform::Hourglass hourglass(m_desk);
     if (!m_session.FileName.endsWith(u".htm"_s) && !m_session.FileName.endsWith(u".html"_s))
         m_session.FileName += kPageEnding;
-    requireSiteFolder(m_session);
+    core::requireSiteFolder(m_session);
     if (isLocalPageName(m_session.FileName) && platform::isSameFile(m_session.FilePath, m_session.DataPath))
         throw platform::Failure(u"プレビューなどに使われる名前のページは、データフォルダに保存できません。"_s,
                                 m_session.FilePath + m_session.FileName, {},
@@ -161,7 +161,7 @@ void SaveHtml::SaveHTML() {
 }
 
 void SaveHtml::copyParts() {
-    const store::FileRegister files(m_session.databaseFile());
+    const registers::FileRegister files(m_session.databaseFile());
     const QString folder = m_session.DataPath + u"DiaryParts/"_s;
     const platform::FolderNames sources(platform::existingPath(folder));
     platform::FolderNames targets(m_session.FilePath + u"DiaryParts/"_s);

@@ -5,15 +5,14 @@
 #include "core/upload_list.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
+#include "platform/outcome.h"
+#include "registers/site_files.h"
 #include "store/diary_store.h"
-#include "store/site_files.h"
 
 #include <functional>
 #include <optional>
 
 namespace velloria::site {
-
-enum class Outcome { Done, Refused };
 
 class SaveHtml {
 public:
@@ -22,17 +21,17 @@ public:
              const platform::Clock& clock);
 
     /// The command Save HTML: without a known target as Save HTML As.
-    Outcome saveCommand();
+    platform::Outcome saveCommand();
 
     /// The command Save HTML As: asks where and saves there. Outcome::Refused when the dialog is cancelled or the
     /// chosen name would be overwritten by a local page.
-    Outcome saveAsCommand();
+    platform::Outcome saveAsCommand();
 
     /// Save HTML As to a path that is known. A path without a folder that exists gets one.
-    Outcome saveAs(const QString& path);
+    platform::Outcome saveAs(const QString& path);
 
     /// Asks for the target and takes it over without saving; the settings learn it with the next SaveHTML.
-    Outcome chooseTarget();
+    platform::Outcome chooseTarget();
 
     /// Writes the month of `Today` with its feeds, upload list, weather pictures and files, as far as these may go to
     /// the site; the status panel tells of what else there was. Throws platform::Failure.
@@ -45,11 +44,11 @@ public:
     void previewStep();
 
     /// The choice of this command among the registered files, for those who work on with it.
-    store::SiteFiles& siteFiles() { return m_siteFiles; }
+    registers::SiteFiles& siteFiles() { return m_siteFiles; }
 
 private:
     /// Takes the target over and saves there; a failure brings the old target back.
-    Outcome saveTo(const std::function<bool()>& takeTarget);
+    platform::Outcome saveTo(const std::function<bool()>& takeTarget);
     bool takeTarget(const QString& path);
     void bringBack(const QString& list, const std::optional<QByteArray>& bytes) const;
     void copyParts();
@@ -58,7 +57,7 @@ private:
     const store::DiaryStore& m_store;
     platform::Desk& m_desk;
     const platform::Clock& m_clock;
-    store::SiteFiles m_siteFiles;
+    registers::SiteFiles m_siteFiles;
     std::vector<core::UploadRow> m_listed; ///< what this has put into "upload.tmp"
 };
 

@@ -1,10 +1,10 @@
 #include "site/site_rebuild.h"
 
 #include "core/day_key.h"
+#include "core/site_folder.h"
 #include "core/upload_list.h"
 #include "platform/failure.h"
 #include "site/log_archive.h"
-#include "site/site_folder.h"
 
 #include <QSet>
 
@@ -24,8 +24,9 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
     RebuildResult result;
     SaveHtml saver(session, store, desk, clock);
     // Asked for first: the logs are to lie in the site folder as well.
-    if ((session.FilePath.isEmpty() || session.FileName.isEmpty()) && saver.chooseTarget() == Outcome::Refused) {
-        result.outcome = Outcome::Refused;
+    if ((session.FilePath.isEmpty() || session.FileName.isEmpty()) &&
+        saver.chooseTarget() == platform::Outcome::Refused) {
+        result.outcome = platform::Outcome::Refused;
         return result;
     }
     const platform::Hourglass hourglass(desk);
@@ -35,7 +36,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
         if (core::isMonthKey(month) && month < currentMonth && isWithin(month, from, to))
             months += month;
     }
-    requireSiteFolder(session);
+    core::requireSiteFolder(session);
     QSet<QString> failedMonths;
     const auto attempt = [&](const QString& month, const auto& action) {
         try {

@@ -4,6 +4,7 @@
 #include "core/session.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
+#include "platform/outcome.h"
 #include "site/save_html.h"
 #include "store/diary_store.h"
 
@@ -11,9 +12,9 @@ namespace velloria::site {
 
 /// What a rebuild did.
 struct RebuildResult {
-    Outcome outcome = Outcome::Done; ///< Refused: nobody said where the site is to lie
-    int logs = 0;                    ///< months that became logs
-    int failures = 0;                ///< months that failed and were told about
+    platform::Outcome outcome = platform::Outcome::Done; ///< Refused: nobody said where the site is to lie
+    int logs = 0;                                        ///< months that became logs
+    int failures = 0;                                    ///< months that failed and were told about
 };
 
 /// Archives each month that has entries and lies before the month of `Today`, oldest first, then saves the month of

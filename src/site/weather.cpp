@@ -2,7 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/file_write.h"
-#include "store/file_register.h"
+#include "registers/file_register.h"
 
 #include <QHash>
 
@@ -25,8 +25,8 @@ const QStringList& weatherPictures() {
     return kPictures;
 }
 
-void placeWeatherPictures(const core::Session& session, store::SiteFiles& siteFiles) {
-    const store::FileRegister files(session.databaseFile());
+void placeWeatherPictures(const core::Session& session, registers::SiteFiles& siteFiles) {
+    const registers::FileRegister files(session.databaseFile());
     const bool hasSite = !session.FilePath.isEmpty();
     if (hasSite)
         platform::makeFolder(session.FilePath + u"DiaryParts"_s);
@@ -38,7 +38,7 @@ void placeWeatherPictures(const core::Session& session, store::SiteFiles& siteFi
         if (!platform::fileExists(source) || !siteFiles.isCopy(source) || isInPlace)
             continue;
         // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
-        files.AddCommonFiles({name}, store::SiteSide::Current);
+        files.AddCommonFiles({name}, registers::SiteSide::Current);
         if (hasSite)
             platform::placeFile(source, target);
     }

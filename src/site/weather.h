@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/session.h"
-#include "store/site_files.h"
+#include "registers/site_files.h"
 
 #include <QStringList>
 
@@ -17,6 +17,6 @@ const QStringList& weatherPictures();
 /// Copies the weather pictures that the site's "DiaryParts" lacks and registers each once as a file of all months, so
 /// that upload and logs take them along. Without a site folder they are registered alone. One
 /// that may not go is left to what `siteFiles` tells. Throws platform::Failure.
-void placeWeatherPictures(const core::Session& session, store::SiteFiles& siteFiles);
+void placeWeatherPictures(const core::Session& session, registers::SiteFiles& siteFiles);
 
 } // namespace velloria::site

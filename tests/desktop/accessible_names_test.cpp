@@ -1,14 +1,14 @@
 // What takes keys has a name, so that it can be told to who does not see it.
 #include "browser/forms/frmBrowser.h"
-#include "convert/forms/frmExport.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
-#include "editor/forms/frmFind.h"
 #include "editor/forms/frmHTMLMakeImage.h"
-#include "editor/forms/frmResistFiles.h"
-#include "editor/forms/frmResistLogs.h"
+#include "exchange/forms/frmDeleteImportDiary.h"
+#include "exchange/forms/frmExport.h"
 #include "makers_home.h"
-#include "shell/forms/frmDeleteImportDiary.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmLogin.h"
+#include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 
 #include <QAccessible>
@@ -58,13 +58,13 @@ TEST_F(AccessibleNames, OfTheWindowsBeside) {
     expectNames<editor::frmHTMLMakeHR>();
     expectNames<editor::frmHTMLMakeList>();
     expectNames<editor::frmHTMLMakeImage>();
-    expectNames<editor::frmResistFiles>();
-    expectNames<editor::frmResistLogs>();
-    expectNames<editor::frmFind>();
-    expectNames<convert::frmExport>();
+    expectNames<registers::frmResistFiles>();
+    expectNames<registers::frmResistLogs>();
+    expectNames<site::frmFind>();
+    expectNames<exchange::frmExport>();
     expectNames<convert::frmHTML2TXTSetting>();
     expectNames<site::frmSaveLog>();
-    expectNames<shell::frmDeleteImportDiary>();
+    expectNames<exchange::frmDeleteImportDiary>();
     shell::frmLogin login(u""_s);
     EXPECT_EQ(missingIn(login).join(u' ').toStdString(), "");
 }

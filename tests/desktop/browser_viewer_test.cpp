@@ -5,8 +5,8 @@
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/ini.h"
 #include "desktop/twips.h"
-#include "editor/find_page.h"
 #include "editor/forms/frmContents.h"
+#include "site/find_page.h"
 #include "site/same_day_page.h"
 
 #include <QPushButton>
@@ -142,7 +142,7 @@ protected:
     }
     void showFound(const QString& word) {
         const store::DiaryStore store(session.databaseFile(), *clock);
-        editor::MakeFindPage(session, store, pagePath(u"findtmp.htm"_s), {word, std::nullopt, std::nullopt});
+        site::MakeFindPage(session, store, pagePath(u"findtmp.htm"_s), {word, std::nullopt, std::nullopt});
         viewer().showPage(u"found"_s, pagePath(u"findtmp.htm"_s));
         EXPECT_TRUE(becomesTrue(viewer(), u"document.querySelectorAll('a[href^=\"event:\"]').length > 0"_s));
     }

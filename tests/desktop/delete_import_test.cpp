@@ -1,9 +1,9 @@
-#include "shell/forms/frmDeleteImportDiary.h"
+#include "exchange/forms/frmDeleteImportDiary.h"
 
 #include "core/ini.h"
 #include "core/keys.h"
 #include "desktop/editor_home.h"
-#include "shell/import_groups.h"
+#include "exchange/import_groups.h"
 
 #include <ctime>
 
@@ -30,7 +30,7 @@ protected:
         ASSERT_TRUE(window());
         ASSERT_TRUE(window()->isVisible());
     }
-    shell::frmDeleteImportDiary* window() { return context.windows.find<shell::frmDeleteImportDiary>(); }
+    exchange::frmDeleteImportDiary* window() { return context.windows.find<exchange::frmDeleteImportDiary>(); }
     QComboBox& groups() { return control<QComboBox>(*window(), u"CmbDiaryGroup"_s); }
     void press(const QString& name) {
         control<QPushButton>(*window(), name).click();
@@ -101,7 +101,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
         EXPECT_EQ(pageOf(session.DataPath + u"Genre.csv"_s), u"一般\r\ngenre of own\r\ngenre of own too\r\n"_s);
         writeFile(session.DataPath + u"Genre.csv"_s, "written behind the box\r\n");
     };
-    auto& shown = other.windows.get<shell::frmDeleteImportDiary>();
+    auto& shown = other.windows.get<exchange::frmDeleteImportDiary>();
     shown.showWindow();
     control<QComboBox>(shown, u"CmbDiaryGroup"_s).setCurrentText(u"2004/05/01 mt"_s);
     control<QPushButton>(shown, u"Btn_OK"_s).click();
@@ -144,7 +144,7 @@ TEST_F(DeleteImport, ManyDaysAreToldOnceEachAndWithoutAnyLoss) {
     const double least = secondsOf([&] { diary().DeleteImportBatch(u"many"_s); });
     sql(many);
     std::optional<QStringList> days;
-    const double taken = secondsOf([&] { days = shell::deleteImportGroup(session, *clock, desk, u"many"_s); });
+    const double taken = secondsOf([&] { days = exchange::deleteImportGroup(session, *clock, desk, u"many"_s); });
     ASSERT_TRUE(days);
     EXPECT_EQ(days->size(), 30'000);
     EXPECT_EQ(days->first(), u"1900/01/01"_s);

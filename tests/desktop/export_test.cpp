@@ -1,4 +1,4 @@
-#include "convert/forms/frmExport.h"
+#include "exchange/forms/frmExport.h"
 
 #include "core/ini.h"
 #include "support/desktop_home.h"
@@ -26,7 +26,7 @@ protected:
         ASSERT_TRUE(window());
         ASSERT_TRUE(window()->isVisible());
     }
-    convert::frmExport* window() { return context.windows.find<convert::frmExport>(); }
+    exchange::frmExport* window() { return context.windows.find<exchange::frmExport>(); }
     template <class Control>
     Control& field(const QString& name) {
         return control<Control>(*window(), name);
@@ -179,7 +179,7 @@ TEST_F(ExportWindow, OkIsOffAndTheWindowStaysWhileItWrites) {
     desktop::Context other{session, *clock, watched};
     other.mdi = context.mdi;
     watched.answers.append(out(u"x.txt"_s));
-    auto& shown = other.windows.get<convert::frmExport>();
+    auto& shown = other.windows.get<exchange::frmExport>();
     shown.showWindow();
     watched.button = &control<QPushButton>(shown, u"Btn_OK"_s);
     watched.button->click();
@@ -187,7 +187,7 @@ TEST_F(ExportWindow, OkIsOffAndTheWindowStaysWhileItWrites) {
     EXPECT_EQ(watched.texts(u"message"_s), QStringList{u"完了！"_s});
     EXPECT_TRUE(watched.answers.isEmpty());
     settle();
-    EXPECT_FALSE(other.windows.find<convert::frmExport>());
+    EXPECT_FALSE(other.windows.find<exchange::frmExport>());
 }
 
 TEST_F(ExportWindow, OneWindowThatKeepsItsPlace) {

@@ -1,7 +1,7 @@
 // What the file dialogs show at their start: a folder that is there, and a name where a file is to be saved.
-#include "convert/export.h"
 #include "core/day_key.h"
 #include "desktop/qt_desk.h"
+#include "exchange/export.h"
 #include "site/save_html.h"
 #include "support/desktop_home.h"
 
@@ -35,10 +35,10 @@ protected:
             qtDesk.message(platform::MessageKind::Plain, u"end"_s, u"Velloria"_s);
         });
     }
-    QString proposedFor(const convert::ExportSettings& settings) {
+    QString proposedFor(const exchange::ExportSettings& settings) {
         return proposedBy([&] {
                    const store::DiaryStore store = diary();
-                   convert::clsExport(session, store, qtDesk, settings).run();
+                   exchange::clsExport(session, store, qtDesk, settings).run();
                })
             .section(u'|', 1);
     }
@@ -75,15 +75,15 @@ TEST_F(FileDialogs, SaveHtmlAsProposesTheMonthFile) {
 }
 
 TEST_F(FileDialogs, AnExportProposesItsPeriodAndFormat) {
-    convert::ExportSettings settings;
+    exchange::ExportSettings settings;
     settings.period = {store::Period::Kind::Between, u"2004/05/01"_s, u"2004/05/31"_s};
     EXPECT_EQ(proposedFor(settings), u"2004_05_01-2004_05_31.txt"_s);
-    settings.format = convert::ExportFormat::Html;
-    settings.period = convert::exportMonth(u"2004"_s, u"5"_s);
+    settings.format = exchange::ExportFormat::Html;
+    settings.period = exchange::exportMonth(u"2004"_s, u"5"_s);
     EXPECT_EQ(proposedFor(settings), u"2004_05.htm"_s);
     settings.period = {store::Period::Kind::Day, u"2004/05/06"_s, {}};
     EXPECT_EQ(proposedFor(settings), u"2004_05_06.htm"_s);
-    settings.format = convert::ExportFormat::User;
+    settings.format = exchange::ExportFormat::User;
     settings.userFormat = u"mine.csv"_s;
     EXPECT_EQ(proposedFor(settings), u"2004_05_06.csv"_s);
     settings.userFormat = u"mine"_s;
@@ -91,7 +91,7 @@ TEST_F(FileDialogs, AnExportProposesItsPeriodAndFormat) {
 }
 
 TEST_F(FileDialogs, AWrongMonthProposesNoOtherFolder) {
-    convert::ExportSettings settings;
+    exchange::ExportSettings settings;
     settings.period = {store::Period::Kind::Month, u"../x/"_s, {}};
     EXPECT_EQ(proposedFor(settings), u"___x.txt"_s);
 }

@@ -1,4 +1,4 @@
-#include "editor/forms/frmFind.h"
+#include "site/forms/frmFind.h"
 
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/ini.h"
@@ -24,7 +24,7 @@ protected:
         ASSERT_TRUE(form());
         ASSERT_TRUE(becomesActive(*form()));
     }
-    editor::frmFind* form() { return context.windows.find<editor::frmFind>(); }
+    site::frmFind* form() { return context.windows.find<site::frmFind>(); }
     QLineEdit& line(const QString& name) { return control<QLineEdit>(*form(), name); }
     QCheckBox& check(const QString& name) { return control<QCheckBox>(*form(), name); }
     QComboBox& genres() { return control<QComboBox>(*form(), u"cmbGenre"_s); }

@@ -1,18 +1,18 @@
 // Behind a box or a file dialog the window that asked has the keyboard again.
 #include "browser/forms/frmPrevDiaryViewer.h"
-#include "convert/forms/frmExport.h"
-#include "editor/forms/frmFind.h"
 #include "editor/forms/frmHTMLMakeFont.h"
 #include "editor/forms/frmHTMLMakeHR.h"
 #include "editor/forms/frmHTMLMakeImage.h"
 #include "editor/forms/frmHTMLMakeList.h"
-#include "editor/forms/frmResistFiles.h"
-#include "editor/forms/frmResistLogs.h"
+#include "exchange/forms/frmDeleteImportDiary.h"
+#include "exchange/forms/frmExport.h"
 #include "real_keys.h"
-#include "shell/forms/frmDeleteImportDiary.h"
+#include "registers/file_register.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
+#include "registers/log_register.h"
+#include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
-#include "store/file_register.h"
-#include "store/log_register.h"
 
 using namespace Qt::StringLiterals;
 
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(Keyboard, AfterTheFindWindowsComplaintItsWordIsTyped) {
     press(u"ctrl+f"_s);
-    auto* window = context.windows.find<editor::frmFind>();
+    auto* window = context.windows.find<site::frmFind>();
     ASSERT_TRUE(window);
     ASSERT_TRUE(becomesActive(*window));
     leaveNext(kEnter);
@@ -77,8 +77,8 @@ TEST_F(Keyboard, StaysWithTheImageMaker) {
 }
 
 TEST_F(Keyboard, StaysWithTheFileRegister) {
-    store::FileRegister(session.databaseFile()).AddFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
-    auto& window = shownWindow<editor::frmResistFiles>(context);
+    registers::FileRegister(session.databaseFile()).AddFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
+    auto& window = shownWindow<registers::frmResistFiles>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.gif"_s));
     expectKept(window, u"BtnResist"_s, {kEnter});
@@ -93,8 +93,8 @@ TEST_F(Keyboard, StaysWithTheFileRegister) {
 }
 
 TEST_F(Keyboard, StaysWithTheLogRegister) {
-    store::LogRegister(session.databaseFile()).AddLog({u"2004/04"_s, u"200404.htm"_s});
-    auto& window = shownWindow<editor::frmResistLogs>(context);
+    registers::LogRegister(session.databaseFile()).AddLog({u"2004/04"_s, u"200404.htm"_s});
+    auto& window = shownWindow<registers::frmResistLogs>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.htm"_s));
     control<QComboBox>(window, u"cmbMonth"_s).setCurrentIndex(3);
@@ -112,7 +112,7 @@ TEST_F(Keyboard, StaysWithTheLogRegister) {
 }
 
 TEST_F(Keyboard, StaysWithTheExport) {
-    auto& window = shownWindow<convert::frmExport>(context);
+    auto& window = shownWindow<exchange::frmExport>(context);
     control<QRadioButton>(window, u"optFormat_User"_s).setChecked(true);
     expectKept(window, u"Btn_OK"_s, {kEnter});
     control<QRadioButton>(window, u"optFormat_Text"_s).setChecked(true);
@@ -128,12 +128,12 @@ TEST_F(Keyboard, StaysWithTheLogMaker) {
 }
 
 TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
-    auto& window = shownWindow<shell::frmDeleteImportDiary>(context);
+    auto& window = shownWindow<exchange::frmDeleteImportDiary>(context);
     leaveNext(kEnter);
     pressAt(control(window, u"Btn_OK"_s), kSpace);
     ASSERT_TRUE(hasNoDialog());
     settle();
-    QWidget* const left = context.windows.find<shell::frmDeleteImportDiary>();
+    QWidget* const left = context.windows.find<exchange::frmDeleteImportDiary>();
     expectKeysGoTo(left ? *left : top(), u"frmDeleteImportDiary"_s);
 }
 
@@ -188,11 +188,11 @@ TEST_F(Keyboard, IsTheMainWindowsAgainBehindItsOwnBoxes) {
 }
 
 TEST_F(Keyboard, IsTheMainWindowsAgainWhenTheWindowThatAskedIsGone) {
-    auto& window = shownWindow<editor::frmFind>(context);
+    auto& window = shownWindow<site::frmFind>(context);
     whenShown<QDialog>([&](QDialog& box) {
         EXPECT_TRUE(becomesActive(box));
         EXPECT_EQ(box.parentWidget(), &window);
-        context.windows.unload<editor::frmFind>();
+        context.windows.unload<site::frmFind>();
     });
     qtDesk.message(platform::MessageKind::Plain, u"text"_s, u"Velloria"_s);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);

@@ -3,7 +3,7 @@
 #include "core/keys.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "editor/forms/frmFind.h"
+#include "site/forms/frmFind.h"
 #include "support/desktop_home.h"
 
 #include <QJsonObject>
@@ -288,9 +288,9 @@ TEST_F(MainWindow, TakesItsShortcutsFromEveryWindow) {
     settle();
     EXPECT_EQ(context.windows.get<editor::frmContents>().windowTitle(), u"2004/05/06分の日記[1/1]"_s);
     QTest::keyClick(top().windowHandle(), 'f', Qt::ControlModifier);
-    ASSERT_TRUE(context.windows.find<editor::frmFind>());
-    EXPECT_TRUE(context.windows.find<editor::frmFind>()->isVisible());
-    context.windows.unload<editor::frmFind>();
+    ASSERT_TRUE(context.windows.find<site::frmFind>());
+    EXPECT_TRUE(context.windows.find<site::frmFind>()->isVisible());
+    context.windows.unload<site::frmFind>();
     top().activateWindow();
     EXPECT_TRUE(becomesActive(top()));
     QTest::keyClick(top().windowHandle(), Qt::Key_F1);

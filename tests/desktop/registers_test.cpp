@@ -1,6 +1,6 @@
 // The registers of files and logs as a person works them.
-#include "editor/forms/frmResistFiles.h"
-#include "editor/forms/frmResistLogs.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
 
 #include "core/keys.h"
 #include "editor_home.h"
@@ -15,8 +15,8 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using editor::frmResistFiles;
-using editor::frmResistLogs;
+using registers::frmResistFiles;
+using registers::frmResistLogs;
 
 class Registers : public EditorHome {
 protected:

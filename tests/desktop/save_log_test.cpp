@@ -1,8 +1,8 @@
 #include "site/forms/frmSaveLog.h"
 
 #include "core/ini.h"
-#include "store/file_register.h"
-#include "store/log_register.h"
+#include "registers/file_register.h"
+#include "registers/log_register.h"
 #include "support/desktop_home.h"
 
 using namespace Qt::StringLiterals;
@@ -36,7 +36,7 @@ protected:
     }
     QStringList logs() const {
         QStringList rows;
-        for (const store::LogRow& log : store::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
             rows += log.month + u' ' + log.fileName;
         return rows;
     }
@@ -175,7 +175,7 @@ TEST_F(SaveLog, AMonthThatIsNoneFailsAndKeepsTheWindow) {
 }
 
 TEST_F(SaveLog, AMissingFileHasItsBoxAndTheLogIsMade) {
-    store::FileRegister(session.databaseFile()).AddFile({0, u"gone.gif"_s, u"2004/04/02"_s, 1});
+    registers::FileRegister(session.databaseFile()).AddFile({0, u"gone.gif"_s, u"2004/04/02"_s, 1});
     open();
     save();
     EXPECT_EQ(boxes(),

@@ -1,14 +1,14 @@
 // Tab and Shift+Tab lead round every window, through all that takes keys and in the order of writing.
-#include "convert/forms/frmExport.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
-#include "editor/forms/frmFind.h"
 #include "editor/forms/frmHTMLMakeImage.h"
-#include "editor/forms/frmResistFiles.h"
-#include "editor/forms/frmResistLogs.h"
+#include "exchange/forms/frmDeleteImportDiary.h"
+#include "exchange/forms/frmExport.h"
 #include "makers_home.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmAbout.h"
-#include "shell/forms/frmDeleteImportDiary.h"
 #include "shell/forms/frmLogin.h"
+#include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 
 using namespace Qt::StringLiterals;
@@ -115,29 +115,29 @@ TEST_F(TabRing, OfTheMakers) {
 }
 
 TEST_F(TabRing, OfTheRegisters) {
-    expectRingOf<editor::frmResistFiles>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"cmbResisterdDay"_s, u"BtnResist"_s,
-                                          u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
-    expectRingOf<editor::frmResistLogs>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"txtYear"_s, u"cmbMonth"_s,
-                                         u"BtnResist"_s, u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
+    expectRingOf<registers::frmResistFiles>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"cmbResisterdDay"_s, u"BtnResist"_s,
+                                             u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
+    expectRingOf<registers::frmResistLogs>({u"txtOpenFile"_s, u"BtnOpenFolder"_s, u"txtYear"_s, u"cmbMonth"_s,
+                                            u"BtnResist"_s, u"ResisterdList"_s, u"BtnDelete"_s, u"BtnClose"_s});
 }
 
 TEST_F(TabRing, ComesIntoAGroupOfOptionsAtTheChosenOne) {
-    expectChosenOptions<convert::frmExport>();
+    expectChosenOptions<exchange::frmExport>();
     expectChosenOptions<convert::frmHTML2TXTSetting>();
     expectChosenOptions<editor::frmHTMLMakeFont>();
     expectChosenOptions<editor::frmHTMLMakeList>();
 }
 
 TEST_F(TabRing, OfTheOthers) {
-    expectRingOf<editor::frmFind>({u"txtFindWord"_s, u"chkTerm"_s, u"chkGenre"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
-    expectRingOf<convert::frmExport>({u"optPeriod_User"_s, u"DTPickerStart"_s, u"DTPickerEnd"_s, u"txtYear"_s,
-                                      u"txtMonth"_s, u"DTPickerDay"_s, u"optFormat_Text"_s, u"cmbExportFormat_User"_s,
-                                      u"optContents_TEXT"_s, u"optFile_One"_s, u"optSortDir_ASC"_s, u"Btn_OK"_s,
-                                      u"Btn_Cancel"_s});
+    expectRingOf<site::frmFind>({u"txtFindWord"_s, u"chkTerm"_s, u"chkGenre"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<exchange::frmExport>({u"optPeriod_User"_s, u"DTPickerStart"_s, u"DTPickerEnd"_s, u"txtYear"_s,
+                                       u"txtMonth"_s, u"DTPickerDay"_s, u"optFormat_Text"_s, u"cmbExportFormat_User"_s,
+                                       u"optContents_TEXT"_s, u"optFile_One"_s, u"optSortDir_ASC"_s, u"Btn_OK"_s,
+                                       u"Btn_Cancel"_s});
     expectRingOf<convert::frmHTML2TXTSetting>({kTabs, u"optMODE_TEXT"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<site::frmSaveLog>(
         {u"txtYear"_s, u"txtMonth"_s, u"chkAutoResist"_s, u"chkAutoUpdate"_s, u"btn_Save"_s, u"BtnCancel"_s});
-    expectRingOf<shell::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<exchange::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
 }
 
 TEST_F(TabRing, OfTheLogin) {

@@ -101,7 +101,7 @@ protected:
         return automaticImageName(files(), day, extension);
     }
     void add(const QString& name, const QString& day = u"2004/01/05"_s) { files().AddFile({0, name, day, 1}); }
-    store::FileRegister files() const { return store::FileRegister(session.databaseFile()); }
+    registers::FileRegister files() const { return registers::FileRegister(session.databaseFile()); }
 };
 
 TEST_F(AutomaticName, RisesWithTheRegisteredPicturesOfTheDay) {

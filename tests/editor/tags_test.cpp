@@ -1,5 +1,6 @@
 #include "editor/tags.h"
 
+#include "convert/paragraphs.h"
 #include "core/ini.h"
 #include "support/test_home.h"
 
@@ -80,7 +81,7 @@ TEST_F(Tags, AnIndexOutsideTheListInsertsNothing) {
 }
 
 TEST_F(Tags, AParagraphTakesTheUsersAttributes) {
-    EXPECT_EQ(editor::paragraphOpening(session), u"<P>"_s);
+    EXPECT_EQ(convert::paragraphOpening(session), u"<P>"_s);
     setAttributes(u"class=a"_s);
     EXPECT_EQ(inserted(1, {}), u"<P class=a></P>"_s);
     EXPECT_EQ(inserted(1, u"x"_s), u"<P class=a>x</P>"_s);

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using store::SiteSide;
+using registers::SiteSide;
 namespace keys = core::keys;
 
 class FtpUploadFailure : public UploadHome {
@@ -269,7 +269,7 @@ TEST_F(FtpUploadFailure, WhatALinkLeadsOutToIsToldAndPassedOver) {
         addRow(name);
     addPart(u"b.gif"_s);
     ASSERT_TRUE(QFile::link(path(u"outside"_s), session.DataPath + u"DiaryLog/DiaryParts/log.gif"_s));
-    addRow(u"log.gif"_s, store::SiteSide::Log);
+    addRow(u"log.gif"_s, registers::SiteSide::Log);
     EXPECT_TRUE(run().isDone);
     EXPECT_EQ(server.files().keys(),
               (QStringList{u"/pub/DiaryLog/200404.htm"_s, u"/pub/DiaryParts/b.gif"_s, u"/pub/index.htm"_s}));
@@ -290,7 +290,7 @@ TEST_F(FtpUploadFailure, ARegisteredNameThatIsNoneIsToldAndPassedOver) {
     const QStringList names{u"../secret"_s, u"sub/a.gif"_s, u"..\\secret"_s, u".."_s, u""_s, u"C:secret"_s};
     for (const QString& name : names) {
         addRow(name);
-        addRow(name, store::SiteSide::Log);
+        addRow(name, registers::SiteSide::Log);
     }
     addPart(u"b.gif"_s);
     EXPECT_TRUE(run().isDone);

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using store::SiteSide;
+using registers::SiteSide;
 namespace keys = core::keys;
 
 class FtpUpload : public UploadHome {};

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 
 using publish::TransferType;
-using store::SiteSide;
+using registers::SiteSide;
 
 bool MemoryServer::accepts(const QString& call) {
     if (beforeCall)
@@ -158,7 +158,8 @@ void UploadHome::addPart(const QString& name, SiteSide side, const QByteArray& b
 }
 
 void UploadHome::addRow(const QString& name, SiteSide side) {
-    store::FileRegister(session.databaseFile()).AddFile({0, name, u"2004/05/06"_s, 1, false, side == SiteSide::Log});
+    registers::FileRegister(session.databaseFile())
+        .AddFile({0, name, u"2004/05/06"_s, 1, false, side == SiteSide::Log});
 }
 
 void UploadHome::fillSite() {

@@ -94,9 +94,9 @@ protected:
     /// The same below "DiaryLog" and in "uploadlog.tmp".
     void addLog(const QString& name, const QByteArray& bytes = "log\r\n");
     /// Registers a file and writes it where the site has it.
-    void addPart(const QString& name, store::SiteSide side = store::SiteSide::Current,
+    void addPart(const QString& name, registers::SiteSide side = registers::SiteSide::Current,
                  const QByteArray& bytes = "\1\n");
-    void addRow(const QString& name, store::SiteSide side = store::SiteSide::Current);
+    void addRow(const QString& name, registers::SiteSide side = registers::SiteSide::Current);
 
     /// Two pages, two logs and a registered file beside each; an earlier page and the first log are on the server.
     void fillSite();

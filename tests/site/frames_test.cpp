@@ -1,5 +1,5 @@
+#include "registers/log_register.h"
 #include "site/site_home.h"
-#include "store/log_register.h"
 
 #include <QDir>
 #include <QFile>
@@ -153,7 +153,7 @@ protected:
     }
 
     void addLogs() {
-        const store::LogRegister logs(session.databaseFile());
+        const registers::LogRegister logs(session.databaseFile());
         logs.AddLog({u"2004/03"_s, u"200403.htm"_s});
         logs.AddLog({u"2003/12"_s, u"200312.htm"_s});
         logs.AddLog({u"2004/04"_s, u"200404.htm"_s});

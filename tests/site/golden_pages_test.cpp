@@ -1,9 +1,9 @@
 // Whole pages and feeds of one small diary, byte for byte. The golden files are written by hand: every key of the
 // settings has a value of its own there, so that none can stand in the place of another.
 #include "platform/file_write.h"
+#include "registers/log_register.h"
 #include "site/same_day_page.h"
 #include "site/site_home.h"
-#include "store/log_register.h"
 #include "support/golden.h"
 #include "support/vectors.h"
 
@@ -19,7 +19,7 @@ protected:
         for (const char* name : {"head", "head_div", "head_div_log", "up", "down", "up_log", "down_log", "up_div",
                                  "down_div", "up_div_log", "down_div_log", "left_head", "left_up", "left_down"})
             writePiece(QString::fromLatin1(name), '[' + QByteArray(name) + ']');
-        const store::LogRegister logs(session.databaseFile());
+        const registers::LogRegister logs(session.databaseFile());
         logs.AddLog({u"2004/03"_s, u"200403.htm"_s});
         logs.AddLog({u"2004/01"_s, u"200401.htm"_s});
         writeMay();

@@ -1,9 +1,9 @@
 #include "site/log_archive.h"
 
 #include "core/upload_list.h"
+#include "registers/log_register.h"
 #include "site/site_home.h"
 #include "site/weather.h"
-#include "store/log_register.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,7 +42,7 @@ protected:
     /// The rows of LogDB as "month name".
     QStringList logs() const {
         QStringList rows;
-        for (const store::LogRow& log : store::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
             rows += log.month + u' ' + log.fileName;
         return rows;
     }

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using site::Outcome;
+using platform::Outcome;
 
 class SaveHtmlAs : public SiteHome {
 protected:

@@ -330,7 +330,7 @@ TEST_F(OldDayPages, GoWithTheNextPreviewWhenTheSiteHasComeThere) {
     const QByteArray foreign = "<html>somebody's own page";
     writeFile(session.DataPath + u"2003_01_01.htm"_s, foreign);
     writeFile(session.DataPath + u"2003_01_02x.htm"_s, bytesOf(session.DataPath + u"2004_04_02.htm"_s));
-    EXPECT_EQ(saver().saveAs(session.DataPath + u"x.htm"_s), site::Outcome::Done);
+    EXPECT_EQ(saver().saveAs(session.DataPath + u"x.htm"_s), platform::Outcome::Done);
     saver().SaveTmpFile();
     for (const QString& name : {u"2004_04_01.htm"_s, u"2004_04_02.htm"_s})
         EXPECT_FALSE(dataHas(name)) << name.toStdString();

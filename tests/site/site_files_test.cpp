@@ -41,7 +41,7 @@ TEST_F(FilesOfTheSite, SaveHTMLLeavesThoseOfPrivateEntriesAtHome) {
     saver().SaveHTML();
     EXPECT_EQ(siteParts(), QStringList{u"public.gif"_s});
     EXPECT_EQ(told(u"private.gif"_s), QStringList());
-    ASSERT_EQ(saver().saveAs(path(u"site2/x.htm"_s)), site::Outcome::Done);
+    ASSERT_EQ(saver().saveAs(path(u"site2/x.htm"_s)), platform::Outcome::Done);
     EXPECT_EQ(QDir(path(u"site2/DiaryParts"_s)).entryList(QDir::Files), QStringList{u"public.gif"_s});
     core::WriteIni(session.DiaryIniFile, core::keys::kPrivateFiles, u"1"_s);
     saver().SaveHTML();

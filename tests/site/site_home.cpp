@@ -66,7 +66,8 @@ void SiteHome::putPart(const QString& name, const QByteArray& bytes) {
 }
 
 void SiteHome::registerFile(const QString& name, const QString& day) {
-    store::FileRegister(session.databaseFile()).AddFile({0, name, day, day == store::kAllDays ? 0 : 1, false, false});
+    registers::FileRegister(session.databaseFile())
+        .AddFile({0, name, day, day == registers::kAllDays ? 0 : 1, false, false});
 }
 
 QStringList SiteHome::fileRows() {

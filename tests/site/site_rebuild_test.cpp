@@ -1,7 +1,7 @@
 #include "site/site_rebuild.h"
 
+#include "registers/log_register.h"
 #include "site/site_home.h"
-#include "store/log_register.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using site::Outcome;
+using platform::Outcome;
 using site::RebuildResult;
 
 class SiteRebuild : public SiteHome {
@@ -23,7 +23,7 @@ protected:
 
     QStringList logs() const {
         QStringList months;
-        for (const store::LogRow& log : store::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
             months += log.month;
         return months;
     }

@@ -1,9 +1,9 @@
 // A change is on the disk when its operation returns, and nowhere when the disk refuses it at the last moment.
 #include "platform/file_write.h"
+#include "registers/file_register.h"
+#include "registers/log_register.h"
 #include "store/diary_home.h"
 #include "store/entry_import.h"
-#include "store/file_register.h"
-#include "store/log_register.h"
 #include "store/rescue_file.h"
 #include "support/disk_watch.h"
 
@@ -33,8 +33,8 @@ protected:
 
     /// Every operation that writes, by name.
     std::vector<std::pair<const char*, std::function<void()>>> writers() const {
-        const store::FileRegister files(file());
-        const store::LogRegister logs(file());
+        const registers::FileRegister files(file());
+        const registers::LogRegister logs(file());
         const auto rescue = [this] { return std::make_shared<store::RescueFile>(session, *clock); };
         const auto keeping = [](const auto& rescued) {
             return [rescued](const std::vector<Entry>& rows) { rescued->keep(rows, u"消"_s); };
@@ -64,7 +64,7 @@ protected:
              }},
             {"MarkLogged", [files] { files.MarkLogged({1}); }},
             {"MarkUploaded", [files] { files.MarkUploaded(1); }},
-            {"AddCommonFiles", [files] { files.AddCommonFiles({u"n.gif"_s}, store::SiteSide::Log); }},
+            {"AddCommonFiles", [files] { files.AddCommonFiles({u"n.gif"_s}, registers::SiteSide::Log); }},
             {"DeleteFile", [files] { files.DeleteFile(u"a.gif"_s, u"ALL"_s, 0); }},
             {"AddLog",
              [logs] {

@@ -1,10 +1,10 @@
 // A diary that comes from somebody else, or that another tool has had in its hands.
 #include "platform/file_write.h"
+#include "registers/file_register.h"
+#include "registers/log_register.h"
 #include "store/database_file.h"
 #include "store/diary_home.h"
 #include "store/entry_import.h"
-#include "store/file_register.h"
-#include "store/log_register.h"
 #include "store/sqlite/statement.h"
 
 #include <sqlite3.h>
@@ -55,7 +55,7 @@ TEST_F(ForeignDiary, ItsTriggersDoNothing) {
     entry.number = 2;
     write(entry);
     diary().DeleteEntry(kDay, 1);
-    store::FileRegister(file()).AddFile({0, u"a.gif"_s, kDay, 1, false, false});
+    registers::FileRegister(file()).AddFile({0, u"a.gif"_s, kDay, 1, false, false});
     store::EntryImport import(file());
     import.add({kDay, u"e"_s, u"x"_s});
     import.settle();
@@ -70,7 +70,7 @@ TEST_F(ForeignDiary, ItsViewsAndForeignKeysDoNothing) {
              "1 AS Number, 0 AS Uploaded, 0 AS Logged");
     diary().DeleteEntry(kDay, 1);
     EXPECT_EQ(sqlValue(u"SELECT count(*) FROM Twin"_s), u"3"_s);
-    EXPECT_NE(failureOf([&] { store::FileRegister(file()).ListFiles(); }), QString());
+    EXPECT_NE(failureOf([&] { registers::FileRegister(file()).ListFiles(); }), QString());
 }
 
 TEST_F(ForeignDiary, ItsTablesCallNoFunctionAndNoStatementRewritesThem) {
@@ -95,8 +95,8 @@ QString rowsOf(const QString& file) {
 }
 
 TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
-    const store::FileRegister files(file());
-    const store::LogRegister logs(file());
+    const registers::FileRegister files(file());
+    const registers::LogRegister logs(file());
     const auto save = [&](int number) {
         Entry entry = entryOf(kDay, u"a"_s);
         entry.number = number;
@@ -129,7 +129,7 @@ TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
          [&] {
              files.AddFile({0, u"a.gif"_s, kDay, 3, false, false});
          }},
-        {rows + marked, "FileDB", "FileName", [&] { files.AddCommonFiles({u"a.gif"_s}, store::SiteSide::Log); }},
+        {rows + marked, "FileDB", "FileName", [&] { files.AddCommonFiles({u"a.gif"_s}, registers::SiteSide::Log); }},
         {rows + marked, "FileDB", "Logged", [&] { files.MarkLogged({2}); }},
         {rows + marked, "FileDB", "Uploaded", [&] { files.MarkUploaded(2); }},
         {rows + marked, "FileDB", "Day, Number", [&] { diary().DeleteEntry(kDay, 1); }},
@@ -187,7 +187,7 @@ TEST_F(ForeignDiary, WhatStopsTheEnginesCheckIsNamedWithTheRest) {
 }
 
 TEST_F(ForeignDiary, AFileOfADayInAnotherFormHasItsEntry) {
-    const store::FileRegister files(file());
+    const registers::FileRegister files(file());
     files.AddFile({0, u"a.gif"_s, u"2004/5/6"_s, 1, false, false});
     files.AddFile({0, u"b.gif"_s, u"2004/5/6"_s, 4, false, false});
     EXPECT_EQ(store::checkDatabase(file()), QStringList{u"日記のない登録ファイル: b.gif (2004/5/6 4)"_s});

@@ -5,7 +5,6 @@
 #include "convert/paragraphs.h"
 #include "convert/password_text.h"
 #include "convert/url_encoding.h"
-#include "editor/tags.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "shell/home.h"
@@ -56,7 +55,7 @@ QString paragraphOpening(const Invocation& invocation) {
     core::Session session;
     if (!shell::Users(home).exist())
         session.DiaryIniFile = platform::existingPath(home + u"UserData/diary.ini"_s);
-    return editor::paragraphOpening(session);
+    return convert::paragraphOpening(session);
 }
 
 void paragraphs(Invocation& invocation) {

@@ -2,9 +2,9 @@
 #include "core/day_key.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
-#include "shell/genre_list.h"
 #include "site/save_html.h"
 #include "store/entry_line.h"
+#include "store/genre_list.h"
 #include "store/rescue_file.h"
 
 #include <QJsonArray>
@@ -134,7 +134,7 @@ void put(Invocation& invocation) {
             rows.push_back({key.day, QString::number(key.number)});
     }
     try {
-        shell::addGenres(invocation.session, store, genres);
+        store::addGenres(invocation.session, store, genres);
         invocation.print(json, rows);
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save them twice

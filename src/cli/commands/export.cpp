@@ -1,4 +1,4 @@
-#include "convert/export.h"
+#include "exchange/export.h"
 #include "cli/command.h"
 #include "cli/streams.h"
 #include "core/day_key.h"
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::cli {
 namespace {
 
-using convert::ExportSettings;
+using exchange::ExportSettings;
 
 /// The value's place among the words that the option takes.
 template <typename Value>
@@ -40,7 +40,7 @@ store::Period periodOf(const QString& text) {
     if (parts.size() == 3 && parts[0] == u"user"_s && core::isDayKey(parts[1]) && core::isDayKey(parts[2]))
         return {Kind::Between, parts[1], parts[2]};
     if (parts.size() == 3 && parts[0] == u"month"_s && isNumber(parts[1]) && isNumber(parts[2]))
-        return convert::exportMonth(parts[1], parts[2]);
+        return exchange::exportMonth(parts[1], parts[2]);
     if (parts.size() == 2 && parts[0] == u"day"_s && core::isDayKey(parts[1]))
         return {Kind::Day, parts[1], {}};
     throw UsageError(u"「%1」という期間はありません (user:2004/01/01:2004/01/31、month:2004:1、day:2004/01/01 の"
@@ -55,18 +55,18 @@ ExportSettings settingsOf(const Invocation& invocation) {
         throw UsageError(u"「%1」という形式はありません (TEXT、HTML か、フォルダExportFormatのファイルの名前を"
                          "指定してください)。"_s.arg(format));
     if (format != u"TEXT"_s) {
-        settings.format = format == u"HTML"_s ? convert::ExportFormat::Html : convert::ExportFormat::User;
+        settings.format = format == u"HTML"_s ? exchange::ExportFormat::Html : exchange::ExportFormat::User;
         settings.userFormat = format;
     }
-    settings.contents = choiceOf<convert::ExportContents>(
+    settings.contents = choiceOf<exchange::ExportContents>(
         invocation, u"--contents"_s, {},
-        {{u"raw"_s, convert::ExportContents::AsTheyAre}, {u"text"_s, convert::ExportContents::Converted}});
-    settings.unit = choiceOf<convert::ExportUnit>(
+        {{u"raw"_s, exchange::ExportContents::AsTheyAre}, {u"text"_s, exchange::ExportContents::Converted}});
+    settings.unit = choiceOf<exchange::ExportUnit>(
         invocation, u"--unit"_s, {},
-        {{u"one"_s, convert::ExportUnit::OneFile}, {u"divide"_s, convert::ExportUnit::Divided}});
-    settings.name =
-        choiceOf<convert::ExportName>(invocation, u"--name"_s, u"day"_s,
-                                      {{u"day"_s, convert::ExportName::Day}, {u"title"_s, convert::ExportName::Title}});
+        {{u"one"_s, exchange::ExportUnit::OneFile}, {u"divide"_s, exchange::ExportUnit::Divided}});
+    settings.name = choiceOf<exchange::ExportName>(
+        invocation, u"--name"_s, u"day"_s,
+        {{u"day"_s, exchange::ExportName::Day}, {u"title"_s, exchange::ExportName::Title}});
     settings.direction = choiceOf<store::SortDirection>(
         invocation, u"--sort"_s, u"asc"_s,
         {{u"asc"_s, store::SortDirection::Ascending}, {u"desc"_s, store::SortDirection::Descending}});
@@ -76,16 +76,16 @@ ExportSettings settingsOf(const Invocation& invocation) {
 void exportDiary(Invocation& invocation) {
     const ExportSettings settings = settingsOf(invocation);
     const store::DiaryStore store = invocation.store();
-    convert::clsExport work(invocation.session, store, invocation.desk, settings);
+    exchange::clsExport work(invocation.session, store, invocation.desk, settings);
     switch (work.run(invocation.option(u"--out"_s))) {
-    case convert::ExportOutcome::Done:
+    case exchange::ExportOutcome::Done:
         break;
-    case convert::ExportOutcome::Refused:
+    case exchange::ExportOutcome::Refused:
         throw Refusal(u"何も書き出していません。"_s);
-    case convert::ExportOutcome::Cancelled:
+    case exchange::ExportOutcome::Cancelled:
         throw Refusal(u"書き出す先が空なので中止しました。"_s);
     }
-    const convert::ExportCounts& counts = work.counts();
+    const exchange::ExportCounts& counts = work.counts();
     if (counts.isUnusual() && !invocation.global.showsEvents)
         writeError(counts.text());
     invocation.print(QJsonObject{{u"path"_s, work.path()},

@@ -1,7 +1,7 @@
 #include "cli/command.h"
 #include "core/day_key.h"
-#include "editor/file_registration.h"
 #include "platform/text_order.h"
+#include "registers/file_registration.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +18,7 @@ namespace {
 void list(Invocation& invocation) {
     QJsonArray json;
     std::vector<QStringList> rows;
-    for (const store::FileRow& row : editor::FileRegistration(invocation.session, invocation.desk).rows()) {
+    for (const store::FileRow& row : registers::FileRegistration(invocation.session, invocation.desk).rows()) {
         json += QJsonObject{{u"Day"_s, row.day},
                             {u"Number"_s, row.number},
                             {u"FileName"_s, row.name},
@@ -46,7 +46,7 @@ void checkAdd(const Invocation& invocation) {
         throw UsageError(u"登録するファイルの名前が空です。"_s);
     if (invocation.has(u"--as"_s) && invocation.option(u"--as"_s).isEmpty())
         throw UsageError(u"オプション --as の値が空です。"_s);
-    if (day == store::kAllDays) {
+    if (day == registers::kAllDays) {
         if (rowNumber(number) != 0)
             throw UsageError(u"「%1」ではなく 0 を指定してください (ALL の番号は 0 です)。"_s.arg(number));
         return;
@@ -58,14 +58,14 @@ void checkAdd(const Invocation& invocation) {
 
 void add(Invocation& invocation) {
     const platform::Hourglass hourglass(invocation.desk);
-    editor::FileRegistration files(invocation.session, invocation.desk);
+    registers::FileRegistration files(invocation.session, invocation.desk);
     const QString path = QDir::cleanPath(QFileInfo(invocation.argument(0)).absoluteFilePath());
     const qint16 number = rowNumber(invocation.argument(2));
     const QString day = invocation.argument(1);
-    const site::Outcome outcome = invocation.has(u"--as"_s)
-                                      ? files.ResistFile2(path, invocation.option(u"--as"_s), day, number)
-                                      : files.ResistFile(path, day, number);
-    if (outcome == site::Outcome::Refused)
+    const platform::Outcome outcome = invocation.has(u"--as"_s)
+                                          ? files.ResistFile2(path, invocation.option(u"--as"_s), day, number)
+                                          : files.ResistFile(path, day, number);
+    if (outcome == platform::Outcome::Refused)
         throw Refusal(u"ファイルの登録を中止しました。"_s);
 }
 
@@ -74,7 +74,7 @@ void checkDelete(const Invocation& invocation) {
 }
 
 void remove(Invocation& invocation) {
-    editor::FileRegistration files(invocation.session, invocation.desk);
+    registers::FileRegistration files(invocation.session, invocation.desk);
     const QString name = invocation.argument(0);
     const QString day = invocation.argument(1);
     const qint16 number = rowNumber(invocation.argument(2));
@@ -83,8 +83,8 @@ void remove(Invocation& invocation) {
         return candidate.day == day && candidate.number == number && platform::equalText(candidate.name, name);
     });
     if (row == rows.end())
-        throw Refusal(u"登録されていません: "_s + editor::shownFile({0, name, day, number, false, false}));
-    if (files.deleteFile(*row) == site::Outcome::Refused)
+        throw Refusal(u"登録されていません: "_s + registers::shownFile({0, name, day, number, false, false}));
+    if (files.deleteFile(*row) == platform::Outcome::Refused)
         throw Refusal(u"登録の削除を中止しました。"_s);
 }
 

@@ -1,5 +1,5 @@
 #include "cli/command.h"
-#include "shell/genre_list.h"
+#include "store/genre_list.h"
 
 #include <QJsonArray>
 
@@ -9,7 +9,7 @@ namespace velloria::cli {
 namespace {
 
 void list(Invocation& invocation) {
-    const QStringList genres = shell::readGenres(invocation.session, invocation.store());
+    const QStringList genres = store::readGenres(invocation.session, invocation.store());
     std::vector<QStringList> rows;
     for (const QString& genre : genres)
         rows.push_back({genre});
@@ -17,7 +17,7 @@ void list(Invocation& invocation) {
 }
 
 void rebuild(Invocation& invocation) {
-    shell::MakeGenretxt(invocation.session, invocation.store());
+    store::MakeGenretxt(invocation.session, invocation.store());
     invocation.desk.status(u"ジャンルの再構成が完了しました。"_s);
     invocation.desk.message(platform::MessageKind::Information, u"完了！"_s);
 }

@@ -1,8 +1,8 @@
 #include "cli/command.h"
-#include "editor/clipboard_import.h"
-#include "shell/genre_list.h"
-#include "shell/import_groups.h"
+#include "exchange/clipboard_import.h"
+#include "exchange/import_groups.h"
 #include "site/save_html.h"
+#include "store/genre_list.h"
 
 #include <QJsonArray>
 
@@ -25,8 +25,8 @@ void checkForm(const Invocation& invocation) {
 
 void clipboard(Invocation& invocation) {
     const QString text = readArgumentText(invocation.argument(0));
-    editor::ClipboardImport import(invocation.session, invocation.clock, invocation.desk);
-    const editor::ParagraphTags tags = editor::importedParagraphs(invocation.session);
+    exchange::ClipboardImport import(invocation.session, invocation.clock, invocation.desk);
+    const exchange::ParagraphTags tags = exchange::importedParagraphs(invocation.session);
     const bool isDone = invocation.has(u"--plain"_s) ? import.ImportPlainClipboard(text, tags)
                                                      : import.ImportFormattedClipboard(text, tags);
     if (!isDone)
@@ -38,10 +38,11 @@ void clipboard(Invocation& invocation) {
 
 void deleteGroup(Invocation& invocation) {
     const std::optional<QStringList> days =
-        shell::deleteImportGroup(invocation.session, invocation.clock, invocation.desk, invocation.argument(0));
+        exchange::deleteImportGroup(invocation.session, invocation.clock, invocation.desk, invocation.argument(0));
     if (!days)
         throw Refusal(u"グループの削除を中止しました。"_s);
-    shell::finishImportDeletion(invocation.desk, [&] { shell::MakeGenretxt(invocation.session, invocation.store()); });
+    exchange::finishImportDeletion(invocation.desk,
+                                   [&] { store::MakeGenretxt(invocation.session, invocation.store()); });
     printList(invocation, *days);
 }
 

@@ -1,6 +1,6 @@
 #include "cli/command.h"
-#include "editor/log_registration.h"
 #include "platform/text_order.h"
+#include "registers/log_registration.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +18,7 @@ namespace {
 void list(Invocation& invocation) {
     QJsonArray json;
     std::vector<QStringList> rows;
-    for (const store::LogRow& row : editor::LogRegistration(invocation.session, invocation.desk).rows()) {
+    for (const store::LogRow& row : registers::LogRegistration(invocation.session, invocation.desk).rows()) {
         json += QJsonObject{{u"LogMonth"_s, row.month}, {u"LogFileName"_s, row.fileName}};
         rows.push_back({row.month, row.fileName});
     }
@@ -39,19 +39,19 @@ void add(Invocation& invocation) {
     const QString month = invocation.argument(2);
     if (year.isEmpty() || month.isEmpty())
         throw Refusal(u"年か月が空なので、何も登録していません。"_s);
-    if (const std::optional<QString> problem = editor::yearProblem(year)) {
+    if (const std::optional<QString> problem = registers::yearProblem(year)) {
         invocation.desk.message(platform::MessageKind::Critical, *problem, u"Resist Log Files"_s);
         throw Refusal(u"何も登録していません。年を確認してください: "_s + year);
     }
     const platform::Hourglass hourglass(invocation.desk);
-    editor::LogRegistration logs(invocation.session, invocation.desk);
+    registers::LogRegistration logs(invocation.session, invocation.desk);
     const QString path = QDir::cleanPath(QFileInfo(invocation.argument(0)).absoluteFilePath());
-    if (logs.ResistLogFile(path, year, month) == site::Outcome::Refused)
+    if (logs.ResistLogFile(path, year, month) == platform::Outcome::Refused)
         throw Refusal(u"ログの登録を中止しました。"_s);
 }
 
 void remove(Invocation& invocation) {
-    editor::LogRegistration logs(invocation.session, invocation.desk);
+    registers::LogRegistration logs(invocation.session, invocation.desk);
     const QString name = invocation.argument(0);
     const std::vector<store::LogRow> rows = logs.rows();
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const store::LogRow& candidate) {
@@ -59,7 +59,7 @@ void remove(Invocation& invocation) {
     });
     if (row == rows.end())
         throw Refusal(u"登録されていません: "_s + name);
-    if (logs.deleteLog(*row) == site::Outcome::Refused)
+    if (logs.deleteLog(*row) == platform::Outcome::Refused)
         throw Refusal(u"登録の削除を中止しました。"_s);
 }
 

@@ -1,5 +1,5 @@
 #include "cli/command.h"
-#include "editor/find_page.h"
+#include "site/find_page.h"
 #include "site/log_archive.h"
 #include "site/same_day_page.h"
 #include "site/save_html.h"
@@ -23,9 +23,9 @@ void printFile(const Invocation& invocation, const QString& file) {
 void save(Invocation& invocation) {
     const store::DiaryStore store = invocation.store();
     site::SaveHtml saver = saverOf(invocation, store);
-    const site::Outcome outcome =
+    const platform::Outcome outcome =
         invocation.has(u"--as"_s) ? saver.saveAs(invocation.option(u"--as"_s)) : saver.saveCommand();
-    if (outcome == site::Outcome::Refused)
+    if (outcome == platform::Outcome::Refused)
         throw Refusal(u"HTMLファイルの保存を中止しました。"_s);
     printFile(invocation, invocation.session.FilePath + invocation.session.FileName);
 }
@@ -49,7 +49,7 @@ void rebuild(Invocation& invocation) {
     const site::RebuildResult result =
         site::rebuildSite(invocation.session, invocation.store(), invocation.desk, invocation.clock,
                           invocation.option(u"--from"_s), invocation.option(u"--to"_s));
-    if (result.outcome == site::Outcome::Refused)
+    if (result.outcome == platform::Outcome::Refused)
         throw Refusal(u"保存先が決まっていないので中止しました。site save --as で指定してください。"_s);
     invocation.print(QJsonObject{{u"logs"_s, result.logs}, {u"failures"_s, result.failures}},
                      {{u"logs"_s, QString::number(result.logs)}, {u"failures"_s, QString::number(result.failures)}});
@@ -65,20 +65,20 @@ void sameDay(Invocation& invocation) {
 }
 
 void find(Invocation& invocation) {
-    editor::SearchForm form;
+    site::SearchForm form;
     form.word = invocation.argument(0);
     if (invocation.has(u"--from"_s) || invocation.has(u"--to"_s))
         form.term = {invocation.option(u"--from"_s), invocation.option(u"--to"_s)};
     form.isOfGenre = invocation.has(u"--genre"_s);
     if (!invocation.option(u"--genre"_s).isEmpty())
         form.genre = invocation.option(u"--genre"_s);
-    const std::optional<editor::Search> search = editor::checkSearch(form, invocation.clock, invocation.desk);
+    const std::optional<site::Search> search = site::checkSearch(form, invocation.clock, invocation.desk);
     if (!search)
         throw Refusal(u"検索を中止しました。"_s);
     const QString file = invocation.session.DataPath + u"findtmp.htm"_s;
-    const int count = editor::MakeFindPage(invocation.session, invocation.store(), file, *search);
+    const int count = site::MakeFindPage(invocation.session, invocation.store(), file, *search);
     invocation.desk.navigate(file);
-    invocation.desk.status(editor::findStatus(search->word, count));
+    invocation.desk.status(site::findStatus(search->word, count));
     invocation.print(QJsonObject{{u"count"_s, count}, {u"file"_s, file}}, {{QString::number(count)}});
 }
 

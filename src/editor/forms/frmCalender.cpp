@@ -5,9 +5,9 @@
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "editor/forms/frmContents.h"
-#include "editor/forms/frmFind.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+#include "site/forms/frmFind.h"
 #include "site/save_html.h"
 #include "ui_frmCalender.h"
 
@@ -125,7 +125,7 @@ void frmCalender::Btn_Delete_Click() {
 }
 
 void frmCalender::Btn_Find_Click() {
-    m_context.windows.get<frmFind>().showWindow();
+    m_context.windows.get<site::frmFind>().showWindow();
 }
 
 /// The deletion stands, whether its preview can be made or not.

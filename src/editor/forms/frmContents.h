@@ -3,11 +3,11 @@
 
 #include "desktop/icons.h"
 #include "desktop/mdi_child.h"
-#include "editor/clipboard_import.h"
 #include "editor/draft.h"
 #include "editor/edited_entry.h"
 #include "editor/tags.h"
 #include "editor/undo.h"
+#include "exchange/clipboard_import.h"
 #include "store/diary_store.h"
 
 #include <QTimer>
@@ -168,7 +168,7 @@ private:
     // What is done with it: frmContents_commands.cpp
     bool bringContentsForward();
     static void insertAtCaret(desktop::TextPane& pane, const QString& text);
-    void insertFromClipboard(ParagraphTags tags);
+    void insertFromClipboard(exchange::ParagraphTags tags);
     void tellMoved(int number);
     void addGenre();
     void insertTag(int index);

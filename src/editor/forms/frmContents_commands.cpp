@@ -12,9 +12,9 @@
 #include "editor/forms/frmHTMLMakeList.h"
 #include "platform/failure.h"
 #include "shell/forms/MDIFormTop.h"
-#include "shell/genre_list.h"
 #include "site/same_day_page.h"
 #include "site/save_html.h"
+#include "store/genre_list.h"
 #include "ui_frmContents.h"
 
 #include <QScopedValueRollback>
@@ -63,7 +63,7 @@ void frmContents::addGenre() {
     if (isListed)
         return;
     try {
-        shell::addGenres(m_context.session, diary(), {genre});
+        store::addGenres(m_context.session, diary(), {genre});
         readGenreList();
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
@@ -108,18 +108,18 @@ void frmContents::openImageMaker(const QString& path) {
 }
 
 void frmContents::InsertFromCB_Text() {
-    insertFromClipboard(ParagraphTags::None);
+    insertFromClipboard(exchange::ParagraphTags::None);
 }
 
 void frmContents::InsertFromCB_Exchange() {
-    insertFromClipboard(ParagraphTags::Added);
+    insertFromClipboard(exchange::ParagraphTags::Added);
 }
 
-void frmContents::insertFromClipboard(ParagraphTags tags) {
+void frmContents::insertFromClipboard(exchange::ParagraphTags tags) {
     if (!m_hasDay)
         return;
     commitComposition();
-    const QString text = GetClipboardText(m_context.session, m_context.desk, desktop::clipboardText(), tags);
+    const QString text = exchange::GetClipboardText(m_context.session, m_context.desk, desktop::clipboardText(), tags);
     if (text.isEmpty())
         return;
     insertAtCaret(pane(), text);

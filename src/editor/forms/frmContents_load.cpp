@@ -2,7 +2,7 @@
 #include "desktop/text_pane.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "shell/genre_list.h"
+#include "store/genre_list.h"
 #include "ui_frmContents.h"
 
 #include <QScopedValueRollback>
@@ -72,13 +72,13 @@ void frmContents::AddComboNumber(int count) {
 
 void frmContents::MakeGenretxt() {
     const QScopedValueRollback loading(Loading, true);
-    shell::MakeGenretxt(m_context.session, diary());
+    store::MakeGenretxt(m_context.session, diary());
     readGenreList();
 }
 
 void frmContents::readGenreList() {
     const QString shown = genreText(*ui->ComboGenre);
-    const QStringList genres = shell::readGenres(m_context.session, diary());
+    const QStringList genres = store::readGenres(m_context.session, diary());
     ui->ComboGenre->clear();
     ui->ComboGenre->addItems(genres);
     ui->ComboGenre->setCurrentIndex(int(genres.indexOf(shown)));

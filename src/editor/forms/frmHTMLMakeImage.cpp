@@ -3,10 +3,10 @@
 #include "core/path_names.h"
 #include "core/settings_change.h"
 #include "core/stored_name.h"
-#include "editor/file_registration.h"
 #include "editor/forms/frmContents.h"
-#include "editor/forms/frmResistFiles.h"
 #include "editor/image_preview.h"
+#include "registers/file_registration.h"
+#include "registers/forms/frmResistFiles.h"
 #include "ui_frmHTMLMakeImage.h"
 
 #include <QDir>
@@ -176,7 +176,7 @@ void frmHTMLMakeImage::renewAutomaticName() {
 }
 
 QString frmHTMLMakeImage::automaticName() const {
-    return automaticImageName(store::FileRegister(m_context.session.databaseFile()), m_context.session.EnterDay,
+    return automaticImageName(registers::FileRegister(m_context.session.databaseFile()), m_context.session.EnterDay,
                               core::GetFileExt(ui->txt_FilePath->text()));
 }
 
@@ -234,7 +234,7 @@ void frmHTMLMakeImage::Btn_OK_Click() {
 
 void frmHTMLMakeImage::registerImage() {
     const platform::Hourglass hourglass(m_context.desk);
-    FileRegistration files(m_context.session, m_context.desk);
+    registers::FileRegistration files(m_context.session, m_context.desk);
     const QString path = ui->txt_FilePath->text();
     const QString& day = m_context.session.EnterDay;
     const auto number = qint16(m_context.windows.get<frmContents>().shownNumber());
@@ -242,7 +242,7 @@ void frmHTMLMakeImage::registerImage() {
         files.ResistFile2(path, ui->txt_RenamedFileName->text(), day, number);
     else
         files.ResistFile(path, day, number);
-    if (auto* shown = m_context.windows.find<frmResistFiles>())
+    if (auto* shown = m_context.windows.find<registers::frmResistFiles>())
         shown->fillList();
 }
 

@@ -3,7 +3,7 @@
 
 #include "core/keys.h"
 #include "desktop/context.h"
-#include "editor/clipboard_import.h"
+#include "exchange/clipboard_import.h"
 #include "shell/menu_table.h"
 #include "shell/status_line.h"
 #include "site/save_html.h"
@@ -94,11 +94,12 @@ private:
     void showOptionalParts();
     void hideCommands(const QStringList& names);
 
-    void saveHtml(site::Outcome (site::SaveHtml::*save)());
+    void saveHtml(platform::Outcome (site::SaveHtml::*save)());
     void flushHistory(const QString& question, const QString& fileName, void (MDIFormTop::*reload)());
     void reloadAddresses();
     void reloadWords();
-    void importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&, editor::ParagraphTags));
+    void importClipboard(bool (exchange::ClipboardImport::*import)(const std::optional<QString>&,
+                                                                   exchange::ParagraphTags));
     bool paintWhileWaiting();
     bool isStopWanted() const;
     bool serveDownload();

@@ -1,6 +1,5 @@
 // What the commands of the main window's menus do.
 #include "browser/forms/frmBrowser.h"
-#include "convert/forms/frmExport.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
 #include "convert/password_text.h"
 #include "core/keys.h"
@@ -9,17 +8,18 @@
 #include "desktop/twips.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "editor/forms/frmFind.h"
-#include "editor/forms/frmResistFiles.h"
-#include "editor/forms/frmResistLogs.h"
+#include "exchange/forms/frmDeleteImportDiary.h"
+#include "exchange/forms/frmExport.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/plugin.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
 #include "shell/forms/arrangement.h"
 #include "shell/forms/frmAbout.h"
-#include "shell/forms/frmDeleteImportDiary.h"
 #include "shell/forms/MDIFormTop.h"
+#include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 
 #include <QMenu>
@@ -50,14 +50,14 @@ void MDIFormTop::connectCommands() {
 
 void MDIFormTop::connectFileCommands() {
     onCommand(u"mnu_DiaryfromClipboard_UseFormattedText"_s,
-              [this] { importClipboard(&editor::ClipboardImport::ImportFormattedClipboard); });
+              [this] { importClipboard(&exchange::ClipboardImport::ImportFormattedClipboard); });
     onCommand(u"mnu_DiaryfromClipboard_UsePlainText"_s,
-              [this] { importClipboard(&editor::ClipboardImport::ImportPlainClipboard); });
+              [this] { importClipboard(&exchange::ClipboardImport::ImportPlainClipboard); });
     const auto save = [this] { saveHtml(&site::SaveHtml::saveCommand); };
     onCommand(u"MnuSaveHTML"_s, save);
     onCommand(u"MnuSaveHTML_D"_s, save);
     onCommand(u"MnuSaveHTMLAS"_s, [this] { saveHtml(&site::SaveHtml::saveAsCommand); });
-    onCommand(u"MnuTextExport"_s, [this] { m_context.windows.get<convert::frmExport>().showWindow(); });
+    onCommand(u"MnuTextExport"_s, [this] { m_context.windows.get<exchange::frmExport>().showWindow(); });
     onCommand(u"MnuMakeLog"_s, [this] { m_context.windows.get<site::frmSaveLog>().showWindow(); });
     onCommand(u"MnuExit"_s, [this] { close(); });
 }
@@ -67,9 +67,10 @@ void MDIFormTop::connectDiaryCommands() {
               [this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
     onCommand(u"MnuAddDiary"_s, [this] { m_context.windows.get<frmCalender>().Btn_New_Click(); });
     onCommand(u"MnuDeleteDiary"_s, [this] { m_context.windows.get<frmCalender>().Btn_Delete_Click(); });
-    onCommand(u"MnuDeleteImportDiary"_s, [this] { m_context.windows.get<frmDeleteImportDiary>().showWindow(); });
+    onCommand(u"MnuDeleteImportDiary"_s,
+              [this] { m_context.windows.get<exchange::frmDeleteImportDiary>().showWindow(); });
     onCommand(u"MnuSaveDiary"_s, [this] { m_context.windows.get<frmContents>().Btn1Click_ToolBar(); });
-    onCommand(u"MnuFindDiary"_s, [this] { m_context.windows.get<editor::frmFind>().showWindow(); });
+    onCommand(u"MnuFindDiary"_s, [this] { m_context.windows.get<site::frmFind>().showWindow(); });
     onCommand(u"MnuViewOldDiary"_s, [this] { m_context.windows.get<frmContents>().picPrevDiaryExist_Click(); });
 
     m_restoreDraft = new QAction(u"下書きを復元"_s, this);
@@ -92,8 +93,8 @@ void MDIFormTop::offerDraft() {
 
 void MDIFormTop::connectToolCommands() {
     onCommand(u"mnuVellMemo"_s, [this] { mnuVellMemo(); });
-    onCommand(u"ResistLogs"_s, [this] { m_context.windows.get<editor::frmResistLogs>().showWindow(); });
-    onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<editor::frmResistFiles>().showWindow(); });
+    onCommand(u"ResistLogs"_s, [this] { m_context.windows.get<registers::frmResistLogs>().showWindow(); });
+    onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<registers::frmResistFiles>().showWindow(); });
     onCommand(u"MnuVellInfo"_s, [this] { MnuVellInfo(); });
     onCommand(u"MnuReConstructionGenre"_s, [this] {
         m_context.windows.get<frmContents>().MakeGenretxt();
@@ -158,7 +159,7 @@ void MDIFormTop::Picture1_MouseMove(qint32 xTwips) {
     }
 }
 
-void MDIFormTop::saveHtml(site::Outcome (site::SaveHtml::*save)()) {
+void MDIFormTop::saveHtml(platform::Outcome (site::SaveHtml::*save)()) {
     const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
     site::SaveHtml saver(m_context.session, store, m_context.desk, m_context.clock);
     (saver.*save)();
@@ -170,16 +171,16 @@ void MDIFormTop::SaveTmpFile() {
 }
 
 /// What was written is shown, however the import ended.
-void MDIFormTop::importClipboard(bool (editor::ClipboardImport::*import)(const std::optional<QString>&,
-                                                                         editor::ParagraphTags)) {
+void MDIFormTop::importClipboard(bool (exchange::ClipboardImport::*import)(const std::optional<QString>&,
+                                                                           exchange::ParagraphTags)) {
     const core::Session& session = m_context.session;
-    editor::ClipboardImport clipboard(session, m_context.clock, m_context.desk);
+    exchange::ClipboardImport clipboard(session, m_context.clock, m_context.desk);
     const auto tellEditor = [&] {
         if (!clipboard.writtenDays().isEmpty())
             m_context.windows.get<frmContents>().daysChanged(clipboard.writtenDays());
     };
     try {
-        const auto tags = editor::importedParagraphs(session);
+        const auto tags = exchange::importedParagraphs(session);
         if ((clipboard.*import)(desktop::clipboardText(), tags)) {
             const store::DiaryStore store(session.databaseFile(), m_context.clock);
             site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();

@@ -1,0 +1,62 @@
+// Diary entries out of the clipboard.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "store/entry_import.h"
+
+#include <QStringList>
+
+#include <optional>
+
+namespace velloria::exchange {
+
+class ElementReader;
+
+/// Whether an imported text gets paragraph tags.
+enum class ParagraphTags { None, Added };
+
+/// As the user's settings say it for imports.
+ParagraphTags importedParagraphs(const core::Session& session);
+
+/// What a clipboard holds is a text with any line ends, or nothing when it has no text format. Throws
+/// platform::Failure; what was imported before stays.
+class ClipboardImport {
+public:
+    /// All outlive this.
+    ClipboardImport(const core::Session& session, const platform::Clock& clock, platform::Desk& desk);
+
+    /// Any number of entries, each with its day, title and contents between full-width tags. Asks about days that have
+    /// an entry. False when there was nothing to read, which is told.
+    bool ImportFormattedClipboard(const std::optional<QString>& clipboard, ParagraphTags tags);
+
+    /// The whole text as one entry, whose day and title are asked. False after any refusal.
+    bool ImportPlainClipboard(const std::optional<QString>& clipboard, ParagraphTags tags);
+
+    /// The days that were written, in order, also behind a failure.
+    const QStringList& writtenDays() const { return m_days; }
+
+private:
+    QStringList askForDay();
+    bool mayOverwrite(const QString& day);
+    void importEntry(ElementReader& reader, ParagraphTags tags);
+    void importUnderOtherDay(ElementReader& reader, ParagraphTags tags);
+    void add(const store::NewEntry& entry);
+    void overwrite(const store::NewEntry& entry);
+    [[noreturn]] void settleBefore(const platform::Failure& failure);
+    void tellEnd();
+    void refuse(const QString& text);
+
+    const core::Session& m_session;
+    const platform::Clock& m_clock;
+    platform::Desk& m_desk;
+    store::EntryImport m_import;
+    QStringList m_days;
+};
+
+/// The clipboard's text with CR LF between its lines, as paragraphs if asked; "" behind a message when there is none.
+QString GetClipboardText(const core::Session& session, platform::Desk& desk, const std::optional<QString>& clipboard,
+                         ParagraphTags tags);
+
+} // namespace velloria::exchange

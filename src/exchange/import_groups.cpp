@@ -1,0 +1,49 @@
+#include "exchange/import_groups.h"
+
+#include "platform/failure.h"
+#include "platform/text_order.h"
+#include "store/diary_store.h"
+#include "store/rescue_file.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::exchange {
+
+using platform::MessageKind;
+
+std::optional<QStringList> deleteImportGroup(const core::Session& session, const platform::Clock& clock,
+                                             platform::Desk& desk, const QString& group) {
+    if (platform::fold(group).isEmpty()) {
+        desk.message(MessageKind::Critical, u"削除するグループが選択されていないため、終了します。"_s);
+        return std::nullopt;
+    }
+    const store::DiaryStore diary(session.databaseFile(), clock);
+    store::RescueFile rescue(session, clock);
+    QStringList days;
+    const auto keep = [&](const std::vector<store::Entry>& rows) {
+        rescue.keep(rows, u"削除"_s);
+        for (const store::Entry& row : rows) {
+            if (days.isEmpty() || days.constLast() != row.day) // they come by day
+                days += row.day;
+        }
+    };
+    try {
+        diary.DeleteImportBatch(group, keep);
+    } catch (...) {
+        rescue.forget();
+        throw;
+    }
+    return days;
+}
+
+void finishImportDeletion(platform::Desk& desk, const std::function<void()>& makeGenres) {
+    try {
+        makeGenres();
+    } catch (platform::Failure& failure) {
+        failure.addStage(u"グループの日記は削除しました"_s);
+        throw;
+    }
+    desk.message(MessageKind::Information, u"完了！"_s);
+}
+
+} // namespace velloria::exchange

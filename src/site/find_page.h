@@ -1,0 +1,45 @@
+// The search of the diary: what is asked, and the page of what was found.
+#pragma once
+
+#include "core/session.h"
+#include "platform/clock.h"
+#include "platform/desk.h"
+#include "store/diary_store.h"
+
+#include <optional>
+
+namespace velloria::site {
+
+/// What somebody filled in. A missing part was not asked for.
+struct SearchForm {
+    struct Dates {
+        QString start;
+        QString end;
+    };
+    QString word;
+    std::optional<Dates> term;
+    bool isOfGenre = false;
+    std::optional<QString> genre; ///< nothing when none is selected
+};
+
+/// What is searched: the word in titles and contents, Like wildcards and all, in a period of days "yyyy/mm/dd" with
+/// both its ends, among the entries of a genre.
+struct Search {
+    QString word;
+    std::optional<SearchForm::Dates> period;
+    std::optional<QString> genre;
+};
+
+/// The form as a search; nothing when it can't be one, which is told. `clock` gives the year of a date without one.
+std::optional<Search> checkSearch(const SearchForm& form, const platform::Clock& clock, platform::Desk& desk);
+
+/// Writes the page of all entries that the search finds, private ones too, and returns their number. Throws
+/// platform::Failure.
+int MakeFindPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
+                 const Search& search);
+
+/// "検索結果(2件見つかりました)", and what the status panel says.
+QString findCaption(int count);
+QString findStatus(const QString& word, int count);
+
+} // namespace velloria::site

@@ -1,0 +1,55 @@
+#include "site/forms/frmFind.h"
+
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "core/keys.h"
+#include "core/text_file.h"
+#include "platform/code_page.h"
+#include "platform/directory.h"
+#include "platform/file_read.h"
+#include "site/find_page.h"
+#include "ui_frmFind.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+
+frmFind::frmFind(desktop::Context& context)
+    : ToolWindow(context, u"frmFind"_s, Blocks::Nothing, core::keys::kFind)
+    , ui(std::make_unique<Ui::frmFind>()) {
+    ui->setupUi(this);
+    connect(ui->Btn_OK, &QPushButton::clicked, this, [this] { run([this] { Btn_OK_Click(); }); });
+    connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+    run([this] { fillGenres(); });
+}
+
+frmFind::~frmFind() = default;
+
+void frmFind::fillGenres() {
+    const QString list = platform::existingPath(m_context.session.DataPath + u"Genre.csv"_s);
+    const std::optional<QByteArray> bytes = platform::readFileIfThere(list);
+    ui->cmbGenre->addItems(bytes ? core::linesOf(platform::fromCodePage(*bytes)) : QStringList{u"一般"_s});
+    ui->cmbGenre->setCurrentIndex(-1);
+}
+
+void frmFind::Btn_OK_Click() {
+    SearchForm form;
+    form.word = ui->txtFindWord->text();
+    if (ui->chkTerm->isChecked())
+        form.term = {ui->txtStart->text(), ui->txtEnd->text()};
+    form.isOfGenre = ui->chkGenre->isChecked();
+    if (ui->cmbGenre->currentIndex() >= 0)
+        form.genre = ui->cmbGenre->currentText();
+    const std::optional<Search> search = checkSearch(form, m_context.clock, m_context.desk);
+    if (!search)
+        return;
+
+    const platform::Hourglass hourglass(m_context.desk);
+    const core::Session& session = m_context.session;
+    const QString file = session.DataPath + u"findtmp.htm"_s;
+    const int count = MakeFindPage(session, {session.databaseFile(), m_context.clock}, file, *search);
+    m_context.desk.status(findStatus(search->word, count));
+    accept(); // ahead of the result, which comes to the front of all windows
+    m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(findCaption(count), file);
+}
+
+} // namespace velloria::site

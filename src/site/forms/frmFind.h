@@ -1,0 +1,28 @@
+// What the diary is searched for.
+#pragma once
+
+#include "desktop/tool_window.h"
+
+#include <memory>
+
+namespace Ui {
+class frmFind;
+}
+
+namespace velloria::site {
+
+/// Stays open until a search succeeds; its boxes are empty the next time.
+class frmFind : public desktop::ToolWindow {
+    Q_OBJECT
+public:
+    explicit frmFind(desktop::Context& context);
+    ~frmFind() override;
+
+private:
+    void fillGenres();
+    void Btn_OK_Click();
+
+    std::unique_ptr<Ui::frmFind> ui;
+};
+
+} // namespace velloria::site

@@ -1,0 +1,64 @@
+#include "store/genre_list.h"
+
+#include "core/text_file.h"
+#include "platform/code_page.h"
+#include "platform/directory.h"
+#include "platform/file_write.h"
+#include "platform/text_order.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::store {
+namespace {
+
+QString listFile(const core::Session& session) {
+    return platform::existingPath(session.DataPath + u"Genre.csv"_s);
+}
+
+/// A genre as it compares once it has been a line of the file.
+QString listForm(QString genre) {
+    genre.replace(u'\r', u' ').replace(u'\n', u' ');
+    return platform::fold(platform::decodeReferences(platform::fromCodePage(platform::toCodePage(genre))));
+}
+
+void makeList(const core::Session& session, const store::DiaryStore& store) {
+    core::writeLines(listFile(session), QStringList{u"一般"_s} + store.ListGenres());
+}
+
+} // namespace
+
+QStringList readGenres(const core::Session& session, const store::DiaryStore& store) {
+    if (!platform::fileExists(listFile(session)))
+        MakeGenretxt(session, store);
+    return core::readLines(listFile(session));
+}
+
+void addGenres(const core::Session& session, const store::DiaryStore& store, const QStringList& genres) {
+    // Two programs may add to the list at once.
+    const platform::FolderLock lock(session.DataPath);
+    if (!platform::fileExists(listFile(session)))
+        makeList(session, store);
+    QStringList known = core::readLines(listFile(session));
+    const qsizetype before = known.size();
+    QSet<QString> folds;
+    for (const QString& genre : known)
+        folds.insert(listForm(genre));
+    for (const QString& genre : genres) {
+        const QString form = listForm(genre);
+        if (genre.isEmpty() || folds.contains(form))
+            continue;
+        known += genre;
+        folds.insert(form);
+    }
+    if (known.size() > before)
+        core::writeLines(listFile(session), known);
+}
+
+void MakeGenretxt(const core::Session& session, const store::DiaryStore& store) {
+    const platform::FolderLock lock(session.DataPath);
+    makeList(session, store);
+}
+
+} // namespace velloria::store
