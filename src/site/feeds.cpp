@@ -111,13 +111,16 @@ void clsRSSreader::SetFilePath(const QString& monthFile) {
 }
 
 void clsRSSreader::MakeRSS() {
-    for (const QString& ending : endings())
-        platform::removeFile(m_filePrefix + ending);
     const std::optional<QString> lastDay = m_store.LatestPublicDay();
-    if (!lastDay)
+    if (!lastDay) {
+        // The old ones would go on telling of entries that are private now. In every other case a feed takes its file's
+        // place when it is made, so that a full disk leaves the old one.
+        for (const QString& ending : endings())
+            platform::removeFile(m_filePrefix + ending);
         throw platform::Failure(u"公開されている日記がないので、RSSを作成できません。"_s,
                                 m_filePrefix + endings().first(), {},
                                 u"公開する日記を書くか、RSSの設定を切ってください。ページは変更されていません。"_s);
+    }
     if (!platform::fileExists(m_session.MyPath + u"HTML2TXT_RSS.ini"_s)) {
         // A writer stops behind the opening of its file.
         for (const QString& ending : endings())
