@@ -41,21 +41,21 @@ void getInteger(Invocation& invocation) {
     invocation.print(QJsonObject{{u"value"_s, value}}, {{QString::number(value)}});
 }
 
-/// A key that would read as a section or a comment, a value that is too long: written, it would not be found again.
-void refuseLoss(const QString& file, const QString& section, const QString& key, const QString& value) {
+/// A key that would read as a section, a comment or another key: written, it would not be found again. A value changes
+/// by the rules of the settings, which are the same for every program.
+void refuseLostKey(const QString& file, const QString& section, const QString& key, const QString& value) {
     const QByteArray before = platform::readFileIfThere(file).value_or(QByteArray());
     const QByteArray after = platform::changedProfile(before, section, key, value);
-    const std::optional<QString> read = platform::ProfileFile::fromBytes(after).value(section, key);
-    if (read == value)
+    if (platform::ProfileFile::fromBytes(after).value(section, key))
         return;
-    const QString reason = read ? u"値は「%1」になります"_s.arg(*read) : u"セクションかキーの名前を設定に書けません"_s;
     throw platform::Failure(u"設定を元の通りに読み出せないので、書きません。"_s, file,
-                            u"[%1] %2: "_s.arg(section, key) + reason, u"ファイルは変更されていません。"_s);
+                            u"[%1] %2: セクションかキーの名前を設定に書けません"_s.arg(section, key),
+                            u"ファイルは変更されていません。"_s);
 }
 
 void set(Invocation& invocation) {
     const QString file = iniFile(invocation);
-    refuseLoss(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
+    refuseLostKey(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
     platform::writeProfile(file, invocation.argument(1), invocation.argument(2), invocation.argument(3));
 }
 
