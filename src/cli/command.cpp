@@ -29,10 +29,11 @@ void Invocation::print(const QJsonValue& json, const std::vector<QStringList>& r
     QString text;
     for (const QStringList& row : rows) {
         for (qsizetype i = 0; i < row.size(); ++i)
-            text += (i ? u"\t"_s : QString()) + harmless(escaped(row[i]));
+            text += (i ? u"\t"_s : QString()) + escaped(row[i]);
         text += u'\n';
     }
-    writeOutput(text.toUtf8());
+    // Scripts get what is stored; on a screen it is not to command the terminal.
+    writeOutput((standardOutputIsTerminal() ? harmless(text) : text).toUtf8());
 }
 
 const std::vector<Command>& allCommands() {

@@ -86,6 +86,10 @@ bool standardErrorIsTerminal() {
     return isatty(STDERR_FILENO) == 1;
 }
 
+bool standardOutputIsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
 QByteArray readInput() {
     QByteArray bytes;
     char block[1 << 16];

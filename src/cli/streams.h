@@ -26,6 +26,7 @@ void writeLine(const QString& line);
 void writeError(const QString& line);
 void writeErrorPart(const QString& text);
 bool standardErrorIsTerminal();
+bool standardOutputIsTerminal();
 
 /// All of standard input. Throws platform::Failure when it can't be read.
 QByteArray readInput();

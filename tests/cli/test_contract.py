@@ -439,6 +439,10 @@ class Terminal(CliTest):
         code, _ = self.on_terminal("entry", "delete", "2004/02/01", "1", typed="\x04")
         self.assertEqual((code, len(self.listed())), (1, 1))
 
+    def test_a_stored_name_does_not_command_the_terminal(self):
+        self.put(entry("2004/02/01", "x\x1b[31m"))
+        self.assertIn("x\\u001b[31m", self.on_terminal("entry", "list")[1])
+
     def test_a_file_is_asked_for_on_the_terminal(self):
         code, shown = self.on_terminal("site", "save", typed=self.site + "y.htm\n")
         self.assertEqual(code, 0, shown)

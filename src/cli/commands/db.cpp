@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "cli/streams.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "store/database_file.h"
@@ -23,7 +24,7 @@ void check(Invocation& invocation) {
         store::GetDBVersion(invocation.session.databaseFile()); // refuses what is no version
     std::vector<QStringList> rows;
     for (const QString& finding : findings)
-        rows.push_back({finding});
+        rows.push_back({harmless(finding)});
     invocation.print(QJsonArray::fromStringList(findings), rows);
     if (!findings.isEmpty())
         throw Refusal(u"日記データベースに%1件の異常があります。何も変更していません。"_s.arg(findings.size()));
