@@ -6,6 +6,7 @@
 #include "platform/file_lock.h"
 #include "platform/file_write.h"
 #include "store/day_spellings.h"
+#include "store/named_database.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
 
@@ -193,14 +194,6 @@ private:
     QStringList m_findings;
 };
 
-constexpr QLatin1StringView kJournals[] = {"-journal"_L1, "-wal"_L1, "-shm"_L1};
-
-/// The engine has its own files beside the end of a link.
-QString fileBeside(const QString& database, QLatin1StringView ending) {
-    const QString end = QFileInfo(database).canonicalFilePath();
-    return (end.isEmpty() ? database : end) + ending;
-}
-
 /// A journal that was left beside a file which gets another one's bytes would be rolled into these.
 void removeJournals(const QString& database) {
     for (const QLatin1StringView ending : kJournals)
@@ -239,15 +232,6 @@ platform::FileTurn turnAtBackups(const QString& folder) {
     return {folder + u"/diarymdb.lock"_s, u"日記のバックアップは他のプログラムが使用中です。"_s};
 }
 
-/// A damaged file and what the engine left beside it: together they may still give somebody their entries.
-void keepAsItLies(const QString& database, const QString& kept) {
-    platform::copyFile(database, kept, 0600, platform::Durability::Durable);
-    for (const QLatin1StringView ending : kJournals) {
-        if (const QString journal = fileBeside(database, ending); QFileInfo::exists(journal))
-            platform::copyFile(journal, kept + ending, 0600, platform::Durability::Durable);
-    }
-}
-
 } // namespace
 
 qint16 GetDBVersion(const QString& path) {
@@ -279,6 +263,10 @@ qint16 GetDBVersion(const QString& path) {
         throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, QString::number(version),
                       unchangedAndRestore());
     return qint16(version);
+}
+
+qint16 versionOfNamed(const QString& file) {
+    return NamedDatabase(file).told(GetDBVersion);
 }
 
 void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) {
@@ -337,25 +325,28 @@ QString restoreDatabase(const QString& path, const QString& backup) {
     if (platform::isSameFile(path, backup))
         throw Failure(u"バックアップを復元できません。"_s, backup, u"今の日記そのものです"_s,
                       u"日記は変更されていません。別のファイルを指定してください。"_s);
-    if (formatOf(backup) != Format::Sqlite)
-        refuseForeignFile(backup);
-    refuseCutOffPage(backup);
-    refuseUnsoundDiary(backup);
+    const NamedDatabase named(backup);
+    named.told([](const QString& file) {
+        if (formatOf(file) != Format::Sqlite)
+            refuseForeignFile(file);
+        refuseCutOffPage(file);
+        refuseUnsoundDiary(file);
+    });
     const platform::FileTurn turn = turnAtBackups(core::GetParentFolder(path));
     if (!QFileInfo::exists(path)) {
-        copyDatabase(backup, path);
+        copyDatabase(named.path(), path);
         return {};
     }
     const QString kept = freeNameFor(path);
     try {
-        keepAsItLies(path, kept); // before anybody opens it
+        copyAsItLies(path, kept); // before anybody opens it
         // No writer is to come in between: what it wrote would be in neither file.
         const std::unique_ptr<Connection> lock = lockedIfSound(path);
         if (lock) {
             removeJournals(kept);
             platform::replaceFile(kept, lock->bytes(), platform::Durability::Durable);
         }
-        copyDatabase(backup, path);
+        copyDatabase(named.path(), path);
     } catch (const Failure&) {
         removeJournals(kept);
         platform::removeFile(kept);

@@ -10,6 +10,9 @@ namespace velloria::store {
 /// and never makes a file. Throws platform::Failure for a file that is no diary database.
 qint16 GetDBVersion(const QString& path);
 
+/// GetDBVersion of a file that somebody names: neither it nor what lies beside it changes.
+qint16 versionOfNamed(const QString& file);
+
 /// Copies the diary database to `backup`; the backups that lie there move on to `backup`.1 to .3, unless the last one
 /// is equal to the diary already. The source is checked first, so a file that is no diary never takes the place of a
 /// good backup. Nobody may read a backup who may not read the diary. Throws platform::Failure.

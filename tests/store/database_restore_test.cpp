@@ -70,6 +70,32 @@ TEST_F(Restoring, ABackupWithAJournalOfItsOwnIsRolledBackFirst) {
     EXPECT_EQ(titles(backup()), u"old"_s);
 }
 
+TEST_F(Restoring, ANamedFileStaysAsItIsWithWhatLiesBesideIt) {
+    QDir(home.path()).mkdir(u"named"_s);
+    const QString torn = path(u"named/torn.mdb"_s);
+    platform::copyFile(backup(), torn);
+    tear(torn);
+    const QString logged = path(u"named/logged.mdb"_s);
+    platform::copyFile(backup(), logged);
+    holdsInChild([&]() -> bool {
+        Connection connection(logged, Access::ReadWrite);
+        connection.execute("PRAGMA journal_mode = WAL");
+        connection.execute("UPDATE Contents SET Title = 'logged'");
+        ::_exit(0);
+    });
+    const auto before = contentOf(path(u"named"_s));
+    ASSERT_EQ(before.size(), 5) << "a journal, a log and its index";
+    for (const auto& [named, title] : {std::pair(torn, u"old"_s), std::pair(logged, u"logged"_s)}) {
+        EXPECT_EQ(store::versionOfNamed(named), 220);
+        restoreDatabase(file(), named);
+        EXPECT_EQ(titles(file()), title);
+    }
+    writeFile(logged, bytesOf(logged).left(9000));
+    EXPECT_TRUE(failureOf([&] { restoreDatabase(file(), logged); }).contains(logged));
+    writeFile(logged, before[u"/logged.mdb"_s]);
+    EXPECT_EQ(contentOf(path(u"named"_s)), before);
+}
+
 TEST_F(Restoring, ADamagedDiaryIsKeptAsItLiesWithItsJournal) {
     for (const QByteArray& damaged : {QByteArray("no database"), QByteArray(), bytesOf(file()).first(3000)}) {
         writeFile(file(), damaged);

@@ -14,7 +14,8 @@ namespace {
 
 void version(Invocation& invocation) {
     const bool hasFile = !invocation.arguments.isEmpty();
-    const qint16 version = store::GetDBVersion(hasFile ? invocation.argument(0) : invocation.session.databaseFile());
+    const qint16 version = hasFile ? store::versionOfNamed(invocation.argument(0))
+                                   : store::GetDBVersion(invocation.session.databaseFile());
     invocation.print(QJsonObject{{u"version"_s, version}}, {{QString::number(version)}});
 }
 
