@@ -34,25 +34,14 @@ LogMonth monthToLog(const QDate& today) {
 }
 
 LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                       const platform::Clock& clock)
+                       const platform::Clock& clock, registers::SiteFiles* siteFiles)
     : m_session(session)
     , m_store(store)
     , m_desk(desk)
     , m_clock(clock)
     , m_files(session.databaseFile())
     , m_logs(session.databaseFile())
-    , m_ownSiteFiles(session)
-    , m_siteFiles(*m_ownSiteFiles) {}
-
-LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                       const platform::Clock& clock, registers::SiteFiles& siteFiles)
-    : m_session(session)
-    , m_store(store)
-    , m_desk(desk)
-    , m_clock(clock)
-    , m_files(session.databaseFile())
-    , m_logs(session.databaseFile())
-    , m_siteFiles(siteFiles) {}
+    , m_siteFiles(siteFiles ? *siteFiles : m_ownSiteFiles.emplace(session)) {}
 
 void LogArchive::save(const QString& year, const QString& typedMonth, const std::function<void()>& beforeLastBox) {
     const QString month = typedMonth.size() == 1 ? u'0' + typedMonth : typedMonth;

@@ -29,12 +29,10 @@ LogMonth monthToLog(const QDate& today);
 
 class LogArchive {
 public:
-    /// All outlive this.
+    /// All outlive this. `siteFiles` are those of a command of which this is a step: it chooses among the registered
+    /// files and tells of that itself.
     LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-               const platform::Clock& clock);
-    /// The same as a step of a command that has made its choice among the registered files, and tells of it, itself.
-    LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-               const platform::Clock& clock, registers::SiteFiles& siteFiles);
+               const platform::Clock& clock, registers::SiteFiles* siteFiles = nullptr);
     LogArchive(const LogArchive&) = delete;
     LogArchive& operator=(const LogArchive&) = delete;
 

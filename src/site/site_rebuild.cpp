@@ -49,7 +49,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
             return false;
         }
     };
-    LogArchive archive(session, store, desk, clock, saver.siteFiles());
+    LogArchive archive(session, store, desk, clock, &saver.siteFiles());
     int done = 0;
     for (const QString& month : months) {
         if (attempt(month, [&] { archive.save(month.left(4), month.right(2)); }))
