@@ -234,7 +234,9 @@ class BinarySettings(BadInputTest):
             path = self.data + name
             before = read(path) if os.path.exists(path) else b""
             write(path, BINARY)
-            self.all_refused(READING + WRITING, path)
+            # A check is for a diary whose home is in disorder, too: it asks who the user is and no more.
+            commands = [words for words in READING + WRITING if name == "diary.ini" or words != ["db", "check"]]
+            self.all_refused(commands, path)
             write(path, before)
         self.must("start")
 
