@@ -14,7 +14,8 @@ import sys
 import time
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peer"))
+for folder in ("peer", "support"):
+    sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", folder))
 
 from patience import PATIENCE_SECONDS
 from upload_server import can_serve
