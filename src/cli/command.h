@@ -59,7 +59,7 @@ struct Invocation {
     store::DiaryStore store() const { return {session.databaseFile(), clock}; }
 
     /// Prints a result: one JSON document with --json, else tab-separated lines. Tabs, line ends and backslashes
-    /// within a field are written as \t, \r, \n and \\, other control characters as \uXXXX.
+    /// within a field are written as \t, \r, \n and \\; on a terminal other control characters as \uXXXX.
     void print(const QJsonValue& json, const std::vector<QStringList>& rows) const;
 };
 
