@@ -125,7 +125,7 @@ void shootAll(desktop::Context& context, const QString& folder) {
     const QString oldPage = context.session.DataPath + u"oldtmp.htm"_s;
     const store::DiaryStore store(context.session.databaseFile(), context.clock);
     site::MakeSameDayPage(context.session, store, oldPage, context.session.EnterDay);
-    viewer.Navigate(oldPage);
+    viewer.showPage(u"過去の日記"_s, oldPage);
     shootWindow(viewer, folder + u"frmPrevDiaryViewer.png"_s);
     context.windows.unload<browser::frmPrevDiaryViewer>();
     shootToolWindows(context, folder);
