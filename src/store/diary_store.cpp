@@ -1,5 +1,6 @@
 #include "store/diary_store.h"
 
+#include "core/day_key.h"
 #include "store/day_numbers.h"
 #include "store/entry_files.h"
 #include "store/entry_line.h"
@@ -55,6 +56,39 @@ auto readMonth(const QString& file, const QString& month, const QByteArray& head
     return read(rows);
 }
 
+std::vector<Entry> entriesOfDay(const Connection& connection, const QString& file, const QString& day) {
+    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY Number DESC, RecordID DESC");
+    rows.bind(literal(file, day));
+    return readEntries(rows);
+}
+
+int countInOtherYears(const Connection& connection, const QString& file, const QString& day) {
+    Statement rows(connection, "SELECT count(*) FROM Contents WHERE substr(Day, -6) = ?1 AND Day <> ?2");
+    rows.bind(literal(file, day).mid(4), day);
+    rows.next();
+    return rows.integer(0);
+}
+
+DaysWithEntries readDaysAround(const Connection& connection, const QString& file, const QString& month) {
+    DaysWithEntries days;
+    const QDate first = QDate::fromString(month + u"/01"_s, u"yyyy/MM/dd");
+    if (!first.isValid())
+        return days;
+    for (const int step : {-1, 0, 1}) {
+        const QString key = core::monthOf(core::dayKey(first.addMonths(step)));
+        const sqlite::MonthCondition condition = sqlite::daysBeginningWith(file, key);
+        Statement rows(connection, "SELECT Day, max(Private = 0) FROM Contents WHERE " + condition.sql +
+                                       " GROUP BY Day ORDER BY Day");
+        rows.bind(condition.first, condition.second);
+        while (rows.next()) {
+            days.all += rows.text(0);
+            if (rows.boolean(1))
+                days.withPublic += rows.text(0);
+        }
+    }
+    return days;
+}
+
 sqlite::MonthCondition conditionOf(const QString& file, const Period& period) {
     switch (period.kind) {
     case Period::Kind::Month:
@@ -90,10 +124,7 @@ QString DiaryStore::present() const {
 }
 
 std::vector<Entry> DiaryStore::LoadDay(const QString& day) const {
-    const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1 ORDER BY Number DESC, RecordID DESC");
-    rows.bind(literal(m_file, day));
-    return readEntries(rows);
+    return entriesOfDay(Connection(m_file, Access::ReadOnly), m_file, day);
 }
 
 std::optional<Entry> DiaryStore::LoadEntry(const QString& day, int number) const {
@@ -214,11 +245,7 @@ QStringList DiaryStore::ListGenresByUse() const {
 }
 
 int DiaryStore::SameDayInOtherYears(const QString& day) const {
-    const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT count(*) FROM Contents WHERE substr(Day, -6) = ?1 AND Day <> ?2");
-    rows.bind(literal(m_file, day).mid(4), day);
-    rows.next();
-    return rows.integer(0);
+    return countInOtherYears(Connection(m_file, Access::ReadOnly), m_file, day);
 }
 
 std::vector<Entry> DiaryStore::SameDayEntries(const QString& day) const {
@@ -227,6 +254,16 @@ std::vector<Entry> DiaryStore::SameDayEntries(const QString& day) const {
                                    "WHERE substr(Day, -6) = ?1 AND Day <> ?2 ORDER BY Day DESC, Number, RecordID");
     rows.bind(literal(m_file, day).mid(4), day);
     return readEntries(rows);
+}
+
+DayPicture DiaryStore::pictureOf(const QString& day) const {
+    const Connection connection(m_file, Access::ReadOnly);
+    return {entriesOfDay(connection, m_file, day), countInOtherYears(connection, m_file, day) > 0,
+            readDaysAround(connection, m_file, core::monthOf(day))};
+}
+
+DaysWithEntries DiaryStore::daysAround(const QString& month) const {
+    return readDaysAround(Connection(m_file, Access::ReadOnly), m_file, month);
 }
 
 QStringList DiaryStore::DaysOfMonth(const QString& month) const {

@@ -35,6 +35,19 @@ struct FindQuery {
     std::optional<QString> genre;
 };
 
+/// Days that have entries, ascending.
+struct DaysWithEntries {
+    QStringList all;
+    QStringList withPublic; ///< of these, the ones with a public entry
+};
+
+/// A day as editor and calendar show it.
+struct DayPicture {
+    std::vector<Entry> entries;   ///< highest number first
+    bool isInOtherYears = false;  ///< whether another year has an entry on this month and day
+    DaysWithEntries daysAround{}; ///< of its month and the two beside it
+};
+
 /// Sees all rows that a change replaces or deletes, in their order, before the change reaches the disk; not called when
 /// there are none. What it throws takes the change back.
 using BeforeLoss = std::function<void(const std::vector<Entry>&)>;
@@ -87,6 +100,11 @@ public:
     int SameDayInOtherYears(const QString& day) const;
     /// These entries, newest year first, within a day lowest number first.
     std::vector<Entry> SameDayEntries(const QString& day) const;
+
+    /// What a click on a day shows, with one connection. A text that is no day key gives no days around it.
+    DayPicture pictureOf(const QString& day) const;
+    /// The days of a month ("yyyy/mm") and of the two beside it, as a page of the calendar shows them.
+    DaysWithEntries daysAround(const QString& month) const;
 
     /// Days with entries in a month, ascending.
     QStringList DaysOfMonth(const QString& month) const;

@@ -1,6 +1,7 @@
 // What the generator reads: days, entries and keys of a month.
 #include "store/diary_store.h"
 
+#include "support/connection_count.h"
 #include "support/test_home.h"
 
 using namespace Qt::StringLiterals;
@@ -59,6 +60,33 @@ TEST_F(DiaryMonth, LeavesPrivateDaysOutOnlyOfThePublicTwin) {
     EXPECT_EQ(diary().PublicDaysOfMonth(m_month), (QStringList{u"2004/05/02"_s, u"2004/05/31"_s}));
     EXPECT_EQ(diary().PublicDaysOfMonth(u"2004/06"_s), QStringList());
     EXPECT_EQ(diary().DaysOfMonth(u"2004/06"_s), QStringList{u"2004/06/01"_s});
+}
+
+TEST_F(DiaryMonth, HasTheDaysOfThePageThatTheCalendarShows) {
+    store::DaysWithEntries days = diary().daysAround(m_month);
+    EXPECT_EQ(days.all,
+              (QStringList{u"2004/04/30"_s, u"2004/05/01"_s, u"2004/05/02"_s, u"2004/05/31"_s, u"2004/06/01"_s}));
+    EXPECT_EQ(days.withPublic, (QStringList{u"2004/04/30"_s, u"2004/05/02"_s, u"2004/05/31"_s}));
+    EXPECT_EQ(diary().daysAround(u"2004/07"_s).all, QStringList{u"2004/06/01"_s});
+    EXPECT_EQ(diary().daysAround(u"2004/08"_s).all, QStringList());
+    EXPECT_EQ(diary().daysAround(u"2004/1"_s).all, QStringList());
+    add(u"9999/12/31"_s, u"last"_s);
+    EXPECT_EQ(diary().daysAround(u"9999/12"_s).all, QStringList{u"9999/12/31"_s});
+    sql(u"INSERT INTO Contents (Day, Number) VALUES ('2004/08/01', 1)"_s);
+    days = diary().daysAround(u"2004/09"_s);
+    EXPECT_EQ(days.withPublic, diary().PublicDaysOfMonth(u"2004/08"_s)) << "a missing mark is no private entry";
+}
+
+TEST_F(DiaryMonth, PicturesADayWithOneConnection) {
+    add(u"2003/05/02"_s, u"a year before"_s, true);
+    const int before = openedConnections();
+    const store::DayPicture picture = diary().pictureOf(u"2004/05/02"_s);
+    EXPECT_EQ(openedConnections() - before, 1);
+    EXPECT_EQ(titlesOf(picture.entries), (QStringList{u"2b private"_s, u"2a"_s}));
+    EXPECT_TRUE(picture.isInOtherYears);
+    EXPECT_EQ(picture.daysAround.all, diary().daysAround(m_month).all);
+    EXPECT_FALSE(diary().pictureOf(u"2004/05/31"_s).isInOtherYears);
+    EXPECT_TRUE(diary().pictureOf(u"2004/05/30"_s).entries.empty());
 }
 
 TEST_F(DiaryMonth, HasTheLastNumberOfEachDayNewestFirst) {
