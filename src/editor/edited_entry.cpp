@@ -16,7 +16,7 @@ struct NumberTaken {};
 /// The numbers in the editor count the entries of a day. In one with gaps, which a broken deletion of an old program
 /// left, they mean the rows in order.
 void closeGaps(const store::DiaryStore& diary, const QString& day) {
-    diary.RepairDay(day);
+    diary.repairDay(day);
 }
 
 bool isSameText(const store::Entry& left, const store::Entry& right) {
@@ -96,7 +96,7 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
     saved.publishTime = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
     saved.importMark = QString(); // that of the row stays
     try {
-        saved.number = diary.SaveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number;
+        saved.number = diary.saveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number;
     } catch (...) {
         rescue.forget();
         throw;

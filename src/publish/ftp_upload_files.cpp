@@ -70,8 +70,8 @@ bool FtpUpload::uploadParts() {
     if (m_isHtmlOnly)
         return true;
     m_view.setTitle(u"ファイルアップロード"_s);
-    m_siteFiles.take(m_files.FilesSent()); // only to tell of those that would not go any more
-    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(registers::SiteSide::Current));
+    m_siteFiles.take(m_files.filesSent()); // only to tell of those that would not go any more
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.filesToUpload(registers::SiteSide::Current));
     if (rows.empty()) {
         m_desk.status(u"HTMLファイル以外にアップロード対象となるファイルはありません。"_s);
         return true;
@@ -99,7 +99,7 @@ bool FtpUpload::uploadPart(const store::FileRow& row, qsizetype total) {
                                                             InternetErrorText(m_internet) + u')');
     showAndPump(successOf(row.name, 0, total));
     m_desk.status(u"Upload Successful!"_s);
-    m_files.MarkUploaded(row.id);
+    m_files.markUploaded(row.id);
     return true;
 }
 
@@ -154,7 +154,7 @@ bool FtpUpload::uploadLogParts() {
         m_reason = u"HTMLファイルのみアップロードする設定では、ログのファイルを最後まで送れません。"_s;
         return false;
     }
-    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.FilesToUpload(registers::SiteSide::Log));
+    const std::vector<store::FileRow> rows = m_siteFiles.take(m_files.filesToUpload(registers::SiteSide::Log));
     if (rows.empty())
         return true;
     if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_settings.startFolder + u"DiaryLog/"_s,
@@ -184,7 +184,7 @@ bool FtpUpload::uploadLogPart(const store::FileRow& row, qsizetype total) {
     m_view.setBarValue(++m_done);
     showAndPump(successOf(row.name, m_done, total));
     m_desk.status(u"Upload Successful!"_s);
-    m_files.MarkUploaded(row.id);
+    m_files.markUploaded(row.id);
     return true;
 }
 

@@ -106,14 +106,14 @@ std::vector<store::FileRow> FileRegister::CommonFiles() const {
     return readRows(rows);
 }
 
-std::vector<store::FileRow> FileRegister::FilesToUpload(SiteSide side) const {
+std::vector<store::FileRow> FileRegister::filesToUpload(SiteSide side) const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, QByteArray(kRow) + "WHERE Uploaded = 0 AND (Logged <> 0) = ?1 ORDER BY FileID");
     rows.bind(side == SiteSide::Log);
     return readRows(rows);
 }
 
-std::vector<store::FileRow> FileRegister::FilesSent() const {
+std::vector<store::FileRow> FileRegister::filesSent() const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, QByteArray(kRow) + "WHERE Uploaded <> 0 ORDER BY FileID");
     return readRows(rows);
@@ -127,7 +127,7 @@ QStringList FileRegister::ImageFilesOfDay(const QString& day) const {
     return readNames(rows);
 }
 
-void FileRegister::AddFile(const store::FileRow& row) const {
+void FileRegister::addFile(const store::FileRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
     Statement(connection,
               "INSERT OR ABORT INTO FileDB (FileName, Day, Number, Uploaded, Logged) VALUES (?1, ?2, ?3, ?4, ?5)")
@@ -135,7 +135,7 @@ void FileRegister::AddFile(const store::FileRow& row) const {
         .run();
 }
 
-void FileRegister::MarkLogged(const std::vector<qint64>& ids) const {
+void FileRegister::markLogged(const std::vector<qint64>& ids) const {
     if (ids.empty())
         return;
     Connection connection(m_file, Access::ReadWrite);
@@ -146,12 +146,12 @@ void FileRegister::MarkLogged(const std::vector<qint64>& ids) const {
     transaction.commit();
 }
 
-void FileRegister::MarkUploaded(qint64 id) const {
+void FileRegister::markUploaded(qint64 id) const {
     const Connection connection(m_file, Access::ReadWrite);
     Statement(connection, "UPDATE OR ABORT FileDB SET Uploaded = 1 WHERE FileID = ?1").bind(id).run();
 }
 
-void FileRegister::AddCommonFiles(const QStringList& names, SiteSide side) const {
+void FileRegister::addCommonFiles(const QStringList& names, SiteSide side) const {
     for (const QString& name : names)
         literal(m_file, name);
     if (names.isEmpty())

@@ -37,21 +37,21 @@ public:
     /// The files of all months.
     std::vector<store::FileRow> CommonFiles() const;
     /// Rows of one side that have not gone up, in the order in which they were made.
-    std::vector<store::FileRow> FilesToUpload(SiteSide side) const;
+    std::vector<store::FileRow> filesToUpload(SiteSide side) const;
     /// Rows of both sides that have gone up.
-    std::vector<store::FileRow> FilesSent() const;
+    std::vector<store::FileRow> filesSent() const;
     /// Names that begin with "dimage" on a day, last first.
     QStringList ImageFilesOfDay(const QString& day) const;
 
     /// Adds a row; the flags are false unless given.
-    void AddFile(const store::FileRow& row) const;
+    void addFile(const store::FileRow& row) const;
     /// Marks rows as part of a log that is still to go up, all of them or none.
-    void MarkLogged(const std::vector<qint64>& ids) const;
+    void markLogged(const std::vector<qint64>& ids) const;
     /// Marks a row as gone up; nothing when the row is gone.
-    void MarkUploaded(qint64 id) const;
+    void markUploaded(qint64 id) const;
     /// Registers files for all months, all of them or none, but each once however many programs do so. On the side of
     /// the logs this is a second row, under which their copy of the file goes up.
-    void AddCommonFiles(const QStringList& names, SiteSide side) const;
+    void addCommonFiles(const QStringList& names, SiteSide side) const;
 
 private:
     QString m_file;

@@ -128,7 +128,7 @@ void FileRegistration::addKnown(const RegisterSource& source, const store::FileR
 
 void FileRegistration::addRow(const store::FileRow& row, bool isCopied) {
     try {
-        m_files.AddFile(row);
+        m_files.addFile(row);
     } catch (platform::Failure& failure) {
         if (isCopied)
             failure.addStage(u"ファイルはDiaryPartsにコピーしました"_s);

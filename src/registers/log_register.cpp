@@ -14,7 +14,7 @@ using store::sqlite::Statement;
 LogRegister::LogRegister(QString databaseFile)
     : m_file(std::move(databaseFile)) {}
 
-std::vector<store::LogRow> LogRegister::Logs() const {
+std::vector<store::LogRow> LogRegister::listLogs() const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT LogMonth, LogFileName FROM LogDB ORDER BY rowid");
     std::vector<store::LogRow> logs;
@@ -30,14 +30,14 @@ bool LogRegister::FindLog(const QString& fileName) const {
     return rows.next();
 }
 
-void LogRegister::AddLog(const store::LogRow& row) const {
+void LogRegister::addLog(const store::LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
     Statement(connection, "INSERT OR ABORT INTO LogDB (LogMonth, LogFileName) VALUES (?1, ?2)")
         .bind(row.month, row.fileName)
         .run();
 }
 
-void LogRegister::AddLogOfMonth(const store::LogRow& row) const {
+void LogRegister::addLogOfMonth(const store::LogRow& row) const {
     const Connection connection(m_file, Access::ReadWrite);
     // Asked and added in one statement: another program may log the same month at this moment.
     Statement(connection, "INSERT OR ABORT INTO LogDB (LogMonth, LogFileName) SELECT ?1, ?2 WHERE NOT EXISTS "

@@ -13,11 +13,11 @@ public:
     explicit LogRegister(QString databaseFile);
 
     /// All rows in the order in which they were added.
-    std::vector<store::LogRow> Logs() const;
+    std::vector<store::LogRow> listLogs() const;
     bool FindLog(const QString& fileName) const;
-    void AddLog(const store::LogRow& row) const;
+    void addLog(const store::LogRow& row) const;
     /// Adds the row unless its month has a log.
-    void AddLogOfMonth(const store::LogRow& row) const;
+    void addLogOfMonth(const store::LogRow& row) const;
     /// Removes the first row of this name and month; a null month is a missing one, a missing name is an empty one.
     void DeleteLog(const store::LogRow& row) const;
 

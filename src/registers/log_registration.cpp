@@ -99,7 +99,7 @@ void LogRegistration::addNew(const RegisterSource& source, const QString& month)
     QStringList copied;
     try {
         copyTo(targets, source, copied, newLogPath);
-        m_logs.AddLog({month, source.name});
+        m_logs.addLog({month, source.name});
     } catch (platform::Failure& failure) {
         tellCopied(failure, copied);
         throw;
@@ -180,7 +180,7 @@ void LogRegistration::removePages(const QString& name) {
 }
 
 std::vector<store::LogRow> LogRegistration::rows() const {
-    std::vector<store::LogRow> rows = m_logs.Logs();
+    std::vector<store::LogRow> rows = m_logs.listLogs();
     const platform::TextOrder order;
     std::stable_sort(rows.begin(), rows.end(), [&](const store::LogRow& left, const store::LogRow& right) {
         return order.compare(left.month, right.month) > 0;

@@ -83,9 +83,9 @@ void MakeLogList(MonthRun& run, const registers::LogRegister& logs) {
         page.print(u"<div style=margin-left:"_s, QString::number(settings.number(keys::day_list::kMarginLeft)),
                    u"pt>"_s);
     if (type == u"Normal"_s)
-        printLogLinks(page, logs.Logs(), hasFrames);
+        printLogLinks(page, logs.listLogs(), hasFrames);
     else if (type == u"JavaScript"_s)
-        printLogSelection(page, logs.Logs(), hasFrames);
+        printLogSelection(page, logs.listLogs(), hasFrames);
     if (isLeft)
         page.print(u"</DIV>"_s);
     page.print(u"</P>"_s);

@@ -65,7 +65,7 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
     placeWeatherPictures(m_session, m_siteFiles);
     archiveFilesOfMonth(year, month);
     archiveCommonFiles();
-    m_logs.AddLogOfMonth({yearMonth, logName});
+    m_logs.addLogOfMonth({yearMonth, logName});
     m_desk.status(yearMonth + u"の日記をLog化しました。"_s);
     if (beforeLastBox)
         beforeLastBox();
@@ -127,13 +127,13 @@ void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) 
         markQuietly(logged);
         throw;
     }
-    m_files.MarkLogged(logged);
+    m_files.markLogged(logged);
 }
 
 /// What has been copied by now is marked even if the disk takes no more; what can't be marked is copied again.
 void LogArchive::markQuietly(const std::vector<qint64>& logged) const {
     try {
-        m_files.MarkLogged(logged);
+        m_files.markLogged(logged);
     } catch (const platform::Failure&) {
         return; // the failure that led here is the one to tell
     }
@@ -175,7 +175,7 @@ void LogArchive::archiveCommonFiles() {
         if (logged.hasFile(file.name))
             names += file.name;
     }
-    m_files.AddCommonFiles(names, registers::SiteSide::Log);
+    m_files.addCommonFiles(names, registers::SiteSide::Log);
 }
 
 } // namespace velloria::site

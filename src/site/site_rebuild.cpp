@@ -32,7 +32,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
     const platform::Hourglass hourglass(desk);
     const QString currentMonth = core::monthOf(session.Today);
     QStringList months;
-    for (const QString& month : store.Months()) {
+    for (const QString& month : store.months()) {
         if (core::isMonthKey(month) && month < currentMonth && isWithin(month, from, to))
             months += month;
     }

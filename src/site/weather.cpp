@@ -38,7 +38,7 @@ void placeWeatherPictures(const core::Session& session, registers::SiteFiles& si
         if (!platform::fileExists(source) || !siteFiles.isCopy(source) || isInPlace)
             continue;
         // Registered first: a copy that fails is made up for by the next run, a missing row would never be.
-        files.AddCommonFiles({name}, registers::SiteSide::Current);
+        files.addCommonFiles({name}, registers::SiteSide::Current);
         if (hasSite)
             platform::placeFile(source, target);
     }

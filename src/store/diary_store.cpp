@@ -136,27 +136,16 @@ std::optional<Entry> DiaryStore::LoadEntry(const QString& day, int number) const
     return readEntry(rows);
 }
 
-void DiaryStore::SaveEntry(const Entry& entry) const {
-    Connection connection(m_file, Access::ReadWrite);
-    Transaction transaction(connection);
-    Entry stamped = entry;
-    literal(m_file, stamped.day);
-    stamped.publishTime = present();
-    stamped.importMark = QString();
-    EntryWriter(connection).write(stamped);
-    transaction.commit();
-}
-
-std::vector<EntryKey> DiaryStore::SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
+std::vector<EntryKey> DiaryStore::saveEntries(std::vector<Entry> entries, PublishTime publishTime,
                                               const BeforeLoss& overwritten) const {
     std::vector<EntryLine> lines;
     lines.reserve(entries.size());
     for (Entry& entry : entries)
         lines.push_back({std::move(entry)});
-    return SaveLines(std::move(lines), publishTime, overwritten);
+    return saveLines(std::move(lines), publishTime, overwritten);
 }
 
-std::vector<EntryKey> DiaryStore::SaveLines(std::vector<EntryLine> lines, PublishTime publishTime,
+std::vector<EntryKey> DiaryStore::saveLines(std::vector<EntryLine> lines, PublishTime publishTime,
                                             const BeforeLoss& overwritten) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
@@ -214,7 +203,7 @@ void DiaryStore::DeleteImportBatch(const QString& mark, const BeforeLoss& delete
     transaction.commit();
 }
 
-void DiaryStore::RepairDay(const QString& day) const {
+void DiaryStore::repairDay(const QString& day) const {
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     DayNumbers(connection).repair(literal(m_file, day));
@@ -234,13 +223,6 @@ QStringList DiaryStore::ListGenres() const {
     Statement rows(connection, "SELECT Genre FROM Contents WHERE RecordID IN (SELECT min(RecordID) FROM Contents "
                                "WHERE Fold(Genre) <> Fold(?1) GROUP BY Fold(Genre)) ORDER BY Genre COLLATE JET");
     rows.bind(u"一般"_s);
-    return readTexts(rows);
-}
-
-QStringList DiaryStore::ListGenresByUse() const {
-    const Connection connection(m_file, Access::ReadOnly);
-    Statement rows(connection, "SELECT Genre, count(RecordID), min(RecordID) FROM Contents GROUP BY Fold(Genre) "
-                               "ORDER BY 2 DESC, 3");
     return readTexts(rows);
 }
 
@@ -273,16 +255,6 @@ QStringList DiaryStore::DaysOfMonth(const QString& month) const {
 QStringList DiaryStore::PublicDaysOfMonth(const QString& month) const {
     return readMonth(m_file, month, "SELECT Day FROM Contents ", " AND Private = 0 GROUP BY Day ORDER BY Day",
                      readTexts);
-}
-
-std::vector<EntryKey> DiaryStore::LastNumberByDay(const QString& month) const {
-    return readMonth(m_file, month, "SELECT Day, max(Number) FROM Contents ", " GROUP BY Day ORDER BY Day DESC",
-                     readKeys);
-}
-
-std::vector<EntryKey> DiaryStore::PublicLastNumberByDay(const QString& month) const {
-    return readMonth(m_file, month, "SELECT Day, max(Number) FROM Contents ",
-                     " AND Private = 0 GROUP BY Day ORDER BY Day DESC", readKeys);
 }
 
 std::vector<Entry> DiaryStore::EntriesOfMonth(const QString& month) const {
@@ -319,7 +291,7 @@ std::optional<QString> DiaryStore::LatestPublicDay() const {
     return rows.text(0);
 }
 
-QStringList DiaryStore::Months() const {
+QStringList DiaryStore::months() const {
     const Connection connection(m_file, Access::ReadOnly);
     Statement rows(connection, "SELECT DISTINCT substr(Day, 1, 7) FROM Contents ORDER BY 1");
     return readTexts(rows);

@@ -66,18 +66,15 @@ public:
     std::vector<Entry> LoadDay(const QString& day) const;
     std::optional<Entry> LoadEntry(const QString& day, int number) const;
 
-    /// Sets every field of the row of entry.day and entry.number but the import mark, and adds the row when it is not
-    /// there. `publishTime` is stamped with the present time.
-    void SaveEntry(const Entry& entry) const;
-
-    /// Saves all entries in one transaction, in order. A number of 0 takes the next one of its day; days whose numbers
-    /// are not 1..n at the end are renumbered. Returns the keys under which the entries stand.
-    std::vector<EntryKey> SaveEntries(std::vector<Entry> entries, PublishTime publishTime,
+    /// Saves all entries in one transaction, in order: each sets every field of the row of its day and number but the
+    /// import mark, and adds the row when it is not there. A number of 0 takes the next one of its day; days whose
+    /// numbers are not 1..n at the end are renumbered. Returns the keys under which the entries stand.
+    std::vector<EntryKey> saveEntries(std::vector<Entry> entries, PublishTime publishTime,
                                       const BeforeLoss& overwritten) const;
 
     /// The same for lines. One of the rescue file brings its text back and destroys none: a number that is taken, in
     /// the diary or by an earlier line, becomes the next one of its day.
-    std::vector<EntryKey> SaveLines(std::vector<EntryLine> lines, PublishTime publishTime,
+    std::vector<EntryKey> saveLines(std::vector<EntryLine> lines, PublishTime publishTime,
                                     const BeforeLoss& overwritten) const;
 
     /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
@@ -87,14 +84,12 @@ public:
     void DeleteImportBatch(const QString& mark, const BeforeLoss& deleted = {}) const;
 
     /// Gives a day whose numbers are not 1..n those numbers, in the order of number and row.
-    void RepairDay(const QString& day) const;
+    void repairDay(const QString& day) const;
 
     /// Marks of imports, last first, without "".
     QStringList ListImportBatches() const;
     /// Genres in text order without "一般" and missing ones; spellings that compare equal count once, as first written.
     QStringList ListGenres() const;
-    /// Genres, the most used first.
-    QStringList ListGenresByUse() const;
 
     /// Number of entries on this month and day in other years, private ones too.
     int SameDayInOtherYears(const QString& day) const;
@@ -109,9 +104,6 @@ public:
     /// Days with entries in a month, ascending.
     QStringList DaysOfMonth(const QString& month) const;
     QStringList PublicDaysOfMonth(const QString& month) const;
-    /// Days with their highest number, newest day first.
-    std::vector<EntryKey> LastNumberByDay(const QString& month) const;
-    std::vector<EntryKey> PublicLastNumberByDay(const QString& month) const;
     /// All columns, newest day first, within a day highest number first.
     std::vector<Entry> EntriesOfMonth(const QString& month) const;
     std::vector<Entry> PublicEntriesOfMonth(const QString& month) const;
@@ -122,7 +114,7 @@ public:
     /// The newest day with a public entry; nothing when there is none.
     std::optional<QString> LatestPublicDay() const;
     /// Months with public or private entries, ascending.
-    QStringList Months() const;
+    QStringList months() const;
 
     /// One entry after the other, so that no diary is too large, newest day first and lowest number first: without
     /// summary and import mark.

@@ -291,7 +291,7 @@ TEST_F(Calendar, ADayIsPrivateWhileAllItsEntriesAre) {
     hidden.day = kDay;
     hidden.title = u"秘密"_s;
     hidden.isPrivate = true;
-    diary().SaveEntry(hidden);
+    write(hidden);
     writeDay({u"公開"_s}, u"2004/05/07"_s);
     clickDay(7);
     EXPECT_TRUE(month().isPrivate({2004, 5, 6}));

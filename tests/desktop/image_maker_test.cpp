@@ -380,7 +380,7 @@ TEST_F(ImageMaker, TheAutomaticNameIsThatOfTheDayAndRegisterAtTheOk) {
     choose(picture(u"a.gif"_s));
     press(u"chk_FileRename"_s);
     press(u"chk_AutoFileName"_s);
-    registers::FileRegister(session.databaseFile()).AddFile({0, u"dimage20040507_04.gif"_s, u"2004/05/07"_s, 1});
+    registers::FileRegister(session.databaseFile()).addFile({0, u"dimage20040507_04.gif"_s, u"2004/05/07"_s, 1});
     clickDay(7);
     press(u"Btn_OK"_s);
     EXPECT_EQ(pane().text(), u"<IMG SRC=\"./DiaryParts/dimage20040507_05.gif\">"_s);
@@ -419,7 +419,7 @@ TEST_F(ImageMaker, ANewAutomaticNameReplacesTheOldOneAloneInWhatWasTyped) {
     control<desktop::TextPane>(maker(), u"txt_InsertTag"_s)
         .setText(u"<A HREF=\"./DiaryParts/dimage20040506_01.gif\"><IMG SRC=\"./DiaryParts/dimage20040506_01.gif\">"
                  u"not dimage20040506_01.gif nor ./DiaryParts/a.gif</A>"_s);
-    registers::FileRegister(session.databaseFile()).AddFile({0, u"dimage20040506_01.gif"_s, kDay, 1});
+    registers::FileRegister(session.databaseFile()).addFile({0, u"dimage20040506_01.gif"_s, kDay, 1});
     // A folder stands in the way of the copy, so that the window stays to be looked at.
     platform::makeFolder(part(u"dimage20040506_02.gif"_s));
     expectedFailures = 1;

@@ -77,7 +77,7 @@ TEST_F(Keyboard, StaysWithTheImageMaker) {
 }
 
 TEST_F(Keyboard, StaysWithTheFileRegister) {
-    registers::FileRegister(session.databaseFile()).AddFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
+    registers::FileRegister(session.databaseFile()).addFile({0, u"a.gif"_s, u"2004/05/06"_s, 1});
     auto& window = shownWindow<registers::frmResistFiles>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.gif"_s));
@@ -93,7 +93,7 @@ TEST_F(Keyboard, StaysWithTheFileRegister) {
 }
 
 TEST_F(Keyboard, StaysWithTheLogRegister) {
-    registers::LogRegister(session.databaseFile()).AddLog({u"2004/04"_s, u"200404.htm"_s});
+    registers::LogRegister(session.databaseFile()).addLog({u"2004/04"_s, u"200404.htm"_s});
     auto& window = shownWindow<registers::frmResistLogs>(context);
     expectKept(window, u"BtnOpenFolder"_s, {kEscape});
     control<QLineEdit>(window, u"txtOpenFile"_s).setText(path(u"missing.htm"_s));

@@ -36,7 +36,7 @@ protected:
     }
     QStringList logs() const {
         QStringList rows;
-        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).listLogs())
             rows += log.month + u' ' + log.fileName;
         return rows;
     }
@@ -175,7 +175,7 @@ TEST_F(SaveLog, AMonthThatIsNoneFailsAndKeepsTheWindow) {
 }
 
 TEST_F(SaveLog, AMissingFileHasItsBoxAndTheLogIsMade) {
-    registers::FileRegister(session.databaseFile()).AddFile({0, u"gone.gif"_s, u"2004/04/02"_s, 1});
+    registers::FileRegister(session.databaseFile()).addFile({0, u"gone.gif"_s, u"2004/04/02"_s, 1});
     open();
     save();
     EXPECT_EQ(boxes(),

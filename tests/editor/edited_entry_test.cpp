@@ -107,9 +107,9 @@ TEST_F(EditedEntry, ARowThatChangedMeanwhileIsRescued) {
 }
 
 TEST_F(EditedEntry, ARowThatChangedWithinTheSameSecondIsRescuedToo) {
-    diary().SaveEntry(entry(1, u"一"_s));
+    diary().saveEntries({entry(1, u"一"_s)}, store::PublishTime::Now, {});
     load(1);
-    diary().SaveEntry(entry(1, u"他"_s));
+    diary().saveEntries({entry(1, u"他"_s)}, store::PublishTime::Now, {});
     EXPECT_TRUE(edited.save(entry(1, u"私"_s)).isOlderKept);
     EXPECT_EQ(rescued(), QStringList{u"上書き 他"_s});
 }
@@ -179,7 +179,7 @@ TEST_F(EditedEntry, KeepsWhatAnOutsideChangeWroteIntoItsRow) {
     load(1);
     store::Entry changed = *diary().LoadEntry(kDay, 1);
     changed.title = u"外"_s;
-    diary().SaveEntries({changed}, store::PublishTime::AsGiven, {});
+    diary().saveEntries({changed}, store::PublishTime::AsGiven, {});
     EXPECT_EQ(edited.follow(diary().LoadDay(kDay)), 1);
     EXPECT_TRUE(edited.save(entry(1, u"中"_s)).isOlderKept);
     EXPECT_EQ(rescued(), QStringList{u"上書き 外"_s});

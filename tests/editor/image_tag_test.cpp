@@ -100,7 +100,7 @@ protected:
     QString next(const QString& extension = u"jpg"_s, const QString& day = u"2004/01/05"_s) {
         return automaticImageName(files(), day, extension);
     }
-    void add(const QString& name, const QString& day = u"2004/01/05"_s) { files().AddFile({0, name, day, 1}); }
+    void add(const QString& name, const QString& day = u"2004/01/05"_s) { files().addFile({0, name, day, 1}); }
     registers::FileRegister files() const { return registers::FileRegister(session.databaseFile()); }
 };
 

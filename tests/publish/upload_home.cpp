@@ -159,7 +159,7 @@ void UploadHome::addPart(const QString& name, SiteSide side, const QByteArray& b
 
 void UploadHome::addRow(const QString& name, SiteSide side) {
     registers::FileRegister(session.databaseFile())
-        .AddFile({0, name, u"2004/05/06"_s, 1, false, side == SiteSide::Log});
+        .addFile({0, name, u"2004/05/06"_s, 1, false, side == SiteSide::Log});
 }
 
 void UploadHome::fillSite() {

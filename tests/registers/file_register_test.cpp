@@ -18,7 +18,7 @@ protected:
     registers::FileRegister files() const { return registers::FileRegister(session.databaseFile()); }
 
     void add(const QString& name, const QString& day, int number = 1, bool isUploaded = false, bool isLogged = false) {
-        files().AddFile({0, name, day, number, isUploaded, isLogged});
+        files().addFile({0, name, day, number, isUploaded, isLogged});
     }
 
     static QStringList namesOf(const std::vector<FileRow>& rows) {
@@ -44,7 +44,7 @@ TEST_F(FileRegister, AddsRowsAsGiven) {
 }
 
 TEST_F(FileRegister, AFileOfAllDaysHasNumberZero) {
-    files().AddCommonFiles({u"all.css"_s}, SiteSide::Log);
+    files().addCommonFiles({u"all.css"_s}, SiteSide::Log);
     EXPECT_EQ(sqlValue(u"SELECT Day || Number || Uploaded || Logged FROM FileDB"_s), u"ALL001"_s);
     sql(u"INSERT INTO FileDB (FileName, Day) VALUES ('x.css', 'ALL')"_s);
     EXPECT_EQ(files().FindFile(u"x.css"_s).front().number, 0);
@@ -54,21 +54,21 @@ TEST_F(FileRegister, AddsTheLogsCopyOfACommonFileOnce) {
     add(u"all.css"_s, kAllDays, 0);
     add(u"other.css"_s, u"2004/05/06"_s, 1, false, true);
     for (int i = 0; i < 3; ++i)
-        files().AddCommonFiles({u"ALL.css"_s, u"other.css"_s, u"ＯＴＨＥＲ.css"_s}, SiteSide::Log);
+        files().addCommonFiles({u"ALL.css"_s, u"other.css"_s, u"ＯＴＨＥＲ.css"_s}, SiteSide::Log);
     EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"all.css"_s, u"ALL.css"_s, u"other.css"_s}));
 }
 
 TEST_F(FileRegister, AddsAFileOfAllMonthsUnlessItIsOneOnEitherSide) {
-    files().AddCommonFiles({u"logged.css"_s}, SiteSide::Log);
+    files().addCommonFiles({u"logged.css"_s}, SiteSide::Log);
     add(u"day.css"_s, u"2004/05/06"_s);
-    files().AddCommonFiles({u"new.css"_s, u"Logged.css"_s, u"day.css"_s, u"new.css"_s}, SiteSide::Current);
+    files().addCommonFiles({u"new.css"_s, u"Logged.css"_s, u"day.css"_s, u"new.css"_s}, SiteSide::Current);
     EXPECT_EQ(namesOf(files().CommonFiles()), (QStringList{u"logged.css"_s, u"new.css"_s, u"day.css"_s}));
 }
 
 TEST_F(FileRegister, TwoProgramsAddAFileOfAllMonthsOnce) {
     const auto addMany = [&] {
         for (int i = 0; i < 40; ++i)
-            files().AddCommonFiles({u"%1.css"_s.arg(i)}, SiteSide::Current);
+            files().addCommonFiles({u"%1.css"_s.arg(i)}, SiteSide::Current);
         return true;
     };
     std::thread other(addMany);
@@ -128,7 +128,7 @@ TEST_F(FileRegister, AMissingNameIsAnEmptyOne) {
 
 TEST_F(FileRegister, DeletesBothRowsOfACommonFile) {
     add(u"all.css"_s, kAllDays, 0);
-    files().AddCommonFiles({u"all.css"_s}, SiteSide::Log);
+    files().addCommonFiles({u"all.css"_s}, SiteSide::Log);
     files().DeleteFile(u"all.css"_s, kAllDays, 0);
     EXPECT_EQ(files().CountFile(u"all.css"_s), 0);
 }
@@ -180,7 +180,7 @@ TEST_F(FileRegister, MarksRowsAsLoggedAndStillToGoUp) {
     for (const QString& day : {u"2004/05/06"_s, u"2004/05/07"_s, u"2004/05/08"_s})
         add(u"a.gif"_s, day, 1, true);
     std::vector<FileRow> rows = files().FindFile(u"a.gif"_s);
-    files().MarkLogged({rows[0].id, rows[2].id});
+    files().markLogged({rows[0].id, rows[2].id});
     rows = files().FindFile(u"a.gif"_s);
     EXPECT_TRUE(rows[0].isLogged && !rows[0].isUploaded);
     EXPECT_TRUE(!rows[1].isLogged && rows[1].isUploaded);
@@ -193,21 +193,21 @@ TEST_F(FileRegister, FilesToUploadAreTheWaitingOnesOfOneSideInTheOrderOfTheirRow
     add(u"gone.gif"_s, u"2004/05/06"_s, 1, true);
     add(u"l.gif"_s, u"2004/04/06"_s, 1, false, true);
     add(u"gone too.gif"_s, u"2004/04/06"_s, 1, true, true);
-    EXPECT_EQ(namesOf(files().FilesToUpload(registers::SiteSide::Current)), (QStringList{u"b.gif"_s, u"a.gif"_s}));
-    EXPECT_EQ(namesOf(files().FilesToUpload(registers::SiteSide::Log)), QStringList{u"l.gif"_s});
-    EXPECT_EQ(namesOf(files().FilesSent()), (QStringList{u"gone.gif"_s, u"gone too.gif"_s}));
+    EXPECT_EQ(namesOf(files().filesToUpload(registers::SiteSide::Current)), (QStringList{u"b.gif"_s, u"a.gif"_s}));
+    EXPECT_EQ(namesOf(files().filesToUpload(registers::SiteSide::Log)), QStringList{u"l.gif"_s});
+    EXPECT_EQ(namesOf(files().filesSent()), (QStringList{u"gone.gif"_s, u"gone too.gif"_s}));
 }
 
 TEST_F(FileRegister, MarksOneRowAsGoneUp) {
     add(u"a.gif"_s, u"2004/05/06"_s);
     add(u"a.gif"_s, u"2004/05/06"_s, 2);
-    const std::vector<FileRow> rows = files().FilesToUpload(registers::SiteSide::Current);
-    files().MarkUploaded(rows[0].id);
-    const std::vector<FileRow> left = files().FilesToUpload(registers::SiteSide::Current);
+    const std::vector<FileRow> rows = files().filesToUpload(registers::SiteSide::Current);
+    files().markUploaded(rows[0].id);
+    const std::vector<FileRow> left = files().filesToUpload(registers::SiteSide::Current);
     ASSERT_EQ(left.size(), 1U);
     EXPECT_EQ(left[0].id, rows[1].id);
-    files().MarkUploaded(rows[1].id + 1);
-    EXPECT_EQ(files().FilesToUpload(registers::SiteSide::Current).size(), 1U);
+    files().markUploaded(rows[1].id + 1);
+    EXPECT_EQ(files().filesToUpload(registers::SiteSide::Current).size(), 1U);
 }
 
 TEST_F(FileRegister, RefusesADoubleQuoteAndChangesNothing) {
@@ -225,7 +225,7 @@ TEST_F(FileRegister, RefusesADoubleQuoteAndChangesNothing) {
         [&] { files.FilesOfPeriod(u"x"_s, bad); },
         [&] { files.ImageFilesOfDay(bad); },
         [&] {
-            files.AddCommonFiles({u"good.css"_s, bad}, SiteSide::Log);
+            files.addCommonFiles({u"good.css"_s, bad}, SiteSide::Log);
         },
     };
     int number = 0;

@@ -17,7 +17,7 @@ protected:
 
     QStringList rows() const {
         QStringList rows;
-        for (const LogRow& row : logs().Logs())
+        for (const LogRow& row : logs().listLogs())
             rows += row.month + u' ' + row.fileName;
         return rows;
     }
@@ -25,9 +25,9 @@ protected:
 
 TEST_F(LogRegister, ComesInTheOrderOfItsRows) {
     EXPECT_EQ(rows(), QStringList());
-    logs().AddLog({u"2004/05"_s, u"200405.htm"_s});
-    logs().AddLog({u"2004/03"_s, u"200403.htm"_s});
-    logs().AddLog({u"2004/04"_s, u"200404.htm"_s});
+    logs().addLog({u"2004/05"_s, u"200405.htm"_s});
+    logs().addLog({u"2004/03"_s, u"200403.htm"_s});
+    logs().addLog({u"2004/04"_s, u"200404.htm"_s});
     EXPECT_EQ(rows(), (QStringList{u"2004/05 200405.htm"_s, u"2004/03 200403.htm"_s, u"2004/04 200404.htm"_s}));
 }
 
@@ -35,30 +35,30 @@ TEST_F(LogRegister, AMonthGetsOneRowHoweverOftenAndByHowManyProgramsItIsLogged) 
     sql(u"INSERT INTO LogDB VALUES (NULL, 'a.htm')"_s);
     const auto addMany = [&] {
         for (int month = 1; month <= 12; ++month)
-            logs().AddLogOfMonth({u"2004/%1"_s.arg(month, 2, 10, QChar(u'0')), u"log.htm"_s});
+            logs().addLogOfMonth({u"2004/%1"_s.arg(month, 2, 10, QChar(u'0')), u"log.htm"_s});
         return true;
     };
     std::thread other(addMany);
     addMany();
     other.join();
     EXPECT_EQ(rows().size(), 13);
-    logs().AddLogOfMonth({u"２００４/05"_s, u"other.htm"_s}); // the same month
-    logs().AddLogOfMonth({u"2004/0_"_s, u"other.htm"_s});
+    logs().addLogOfMonth({u"２００４/05"_s, u"other.htm"_s}); // the same month
+    logs().addLogOfMonth({u"2004/0_"_s, u"other.htm"_s});
     EXPECT_EQ(rows().size(), 14);
 }
 
 TEST_F(LogRegister, KnowsFiles) {
-    logs().AddLog({u"2004/05"_s, u"200405.htm"_s});
+    logs().addLog({u"2004/05"_s, u"200405.htm"_s});
     EXPECT_TRUE(logs().FindLog(u"200405.htm"_s));
     EXPECT_TRUE(logs().FindLog(u"２００４05.HTM"_s));
     EXPECT_FALSE(logs().FindLog(u"200405"_s));
 }
 
 TEST_F(LogRegister, DeletesTheFirstRowOfANameAndMonth) {
-    logs().AddLog({u"2004/05"_s, u"a.htm"_s});
-    logs().AddLog({u"2004/06"_s, u"b.htm"_s});
-    logs().AddLog({u"2004/07"_s, u"A.htm"_s});
-    logs().AddLog({u"2004/07"_s, u"a.htm"_s});
+    logs().addLog({u"2004/05"_s, u"a.htm"_s});
+    logs().addLog({u"2004/06"_s, u"b.htm"_s});
+    logs().addLog({u"2004/07"_s, u"A.htm"_s});
+    logs().addLog({u"2004/07"_s, u"a.htm"_s});
     logs().DeleteLog({u"2004/07"_s, u"A.HTM"_s});
     EXPECT_EQ(rows(), (QStringList{u"2004/05 a.htm"_s, u"2004/06 b.htm"_s, u"2004/07 a.htm"_s}));
     logs().DeleteLog({u"2004/06"_s, u"a.htm"_s});
@@ -67,14 +67,14 @@ TEST_F(LogRegister, DeletesTheFirstRowOfANameAndMonth) {
 
 TEST_F(LogRegister, DeletesARowWithoutAMonth) {
     sql(u"INSERT INTO LogDB VALUES (NULL, 'a.htm')"_s);
-    logs().AddLog({u"2004/05"_s, u"a.htm"_s});
-    logs().DeleteLog(logs().Logs().front());
+    logs().addLog({u"2004/05"_s, u"a.htm"_s});
+    logs().DeleteLog(logs().listLogs().front());
     EXPECT_EQ(rows(), QStringList{u"2004/05 a.htm"_s});
 }
 
 TEST_F(LogRegister, DeletesARowWithoutAName) {
     sql(u"INSERT INTO LogDB (LogMonth, LogFileName) VALUES ('2004/05', NULL), ('2004/06', NULL), ('2004/05', 'a')"_s);
-    logs().DeleteLog(logs().Logs().front());
+    logs().DeleteLog(logs().listLogs().front());
     EXPECT_EQ(rows(), (QStringList{u"2004/06 "_s, u"2004/05 a"_s}));
     logs().DeleteLog({u"2004/06"_s, u""_s});
     EXPECT_EQ(rows(), QStringList{u"2004/05 a"_s});
@@ -82,16 +82,16 @@ TEST_F(LogRegister, DeletesARowWithoutAName) {
 
 TEST_F(LogRegister, ReadsMissingValuesAsMissing) {
     sql(u"INSERT INTO LogDB VALUES (NULL, NULL)"_s);
-    const std::vector<LogRow> logs = this->logs().Logs();
+    const std::vector<LogRow> logs = this->logs().listLogs();
     ASSERT_EQ(logs.size(), 1U);
     EXPECT_TRUE(logs[0].month.isNull() && logs[0].fileName.isNull());
 }
 
 TEST_F(LogRegister, RefusesADoubleQuoteAndChangesNothing) {
-    logs().AddLog({u"2004/05"_s, u"a\".htm"_s});
+    logs().addLog({u"2004/05"_s, u"a\".htm"_s});
     const QByteArray before = bytesOf(session.databaseFile());
     for (const QString& failure : {failureOf([&] {
-                                       logs().AddLogOfMonth({u"\""_s, u"a.htm"_s});
+                                       logs().addLogOfMonth({u"\""_s, u"a.htm"_s});
                                    }),
                                    failureOf([&] { logs().FindLog(u"a\".htm"_s); }), failureOf([&] {
                                        logs().DeleteLog({u"2004/05"_s, u"a\".htm"_s});

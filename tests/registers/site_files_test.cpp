@@ -21,7 +21,7 @@ protected:
         write(entry);
     }
     void add(const QString& name, const QString& day, int number = 1, bool isUploaded = false) {
-        registers::FileRegister(session.databaseFile()).AddFile({0, name, day, number, isUploaded, false});
+        registers::FileRegister(session.databaseFile()).addFile({0, name, day, number, isUploaded, false});
     }
     /// The names of the rows that go, of all that there are.
     QStringList taken(registers::SiteFiles& files) const {

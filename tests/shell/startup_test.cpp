@@ -38,12 +38,10 @@ protected:
     /// A diary whose one entry tells it from others.
     void makeDiary(const QString& file, const QString& title) {
         copyFile(path(u"default.mdb"_s), file);
-        store::DiaryStore(file, *clock).SaveEntry([&] {
-            store::Entry entry;
-            entry.day = u"2004/05/06"_s;
-            entry.title = title;
-            return entry;
-        }());
+        store::Entry entry;
+        entry.day = u"2004/05/06"_s;
+        entry.title = title;
+        store::DiaryStore(file, *clock).saveEntries({entry}, store::PublishTime::Now, {});
     }
     QString firstTitle() const {
         const auto entries = store::DiaryStore(session.databaseFile(), *clock).LoadDay(u"2004/05/06"_s);

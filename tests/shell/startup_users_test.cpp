@@ -130,7 +130,7 @@ TEST_F(StartupUsers, ANewUserGetsAnEmptyDiaryThatWorks) {
     entry.day = u"2004/05/06"_s;
     entry.title = u"first"_s;
     const store::DiaryStore diary(session.databaseFile(), *clock);
-    diary.SaveEntry(entry);
+    diary.saveEntries({entry}, store::PublishTime::Now, {});
     EXPECT_EQ(diary.LoadDay(entry.day).size(), 1U);
     desk.events = {};
     EXPECT_EQ(start(Login{u"taro"_s, u"p"_s}), StartResult::Ready);

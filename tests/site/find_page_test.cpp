@@ -316,7 +316,7 @@ TEST_F(FindPage, IsWholeForManyAndLargeEntries) {
         entry.contents = i % 7 == 0 ? large : u"花 %1."_s.arg(i);
         entries.push_back(entry);
     }
-    diary().SaveEntries(entries, store::PublishTime::Now, {});
+    diary().saveEntries(entries, store::PublishTime::Now, {});
     const QString page = makePage(u"花"_s);
     EXPECT_EQ(count, 60);
     EXPECT_EQ(entriesOf(page).size(), 60);

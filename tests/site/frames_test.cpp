@@ -154,9 +154,9 @@ protected:
 
     void addLogs() {
         const registers::LogRegister logs(session.databaseFile());
-        logs.AddLog({u"2004/03"_s, u"200403.htm"_s});
-        logs.AddLog({u"2003/12"_s, u"200312.htm"_s});
-        logs.AddLog({u"2004/04"_s, u"200404.htm"_s});
+        logs.addLog({u"2004/03"_s, u"200403.htm"_s});
+        logs.addLog({u"2003/12"_s, u"200312.htm"_s});
+        logs.addLog({u"2004/04"_s, u"200404.htm"_s});
     }
 };
 

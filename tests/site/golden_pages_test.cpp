@@ -20,8 +20,8 @@ protected:
                                  "down_div", "up_div_log", "down_div_log", "left_head", "left_up", "left_down"})
             writePiece(QString::fromLatin1(name), '[' + QByteArray(name) + ']');
         const registers::LogRegister logs(session.databaseFile());
-        logs.AddLog({u"2004/03"_s, u"200403.htm"_s});
-        logs.AddLog({u"2004/01"_s, u"200401.htm"_s});
+        logs.addLog({u"2004/03"_s, u"200403.htm"_s});
+        logs.addLog({u"2004/01"_s, u"200401.htm"_s});
         writeMay();
     }
 

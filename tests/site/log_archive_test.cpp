@@ -42,7 +42,7 @@ protected:
     /// The rows of LogDB as "month name".
     QStringList logs() const {
         QStringList rows;
-        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).listLogs())
             rows += log.month + u' ' + log.fileName;
         return rows;
     }

@@ -67,7 +67,7 @@ void SiteHome::putPart(const QString& name, const QByteArray& bytes) {
 
 void SiteHome::registerFile(const QString& name, const QString& day) {
     registers::FileRegister(session.databaseFile())
-        .AddFile({0, name, day, day == registers::kAllDays ? 0 : 1, false, false});
+        .addFile({0, name, day, day == registers::kAllDays ? 0 : 1, false, false});
 }
 
 QStringList SiteHome::fileRows() {

@@ -23,7 +23,7 @@ protected:
 
     QStringList logs() const {
         QStringList months;
-        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).Logs())
+        for (const store::LogRow& log : registers::LogRegister(session.databaseFile()).listLogs())
             months += log.month;
         return months;
     }

@@ -217,7 +217,7 @@ TEST_F(Restoring, ALinkThatLeadsNowhereIsAFailureThatNamesBothEnds) {
         const store::DiaryStore diary(name, *clock);
         for (const QString& failure :
              {failureOf([&] { store::GetDBVersion(name); }), failureOf([&] { diary.LoadDay(kDay); }),
-              failureOf([&] { diary.SaveEntry(entryOf(kDay, u"x"_s)); }),
+              failureOf([&] { diary.saveEntries({entryOf(kDay, u"x"_s)}, store::PublishTime::Now, {}); }),
               failureOf([&] { store::copyDatabase(backup(), name); }),
               failureOf([&] { restoreDatabase(name, backup()); }), failureOf([&] { store::checkDatabase(name); })})
             EXPECT_TRUE(failure.contains(name) && failure.contains(end)) << failure.toStdString();

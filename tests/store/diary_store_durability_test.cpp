@@ -40,14 +40,13 @@ protected:
             return [rescued](const std::vector<Entry>& rows) { rescued->keep(rows, u"消"_s); };
         };
         return {
-            {"SaveEntry", [this] { diary().SaveEntry(second()); }},
-            {"SaveEntries",
+            {"saveEntries",
              [=, this] {
-                 diary().SaveEntries({second(), entryOf(kDay, u"d"_s)}, PublishTime::Now, keeping(rescue()));
+                 diary().saveEntries({second(), entryOf(kDay, u"d"_s)}, PublishTime::Now, keeping(rescue()));
              }},
             {"DeleteEntry", [=, this] { diary().DeleteEntry(kDay, 1, keeping(rescue())); }},
             {"DeleteImportBatch", [=, this] { diary().DeleteImportBatch(u"m"_s, keeping(rescue())); }},
-            {"RepairDay", [this] { diary().RepairDay(u"2004/05/07"_s); }},
+            {"repairDay", [this] { diary().repairDay(u"2004/05/07"_s); }},
             {"EntryImport::add",
              [this] {
                  store::EntryImport import(file());
@@ -58,17 +57,17 @@ protected:
              [this] {
                  store::EntryImport(file()).overwrite({kDay, u"t"_s, u"c"_s}, [](const Entry&) {});
              }},
-            {"AddFile",
+            {"addFile",
              [files] {
-                 files.AddFile({0, u"b.gif"_s, kDay, 1, false, false});
+                 files.addFile({0, u"b.gif"_s, kDay, 1, false, false});
              }},
-            {"MarkLogged", [files] { files.MarkLogged({1}); }},
-            {"MarkUploaded", [files] { files.MarkUploaded(1); }},
-            {"AddCommonFiles", [files] { files.AddCommonFiles({u"n.gif"_s}, registers::SiteSide::Log); }},
+            {"markLogged", [files] { files.markLogged({1}); }},
+            {"markUploaded", [files] { files.markUploaded(1); }},
+            {"addCommonFiles", [files] { files.addCommonFiles({u"n.gif"_s}, registers::SiteSide::Log); }},
             {"DeleteFile", [files] { files.DeleteFile(u"a.gif"_s, u"ALL"_s, 0); }},
-            {"AddLog",
+            {"addLog",
              [logs] {
-                 logs.AddLog({u"2004/03"_s, u"k.htm"_s});
+                 logs.addLog({u"2004/03"_s, u"k.htm"_s});
              }},
             {"DeleteLog",
              [logs] {
@@ -92,7 +91,7 @@ TEST_F(Durability, EveryChangeIsOnTheDiskWhenItsOperationReturns) {
 
 TEST_F(Durability, WhatIsLostIsInTheRescueFileBeforeTheChangeIsOnTheDisk) {
     for (const auto& [name, run] : writers()) {
-        if (!QByteArrayView(name).startsWith("SaveEntries") && !QByteArrayView(name).startsWith("Delete"))
+        if (!QByteArrayView(name).startsWith("saveEntries") && !QByteArrayView(name).startsWith("Delete"))
             continue;
         if (QByteArrayView(name).endsWith("File") || QByteArrayView(name).endsWith("Log"))
             continue;
@@ -127,7 +126,7 @@ TEST_F(Durability, ACommitThatAReaderHoldsUpChangesNothing) {
     Connection reader(file(), Access::ReadOnly);
     reader.execute("BEGIN");
     reader.execute("SELECT count(*) FROM Contents");
-    const QString failure = failureOf([&] { diary().SaveEntry(second()); });
+    const QString failure = failureOf([&] { diary().saveEntries({second()}, PublishTime::Now, {}); });
     EXPECT_TRUE(failure.contains(u"他のプログラムが使用中"_s)) << failure.toStdString();
     reader.execute("COMMIT");
     EXPECT_TRUE(bytesOf(file()) == before);

@@ -45,7 +45,7 @@ TEST_F(DiaryStoreFailure, AFaultBehindTheDeleteLeavesTheDayUnchanged) {
 TEST_F(DiaryStoreFailure, AFaultInTheMiddleOfSeveralEntriesSavesNone) {
     refuseRows(u"Title = 'bad'"_s);
     const QByteArray before = bytesOf(file());
-    EXPECT_THROW(diary().SaveEntries({entryOf(kDay, u"good"_s), entryOf(kDay, u"bad"_s), entryOf(kDay, u"more"_s)},
+    EXPECT_THROW(diary().saveEntries({entryOf(kDay, u"good"_s), entryOf(kDay, u"bad"_s), entryOf(kDay, u"more"_s)},
                                      PublishTime::Now, {}),
                  platform::Failure);
     EXPECT_TRUE(bytesOf(file()) == before);
@@ -65,7 +65,7 @@ TEST_F(DiaryStoreFailure, WhatCantBeKeptIsNotDestroyed) {
     entry.number = 2;
     EXPECT_THROW(diary().DeleteEntry(kDay, 2, refuse), platform::Failure);
     EXPECT_THROW(diary().DeleteImportBatch(u"m"_s, refuse), platform::Failure);
-    EXPECT_THROW(diary().SaveEntries({entryOf(kDay, u"d"_s), entry}, PublishTime::Now, refuse), platform::Failure);
+    EXPECT_THROW(diary().saveEntries({entryOf(kDay, u"d"_s), entry}, PublishTime::Now, refuse), platform::Failure);
     EXPECT_EQ(day(), u"1a 2b 3c"_s);
 }
 
@@ -76,7 +76,7 @@ TEST_F(DiaryStoreFailure, ALockedFileIsWaitedForAndThenNamed) {
     timer.start();
     // Side by side, so that the wait of five seconds is one.
     auto read = std::async(std::launch::async, [&] { return failureOf([&] { diary().LoadDay(kDay); }); });
-    const QString saved = failureOf([&] { diary().SaveEntry(entryOf(kDay, u"d"_s)); });
+    const QString saved = failureOf([&] { write(kDay, u"d"_s); });
     for (const QString& failure : {saved, read.get()}) {
         EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
         EXPECT_TRUE(failure.contains(u"他のプログラムが使用中"_s)) << failure.toStdString();
@@ -114,8 +114,7 @@ TEST_F(DiaryStoreFailure, NoLockOutlivesAnOperation) {
 TEST_F(DiaryStoreFailure, AMissingFileIsNamedAndNeverMade) {
     QFile::remove(file());
     const store::DiaryStore store = diary();
-    for (const QString& failure :
-         {failureOf([&] { store.LoadDay(kDay); }), failureOf([&] { store.SaveEntry(entryOf(kDay, u"x"_s)); })}) {
+    for (const QString& failure : {failureOf([&] { store.LoadDay(kDay); }), failureOf([&] { write(kDay, u"x"_s); })}) {
         EXPECT_TRUE(failure.contains(u"日記データベースがありません。"_s)) << failure.toStdString();
         EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
     }
@@ -127,7 +126,7 @@ TEST_F(DiaryStoreFailure, ADamagedFileIsNamedAndLeftAlone) {
     for (const QByteArray& bytes : {QByteArray("no database at all"), damaged.first(damaged.size() / 2),
                                     damaged.replace(100, 1000, QByteArray(1000, '\xFF'))}) {
         writeFile(file(), bytes);
-        const QString failure = failureOf([&] { diary().SaveEntry(entryOf(kDay, u"x"_s)); });
+        const QString failure = failureOf([&] { write(kDay, u"x"_s); });
         EXPECT_TRUE(failure.contains(u"壊れています"_s)) << failure.toStdString();
         EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
         EXPECT_THROW(diary().LoadDay(kDay), platform::Failure);
@@ -140,8 +139,8 @@ TEST_F(DiaryStoreFailure, AReadOnlyFileIsReadAndNotWritten) {
     letOthersIn(home.path());
     letOthersIn(session.UserPath);
     EXPECT_TRUE(holdsForNobody([&] { return diary().LoadDay(kDay).size() == 3; }));
-    EXPECT_TRUE(holdsForNobody(
-        [&] { return failureOf([&] { diary().SaveEntry(entryOf(kDay, u"x"_s)); }).contains(u"に書き込めません"_s); }));
+    EXPECT_TRUE(
+        holdsForNobody([&] { return failureOf([&] { write(kDay, u"x"_s); }).contains(u"に書き込めません"_s); }));
 }
 
 TEST_F(DiaryStoreFailure, AKilledWriterLeavesTheOldDiaryForTheNextReader) {

@@ -89,12 +89,6 @@ TEST_F(DiaryMonth, PicturesADayWithOneConnection) {
     EXPECT_TRUE(diary().pictureOf(u"2004/05/30"_s).entries.empty());
 }
 
-TEST_F(DiaryMonth, HasTheLastNumberOfEachDayNewestFirst) {
-    EXPECT_EQ(keysOf(diary().LastNumberByDay(m_month)),
-              (QStringList{u"2004/05/31 2"_s, u"2004/05/02 2"_s, u"2004/05/01 1"_s}));
-    EXPECT_EQ(keysOf(diary().PublicLastNumberByDay(m_month)), (QStringList{u"2004/05/31 2"_s, u"2004/05/02 1"_s}));
-}
-
 TEST_F(DiaryMonth, HasItsEntriesNewestAndHighestFirst) {
     const QStringList all{u"31b"_s, u"31a"_s, u"2b private"_s, u"2a"_s, u"1 private"_s};
     const QStringList open{u"31b"_s, u"31a"_s, u"2a"_s};
@@ -165,9 +159,9 @@ TEST_F(DiaryMonth, KnowsTheNewestPublicDay) {
 }
 
 TEST_F(DiaryMonth, IsListedWhenItHasAnyEntry) {
-    EXPECT_EQ(diary().Months(), (QStringList{u"2004/04"_s, u"2004/05"_s, u"2004/06"_s}));
+    EXPECT_EQ(diary().months(), (QStringList{u"2004/04"_s, u"2004/05"_s, u"2004/06"_s}));
     sql(u"DELETE FROM Contents"_s);
-    EXPECT_EQ(diary().Months(), QStringList());
+    EXPECT_EQ(diary().months(), QStringList());
 }
 
 TEST_F(DiaryMonth, HasAllKeysNewestDayFirstAndLowestNumberFirst) {

@@ -27,7 +27,7 @@ protected:
                 .arg(number)
                 .arg(title, mark));
     }
-    void save(const Entry& entry) { diary().SaveEntry(entry); }
+    void save(const Entry& entry) { diary().saveEntries({entry}, PublishTime::Now, {}); }
 
     static Entry full() {
         Entry entry;
@@ -106,7 +106,7 @@ TEST_F(DiaryStore, SaveOverwritesTheFirstOfTwoRowsWithOneKey) {
     insert(kDay, 1, u"first"_s);
     insert(kDay, 1, u"twin"_s);
     save(full());
-    EXPECT_EQ(day(), u"1 題|1 twin"_s);
+    EXPECT_EQ(day(), u"1 題|2 twin"_s);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->title, u"題"_s);
 }
 
@@ -153,7 +153,7 @@ TEST_F(DiaryStore, BringsAnyTextBackAsItWas) {
 
 TEST_F(DiaryStore, GivesSeveralEntriesTheNextNumbersOfTheirDays) {
     write(kDay, u"a"_s);
-    const auto keys = diary().SaveEntries(
+    const auto keys = diary().saveEntries(
         {entryOf(kDay, u"b"_s), entryOf(u"2004/05/07"_s, u"x"_s), entryOf(kDay, u"c"_s)}, PublishTime::Now, {});
     ASSERT_EQ(keys.size(), 3U);
     EXPECT_EQ(keys[0].number, 2);
@@ -173,23 +173,23 @@ TEST_F(DiaryStore, ANextNumberNeverFallsOnARowBehindAGap) {
 TEST_F(DiaryStore, ANumberFarBehindTheLastIsMovedUp) {
     Entry entry = entryOf(kDay, u"far"_s);
     entry.number = 9;
-    EXPECT_EQ(diary().SaveEntries({entry}, PublishTime::Now, {}).front().number, 1);
+    EXPECT_EQ(diary().saveEntries({entry}, PublishTime::Now, {}).front().number, 1);
     EXPECT_EQ(day(), u"1 far"_s);
 }
 
 TEST_F(DiaryStore, TakesTimeAndMarkAsGivenOnlyWhenAsked) {
     Entry entry = full();
-    diary().SaveEntries({entry}, PublishTime::AsGiven, {});
+    diary().saveEntries({entry}, PublishTime::AsGiven, {});
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->publishTime, u"1999/01/01 00:00:00"_s);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->importMark, u"mark"_s);
 
     entry.importMark = u"other"_s;
-    diary().SaveEntries({entry}, PublishTime::Now, {});
+    diary().saveEntries({entry}, PublishTime::Now, {});
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->publishTime, u"2004/05/06 08:05:09"_s);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->importMark, u"mark"_s);
 
     entry.publishTime = entry.importMark = QString();
-    diary().SaveEntries({entry}, PublishTime::AsGiven, {});
+    diary().saveEntries({entry}, PublishTime::AsGiven, {});
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->publishTime, u"2004/05/06 08:05:09"_s);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->importMark, u"mark"_s);
 }
@@ -198,7 +198,7 @@ TEST_F(DiaryStore, ShowsWhatItIsAboutToOverwrite) {
     insert(kDay, 1, u"old"_s, u"batch"_s);
     QStringList seen;
     Entry entry = full();
-    diary().SaveEntries({entry, entry, entryOf(kDay, u"new"_s)}, PublishTime::Now, [&](const std::vector<Entry>& rows) {
+    diary().saveEntries({entry, entry, entryOf(kDay, u"new"_s)}, PublishTime::Now, [&](const std::vector<Entry>& rows) {
         for (const Entry& old : rows)
             seen += old.title + u'/' + old.importMark;
     });
@@ -288,10 +288,10 @@ TEST_F(DiaryStore, RepairsADayWhoseNumbersHaveGapsOrTwins) {
     insert(other, 0, u"z"_s);
     insert(other, 2, u"y"_s);
     insert(other, 2, u"x"_s);
-    diary().RepairDay(kDay);
+    diary().repairDay(kDay);
     EXPECT_EQ(day(), u"1 a|2 b"_s);
     EXPECT_EQ(day(other), u"0 z|2 y|2 x"_s);
-    diary().RepairDay(other);
+    diary().repairDay(other);
     EXPECT_EQ(day(other), u"1 z|2 y|3 x"_s);
 }
 
@@ -299,8 +299,8 @@ TEST_F(DiaryStore, LeavesADayInOrderAlone) {
     write(kDay, u"a"_s);
     write(kDay, u"b"_s);
     const QByteArray before = bytesOf(session.databaseFile());
-    diary().RepairDay(kDay);
-    diary().RepairDay(u"2004/05/07"_s);
+    diary().repairDay(kDay);
+    diary().repairDay(u"2004/05/07"_s);
     EXPECT_TRUE(bytesOf(session.databaseFile()) == before);
 }
 
@@ -308,7 +308,7 @@ TEST_F(DiaryStore, ALongDayTakesNoLongerThanItIsLong) {
     std::vector<Entry> entries(30'000, entryOf(kDay, u"t"_s));
     entries[10'000].number = 20'000; // a gap on the way, which the next one closes
     const double start = processorSeconds();
-    const auto keys = diary().SaveEntries(std::move(entries), PublishTime::Now, {});
+    const auto keys = diary().saveEntries(std::move(entries), PublishTime::Now, {});
     EXPECT_LT(processorSeconds() - start, 30);
     EXPECT_EQ(keys.size(), 30'000U);
     EXPECT_EQ(sqlValue(u"SELECT count(DISTINCT Number) || ' ' || min(Number) || ' ' || max(Number) FROM Contents"_s),
@@ -321,7 +321,7 @@ TEST_F(DiaryStore, EverySecondNumberBehindAGapTakesNoLongerEither) {
     for (int i = 0; i < kEntries; i += 2)
         entries[i].number = 2 * kEntries - i;
     const double start = processorSeconds();
-    const auto keys = diary().SaveEntries(std::move(entries), PublishTime::Now, {});
+    const auto keys = diary().saveEntries(std::move(entries), PublishTime::Now, {});
     EXPECT_LT(processorSeconds() - start, 30);
     for (int i = 0; i < kEntries; ++i)
         ASSERT_EQ(keys[i].number, i + 1);
@@ -334,7 +334,7 @@ TEST_F(DiaryStore, NumbersOfOneInputFollowFromWhatStandsInFrontOfEach) {
         return entry;
     };
     // The next one of a day behind its next, behind a number that was free, taken, or left a gap.
-    const auto keys = diary().SaveEntries(
+    const auto keys = diary().saveEntries(
         {numbered(0), numbered(0), numbered(3), numbered(0), numbered(2), numbered(0), numbered(9), numbered(0)},
         PublishTime::Now, {});
     QList<int> numbers;
@@ -342,7 +342,7 @@ TEST_F(DiaryStore, NumbersOfOneInputFollowFromWhatStandsInFrontOfEach) {
         numbers += key.number;
     EXPECT_EQ(numbers, (QList<int>{1, 2, 3, 4, 2, 5, 6, 7}));
     numbers.clear();
-    for (const store::EntryKey& key : diary().SaveEntries(
+    for (const store::EntryKey& key : diary().saveEntries(
              {numbered(30), numbered(0), numbered(20), numbered(15), numbered(12), numbered(0)}, PublishTime::Now, {}))
         numbers += key.number;
     EXPECT_EQ(numbers, (QList<int>{8, 9, 12, 11, 10, 13}));

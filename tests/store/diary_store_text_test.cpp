@@ -84,11 +84,6 @@ TEST_F(DiaryText, ListsAnEmptyGenreLikeAnyOther) {
     EXPECT_EQ(diary().ListGenres(), (QStringList{u""_s, u"旅"_s}));
 }
 
-TEST_F(DiaryText, ListsGenresByUseWithTheDefaultOne) {
-    addGenres({u"旅"_s, u"本"_s, u"ﾎﾝ"_s, u"ほん"_s, u"ホン"_s, u"一般"_s, u"一般"_s, QString()});
-    EXPECT_EQ(diary().ListGenresByUse(), (QStringList{u"ﾎﾝ"_s, u"一般"_s, u"旅"_s, u"本"_s, QString()}));
-}
-
 TEST_F(DiaryText, ListsImportsLastFirstWithoutHandwrittenRows) {
     for (const QString& mark :
          {u"2004/05/01 a"_s, u"2004/05/03"_s, u""_s, u"2004/05/01 Ａ"_s, u"2004/05/02"_s, QString()}) {
@@ -175,19 +170,16 @@ TEST_F(DiaryText, RefusesADoubleQuoteAndChangesNothing) {
     const std::function<void()> operations[] = {
         [&] { store.LoadDay(bad); },
         [&] { store.LoadEntry(bad, 1); },
-        [&] { store.SaveEntry(entry); },
         [&] {
-            store.SaveEntries({entryOf(u"2004/05/06"_s, u"good"_s), entry}, PublishTime::Now, {});
+            store.saveEntries({entryOf(u"2004/05/06"_s, u"good"_s), entry}, PublishTime::Now, {});
         },
         [&] { store.DeleteEntry(bad, 1); },
         [&] { store.DeleteImportBatch(bad); },
-        [&] { store.RepairDay(bad); },
+        [&] { store.repairDay(bad); },
         [&] { store.SameDayInOtherYears(bad); },
         [&] { store.SameDayEntries(bad); },
         [&] { store.DaysOfMonth(bad); },
         [&] { store.PublicDaysOfMonth(bad); },
-        [&] { store.LastNumberByDay(bad); },
-        [&] { store.PublicLastNumberByDay(bad); },
         [&] { store.EntriesOfMonth(bad); },
         [&] { store.PublicEntriesOfMonth(bad); },
         [&] { store.EntryListOfMonth(bad); },

@@ -55,7 +55,7 @@ TEST_F(ForeignDiary, ItsTriggersDoNothing) {
     entry.number = 2;
     write(entry);
     diary().DeleteEntry(kDay, 1);
-    registers::FileRegister(file()).AddFile({0, u"a.gif"_s, kDay, 1, false, false});
+    registers::FileRegister(file()).addFile({0, u"a.gif"_s, kDay, 1, false, false});
     store::EntryImport import(file());
     import.add({kDay, u"e"_s, u"x"_s});
     import.settle();
@@ -100,7 +100,7 @@ TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
     const auto save = [&](int number) {
         Entry entry = entryOf(kDay, u"a"_s);
         entry.number = number;
-        diary().SaveEntries({entry}, PublishTime::Now, {});
+        diary().saveEntries({entry}, PublishTime::Now, {});
     };
     const auto overwrite = [&] {
         store::EntryImport(file()).overwrite({u"2004/05/07"_s, u"a"_s, u"x"_s}, [](const Entry&) {});
@@ -119,7 +119,7 @@ TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
     } cases[] = {
         {rows, "Contents", "Title", [&] { save(4); }},
         {rows, "Contents", "Title", [&] { save(2); }},
-        {rows, "Contents", "Number", [&] { diary().RepairDay(u"2004/05/07"_s); }},
+        {rows, "Contents", "Number", [&] { diary().repairDay(u"2004/05/07"_s); }},
         {rows, "Contents", "Title",
          [&] {
              store::EntryImport(file()).add({kDay, u"a"_s, u"x"_s});
@@ -127,20 +127,20 @@ TEST_F(ForeignDiary, NoStatementLetsARuleMakeRoomByDeleting) {
         {rows, "Contents", "Title", overwrite},
         {rows + marked, "FileDB", "FileName",
          [&] {
-             files.AddFile({0, u"a.gif"_s, kDay, 3, false, false});
+             files.addFile({0, u"a.gif"_s, kDay, 3, false, false});
          }},
-        {rows + marked, "FileDB", "FileName", [&] { files.AddCommonFiles({u"a.gif"_s}, registers::SiteSide::Log); }},
-        {rows + marked, "FileDB", "Logged", [&] { files.MarkLogged({2}); }},
-        {rows + marked, "FileDB", "Uploaded", [&] { files.MarkUploaded(2); }},
+        {rows + marked, "FileDB", "FileName", [&] { files.addCommonFiles({u"a.gif"_s}, registers::SiteSide::Log); }},
+        {rows + marked, "FileDB", "Logged", [&] { files.markLogged({2}); }},
+        {rows + marked, "FileDB", "Uploaded", [&] { files.markUploaded(2); }},
         {rows + marked, "FileDB", "Day, Number", [&] { diary().DeleteEntry(kDay, 1); }},
         {rows + withheld, "FileDB", "Day, Number", [&] { diary().DeleteEntry(kDay, 2); }},
         {rows + logged, "LogDB", "LogMonth",
          [&] {
-             logs.AddLog({u"2004/05"_s, u"x.htm"_s});
+             logs.addLog({u"2004/05"_s, u"x.htm"_s});
          }},
         {rows + logged, "LogDB", "LogFileName",
          [&] {
-             logs.AddLogOfMonth({u"2004/04"_s, u"200405.htm"_s});
+             logs.addLogOfMonth({u"2004/04"_s, u"200405.htm"_s});
          }},
     };
     const QByteArray sound = bytesOf(file());
@@ -188,8 +188,8 @@ TEST_F(ForeignDiary, WhatStopsTheEnginesCheckIsNamedWithTheRest) {
 
 TEST_F(ForeignDiary, AFileOfADayInAnotherFormHasItsEntry) {
     const registers::FileRegister files(file());
-    files.AddFile({0, u"a.gif"_s, u"2004/5/6"_s, 1, false, false});
-    files.AddFile({0, u"b.gif"_s, u"2004/5/6"_s, 4, false, false});
+    files.addFile({0, u"a.gif"_s, u"2004/5/6"_s, 1, false, false});
+    files.addFile({0, u"b.gif"_s, u"2004/5/6"_s, 4, false, false});
     EXPECT_EQ(store::checkDatabase(file()), QStringList{u"日記のない登録ファイル: b.gif (2004/5/6 4)"_s});
 }
 

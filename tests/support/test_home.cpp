@@ -129,7 +129,7 @@ int TestHome::write(const QString& day, const QString& title, const QString& con
 }
 
 int TestHome::write(const store::Entry& entry) {
-    return diary().SaveEntries({entry}, store::PublishTime::AsGiven, {}).front().number;
+    return diary().saveEntries({entry}, store::PublishTime::AsGiven, {}).front().number;
 }
 
 store::Entry TestHome::entryOf(const QString& day, const QString& title) {

@@ -121,7 +121,7 @@ void put(Invocation& invocation) {
     store::RescueFile rescue(invocation.session, invocation.clock);
     const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
     const auto keys = orForget(rescue, [&] {
-        return store.SaveLines(std::move(lines), times,
+        return store.saveLines(std::move(lines), times,
                                [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"上書き"_s); });
     });
     QJsonArray json;
