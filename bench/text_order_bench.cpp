@@ -1,5 +1,7 @@
 // The find over a large diary: 100,000 texts of 1.6 KB, by the Like of this program and by the one built into SQLite,
 // which knows neither kana types nor widths. Besides: folding, ordering, and what their first use costs.
+#include "platform/like_pattern.h"
+#include "platform/text_fold.h"
 #include "platform/text_order.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
 #include "core/date_forms.h"
 
 #include "core/numbers.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
 #include "core/numbers.h"
 
 #include "platform/failure.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #include "exchange/import_groups.h"
 
 #include "platform/failure.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 #include "store/diary_store.h"
 #include "store/rescue_file.h"
 

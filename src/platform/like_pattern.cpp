@@ -1,4 +1,4 @@
-#include "platform/text_order.h"
+#include "platform/like_pattern.h"
 
 #include "platform/failure.h"
 #include "platform/text_fold.h"

@@ -1,4 +1,10 @@
-// The fold of text_order.h, character by character. For text_order.cpp and like_pattern.cpp alone.
+// How the diary compares texts: without regard to case, width and kana type.
+//
+// The fold: half-width kana with its marks to full width, katakana to hiragana, full-width ASCII, signs and the
+// ideographic blank to their narrow forms, lower case, and characters that the code page writes as another one to that
+// one (U+2016 to U+2225, U+2212 to U+FF0D and so to "-", U+301C to U+FF5E and so to "~"), because a name reads back
+// from a list file as the other. The dashes U+2014 and U+2015 stay two, as they always were. Two texts are equal when
+// their folds are. All else differs.
 #pragma once
 
 #include <QByteArray>
@@ -8,6 +14,14 @@
 #include <array>
 
 namespace velloria::platform {
+
+/// The folded text. Never longer than `text`.
+QString fold(QStringView text);
+
+/// Whether the folds are equal.
+bool equalText(QStringView left, QStringView right);
+
+// What follows is the fold character by character, for like_pattern.cpp.
 
 /// What each code unit folds to on its own, made once. Surrogates stay.
 class FoldTable {

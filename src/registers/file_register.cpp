@@ -1,7 +1,8 @@
 #include "registers/file_register.h"
 
 #include "core/date_forms.h"
-#include "platform/text_order.h"
+#include "platform/like_pattern.h"
+#include "platform/text_fold.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/literal.h"
 #include "store/sqlite/statement.h"

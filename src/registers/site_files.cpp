@@ -5,7 +5,7 @@
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "platform/profile_file.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 #include "registers/file_register.h"
 #include "store/day_spellings.h"
 #include "store/sqlite/connection.h"

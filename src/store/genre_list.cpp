@@ -4,7 +4,7 @@
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/file_write.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 
 #include <QSet>
 

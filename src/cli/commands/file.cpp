@@ -1,6 +1,6 @@
 #include "cli/command.h"
 #include "core/day_key.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 #include "registers/file_registration.h"
 
 #include <QDir>

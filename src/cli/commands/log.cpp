@@ -1,5 +1,5 @@
 #include "cli/command.h"
-#include "platform/text_order.h"
+#include "platform/text_fold.h"
 #include "registers/log_registration.h"
 
 #include <QDir>

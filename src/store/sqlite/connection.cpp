@@ -1,6 +1,8 @@
 #include "store/sqlite/connection.h"
 
 #include "platform/file_write.h"
+#include "platform/like_pattern.h"
+#include "platform/text_fold.h"
 #include "platform/text_order.h"
 #include "platform/utf8.h"
 #include "platform/waiting.h"

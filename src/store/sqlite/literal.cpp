@@ -1,7 +1,7 @@
 #include "store/sqlite/literal.h"
 
 #include "platform/failure.h"
-#include "platform/text_order.h"
+#include "platform/like_pattern.h"
 
 #include <algorithm>
 
