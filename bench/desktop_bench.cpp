@@ -8,8 +8,8 @@
 #include "desktop/text_pane.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
-#include "platform/scripted_desk.h"
 #include "shell/forms/desktop_start.h"
+#include "silent_desk.h"
 
 #include <benchmark/benchmark.h>
 
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
     }
     core::Session session;
     const platform::SystemClock clock;
-    platform::ScriptedDesk desk;
+    bench::SilentDesk desk;
     desktop::Context context{session, clock, desk};
     if (shell::startDesktop(context, words[1]) == shell::StartResult::Ended)
         return 1;

@@ -82,7 +82,7 @@ TEST_F(DeleteImport, DeletesTheGroupAndRefreshesTheEditor) {
 }
 
 TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
-    class WatchedDesk : public platform::ScriptedDesk {
+    class WatchedDesk : public ScriptedDesk {
     public:
         void message(platform::MessageKind kind, const QString& text, const QString& title) override {
             ScriptedDesk::message(kind, text, title);

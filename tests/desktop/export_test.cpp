@@ -163,7 +163,7 @@ TEST_F(ExportWindow, StaysAfterACancelARefusalAndAFailure) {
 TEST_F(ExportWindow, OkIsOffAndTheWindowStaysWhileItWrites) {
     sql(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 600) "
         "INSERT INTO Contents (Day, Number, Title) SELECT '2004/05/02', i, 't' FROM n"_s);
-    class WatchedDesk : public platform::ScriptedDesk {
+    class WatchedDesk : public ScriptedDesk {
     public:
         void progress(const QString& text, int value, int max) override {
             ScriptedDesk::progress(text, value, max);

@@ -86,7 +86,7 @@ TEST_F(SaveLog, TheHourglassStandsUntilThePreviewIsShown) {
 }
 
 TEST_F(SaveLog, WithoutASiteFolderThePanelSaysSoAtTheEnd) {
-    class PanelDesk : public platform::ScriptedDesk {
+    class PanelDesk : public ScriptedDesk {
     public:
         explicit PanelDesk(shell::MDIFormTop& top)
             : m_top(top) {}
@@ -124,7 +124,7 @@ TEST_F(SaveLog, TheCheckBoxesHaveNoEffect) {
 }
 
 TEST_F(SaveLog, TheWindowIsHiddenInFrontOfTheBoxAndSaveIsOffMeanwhile) {
-    class WatchedDesk : public platform::ScriptedDesk {
+    class WatchedDesk : public ScriptedDesk {
     public:
         void status(const QString& text) override {
             ScriptedDesk::status(text);

@@ -307,7 +307,7 @@ TEST_F(DesktopEnd, OfTheMachineKeepsTheDraftAndAsksNobody) {
 }
 
 TEST(RunCommand, TellsWhatItCaughtAndLetsNothingThrough) {
-    platform::ScriptedDesk desk;
+    ScriptedDesk desk;
     EXPECT_TRUE(desktop::runCommand(desk, [] {}));
     EXPECT_FALSE(desktop::runCommand(desk, [] { throw platform::Failure(u"a"_s, u"b"_s, u"c"_s); }));
     EXPECT_FALSE(desktop::runCommand(desk, [] { throw std::bad_alloc(); }));

@@ -304,14 +304,14 @@ TEST_F(ClipboardImport, CountsOnlyWhatACommitHasTaken) {
     // The first is settled in front of the question, the third waits for the commit at the end.
     const QString whole =
         entryText(u"2004/05/05"_s, u"t1"_s) + entryText(u"2004/05/06"_s, u"t2"_s) + entryText(u"2004/05/07"_s, u"t3"_s);
-    class BreakingDesk : public platform::ScriptedDesk {
+    class BreakingDesk : public ScriptedDesk {
     public:
         DiskWatch disk;
 
     protected:
         bool answerYesNo(const QJsonObject& question) override {
             disk.refuse(u"-journal"_s);
-            return platform::ScriptedDesk::answerYesNo(question);
+            return ScriptedDesk::answerYesNo(question);
         }
     } breaking;
     breaking.answers = {u"no"_s, u"no"_s};
@@ -357,7 +357,7 @@ TEST_F(ClipboardImport, ADayWithADoubleQuoteFailsAndKeepsTheRest) {
 }
 
 TEST_F(ClipboardImport, HoldsNoLockWhileItAsks) {
-    class CuriousDesk : public platform::ScriptedDesk {
+    class CuriousDesk : public ScriptedDesk {
     public:
         std::function<void()> whenAsked;
         bool ask(const QString&, const QString&) override {

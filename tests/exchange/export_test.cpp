@@ -314,7 +314,7 @@ TEST_F(Export, TheDialogFollowsPeriodUnitAndFormat) {
 }
 
 TEST_F(Export, TheDialogAddsTheEndingOfTheBuiltInFormats) {
-    class AskedDesk : public platform::ScriptedDesk {
+    class AskedDesk : public ScriptedDesk {
     public:
         std::optional<QString> choosePath(const platform::PathRequest& request) override {
             suffix = request.defaultSuffix;

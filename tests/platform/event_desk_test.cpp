@@ -1,7 +1,7 @@
 #include "platform/event_desk.h"
 
 #include "platform/failure.h"
-#include "platform/scripted_desk.h"
+#include "support/scripted_desk.h"
 
 #include <gtest/gtest.h>
 

@@ -66,7 +66,7 @@ private:
 };
 
 /// Writes everything shown into the transcript, between the calls of the server.
-class TranscriptDesk : public platform::ScriptedDesk {
+class TranscriptDesk : public ScriptedDesk {
 public:
     explicit TranscriptDesk(QStringList& transcript)
         : m_transcript(transcript) {}

@@ -264,7 +264,7 @@ TEST_F(FileRegistrationTest, ADiaryThatTakesNoRowSaysWhatWasCopied) {
 }
 
 /// Says yes to every question, and does something ahead of that.
-class BusyDesk : public platform::ScriptedDesk {
+class BusyDesk : public ScriptedDesk {
 public:
     std::function<void()> onQuestion;
     bool ask(const QString& text, const QString&) override {
@@ -276,7 +276,7 @@ public:
 
 TEST_F(FileRegistrationTest, TwoProgramsThatRegisterTheSameNamesLoseNeitherFileNorRow) {
     constexpr int kNames = 40;
-    const auto addMany = [&](platform::ScriptedDesk& itsDesk, const QString& folder, qint16 number) {
+    const auto addMany = [&](ScriptedDesk& itsDesk, const QString& folder, qint16 number) {
         for (int i = 0; i < kNames; ++i)
             FileRegistration(session, itsDesk).ResistFile(path(folder) + u"/%1.gif"_s.arg(i), kDay, number);
     };
@@ -285,7 +285,7 @@ TEST_F(FileRegistrationTest, TwoProgramsThatRegisterTheSameNamesLoseNeitherFileN
         writeFile(path(u"in/%1.gif"_s.arg(i)), "one");
         writeFile(path(u"in2/%1.gif"_s.arg(i)), "two");
     }
-    platform::ScriptedDesk otherDesk;
+    ScriptedDesk otherDesk;
     std::thread other([&] { addMany(otherDesk, u"in2"_s, 2); });
     addMany(desk, u"in"_s, 1);
     other.join();

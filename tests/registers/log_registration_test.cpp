@@ -62,7 +62,7 @@ TEST_F(LogRegistrationTest, APageIsCopiedToBothPlacesAndItsMonthHasTwoDigits) {
 
 TEST_F(LogRegistrationTest, TwoProgramsThatRegisterTheSameNamesMakeOneRowOfEach) {
     constexpr int kNames = 30;
-    const auto addMany = [&](const QString& folder, platform::ScriptedDesk& itsDesk) {
+    const auto addMany = [&](const QString& folder, ScriptedDesk& itsDesk) {
         for (int i = 0; i < kNames; ++i) {
             itsDesk.answers = {u"no"_s};
             LogRegistration(session, itsDesk).ResistLogFile(path(folder) + u"/%1.htm"_s.arg(i), u"2004"_s, u"3"_s);
@@ -73,7 +73,7 @@ TEST_F(LogRegistrationTest, TwoProgramsThatRegisterTheSameNamesMakeOneRowOfEach)
         writeFile(path(u"in/%1.htm"_s.arg(i)), "one");
         writeFile(path(u"in2/%1.htm"_s.arg(i)), "two");
     }
-    platform::ScriptedDesk otherDesk;
+    ScriptedDesk otherDesk;
     std::thread other([&] { addMany(u"in2"_s, otherDesk); });
     addMany(u"in"_s, desk);
     other.join();

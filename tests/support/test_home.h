@@ -4,11 +4,11 @@
 #include "core/session.h"
 #include "platform/clock.h"
 #include "platform/failure.h"
-#include "platform/scripted_desk.h"
 #include "shell/startup.h"
 #include "site/site_settings.h"
 #include "store/diary_store.h"
 #include "support/print.h"
+#include "support/scripted_desk.h"
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ protected:
 
     QTemporaryDir home;
     core::Session session;
-    platform::ScriptedDesk desk;
+    ScriptedDesk desk;
     std::unique_ptr<platform::FixedClock> clock;
 };
 

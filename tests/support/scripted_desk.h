@@ -8,14 +8,14 @@
 
 #include <stdexcept>
 
-namespace velloria::platform {
+namespace velloria::tests {
 
 /// Thrown when logic asks what the test did not expect.
 class UnansweredQuestion : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-class ScriptedDesk : public EventDesk {
+class ScriptedDesk : public platform::EventDesk {
 public:
     /// "yes", "no", a text or a path, JSON null for cancel; taken in order.
     QJsonArray answers;
@@ -33,4 +33,4 @@ private:
     QJsonValue next(const QJsonObject& question);
 };
 
-} // namespace velloria::platform
+} // namespace velloria::tests

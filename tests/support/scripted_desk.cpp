@@ -1,10 +1,10 @@
-#include "platform/scripted_desk.h"
+#include "support/scripted_desk.h"
 
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
 
-namespace velloria::platform {
+namespace velloria::tests {
 
 QStringList ScriptedDesk::texts(const QString& eventName) const {
     QStringList texts;
@@ -30,4 +30,4 @@ QJsonValue ScriptedDesk::next(const QJsonObject& question) {
     return answers.takeAt(0);
 }
 
-} // namespace velloria::platform
+} // namespace velloria::tests
