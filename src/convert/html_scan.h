@@ -1,4 +1,4 @@
-// The two scans of the HTML to text converter. A tag is what tag_scan.h says; line ends and entities stay as they are.
+// The HTML scan of the HTML to text converter. A tag is what tag_scan.h says; line ends and entities stay as they are.
 #pragma once
 
 #include "convert/html_settings.h"
@@ -6,9 +6,6 @@
 #include <QString>
 
 namespace velloria::convert {
-
-/// Text mode: every tag goes but for what the settings turn into text.
-QString scanToText(QStringView html, const HtmlSettings& settings);
 
 /// HTML mode: every tag stays but for what the settings drop or turn into text.
 QString scanToHtml(QStringView html, const HtmlSettings& settings);

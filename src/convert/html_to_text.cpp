@@ -3,6 +3,7 @@
 #include "convert/html_scan.h"
 #include "convert/tag_scan.h"
 #include "convert/text_finish.h"
+#include "convert/text_scan.h"
 #include "core/ini_reader.h"
 #include "core/numbers.h"
 #include "core/path_names.h"

@@ -1,4 +1,4 @@
-#include "convert/html_scan.h"
+#include "convert/text_scan.h"
 #include "convert/tag_scan.h"
 
 using namespace Qt::StringLiterals;
