@@ -3,7 +3,7 @@
 
 #include "core/session.h"
 #include "platform/clock.h"
-#include "site/feed_item.h"
+#include "site/feed_formats.h"
 #include "site/site_settings.h"
 #include "store/diary_store.h"
 

@@ -1,4 +1,4 @@
-#include "site/feed_item.h"
+#include "site/feed_formats.h"
 
 #include "core/date_forms.h"
 #include "core/session.h"

@@ -1,5 +1,5 @@
+#include "site/feed_formats.h"
 #include "site/feed_home.h"
-#include "site/feed_item.h"
 
 using namespace Qt::StringLiterals;
 

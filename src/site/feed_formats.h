@@ -1,4 +1,4 @@
-// What the feeds say of the diary and of one entry, ready to be printed.
+// The four formats of the feeds, and what they say of the diary and of one entry.
 #pragma once
 
 #include <QDateTime>
