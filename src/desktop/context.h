@@ -1,8 +1,9 @@
-// What every window gets: the session, the ports, the other windows.
+// What every window gets: the session, the ports, the other windows and what may be asked of them.
 #pragma once
 
 #include "core/session.h"
 #include "desktop/long_runs.h"
+#include "desktop/requests.h"
 #include "desktop/windows.h"
 #include "platform/clock.h"
 #include "platform/desk.h"
@@ -18,6 +19,7 @@ struct Context {
     platform::Desk& desk;
     Windows windows{*this};
     LongRuns runs{};
+    Requests requests{};
     QMdiArea* mdi = nullptr; ///< where the child windows live; set by the main window
 };
 

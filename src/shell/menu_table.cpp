@@ -120,12 +120,8 @@ std::span<const MenuRow> menuRows() {
     return kRows;
 }
 
-MenuLanguage menuLanguageOf(const QString& setting) {
-    return setting == "English"_L1 ? MenuLanguage::English : MenuLanguage::Japanese;
-}
-
-QString captionOf(const MenuRow& row, MenuLanguage language) {
-    return (language == MenuLanguage::English ? row.english : row.japanese).toString();
+QString captionOf(const MenuRow& row, core::MenuLanguage language) {
+    return (language == core::MenuLanguage::English ? row.english : row.japanese).toString();
 }
 
 QString plainCaption(const QString& caption) {

@@ -1,6 +1,8 @@
 // The menus of the main window: their names, order and captions in both languages.
 #pragma once
 
+#include "core/menu_language.h"
+
 #include <QLatin1StringView>
 #include <QString>
 #include <QStringView>
@@ -8,8 +10,6 @@
 #include <span>
 
 namespace velloria::shell {
-
-enum class MenuLanguage { Japanese, English };
 
 /// One row of the menu tree, in order.
 struct MenuRow {
@@ -22,11 +22,8 @@ struct MenuRow {
 /// All rows. The last menu, `mnuContentsPopUp`, is not in the bar: the panes pop it up.
 std::span<const MenuRow> menuRows();
 
-/// "English" is English; every other value of key `MenuLanguage` is Japanese.
-MenuLanguage menuLanguageOf(const QString& setting);
-
 /// The caption in this language, "&" in front of its key.
-QString captionOf(const MenuRow& row, MenuLanguage language);
+QString captionOf(const MenuRow& row, core::MenuLanguage language);
 
 /// A caption without its key: "ファイル(&F)" and "&File" give "ファイル" and "File".
 QString plainCaption(const QString& caption);

@@ -75,6 +75,61 @@ class SourceArchive(ScriptTest):
                             for line in lines if line.startswith("ctest")), lines)
 
 
+class Lint(ScriptTest):
+    """What the layout of the sources does not allow."""
+
+    def setUp(self):
+        super().setUp()
+        self.tree = self.folder / "velloria"
+        shutil.copytree(ROOT / "src", self.tree / "src")
+        (self.tree / "scripts").mkdir()
+        shutil.copy(SCRIPTS / "lint", self.tree / "scripts")
+
+    def add(self, file, line):
+        source = self.tree / "src" / file
+        source.write_text(source.read_text(encoding="utf-8") + line + "\n", encoding="utf-8")
+
+    def findings(self):
+        return self.run_in(self.tree / "scripts" / "lint", check=False).stderr.splitlines()
+
+    def test_the_sources_pass(self):
+        self.assertEqual(self.findings(), [])
+
+    def test_an_include_that_points_up_is_refused(self):
+        self.add("core/ini.cpp", '#include "store/diary_store.h"')
+        self.add("browser/forms/page_view.cpp", '#include "editor/forms/frmContents.h"')
+        self.add("exchange/forms/frmExport.cpp", '#include "browser/forms/frmBrowser.h"')
+        self.assertEqual(self.findings()[:3],
+                         ["src/browser/forms/page_view.cpp: browser/forms may not use editor/forms/frmContents.h",
+                          "src/core/ini.cpp: core may not use store/diary_store.h",
+                          "src/exchange/forms/frmExport.cpp: exchange/forms may not use browser/forms/frmBrowser.h"])
+
+    def test_so_is_a_window_that_is_reached_through_the_registry(self):
+        for use in ("get", "find", "unload"):
+            with self.subTest(use):
+                self.add("registers/forms/frmResistLogs.cpp", f"// context.windows.{use}<site::frmFind>();")
+                self.assertIn("src/registers/forms/frmResistLogs.cpp: registers/forms may not use site/forms/frmFind.h",
+                              self.findings())
+
+    def test_windows_in_a_circle_are_refused(self):
+        self.add("site/forms/frmFind.cpp", "// context.windows.get<frmSaveLog>();")
+        self.assertEqual(self.findings(), [])
+        self.add("site/forms/frmSaveLog.h", '#include "site/forms/frmFind.h"')
+        self.assertEqual(self.findings(), ["windows in a circle: site/forms/frmFind, site/forms/frmSaveLog"])
+
+    def test_a_source_belongs_to_the_class_that_it_implements(self):
+        more = self.tree / "src" / "browser" / "forms" / "more.cpp"
+        more.write_text('#include "browser/forms/frmGetImg.h"\nvoid PageView::more() {}\n')
+        self.add("browser/forms/CMakeLists.txt", "# more.cpp")
+        self.add("browser/forms/frmGetImg.cpp", '#include "browser/forms/page_view.h"')
+        self.assertEqual(self.findings(), ["windows in a circle: browser/forms/frmGetImg, browser/forms/page_view"])
+
+    def test_a_foreign_header_stays_in_its_folder(self):
+        self.add("site/feeds.cpp", "#include <QWidget>\n#include <sqlite3.h>")
+        self.assertEqual(self.findings(), ["src/site/feeds.cpp: QWidget belongs to desktop, */forms, app",
+                                           "src/site/feeds.cpp: sqlite3.h belongs to store"])
+
+
 class Display(ScriptTest):
     def shown(self, *words, **variables):
         return self.run_in(SCRIPTS / "with-display", *words, TMPDIR=str(self.folder), **variables)

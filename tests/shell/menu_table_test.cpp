@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
+using core::MenuLanguage;
 using shell::captionOf;
-using shell::MenuLanguage;
 using shell::menuRows;
 
 QString caption(const QString& name, MenuLanguage language) {

@@ -14,7 +14,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
-#include "shell/forms/MDIFormTop.h"
+#include "site/save_html.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -158,7 +158,8 @@ void frmBrowser::rememberWords() {
 }
 
 void frmBrowser::previewPage() {
-    m_context.windows.get<shell::MDIFormTop>().SaveTmpFile();
+    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
+    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
     Navigate(m_context.session.DataPath + u"tmp.htm"_s);
 }
 

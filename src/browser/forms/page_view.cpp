@@ -1,11 +1,8 @@
 #include "browser/forms/page_view.h"
 
-#include "core/ini.h"
-#include "core/keys.h"
+#include "core/menu_language.h"
 #include "desktop/clipboard.h"
 #include "desktop/command.h"
-#include "editor/forms/frmContents.h"
-#include "shell/menu_table.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -79,9 +76,7 @@ void PageView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void PageView::fillMenu(QMenu& menu) {
-    const bool isEnglish =
-        shell::menuLanguageOf(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kMenuLanguage)) ==
-        shell::MenuLanguage::English;
+    const bool isEnglish = core::menuLanguage(m_context.session) == core::MenuLanguage::English;
     const QWebEngineContextMenuRequest& place = *lastContextMenuRequest();
     const auto add = [&](const PageCommand& command, auto run) {
         if (command.hasLineAbove)
@@ -128,9 +123,7 @@ void PageView::printPage() {
 
 /// Always a copy: a file manager removes what was moved.
 bool PageView::acceptsPicture(QDropEvent& event) const {
-    const auto* editor = m_context.windows.find<editor::frmContents>();
-    const bool isOpen = editor && editor->hasDay();
-    if (!isOpen || !desktop::droppedImage(event)) {
+    if (!m_context.requests.isEntryOpen() || !desktop::droppedImage(event)) {
         event.ignore();
         return false;
     }
@@ -156,7 +149,7 @@ void PageView::dropEvent(QDropEvent* event) {
         return;
     // Behind the drop: the maker may have a box to show, and whoever drags waits for the drop's end.
     QTimer::singleShot(0, this, [this, path = *desktop::droppedImage(*event)] {
-        desktop::runCommand(m_context.desk, [&] { m_context.windows.get<editor::frmContents>().openImageMaker(path); });
+        desktop::runCommand(m_context.desk, [&] { m_context.requests.makeImage(path); });
     });
 }
 

@@ -8,7 +8,6 @@
 #include "browser/picture_place.h"
 #include "desktop/command.h"
 #include "desktop/window_place.h"
-#include "editor/forms/frmContents.h"
 
 #include <QMdiArea>
 #include <QScreen>
@@ -38,12 +37,6 @@ public:
 private:
     const core::Session& m_session;
 };
-
-/// What the main window shows of it, on the screen.
-QRect screenRect(const QWidget& child) {
-    const QRect seen = child.visibleRegion().boundingRect();
-    return {child.mapToGlobal(seen.topLeft()), seen.size()};
-}
 
 } // namespace
 
@@ -101,9 +94,8 @@ void WebViewer::onEvent(const QString& name) {
 
 /// What is typed from here on goes into the editor: it must not lie behind this window.
 void WebViewer::openEntry(const QString& day, int number) {
-    auto& editor = m_context.windows.get<editor::frmContents>();
-    editor.openEntry(day, number);
-    const QRect shown = screenRect(editor);
+    m_context.requests.openEntry(day, number);
+    const QRect shown = m_context.requests.seenEditor().value_or(QRect());
     const QRect hidden = shown.intersected(frameGeometry());
     if (2 * hidden.width() * hidden.height() > shown.width() * shown.height()) {
         showNormal();
@@ -113,13 +105,13 @@ void WebViewer::openEntry(const QString& day, int number) {
 }
 
 void WebViewer::stepAside() {
-    const auto* editor = m_context.windows.find<editor::frmContents>();
+    const std::optional<QRect> editor = m_context.requests.seenEditor();
     const QWidget& mainWindow = *m_context.mdi->window();
-    if (!editor || !editor->isVisible() || !mainWindow.isVisible())
+    if (!editor || !mainWindow.isVisible())
         return;
     const QMargins frame = desktop::frameOf(mainWindow);
     QRect place(QPoint(0, mainWindow.frameGeometry().top()), size().grownBy(frame));
-    place = desktop::movedBeside(place, screenRect(*editor), mainWindow.screen()->availableGeometry());
+    place = desktop::movedBeside(place, *editor, mainWindow.screen()->availableGeometry());
     resize(place.size().shrunkBy(frame));
     move(place.topLeft());
 }

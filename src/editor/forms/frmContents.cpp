@@ -9,7 +9,6 @@
 #include "editor/forms/empty_page.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/tags.h"
-#include "shell/forms/MDIFormTop.h"
 #include "ui_frmContents.h"
 
 #include <QApplication>
@@ -213,7 +212,7 @@ void frmContents::connectPane(int index) {
     connect(pane, &TextPane::changed, this, [=, this] { paneChanged(index); });
     connect(pane, &TextPane::focused, this, &frmContents::paneFocused);
     connect(pane, &TextPane::popUpWanted, this,
-            [this](const QPoint& position) { m_context.windows.get<shell::MDIFormTop>().popUpContentsMenu(position); });
+            [this](const QPoint& position) { m_context.requests.popUpContentsMenu(position); });
     connect(pane, &TextPane::lineBreakWanted, this, [this] { run([this] { insertTag(kLineBreakTag); }); });
     connect(pane, &TextPane::paragraphWanted, this, [this] { run([this] { insertTag(kParagraphTag); }); });
     connect(pane, &TextPane::undoWanted, this, [this] { run([this] { mnuUndo_Click(); }); });

@@ -11,7 +11,6 @@
 #include "editor/forms/frmHTMLMakeImage.h"
 #include "editor/forms/frmHTMLMakeList.h"
 #include "platform/failure.h"
-#include "shell/forms/MDIFormTop.h"
 #include "site/same_day_page.h"
 #include "site/save_html.h"
 #include "store/genre_list.h"

@@ -1,6 +1,5 @@
 #include "exchange/forms/frmDeleteImportDiary.h"
 
-#include "editor/forms/frmContents.h"
 #include "exchange/import_groups.h"
 #include "store/diary_store.h"
 #include "ui_frmDeleteImportDiary.h"
@@ -34,16 +33,12 @@ void frmDeleteImportDiary::Btn_OK_Click() {
     const QPointer<frmDeleteImportDiary> window(this); // the program may end while a box is open
     // The entries are gone, whatever becomes of the list of genres.
     if (days)
-        run([this] { finishImportDeletion(m_context.desk, [this] { contents().MakeGenretxt(); }); });
+        run([this] { finishImportDeletion(m_context.desk, [this] { m_context.requests.rebuildGenres(); }); });
     if (!window)
         return;
     accept();
     if (days)
-        contents().daysChanged(*days);
-}
-
-editor::frmContents& frmDeleteImportDiary::contents() const {
-    return m_context.windows.get<editor::frmContents>();
+        m_context.requests.daysChanged(*days);
 }
 
 } // namespace velloria::exchange

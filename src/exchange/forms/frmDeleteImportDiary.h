@@ -9,10 +9,6 @@ namespace Ui {
 class frmDeleteImportDiary;
 }
 
-namespace velloria::editor {
-class frmContents;
-}
-
 namespace velloria::exchange {
 
 class frmDeleteImportDiary : public desktop::ToolWindow {
@@ -24,7 +20,6 @@ public:
 
 private:
     void Btn_OK_Click();
-    editor::frmContents& contents() const;
 
     std::unique_ptr<Ui::frmDeleteImportDiary> ui;
 };

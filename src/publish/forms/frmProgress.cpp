@@ -1,10 +1,10 @@
 #include "publish/forms/frmProgress.h"
 
-#include "shell/forms/MDIFormTop.h"
 #include "ui_frmProgress.h"
 
 #include <QCloseEvent>
 #include <QLayout>
+#include <QMdiArea>
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::publish {
 
 frmProgress::frmProgress(desktop::Context& context)
-    : QWidget(&context.windows.get<shell::MDIFormTop>(), Qt::Window)
+    : QWidget(context.mdi->window(), Qt::Window)
     , ui(std::make_unique<Ui::frmProgress>()) {
     ui->setupUi(this);
     setWindowIcon(parentWidget()->windowIcon());

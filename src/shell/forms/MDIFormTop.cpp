@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "desktop/command.h"
 #include "desktop/elided_label.h"
+#include "editor/forms/editor_requests.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -25,6 +26,8 @@ MDIFormTop::MDIFormTop(desktop::Context& context)
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(area);
     context.mdi = area;
+    editor::serveRequests(context);
+    context.requests.popUpContentsMenu = [this](const QPoint& position) { popUpContentsMenu(position); };
 
     m_panel = new desktop::ElidedLabel;
     m_panel->setObjectName(u"StatusPanel1"_s);
@@ -69,8 +72,7 @@ void MDIFormTop::makeMenus() {
 }
 
 void MDIFormTop::SetMenuBarString() {
-    const MenuLanguage language =
-        menuLanguageOf(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kMenuLanguage));
+    const core::MenuLanguage language = core::menuLanguage(m_context.session);
     for (const MenuRow& row : menuRows()) {
         if (!row.english.isEmpty())
             m_actions.value(row.name)->setText(captionOf(row, language));

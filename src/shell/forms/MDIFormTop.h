@@ -43,10 +43,6 @@ public:
     /// Captions in the language of the settings.
     void SetMenuBarString();
 
-    /// Sends the browser to the maker's home page and blog.
-    void Click_FormAboutLabel();
-    void Click_Zelkova();
-
     /// The first panel of the status bar (see StatusLine).
     void setStatus(const QString& text);
     /// The same for something unusual.
@@ -112,7 +108,6 @@ private:
     void MnuVellInfo();
     void showVersion(const QString& fileName);
     void showManual(const QString& fileName);
-    void navigateToMaker(const core::Key& key);
 
     void showLine(const QString& line);
     void finish();

@@ -18,6 +18,7 @@
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/arrangement.h"
 #include "shell/forms/frmAbout.h"
+#include "shell/forms/maker_pages.h"
 #include "shell/forms/MDIFormTop.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
@@ -125,9 +126,9 @@ void MDIFormTop::connectWindowCommands() {
     onCommand(u"MnuSimpleManual"_s, [this] { showManual(u"SimpleManual.mht"_s); });
     onCommand(u"MnuManual"_s, [this] { showManual(u"Manual.mht"_s); });
     onCommand(u"MnuAbout"_s, [this] { frmAbout(m_context).exec(); });
-    onCommand(u"MnuHP"_s, [this] { Click_FormAboutLabel(); });
-    onCommand(u"MnuMyBlog"_s, [this] { Click_Zelkova(); });
-    onCommand(u"MnuVellInfoBlog"_s, [this] { navigateToMaker(core::keys::kMakerNews); });
+    onCommand(u"MnuHP"_s, [this] { Click_FormAboutLabel(m_context); });
+    onCommand(u"MnuMyBlog"_s, [this] { Click_Zelkova(m_context); });
+    onCommand(u"MnuVellInfoBlog"_s, [this] { showMakerNews(m_context); });
 }
 
 void MDIFormTop::connectPopUpCommands() {
@@ -247,19 +248,6 @@ void MDIFormTop::showManual(const QString& fileName) {
                                 u"Velloriaを入れ直すと元に戻ります。日記はそのままです。"_s);
     m_context.windows.get<frmBrowser>().showChild();
     m_context.desk.navigate(manual);
-}
-
-void MDIFormTop::Click_FormAboutLabel() {
-    navigateToMaker(core::keys::kMakerHomePage);
-}
-
-void MDIFormTop::Click_Zelkova() {
-    navigateToMaker(core::keys::kMakerBlog);
-}
-
-void MDIFormTop::navigateToMaker(const core::Key& key) {
-    m_context.windows.get<frmBrowser>().showChild();
-    m_context.desk.navigate(core::ReadIni(m_context.session.MyPath + u"endpoints.ini"_s, key));
 }
 
 } // namespace velloria::shell
