@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
     core::Session session;
     const platform::SystemClock clock;
     bench::SilentDesk desk;
-    desktop::Context context{session, clock, desk};
+    desktop::Context context{{session, clock, desk}};
     if (shell::startDesktop(context, words[1]) == shell::StartResult::Ended)
         return 1;
     benchmark::RegisterBenchmark("openDay", bench::openDay, std::ref(context), words.mid(2))

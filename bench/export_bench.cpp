@@ -23,17 +23,16 @@ class Diary {
 public:
     Diary(const QString& home, const QString& folder)
         : m_folder(folder + u'/') {
-        shell::Startup(m_session, m_desk, m_clock).run(home + u'/', std::nullopt);
+        shell::Startup(m_run).run(home + u'/', std::nullopt);
         platform::makeFolder(m_folder);
     }
 
     exchange::ExportCounts write(exchange::ExportContents contents, exchange::ExportUnit unit) {
-        const store::DiaryStore store(m_session.databaseFile(), m_clock);
         exchange::ExportSettings settings;
         settings.period = {store::Period::Kind::Between, u"0000/00/00"_s, u"9999/99/99"_s};
         settings.contents = contents;
         settings.unit = unit;
-        exchange::clsExport work(m_session, store, m_desk, settings);
+        exchange::clsExport work(m_run, settings);
         work.run(unit == exchange::ExportUnit::OneFile ? m_folder + u"all.txt"_s : m_folder);
         return work.counts();
     }
@@ -53,6 +52,7 @@ private:
     platform::SystemClock m_clock;
     core::Session m_session;
     SilentDesk m_desk;
+    const core::Run m_run{m_session, m_clock, m_desk};
     QString m_folder;
 };
 

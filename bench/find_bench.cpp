@@ -8,6 +8,7 @@
 #include "shell/startup.h"
 #include "silent_desk.h"
 #include "site/find_page.h"
+#include "store/diary_store.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -60,7 +61,8 @@ void plainPage(const QByteArray& file, const QByteArray& word, const std::string
     std::ofstream(path, std::ios::binary).write(page.constData(), page.size());
 }
 
-void addWord(const core::Session& session, const Word& word) {
+void addWord(const core::Run& run, const Word& word) {
+    const core::Session& session = run.session;
     const QString file = session.databaseFile();
     const auto add = [&](const char* what, auto find) {
         const std::string name = std::string(what) + '/' + word.name;
@@ -69,17 +71,14 @@ void addWord(const core::Session& session, const Word& word) {
                 benchmark::DoNotOptimize(find());
         })->Unit(benchmark::kMillisecond);
     };
-    add("findEntries", [file, text = word.text] {
-        const platform::SystemClock clock;
+    add("findEntries", [run, text = word.text] {
         qsizetype count = 0;
-        store::DiaryStore(file, clock).FindEntries({text, std::nullopt}, [&](store::Entry&) { ++count; });
+        store::DiaryStore(run).FindEntries({text, std::nullopt}, [&](store::Entry&) { ++count; });
         return count;
     });
     add("plainLike", [file = file.toUtf8(), text = word.text.toUtf8()] { return plainFind(file, text); });
-    const auto makePage = [session, word = word.text] {
-        const platform::SystemClock clock;
-        const store::DiaryStore store(session.databaseFile(), clock);
-        return site::MakeFindPage(session, store, session.DataPath + u"findtmp.htm"_s, {word, {}, {}});
+    const auto makePage = [run, word = word.text] {
+        return site::MakeFindPage(run, run.session.DataPath + u"findtmp.htm"_s, {word, {}, {}});
     };
     makePage();
     const QByteArray page = platform::readFile(session.DataPath + u"findtmp.htm"_s);
@@ -105,9 +104,10 @@ int main(int argc, char** argv) {
     const velloria::platform::FixedClock clock(QDateTime::fromString(arguments[2], u"yyyy/MM/dd HH:mm:ss"_s));
     velloria::core::Session session;
     velloria::bench::SilentDesk desk;
-    velloria::shell::Startup(session, desk, clock).run(arguments[1] + u'/', std::nullopt);
+    const velloria::core::Run run{session, clock, desk};
+    velloria::shell::Startup(run).run(arguments[1] + u'/', std::nullopt);
     for (const auto& word : velloria::bench::kWords)
-        velloria::bench::addWord(session, word);
+        velloria::bench::addWord(run, word);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

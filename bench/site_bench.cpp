@@ -27,26 +27,18 @@ class Home {
 public:
     Home(const QString& folder, const QDateTime& now)
         : m_clock(now) {
-        shell::Startup(m_session, m_desk, m_clock).run(folder + u'/', std::nullopt);
+        shell::Startup(m_run).run(folder + u'/', std::nullopt);
         platform::replaceFile(m_session.CustIniFile, QByteArray(kPlainSettings), platform::Durability::Derived);
         m_session.FilePath = folder + u"/../site/"_s;
         m_session.FileName = u"index.htm"_s;
         platform::makeFolder(m_session.FilePath);
     }
 
-    void saveHtml() {
-        const store::DiaryStore store = diary();
-        site::SaveHtml(m_session, store, m_desk, m_clock).SaveHTML();
-    }
-    void savePreview() {
-        const store::DiaryStore store = diary();
-        site::SaveHtml(m_session, store, m_desk, m_clock).SaveTmpFile();
-    }
+    void saveHtml() { site::SaveHtml(m_run).SaveHTML(); }
+    void savePreview() { site::SaveHtml(m_run).SaveTmpFile(); }
     void makeMonthPage() {
-        const store::DiaryStore store = diary();
-        site::MonthPage(m_session, store, m_clock)
-            .MakeHTML(page(), core::monthOf(m_session.Today), site::PageKind::Current, site::MakeList::Yes,
-                      site::WithPrivate::No);
+        site::MonthPage(m_run).MakeHTML(page(), core::monthOf(m_session.Today), site::PageKind::Current,
+                                        site::MakeList::Yes, site::WithPrivate::No);
     }
 
     PlainMonth plainSave() const {
@@ -71,13 +63,13 @@ public:
     QByteArray previewBytes() const { return platform::readFile(m_session.DataPath + u"tmp.htm"_s); }
 
 private:
-    store::DiaryStore diary() const { return {m_session.databaseFile(), m_clock}; }
     QString page() const { return m_session.FilePath + m_session.FileName; }
     QString list() const { return m_session.UserPath + u"upload.tmp"_s; }
 
     platform::FixedClock m_clock;
     core::Session m_session;
     SilentDesk m_desk;
+    const core::Run m_run{m_session, m_clock, m_desk};
 };
 
 template <typename Action>

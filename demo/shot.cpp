@@ -123,8 +123,7 @@ void shootAll(desktop::Context& context, const QString& folder) {
     shootWindow(progress, folder + u"frmProgress.png"_s);
     auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
     const QString oldPage = context.session.DataPath + u"oldtmp.htm"_s;
-    const store::DiaryStore store(context.session.databaseFile(), context.clock);
-    site::MakeSameDayPage(context.session, store, oldPage, context.session.EnterDay);
+    site::MakeSameDayPage(context, oldPage, context.session.EnterDay);
     viewer.showPage(u"過去の日記"_s, oldPage);
     shootWindow(viewer, folder + u"frmPrevDiaryViewer.png"_s);
     context.windows.unload<browser::frmPrevDiaryViewer>();
@@ -137,7 +136,7 @@ int shoot(const QString& home, const QString& picture, const QString& day) {
     core::Session session;
     const platform::FixedClock clock(QDateTime(QDate::fromString(day, u"yyyy/MM/dd"_s), QTime(21, 0)));
     desktop::QtDesk desk;
-    desktop::Context context{session, clock, desk};
+    desktop::Context context{{session, clock, desk}};
     desk.showStatus = [&](const QString& text) {
         if (auto* top = context.windows.find<shell::MDIFormTop>())
             top->setStatus(text);

@@ -58,7 +58,7 @@ int run(QApplication& application) {
     desktop::QtDesk desk;
     desktop::SoundPlayer player(QCoreApplication::applicationDirPath() + u"/velloria-sound"_s);
     desktop::WaitBox waits;
-    desktop::Context context{session, clock, desk};
+    desktop::Context context{{session, clock, desk}};
     connectDesk(desk, context, player, waits);
     try {
         const QString home = shell::findHome({}, QCoreApplication::applicationDirPath());

@@ -1,9 +1,7 @@
 // A command of the command line tool, and what it gets to work with.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "store/diary_store.h"
 
 #include <QHash>
@@ -45,18 +43,15 @@ struct GlobalOptions {
 };
 
 /// One run of a command.
-struct Invocation {
+struct Invocation : core::Run {
     GlobalOptions global;
     QStringList arguments;
     QHash<QString, QStringList> options; ///< values by name ("--month"); a flag has one empty value
-    platform::Desk& desk;
-    const platform::Clock& clock;
-    core::Session session;
 
     bool has(const QString& option) const { return options.contains(option); }
     QString option(const QString& name) const { return options.value(name).value(0); }
     QString argument(qsizetype index) const { return arguments.value(index); }
-    store::DiaryStore store() const { return {session.databaseFile(), clock}; }
+    store::DiaryStore store() const { return store::DiaryStore(*this); }
 
     /// Prints a result: one JSON document with --json, else tab-separated lines. Tabs, line ends and backslashes
     /// within a field are written as \t, \r, \n and \\; on a terminal other control characters as \uXXXX.

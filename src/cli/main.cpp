@@ -79,7 +79,7 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
 void start(Invocation& invocation, Start needed) {
     const QString home = shell::findHome(invocation.global.home, QCoreApplication::applicationDirPath());
     const std::optional<shell::Login> login = findLogin(invocation.global, home, invocation.desk);
-    shell::Startup startup(invocation.session, invocation.desk, invocation.clock);
+    shell::Startup startup(invocation);
     const shell::StartResult result = needed == Start::User ? startup.enter(home, login) : startup.run(home, login);
     if (result == shell::StartResult::Ended)
         throw Refusal(u"起動を中止しました。"_s);
@@ -98,7 +98,8 @@ int runCommand(const CommandLine& line, TerminalDesk& desk) {
     }
     const std::unique_ptr<platform::Clock> clock = makeClock(line.global.now);
     prepareDesk(desk, line.global);
-    Invocation invocation{line.global, line.arguments, line.options, desk, *clock, {}};
+    core::Session session;
+    Invocation invocation{{session, *clock, desk}, line.global, line.arguments, line.options};
     if (line.command->check)
         line.command->check(invocation);
     const Start needed = line.command->start;

@@ -1,22 +1,17 @@
-// What every window gets: the session, the ports, the other windows and what may be asked of them.
+// What every window gets: the run, the other windows and what may be asked of them.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 #include "desktop/long_runs.h"
 #include "desktop/requests.h"
 #include "desktop/windows.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
 
 class QMdiArea;
 
 namespace velloria::desktop {
 
 /// Owned by the program's `main`; outlives every window.
-struct Context {
-    core::Session& session;
-    const platform::Clock& clock;
-    platform::Desk& desk;
+struct Context : core::Run {
     Windows windows{*this};
     LongRuns runs{};
     Requests requests{};

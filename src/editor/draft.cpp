@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
 
-DraftFile::DraftFile(const core::Session& session, const platform::Clock& clock)
-    : m_file(session.UserPath + u"draft.json"_s)
-    , m_clock(clock) {}
+DraftFile::DraftFile(const core::Run& run)
+    : m_file(run.session.UserPath + u"draft.json"_s)
+    , m_clock(run.clock) {}
 
 void DraftFile::write(const std::vector<store::Entry>& drafts) {
     const platform::FolderLock lock(core::GetParentFolder(m_file));

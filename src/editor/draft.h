@@ -1,8 +1,7 @@
 // The draft: what somebody is typing, kept so that a crash takes seconds of it and no more.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
+#include "core/run.h"
 #include "store/entry.h"
 
 #include <QByteArray>
@@ -17,8 +16,7 @@ namespace velloria::editor {
 /// row it was made from, null when there was none.
 class DraftFile {
 public:
-    /// Both outlive this.
-    DraftFile(const core::Session& session, const platform::Clock& clock);
+    explicit DraftFile(const core::Run& run);
 
     /// Puts the drafts in the place of those that this object has read or written before; the lines of another program
     /// at work on the same diary stay. An empty file is removed. Throws platform::Failure, also for a file that is

@@ -27,9 +27,8 @@ bool isSameText(const store::Entry& left, const store::Entry& right) {
 
 } // namespace
 
-EditedEntry::EditedEntry(const core::Session& session, const platform::Clock& clock)
-    : m_session(session)
-    , m_clock(clock) {}
+EditedEntry::EditedEntry(const core::Run& run)
+    : m_run(run) {}
 
 void EditedEntry::show(int number, const std::optional<store::Entry>& row) {
     m_number = number;
@@ -80,9 +79,9 @@ SaveResult EditedEntry::save(const store::Entry& entry) {
 }
 
 SaveResult EditedEntry::write(const store::Entry& entry) {
-    const store::DiaryStore diary(m_session.databaseFile(), m_clock);
+    const store::DiaryStore diary(m_run);
     closeGaps(diary, entry.day);
-    store::RescueFile rescue(m_session, m_clock);
+    store::RescueFile rescue(m_run);
     SaveResult result;
     const auto overwritten = [&](const std::vector<store::Entry>& rows) {
         if (entry.number == m_number && !m_row)
@@ -93,7 +92,7 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
         result.isOlderKept = rescue.isOn();
     };
     store::Entry saved = entry;
-    saved.publishTime = m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
+    saved.publishTime = m_run.clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
     saved.importMark = QString(); // that of the row stays
     try {
         saved.number = diary.saveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number;
@@ -108,9 +107,9 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
 }
 
 void EditedEntry::remove(const QString& day, int number) {
-    const store::DiaryStore diary(m_session.databaseFile(), m_clock);
+    const store::DiaryStore diary(m_run);
     closeGaps(diary, day);
-    store::RescueFile rescue(m_session, m_clock);
+    store::RescueFile rescue(m_run);
     try {
         diary.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
     } catch (...) {
@@ -123,7 +122,7 @@ void EditedEntry::remove(const QString& day, int number) {
 bool EditedEntry::keepDropped(const store::Entry& entry) {
     if (entry.title.isEmpty() && entry.contents.isEmpty() && entry.extend.isEmpty() && entry.excerpt.isEmpty())
         return false;
-    store::RescueFile rescue(m_session, m_clock);
+    store::RescueFile rescue(m_run);
     rescue.keep({entry}, u"未保存"_s);
     return rescue.isOn();
 }

@@ -1,8 +1,7 @@
 // The entry that the editor shows, as the diary knows it, and what becomes of it at a save.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
+#include "core/run.h"
 #include "store/entry.h"
 
 #include <functional>
@@ -20,8 +19,7 @@ struct SaveResult {
 
 class EditedEntry {
 public:
-    /// Both outlive this.
-    EditedEntry(const core::Session& session, const platform::Clock& clock);
+    explicit EditedEntry(const core::Run& run);
 
     /// The editor shows the row that stands under `number`; without one, an entry that was never saved.
     void show(int number, const std::optional<store::Entry>& row);
@@ -55,8 +53,7 @@ private:
     SaveResult write(const store::Entry& entry);
     bool mustKeep(const store::Entry& row, const store::Entry& entry) const;
 
-    const core::Session& m_session;
-    const platform::Clock& m_clock;
+    core::Run m_run;
     int m_number = 0;
     std::optional<store::Entry> m_row; ///< as it was when it was shown
 };

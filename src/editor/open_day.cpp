@@ -22,12 +22,12 @@ std::optional<store::Entry> rowOf(const std::vector<store::Entry>& rows, int num
 
 } // namespace
 
-OpenDay::OpenDay(core::Session& session, const platform::Clock& clock, platform::Desk& desk)
-    : m_session(session)
-    , m_clock(clock)
-    , m_desk(desk)
-    , m_edited(session, clock)
-    , m_drafts(session, clock) {
+OpenDay::OpenDay(const core::Run& run)
+    : m_run(run)
+    , m_session(run.session)
+    , m_desk(run.desk)
+    , m_edited(run)
+    , m_drafts(run) {
     m_draftTimer.setSingleShot(true);
     m_draftTimer.setInterval(kDraftDelayMs);
     connect(&m_draftTimer, &QTimer::timeout, this, &OpenDay::keepDraft);
@@ -225,7 +225,7 @@ void OpenDay::addGenre(const QString& genre) {
     if (m_genres.contains(genre))
         return;
     try {
-        store::addGenres(m_session, diary(), {genre});
+        store::addGenres(m_run, {genre});
         readGenres();
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
@@ -234,12 +234,12 @@ void OpenDay::addGenre(const QString& genre) {
 }
 
 void OpenDay::readGenres() {
-    m_genres = store::readGenres(m_session, diary());
+    m_genres = store::readGenres(m_run);
     Q_EMIT genresChanged();
 }
 
 void OpenDay::MakeGenretxt() {
-    store::MakeGenretxt(m_session, diary());
+    store::MakeGenretxt(m_run);
     readGenres();
 }
 

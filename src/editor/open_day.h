@@ -37,7 +37,7 @@ public:
 /// be read, which is thrown, leaves the old entry whole, with what was unsaved in it. Unsaved changes are asked about
 /// first. Who shows any of it listens; the view is asked for what is typed, and tells each change by `edited`.
 ///
-///     OpenDay day(session, clock, desk);
+///     OpenDay day(run);
 ///     day.attach(view);              // the drafts of earlier runs are read
 ///     day.openDay(u"2004/05/06"_s);  // dayOpened, then entryShown
 ///     day.edited();                  // dirtyChanged; the draft follows two seconds behind
@@ -45,8 +45,7 @@ public:
 class OpenDay : public QObject {
     Q_OBJECT
 public:
-    /// All outlive this.
-    OpenDay(core::Session& session, const platform::Clock& clock, platform::Desk& desk);
+    explicit OpenDay(const core::Run& run);
 
     /// A new editor, with no day open. It lives until it is detached.
     void attach(EntryView& view);
@@ -144,10 +143,10 @@ private:
     bool canInsert();
     void writeDrafts(const std::vector<store::Entry>& drafts);
     void settleFoundDrafts(const store::Entry& saved);
-    store::DiaryStore diary() const { return {m_session.databaseFile(), m_clock}; }
+    store::DiaryStore diary() const { return store::DiaryStore(m_run); }
 
+    core::Run m_run;
     core::Session& m_session;
-    const platform::Clock& m_clock;
     platform::Desk& m_desk;
     EntryView* m_view = nullptr;
     EditedEntry m_edited;

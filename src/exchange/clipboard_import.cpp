@@ -46,14 +46,12 @@ ParagraphTags importedParagraphs(const core::Session& session) {
                                                                                        : ParagraphTags::None;
 }
 
-ClipboardImport::ClipboardImport(const core::Session& session, const platform::Clock& clock, platform::Desk& desk)
-    : m_session(session)
-    , m_clock(clock)
-    , m_desk(desk)
-    , m_import(session.databaseFile()) {}
+ClipboardImport::ClipboardImport(const core::Run& run)
+    : m_run(run)
+    , m_import(run.session.databaseFile()) {}
 
 bool ClipboardImport::ImportFormattedClipboard(const std::optional<QString>& clipboard, ParagraphTags tags) {
-    const std::optional<QString> text = textOf(m_desk, clipboard);
+    const std::optional<QString> text = textOf(m_run.desk, clipboard);
     if (!text)
         return false;
     const int count = countEntries(*text);
@@ -99,7 +97,7 @@ void ClipboardImport::importEntry(ElementReader& reader, ParagraphTags tags) {
         return;
     }
     const QString title = reader.element(kTitle);
-    const QString contents = tagged(m_session, reader.element(kContents), tags);
+    const QString contents = tagged(m_run.session, reader.element(kContents), tags);
     if (isTaken)
         overwrite({day, title, contents});
     else
@@ -108,12 +106,13 @@ void ClipboardImport::importEntry(ElementReader& reader, ParagraphTags tags) {
 
 void ClipboardImport::importUnderOtherDay(ElementReader& reader, ParagraphTags tags) {
     const QString title = reader.element(kTitle);
-    if (!m_desk.ask(u"その内容は、別の日の内容にしますか？(タイトルは以下の通りです)\r\n[タイトル："_s + title + u']'))
+    if (!m_run.desk.ask(u"その内容は、別の日の内容にしますか？(タイトルは以下の通りです)\r\n[タイトル："_s + title +
+                        u']'))
         return;
     const QStringList parts = askForDay();
     const QString day = parts.join(u'/');
     if (parts.contains(QString())) {
-        m_desk.message(MessageKind::Information, day + u"の入力を中止します。"_s);
+        m_run.desk.message(MessageKind::Information, day + u"の入力を中止します。"_s);
         return;
     }
     if (day.size() != kDaySize) {
@@ -125,15 +124,15 @@ void ClipboardImport::importUnderOtherDay(ElementReader& reader, ParagraphTags t
         refuse(u"その日付("_s + day + u")は存在します。その日付の登録は中止します。"_s);
         return;
     }
-    add({day, title, tagged(m_session, reader.element(kContents), tags)});
+    add({day, title, tagged(m_run.session, reader.element(kContents), tags)});
 }
 
 bool ClipboardImport::ImportPlainClipboard(const std::optional<QString>& clipboard, ParagraphTags tags) {
-    const std::optional<QString> text = textOf(m_desk, clipboard);
+    const std::optional<QString> text = textOf(m_run.desk, clipboard);
     if (!text)
         return false;
     const QString day = askForDay().join(u'/');
-    if (day.size() != kDaySize || !core::parseDate(day, m_clock.now().date().year())) {
+    if (day.size() != kDaySize || !core::parseDate(day, m_run.clock.now().date().year())) {
         refuse(kDayForm);
         return false;
     }
@@ -142,10 +141,10 @@ bool ClipboardImport::ImportPlainClipboard(const std::optional<QString>& clipboa
         return false;
     m_import.settle();
     const QString whenEmpty = u"デフォルトのタイトル"_s;
-    QString title = m_desk.input(u"タイトルを入力してください。"_s, whenEmpty);
+    QString title = m_run.desk.input(u"タイトルを入力してください。"_s, whenEmpty);
     if (title.isEmpty())
         title = whenEmpty;
-    const QString contents = tagged(m_session, *text, tags);
+    const QString contents = tagged(m_run.session, *text, tags);
     if (isTaken)
         overwrite({day, title, contents});
     else
@@ -156,15 +155,15 @@ bool ClipboardImport::ImportPlainClipboard(const std::optional<QString>& clipboa
 }
 
 QStringList ClipboardImport::askForDay() {
-    const QStringList today = m_session.Today.split(u'/');
-    return {m_desk.input(u"年を入力してください(例:2003)。"_s, today.value(0)),
-            m_desk.input(u"月を入力してください(例:03)。"_s, today.value(1)),
-            m_desk.input(u"日を入力してください(例:01)。"_s, today.value(2))};
+    const QStringList today = m_run.session.Today.split(u'/');
+    return {m_run.desk.input(u"年を入力してください(例:2003)。"_s, today.value(0)),
+            m_run.desk.input(u"月を入力してください(例:03)。"_s, today.value(1)),
+            m_run.desk.input(u"日を入力してください(例:01)。"_s, today.value(2))};
 }
 
 bool ClipboardImport::mayOverwrite(const QString& day) {
     m_import.settle();
-    return m_desk.ask(day + u"は、すでに入力済みです。\r\n上書きしますか？"_s);
+    return m_run.desk.ask(day + u"は、すでに入力済みです。\r\n上書きしますか？"_s);
 }
 
 void ClipboardImport::add(const store::NewEntry& entry) {
@@ -173,7 +172,7 @@ void ClipboardImport::add(const store::NewEntry& entry) {
 }
 
 void ClipboardImport::overwrite(const store::NewEntry& entry) {
-    store::RescueFile rescue(m_session, m_clock);
+    store::RescueFile rescue(m_run);
     try {
         m_import.overwrite(entry, [&](const store::Entry& row) { rescue.keep({row}, u"上書き"_s); });
     } catch (...) {
@@ -187,18 +186,17 @@ void ClipboardImport::tellEnd() {
     QString text = u"読み込み完了!"_s;
     for (const QString& day : std::as_const(m_days))
         text += u"\r\n"_s + day;
-    m_desk.message(MessageKind::Information, text);
-    m_desk.status(u"Clipboardから読み込み完了！"_s);
+    m_run.desk.message(MessageKind::Information, text);
+    m_run.desk.status(u"Clipboardから読み込み完了！"_s);
 }
 
 void ClipboardImport::refuse(const QString& text) {
-    m_desk.message(MessageKind::Critical, text);
+    m_run.desk.message(MessageKind::Critical, text);
 }
 
-QString GetClipboardText(const core::Session& session, platform::Desk& desk, const std::optional<QString>& clipboard,
-                         ParagraphTags tags) {
-    const std::optional<QString> text = textOf(desk, clipboard);
-    return text ? tagged(session, *text, tags) : QString();
+QString GetClipboardText(const core::Run& run, const std::optional<QString>& clipboard, ParagraphTags tags) {
+    const std::optional<QString> text = textOf(run.desk, clipboard);
+    return text ? tagged(run.session, *text, tags) : QString();
 }
 
 } // namespace velloria::exchange

@@ -1,9 +1,7 @@
 // Diary entries out of the clipboard.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "store/entry_import.h"
 
 #include <QStringList>
@@ -24,8 +22,7 @@ ParagraphTags importedParagraphs(const core::Session& session);
 /// platform::Failure; what was imported before stays.
 class ClipboardImport {
 public:
-    /// All outlive this.
-    ClipboardImport(const core::Session& session, const platform::Clock& clock, platform::Desk& desk);
+    explicit ClipboardImport(const core::Run& run);
 
     /// Any number of entries, each with its day, title and contents between full-width tags. Asks about days that have
     /// an entry. False when there was nothing to read, which is told.
@@ -48,15 +45,12 @@ private:
     void tellEnd();
     void refuse(const QString& text);
 
-    const core::Session& m_session;
-    const platform::Clock& m_clock;
-    platform::Desk& m_desk;
+    core::Run m_run;
     store::EntryImport m_import;
     QStringList m_days;
 };
 
 /// The clipboard's text with CR LF between its lines, as paragraphs if asked; "" behind a message when there is none.
-QString GetClipboardText(const core::Session& session, platform::Desk& desk, const std::optional<QString>& clipboard,
-                         ParagraphTags tags);
+QString GetClipboardText(const core::Run& run, const std::optional<QString>& clipboard, ParagraphTags tags);
 
 } // namespace velloria::exchange

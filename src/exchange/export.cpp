@@ -90,11 +90,10 @@ QString ExportCounts::text() const {
     return line;
 }
 
-clsExport::clsExport(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                     ExportSettings settings)
-    : m_session(session)
-    , m_store(store)
-    , m_desk(desk)
+clsExport::clsExport(const core::Run& run, ExportSettings settings)
+    : m_session(run.session)
+    , m_store(run)
+    , m_desk(run.desk)
     , m_settings(std::move(settings)) {}
 
 ExportOutcome clsExport::run(const std::optional<QString>& chosen) {

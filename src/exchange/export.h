@@ -1,8 +1,7 @@
 // The export: a period of the diary as text or HTML files, each entry a copy of a format file with its marks replaced.
 #pragma once
 
-#include "core/session.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "platform/file_write.h"
 #include "store/diary_store.h"
 
@@ -57,9 +56,7 @@ struct ExportCounts {
 
 class clsExport {
 public:
-    /// All outlive this.
-    clsExport(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-              ExportSettings settings);
+    clsExport(const core::Run& run, ExportSettings settings);
 
     /// The command as a whole: asks where to write unless `chosen` answers that already, writes, says so. Refused when
     /// no user format is named or the converter's settings are missing, which was told. Throws platform::Failure; of
@@ -98,7 +95,7 @@ private:
     void countProgress(int count);
 
     const core::Session& m_session;
-    const store::DiaryStore& m_store;
+    store::DiaryStore m_store;
     platform::Desk& m_desk;
     ExportSettings m_settings;
     QString m_path;

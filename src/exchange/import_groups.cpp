@@ -11,14 +11,13 @@ namespace velloria::exchange {
 
 using platform::MessageKind;
 
-std::optional<QStringList> deleteImportGroup(const core::Session& session, const platform::Clock& clock,
-                                             platform::Desk& desk, const QString& group) {
+std::optional<QStringList> deleteImportGroup(const core::Run& run, const QString& group) {
     if (platform::fold(group).isEmpty()) {
-        desk.message(MessageKind::Critical, u"削除するグループが選択されていないため、終了します。"_s);
+        run.desk.message(MessageKind::Critical, u"削除するグループが選択されていないため、終了します。"_s);
         return std::nullopt;
     }
-    const store::DiaryStore diary(session.databaseFile(), clock);
-    store::RescueFile rescue(session, clock);
+    const store::DiaryStore diary(run);
+    store::RescueFile rescue(run);
     QStringList days;
     const auto keep = [&](const std::vector<store::Entry>& rows) {
         rescue.keep(rows, u"削除"_s);

@@ -1,9 +1,7 @@
 // Entries that an import brought in, as the groups that can go again together.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
+#include "core/run.h"
 
 #include <QStringList>
 
@@ -15,8 +13,7 @@ namespace velloria::exchange {
 /// Removes the entries of a group without a question and closes up the numbers of their days. The rows go to the rescue
 /// file. Returns the days that lost entries, ascending; nothing when no group was named, which is told: "" marks what
 /// was written by hand. On failure, which is thrown, the diary is as it was.
-std::optional<QStringList> deleteImportGroup(const core::Session& session, const platform::Clock& clock,
-                                             platform::Desk& desk, const QString& group);
+std::optional<QStringList> deleteImportGroup(const core::Run& run, const QString& group);
 
 /// What follows: `makeGenres` makes "Genre.csv" anew, then a box says that it is done. A failure is thrown on and says
 /// that the entries are gone.

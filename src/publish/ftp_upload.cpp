@@ -30,17 +30,16 @@ QString oneLine(QString text) {
 
 } // namespace
 
-FtpUpload::FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk,
-                     const platform::Clock& clock, UploadCalls calls)
-    : m_session(session)
+FtpUpload::FtpUpload(const core::Run& run, Internet& internet, UploadCalls calls)
+    : m_session(run.session)
     , m_internet(internet)
-    , m_desk(desk)
-    , m_clock(clock)
+    , m_desk(run.desk)
+    , m_clock(run.clock)
     , m_calls(std::move(calls))
-    , m_view(desk)
-    , m_folders(internet, desk)
-    , m_files(session.databaseFile())
-    , m_siteFiles(session) {}
+    , m_view(run.desk)
+    , m_folders(internet, run.desk)
+    , m_files(run.session.databaseFile())
+    , m_siteFiles(run.session) {}
 
 UploadResult FtpUpload::FTP_Execute() {
     const auto untraced = qScopeGuard([this] { m_internet.traceTo({}); });

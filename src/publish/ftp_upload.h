@@ -1,9 +1,8 @@
 // The upload: the pages that were saved, the registered files and the logs go to the user's web server.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 #include "core/upload_list.h"
-#include "platform/clock.h"
 #include "platform/directory.h"
 #include "publish/ftp_folders.h"
 #include "publish/progress_view.h"
@@ -34,9 +33,8 @@ struct UploadResult {
 /// and the next one starts over. While one runs, no other begins with the same user's folder, in whatever program.
 class FtpUpload {
 public:
-    /// `clock` dates the log.
-    FtpUpload(const core::Session& session, Internet& internet, platform::Desk& desk, const platform::Clock& clock,
-              UploadCalls calls = {});
+    /// `internet` outlives this.
+    FtpUpload(const core::Run& run, Internet& internet, UploadCalls calls = {});
 
     /// From the first step to the last. A refusal of the machine ends the run like one of the server and is not thrown;
     /// what the ping throws, behind a finished upload, goes to the caller.

@@ -7,9 +7,9 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::publish {
 
-Ping::Ping(const core::Session& session, platform::Desk& desk)
-    : m_session(session)
-    , m_desk(desk) {}
+Ping::Ping(const core::Run& run)
+    : m_session(run.session)
+    , m_desk(run.desk) {}
 
 void Ping::MnuPING() const {
     const QString name = core::ReadIniDef(m_session.RSSIniFile, u"Setting"_s, u"Title"_s, u"日記"_s);

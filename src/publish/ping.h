@@ -1,14 +1,13 @@
 // Tells update-ping servers that the site has changed, through the plug-in "Chimer.dll".
 #pragma once
 
-#include "core/session.h"
-#include "platform/desk.h"
+#include "core/run.h"
 
 namespace velloria::publish {
 
 class Ping {
 public:
-    Ping(const core::Session& session, platform::Desk& desk);
+    explicit Ping(const core::Run& run);
 
     /// Hands the site's name and address and the list of servers to the plug-in and waits until it is done. An empty
     /// address goes out as well. Throws platform::Failure when the plug-in is missing, lacks a call or reports a

@@ -33,12 +33,12 @@ bool isEncrypted(const QString& address) {
 
 } // namespace
 
-UpdateCheck::UpdateCheck(const core::Session& session, Internet& internet, platform::Desk& desk, UpdateCalls calls)
-    : m_session(session)
+UpdateCheck::UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls calls)
+    : m_session(run.session)
     , m_internet(internet)
-    , m_desk(desk)
+    , m_desk(run.desk)
     , m_calls(std::move(calls))
-    , m_download(internet, desk, {m_calls.isProgramEnding, m_calls.isStopWanted}) {}
+    , m_download(internet, run.desk, {m_calls.isProgramEnding, m_calls.isStopWanted}) {}
 
 UpdateResult UpdateCheck::MnuUpdateCheck() {
     if (m_calls.stopBrowser)

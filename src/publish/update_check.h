@@ -1,8 +1,7 @@
 // Asks the maker's site for a newer program, fetches it, and hands over to the separate program that installs it.
 #pragma once
 
-#include "core/session.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "publish/download_http.h"
 
 #include <functional>
@@ -28,7 +27,7 @@ struct UpdateResult {
 /// as platform::Failure, behind the same ending: the session closed, the pointer at rest.
 class UpdateCheck {
 public:
-    UpdateCheck(const core::Session& session, Internet& internet, platform::Desk& desk, UpdateCalls calls = {});
+    UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls calls = {});
 
     /// From the maker's news to the started updater. Done as well when there is nothing newer, or when the fetched
     /// archive is left for later. An archive whose name would touch any file but an earlier archive is not fetched.

@@ -52,10 +52,10 @@ QString shownKey(const store::EntryKey& key) {
     return key.day == registers::kAllDays ? key.day : key.day + u" : "_s + QString::number(key.number);
 }
 
-FileRegistration::FileRegistration(const core::Session& session, platform::Desk& desk)
-    : m_session(session)
-    , m_desk(desk)
-    , m_files(session.databaseFile()) {}
+FileRegistration::FileRegistration(const core::Run& run)
+    : m_session(run.session)
+    , m_desk(run.desk)
+    , m_files(run.session.databaseFile()) {}
 
 platform::Outcome FileRegistration::ResistFile(const QString& path, const QString& day, qint16 number) {
     return ResistFile2(path, core::GetFileName(core::TrimNull(path)), day, number);

@@ -1,8 +1,7 @@
 // The register of files: pictures, style sheets and whatever else belongs to the site beside its pages.
 #pragma once
 
-#include "core/session.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "platform/outcome.h"
 #include "registers/file_register.h"
 
@@ -23,7 +22,7 @@ QString shownKey(const store::EntryKey& key);
 /// copied whose row could not be added.
 class FileRegistration {
 public:
-    FileRegistration(const core::Session& session, platform::Desk& desk);
+    explicit FileRegistration(const core::Run& run);
 
     /// Registers a file for an entry, for a day of "ALL" and number 0 for the whole site, under its own name. A name
     /// that is new is copied; one that is known for another entry gets a row alone; one that is known for this very

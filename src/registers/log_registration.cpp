@@ -49,10 +49,10 @@ std::optional<QString> yearProblem(const QString& year) {
     return std::nullopt;
 }
 
-LogRegistration::LogRegistration(const core::Session& session, platform::Desk& desk)
-    : m_session(session)
-    , m_desk(desk)
-    , m_logs(session.databaseFile()) {}
+LogRegistration::LogRegistration(const core::Run& run)
+    : m_session(run.session)
+    , m_desk(run.desk)
+    , m_logs(run.session.databaseFile()) {}
 
 platform::Outcome LogRegistration::ResistLogFile(const QString& path, const QString& year, const QString& month) {
     if (path.isEmpty() || year.isEmpty() || month.isEmpty())

@@ -1,8 +1,7 @@
 // The register of log pages: which page stands for which month in the site's list of logs.
 #pragma once
 
-#include "core/session.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "platform/outcome.h"
 #include "registers/log_register.h"
 
@@ -24,7 +23,7 @@ std::optional<QString> yearProblem(const QString& year);
 /// may lie in one of the two folders though its row could not be added.
 class LogRegistration {
 public:
-    LogRegistration(const core::Session& session, platform::Desk& desk);
+    explicit LogRegistration(const core::Run& run);
 
     /// Registers a page for a month and keeps its folder as the one where the file dialog begins. A name that is
     /// registered already, for whatever month, is the same log: its page is replaced when the user says so, its row

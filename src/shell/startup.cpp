@@ -66,10 +66,10 @@ bool fitsSettingsWithAllBelow(const QString& folder) {
 
 } // namespace
 
-Startup::Startup(Session& session, platform::Desk& desk, const platform::Clock& clock)
-    : m_session(session)
-    , m_desk(desk)
-    , m_clock(clock) {}
+Startup::Startup(const Run& run)
+    : m_session(run.session)
+    , m_desk(run.desk)
+    , m_clock(run.clock) {}
 
 StartResult Startup::run(const QString& myPath, const std::optional<Login>& login) {
     return enter(myPath, login) == StartResult::Ended ? StartResult::Ended : prepare();

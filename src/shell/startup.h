@@ -1,9 +1,7 @@
 // The start of a run: user, folders, first-run files, database version, settings files.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
+#include "core/run.h"
 
 #include <optional>
 
@@ -22,8 +20,8 @@ enum class StartResult {
 
 class Startup {
 public:
-    /// All outlive this; `session` is filled.
-    Startup(core::Session& session, platform::Desk& desk, const platform::Clock& clock);
+    /// The session of the run is filled.
+    explicit Startup(const core::Run& run);
 
     /// The start up to the windows: enter and prepare.
     StartResult run(const QString& myPath, const std::optional<Login>& login);

@@ -85,12 +85,11 @@ FeedItem itemOf(const store::Entry& entry, const QString& address, const convert
 
 } // namespace
 
-clsRSSreader::clsRSSreader(const core::Session& session, const SiteSettings& settings, const store::DiaryStore& store,
-                           const platform::Clock& clock)
-    : m_session(session)
+clsRSSreader::clsRSSreader(const core::Run& run, const SiteSettings& settings)
+    : m_session(run.session)
     , m_settings(settings)
-    , m_store(store)
-    , m_clock(clock) {}
+    , m_store(run)
+    , m_clock(run.clock) {}
 
 bool clsRSSreader::Initialize(const QString& rssIniFile) {
     if (!platform::fileExists(rssIniFile))

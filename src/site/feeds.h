@@ -1,8 +1,7 @@
 // The four feeds beside the month page: RSS 0.91, RSS 1.0, RSS 2.0 and Atom 0.3.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
+#include "core/run.h"
 #include "site/feed_formats.h"
 #include "site/site_settings.h"
 #include "store/diary_store.h"
@@ -13,9 +12,8 @@ namespace velloria::site {
 /// the newest public entry. Files are UTF-8 without byte order mark, lines end in CR LF.
 class clsRSSreader {
 public:
-    /// All outlive this.
-    clsRSSreader(const core::Session& session, const SiteSettings& settings, const store::DiaryStore& store,
-                 const platform::Clock& clock);
+    /// `settings` outlive this.
+    clsRSSreader(const core::Run& run, const SiteSettings& settings);
 
     /// Whether feeds can be made: the settings file exists and names the address of the diary.
     bool Initialize(const QString& rssIniFile);
@@ -38,7 +36,7 @@ private:
 
     const core::Session& m_session;
     const SiteSettings& m_settings;
-    const store::DiaryStore& m_store;
+    store::DiaryStore m_store;
     const platform::Clock& m_clock;
     QString m_diaryUrl; ///< as it is set; the channel holds the form that a feed can print
     FeedChannel m_channel;

@@ -8,6 +8,7 @@
 #include "site/entry_look.h"
 #include "site/local_page.h"
 #include "site/site_keys.h"
+#include "store/diary_store.h"
 
 #include <vector>
 
@@ -115,16 +116,16 @@ bool isWithin(const std::optional<SearchForm::Dates>& period, const QString& day
 
 } // namespace
 
-std::optional<Search> checkSearch(const SearchForm& form, const platform::Clock& clock, platform::Desk& desk) {
+std::optional<Search> checkSearch(const core::Run& run, const SearchForm& form) {
     const auto refuse = [&](const QString& text) {
-        desk.message(platform::MessageKind::Critical, text);
+        run.desk.message(platform::MessageKind::Critical, text);
         return std::nullopt;
     };
     if (form.word.isEmpty())
         return refuse(u"検索語が設定されていません。"_s);
     Search search{form.word, std::nullopt, std::nullopt};
     if (form.term) {
-        const int yearNow = clock.now().date().year();
+        const int yearNow = run.clock.now().date().year();
         const std::optional<QDate> start = dayOf(form.term->start, yearNow);
         if (!start)
             return refuse(u"開始期間が正しく設定されていません。\r\n(YYYY/MM/DD形式で入力して下さい)"_s);
@@ -143,9 +144,8 @@ std::optional<Search> checkSearch(const SearchForm& form, const platform::Clock&
     return search;
 }
 
-int MakeFindPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
-                 const Search& search) {
-    const site::SiteSettings settings(session);
+int MakeFindPage(const core::Run& run, const QString& path, const Search& search) {
+    const site::SiteSettings settings(run.session);
     const bool hasList = settings.number(keys::day_list::kUse) != 0;
     const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
     const site::EntryLook look(settings, QString::fromUtf16(site::kTopOfPage), site::EntriesOf::Search);
@@ -155,7 +155,7 @@ int MakeFindPage(const core::Session& session, const store::DiaryStore& store, c
 
     // The list comes first on the page, and the diary is read once: the entries wait for their turn.
     std::vector<store::Entry> found;
-    store.FindEntries({search.word, search.genre}, [&](store::Entry& entry) {
+    store::DiaryStore(run).FindEntries({search.word, search.genre}, [&](store::Entry& entry) {
         if (!isWithin(search.period, entry.day))
             return;
         if (hasList)
@@ -176,7 +176,7 @@ int MakeFindPage(const core::Session& session, const store::DiaryStore& store, c
         entries.finish();
         write("</BODY></HTML>\r\n");
     };
-    const unsigned mode = site::localPageMode(session);
+    const unsigned mode = site::localPageMode(run.session);
     platform::limitMode(path, mode);
     platform::replaceFile(path, produce, platform::Durability::Derived, mode);
     return int(found.size());

@@ -1,10 +1,7 @@
 // The search of the diary: what is asked, and the page of what was found.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
-#include "store/diary_store.h"
+#include "core/run.h"
 
 #include <optional>
 
@@ -30,13 +27,12 @@ struct Search {
     std::optional<QString> genre;
 };
 
-/// The form as a search; nothing when it can't be one, which is told. `clock` gives the year of a date without one.
-std::optional<Search> checkSearch(const SearchForm& form, const platform::Clock& clock, platform::Desk& desk);
+/// The form as a search; nothing when it can't be one, which is told. The clock gives the year of a date without one.
+std::optional<Search> checkSearch(const core::Run& run, const SearchForm& form);
 
 /// Writes the page of all entries that the search finds, private ones too, and returns their number. Throws
 /// platform::Failure.
-int MakeFindPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
-                 const Search& search);
+int MakeFindPage(const core::Run& run, const QString& path, const Search& search);
 
 /// "検索結果(2件見つかりました)", and what the status panel says.
 QString findCaption(int count);

@@ -33,15 +33,13 @@ LogMonth monthToLog(const QDate& today) {
     return {QString::number(month.year()), QString::number(month.month())};
 }
 
-LogArchive::LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                       const platform::Clock& clock, registers::SiteFiles* siteFiles)
-    : m_session(session)
-    , m_store(store)
-    , m_desk(desk)
-    , m_clock(clock)
-    , m_files(session.databaseFile())
-    , m_logs(session.databaseFile())
-    , m_siteFiles(siteFiles ? *siteFiles : m_ownSiteFiles.emplace(session)) {}
+LogArchive::LogArchive(const core::Run& run, registers::SiteFiles* siteFiles)
+    : m_session(run.session)
+    , m_desk(run.desk)
+    , m_monthPage(run)
+    , m_files(run.session.databaseFile())
+    , m_logs(run.session.databaseFile())
+    , m_siteFiles(siteFiles ? *siteFiles : m_ownSiteFiles.emplace(run.session)) {}
 
 void LogArchive::save(const QString& year, const QString& typedMonth, const std::function<void()>& beforeLastBox) {
     const QString month = typedMonth.size() == 1 ? u'0' + typedMonth : typedMonth;
@@ -53,9 +51,8 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
         platform::makeFolder(root + u"DiaryLog"_s);
 
     // The list on disk may be that of another run by now.
-    const std::vector<core::UploadRow> pages = MonthPage(m_session, m_store, m_clock)
-                                                   .MakeHTML(m_session.DataPath + u"DiaryLog/"_s + logName, yearMonth,
-                                                             PageKind::Log, MakeList::Yes, WithPrivate::No);
+    const std::vector<core::UploadRow> pages = m_monthPage.MakeHTML(
+        m_session.DataPath + u"DiaryLog/"_s + logName, yearMonth, PageKind::Log, MakeList::Yes, WithPrivate::No);
     if (!m_session.FilePath.isEmpty())
         copyPages(pages);
     core::appendUploadList(m_session.UserPath + u"uploadlog.tmp"_s, pages);

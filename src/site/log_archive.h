@@ -1,15 +1,13 @@
 // Freezes a month: its page as a log page, its files beside it, its row in the list of logs.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 #include "core/upload_list.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
 #include "platform/directory.h"
 #include "registers/file_register.h"
 #include "registers/log_register.h"
 #include "registers/site_files.h"
-#include "store/diary_store.h"
+#include "site/month_page.h"
 
 #include <QDate>
 
@@ -29,10 +27,9 @@ LogMonth monthToLog(const QDate& today);
 
 class LogArchive {
 public:
-    /// All outlive this. `siteFiles` are those of a command of which this is a step: it chooses among the registered
+    /// `siteFiles` outlive this and are those of a command of which this is a step: it chooses among the registered
     /// files and tells of that itself.
-    LogArchive(const core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-               const platform::Clock& clock, registers::SiteFiles* siteFiles = nullptr);
+    explicit LogArchive(const core::Run& run, registers::SiteFiles* siteFiles = nullptr);
     LogArchive(const LogArchive&) = delete;
     LogArchive& operator=(const LogArchive&) = delete;
 
@@ -56,9 +53,8 @@ private:
     QStringList roots() const;
 
     const core::Session& m_session;
-    const store::DiaryStore& m_store;
     platform::Desk& m_desk;
-    const platform::Clock& m_clock;
+    MonthPage m_monthPage;
     registers::FileRegister m_files;
     registers::LogRegister m_logs;
     std::optional<registers::SiteFiles> m_ownSiteFiles; ///< of a command of its own

@@ -45,18 +45,17 @@ void printHeading(Page& page, const MonthRun& run, const std::optional<QDate>& m
 
 } // namespace
 
-MonthPage::MonthPage(const core::Session& session, const store::DiaryStore& store, const platform::Clock& clock)
-    : m_session(session)
-    , m_store(store)
-    , m_clock(clock)
-    , m_logs(session.databaseFile()) {}
+MonthPage::MonthPage(const core::Run& run)
+    : m_run(run)
+    , m_store(run)
+    , m_logs(run.session.databaseFile()) {}
 
 std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QString& yearMonth, PageKind pageKind,
                                                  MakeList makeList, WithPrivate withPrivate) {
-    const SiteSettings settings(m_session);
-    const std::optional<QDate> month = dateOf(yearMonth, m_clock.now().date().year(), pageKind);
-    Pages pages(isPreview(path) ? localPageMode(m_session) : kOrdinaryMode);
-    MonthRun run{m_session, settings, pages, path, yearMonth, pageKind};
+    const SiteSettings settings(m_run.session);
+    const std::optional<QDate> month = dateOf(yearMonth, m_run.clock.now().date().year(), pageKind);
+    Pages pages(isPreview(path) ? localPageMode(m_run.session) : kOrdinaryMode);
+    MonthRun run{m_run.session, settings, pages, path, yearMonth, pageKind};
     readDivision(run);
     readEntries(run, withPrivate);
     requireNumbers(run, month.has_value());
@@ -78,17 +77,17 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
     const std::vector<core::UploadRow> rows = listOf(run);
     const QString list = pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
     if (makeList == MakeList::Yes)
-        core::writeUploadList(m_session.UserPath + list, rows);
-    if (isPreview(path) && uploadTakesFrom(m_session.DataPath))
-        removeOldDayPages(m_session);
+        core::writeUploadList(m_run.session.UserPath + list, rows);
+    if (isPreview(path) && uploadTakesFrom(m_run.session.DataPath))
+        removeOldDayPages(m_run.session);
     return rows;
 }
 
 void MonthPage::makeFeeds(MonthRun& run) const {
     if (run.pageKind != PageKind::Current || !run.settings.isOn(keys::rss::kRSSOn))
         return;
-    clsRSSreader feeds(m_session, run.settings, m_store, m_clock);
-    run.rssOn = feeds.Initialize(m_session.RSSIniFile);
+    clsRSSreader feeds(m_run, run.settings);
+    run.rssOn = feeds.Initialize(m_run.session.RSSIniFile);
     if (!run.rssOn)
         return;
     feeds.SetFilePath(run.path);
@@ -101,7 +100,7 @@ void MonthPage::readDivision(MonthRun& run) const {
     if (isCurrent || run.settings.isOn(keys::divide::kLogDivide))
         run.division = Division::read(run.settings);
     // A preview with private entries must not take the name of a day page that the upload sends to the server.
-    if (isPreview(run.path) && uploadTakesFrom(m_session.DataPath))
+    if (isPreview(run.path) && uploadTakesFrom(m_run.session.DataPath))
         run.division.useFileName2Day = 0;
     run.frameOn = isCurrent && run.settings.isOn(keys::frame::kFrameOn);
 }
@@ -109,14 +108,14 @@ void MonthPage::readDivision(MonthRun& run) const {
 bool MonthPage::isPreview(const QString& path) const {
     const QString name = core::GetFileName(path);
     return (name == u"tmp.htm"_s || name == u"Customize.htm"_s) &&
-           platform::isSameFile(core::GetParentFolder(path), m_session.DataPath);
+           platform::isSameFile(core::GetParentFolder(path), m_run.session.DataPath);
 }
 
 /// Whether the site lies there, or did so when its list was made: a Save As that failed or was killed leaves its list.
 bool MonthPage::uploadTakesFrom(const QString& folder) const {
-    if (platform::isSameFile(m_session.FilePath, folder))
+    if (platform::isSameFile(m_run.session.FilePath, folder))
         return true;
-    const std::vector<core::UploadRow> rows = core::readUploadList(m_session.UserPath + u"upload.tmp"_s);
+    const std::vector<core::UploadRow> rows = core::readUploadList(m_run.session.UserPath + u"upload.tmp"_s);
     return std::any_of(rows.begin(), rows.end(),
                        [&](const core::UploadRow& row) { return platform::isSameFile(row.folder, folder); });
 }

@@ -1,9 +1,8 @@
 // The generator: everything that belongs to one month of the site.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 #include "core/upload_list.h"
-#include "platform/clock.h"
 #include "registers/log_register.h"
 #include "site/month_run.h"
 #include "store/diary_store.h"
@@ -14,8 +13,7 @@ namespace velloria::site {
 /// when it is done: divided pages first, the month file last. Throws platform::Failure; what was not done stays old.
 class MonthPage {
 public:
-    /// All outlive this.
-    MonthPage(const core::Session& session, const store::DiaryStore& store, const platform::Clock& clock);
+    explicit MonthPage(const core::Run& run);
 
     /// Writes the month `yearMonth` ("yyyy/mm") to `path` with all that hangs on it: frames, divided pages and, for a
     /// current page, the feeds; with MakeList::Yes also the list of these files for the upload. A text that is no month
@@ -36,9 +34,8 @@ private:
     void printFoot(MonthRun& run) const;
     static std::vector<core::UploadRow> listOf(const MonthRun& run);
 
-    const core::Session& m_session;
-    const store::DiaryStore& m_store;
-    const platform::Clock& m_clock;
+    core::Run m_run;
+    store::DiaryStore m_store;
     registers::LogRegister m_logs;
 };
 

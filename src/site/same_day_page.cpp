@@ -3,6 +3,7 @@
 #include "site/entry_look.h"
 #include "site/local_page.h"
 #include "site/site_keys.h"
+#include "store/diary_store.h"
 
 using namespace Qt::StringLiterals;
 
@@ -63,14 +64,13 @@ void printTable(Page& page, const SiteSettings& settings, const QString& tableLi
 
 } // namespace
 
-int MakeSameDayPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
-                    const QString& day) {
-    const SiteSettings settings(session);
-    const std::vector<store::Entry> entries = store.SameDayEntries(day);
+int MakeSameDayPage(const core::Run& run, const QString& path, const QString& day) {
+    const SiteSettings settings(run.session);
+    const std::vector<store::Entry> entries = store::DiaryStore(run).SameDayEntries(day);
     const bool isTable = settings.text(keys::contents::kHTMLType) == u"1"_s;
     const QString tableLine = entryTableLine(settings);
     const bool hasTitles = settings.isOn(keys::day_list::kAddTitle);
-    Pages pages(localPageMode(session));
+    Pages pages(localPageMode(run.session));
     Page& page = pages.create(path);
     printLocalHead(page, settings, day.mid(5) + u"の日記"_s);
     if (settings.number(keys::day_list::kUse) != 0)

@@ -1,14 +1,12 @@
 // This day in other years: a local page that never goes to the site.
 #pragma once
 
-#include "core/session.h"
-#include "store/diary_store.h"
+#include "core/run.h"
 
 namespace velloria::site {
 
 /// Writes the entries of the month and day of `day` ("yyyy/mm/dd") in all other years, private ones too, to `path`:
 /// newest year first, within a day lowest number first. Returns their number. Throws platform::Failure.
-int MakeSameDayPage(const core::Session& session, const store::DiaryStore& store, const QString& path,
-                    const QString& day);
+int MakeSameDayPage(const core::Run& run, const QString& path, const QString& day);
 
 } // namespace velloria::site

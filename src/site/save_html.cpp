@@ -12,7 +12,6 @@
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
 #include "registers/file_register.h"
-#include "site/month_page.h"
 #include "site/weather.h"
 
 #include <QFileInfo>
@@ -41,13 +40,11 @@ QString storedForm(const QString& name) {
 
 } // namespace
 
-SaveHtml::SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                   const platform::Clock& clock)
-    : m_session(session)
-    , m_store(store)
-    , m_desk(desk)
-    , m_clock(clock)
-    , m_siteFiles(session) {}
+SaveHtml::SaveHtml(const core::Run& run)
+    : m_session(run.session)
+    , m_desk(run.desk)
+    , m_monthPage(run)
+    , m_siteFiles(run.session) {}
 
 platform::Outcome SaveHtml::saveCommand() {
     if (m_session.FilePath.isEmpty() || m_session.FileName.isEmpty())
@@ -147,9 +144,8 @@ void SaveHtml::SaveHTML() {
         throw platform::Failure(u"プレビューなどに使われる名前のページは、データフォルダに保存できません。"_s,
                                 m_session.FilePath + m_session.FileName, {},
                                 u"名前を付けて保存で、別の名前かフォルダを指定してください。"_s);
-    m_listed = MonthPage(m_session, m_store, m_clock)
-                   .MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today), PageKind::Current,
-                             MakeList::Yes, WithPrivate::No);
+    m_listed = m_monthPage.MakeHTML(m_session.FilePath + m_session.FileName, core::monthOf(m_session.Today),
+                                    PageKind::Current, MakeList::Yes, WithPrivate::No);
     placeWeatherPictures(m_session, m_siteFiles);
     copyParts();
     core::SettingsChange target; // two programs that save at once must not end with one's folder and the other's name
@@ -183,9 +179,8 @@ void SaveHtml::copyParts() {
 
 void SaveHtml::SaveTmpFile() {
     const platform::Hourglass hourglass(m_desk);
-    MonthPage(m_session, m_store, m_clock)
-        .MakeHTML(m_session.DataPath + u"tmp.htm"_s, core::monthOf(m_session.EnterDay), PageKind::Current, MakeList::No,
-                  WithPrivate::Yes);
+    m_monthPage.MakeHTML(m_session.DataPath + u"tmp.htm"_s, core::monthOf(m_session.EnterDay), PageKind::Current,
+                         MakeList::No, WithPrivate::Yes);
 }
 
 void SaveHtml::previewStep() {

@@ -1,13 +1,11 @@
 // The commands that turn the diary into files: Save HTML, Save HTML As, and the preview.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 #include "core/upload_list.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
 #include "platform/outcome.h"
 #include "registers/site_files.h"
-#include "store/diary_store.h"
+#include "site/month_page.h"
 
 #include <functional>
 #include <optional>
@@ -16,9 +14,8 @@ namespace velloria::site {
 
 class SaveHtml {
 public:
-    /// All outlive this. A Save As changes `FilePath` and `FileName` of the session.
-    SaveHtml(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-             const platform::Clock& clock);
+    /// A Save As changes `FilePath` and `FileName` of the session.
+    explicit SaveHtml(const core::Run& run);
 
     /// The command Save HTML: without a known target as Save HTML As.
     platform::Outcome saveCommand();
@@ -54,9 +51,8 @@ private:
     void copyParts();
 
     core::Session& m_session;
-    const store::DiaryStore& m_store;
     platform::Desk& m_desk;
-    const platform::Clock& m_clock;
+    MonthPage m_monthPage;
     registers::SiteFiles m_siteFiles;
     std::vector<core::UploadRow> m_listed; ///< what this has put into "upload.tmp"
 };

@@ -19,10 +19,11 @@ bool isWithin(const QString& month, const QString& from, const QString& to) {
 
 } // namespace
 
-RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                          const platform::Clock& clock, const QString& from, const QString& to) {
+RebuildResult rebuildSite(const core::Run& run, const QString& from, const QString& to) {
+    const core::Session& session = run.session;
+    platform::Desk& desk = run.desk;
     RebuildResult result;
-    SaveHtml saver(session, store, desk, clock);
+    SaveHtml saver(run);
     // Asked for first: the logs are to lie in the site folder as well.
     if ((session.FilePath.isEmpty() || session.FileName.isEmpty()) &&
         saver.chooseTarget() == platform::Outcome::Refused) {
@@ -32,7 +33,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
     const platform::Hourglass hourglass(desk);
     const QString currentMonth = core::monthOf(session.Today);
     QStringList months;
-    for (const QString& month : store.months()) {
+    for (const QString& month : store::DiaryStore(run).months()) {
         if (core::isMonthKey(month) && month < currentMonth && isWithin(month, from, to))
             months += month;
     }
@@ -49,7 +50,7 @@ RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store
             return false;
         }
     };
-    LogArchive archive(session, store, desk, clock, &saver.siteFiles());
+    LogArchive archive(run, &saver.siteFiles());
     int done = 0;
     for (const QString& month : months) {
         if (attempt(month, [&] { archive.save(month.left(4), month.right(2)); }))

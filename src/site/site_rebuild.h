@@ -1,12 +1,9 @@
 // The whole site anew: all past months as logs, then the current month.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
-#include "platform/desk.h"
+#include "core/run.h"
 #include "platform/outcome.h"
 #include "site/save_html.h"
-#include "store/diary_store.h"
 
 namespace velloria::site {
 
@@ -22,7 +19,6 @@ struct RebuildResult {
 /// too. The weather pictures are placed ahead of the logs, and each log is listed once for the upload however often it
 /// was made. A month that fails is told about and the rest goes on; throws platform::Failure when the site folder is
 /// gone.
-RebuildResult rebuildSite(core::Session& session, const store::DiaryStore& store, platform::Desk& desk,
-                          const platform::Clock& clock, const QString& from, const QString& to);
+RebuildResult rebuildSite(const core::Run& run, const QString& from, const QString& to);
 
 } // namespace velloria::site

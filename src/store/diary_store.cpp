@@ -115,6 +115,9 @@ void tell(const BeforeLoss& beforeLoss, const std::vector<Entry>& rows) {
 
 } // namespace
 
+DiaryStore::DiaryStore(const core::Run& run)
+    : DiaryStore(run.session.databaseFile(), run.clock) {}
+
 DiaryStore::DiaryStore(QString file, const platform::Clock& clock)
     : m_file(std::move(file))
     , m_clock(clock) {}

@@ -1,7 +1,7 @@
 // The diary database: entries by day and number, one SQLite file a user.
 #pragma once
 
-#include "platform/clock.h"
+#include "core/run.h"
 #include "store/entry.h"
 
 #include <QStringList>
@@ -59,6 +59,8 @@ using BeforeLoss = std::function<void(const std::vector<Entry>&)>;
 /// a value with a double quote fails the operations that take it as a literal, and changes nothing.
 class DiaryStore {
 public:
+    /// The diary of the run.
+    explicit DiaryStore(const core::Run& run);
     /// `clock` stamps what is saved and outlives the store.
     DiaryStore(QString file, const platform::Clock& clock);
 

@@ -5,6 +5,7 @@
 #include "platform/directory.h"
 #include "platform/file_write.h"
 #include "platform/text_fold.h"
+#include "store/diary_store.h"
 
 #include <QSet>
 
@@ -23,24 +24,24 @@ QString listForm(QString genre) {
     return platform::fold(platform::decodeReferences(platform::fromCodePage(platform::toCodePage(genre))));
 }
 
-void makeList(const core::Session& session, const store::DiaryStore& store) {
-    core::writeLines(listFile(session), QStringList{u"一般"_s} + store.ListGenres());
+void makeList(const core::Run& run) {
+    core::writeLines(listFile(run.session), QStringList{u"一般"_s} + DiaryStore(run).ListGenres());
 }
 
 } // namespace
 
-QStringList readGenres(const core::Session& session, const store::DiaryStore& store) {
-    if (!platform::fileExists(listFile(session)))
-        MakeGenretxt(session, store);
-    return core::readLines(listFile(session));
+QStringList readGenres(const core::Run& run) {
+    if (!platform::fileExists(listFile(run.session)))
+        MakeGenretxt(run);
+    return core::readLines(listFile(run.session));
 }
 
-void addGenres(const core::Session& session, const store::DiaryStore& store, const QStringList& genres) {
+void addGenres(const core::Run& run, const QStringList& genres) {
     // Two programs may add to the list at once.
-    const platform::FolderLock lock(session.DataPath);
-    if (!platform::fileExists(listFile(session)))
-        makeList(session, store);
-    QStringList known = core::readLines(listFile(session));
+    const platform::FolderLock lock(run.session.DataPath);
+    if (!platform::fileExists(listFile(run.session)))
+        makeList(run);
+    QStringList known = core::readLines(listFile(run.session));
     const qsizetype before = known.size();
     QSet<QString> folds;
     for (const QString& genre : known)
@@ -53,12 +54,12 @@ void addGenres(const core::Session& session, const store::DiaryStore& store, con
         folds.insert(form);
     }
     if (known.size() > before)
-        core::writeLines(listFile(session), known);
+        core::writeLines(listFile(run.session), known);
 }
 
-void MakeGenretxt(const core::Session& session, const store::DiaryStore& store) {
-    const platform::FolderLock lock(session.DataPath);
-    makeList(session, store);
+void MakeGenretxt(const core::Run& run) {
+    const platform::FolderLock lock(run.session.DataPath);
+    makeList(run);
 }
 
 } // namespace velloria::store

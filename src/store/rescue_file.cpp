@@ -46,11 +46,11 @@ void endLastLine(const QString& path, const QString& damagedFile) {
 
 } // namespace
 
-RescueFile::RescueFile(const core::Session& session, const platform::Clock& clock)
-    : m_file(session.UserPath + u"rescue.jsonl"_s)
-    , m_clock(clock)
-    , m_isOn(core::ReadIniDef(session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name, u"1"_s) !=
-             u"0"_s) {}
+RescueFile::RescueFile(const core::Run& run)
+    : m_file(run.session.UserPath + u"rescue.jsonl"_s)
+    , m_clock(run.clock)
+    , m_isOn(core::ReadIniDef(run.session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name,
+                              u"1"_s) != u"0"_s) {}
 
 void RescueFile::keep(const std::vector<Entry>& entries, const QString& reason) {
     if (!m_isOn || entries.empty())

@@ -1,8 +1,7 @@
 // The rescue file: every text or row that a rule overwrites, drops or deletes, so that nobody loses what they wrote.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
+#include "core/run.h"
 #include "store/entry.h"
 
 #include <vector>
@@ -15,8 +14,7 @@ namespace velloria::store {
 /// off, for somebody who deletes for privacy.
 class RescueFile {
 public:
-    /// Both outlive this.
-    RescueFile(const core::Session& session, const platform::Clock& clock);
+    explicit RescueFile(const core::Run& run);
 
     /// Whether anything is kept at all.
     bool isOn() const { return m_isOn; }

@@ -67,7 +67,7 @@ TEST_F(Viewer, StaysForEveryOtherEvent) {
 
 TEST_F(Viewer, IsClosedByTheButtonOfTheProgramsOwnPage) {
     write(u"2003/05/06"_s, u"last year"_s);
-    site::MakeSameDayPage(session, diary(), pagePath(u"oldtmp.htm"_s), session.EnterDay);
+    site::MakeSameDayPage(context, pagePath(u"oldtmp.htm"_s), session.EnterDay);
     show(u"oldtmp.htm"_s);
     EXPECT_TRUE(textOf(viewer()).contains(u"last year"_s));
     click(u"document.getElementsByName('Close')[0]"_s);
@@ -136,13 +136,12 @@ class EntryViewer : public Viewer {
 protected:
     /// The page of the same day in other years, as the editor shows it.
     void showSameDay() {
-        site::MakeSameDayPage(session, diary(), pagePath(u"oldtmp.htm"_s), session.EnterDay);
+        site::MakeSameDayPage(context, pagePath(u"oldtmp.htm"_s), session.EnterDay);
         viewer().showPage(u"過去の日記"_s, pagePath(u"oldtmp.htm"_s));
         EXPECT_TRUE(becomesTrue(viewer(), u"document.querySelectorAll('a[href^=\"event:\"]').length > 0"_s));
     }
     void showFound(const QString& word) {
-        const store::DiaryStore store(session.databaseFile(), *clock);
-        site::MakeFindPage(session, store, pagePath(u"findtmp.htm"_s), {word, std::nullopt, std::nullopt});
+        site::MakeFindPage(context, pagePath(u"findtmp.htm"_s), {word, std::nullopt, std::nullopt});
         viewer().showPage(u"found"_s, pagePath(u"findtmp.htm"_s));
         EXPECT_TRUE(becomesTrue(viewer(), u"document.querySelectorAll('a[href^=\"event:\"]').length > 0"_s));
     }

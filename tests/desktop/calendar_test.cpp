@@ -310,7 +310,7 @@ TEST_F(Calendar, ADayIsPrivateWhileAllItsEntriesAre) {
 
 TEST_F(Calendar, TodayIsTheClocksDayAndNotTheChosenOne) {
     clickDay(20);
-    EXPECT_EQ(month().today(), clock->now().date());
+    EXPECT_EQ(month().today(), clock.now().date());
     EXPECT_EQ(month().value(), QDate(2004, 5, 20));
 }
 

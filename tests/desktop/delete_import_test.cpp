@@ -91,7 +91,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
         std::function<void()> whenTold;
     } watched;
     contents().MakeGenretxt();
-    desktop::Context other{session, *clock, watched};
+    desktop::Context other{{session, clock, watched}};
     other.mdi = context.mdi;
     auto& list = control<desktop::Combo>(other.windows.get<editor::frmContents>(), u"ComboGenre"_s);
     EXPECT_GE(list.findText(u"genre of imported"_s), 0);
@@ -144,7 +144,7 @@ TEST_F(DeleteImport, ManyDaysAreToldOnceEachAndWithoutAnyLoss) {
     const double least = secondsOf([&] { diary().DeleteImportBatch(u"many"_s); });
     sql(many);
     std::optional<QStringList> days;
-    const double taken = secondsOf([&] { days = exchange::deleteImportGroup(session, *clock, desk, u"many"_s); });
+    const double taken = secondsOf([&] { days = exchange::deleteImportGroup(run, u"many"_s); });
     ASSERT_TRUE(days);
     EXPECT_EQ(days->size(), 30'000);
     EXPECT_EQ(days->first(), u"1900/01/01"_s);

@@ -176,7 +176,7 @@ TEST_F(ExportWindow, OkIsOffAndTheWindowStaysWhileItWrites) {
     } watched;
     window()->reject();
     settle();
-    desktop::Context other{session, *clock, watched};
+    desktop::Context other{{session, clock, watched}};
     other.mdi = context.mdi;
     watched.answers.append(out(u"x.txt"_s));
     auto& shown = other.windows.get<exchange::frmExport>();

@@ -30,17 +30,12 @@ protected:
     }
     QString proposedBySaveAs() {
         return proposedBy([&] {
-            const store::DiaryStore store = diary();
-            site::SaveHtml(session, store, qtDesk, *clock).saveAsCommand();
+            site::SaveHtml({session, clock, qtDesk}).saveAsCommand();
             qtDesk.message(platform::MessageKind::Plain, u"end"_s, u"Velloria"_s);
         });
     }
     QString proposedFor(const exchange::ExportSettings& settings) {
-        return proposedBy([&] {
-                   const store::DiaryStore store = diary();
-                   exchange::clsExport(session, store, qtDesk, settings).run();
-               })
-            .section(u'|', 1);
+        return proposedBy([&] { exchange::clsExport({session, clock, qtDesk}, settings).run(); }).section(u'|', 1);
     }
 
     desktop::QtDesk qtDesk;

@@ -97,7 +97,7 @@ protected:
 
     Spy spy;
     desktop::QtDesk qtDesk;
-    desktop::Context context{session, *clock, qtDesk};
+    desktop::Context context{{session, clock, qtDesk}};
 };
 
 } // namespace velloria::tests

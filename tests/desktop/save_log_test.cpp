@@ -96,7 +96,7 @@ TEST_F(SaveLog, WithoutASiteFolderThePanelSaysSoAtTheEnd) {
     private:
         shell::MDIFormTop& m_top;
     } shown(top());
-    desktop::Context other{session, *clock, shown};
+    desktop::Context other{{session, clock, shown}};
     other.mdi = context.mdi;
     const auto panelAtTheEnd = [&] {
         other.windows.get<site::frmSaveLog>().showWindow();
@@ -141,7 +141,7 @@ TEST_F(SaveLog, TheWindowIsHiddenInFrontOfTheBoxAndSaveIsOffMeanwhile) {
         bool isSaveOn = false;
         bool isVisible = true;
     } watched;
-    desktop::Context other{session, *clock, watched};
+    desktop::Context other{{session, clock, watched}};
     other.mdi = context.mdi;
     auto& shown = other.windows.get<site::frmSaveLog>();
     shown.showWindow();

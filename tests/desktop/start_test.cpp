@@ -54,7 +54,7 @@ protected:
         QFile::copy(path(u"default.mdb"_s), path(id + u"/diary.mdb"_s));
     }
 
-    desktop::Context context{session, *clock, desk};
+    desktop::Context context{run};
 };
 
 TEST_F(DesktopStart, ShowsTheWindowsOfAFirstRun) {

@@ -30,7 +30,7 @@ protected:
         return entry;
     }
 
-    editor::DraftFile m_drafts{session, *clock};
+    editor::DraftFile m_drafts{run};
 };
 
 TEST_F(Draft, EveryFieldComesBack) {
@@ -68,15 +68,15 @@ TEST_F(Draft, OnlyItsOwnerMayReadIt) {
 }
 
 TEST_F(Draft, AnotherProgramsLinesStay) {
-    editor::DraftFile other(session, *clock);
+    editor::DraftFile other(run);
     drafts().write({draftOf(u"mine"_s)});
     other.write({draftOf(u"the other's"_s)});
     drafts().write({draftOf(u"mine, later"_s)});
-    editor::DraftFile next(session, *clock);
+    editor::DraftFile next(run);
     ASSERT_EQ(next.read().size(), 2U);
     drafts().write({});
-    ASSERT_EQ(editor::DraftFile(session, *clock).read().size(), 1U);
-    EXPECT_EQ(editor::DraftFile(session, *clock).read().front().title, u"the other's"_s);
+    ASSERT_EQ(editor::DraftFile(run).read().size(), 1U);
+    EXPECT_EQ(editor::DraftFile(run).read().front().title, u"the other's"_s);
     next.write({}); // whoever found them may take them
     EXPECT_FALSE(exists(file()));
 }

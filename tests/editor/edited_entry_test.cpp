@@ -45,7 +45,7 @@ protected:
         return lines;
     }
 
-    editor::EditedEntry edited{session, *clock};
+    editor::EditedEntry edited{run};
 };
 
 TEST_F(EditedEntry, AFirstEntryIsAdded) {

@@ -53,7 +53,7 @@ protected:
             day->detach(); // its draft stays
         typist = {};
         news.clear();
-        day = std::make_unique<editor::OpenDay>(session, *clock, desk);
+        day = std::make_unique<editor::OpenDay>(run);
         QObject::connect(day.get(), &editor::OpenDay::dayOpened, [this](const QString& opened, const auto& around) {
             news += u"day "_s + opened;
             daysAround = around;

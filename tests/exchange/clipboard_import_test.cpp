@@ -27,7 +27,7 @@ protected:
     }
 
     bool importFormatted(const std::optional<QString>& text, ParagraphTags tags = ParagraphTags::None) {
-        exchange::ClipboardImport import(session, *clock, desk);
+        exchange::ClipboardImport import(run);
         try {
             const bool isDone = import.ImportFormattedClipboard(text, tags);
             days = import.writtenDays();
@@ -38,7 +38,7 @@ protected:
         }
     }
     bool importPlain(const std::optional<QString>& text, ParagraphTags tags = ParagraphTags::None) {
-        exchange::ClipboardImport import(session, *clock, desk);
+        exchange::ClipboardImport import(run);
         const bool isDone = import.ImportPlainClipboard(text, tags);
         days = import.writtenDays();
         return isDone;
@@ -315,7 +315,7 @@ TEST_F(ClipboardImport, CountsOnlyWhatACommitHasTaken) {
         }
     } breaking;
     breaking.answers = {u"no"_s, u"no"_s};
-    exchange::ClipboardImport import(session, *clock, breaking);
+    exchange::ClipboardImport import({session, clock, breaking});
     const QString failure = failureOf([&] { import.ImportFormattedClipboard(whole, ParagraphTags::None); });
     EXPECT_TRUE(failure.startsWith(u"それより前の1件の日記は読み込みました: "_s)) << failure.toStdString();
     EXPECT_EQ(import.writtenDays(), QStringList{u"2004/05/05"_s});
@@ -371,7 +371,7 @@ TEST_F(ClipboardImport, HoldsNoLockWhileItAsks) {
         EXPECT_EQ(sqlValue(u"SELECT count(*) FROM Contents WHERE Title = 't1'"_s), u"1"_s);
         ++asked;
     };
-    exchange::ClipboardImport import(session, *clock, curious);
+    exchange::ClipboardImport import({session, clock, curious});
     EXPECT_TRUE(import.ImportFormattedClipboard(
         entryText(u"2004/05/06"_s, u"t1"_s) + entryText(u"2004/05/06"_s, u"t2"_s), ParagraphTags::None));
     EXPECT_EQ(asked, 2);
@@ -454,11 +454,11 @@ TEST_F(ClipboardImport, KeepsARowThatCannotBeRescued) {
 }
 
 TEST_F(ClipboardImport, GivesTheEditorItsText) {
-    EXPECT_EQ(exchange::GetClipboardText(session, desk, u"a\n\nb"_s, ParagraphTags::None), u"a\r\n\r\nb"_s);
-    EXPECT_EQ(exchange::GetClipboardText(session, desk, u"a\n\nb"_s, ParagraphTags::Added), u"<P>a</P>\r\n<P>b</P>"_s);
+    EXPECT_EQ(exchange::GetClipboardText(run, u"a\n\nb"_s, ParagraphTags::None), u"a\r\n\r\nb"_s);
+    EXPECT_EQ(exchange::GetClipboardText(run, u"a\n\nb"_s, ParagraphTags::Added), u"<P>a</P>\r\n<P>b</P>"_s);
     EXPECT_EQ(shown(), QStringList());
-    EXPECT_EQ(exchange::GetClipboardText(session, desk, std::nullopt, ParagraphTags::Added), QString());
-    EXPECT_EQ(exchange::GetClipboardText(session, desk, u""_s, ParagraphTags::Added), QString());
+    EXPECT_EQ(exchange::GetClipboardText(run, std::nullopt, ParagraphTags::Added), QString());
+    EXPECT_EQ(exchange::GetClipboardText(run, u""_s, ParagraphTags::Added), QString());
     EXPECT_EQ(shown(), (QStringList{u"critical: クリップボードのデータが適切な形式ではありません。"_s,
                                     u"critical: クリップボードの中に何も入っていません。"_s}));
 }

@@ -39,18 +39,14 @@ protected:
         writeFile(session.DataPath + u"ExportFormat/"_s + name, bytes);
     }
     QString out(const QString& name = {}) const { return path(u"out/"_s + name); }
-    ExportOutcome run(const QString& chosen) {
-        const store::DiaryStore store = diary();
-        return clsExport(session, store, desk, settings).run(chosen);
-    }
+    ExportOutcome exportTo(const QString& chosen) { return clsExport(run, settings).run(chosen); }
     /// The same with the answer of the dialog.
     ExportOutcome ask(const QJsonValue& answer) {
         desk.answers.append(answer);
-        const store::DiaryStore store = diary();
-        return clsExport(session, store, desk, settings).run();
+        return clsExport(run, settings).run();
     }
     QByteArray exported() {
-        EXPECT_EQ(run(out(u"x.txt"_s)), ExportOutcome::Done);
+        EXPECT_EQ(exportTo(out(u"x.txt"_s)), ExportOutcome::Done);
         return bytesOf(out(u"x.txt"_s));
     }
     QStringList names() const { return QDir(out()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
@@ -170,7 +166,7 @@ TEST_F(Export, AMonthIsLookedForAsItIsTyped) {
         EXPECT_EQ(exported(), c.titles) << c.year.toStdString() << '/' << c.month.toStdString();
     }
     settings.period = exportMonth(u"20\"04"_s, u"1"_s);
-    EXPECT_NE(failureOf([&] { run(out(u"x.txt"_s)); }), u""_s);
+    EXPECT_NE(failureOf([&] { exportTo(out(u"x.txt"_s)); }), u""_s);
     EXPECT_EQ(bytesOf(out(u"x.txt"_s)), "january\r\n");
 }
 
@@ -182,7 +178,7 @@ TEST_F(Export, APeriodWithoutEntriesIsAnEmptyFileOrNone) {
     EXPECT_EQ(exported(), "");
     settings.unit = ExportUnit::Divided;
     ASSERT_TRUE(QFile::remove(out(u"x.txt"_s)));
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(names(), QStringList());
 }
 
@@ -193,7 +189,7 @@ TEST_F(Export, APeriodBackwardsIsTold) {
     EXPECT_EQ(exported(), "");
     EXPECT_EQ(panel(), u"0件の日記をエクスポートしました。"_s + told);
     settings.unit = ExportUnit::Divided;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(panel(), u"0件の日記をエクスポートしました。"_s + told);
     EXPECT_EQ(boxes(), QStringList(2, kDone));
     settings.unit = ExportUnit::OneFile;
@@ -208,12 +204,12 @@ TEST_F(Export, DividedFilesAreNamedByDayOrTitle) {
     write(u"2004/05/01"_s, u"題名 a"_s);
     write(u"2004/05/02"_s, u".b"_s);
     settings.unit = ExportUnit::Divided;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(names(), (QStringList{u"2004_05_01.txt"_s, u"2004_05_02.txt"_s}));
     EXPECT_EQ(bytesOf(out(u"2004_05_02.txt"_s)), platform::toCodePage(u"[2004/05/02|.b|一般|-]text\r\n"_s));
     settings.format = ExportFormat::Html;
     settings.name = ExportName::Title;
-    EXPECT_EQ(run(path(u"out"_s)), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(path(u"out"_s)), ExportOutcome::Done);
     EXPECT_EQ(names(), (QStringList{u".b.htm"_s, u"2004_05_01.txt"_s, u"2004_05_02.txt"_s, u"題名 a.htm"_s}));
 }
 
@@ -221,7 +217,7 @@ TEST_F(Export, AnEmptyTitleIsAFileWithoutAName) {
     write(u"2004/05/01"_s, u""_s);
     settings.unit = ExportUnit::Divided;
     settings.name = ExportName::Title;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(names(), QStringList{u".txt"_s});
 }
 
@@ -232,13 +228,13 @@ TEST_F(Export, AUserFormatKeepsItsEnding) {
     settings.format = ExportFormat::User;
     settings.userFormat = u"mine.log"_s;
     settings.unit = ExportUnit::Divided;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(bytesOf(out(u"2004_05_01.log"_s)), "mine t\r\n");
     settings.userFormat = u"mine"_s;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(names(), (QStringList{u"2004_05_01."_s, u"2004_05_01.log"_s}));
     settings.unit = ExportUnit::OneFile;
-    EXPECT_EQ(run(out(u"plain"_s)), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out(u"plain"_s)), ExportOutcome::Done);
     EXPECT_EQ(bytesOf(out(u"plain"_s)), "mine t\r\n");
 }
 
@@ -249,7 +245,7 @@ TEST_F(Export, TheSecondEntryOfANameReplacesTheFirstAndThePanelSaysSo) {
     write(u"2004/05/02"_s, u"other"_s);
     putFormat(u"TEXT.txt"_s, "<--TITLE-->");
     settings.unit = ExportUnit::Divided;
-    EXPECT_EQ(run(out()), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out()), ExportOutcome::Done);
     EXPECT_EQ(names(), (QStringList{u"2004_05_01.txt"_s, u"2004_05_02.txt"_s}));
     EXPECT_EQ(bytesOf(out(u"2004_05_01.txt"_s)), "third\r\n");
     EXPECT_EQ(panel(), u"4件の日記をエクスポートしました。"
@@ -261,9 +257,9 @@ TEST_F(Export, TheSecondEntryOfANameReplacesTheFirstAndThePanelSaysSo) {
 TEST_F(Export, FilesOfAnEarlierExportAreCountedByThemselves) {
     write(u"2004/05/01"_s, u"t"_s);
     settings.unit = ExportUnit::Divided;
-    run(out());
+    exportTo(out());
     EXPECT_EQ(panel(), u"1件の日記をエクスポートしました。"_s);
-    run(out());
+    exportTo(out());
     EXPECT_EQ(panel(), u"1件の日記をエクスポートしました。以前からあった1個のファイルを上書きしました。"_s);
 }
 
@@ -277,7 +273,7 @@ TEST_F(Export, OneDayDividedGoesToTheFolderOfTheChosenFile) {
     EXPECT_EQ(names(), (QStringList{u"a.txt"_s, u"b.txt"_s}));
     EXPECT_EQ(dialog()[u"mode"_s], u"save"_s);
     settings.name = ExportName::Day;
-    EXPECT_EQ(run(out(u"chosen.txt"_s)), ExportOutcome::Done);
+    EXPECT_EQ(exportTo(out(u"chosen.txt"_s)), ExportOutcome::Done);
     EXPECT_TRUE(exists(out(u"2004_05_06.txt"_s)));
     EXPECT_FALSE(exists(out(u"chosen.txt"_s)));
 }
@@ -331,11 +327,10 @@ TEST_F(Export, TheDialogAddsTheEndingOfTheBuiltInFormats) {
                  {ExportFormat::User, ExportUnit::OneFile, u""_s},
                  {ExportFormat::Text, ExportUnit::Divided, u""_s}};
     settings.userFormat = u"mine.log"_s;
-    const store::DiaryStore store = diary();
     for (const auto& c : cases) {
         settings.format = c.format;
         settings.unit = c.unit;
-        EXPECT_EQ(clsExport(session, store, asked, settings).run(), ExportOutcome::Cancelled);
+        EXPECT_EQ(clsExport({session, clock, asked}, settings).run(), ExportOutcome::Cancelled);
         EXPECT_EQ(asked.suffix, c.suffix);
     }
 }
@@ -353,7 +348,7 @@ TEST_F(Export, OnlyTheLastFourCharactersTellAnEnding) {
     settings.userFormat = u"TEXT.ini"_s;
     for (const auto& c : cases) {
         settings.format = c.format;
-        EXPECT_EQ(run(out(c.chosen)), ExportOutcome::Done);
+        EXPECT_EQ(exportTo(out(c.chosen)), ExportOutcome::Done);
         EXPECT_EQ(names(), QStringList{c.path});
         QFile::remove(out(c.path));
     }
@@ -361,8 +356,7 @@ TEST_F(Export, OnlyTheLastFourCharactersTellAnEnding) {
 
 TEST_F(Export, AnEmptyUserFormatIsRefusedInFrontOfAnyQuestion) {
     settings.format = ExportFormat::User;
-    const store::DiaryStore store = diary();
-    EXPECT_EQ(clsExport(session, store, desk, settings).run(), ExportOutcome::Refused);
+    EXPECT_EQ(clsExport(run, settings).run(), ExportOutcome::Refused);
     EXPECT_EQ(boxes(), QStringList{u"critical: 定義ファイルが指定されていません。"_s});
 }
 
@@ -395,11 +389,11 @@ TEST_F(Export, TheTextFileComesInFrontOfTheSettingsFile) {
 TEST_F(Export, AMissingFormatIsNamedAndNothingIsWritten) {
     ASSERT_TRUE(QDir(session.DataPath + u"ExportFormat"_s).removeRecursively());
     writeFile(out(u"x.txt"_s), "old");
-    QString failure = failureOf([&] { run(out(u"x.txt"_s)); });
+    QString failure = failureOf([&] { exportTo(out(u"x.txt"_s)); });
     EXPECT_TRUE(failure.contains(u"ExportFormat/TEXT.txt"_s)) << failure.toStdString();
     settings.format = ExportFormat::User;
     settings.userFormat = u"mine.log"_s;
-    failure = failureOf([&] { run(out(u"x.txt"_s)); });
+    failure = failureOf([&] { exportTo(out(u"x.txt"_s)); });
     EXPECT_TRUE(failure.contains(u"ExportFormat/mine.txt"_s)) << failure.toStdString();
     EXPECT_EQ(bytesOf(out(u"x.txt"_s)), "old");
     EXPECT_EQ(boxes(), QStringList());
@@ -421,7 +415,7 @@ TEST_F(Export, ConverterSettingsThatAreMissingEndItWithoutAFile) {
     write(u"2004/05/01"_s, u"t"_s);
     for (const ExportContents contents : {ExportContents::AsTheyAre, ExportContents::Converted}) {
         settings.contents = contents;
-        EXPECT_EQ(run(out(u"x.txt"_s)), ExportOutcome::Refused);
+        EXPECT_EQ(exportTo(out(u"x.txt"_s)), ExportOutcome::Refused);
     }
     EXPECT_EQ(boxes(), QStringList(2, u"critical: HTML2TXT Initializeファイル読み込みエラー"_s));
     EXPECT_EQ(names(), QStringList());
@@ -437,7 +431,7 @@ TEST_F(Export, ConverterSettingsWithWordsForNumbersReadAsOff) {
 TEST_F(Export, ConverterSettingsOutOfRangeEndItWithoutAFile) {
     writeFile(path(u"HTML2TXT.ini"_s), "[HR]\r\nNUM=99999999\r\n");
     write(u"2004/05/01"_s, u"t"_s);
-    EXPECT_NE(failureOf([&] { run(out(u"x.txt"_s)); }), u""_s);
+    EXPECT_NE(failureOf([&] { exportTo(out(u"x.txt"_s)); }), u""_s);
     EXPECT_EQ(names(), QStringList());
 }
 
@@ -460,7 +454,7 @@ TEST_F(Export, ATitleThatIsNoFileNameIsToldAndWhatWasWrittenStays) {
         SCOPED_TRACE(title.toStdString());
         sql(u"DELETE FROM Contents WHERE Day = '2004/05/02'"_s);
         write(u"2004/05/02"_s, title);
-        const QString failure = failureOf([&] { run(out()); });
+        const QString failure = failureOf([&] { exportTo(out()); });
         EXPECT_TRUE(failure.contains(u"2004/05/02"_s)) << failure.toStdString();
         EXPECT_TRUE(failure.contains(u"1個のファイルは残っています"_s)) << failure.toStdString();
         EXPECT_TRUE(failure.contains(u'「' + QString(title).replace(QChar(0), u'␀') + u'」')) << failure.toStdString();
@@ -474,7 +468,7 @@ TEST_F(Export, ATitleThatIsNoFileNameIsToldAndWhatWasWrittenStays) {
 TEST_F(Export, AFolderThatIsGoneIsNamed) {
     settings.unit = ExportUnit::Divided;
     write(u"2004/05/01"_s, u"t"_s);
-    const QString failure = failureOf([&] { run(path(u"nowhere"_s)); });
+    const QString failure = failureOf([&] { exportTo(path(u"nowhere"_s)); });
     EXPECT_TRUE(failure.contains(path(u"nowhere/2004_05_01.txt"_s))) << failure.toStdString();
     EXPECT_FALSE(exists(path(u"nowhere"_s)));
 }
@@ -491,7 +485,7 @@ TEST_F(Export, NothingButAFileIsReplacedAndNothingThatTheDiaryNeeds) {
     for (const QString& file : {out(), pipe, session.databaseFile(), session.DiaryIniFile, out(u"link"_s),
                                 session.DataPath + u"ExportFormat/mine.txt"_s}) {
         const auto before = contentOf(home.path());
-        EXPECT_NE(failureOf([&] { run(file); }), u""_s) << file.toStdString();
+        EXPECT_NE(failureOf([&] { exportTo(file); }), u""_s) << file.toStdString();
         EXPECT_EQ(contentOf(home.path()), before) << file.toStdString();
     }
     EXPECT_TRUE(exists(pipe));
@@ -537,18 +531,18 @@ TEST_F(Export, NoFileOfTheProgramOrOfTheUsersSettingsIsReplaced) {
     settings.userFormat = u"mine.ini"_s;
     for (const QString& file : refused) {
         const auto before = contentOf(home.path());
-        const QString failure = failureOf([&] { run(file); });
+        const QString failure = failureOf([&] { exportTo(file); });
         EXPECT_TRUE(failure.contains(file) && failure.contains(u"日記に必要なファイルです"_s)) << file.toStdString();
         EXPECT_EQ(contentOf(home.path()), before) << file.toStdString();
     }
     for (const QString& file : allowed + QStringList{path(u"new.txt"_s), data + u"new.csv"_s}) {
-        EXPECT_EQ(run(file), ExportOutcome::Done) << file.toStdString();
+        EXPECT_EQ(exportTo(file), ExportOutcome::Done) << file.toStdString();
         EXPECT_EQ(bytesOf(file), "mine\r\n");
     }
     settings.unit = ExportUnit::Divided;
     settings.name = ExportName::Title;
     sql(u"UPDATE Contents SET Title = 'a'"_s);
-    EXPECT_NE(failureOf([&] { run(data); }), u""_s);
+    EXPECT_NE(failureOf([&] { exportTo(data); }), u""_s);
     EXPECT_EQ(bytesOf(data + u"a.ini"_s), "old");
 }
 
@@ -561,7 +555,7 @@ TEST_F(Export, TheUsersFolderIsKeptWhereverTheWorkingFoldersLie) {
     settings.userFormat = u"TEXT"_s;
     for (const QString& file : {session.UserPath + u"rescue.jsonl"_s, session.DataPath + u"Genre.csv"_s}) {
         writeFile(file, "old");
-        EXPECT_NE(failureOf([&] { run(file); }), u""_s) << file.toStdString();
+        EXPECT_NE(failureOf([&] { exportTo(file); }), u""_s) << file.toStdString();
         EXPECT_EQ(bytesOf(file), "old");
     }
 }
@@ -576,7 +570,7 @@ TEST_F(Export, AFullDiskInTheMiddleOfDividedFilesTellsHowManyStay) {
         const rlimit limit{300'000, 300'000};
         if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
             return false;
-        const QString failure = failureOf([&] { run(out()); });
+        const QString failure = failureOf([&] { exportTo(out()); });
         return failure.contains(u"2004/05/04"_s) && failure.contains(u"3個のファイルは残っています"_s);
     }));
     EXPECT_EQ(names(),
@@ -593,7 +587,7 @@ TEST_F(Export, AFullDiskInTheMiddleLeavesTheOldFile) {
         return holdsInChild([&] {
             std::signal(SIGXFSZ, SIG_IGN);
             const rlimit limit{300'000, 300'000};
-            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && !failureOf([&] { run(chosen); }).isEmpty();
+            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && !failureOf([&] { exportTo(chosen); }).isEmpty();
         });
     };
     EXPECT_TRUE(failsOnFullDisk(out(u"x.txt"_s)));
@@ -605,7 +599,7 @@ TEST_F(Export, AFullDiskInTheMiddleLeavesTheOldFile) {
 TEST_F(Export, ADiaryThatCantBeReadLeavesTheOldFile) {
     writeFile(out(u"x.txt"_s), "old");
     writeFile(session.databaseFile(), "no database at all, however long it may be");
-    EXPECT_NE(failureOf([&] { run(out(u"x.txt"_s)); }), u""_s);
+    EXPECT_NE(failureOf([&] { exportTo(out(u"x.txt"_s)); }), u""_s);
     EXPECT_EQ(bytesOf(out(u"x.txt"_s)), "old");
     EXPECT_EQ(names(), QStringList{u"x.txt"_s});
 }
@@ -613,7 +607,7 @@ TEST_F(Export, ADiaryThatCantBeReadLeavesTheOldFile) {
 TEST_F(Export, LongWorkTellsHowFarItIs) {
     sql(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1500) "
         "INSERT INTO Contents (Day, Number, Title) SELECT '2004/05/01', i, 't' FROM n"_s);
-    run(out(u"x.txt"_s));
+    exportTo(out(u"x.txt"_s));
     QStringList progress;
     for (const QJsonValue& event : desk.events) {
         if (event[u"event"_s] == u"progress"_s)
@@ -632,7 +626,7 @@ TEST_F(Export, AFolderWhoseNameBeginsLikeTheUsersIsNotTheUsers) {
         settings.format = ExportFormat::User;
         settings.userFormat = u"mine"_s + name.sliced(1);
         putFormat(u"mine.txt"_s, "new");
-        EXPECT_EQ(run(neighbour + name), ExportOutcome::Done) << name.toStdString();
+        EXPECT_EQ(exportTo(neighbour + name), ExportOutcome::Done) << name.toStdString();
         EXPECT_EQ(bytesOf(neighbour + name), "new\r\n");
     }
 }

@@ -20,9 +20,7 @@ protected:
             write(entry);
         }
     }
-    std::optional<QStringList> remove(const QString& group) {
-        return exchange::deleteImportGroup(session, *clock, desk, group);
-    }
+    std::optional<QStringList> remove(const QString& group) { return exchange::deleteImportGroup(run, group); }
     QStringList groups() const { return diary().ListImportBatches(); }
     QString rescueFile() const { return session.UserPath + u"rescue.jsonl"_s; }
 };

@@ -81,7 +81,7 @@ protected:
         registerFile(u"p.gif"_s, u"2004/05/06"_s);
         writeFile(path(u"in.gif"_s), "picture");
         writeFile(path(u"200402.htm"_s), "page");
-        store::readGenres(session, diary());
+        store::readGenres(run);
         saver().SaveHTML();
         write(u"2004/05/06"_s, u"third"_s);
     }
@@ -263,7 +263,7 @@ void FaultWalk::expectWhole(const State& now, const Command& command, bool isCom
 
 TEST_F(FaultWalk, SavingAnEntryAnew) {
     walk({[this] {
-        editor::EditedEntry edited(session, *clock);
+        editor::EditedEntry edited(run);
         edited.show(1, diary().LoadEntry(u"2004/05/06"_s, 1));
         store::Entry entry = *diary().LoadEntry(u"2004/05/06"_s, 2);
         entry.contents = u"anew"_s;
@@ -272,17 +272,16 @@ TEST_F(FaultWalk, SavingAnEntryAnew) {
 }
 
 TEST_F(FaultWalk, DeletingAnEntry) {
-    walk({[this] { editor::EditedEntry(session, *clock).remove(u"2004/05/06"_s, 1); }});
+    walk({[this] { editor::EditedEntry(run).remove(u"2004/05/06"_s, 1); }});
 }
 
 TEST_F(FaultWalk, ImportingFromTheClipboard) {
     desk.answers = {u"yes"_s};
     walk({[this] {
-              exchange::ClipboardImport(session, *clock, desk)
-                  .ImportFormattedClipboard(
-                      u"＜日付＞2004/05/05＜／日付＞＜タイトル＞a＜／タイトル＞＜内容＞b＜／内容＞"_s
-                      u"＜日付＞2004/01/05＜／日付＞＜タイトル＞c＜／タイトル＞＜内容＞d＜／内容＞"_s,
-                      exchange::ParagraphTags::None);
+              exchange::ClipboardImport(run).ImportFormattedClipboard(
+                  u"＜日付＞2004/05/05＜／日付＞＜タイトル＞a＜／タイトル＞＜内容＞b＜／内容＞"_s
+                  u"＜日付＞2004/01/05＜／日付＞＜タイトル＞c＜／タイトル＞＜内容＞d＜／内容＞"_s,
+                  exchange::ParagraphTags::None);
           },
           {},
           Whole::Line});
@@ -298,25 +297,25 @@ TEST_F(FaultWalk, TheLogOfAMonth) {
 
 /// Its logs and pages are those that the tests above walk call by call.
 TEST_F(FaultWalk, RebuildingTheSite) {
-    walk({[this] { site::rebuildSite(session, m_store, desk, *clock, {}, {}); }, {u"diary.ini"_s}, Whole::Line}, 7);
+    walk({[this] { site::rebuildSite(run, {}, {}); }, {u"diary.ini"_s}, Whole::Line}, 7);
 }
 
 TEST_F(FaultWalk, RegisteringAFile) {
-    walk({[this] { registers::FileRegistration(session, desk).ResistFile(path(u"in.gif"_s), u"2004/05/05"_s, 1); },
+    walk({[this] { registers::FileRegistration(run).ResistFile(path(u"in.gif"_s), u"2004/05/05"_s, 1); },
           {u"diary.ini"_s}});
 }
 
 TEST_F(FaultWalk, RegisteringALog) {
-    walk({[this] { registers::LogRegistration(session, desk).ResistLogFile(path(u"200402.htm"_s), u"2004"_s, u"2"_s); },
+    walk({[this] { registers::LogRegistration(run).ResistLogFile(path(u"200402.htm"_s), u"2004"_s, u"2"_s); },
           {u"diary.ini"_s}});
 }
 
 TEST_F(FaultWalk, AddingAGenre) {
-    walk({[this] { store::addGenres(session, diary(), {u"new"_s}); }});
+    walk({[this] { store::addGenres(run, {u"new"_s}); }});
 }
 
 TEST_F(FaultWalk, KeepingADraft) {
-    walk({[this] { editor::DraftFile(session, *clock).write({entryOf(u"2004/05/06"_s, u"unsaved"_s)}); }});
+    walk({[this] { editor::DraftFile(run).write({entryOf(u"2004/05/06"_s, u"unsaved"_s)}); }});
 }
 
 TEST_F(FaultWalk, ChangingSettings) {

@@ -18,7 +18,7 @@ protected:
         QStringList lines;
         MemoryServer otherServer(lines);
         TranscriptDesk otherDesk(lines);
-        result = publish::FtpUpload(session, otherServer, otherDesk, *clock).FTP_Execute();
+        result = publish::FtpUpload({session, clock, otherDesk}, otherServer).FTP_Execute();
         return lines;
     }
 

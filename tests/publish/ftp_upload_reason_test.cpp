@@ -86,7 +86,7 @@ TEST_F(FtpUploadReason, TheLogHasThisRunAndTheOneBefore) {
     EXPECT_TRUE(run().isDone);
     EXPECT_EQ(modeOf(list(u"upload.log"_s)) & 0777, 0600U);
     const QString first = log();
-    EXPECT_TRUE(first.startsWith(u"=== "_s + clock->now().toString(u"yyyy/MM/dd HH:mm:ss"_s) +
+    EXPECT_TRUE(first.startsWith(u"=== "_s + clock.now().toString(u"yyyy/MM/dd HH:mm:ss"_s) +
                                  u" ftp.example.com\n> open\n> connect "_s))
         << first.toStdString();
     EXPECT_TRUE(first.endsWith(u"> close ftp\n--- Uploading Files is Success!\n"_s));

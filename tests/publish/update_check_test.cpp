@@ -20,7 +20,7 @@ class Update : public UpdateHome {
 protected:
     void vellUpdater() {
         forget();
-        publish::UpdateCheck(session, web, shown, calls).MnuVellUpdater();
+        publish::UpdateCheck({session, clock, shown}, web, calls).MnuVellUpdater();
     }
     /// A key of the file of offers.
     QString offered(const QString& key, const QString& section = u"CurrentVersion"_s) const {

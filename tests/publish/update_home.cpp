@@ -77,7 +77,7 @@ void UpdateHome::setEndpoint(const core::Key& key, const QString& value) const {
 
 publish::UpdateResult UpdateHome::check() {
     forget();
-    const publish::UpdateResult result = publish::UpdateCheck(session, web, shown, calls).MnuUpdateCheck();
+    const publish::UpdateResult result = publish::UpdateCheck({session, clock, shown}, web, calls).MnuUpdateCheck();
     EXPECT_FALSE(web.isOpen());
     return result;
 }

@@ -28,7 +28,7 @@ protected:
     }
     void run() {
         forget();
-        publish::UpdateCheck(session, internet, shown, calls).MnuUpdateCheck();
+        publish::UpdateCheck({session, clock, shown}, internet, calls).MnuUpdateCheck();
     }
 
     HttpServer server;

@@ -186,7 +186,7 @@ QMap<QString, QByteArray> UploadHome::filledServer() {
 publish::UploadResult UploadHome::run() {
     m_lines.clear();
     shown.events = {};
-    return publish::FtpUpload(session, server, shown, *clock, calls).FTP_Execute();
+    return publish::FtpUpload({session, clock, shown}, server, calls).FTP_Execute();
 }
 
 QStringList UploadHome::lines(const QString& beginning) const {

@@ -39,7 +39,7 @@ protected:
         return path(u"in/"_s + name);
     }
     QString part(const QString& name) const { return session.DataPath + u"DiaryParts/"_s + name; }
-    FileRegistration files() { return {session, desk}; }
+    FileRegistration files() { return FileRegistration(run); }
     Outcome add(const QString& file, const QString& day = kDay, qint16 number = 1) {
         return files().ResistFile(file, day, number);
     }
@@ -278,7 +278,7 @@ TEST_F(FileRegistrationTest, TwoProgramsThatRegisterTheSameNamesLoseNeitherFileN
     constexpr int kNames = 40;
     const auto addMany = [&](ScriptedDesk& itsDesk, const QString& folder, qint16 number) {
         for (int i = 0; i < kNames; ++i)
-            FileRegistration(session, itsDesk).ResistFile(path(folder) + u"/%1.gif"_s.arg(i), kDay, number);
+            FileRegistration({session, clock, itsDesk}).ResistFile(path(folder) + u"/%1.gif"_s.arg(i), kDay, number);
     };
     platform::makeFolder(path(u"in2"_s));
     for (int i = 0; i < kNames; ++i) {
@@ -305,11 +305,11 @@ TEST_F(FileRegistrationTest, EveryChangeWaitsForThatOfAnotherProgram) {
     BusyDesk busy;
     EXPECT_TRUE(waitsForTurn(parts, [&](const std::function<void()>& begin) {
         busy.onQuestion = begin;
-        FileRegistration(session, busy).ResistFile(file, kDay, 1);
+        FileRegistration({session, clock, busy}).ResistFile(file, kDay, 1);
     }));
     EXPECT_TRUE(waitsForTurn(parts, [&](const std::function<void()>& begin) {
         busy.onQuestion = begin;
-        FileRegistration(session, busy).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
+        FileRegistration({session, clock, busy}).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
     }));
     EXPECT_FALSE(exists(part(u"x.gif"_s)));
 }
@@ -322,7 +322,7 @@ TEST_F(FileRegistrationTest, AReplacementThatFailsBringsNoRowBack) {
         sql(u"DELETE FROM FileDB"_s);
         platform::removeFile(file);
     };
-    EXPECT_NE(failureOf([&] { FileRegistration(session, busy).ResistFile(file, kDay, 1); }), QString());
+    EXPECT_NE(failureOf([&] { FileRegistration({session, clock, busy}).ResistFile(file, kDay, 1); }), QString());
     EXPECT_EQ(rows(), QStringList());
 }
 
@@ -333,7 +333,7 @@ TEST_F(FileRegistrationTest, ARowThatGoesWhileSomebodyIsAskedComesBackWithItsFil
         sql(u"DELETE FROM FileDB"_s);
         platform::removeFile(part(u"x.gif"_s));
     };
-    EXPECT_EQ(FileRegistration(session, busy).ResistFile(source(u"x.gif"_s, "two"), kDay, 1), Outcome::Done);
+    EXPECT_EQ(FileRegistration({session, clock, busy}).ResistFile(source(u"x.gif"_s, "two"), kDay, 1), Outcome::Done);
     EXPECT_EQ(rows(), QStringList{u"2004/05/06 : 1 : x.gif"_s});
     EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "two");
 }
@@ -349,7 +349,7 @@ TEST_F(FileRegistrationTest, AFileThatIsRegisteredAnewWhileSomebodyIsAskedStays)
             add(part(u"x.gif"_s), u"2004/05/07"_s);
     };
     busy.onQuestion = registerAnew;
-    FileRegistration(session, busy).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
+    FileRegistration({session, clock, busy}).deleteFile({0, u"x.gif"_s, kDay, 1, false, false});
     EXPECT_EQ(bytesOf(part(u"x.gif"_s)), "one");
     EXPECT_EQ(rows(), QStringList{u"2004/05/07 : 1 : x.gif"_s});
     EXPECT_TRUE(busy.texts(u"status"_s).last().contains(u"残しました"_s));

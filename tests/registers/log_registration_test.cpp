@@ -38,7 +38,7 @@ protected:
     }
     QString inData(const QString& name) const { return session.DataPath + u"DiaryLog/"_s + name; }
     QString inSite(const QString& name) const { return path(u"site/DiaryLog/"_s + name); }
-    LogRegistration logs() { return {session, desk}; }
+    LogRegistration logs() { return LogRegistration(run); }
     Outcome add(const QString& file, const QString& year = u"2004"_s, const QString& month = u"3"_s) {
         return logs().ResistLogFile(file, year, month);
     }
@@ -65,7 +65,8 @@ TEST_F(LogRegistrationTest, TwoProgramsThatRegisterTheSameNamesMakeOneRowOfEach)
     const auto addMany = [&](const QString& folder, ScriptedDesk& itsDesk) {
         for (int i = 0; i < kNames; ++i) {
             itsDesk.answers = {u"no"_s};
-            LogRegistration(session, itsDesk).ResistLogFile(path(folder) + u"/%1.htm"_s.arg(i), u"2004"_s, u"3"_s);
+            LogRegistration({session, clock, itsDesk})
+                .ResistLogFile(path(folder) + u"/%1.htm"_s.arg(i), u"2004"_s, u"3"_s);
         }
     };
     platform::makeFolder(path(u"in2"_s));

@@ -41,10 +41,10 @@ protected:
         store::Entry entry;
         entry.day = u"2004/05/06"_s;
         entry.title = title;
-        store::DiaryStore(file, *clock).saveEntries({entry}, store::PublishTime::Now, {});
+        store::DiaryStore(file, clock).saveEntries({entry}, store::PublishTime::Now, {});
     }
     QString firstTitle() const {
-        const auto entries = store::DiaryStore(session.databaseFile(), *clock).LoadDay(u"2004/05/06"_s);
+        const auto entries = store::DiaryStore(run).LoadDay(u"2004/05/06"_s);
         return entries.empty() ? u"(none)"_s : entries.back().title;
     }
 };
@@ -267,7 +267,7 @@ TEST_F(Startup, AHomeThatItsOwnSettingsCouldNotNameIsRefusedTheFirstTime) {
         makeFolder(folder);
         for (const QString& name : QDir(home.path()).entryList(QDir::Files))
             copyFile(path(name), folder + u'/' + name);
-        return failureOf([&] { shell::Startup(session, desk, *clock).run(folder, std::nullopt); });
+        return failureOf([&] { shell::Startup(run).run(folder, std::nullopt); });
     };
     const qsizetype room = 255 - (home.path() + u"//UserData/Customize/Customize.ini"_s).size();
     const QString fits = path(QString(room, u'x'));

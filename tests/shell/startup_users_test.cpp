@@ -129,7 +129,7 @@ TEST_F(StartupUsers, ANewUserGetsAnEmptyDiaryThatWorks) {
     store::Entry entry;
     entry.day = u"2004/05/06"_s;
     entry.title = u"first"_s;
-    const store::DiaryStore diary(session.databaseFile(), *clock);
+    const store::DiaryStore diary(run);
     diary.saveEntries({entry}, store::PublishTime::Now, {});
     EXPECT_EQ(diary.LoadDay(entry.day).size(), 1U);
     desk.events = {};

@@ -86,7 +86,7 @@ TEST_F(Feeds, NeedTheirSettingAFileAndAnAddress) {
 
 TEST_F(Feeds, InitializeAsksForAPathAFileAndAnAddress) {
     const site::SiteSettings settings(session);
-    clsRSSreader feeds(session, settings, m_store, *clock);
+    clsRSSreader feeds(run, settings);
     EXPECT_FALSE(feeds.Initialize(u""_s));
     EXPECT_FALSE(feeds.Initialize(path(u"nowhere.ini"_s)));
     EXPECT_TRUE(feeds.Initialize(session.RSSIniFile));

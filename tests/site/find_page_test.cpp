@@ -32,7 +32,7 @@ protected:
 
     QString file() const { return session.DataPath + u"findtmp.htm"_s; }
     QString makePage(const site::Search& search) {
-        count = site::MakeFindPage(session, diary(), file(), search);
+        count = site::MakeFindPage(run, file(), search);
         return pageOf(file());
     }
     QString makePage(const QString& word) { return makePage({word, {}, {}}); }
@@ -331,7 +331,7 @@ class SearchFormCheck : public TestHome {
 protected:
     SearchFormCheck() { desk.events = {}; }
 
-    std::optional<site::Search> check(const site::SearchForm& form) { return site::checkSearch(form, *clock, desk); }
+    std::optional<site::Search> check(const site::SearchForm& form) { return site::checkSearch(run, form); }
     static site::SearchForm termed(const QString& start, const QString& end) {
         return {u"花"_s, {{start, end}}, false, {}};
     }

@@ -177,7 +177,7 @@ protected:
 
     QByteArray sameDayPage() {
         const QString file = session.DataPath + u"oldtmp.htm"_s;
-        site::MakeSameDayPage(session, m_store, file, u"2004/05/06"_s);
+        site::MakeSameDayPage(run, file, u"2004/05/06"_s);
         return bytesOf(file);
     }
 };

@@ -13,7 +13,7 @@ protected:
 
     QString makePage(const QString& day = u"2004/05/06"_s) {
         const QString file = session.DataPath + u"oldtmp.htm"_s;
-        count = site::MakeSameDayPage(session, m_store, file, day);
+        count = site::MakeSameDayPage(run, file, day);
         return pageOf(file);
     }
     /// Days of the page's entries, in order.

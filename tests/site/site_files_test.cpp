@@ -183,7 +183,7 @@ TEST_F(FilesOfTheSite, ARebuildSaysEachNameOnce) {
     registerFile(u"a.gif"_s, u"2004/05/01"_s);
     registerFile(u"../diary.mdb"_s, u"ALL"_s);
     sql(u"UPDATE FileDB SET Uploaded = 1 WHERE FileName = 'a.gif'"_s);
-    site::rebuildSite(session, m_store, desk, *clock, {}, {});
+    site::rebuildSite(run, {}, {});
     EXPECT_EQ(told(u"「a.gif」"_s).size(), 1);
     EXPECT_EQ(told(kNoName).size(), 1);
     EXPECT_EQ(siteParts(), QStringList());

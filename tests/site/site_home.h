@@ -23,9 +23,9 @@ protected:
     QString makeLog(const QString& yearMonth = QStringLiteral("2004/05"));
     QString makePreview(const QString& yearMonth = QStringLiteral("2004/05"));
 
-    site::MonthPage monthPage() { return {session, m_store, *clock}; }
-    site::SaveHtml saver() { return {session, m_store, desk, *clock}; }
-    site::LogArchive archive() { return {session, m_store, desk, *clock}; }
+    site::MonthPage monthPage() { return site::MonthPage(run); }
+    site::SaveHtml saver() { return site::SaveHtml(run); }
+    site::LogArchive archive() { return site::LogArchive(run); }
 
     void writePrivate(const QString& day, const QString& title);
 
@@ -47,7 +47,7 @@ protected:
     /// FileDB as "name day uploaded logged" lines in the order of the rows.
     QStringList fileRows();
 
-    store::DiaryStore m_store{session.databaseFile(), *clock};
+    store::DiaryStore m_store{run};
 };
 
 /// Whether these lines stand one behind the other in a page, each whole.

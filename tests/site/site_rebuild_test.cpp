@@ -17,9 +17,7 @@ using site::RebuildResult;
 
 class SiteRebuild : public SiteHome {
 protected:
-    RebuildResult rebuild(const QString& from = {}, const QString& to = {}) {
-        return site::rebuildSite(session, m_store, desk, *clock, from, to);
-    }
+    RebuildResult rebuild(const QString& from = {}, const QString& to = {}) { return site::rebuildSite(run, from, to); }
 
     QStringList logs() const {
         QStringList months;

@@ -214,7 +214,7 @@ TEST_F(Restoring, ALinkThatLeadsNowhereIsAFailureThatNamesBothEnds) {
     ASSERT_TRUE(QFile::link(file(), path(u"first.mdb"_s)));
     ASSERT_TRUE(QFile::rename(path(u"disk"_s), path(u"gone"_s)));
     for (const QString& name : {file(), path(u"first.mdb"_s)}) {
-        const store::DiaryStore diary(name, *clock);
+        const store::DiaryStore diary(name, clock);
         for (const QString& failure :
              {failureOf([&] { store::GetDBVersion(name); }), failureOf([&] { diary.LoadDay(kDay); }),
               failureOf([&] { diary.saveEntries({entryOf(kDay, u"x"_s)}, store::PublishTime::Now, {}); }),

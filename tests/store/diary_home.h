@@ -18,7 +18,7 @@ protected:
     /// Those of the day in this file, number 1 first.
     QString titles(const QString& database) const {
         QStringList titles;
-        for (const store::Entry& entry : store::DiaryStore(database, *clock).LoadDay(kDay))
+        for (const store::Entry& entry : store::DiaryStore(database, clock).LoadDay(kDay))
             titles.prepend(entry.title);
         return titles.join(u' ');
     }

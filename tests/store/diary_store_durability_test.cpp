@@ -35,7 +35,7 @@ protected:
     std::vector<std::pair<const char*, std::function<void()>>> writers() const {
         const registers::FileRegister files(file());
         const registers::LogRegister logs(file());
-        const auto rescue = [this] { return std::make_shared<store::RescueFile>(session, *clock); };
+        const auto rescue = [this] { return std::make_shared<store::RescueFile>(run); };
         const auto keeping = [](const auto& rescued) {
             return [rescued](const std::vector<Entry>& rows) { rescued->keep(rows, u"消"_s); };
         };
@@ -78,9 +78,9 @@ protected:
 };
 
 TEST_F(Durability, EveryChangeIsOnTheDiskWhenItsOperationReturns) {
-    for (const auto& [name, run] : writers()) {
+    for (const auto& [name, change] : writers()) {
         const DiskWatch disk;
-        run();
+        change();
         const QStringList synced = disk.synced();
         const qsizetype journal = synced.indexOf(u"diary.mdb-journal"_s);
         EXPECT_GE(journal, 0) << name << ": " << synced.join(u' ').toStdString();
@@ -90,14 +90,14 @@ TEST_F(Durability, EveryChangeIsOnTheDiskWhenItsOperationReturns) {
 }
 
 TEST_F(Durability, WhatIsLostIsInTheRescueFileBeforeTheChangeIsOnTheDisk) {
-    for (const auto& [name, run] : writers()) {
+    for (const auto& [name, change] : writers()) {
         if (!QByteArrayView(name).startsWith("saveEntries") && !QByteArrayView(name).startsWith("Delete"))
             continue;
         if (QByteArrayView(name).endsWith("File") || QByteArrayView(name).endsWith("Log"))
             continue;
         platform::removeFile(session.UserPath + u"rescue.jsonl"_s);
         const DiskWatch disk;
-        run();
+        change();
         const QStringList synced = disk.synced();
         const qsizetype line = synced.indexOf(u"rescue.jsonl"_s);
         ASSERT_GE(line, 0) << name << ": " << synced.join(u' ').toStdString();
@@ -108,11 +108,11 @@ TEST_F(Durability, WhatIsLostIsInTheRescueFileBeforeTheChangeIsOnTheDisk) {
 }
 
 TEST_F(Durability, ACommitThatTheDiskRefusesChangesNothing) {
-    for (const auto& [name, run] : writers()) {
+    for (const auto& [name, change] : writers()) {
         const auto before = contentOf(session.UserPath);
         DiskWatch disk;
         disk.refuse(u"-journal"_s);
-        const QString failure = failureOf(run);
+        const QString failure = failureOf(change);
         EXPECT_TRUE(failure.contains(file())) << name << ": " << failure.toStdString();
         auto after = contentOf(session.UserPath);
         after.remove(u"rescue.jsonl"_s); // taken back by whoever writes into it

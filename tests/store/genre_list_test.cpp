@@ -19,8 +19,8 @@ namespace {
 class GenreList : public TestHome {
 protected:
     QString file() const { return session.DataPath + u"Genre.csv"_s; }
-    QStringList read() const { return store::readGenres(session, diary()); }
-    void add(const QStringList& genres) const { store::addGenres(session, diary(), genres); }
+    QStringList read() const { return store::readGenres(run); }
+    void add(const QStringList& genres) const { store::addGenres(run, genres); }
     void writeGenre(const QString& genre) {
         store::Entry entry = entryOf(u"2004/05/06"_s, u"x"_s);
         entry.genre = genre;
@@ -49,7 +49,7 @@ TEST_F(GenreList, IsMadeAnewInJapaneseOrder) {
     for (const QString& genre : {u"山"_s, u"あ"_s, u"Ａ"_s, u"a"_s, u"一般"_s, QString()})
         writeGenre(genre);
     writeFile(file(), "old\r\n");
-    store::MakeGenretxt(session, diary());
+    store::MakeGenretxt(run);
     EXPECT_EQ(read(), (QStringList{u"一般"_s, u"Ａ"_s, u"あ"_s, u"山"_s}));
 }
 
@@ -65,7 +65,7 @@ TEST_F(GenreList, TwoProgramsAddToItAndNoGenreIsLost) {
 }
 
 TEST_F(GenreList, IsMadeInTurnWithOtherPrograms) {
-    EXPECT_TRUE(waitsForTurn(session.DataPath, [&] { store::MakeGenretxt(session, diary()); }));
+    EXPECT_TRUE(waitsForTurn(session.DataPath, [&] { store::MakeGenretxt(run); }));
 }
 
 TEST_F(GenreList, TakesAGenreOnce) {
@@ -110,7 +110,7 @@ TEST_F(GenreList, OfAWindowsDiskIsTheOneThatGrows) {
 
 TEST_F(GenreList, IsRefusedAloudWhereItCantBeWritten) {
     ASSERT_TRUE(QDir().mkdir(file()));
-    EXPECT_THROW(store::MakeGenretxt(session, diary()), platform::Failure);
+    EXPECT_THROW(store::MakeGenretxt(run), platform::Failure);
 }
 
 TEST_F(GenreList, ThatCantBeReadIsNotReplaced) {

@@ -29,7 +29,7 @@ class Rescue : public TestHome {
 protected:
     QString file() const { return session.UserPath + u"rescue.jsonl"_s; }
     QString damaged() const { return session.UserPath + u"rescue.damaged"_s; }
-    RescueFile rescue() const { return {session, *clock}; }
+    RescueFile rescue() const { return RescueFile(run); }
 
     void keep(const QString& title, const QString& contents = u""_s) {
         rescue().keep({entryWith(title, contents)}, u"削除"_s);

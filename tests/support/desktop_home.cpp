@@ -5,7 +5,7 @@
 namespace velloria::tests {
 
 DesktopHome::DesktopHome()
-    : context{session, *clock, desk} {
+    : context{run} {
     // The clock may be replaced by startAt; the windows keep the one they were made with.
     top();
 }

@@ -28,11 +28,11 @@ FactoryHome::FactoryHome() {
 }
 
 shell::StartResult FactoryHome::start(const std::optional<shell::Login>& login) {
-    return shell::Startup(session, desk, *clock).run(home.path(), login);
+    return shell::Startup(run).run(home.path(), login);
 }
 
 void FactoryHome::setNow(const QString& now) {
-    clock = std::make_unique<platform::FixedClock>(QDateTime::fromString(now, u"yyyy/MM/dd HH:mm:ss"_s));
+    clock = platform::FixedClock(QDateTime::fromString(now, u"yyyy/MM/dd HH:mm:ss"_s));
 }
 
 bool FactoryHome::exists(const QString& file) const {

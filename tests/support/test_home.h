@@ -1,8 +1,7 @@
 // A program folder of its own for one test, started at a fixed time.
 #pragma once
 
-#include "core/session.h"
-#include "platform/clock.h"
+#include "core/run.h"
 #include "platform/failure.h"
 #include "shell/startup.h"
 #include "site/site_settings.h"
@@ -52,7 +51,8 @@ protected:
     QTemporaryDir home;
     core::Session session;
     ScriptedDesk desk;
-    std::unique_ptr<platform::FixedClock> clock;
+    platform::FixedClock clock{QDateTime()};
+    const core::Run run{session, clock, desk};
 };
 
 /// Fixture: a home behind its first start, the session of that start, and words to fill and read it.
@@ -63,7 +63,7 @@ protected:
     /// Starts (again) at "yyyy/mm/dd hh:nn:ss".
     void startAt(const QString& now);
 
-    store::DiaryStore diary() const { return {session.databaseFile(), *clock}; }
+    store::DiaryStore diary() const { return store::DiaryStore(run); }
 
     /// Saves an entry as the editor does and returns its number. A null text is stored as a missing value.
     int write(const QString& day, const QString& title, const QString& contents = QStringLiteral("text"));

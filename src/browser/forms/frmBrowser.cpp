@@ -158,8 +158,7 @@ void frmBrowser::rememberWords() {
 }
 
 void frmBrowser::previewPage() {
-    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
+    site::SaveHtml(m_context).SaveTmpFile();
     Navigate(m_context.session.DataPath + u"tmp.htm"_s);
 }
 

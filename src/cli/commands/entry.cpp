@@ -118,7 +118,7 @@ void put(Invocation& invocation) {
             genres += line.entry.genre;
         }
     }
-    store::RescueFile rescue(invocation.session, invocation.clock);
+    store::RescueFile rescue(invocation);
     const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
     const auto keys = orForget(rescue, [&] {
         return store.saveLines(std::move(lines), times,
@@ -134,7 +134,7 @@ void put(Invocation& invocation) {
             rows.push_back({key.day, QString::number(key.number)});
     }
     try {
-        store::addGenres(invocation.session, store, genres);
+        store::addGenres(invocation, genres);
         invocation.print(json, rows);
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save them twice
@@ -152,12 +152,12 @@ void remove(Invocation& invocation) {
     }
     const platform::Hourglass hourglass(desk);
     const store::DiaryStore store = invocation.store();
-    store::RescueFile rescue(invocation.session, invocation.clock);
+    store::RescueFile rescue(invocation);
     orForget(rescue, [&] {
         store.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
     });
     invocation.session.EnterDay = day;
-    site::SaveHtml saver(invocation.session, store, desk, invocation.clock);
+    site::SaveHtml saver(invocation);
     bool hasPreview = true;
     try {
         saver.previewStep();

@@ -75,8 +75,7 @@ ExportSettings settingsOf(const Invocation& invocation) {
 
 void exportDiary(Invocation& invocation) {
     const ExportSettings settings = settingsOf(invocation);
-    const store::DiaryStore store = invocation.store();
-    exchange::clsExport work(invocation.session, store, invocation.desk, settings);
+    exchange::clsExport work(invocation, settings);
     switch (work.run(invocation.option(u"--out"_s))) {
     case exchange::ExportOutcome::Done:
         break;

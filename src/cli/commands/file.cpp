@@ -18,7 +18,7 @@ namespace {
 void list(Invocation& invocation) {
     QJsonArray json;
     std::vector<QStringList> rows;
-    for (const store::FileRow& row : registers::FileRegistration(invocation.session, invocation.desk).rows()) {
+    for (const store::FileRow& row : registers::FileRegistration(invocation).rows()) {
         json += QJsonObject{{u"Day"_s, row.day},
                             {u"Number"_s, row.number},
                             {u"FileName"_s, row.name},
@@ -58,7 +58,7 @@ void checkAdd(const Invocation& invocation) {
 
 void add(Invocation& invocation) {
     const platform::Hourglass hourglass(invocation.desk);
-    registers::FileRegistration files(invocation.session, invocation.desk);
+    registers::FileRegistration files(invocation);
     const QString path = QDir::cleanPath(QFileInfo(invocation.argument(0)).absoluteFilePath());
     const qint16 number = rowNumber(invocation.argument(2));
     const QString day = invocation.argument(1);
@@ -74,7 +74,7 @@ void checkDelete(const Invocation& invocation) {
 }
 
 void remove(Invocation& invocation) {
-    registers::FileRegistration files(invocation.session, invocation.desk);
+    registers::FileRegistration files(invocation);
     const QString name = invocation.argument(0);
     const QString day = invocation.argument(1);
     const qint16 number = rowNumber(invocation.argument(2));

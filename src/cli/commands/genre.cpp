@@ -9,7 +9,7 @@ namespace velloria::cli {
 namespace {
 
 void list(Invocation& invocation) {
-    const QStringList genres = store::readGenres(invocation.session, invocation.store());
+    const QStringList genres = store::readGenres(invocation);
     std::vector<QStringList> rows;
     for (const QString& genre : genres)
         rows.push_back({genre});
@@ -17,7 +17,7 @@ void list(Invocation& invocation) {
 }
 
 void rebuild(Invocation& invocation) {
-    store::MakeGenretxt(invocation.session, invocation.store());
+    store::MakeGenretxt(invocation);
     invocation.desk.status(u"ジャンルの再構成が完了しました。"_s);
     invocation.desk.message(platform::MessageKind::Information, u"完了！"_s);
 }

@@ -25,24 +25,21 @@ void checkForm(const Invocation& invocation) {
 
 void clipboard(Invocation& invocation) {
     const QString text = readArgumentText(invocation.argument(0));
-    exchange::ClipboardImport import(invocation.session, invocation.clock, invocation.desk);
+    exchange::ClipboardImport import(invocation);
     const exchange::ParagraphTags tags = exchange::importedParagraphs(invocation.session);
     const bool isDone = invocation.has(u"--plain"_s) ? import.ImportPlainClipboard(text, tags)
                                                      : import.ImportFormattedClipboard(text, tags);
     if (!isDone)
         throw Refusal(u"クリップボードの読み込みを中止しました。"_s);
     printList(invocation, import.writtenDays()); // they are stored, whatever becomes of the preview
-    const store::DiaryStore store = invocation.store();
-    site::SaveHtml(invocation.session, store, invocation.desk, invocation.clock).previewStep();
+    site::SaveHtml(invocation).previewStep();
 }
 
 void deleteGroup(Invocation& invocation) {
-    const std::optional<QStringList> days =
-        exchange::deleteImportGroup(invocation.session, invocation.clock, invocation.desk, invocation.argument(0));
+    const std::optional<QStringList> days = exchange::deleteImportGroup(invocation, invocation.argument(0));
     if (!days)
         throw Refusal(u"グループの削除を中止しました。"_s);
-    exchange::finishImportDeletion(invocation.desk,
-                                   [&] { store::MakeGenretxt(invocation.session, invocation.store()); });
+    exchange::finishImportDeletion(invocation.desk, [&] { store::MakeGenretxt(invocation); });
     printList(invocation, *days);
 }
 

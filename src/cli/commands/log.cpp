@@ -18,7 +18,7 @@ namespace {
 void list(Invocation& invocation) {
     QJsonArray json;
     std::vector<QStringList> rows;
-    for (const store::LogRow& row : registers::LogRegistration(invocation.session, invocation.desk).rows()) {
+    for (const store::LogRow& row : registers::LogRegistration(invocation).rows()) {
         json += QJsonObject{{u"LogMonth"_s, row.month}, {u"LogFileName"_s, row.fileName}};
         rows.push_back({row.month, row.fileName});
     }
@@ -44,14 +44,14 @@ void add(Invocation& invocation) {
         throw Refusal(u"何も登録していません。年を確認してください: "_s + year);
     }
     const platform::Hourglass hourglass(invocation.desk);
-    registers::LogRegistration logs(invocation.session, invocation.desk);
+    registers::LogRegistration logs(invocation);
     const QString path = QDir::cleanPath(QFileInfo(invocation.argument(0)).absoluteFilePath());
     if (logs.ResistLogFile(path, year, month) == platform::Outcome::Refused)
         throw Refusal(u"ログの登録を中止しました。"_s);
 }
 
 void remove(Invocation& invocation) {
-    registers::LogRegistration logs(invocation.session, invocation.desk);
+    registers::LogRegistration logs(invocation);
     const QString name = invocation.argument(0);
     const std::vector<store::LogRow> rows = logs.rows();
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const store::LogRow& candidate) {

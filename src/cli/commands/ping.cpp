@@ -7,7 +7,7 @@ namespace velloria::cli {
 namespace {
 
 void ping(Invocation& invocation) {
-    publish::Ping(invocation.session, invocation.desk).MnuPING();
+    publish::Ping(invocation).MnuPING();
 }
 
 } // namespace

@@ -12,17 +12,12 @@ using namespace Qt::StringLiterals;
 namespace velloria::cli {
 namespace {
 
-site::SaveHtml saverOf(Invocation& invocation, const store::DiaryStore& store) {
-    return {invocation.session, store, invocation.desk, invocation.clock};
-}
-
 void printFile(const Invocation& invocation, const QString& file) {
     invocation.print(QJsonObject{{u"file"_s, file}}, {{file}});
 }
 
 void save(Invocation& invocation) {
-    const store::DiaryStore store = invocation.store();
-    site::SaveHtml saver = saverOf(invocation, store);
+    site::SaveHtml saver(invocation);
     const platform::Outcome outcome =
         invocation.has(u"--as"_s) ? saver.saveAs(invocation.option(u"--as"_s)) : saver.saveCommand();
     if (outcome == platform::Outcome::Refused)
@@ -31,24 +26,21 @@ void save(Invocation& invocation) {
 }
 
 void preview(Invocation& invocation) {
-    const store::DiaryStore store = invocation.store();
-    saverOf(invocation, store).SaveTmpFile();
+    site::SaveHtml(invocation).SaveTmpFile();
     invocation.desk.navigate(invocation.session.DataPath + u"tmp.htm"_s);
     printFile(invocation, invocation.session.DataPath + u"tmp.htm"_s);
 }
 
 void log(Invocation& invocation) {
     const platform::Hourglass hourglass(invocation.desk);
-    const store::DiaryStore store = invocation.store();
-    site::LogArchive archive(invocation.session, store, invocation.desk, invocation.clock);
+    site::LogArchive archive(invocation);
     archive.save(invocation.argument(0), invocation.argument(1));
-    saverOf(invocation, store).previewStep();
+    site::SaveHtml(invocation).previewStep();
 }
 
 void rebuild(Invocation& invocation) {
     const site::RebuildResult result =
-        site::rebuildSite(invocation.session, invocation.store(), invocation.desk, invocation.clock,
-                          invocation.option(u"--from"_s), invocation.option(u"--to"_s));
+        site::rebuildSite(invocation, invocation.option(u"--from"_s), invocation.option(u"--to"_s));
     if (result.outcome == platform::Outcome::Refused)
         throw Refusal(u"保存先が決まっていないので中止しました。site save --as で指定してください。"_s);
     invocation.print(QJsonObject{{u"logs"_s, result.logs}, {u"failures"_s, result.failures}},
@@ -59,7 +51,7 @@ void rebuild(Invocation& invocation) {
 
 void sameDay(Invocation& invocation) {
     const QString file = invocation.session.DataPath + u"oldtmp.htm"_s;
-    site::MakeSameDayPage(invocation.session, invocation.store(), file, invocation.argument(0));
+    site::MakeSameDayPage(invocation, file, invocation.argument(0));
     invocation.desk.navigate(file);
     printFile(invocation, file);
 }
@@ -72,11 +64,11 @@ void find(Invocation& invocation) {
     form.isOfGenre = invocation.has(u"--genre"_s);
     if (!invocation.option(u"--genre"_s).isEmpty())
         form.genre = invocation.option(u"--genre"_s);
-    const std::optional<site::Search> search = site::checkSearch(form, invocation.clock, invocation.desk);
+    const std::optional<site::Search> search = site::checkSearch(invocation, form);
     if (!search)
         throw Refusal(u"検索を中止しました。"_s);
     const QString file = invocation.session.DataPath + u"findtmp.htm"_s;
-    const int count = site::MakeFindPage(invocation.session, invocation.store(), file, *search);
+    const int count = site::MakeFindPage(invocation, file, *search);
     invocation.desk.navigate(file);
     invocation.desk.status(site::findStatus(search->word, count));
     invocation.print(QJsonObject{{u"count"_s, count}, {u"file"_s, file}}, {{QString::number(count)}});

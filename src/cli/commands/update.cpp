@@ -9,8 +9,7 @@ namespace {
 
 void checkForUpdate(Invocation& invocation) {
     publish::CurlInternet internet;
-    const publish::UpdateResult result =
-        publish::UpdateCheck(invocation.session, internet, invocation.desk).MnuUpdateCheck();
+    const publish::UpdateResult result = publish::UpdateCheck(invocation, internet).MnuUpdateCheck();
     if (!result.isDone)
         throw Refusal(result.reason);
 }

@@ -10,9 +10,8 @@ namespace {
 
 void upload(Invocation& invocation) {
     publish::CurlInternet internet;
-    const publish::UploadCalls calls{.ping = [&] { publish::Ping(invocation.session, invocation.desk).MnuPING(); }};
-    const publish::UploadResult result =
-        publish::FtpUpload(invocation.session, internet, invocation.desk, invocation.clock, calls).FTP_Execute();
+    const publish::UploadCalls calls{.ping = [&] { publish::Ping(invocation).MnuPING(); }};
+    const publish::UploadResult result = publish::FtpUpload(invocation, internet, calls).FTP_Execute();
     if (!result.isDone)
         throw Refusal(result.reason);
 }

@@ -131,9 +131,8 @@ void frmCalender::Btn_Find_Click() {
 /// The deletion stands, whether its preview can be made or not.
 void frmCalender::previewDeletion() {
     const core::Session& session = m_context.session;
-    const store::DiaryStore store(session.databaseFile(), m_context.clock);
     try {
-        site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+        site::SaveHtml(m_context).previewStep();
     } catch (const platform::Failure& failure) {
         m_context.desk.failure(failure);
         m_context.desk.status(u"Webページ表示中..."_s);
@@ -151,7 +150,7 @@ void frmCalender::showDay(const QDate& day) {
 void frmCalender::markDays() {
     desktop::MarkedDays days;
     const QDate first = ui->Calender->shownMonth();
-    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
+    const store::DiaryStore store(m_context);
     try {
         // Days of the neighbouring months are on the page as well.
         for (const QDate& month : {first.addMonths(-1), first, first.addMonths(1)}) {

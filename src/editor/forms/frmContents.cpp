@@ -61,8 +61,8 @@ public:
 frmContents::frmContents(desktop::Context& context)
     : MdiChild(context, u"frmContents"_s)
     , ui(std::make_unique<Ui::frmContents>())
-    , m_edited(context.session, context.clock)
-    , m_drafts(context.session, context.clock)
+    , m_edited(context)
+    , m_drafts(context)
     , m_found(m_drafts.read()) {
     auto* page = new QWidget;
     page->setObjectName(u"frmContentsPage"_s);

@@ -62,7 +62,7 @@ void frmContents::addGenre() {
     if (isListed)
         return;
     try {
-        store::addGenres(m_context.session, diary(), {genre});
+        store::addGenres(m_context, {genre});
         readGenreList();
     } catch (platform::Failure& failure) {
         failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
@@ -72,8 +72,7 @@ void frmContents::addGenre() {
 
 void frmContents::Btn5Click_ToolBar() {
     Btn1Click_ToolBar();
-    const store::DiaryStore store = diary();
-    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+    site::SaveHtml(m_context).previewStep();
 }
 
 void frmContents::deleteEntry(const QString& day) {
@@ -118,7 +117,7 @@ void frmContents::insertFromClipboard(exchange::ParagraphTags tags) {
     if (!m_hasDay)
         return;
     commitComposition();
-    const QString text = exchange::GetClipboardText(m_context.session, m_context.desk, desktop::clipboardText(), tags);
+    const QString text = exchange::GetClipboardText(m_context, desktop::clipboardText(), tags);
     if (text.isEmpty())
         return;
     insertAtCaret(pane(), text);
@@ -236,7 +235,7 @@ void frmContents::restore(const std::optional<Snapshot>& snapshot) {
 void frmContents::picPrevDiaryExist_Click() {
     const platform::Hourglass hourglass(m_context.desk);
     const QString file = m_context.session.DataPath + u"oldtmp.htm"_s;
-    site::MakeSameDayPage(m_context.session, diary(), file, m_context.session.EnterDay);
+    site::MakeSameDayPage(m_context, file, m_context.session.EnterDay);
     m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(u"過去の日記"_s, file);
 }
 

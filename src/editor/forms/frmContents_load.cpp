@@ -72,13 +72,13 @@ void frmContents::AddComboNumber(int count) {
 
 void frmContents::MakeGenretxt() {
     const QScopedValueRollback loading(Loading, true);
-    store::MakeGenretxt(m_context.session, diary());
+    store::MakeGenretxt(m_context);
     readGenreList();
 }
 
 void frmContents::readGenreList() {
     const QString shown = genreText(*ui->ComboGenre);
-    const QStringList genres = store::readGenres(m_context.session, diary());
+    const QStringList genres = store::readGenres(m_context);
     ui->ComboGenre->clear();
     ui->ComboGenre->addItems(genres);
     ui->ComboGenre->setCurrentIndex(int(genres.indexOf(shown)));
@@ -305,7 +305,7 @@ void frmContents::restoreDraft() {
 }
 
 store::DiaryStore frmContents::diary() const {
-    return {m_context.session.databaseFile(), m_context.clock};
+    return store::DiaryStore(m_context);
 }
 
 } // namespace velloria::editor

@@ -234,7 +234,7 @@ void frmHTMLMakeImage::Btn_OK_Click() {
 
 void frmHTMLMakeImage::registerImage() {
     const platform::Hourglass hourglass(m_context.desk);
-    registers::FileRegistration files(m_context.session, m_context.desk);
+    registers::FileRegistration files(m_context);
     const QString path = ui->txt_FilePath->text();
     const QString& day = m_context.session.EnterDay;
     const auto number = qint16(m_context.windows.get<frmContents>().shownNumber());

@@ -18,8 +18,7 @@ frmDeleteImportDiary::frmDeleteImportDiary(desktop::Context& context)
         u"Importした日記を一括で削除します。\n"
         "グループ名の書式は、[ インポートした日付 + インポートしたプログラム名 ] となります。\n"
         "下のコンボボックスから削除したいグループを選択し、OKボタンを押してください。"_s);
-    ui->CmbDiaryGroup->addItems(
-        store::DiaryStore(m_context.session.databaseFile(), m_context.clock).ListImportBatches());
+    ui->CmbDiaryGroup->addItems(store::DiaryStore(m_context).ListImportBatches());
     ui->CmbDiaryGroup->setCurrentIndex(-1); // nobody deletes what they did not pick
     connect(ui->Btn_OK, &QPushButton::clicked, this, [this] { run([this] { Btn_OK_Click(); }); });
     connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -28,8 +27,7 @@ frmDeleteImportDiary::frmDeleteImportDiary(desktop::Context& context)
 frmDeleteImportDiary::~frmDeleteImportDiary() = default;
 
 void frmDeleteImportDiary::Btn_OK_Click() {
-    const std::optional<QStringList> days =
-        deleteImportGroup(m_context.session, m_context.clock, m_context.desk, ui->CmbDiaryGroup->currentText());
+    const std::optional<QStringList> days = deleteImportGroup(m_context, ui->CmbDiaryGroup->currentText());
     const QPointer<frmDeleteImportDiary> window(this); // the program may end while a box is open
     // The entries are gone, whatever becomes of the list of genres.
     if (days)

@@ -69,10 +69,7 @@ void frmExport::Btn_OK_Click() {
     const QPointer<frmExport> window(this); // the program may end while events are served
     ExportOutcome outcome = ExportOutcome::Refused;
     setBusy(true);
-    run([this, &outcome] {
-        const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-        outcome = clsExport(m_context.session, store, m_context.desk, settings()).run();
-    });
+    run([this, &outcome] { outcome = clsExport(m_context, settings()).run(); });
     if (!window)
         return;
     setBusy(false);

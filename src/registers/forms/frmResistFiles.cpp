@@ -26,7 +26,7 @@ const QString kFilter = u"Resist Files(*.gif,*.jpg,*.png,*.css)|*.gif;*.jpg;*.pn
 frmResistFiles::frmResistFiles(desktop::Context& context)
     : ToolWindow(context, u"frmResistFiles"_s, Blocks::Nothing)
     , ui(std::make_unique<Ui::frmResistFiles>())
-    , m_register(context.session, context.desk) {
+    , m_register(context) {
     ui->setupUi(this);
     setAcceptDrops(true);
     ui->txtOpenFile->setAcceptDrops(false); // the window takes what is dropped there; the box would take an address
@@ -45,7 +45,7 @@ frmResistFiles::~frmResistFiles() {
 
 void frmResistFiles::fillDays() {
     const platform::Hourglass hourglass(m_context.desk);
-    m_days = store::DiaryStore(m_context.session.databaseFile(), m_context.clock).AllEntryKeys();
+    m_days = store::DiaryStore(m_context).AllEntryKeys();
     m_days.insert(m_days.begin(), store::EntryKey{registers::kAllDays, 0});
     QStringList items;
     for (const store::EntryKey& key : m_days)

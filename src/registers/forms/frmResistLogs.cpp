@@ -23,7 +23,7 @@ const QString kFilter = u"HTML Files(*.htm,*.html,*.shtm,*.shtml)|*.htm;*.html;*
 frmResistLogs::frmResistLogs(desktop::Context& context)
     : ToolWindow(context, u"frmResistLogs"_s, Blocks::Nothing)
     , ui(std::make_unique<Ui::frmResistLogs>())
-    , m_register(context.session, context.desk) {
+    , m_register(context) {
     ui->setupUi(this);
     desktop::keepShort(*ui->txtYear, 4);
     ui->txtOpenFile->setAcceptDrops(false); // a file would be dropped there as an address

@@ -31,7 +31,7 @@ StartResult startDesktop(desktop::Context& context, const QString& home) {
         if (!login)
             return StartResult::Ended;
     }
-    Startup startup(context.session, context.desk, context.clock);
+    Startup startup(context);
     if (startup.enter(home, login) == StartResult::Ended)
         return StartResult::Ended;
     desktop::runCommand(context.desk, [&] {

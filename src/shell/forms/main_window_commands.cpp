@@ -161,21 +161,19 @@ void MDIFormTop::Picture1_MouseMove(qint32 xTwips) {
 }
 
 void MDIFormTop::saveHtml(platform::Outcome (site::SaveHtml::*save)()) {
-    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-    site::SaveHtml saver(m_context.session, store, m_context.desk, m_context.clock);
+    site::SaveHtml saver(m_context);
     (saver.*save)();
 }
 
 void MDIFormTop::SaveTmpFile() {
-    const store::DiaryStore store(m_context.session.databaseFile(), m_context.clock);
-    site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).SaveTmpFile();
+    site::SaveHtml(m_context).SaveTmpFile();
 }
 
 /// What was written is shown, however the import ended.
 void MDIFormTop::importClipboard(bool (exchange::ClipboardImport::*import)(const std::optional<QString>&,
                                                                            exchange::ParagraphTags)) {
     const core::Session& session = m_context.session;
-    exchange::ClipboardImport clipboard(session, m_context.clock, m_context.desk);
+    exchange::ClipboardImport clipboard(m_context);
     const auto tellEditor = [&] {
         if (!clipboard.writtenDays().isEmpty())
             m_context.windows.get<frmContents>().daysChanged(clipboard.writtenDays());
@@ -183,8 +181,7 @@ void MDIFormTop::importClipboard(bool (exchange::ClipboardImport::*import)(const
     try {
         const auto tags = exchange::importedParagraphs(session);
         if ((clipboard.*import)(desktop::clipboardText(), tags)) {
-            const store::DiaryStore store(session.databaseFile(), m_context.clock);
-            site::SaveHtml(m_context.session, store, m_context.desk, m_context.clock).previewStep();
+            site::SaveHtml(m_context).previewStep();
         }
     } catch (...) {
         tellEditor();

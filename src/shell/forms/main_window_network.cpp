@@ -49,11 +49,11 @@ void MDIFormTop::FTP_Execute() {
     publish::CurlInternet internet([this] { return paintWhileWaiting(); });
     const publish::UploadCalls calls{.ping = [this] { MnuPING(); },
                                      .isProgramEnding = [this] { return m_context.runs.isEnding(); }};
-    publish::FtpUpload(m_context.session, internet, m_context.desk, m_context.clock, calls).FTP_Execute();
+    publish::FtpUpload(m_context, internet, calls).FTP_Execute();
 }
 
 void MDIFormTop::MnuPING() {
-    publish::Ping(m_context.session, m_context.desk).MnuPING();
+    publish::Ping(m_context).MnuPING();
 }
 
 publish::UpdateCalls MDIFormTop::updateCalls() {
@@ -71,12 +71,12 @@ publish::UpdateCalls MDIFormTop::updateCalls() {
 
 void MDIFormTop::MnuUpdateCheck() {
     publish::CurlInternet internet([this] { return serveDownload(); });
-    publish::UpdateCheck(m_context.session, internet, m_context.desk, updateCalls()).MnuUpdateCheck();
+    publish::UpdateCheck(m_context, internet, updateCalls()).MnuUpdateCheck();
 }
 
 void MDIFormTop::MnuVellUpdater() {
     publish::CurlInternet internet;
-    publish::UpdateCheck(m_context.session, internet, m_context.desk, updateCalls()).MnuVellUpdater();
+    publish::UpdateCheck(m_context, internet, updateCalls()).MnuVellUpdater();
 }
 
 } // namespace velloria::shell

@@ -45,13 +45,11 @@ void frmSaveLog::makeLog() {
     const QPointer<frmSaveLog> window(this);
     const desktop::Context& context = m_context; // outlives the window
     const platform::Hourglass hourglass(context.desk);
-    const store::DiaryStore store(context.session.databaseFile(), context.clock);
-    LogArchive(context.session, store, context.desk, context.clock)
-        .save(ui->txtYear->text(), ui->txtMonth->text(), [&window] {
-            if (window)
-                window->hide();
-        });
-    SaveHtml(context.session, store, context.desk, context.clock).previewStep();
+    LogArchive(context).save(ui->txtYear->text(), ui->txtMonth->text(), [&window] {
+        if (window)
+            window->hide();
+    });
+    SaveHtml(context).previewStep();
 }
 
 void frmSaveLog::setBusy(bool isBusy) {
