@@ -3,6 +3,7 @@
 #include "core/ini.h"
 #include "core/keys.h"
 #include "desktop/editor_home.h"
+#include "editor/forms/editor_requests.h"
 #include "exchange/import_groups.h"
 
 #include <ctime>
@@ -93,6 +94,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
     contents().MakeGenretxt();
     desktop::Context other{{session, clock, watched}};
     other.mdi = context.mdi;
+    editor::serveRequests(other);
     auto& list = control<desktop::Combo>(other.windows.get<editor::frmContents>(), u"ComboGenre"_s);
     EXPECT_GE(list.findText(u"genre of imported"_s), 0);
     watched.whenTold = [&] {
