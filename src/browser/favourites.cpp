@@ -1,6 +1,8 @@
 #include "browser/favourites.h"
 
+#include "core/ini_reader.h"
 #include "core/path_names.h"
+#include "core/program_keys.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/profile_file.h"
@@ -93,7 +95,7 @@ std::vector<Favourite> listFavourites(const QString& root, const QString& folder
 QString ReadShortcutURL(const QString& path) {
     constexpr qint64 kMostBytes = 64 * 1024; // no shortcut is that long, whatever else bears its name
     try {
-        return platform::ProfileFile(path, kMostBytes).valueOr(u"InternetShortcut"_s, u"URL"_s, u""_s);
+        return core::IniReader(path, kMostBytes).text(core::keys::kShortcutUrl);
     } catch (const platform::Failure&) {
         return u""_s; // one shortcut that can't be read takes no others from the list
     }

@@ -1,12 +1,12 @@
 #include "browser/histories.h"
 
-#include "browser/browser_keys.h"
+#include "core/keys.h"
+#include "core/settings.h"
 #include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_read.h"
-#include "platform/profile_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,11 +19,6 @@ constexpr qint64 kMostBytes =
 
 const QString kAddressFile = u"URLHist.txt"_s;
 const QString kWordFile = u"FindHist.txt"_s;
-
-bool isOn(const core::Session& session, const core::Key& key) {
-    const platform::ProfileFile settings(platform::existingPath(session.DiaryIniFile));
-    return settings.number(key.section, key.name) == 1;
-}
 
 QStringList linesOf(const QByteArray& bytes) {
     QStringList lines;
@@ -51,10 +46,10 @@ QStringList readHistory(const QString& path, bool& isWhole) {
     }
 }
 
-void writeHistory(const core::Session& session, const core::Key& key, const QString& name, const QStringList& entries,
-                  bool wasWhole) {
+void writeHistory(const core::Session& session, const core::Setting& isKept, const QString& name,
+                  const QStringList& entries, bool wasWhole) {
     try {
-        if (entries.isEmpty() || !wasWhole || !isOn(session, key))
+        if (entries.isEmpty() || !wasWhole || !core::Settings(session).isOn(isKept))
             return;
         const QString file = platform::existingPath(session.UserPath + name);
         platform::readFileIfThere(file, kMostBytes); // what can't be read is not replaced
@@ -67,21 +62,23 @@ void writeHistory(const core::Session& session, const core::Key& key, const QStr
 } // namespace
 
 QStringList Histories::addresses() {
-    return isOn(m_session, keys::kUrlHistory) ? readHistory(m_session.UserPath + kAddressFile, m_hasAddresses)
-                                              : QStringList();
+    return core::Settings(m_session).isOn(core::keys::kUrlHistory)
+               ? readHistory(m_session.UserPath + kAddressFile, m_hasAddresses)
+               : QStringList();
 }
 
 QStringList Histories::words() {
-    return isOn(m_session, keys::kFindHistory) ? readHistory(m_session.UserPath + kWordFile, m_hasWords)
-                                               : QStringList();
+    return core::Settings(m_session).isOn(core::keys::kFindHistory)
+               ? readHistory(m_session.UserPath + kWordFile, m_hasWords)
+               : QStringList();
 }
 
 void Histories::keepAddresses(const QStringList& entries) const {
-    writeHistory(m_session, keys::kFindHistory, kAddressFile, entries, m_hasAddresses);
+    writeHistory(m_session, core::keys::kFindHistory, kAddressFile, entries, m_hasAddresses);
 }
 
 void Histories::keepWords(const QStringList& entries) const {
-    writeHistory(m_session, keys::kUrlHistory, kWordFile, entries, m_hasWords);
+    writeHistory(m_session, core::keys::kUrlHistory, kWordFile, entries, m_hasWords);
 }
 
 } // namespace velloria::browser

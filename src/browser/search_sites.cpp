@@ -1,7 +1,8 @@
 #include "browser/search_sites.h"
 
-#include "browser/browser_keys.h"
 #include "convert/url_encoding.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
 
 #include <iterator>
 
@@ -42,11 +43,10 @@ QStringList searchSiteNames() {
     return names;
 }
 
-QString searchAddress(const QString& myPath, int index, const QString& words) {
+QString searchAddress(const core::Settings& settings, int index, const QString& words) {
     if (index < 0 || index >= int(std::size(kSites)))
         return {};
-    const QString endpoints = myPath + u"endpoints.ini"_s;
-    const QString host = core::ReadIni(endpoints, u"Search"_s, QString::number(index));
+    const QString host = settings.text(core::named(core::keys::kSearchHost, QString::number(index)));
     if (host.isEmpty())
         return {};
     const SearchSite& site = kSites[index];
@@ -57,8 +57,8 @@ QString searchAddress(const QString& myPath, int index, const QString& words) {
         query = site.encode(query);
     QString address = host;
     address += site.query;
-    address.replace(u"{session}"_s, core::ReadIni(endpoints, u"Amazon"_s, u"Session"_s));
-    address.replace(u"{tag}"_s, core::ReadIni(endpoints, u"Amazon"_s, u"Tag"_s));
+    address.replace(u"{session}"_s, settings.text(core::keys::kAmazonSession));
+    address.replace(u"{tag}"_s, settings.text(core::keys::kAmazonTag));
     return address.replace(u"{q}"_s, query);
 }
 

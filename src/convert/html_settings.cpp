@@ -1,5 +1,7 @@
 #include "convert/html_settings.h"
 
+#include "core/settings.h"
+
 #include <algorithm>
 
 namespace velloria::convert {
@@ -7,42 +9,45 @@ namespace {
 
 using S = HtmlSettings;
 
-// The section HTML belongs to text mode and HTML2HTML to HTML mode.
+constexpr core::SettingsSection kToHtml{core::SettingsFile::HtmlToText, u"HTML2HTML"}; ///< what goes in HTML mode
+constexpr core::SettingsSection kToText{core::SettingsFile::HtmlToText, u"HTML"};      ///< what stays in text mode
+constexpr core::SettingsSection kRule{core::SettingsFile::HtmlToText, u"HR"};
+constexpr core::SettingsSection kGeneral{core::SettingsFile::HtmlToText, u"GENERAL"};
+
 constexpr HtmlSetting kTable[] = {
-    {u"HTML2HTML", u"BR", 0, u"HTML_BR", &S::htmlBr},
-    {u"HTML2HTML", u"P", 0, u"HTML_P", &S::htmlP},
-    {u"HTML2HTML", u"XMP", 0, u"HTML_XMP", &S::htmlXmp},
-    {u"HTML2HTML", u"SPAN", 0, u"HTML_SPAN", &S::htmlSpan},
-    {u"HTML2HTML", u"S", 0, u"HTML_S", &S::htmlS},
-    {u"HTML2HTML", u"SUP", 0, u"HTML_SUP", &S::htmlSup},
-    {u"HTML2HTML", u"SUB", 0, u"HTML_SUB", &S::htmlSub},
-    {u"HTML2HTML", u"TT", 0, u"HTML_TT", &S::htmlTt},
-    {u"HTML2HTML", u"PRE", 0, u"HTML_PRE", &S::htmlPre},
-    {u"HTML2HTML", u"BLOCKQUOTE", 0, u"HTML_BLOCKQUOTE", &S::htmlBlockquote},
-    {u"HTML2HTML", u"HR", 0, u"HTML_HR", &S::htmlHr},
-    {u"HTML2HTML", u"HR_Num", 0, u"HTML_HR_Num", &S::htmlHrNumber},
-    {u"HTML2HTML", u"TABLE", 0, u"HTML_TABLE", &S::htmlTable},
-    {u"HTML2HTML", u"LIST", 0, u"HTML_LIST", &S::htmlList},
-    {u"HTML2HTML", u"A", 0, u"HTML_A", &S::htmlA},
-    {u"HTML2HTML", u"EM", 0, u"HTML_EM", &S::htmlEm},
-    {u"HTML2HTML", u"STRONG", 0, u"HTML_STRONG", &S::htmlStrong},
-    {u"HTML2HTML", u"INS", 0, u"HTML_INS", &S::htmlIns},
-    {u"HTML2HTML", u"DEL", 0, u"HTML_DEL", &S::htmlDel},
-    {u"HTML2HTML", u"Q", 0, u"HTML_Q", &S::htmlQ},
-    {u"HTML2HTML", u"U", 0, u"HTML_U", &S::htmlU},
-    {u"HTML2HTML", u"I", 0, u"HTML_I", &S::htmlI},
-    {u"HTML2HTML", u"B", 0, u"HTML_B", &S::htmlB},
-    {u"HTML", u"HR", 1, u"HR", &S::textHr},
-    {u"HR", u"NUM", 5, u"HR_NUM", &S::textHrNumber},
-    {u"HTML", u"BR", 1, u"BR", &S::textBr},
-    {u"HTML", u"P", 1, u"P", &S::textP},
-    {u"HTML", u"IMG", 1, u"IMG", &S::textImg},
-    {u"HTML", u"ANAME", 1, u"ANAME", &S::textAName},
-    {u"HTML", u"AHREF", 1, u"AHREF", &S::textAHref},
-    {u"HTML", u"AHREFSharp", 1, u"AHREFSharp", &S::textAHrefSharp},
-    {u"GENERAL", u"ENTER", 1, u"ENTER", &S::enter},
-    {u"GENERAL", u"A_LINK_TAG_TYPE", 1, u"A_LINK_TAG_TYPE", &S::linkTagType},
-    {u"", u"", 0, u"PBR", &S::paragraphBreak},
+    {kToHtml.number(u"BR"), u"HTML_BR", &S::htmlBr},
+    {kToHtml.number(u"P"), u"HTML_P", &S::htmlP},
+    {kToHtml.number(u"XMP"), u"HTML_XMP", &S::htmlXmp},
+    {kToHtml.number(u"SPAN"), u"HTML_SPAN", &S::htmlSpan},
+    {kToHtml.number(u"S"), u"HTML_S", &S::htmlS},
+    {kToHtml.number(u"SUP"), u"HTML_SUP", &S::htmlSup},
+    {kToHtml.number(u"SUB"), u"HTML_SUB", &S::htmlSub},
+    {kToHtml.number(u"TT"), u"HTML_TT", &S::htmlTt},
+    {kToHtml.number(u"PRE"), u"HTML_PRE", &S::htmlPre},
+    {kToHtml.number(u"BLOCKQUOTE"), u"HTML_BLOCKQUOTE", &S::htmlBlockquote},
+    {kToHtml.number(u"HR"), u"HTML_HR", &S::htmlHr},
+    {kToHtml.number(u"HR_Num"), u"HTML_HR_Num", &S::htmlHrNumber},
+    {kToHtml.number(u"TABLE"), u"HTML_TABLE", &S::htmlTable},
+    {kToHtml.number(u"LIST"), u"HTML_LIST", &S::htmlList},
+    {kToHtml.number(u"A"), u"HTML_A", &S::htmlA},
+    {kToHtml.number(u"EM"), u"HTML_EM", &S::htmlEm},
+    {kToHtml.number(u"STRONG"), u"HTML_STRONG", &S::htmlStrong},
+    {kToHtml.number(u"INS"), u"HTML_INS", &S::htmlIns},
+    {kToHtml.number(u"DEL"), u"HTML_DEL", &S::htmlDel},
+    {kToHtml.number(u"Q"), u"HTML_Q", &S::htmlQ},
+    {kToHtml.number(u"U"), u"HTML_U", &S::htmlU},
+    {kToHtml.number(u"I"), u"HTML_I", &S::htmlI},
+    {kToHtml.number(u"B"), u"HTML_B", &S::htmlB},
+    {kToText.number(u"HR", u"1"), u"HR", &S::textHr},
+    {kRule.number(u"NUM", u"5"), u"HR_NUM", &S::textHrNumber},
+    {kToText.number(u"BR", u"1"), u"BR", &S::textBr},
+    {kToText.number(u"P", u"1"), u"P", &S::textP},
+    {kToText.number(u"IMG", u"1"), u"IMG", &S::textImg},
+    {kToText.number(u"ANAME", u"1"), u"ANAME", &S::textAName},
+    {kToText.number(u"AHREF", u"1"), u"AHREF", &S::textAHref},
+    {kToText.number(u"AHREFSharp", u"1"), u"AHREFSharp", &S::textAHrefSharp},
+    {kGeneral.number(u"ENTER", u"1"), u"ENTER", &S::enter},
+    {kGeneral.number(u"A_LINK_TAG_TYPE", u"1"), u"A_LINK_TAG_TYPE", &S::linkTagType},
 };
 
 } // namespace
@@ -51,9 +56,11 @@ std::span<const HtmlSetting> htmlSettingTable() {
     return kTable;
 }
 
-const HtmlSetting* findHtmlSetting(QStringView name) {
+qint16 HtmlSettings::*findHtmlNumber(QStringView name) {
+    if (name == u"PBR")
+        return &S::paragraphBreak;
     const auto* row = std::ranges::find(kTable, name, &HtmlSetting::name);
-    return row == std::end(kTable) ? nullptr : row;
+    return row == std::end(kTable) ? nullptr : row->number;
 }
 
 } // namespace velloria::convert

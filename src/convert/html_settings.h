@@ -1,6 +1,9 @@
 // The settings of the HTML to text converter, and the table that ties each to its place in the settings file.
 #pragma once
 
+#include "core/setting.h"
+#include "core/settings.h"
+
 #include <QString>
 
 #include <span>
@@ -53,19 +56,20 @@ struct HtmlSettings {
     bool isTextMode() const { return mode == QLatin1StringView("TEXT"); }
 };
 
-/// One number: where the file has it, what a missing key means, and the name by which callers set and ask it.
+/// One number: its row, and the name by which callers set and ask it.
 struct HtmlSetting {
-    QStringView section; ///< empty: never in the file
-    QStringView key;
-    qint16 missing;
+    core::Setting setting;
     QStringView name;
     qint16 HtmlSettings::*number;
 };
 
-/// All numbers, in the order in which they are saved.
+inline constexpr core::Setting kHtmlMode =
+    core::SettingsSection{core::SettingsFile::HtmlToText, u"GENERAL"}.text(u"MODE", u"TEXT");
+
+/// All numbers of the file, in the order in which they are saved.
 std::span<const HtmlSetting> htmlSettingTable();
 
-/// The row of a name, null when there is none. Names compare exactly.
-const HtmlSetting* findHtmlSetting(QStringView name);
+/// The member of a name, null when there is none. Names compare exactly. "PBR" has one and is never in the file.
+qint16 HtmlSettings::*findHtmlNumber(QStringView name);
 
 } // namespace velloria::convert

@@ -21,11 +21,9 @@ bool clsHTML2TEXT::Initialize(const QString& path) {
         return false;
     const core::IniReader file(path);
     HtmlSettings read;
-    read.mode = file.text(u"GENERAL"_s, u"MODE"_s, u"TEXT"_s);
-    for (const HtmlSetting& row : htmlSettingTable()) {
-        if (!row.section.isEmpty())
-            read.*row.number = file.number(row.section.toString(), row.key.toString(), row.missing);
-    }
+    read.mode = file.text(kHtmlMode);
+    for (const HtmlSetting& row : htmlSettingTable())
+        read.*row.number = file.number(row.setting);
     m_settings = read;
     return true;
 }
@@ -34,12 +32,10 @@ bool clsHTML2TEXT::SaveValue(const QString& path) const {
     if (!QFileInfo(platform::existingPath(core::GetParentFolder(path))).isDir())
         return false;
     core::SettingsChange change;
-    change.set(path, u"GENERAL"_s, u"MODE"_s, m_settings.mode);
-    for (const HtmlSetting& row : htmlSettingTable()) {
-        if (!row.section.isEmpty())
-            change.set(path, row.section.toString(), row.key.toString(), QString::number(m_settings.*row.number));
-    }
-    change.write();
+    change.set(path, kHtmlMode, m_settings.mode);
+    for (const HtmlSetting& row : htmlSettingTable())
+        change.set(path, row.setting, QString::number(m_settings.*row.number));
+    change.writeQuietly();
     return true;
 }
 
@@ -50,11 +46,11 @@ bool clsHTML2TEXT::SetValue(const QString& key, const QString& value) {
         m_settings.mode = value;
         return true;
     }
-    const HtmlSetting* row = findHtmlSetting(key);
-    if (!row || row->number == &HtmlSettings::linkTagType)
+    qint16 HtmlSettings::*const number = findHtmlNumber(key);
+    if (!number || number == &HtmlSettings::linkTagType)
         return true;
-    m_settings.*row->number = core::cint(value);
-    if (row->number == &HtmlSettings::enter)
+    m_settings.*number = core::cint(value);
+    if (number == &HtmlSettings::enter)
         m_settings.linkTagType = m_settings.enter;
     return true;
 }
@@ -62,8 +58,8 @@ bool clsHTML2TEXT::SetValue(const QString& key, const QString& value) {
 QString clsHTML2TEXT::GetValue(const QString& key) const {
     if (key == u"MODE"_s)
         return m_settings.mode;
-    const HtmlSetting* row = findHtmlSetting(key);
-    return row ? QString::number(m_settings.*row->number) : QString();
+    qint16 HtmlSettings::*const number = findHtmlNumber(key);
+    return number ? QString::number(m_settings.*number) : QString();
 }
 
 QString clsHTML2TEXT::Execute(QString& text) const {

@@ -37,7 +37,8 @@ std::span<const QStringView> textModeBoxes() {
 }
 
 HtmlToTextChoice::HtmlToTextChoice()
-    : ruleLength(QString::number(findHtmlSetting(u"HR_NUM")->missing)) {
+    : ruleLength(std::ranges::find(htmlSettingTable(), &HtmlSettings::textHrNumber, &HtmlSetting::number)
+                     ->setting.whenMissing.toString()) {
     textBoxes.fill(true);
 }
 

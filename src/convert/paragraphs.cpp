@@ -2,13 +2,14 @@
 
 #include "core/keys.h"
 #include "core/long_text.h"
+#include "core/settings.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::convert {
 
 QString paragraphOpening(const core::Session& session) {
-    const QString attributes = core::TrimNull(core::ReadIni(session.DiaryIniFile, core::keys::kPTagAdd));
+    const QString attributes = core::Settings(session).text(core::keys::kPTagAdd);
     return attributes.isEmpty() ? u"<P>"_s : u"<P "_s + attributes + u'>';
 }
 

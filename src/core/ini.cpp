@@ -6,17 +6,25 @@
 #include "platform/profile_file.h"
 
 namespace velloria::core {
+namespace {
+
+/// Of whatever file.
+Setting row(const QString& section, const QString& key, const QString& whenMissing = {}) {
+    return {{}, section, key, whenMissing};
+}
+
+} // namespace
 
 void WriteIni(const QString& file, const QString& section, const QString& key, const QString& value) {
     SettingsChange change;
-    change.set(file, section, key, value);
-    change.write();
+    change.set(file, row(section, key), value);
+    change.writeQuietly();
 }
 
 void DeleteIniKey(const QString& file, const QString& section, const QString& key) {
     SettingsChange change;
-    change.remove(file, section, key);
-    change.write();
+    change.remove(file, row(section, key));
+    change.writeQuietly();
 }
 
 QString ReadIni(const QString& file, const QString& section, const QString& key) {
@@ -24,7 +32,7 @@ QString ReadIni(const QString& file, const QString& section, const QString& key)
 }
 
 QString ReadIniDef(const QString& file, const QString& section, const QString& key, const QString& defaultValue) {
-    return platform::ProfileFile(platform::existingPath(file)).valueOr(section, key, defaultValue);
+    return IniReader(file).text(row(section, key, defaultValue));
 }
 
 qint16 ReadIniInt(const QString& file, const QString& section, const QString& key) {
@@ -32,7 +40,11 @@ qint16 ReadIniInt(const QString& file, const QString& section, const QString& ke
 }
 
 qint16 ReadIniIntDef(const QString& file, const QString& section, const QString& key, qint16 defaultValue) {
-    return IniReader(file).number(section, key, defaultValue);
+    Setting number = row(section, key);
+    const QString whenMissing = QString::number(defaultValue);
+    number.whenMissing = whenMissing;
+    number.kind = SettingKind::Number;
+    return IniReader(file).number(number);
 }
 
 QStringList ReadIniSections(const QString& file) {

@@ -1,7 +1,8 @@
-// The settings store: one key at a time, read from disk at each call and written at once.
+// Settings by the names that somebody gives: one key at a time, read from disk at each call and written at once. What
+// the program itself keeps has rows (core/setting.h) and goes through core/settings.h.
 //
 // A missing file or key reads as the default; a file that is there and can't be read is a platform::Failure. A write
-// that the machine refuses is passed over. Keys that belong together go through core/settings_change.h. The order of
+// that the machine refuses is passed over. The order of
 // the arguments is always file, section, key. Names compare without regard to ASCII case, that of the file without
 // regard to case when the exact name is missing. A value comes back cut to 255 bytes of its code page 932 form, never
 // within a character.

@@ -1,110 +1,80 @@
-// The settings keys, each spelt once. An odd spelling is the file format's.
+// The settings of the user's "diary.ini".
 #pragma once
 
-#include "core/ini.h"
+#include "core/setting.h"
 
-#include <QLatin1StringView>
+namespace velloria::core::keys {
 
-namespace velloria::core {
+inline constexpr SettingsSection kAll{SettingsFile::Diary, u"ALL"};
+inline constexpr Setting kDataPath = kAll.path(u"DataPath");
+inline constexpr Setting kSaveFilePath = kAll.path(u"SaveFilePath");
+inline constexpr Setting kSaveFileName = kAll.path(u"SaveFileName");
+inline constexpr Setting kDBVersion = kAll.number(u"DBVersion");
+inline constexpr Setting kClipWithHTML = kAll.flag(u"ClipWithHTML");
+inline constexpr Setting kRescue = kAll.text(u"Rescue", u"1");       ///< all but "0": what goes is kept
+inline constexpr Setting kPrivateFiles = kAll.flag(u"PrivateFiles"); ///< 1: files of private entries go too
+inline constexpr Setting kMenuLanguage = kAll.text(u"MenuLanguage");
+inline constexpr Setting kImagePath = kAll.path(u"IMGPath");           ///< where the picture window begins
+inline constexpr Setting kLogResistPath = kAll.path(u"LogResistPath"); ///< where the log register begins
 
-struct Key {
-    QLatin1StringView section;
-    QLatin1StringView name;
-};
+inline constexpr SettingsSection kInitialize{SettingsFile::Diary, u"Initialize"};
+inline constexpr Setting kShowStartUpForm = kInitialize.flag(u"ShowStartUpForm");
+inline constexpr Setting kWindowMaximize = kInitialize.flag(u"WindowMaximize");
+inline constexpr Setting kWindowPosition = kInitialize.number(u"WindowPosition");
 
-/// Keys of "diary.ini" that the shell and the commands use.
-namespace keys {
-inline constexpr QLatin1StringView kAll("ALL");
-inline constexpr QLatin1StringView kIniFileName("IniFileName");
+/// Where windows stood.
+inline constexpr PlaceSettings kParentFormPlace = placeIn(u"ParentForm");
+inline constexpr PlaceSettings kCalenderPlace = placeIn(u"Calender");
+inline constexpr PlaceSettings kDiaryEditerPlace = placeIn(u"DiaryEditer");
+inline constexpr PlaceSettings kBrowserPlace = placeIn(u"Browser");
+inline constexpr PlaceSettings kMiniBrowserPlace = placeIn(u"miniBrowser");
+inline constexpr PlaceSettings kPrevDiaryViewerPlace = placeIn(u"PrevDiaryViewer");
+inline constexpr PlaceSettings kExportPlace = placeIn(u"Export");
+inline constexpr PlaceSettings kFindPlace = placeIn(u"Find");
+inline constexpr PlaceSettings kLogPlace = placeIn(u"Log");
 
-inline constexpr Key kDataPath{kAll, QLatin1StringView("DataPath")};
-inline constexpr Key kSaveFilePath{kAll, QLatin1StringView("SaveFilePath")};
-inline constexpr Key kSaveFileName{kAll, QLatin1StringView("SaveFileName")};
-inline constexpr Key kDBVersion{kAll, QLatin1StringView("DBVersion")};
-inline constexpr Key kClipWithHTML{kAll, QLatin1StringView("ClipWithHTML")};
-inline constexpr Key kRescue{kAll, QLatin1StringView("Rescue")};
-inline constexpr Key kPrivateFiles{kAll, QLatin1StringView("PrivateFiles")}; ///< 1: files of private entries go too
-inline constexpr Key kMenuLanguage{kAll, QLatin1StringView("MenuLanguage")};
+inline constexpr SettingsSection kDiaryEditer{SettingsFile::Diary, u"DiaryEditer"};
+inline constexpr Setting kContentsFontSize =
+    kDiaryEditer.text(u"ContentsFontSize", u"12"); ///< in points, with fractions
+inline constexpr Setting kPTagAdd = kDiaryEditer.text(u"P_TagAdd");
 
-inline constexpr Key kShowStartUpForm{QLatin1StringView("Initialize"), QLatin1StringView("ShowStartUpForm")};
-inline constexpr Key kWindowMaximize{QLatin1StringView("Initialize"), QLatin1StringView("WindowMaximize")};
-inline constexpr Key kWindowPosition{QLatin1StringView("Initialize"), QLatin1StringView("WindowPosition")};
+inline constexpr Setting kSelectedBlog = SettingsSection{SettingsFile::Diary, u"Calender"}.text(u"Blog", u"mixi");
 
-/// Sections of window places.
-inline constexpr QLatin1StringView kParentForm("ParentForm");
-inline constexpr QLatin1StringView kCalender("Calender");
-inline constexpr QLatin1StringView kDiaryEditer("DiaryEditer");
-inline constexpr QLatin1StringView kBrowser("Browser");
-inline constexpr QLatin1StringView kExport("Export");
-inline constexpr QLatin1StringView kFind("Find");
-inline constexpr QLatin1StringView kLog("Log");
+inline constexpr SettingsSection kBrowser{SettingsFile::Diary, u"Browser"};
+inline constexpr Setting kUrlHistory = kBrowser.flag(u"URLHistory");
+inline constexpr Setting kFindHistory = kBrowser.flag(u"FindHistory");
+inline constexpr Setting kFindSite = kBrowser.number(u"FindSite"); ///< of 32 bits
+inline constexpr Setting kFavoriteSort = kBrowser.flag(u"FavoriteSort");
 
-inline constexpr Key kContentsFontSize{kDiaryEditer, QLatin1StringView("ContentsFontSize")};
-inline constexpr Key kPTagAdd{kDiaryEditer, QLatin1StringView("P_TagAdd")};
-inline constexpr Key kSelectedBlog{kCalender, QLatin1StringView("Blog")};
+inline constexpr Setting kDefaultLoadPath =
+    SettingsSection{SettingsFile::Diary, u"FileResist"}.path(u"DefaultLoadPath");
 
-/// Where file dialogs begin, and what the picture window was left with.
-inline constexpr Key kImagePath{kAll, QLatin1StringView("IMGPath")};
-inline constexpr Key kLogResistPath{kAll, QLatin1StringView("LogResistPath")};
-inline constexpr Key kDefaultLoadPath{QLatin1StringView("FileResist"), QLatin1StringView("DefaultLoadPath")};
-inline constexpr Key kAddDivText{QLatin1StringView("ImageTag"), QLatin1StringView("AddDivText")};
-inline constexpr Key kTagOtherText{QLatin1StringView("ImageTag"), QLatin1StringView("TagOtherText")};
+/// What the picture window was left with.
+inline constexpr SettingsSection kImageTag{SettingsFile::Diary, u"ImageTag"};
+inline constexpr Setting kAddDivText = kImageTag.text(u"AddDivText");
+inline constexpr Setting kTagOtherText = kImageTag.text(u"TagOtherText");
 
 /// The user's web server.
-inline constexpr QLatin1StringView kFtp("FTP");
-inline constexpr QLatin1StringView kFtp2("FTP2");
-inline constexpr Key kFtpId{kFtp, QLatin1StringView("ID")};
-inline constexpr Key kFtpPass{kFtp, QLatin1StringView("Pass")};
-inline constexpr Key kFtpUrl{kFtp, QLatin1StringView("URL")};
-inline constexpr Key kFtpStartFolder{kFtp, QLatin1StringView("StartFolder")};
-inline constexpr Key kFtpPassive{kFtp, QLatin1StringView("PASV")};
-inline constexpr Key kFtpPing{kFtp, QLatin1StringView("PING")};
-inline constexpr Key kHtmlOnlyUpload{kFtp2, QLatin1StringView("HTMLOnlyUpload")};
-inline constexpr Key kTls{kFtp2, QLatin1StringView("TLS")}; ///< 0 or empty off, 1 when offered, all else required
-inline constexpr Key kSoundFile{kFtp2, QLatin1StringView("SoundFile")};
+inline constexpr SettingsSection kFtp{SettingsFile::Diary, u"FTP"};
+inline constexpr Setting kFtpId = kFtp.text(u"ID");
+inline constexpr Setting kFtpPass = kFtp.text(u"Pass"); ///< scrambled (convert/password_text.h)
+inline constexpr Setting kFtpUrl = kFtp.text(u"URL");
+inline constexpr Setting kFtpStartFolder = kFtp.text(u"StartFolder");
+inline constexpr Setting kFtpPassive = kFtp.flag(u"PASV");
+inline constexpr Setting kFtpPing = kFtp.flag(u"PING");
+inline constexpr SettingsSection kFtp2{SettingsFile::Diary, u"FTP2"};
+inline constexpr Setting kHtmlOnlyUpload = kFtp2.flag(u"HTMLOnlyUpload");
+inline constexpr Setting kTls = kFtp2.text(u"TLS"); ///< 0 or empty off, 1 when offered, all else required
+inline constexpr Setting kSoundFile = kFtp2.path(u"SoundFile");
 
-inline constexpr Key kCustomizeIni{QLatin1StringView("Customize"), kIniFileName};
-inline constexpr Key kFrameIni{QLatin1StringView("Frame"), kIniFileName};
-inline constexpr Key kRssIni{QLatin1StringView("RSS"), kIniFileName};
-inline constexpr Key kHaloScanIni{QLatin1StringView("HaloScan"), kIniFileName};
-inline constexpr Key kBlogIni{QLatin1StringView("Blog"), kIniFileName};
-
-/// "endpoints.ini": the maker's pages.
-inline constexpr Key kMakerHomePage{QLatin1StringView("Maker"), QLatin1StringView("HomePage")};
-inline constexpr Key kMakerBlog{QLatin1StringView("Maker"), QLatin1StringView("Blog")};
-inline constexpr Key kMakerNews{QLatin1StringView("Maker"), QLatin1StringView("News")};
-inline constexpr Key kMakerSoftware{QLatin1StringView("Maker"), QLatin1StringView("Software")};
-inline constexpr Key kMakerUpdateFolder{QLatin1StringView("Maker"), QLatin1StringView("UpdateFolder")};
-
-/// "update.txt": 1 once the update was made.
-inline constexpr Key kUpdated{QLatin1StringView("Update"), QLatin1StringView("Updated")};
-/// The running version, written by the program itself for the updater.
-inline constexpr Key kRunningVersion{QLatin1StringView("CurrentVersion"), QLatin1StringView("version")};
-/// What the maker offers: the sections, and the keys in each. `requiredversion` stands in the patch alone.
-inline constexpr QLatin1StringView kPatch("Patch");
-inline constexpr QLatin1StringView kRelease("Release");
-inline constexpr QLatin1StringView kOfferVersion("version");
-inline constexpr QLatin1StringView kOfferRequiredVersion("requiredversion");
-inline constexpr QLatin1StringView kOfferUrl("URL_Full");
-inline constexpr QLatin1StringView kOfferFileName("FileName");
-
-/// "velluser.ini": the last login; a user's own keys stand in the section named by the id.
-inline constexpr Key kPreviousUser{QLatin1StringView("Previous"), QLatin1StringView("ID")};
-inline constexpr QLatin1StringView kUserId("ID");
-inline constexpr QLatin1StringView kUserPass("Pass");
-inline constexpr QLatin1StringView kUserPath("Path");
-} // namespace keys
-
-inline QString ReadIni(const QString& file, const Key& key) {
-    return ReadIni(file, key.section, key.name);
+/// Where the other files of the user are.
+constexpr Setting iniFileNameIn(QStringView section) {
+    return SettingsSection{SettingsFile::Diary, section}.path(u"IniFileName");
 }
+inline constexpr Setting kCustomizeIni = iniFileNameIn(u"Customize");
+inline constexpr Setting kFrameIni = iniFileNameIn(u"Frame");
+inline constexpr Setting kRssIni = iniFileNameIn(u"RSS");
+inline constexpr Setting kHaloScanIni = iniFileNameIn(u"HaloScan");
+inline constexpr Setting kBlogIni = iniFileNameIn(u"Blog");
 
-inline qint16 ReadIniIntDef(const QString& file, const Key& key, qint16 defaultValue) {
-    return ReadIniIntDef(file, key.section, key.name, defaultValue);
-}
-
-inline void WriteIni(const QString& file, const Key& key, const QString& value) {
-    WriteIni(file, key.section, key.name, value);
-}
-
-} // namespace velloria::core
+} // namespace velloria::core::keys

@@ -1,15 +1,14 @@
 #include "core/menu_language.h"
 
-#include "core/ini.h"
 #include "core/keys.h"
+#include "core/settings.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::core {
 
 MenuLanguage menuLanguage(const Session& session) {
-    return ReadIni(session.DiaryIniFile, keys::kMenuLanguage) == "English"_L1 ? MenuLanguage::English
-                                                                              : MenuLanguage::Japanese;
+    return Settings(session).text(keys::kMenuLanguage) == "English"_L1 ? MenuLanguage::English : MenuLanguage::Japanese;
 }
 
 } // namespace velloria::core

@@ -1,19 +1,30 @@
 #include "core/settings_change.h"
 
+#include "core/settings.h"
+#include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 
 namespace velloria::core {
 
-void SettingsChange::set(const QString& file, const QString& section, const QString& key, const QString& value) {
-    m_files[file].push_back({section, key, value});
+void SettingsChange::set(const Session& session, const Setting& setting, const QString& value) {
+    set(Settings(session).file(setting.file), setting, value);
 }
 
-void SettingsChange::remove(const QString& file, const QString& section, const QString& key) {
-    m_files[file].push_back({section, key, std::nullopt});
+void SettingsChange::set(const QString& file, const Setting& setting, const QString& value) {
+    m_files[file].push_back({setting.section.toString(), setting.name.toString(),
+                             setting.kind == SettingKind::Path ? storedName(value) : value});
 }
 
-void SettingsChange::write() const {
+void SettingsChange::remove(const Session& session, const Setting& setting) {
+    remove(Settings(session).file(setting.file), setting);
+}
+
+void SettingsChange::remove(const QString& file, const Setting& setting) {
+    m_files[file].push_back({setting.section.toString(), setting.name.toString(), std::nullopt});
+}
+
+void SettingsChange::writeQuietly() const {
     for (const auto& [file, changes] : m_files) {
         try {
             platform::writeProfile(platform::existingPath(file), changes);

@@ -1,24 +1,30 @@
 // Settings that change together.
 #pragma once
 
-#include "core/keys.h"
+#include "core/session.h"
+#include "core/setting.h"
 #include "platform/profile_file.h"
 
 #include <map>
 
 namespace velloria::core {
 
-/// Collects keys and writes them so that each file is replaced once: another program that writes or reads the same keys
-/// finds all of them or none. Like WriteIni it reports nothing: a file that the machine refuses keeps its old values,
-/// the other ones are written all the same.
+/// Collects settings, of one file or of several, and writes them so that each file is replaced once: another program
+/// that writes or reads the same keys finds all of them or none.
 class SettingsChange {
 public:
-    void set(const QString& file, const QString& section, const QString& key, const QString& value);
-    void set(const QString& file, const Key& key, const QString& value) { set(file, key.section, key.name, value); }
-    void remove(const QString& file, const QString& section, const QString& key);
+    /// In the file in which the setting is now, or in `file`: a missing file is made, but not its folder. A line break
+    /// within `value` becomes a blank; a path is given as the name that it is.
+    void set(const Session& session, const Setting& setting, const QString& value);
+    void set(const QString& file, const Setting& setting, const QString& value);
 
-    /// Writes the keys of each file in the order in which they were set.
-    void write() const;
+    /// Removes the key's line; the section's header stays.
+    void remove(const Session& session, const Setting& setting);
+    void remove(const QString& file, const Setting& setting);
+
+    /// Writes the keys of each file in the order in which they were set. A file that the machine refuses keeps its old
+    /// values and stops no other one.
+    void writeQuietly() const;
 
 private:
     std::map<QString, std::vector<platform::ProfileChange>> m_files;

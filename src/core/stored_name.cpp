@@ -28,10 +28,14 @@ QString nameOfStored(QString stored) {
     return stored;
 }
 
-bool fitsSetting(const QString& path) {
+QString keptOfPath(const QString& path) {
     const QString name = u"x"_s;
     const auto profile = platform::ProfileFile::fromBytes(platform::changedProfile({}, name, name, storedName(path)));
-    return nameOfStored(profile.valueOr(name, name, u""_s)) == path;
+    return nameOfStored(profile.valueOr(name, name, u""_s));
+}
+
+bool fitsSetting(const QString& path) {
+    return keptOfPath(path) == path;
 }
 
 } // namespace velloria::core

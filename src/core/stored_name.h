@@ -13,6 +13,9 @@ QString storedName(QString name);
 /// The name that was stored so.
 QString nameOfStored(QString stored);
 
+/// What a setting gives back of a path: the part that fits, and none of the outer blanks.
+QString keptOfPath(const QString& path);
+
 /// Whether a setting gives the path back as it is: not so when it is longer than a value, or holds a line break.
 bool fitsSetting(const QString& path);
 

@@ -1,5 +1,6 @@
 #include "desktop/settings_table.h"
 
+#include "core/settings.h"
 #include "core/settings_change.h"
 
 #include <QCheckBox>
@@ -61,16 +62,16 @@ std::optional<QString> valueOf(const SettingsRow& row) {
 void SettingsTable::load(const QString& iniFile) {
     const QScopedValueRollback loading(m_isLoading, true);
     for (const SettingsRow& row : rows)
-        show(row, core::ReadIniDef(iniFile, row.key.section, row.key.name, row.whenMissing));
+        show(row, core::IniReader(iniFile).text(row.setting));
 }
 
 void SettingsTable::apply(const QString& iniFile) const {
     core::SettingsChange change;
     for (const SettingsRow& row : rows) {
         if (const std::optional<QString> value = valueOf(row))
-            change.set(iniFile, row.key, *value);
+            change.set(iniFile, row.setting, *value);
     }
-    change.write();
+    change.writeQuietly();
 }
 
 void SettingsTable::onChange(const std::function<void()>& changed) {

@@ -1,7 +1,7 @@
 // A settings dialog as a table: one control a row, in the order in which they are written.
 #pragma once
 
-#include "core/keys.h"
+#include "core/setting.h"
 
 #include <functional>
 #include <utility>
@@ -31,8 +31,7 @@ using SettingsControl = std::variant<QCheckBox*, QLineEdit*, QComboBox*, Choice>
 
 struct SettingsRow {
     SettingsControl control;
-    core::Key key;
-    QString whenMissing;
+    core::Setting setting;
     TextHooks hooks; ///< of a text; each may be empty
 };
 

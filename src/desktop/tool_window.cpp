@@ -10,10 +10,10 @@
 
 namespace velloria::desktop {
 
-ToolWindow::ToolWindow(Context& context, const QString& name, Blocks blocks, std::optional<QLatin1StringView> section)
+ToolWindow::ToolWindow(Context& context, const QString& name, Blocks blocks, const core::PlaceSettings* settings)
     : QDialog(context.mdi->window())
     , m_context(context)
-    , m_section(section) {
+    , m_settings(settings) {
     setObjectName(name);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     if (blocks == Blocks::MainWindow) {
@@ -23,12 +23,12 @@ ToolWindow::ToolWindow(Context& context, const QString& name, Blocks blocks, std
 }
 
 ToolWindow::~ToolWindow() {
-    if (!m_section || !m_wasShown)
+    if (!m_settings || !m_wasShown)
         return;
     WindowPlace place = placeOf(*this, {pos(), size()});
     place.height.reset();
     place.width.reset();
-    writePlace(m_context.session.DiaryIniFile, *m_section, place);
+    writePlace(m_context.session, *m_settings, place);
 }
 
 void ToolWindow::showWindow() {
@@ -50,9 +50,9 @@ void ToolWindow::takeItsPlace() {
     QRect middle(QPoint(), size().grownBy(frame));
     middle.moveCenter(mainWindow.frameGeometry().center());
     move(movedInto(middle, area).topLeft());
-    if (!m_section)
+    if (!m_settings)
         return;
-    WindowPlace place = readPlace(m_context.session.DiaryIniFile, *m_section);
+    WindowPlace place = readPlace(m_context.session, *m_settings);
     place.height.reset();
     place.width.reset();
     restorePlace(*this, place, frame);

@@ -1,12 +1,12 @@
 // A window beside the main window: a maker, a register, a dialog that stays open while the user works.
 #pragma once
 
+#include "core/setting.h"
 #include "desktop/context.h"
 
 #include <QDialog>
 
 #include <functional>
-#include <optional>
 
 namespace velloria::desktop {
 
@@ -32,10 +32,10 @@ protected:
 
     enum class Blocks { Nothing, MainWindow };
 
-    /// The main window must be there. With a section of the user's settings, the window comes up where it was left, the
+    /// The main window must be there. With `settings`, which outlive it, the window comes up where it was left, the
     /// first time in the middle of the main window. On a small screen its contents scroll above its last row, the
     /// buttons.
-    ToolWindow(Context& context, const QString& name, Blocks blocks, std::optional<QLatin1StringView> section = {});
+    ToolWindow(Context& context, const QString& name, Blocks blocks, const core::PlaceSettings* settings = nullptr);
 
     /// A slot's body: a failure becomes its box.
     void run(const std::function<void()>& action) const;
@@ -45,7 +45,7 @@ protected:
 private:
     void takeItsPlace();
 
-    std::optional<QLatin1StringView> m_section;
+    const core::PlaceSettings* m_settings;
     std::function<void()> m_giveBack;
     bool m_wasShown = false;
 };

@@ -1,9 +1,8 @@
 #include "desktop/window_place.h"
 
+#include "core/settings.h"
 #include "core/settings_change.h"
 #include "desktop/twips.h"
-#include "platform/directory.h"
-#include "platform/profile_file.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -16,16 +15,16 @@ using namespace Qt::StringLiterals;
 namespace velloria::desktop {
 namespace {
 
-struct PlaceKey {
-    QLatin1StringView name;
+struct Edge {
+    core::Setting core::PlaceSettings::*setting;
     std::optional<qint32> WindowPlace::*value;
 };
 
-constexpr PlaceKey kKeys[] = {
-    {"Top"_L1, &WindowPlace::top},
-    {"Left"_L1, &WindowPlace::left},
-    {"Height"_L1, &WindowPlace::height},
-    {"Width"_L1, &WindowPlace::width},
+constexpr Edge kEdges[] = {
+    {&core::PlaceSettings::top, &WindowPlace::top},
+    {&core::PlaceSettings::left, &WindowPlace::left},
+    {&core::PlaceSettings::height, &WindowPlace::height},
+    {&core::PlaceSettings::width, &WindowPlace::width},
 };
 
 constexpr QSize kLeastSize(200, 150);
@@ -44,25 +43,25 @@ bool placesWindowsItself() {
 
 } // namespace
 
-WindowPlace readPlace(const QString& iniFile, QLatin1StringView section) {
-    const platform::ProfileFile profile(platform::existingPath(iniFile));
+WindowPlace readPlace(const core::Session& session, const core::PlaceSettings& settings) {
+    const core::IniReader file = core::Settings(session).read(settings.top.file);
     WindowPlace place;
-    for (const PlaceKey& key : kKeys)
-        place.*key.value = profile.number(section, key.name);
+    for (const Edge& edge : kEdges)
+        place.*edge.value = file.wideNumber(settings.*edge.setting);
     return place;
 }
 
-void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place) {
+void writePlace(const core::Session& session, const core::PlaceSettings& settings, const WindowPlace& place) {
     core::SettingsChange change;
-    addPlace(change, iniFile, section, place);
-    change.write();
+    addPlace(change, session, settings, place);
+    change.writeQuietly();
 }
 
-void addPlace(core::SettingsChange& change, const QString& iniFile, QLatin1StringView section,
+void addPlace(core::SettingsChange& change, const core::Session& session, const core::PlaceSettings& settings,
               const WindowPlace& place) {
-    for (const PlaceKey& key : kKeys) {
-        if (const std::optional<qint32>& value = place.*key.value)
-            change.set(iniFile, section, key.name, QString::number(*value));
+    for (const Edge& edge : kEdges) {
+        if (const std::optional<qint32>& value = place.*edge.value)
+            change.set(session, settings.*edge.setting, QString::number(*value));
     }
 }
 

@@ -1,7 +1,6 @@
 // Where a window stood when it was left, in the user's settings.
 #pragma once
 
-#include <QLatin1StringView>
 #include <QMargins>
 #include <QRect>
 #include <QString>
@@ -11,13 +10,14 @@
 class QWidget;
 
 namespace velloria::core {
+struct PlaceSettings;
 class SettingsChange;
-}
+struct Session;
+} // namespace velloria::core
 
 namespace velloria::desktop {
 
-/// The keys `Top`, `Left`, `Height` and `Width` of a section, in twips; a missing one is nothing. They are read in 32
-/// bits: a large screen has more twips than 16 bits hold.
+/// In twips; a missing value is nothing. They are read in 32 bits: a large screen has more twips than 16 bits hold.
 struct WindowPlace {
     std::optional<qint32> top;
     std::optional<qint32> left;
@@ -26,13 +26,13 @@ struct WindowPlace {
 };
 
 /// What is no number reads as 0.
-WindowPlace readPlace(const QString& iniFile, QLatin1StringView section);
+WindowPlace readPlace(const core::Session& session, const core::PlaceSettings& settings);
 
-/// Writes position and size as decimal text, each as far as it is told.
-void writePlace(const QString& iniFile, QLatin1StringView section, const WindowPlace& place);
+/// Writes position and size as decimal text, each as far as it is told. A refusal of the machine is passed over.
+void writePlace(const core::Session& session, const core::PlaceSettings& settings, const WindowPlace& place);
 
 /// The same as a part of a larger change.
-void addPlace(core::SettingsChange& change, const QString& iniFile, QLatin1StringView section,
+void addPlace(core::SettingsChange& change, const core::Session& session, const core::PlaceSettings& settings,
               const WindowPlace& place);
 
 /// The rectangle in pixels as a place in twips.

@@ -1,8 +1,6 @@
 #include "editor/tags.h"
 
 #include "convert/paragraphs.h"
-#include "core/ini.h"
-#include "core/keys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,6 +4,7 @@
 #include "core/date_forms.h"
 #include "core/keys.h"
 #include "core/long_text.h"
+#include "core/settings.h"
 #include "exchange/element_reader.h"
 #include "platform/failure.h"
 #include "store/rescue_file.h"
@@ -42,8 +43,7 @@ QString tagged(const core::Session& session, const QString& text, ParagraphTags 
 } // namespace
 
 ParagraphTags importedParagraphs(const core::Session& session) {
-    return core::ReadIniIntDef(session.DiaryIniFile, core::keys::kClipWithHTML, 0) > 0 ? ParagraphTags::Added
-                                                                                       : ParagraphTags::None;
+    return core::Settings(session).number(core::keys::kClipWithHTML) > 0 ? ParagraphTags::Added : ParagraphTags::None;
 }
 
 ClipboardImport::ClipboardImport(const core::Run& run)

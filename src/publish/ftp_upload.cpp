@@ -1,7 +1,7 @@
 #include "publish/ftp_upload.h"
 
 #include "core/keys.h"
-#include "core/stored_name.h"
+#include "core/settings.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_lock.h"
@@ -70,7 +70,7 @@ bool FtpUpload::transferAll() {
     const platform::FileLock lock(m_session.UserPath + u"upload.lock"_s);
     if (!lock.isHeld())
         return tellOtherUpload();
-    m_settings = readUploadSettings(m_session.DiaryIniFile);
+    m_settings = readUploadSettings(m_session);
     if (!checkLocalFiles())
         return false; // nothing is open; the window stays and keeps its text
     if (!transfer()) {
@@ -176,8 +176,7 @@ void FtpUpload::finish() {
     m_isSessionOpen = false;
     m_log->end(u"Uploading Files is Success!"_s);
     m_desk.status(u"Uploading Files is Success!"_s);
-    const QString sound =
-        core::nameOfStored(core::TrimNull(core::ReadIni(m_session.DiaryIniFile, core::keys::kSoundFile)));
+    const QString sound = core::Settings(m_session).text(core::keys::kSoundFile);
     SendMCICommand(u"Play \""_s + sound + u'"');
     m_view.setTitleAndText(u"Successful"_s, u"日記のアップロードに成功しました。"_s);
     m_desk.pump(); // all is done: an end of the program takes nothing away any more

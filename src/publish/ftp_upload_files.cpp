@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "platform/file_write.h"
 #include "publish/network_error.h"
 
@@ -66,7 +67,7 @@ bool FtpUpload::uploadPages() {
 }
 
 bool FtpUpload::uploadParts() {
-    m_isHtmlOnly = core::ReadIniIntDef(m_session.DiaryIniFile, core::keys::kHtmlOnlyUpload, 0) != 0;
+    m_isHtmlOnly = core::Settings(m_session).number(core::keys::kHtmlOnlyUpload) != 0;
     if (m_isHtmlOnly)
         return true;
     m_view.setTitle(u"ファイルアップロード"_s);

@@ -1,6 +1,7 @@
 #include "publish/ping.h"
 
-#include "core/ini.h"
+#include "core/settings.h"
+#include "core/site_keys.h"
 #include "platform/plugin.h"
 
 using namespace Qt::StringLiterals;
@@ -12,8 +13,9 @@ Ping::Ping(const core::Run& run)
     , m_desk(run.desk) {}
 
 void Ping::MnuPING() const {
-    const QString name = core::ReadIniDef(m_session.RSSIniFile, u"Setting"_s, u"Title"_s, u"日記"_s);
-    const QString url = core::ReadIni(m_session.RSSIniFile, u"Setting"_s, u"DiaryURL"_s);
+    const core::Settings settings(m_session);
+    const QString name = settings.text(core::keys::rss::kTitle);
+    const QString url = settings.text(core::keys::rss::kDiaryURL);
 
     const platform::Plugin plugin(m_session.MyPath + u"Chimer.dll"_s);
     const velloria_ping& ping = plugin.ping();

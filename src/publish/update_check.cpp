@@ -1,6 +1,8 @@
 #include "publish/update_check.h"
 
-#include "core/keys.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
+#include "core/settings_change.h"
 #include "core/text_file.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -31,6 +33,13 @@ bool isEncrypted(const QString& address) {
     return address.startsWith("https:"_L1, Qt::CaseInsensitive);
 }
 
+/// The check goes on with the version that stood there when it can't be written.
+void writeRunningVersion(const QString& file) {
+    core::SettingsChange version;
+    version.set(file, keys::kRunningVersion, core::kProgramVersion.text());
+    version.writeQuietly();
+}
+
 } // namespace
 
 UpdateCheck::UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls calls)
@@ -43,7 +52,7 @@ UpdateCheck::UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls c
 UpdateResult UpdateCheck::MnuUpdateCheck() {
     if (m_calls.stopBrowser)
         m_calls.stopBrowser();
-    m_desk.navigate(core::ReadIni(inHome(u"endpoints.ini"_s), keys::kMakerSoftware));
+    m_desk.navigate(core::Settings(m_session).text(keys::kMakerSoftware));
     m_isLaunched = false;
     m_refusal.clear();
     UpdateResult result;
@@ -67,7 +76,7 @@ void UpdateCheck::MnuVellUpdater() {
         return;
     }
     // In the working folder, unlike the version that the check writes.
-    core::WriteIni(kOffersFile, keys::kRunningVersion, core::kProgramVersion.text());
+    writeRunningVersion(kOffersFile);
     if (launch())
         endProgram();
 }
@@ -118,21 +127,16 @@ bool UpdateCheck::fetchOffers() {
 
 /// Versions compare as plain text: "1.10.0" comes before "1.9.0".
 std::optional<UpdateCheck::Offer> UpdateCheck::readOffer() const {
-    const QString file = inHome(kOffersFile);
-    const auto version = [&](QLatin1StringView section, QLatin1StringView key) {
-        return core::TrimNull(core::ReadIniDef(file, section, key, u"1.6.0"_s));
-    };
-    const auto offerOf = [&](QLatin1StringView section) {
-        return Offer{version(section, keys::kOfferVersion),
-                     core::TrimNull(core::ReadIni(file, section, keys::kOfferUrl)),
-                     core::TrimNull(core::ReadIni(file, section, keys::kOfferFileName))};
-    };
-    core::WriteIni(file, keys::kRunningVersion, core::kProgramVersion.text());
-    const QString running = version(keys::kRunningVersion.section, keys::kRunningVersion.name);
-    const Offer patch = offerOf(keys::kPatch);
-    if (patch.version > running && running > version(keys::kPatch, keys::kOfferRequiredVersion))
+    const core::Settings settings(m_session);
+    writeRunningVersion(settings.file(core::SettingsFile::Update));
+    const core::IniReader offers = settings.read(core::SettingsFile::Update);
+    const QString running = offers.text(keys::kRunningVersion);
+    const Offer patch{offers.text(keys::kPatchVersion), offers.text(keys::kPatchUrl),
+                      offers.text(keys::kPatchFileName)};
+    if (patch.version > running && running > offers.text(keys::kPatchRequiredVersion))
         return patch;
-    const Offer release = offerOf(keys::kRelease);
+    const Offer release{offers.text(keys::kReleaseVersion), offers.text(keys::kReleaseUrl),
+                        offers.text(keys::kReleaseFileName)};
     return release.version > running ? std::optional(release) : std::nullopt;
 }
 
@@ -211,7 +215,7 @@ UpdateResult UpdateCheck::refuse(const QString& text) {
 }
 
 QString UpdateCheck::updateFolder() const {
-    const QString folder = core::ReadIni(inHome(u"endpoints.ini"_s), keys::kMakerUpdateFolder);
+    const QString folder = core::Settings(m_session).text(keys::kMakerUpdateFolder);
     return folder.isEmpty() || folder.endsWith(u'/') ? folder : folder + u'/';
 }
 

@@ -2,6 +2,7 @@
 
 #include "convert/password_text.h"
 #include "core/keys.h"
+#include "core/settings.h"
 
 #include <QRegularExpression>
 
@@ -22,17 +23,17 @@ Tls tlsOf(const QString& setting) {
 
 } // namespace
 
-UploadSettings readUploadSettings(const QString& file) {
+UploadSettings readUploadSettings(const core::Session& session) {
     namespace keys = core::keys;
-    const auto text = [&](const core::Key& key) { return core::TrimNull(core::ReadIni(file, key)); };
+    const core::IniReader ini = core::Settings(session).read(core::SettingsFile::Diary);
     UploadSettings settings;
-    settings.login.host = text(keys::kFtpUrl);
-    settings.login.user = text(keys::kFtpId);
-    settings.login.password = convert::passwordFromSetting(text(keys::kFtpPass));
-    settings.login.isPassive = core::ReadIniIntDef(file, keys::kFtpPassive, 0) != 0;
-    settings.login.tls = tlsOf(text(keys::kTls));
-    settings.startFolder = text(keys::kFtpStartFolder);
-    settings.isPingWanted = core::ReadIniIntDef(file, keys::kFtpPing, 0) != 0;
+    settings.login.host = ini.text(keys::kFtpUrl);
+    settings.login.user = ini.text(keys::kFtpId);
+    settings.login.password = convert::passwordFromSetting(ini.text(keys::kFtpPass));
+    settings.login.isPassive = ini.number(keys::kFtpPassive) != 0;
+    settings.login.tls = tlsOf(ini.text(keys::kTls));
+    settings.startFolder = ini.text(keys::kFtpStartFolder);
+    settings.isPingWanted = ini.number(keys::kFtpPing) != 0;
     return settings;
 }
 

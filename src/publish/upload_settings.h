@@ -1,6 +1,7 @@
 // What the settings say about the web server.
 #pragma once
 
+#include "core/session.h"
 #include "publish/internet.h"
 
 namespace velloria::publish {
@@ -12,6 +13,6 @@ struct UploadSettings {
 };
 
 /// Read anew for each run, from the user's "diary.ini". Throws platform::Failure for a number beyond 16 bits.
-UploadSettings readUploadSettings(const QString& file);
+UploadSettings readUploadSettings(const core::Session& session);
 
 } // namespace velloria::publish

@@ -3,8 +3,8 @@
 #include "core/keys.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "core/site_folder.h"
-#include "core/stored_name.h"
 #include "core/upload_list.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -64,7 +64,7 @@ platform::Outcome LogRegistration::ResistLogFile(const QString& path, const QStr
     // Asked outside of the lock: nobody has to wait for an answer.
     if (!add(source, year + u'/' + (month.size() == 1 ? u'0' + month : month)))
         outcome = replace(source);
-    core::WriteIni(m_session.DiaryIniFile, core::keys::kLogResistPath, core::storedName(source.folder));
+    core::Settings(m_session).writeQuietly(core::keys::kLogResistPath, source.folder);
     return outcome;
 }
 

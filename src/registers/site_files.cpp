@@ -3,8 +3,8 @@
 #include "core/date_forms.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "platform/directory.h"
-#include "platform/profile_file.h"
 #include "platform/text_fold.h"
 #include "registers/file_register.h"
 #include "store/day_spellings.h"
@@ -21,8 +21,7 @@ namespace velloria::registers {
 namespace {
 
 bool takesPrivateFiles(const core::Session& session) {
-    const core::Key& key = core::keys::kPrivateFiles;
-    return platform::ProfileFile(platform::existingPath(session.DiaryIniFile)).number(key.section, key.name) == 1;
+    return core::Settings(session).isOn(core::keys::kPrivateFiles);
 }
 
 bool belongsToADay(const store::FileRow& row) {

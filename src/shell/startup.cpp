@@ -3,6 +3,7 @@
 #include "core/day_key.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "core/settings_change.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
@@ -36,13 +37,13 @@ using platform::MessageKind;
 namespace {
 
 /// A settings file whose path the user's "diary.ini" keeps.
-struct SettingsFile {
-    Key key;
+struct KeptPath {
+    Setting setting;
     QString Session::*path;
     QLatin1StringView defaultName; ///< below the data folder
 };
 
-const std::array<SettingsFile, 5> kSettingsFiles{{
+const std::array<KeptPath, 5> kKeptPaths{{
     {keys::kCustomizeIni, &Session::CustIniFile, "Customize/Customize.ini"_L1},
     {keys::kFrameIni, &Session::FrameIniFile, "Frame.ini"_L1},
     {keys::kRssIni, &Session::RSSIniFile, "RSS.ini"_L1},
@@ -165,8 +166,8 @@ bool Startup::copyFirstSettings() const {
     refuseUnreadable(factoryFile(u"default.ini"_s));
     // In one piece: settings without a data folder would ask for one at the next start.
     const QByteArray settings =
-        platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section,
-                                 keys::kDataPath.name, storedName(m_session.UserPath));
+        platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section.toString(),
+                                 keys::kDataPath.name.toString(), storedName(m_session.UserPath));
     platform::replaceFile(m_session.DiaryIniFile, settings, platform::Durability::Durable, kOwnerOnly);
     return true;
 }
@@ -184,13 +185,14 @@ void Startup::copyFirstDiary() const {
 
 void Startup::readStoredPaths() {
     refuseUnreadable(m_session.DiaryIniFile);
-    const auto folder = [this](const Key& key) {
-        const QString stored = nameOfStored(ReadIni(m_session.DiaryIniFile, key));
+    const Settings settings(m_session);
+    const auto folder = [&settings](const Setting& setting) {
+        const QString stored = settings.text(setting);
         return isAbsoluteFolder(stored) ? withSeparator(existingPath(stored)) : QString();
     };
     m_session.DataPath = folder(keys::kDataPath);
     m_session.FilePath = folder(keys::kSaveFilePath);
-    m_session.FileName = nameOfStored(ReadIni(m_session.DiaryIniFile, keys::kSaveFileName));
+    m_session.FileName = settings.text(keys::kSaveFileName);
 }
 
 bool Startup::fitsSettings(const QString& folder) const {
@@ -215,7 +217,7 @@ StartResult Startup::checkDataFolder() {
         return StartResult::Ended;
     }
     m_session.DataPath = withSeparator(QFileInfo(*folder).absoluteFilePath());
-    WriteIni(m_session.DiaryIniFile, keys::kDataPath, storedName(m_session.DataPath));
+    Settings(m_session).writeQuietly(keys::kDataPath, m_session.DataPath);
     return StartResult::Ready;
 }
 
@@ -231,11 +233,11 @@ void Startup::checkDatabase() {
     if (!fileExists(customize + u"/Customize.ini"_s))
         copyFactoryFile(u"Customize.ini"_s, customize + u"/Customize.ini"_s);
     SettingsChange defaults;
-    for (const SettingsFile& file : kSettingsFiles) {
+    for (const KeptPath& file : kKeptPaths) {
         if (file.path != &Session::RSSIniFile)
-            defaults.set(m_session.DiaryIniFile, file.key, storedName(m_session.DataPath + file.defaultName));
+            defaults.set(m_session, file.setting, m_session.DataPath + file.defaultName);
     }
-    defaults.write();
+    defaults.writeQuietly();
     m_desk.message(MessageKind::Plain,
                    u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                    u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
@@ -246,7 +248,7 @@ void Startup::checkDatabase() {
         store::UpdateDatabase(m_session, version);
     m_desk.message(MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
                                        u"念のためにVelloriaを再起動してください。"_s);
-    WriteIni(m_session.DiaryIniFile, keys::kDBVersion, QString::number(kDatabaseVersion));
+    Settings(m_session).writeQuietly(keys::kDBVersion, QString::number(kDatabaseVersion));
 }
 
 void Startup::makeWorkingFolders() {
@@ -309,19 +311,19 @@ void Startup::copyBlogTemplates() {
 
 void Startup::findSettingsFiles() {
     SettingsChange defaults;
-    for (const SettingsFile& file : kSettingsFiles) {
-        QString path = nameOfStored(ReadIni(m_session.DiaryIniFile, file.key));
+    for (const KeptPath& file : kKeptPaths) {
+        QString path = Settings(m_session).text(file.setting);
         // What is there and can't be read is not missing: the default does not take its place.
         if (isAbsoluteFolder(path) && !QFileInfo(existingPath(path)).isDir())
             refuseUnreadable(path);
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = m_session.DataPath + file.defaultName;
-            defaults.set(m_session.DiaryIniFile, file.key, storedName(path));
+            defaults.set(m_session, file.setting, path);
             refuseUnreadable(path);
         }
         m_session.*file.path = path;
     }
-    defaults.write();
+    defaults.writeQuietly();
 }
 
 void Startup::findPlugins() {

@@ -1,9 +1,11 @@
 #include "shell/users.h"
 
 #include "convert/password_text.h"
-#include "core/keys.h"
+#include "core/ini.h"
 #include "core/path_names.h"
-#include "core/stored_name.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/directory.h"
 #include "platform/file_read.h"
 
@@ -15,7 +17,7 @@ using namespace core::keys;
 
 Users::Users(const QString& myPath)
     : m_myPath(myPath)
-    , m_file(platform::existingPath(myPath + u"velluser.ini"_s)) {}
+    , m_file(platform::existingPath(core::programFile(myPath, core::SettingsFile::Users))) {}
 
 bool Users::exist() const {
     // Taken for no file, it would open the program to everybody.
@@ -32,22 +34,32 @@ bool Users::hasAny() const {
 }
 
 bool Users::UserCheck(const QString& id, const QString& password) const {
-    return UserExists(id) && convert::passwordFromSetting(core::ReadIniDef(m_file, id, kUserPass, u""_s)) == password;
+    return UserExists(id) && convert::passwordFromSetting(valueOf(kUserPass, id)) == password;
 }
 
 bool Users::UserExists(const QString& id) const {
-    return core::ReadIniDef(m_file, id, kUserId, u""_s) == id;
+    return valueOf(kUserId, id) == id;
 }
 
 QString Users::folder(const QString& id) const {
-    const QString stored = core::nameOfStored(core::ReadIniDef(m_file, id, kUserPath, u""_s));
+    const QString stored = valueOf(kUserPath, id);
     if (core::isAbsoluteFolder(stored))
         return core::withSeparator(stored);
     return m_myPath + id + core::nativeSeparator();
 }
 
+QString Users::previousLogin() const {
+    return core::IniReader(m_file).text(kPreviousUser);
+}
+
 void Users::rememberLogin(const QString& id) const {
-    core::WriteIni(m_file, kPreviousUser, id);
+    core::SettingsChange login;
+    login.set(m_file, kPreviousUser, id);
+    login.writeQuietly();
+}
+
+QString Users::valueOf(const core::Setting& setting, const QString& id) const {
+    return core::IniReader(m_file).text(core::inSection(setting, id));
 }
 
 } // namespace velloria::shell

@@ -1,6 +1,8 @@
 // The user accounts of "velluser.ini", which lies beside the program and switches on multi-user mode.
 #pragma once
 
+#include "core/setting.h"
+
 #include <QString>
 
 namespace velloria::shell {
@@ -25,10 +27,14 @@ public:
     /// Folder of the user, with its separator: key `Path`, or the program's folder plus id.
     QString folder(const QString& id) const;
 
+    /// The id that was typed last, "" for the first one.
+    QString previousLogin() const;
     /// Remembers the id that was typed last.
     void rememberLogin(const QString& id) const;
 
 private:
+    QString valueOf(const core::Setting& setting, const QString& id) const;
+
     QString m_myPath;
     QString m_file;
 };

@@ -3,8 +3,8 @@
 #include "core/day_key.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/site_keys.h"
 #include "site/calendar_dates.h"
-#include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 #include "site/day_list.h"
 
 #include "core/day_key.h"
-#include "site/site_keys.h"
+#include "core/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

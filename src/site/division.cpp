@@ -1,7 +1,7 @@
 #include "site/division.h"
 
+#include "core/site_keys.h"
 #include "platform/failure.h"
-#include "site/site_keys.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "site/entry_look.h"
 
-#include "site/site_keys.h"
+#include "core/site_keys.h"
 #include "site/weather.h"
 
 using namespace Qt::StringLiterals;

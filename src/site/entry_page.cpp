@@ -2,10 +2,10 @@
 
 #include "core/day_key.h"
 #include "core/path_names.h"
+#include "core/site_keys.h"
 #include "site/entry_look.h"
 #include "site/page_head.h"
 #include "site/page_move_links.h"
-#include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,12 +4,12 @@
 #include "core/day_key.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "core/site_keys.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/division.h"
 #include "site/month_run.h"
-#include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -96,9 +96,9 @@ bool clsRSSreader::Initialize(const QString& rssIniFile) {
         return false;
     m_diaryUrl = m_settings.text(keys::rss::kDiaryURL);
     m_channel.diaryUrl = feedText(m_diaryUrl);
-    m_channel.title = feedText(m_settings.text(keys::rss::kTitle, u"日記"_s));
+    m_channel.title = feedText(m_settings.text(keys::rss::kTitle));
     m_channel.homeUrl = feedText(m_settings.text(keys::rss::kHPURL));
-    m_channel.description = feedText(m_settings.text(keys::rss::kDescription, u"日記です。"_s));
+    m_channel.description = feedText(m_settings.text(keys::rss::kDescription));
     m_channel.managingAuthor = feedText(m_settings.text(keys::rss::kManagingAuthor));
     m_channel.webMaster = feedText(m_settings.text(keys::rss::kWebMaster));
     m_channel.author = feedText(m_settings.text(keys::rss::kAuthor));

@@ -3,11 +3,11 @@
 #include "core/date_forms.h"
 #include "core/day_key.h"
 #include "core/long_text.h"
+#include "core/site_keys.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 #include "site/entry_look.h"
 #include "site/local_page.h"
-#include "site/site_keys.h"
 #include "store/diary_store.h"
 
 #include <vector>

@@ -1,8 +1,8 @@
 #include "site/frames.h"
 
 #include "core/path_names.h"
+#include "core/site_keys.h"
 #include "site/page_head.h"
-#include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

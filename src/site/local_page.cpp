@@ -1,8 +1,8 @@
 #include "site/local_page.h"
 
+#include "core/site_keys.h"
 #include "platform/file_write.h"
 #include "site/page_head.h"
-#include "site/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

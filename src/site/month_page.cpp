@@ -3,6 +3,7 @@
 #include "core/date_forms.h"
 #include "core/day_key.h"
 #include "core/path_names.h"
+#include "core/site_keys.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/calendar_page.h"
@@ -14,7 +15,6 @@
 #include "site/number_check.h"
 #include "site/own_pages.h"
 #include "site/page_head.h"
-#include "site/site_keys.h"
 
 #include <algorithm>
 #include <optional>

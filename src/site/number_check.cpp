@@ -1,15 +1,15 @@
 #include "site/number_check.h"
 
-#include "site/site_keys.h"
+#include "core/site_keys.h"
 
 #include <initializer_list>
 
 namespace velloria::site {
 namespace {
 
-void read(const SiteSettings& settings, std::initializer_list<SiteKey> numbers) {
-    for (const SiteKey& key : numbers)
-        settings.number(key);
+void read(const SiteSettings& settings, std::initializer_list<core::Setting> numbers) {
+    for (const core::Setting& number : numbers)
+        settings.number(number);
 }
 
 } // namespace

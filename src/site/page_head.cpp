@@ -1,6 +1,7 @@
 #include "site/page_head.h"
 
-#include "site/site_keys.h"
+#include "core/program_keys.h"
+#include "core/site_keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +17,7 @@ void printTitle(Page& page, const SiteSettings& settings) {
 
 void printCommentScript(Page& page, const SiteSettings& settings) {
     if (settings.isOn(keys::halo_scan::kHaloScanOn))
-        page.print(u"<script type=\"text/javascript\" src=\""_s, settings.text(keys::endpoints::kScript),
+        page.print(u"<script type=\"text/javascript\" src=\""_s, settings.text(keys::kHaloScanScript),
                    settings.text(keys::halo_scan::kUserName), u"\"> </script>"_s);
 }
 
@@ -34,8 +35,8 @@ void printFeedFootLine(Page& page, const QString& feedBase) {
 }
 
 void printCommentLogo(Page& page, const SiteSettings& settings) {
-    page.print(u"<a href=\""_s, settings.text(keys::endpoints::kHome), u"\"><img width=\"88\" height=\"31\" src=\""_s,
-               settings.text(keys::endpoints::kLogo), u"\" border=\"0\" alt=\""_s, settings.text(keys::endpoints::kAlt),
+    page.print(u"<a href=\""_s, settings.text(keys::kHaloScanHome), u"\"><img width=\"88\" height=\"31\" src=\""_s,
+               settings.text(keys::kHaloScanLogo), u"\" border=\"0\" alt=\""_s, settings.text(keys::kHaloScanAlt),
                u"\" /></a>"_s);
 }
 
@@ -43,8 +44,7 @@ void printCredit(Page& page, const SiteSettings& settings) {
     QString text = settings.text(keys::general::kVellLinkText);
     if (!text.contains(u'#'))
         text = u"<p>このサイトは#を使用しています。</p>"_s;
-    const QString link =
-        u"<a href=\""_s + settings.text(keys::endpoints::kHomePage) + u"\" target=_blank>Velloria</a>"_s;
+    const QString link = u"<a href=\""_s + settings.text(keys::kMakerHomePage) + u"\" target=_blank>Velloria</a>"_s;
     page.print(text.replace(u'#', link));
 }
 

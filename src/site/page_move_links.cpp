@@ -2,7 +2,7 @@
 
 #include "core/day_key.h"
 #include "core/path_names.h"
-#include "site/site_keys.h"
+#include "core/site_keys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "site/same_day_page.h"
 
+#include "core/site_keys.h"
 #include "site/entry_look.h"
 #include "site/local_page.h"
-#include "site/site_keys.h"
 #include "store/diary_store.h"
 
 using namespace Qt::StringLiterals;

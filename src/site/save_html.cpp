@@ -10,7 +10,6 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
-#include "platform/profile_file.h"
 #include "registers/file_register.h"
 #include "site/weather.h"
 
@@ -28,14 +27,6 @@ bool isLocalPageName(const QString& fileName) {
     const QString base = core::GetBaseName(fileName).toLower();
     static const QStringList kNames{u"tmp"_s, u"customize"_s, u"oldtmp"_s, u"findtmp"_s, u"vellinfo_result"_s};
     return kNames.contains(base) || base.startsWith(u"tmp_"_s) || base.startsWith(u"customize_"_s);
-}
-
-/// What the settings give back of a name: without outer blanks.
-QString storedForm(const QString& name) {
-    const core::Key& key = core::keys::kSaveFileName;
-    return core::nameOfStored(
-        platform::ProfileFile::fromBytes(platform::changedProfile({}, key.section, key.name, core::storedName(name)))
-            .valueOr(key.section, key.name, {}));
 }
 
 } // namespace
@@ -107,7 +98,7 @@ bool SaveHtml::takeTarget(const QString& path) {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QString folder = core::withSeparator(core::GetParentFolder(absolute));
     // As the settings give it back: the next Save HTML writes the same page.
-    const QString name = storedForm(core::GetFileName(absolute));
+    const QString name = core::keptOfPath(core::GetFileName(absolute));
     constexpr qsizetype kMostBytes = 255; // of a text that the settings can keep
     if (name.isEmpty() ||
         platform::toCodePage(core::storedName(core::GetFileName(absolute)) + kPageEnding).size() > kMostBytes)
@@ -149,9 +140,9 @@ void SaveHtml::SaveHTML() {
     placeWeatherPictures(m_session, m_siteFiles);
     copyParts();
     core::SettingsChange target; // two programs that save at once must not end with one's folder and the other's name
-    target.set(m_session.DiaryIniFile, core::keys::kSaveFileName, core::storedName(m_session.FileName));
-    target.set(m_session.DiaryIniFile, core::keys::kSaveFilePath, core::storedName(m_session.FilePath));
-    target.write();
+    target.set(m_session, core::keys::kSaveFileName, m_session.FileName);
+    target.set(m_session, core::keys::kSaveFilePath, m_session.FilePath);
+    target.writeQuietly();
     m_desk.status(u"HTMLファイル "_s + m_session.FilePath + m_session.FileName + u" を保存しました。"_s);
     m_siteFiles.tell(m_desk);
 }

@@ -1,6 +1,7 @@
 #include "site/site_settings.h"
 
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "core/text_file.h"
 
 using namespace Qt::StringLiterals;
@@ -13,22 +14,19 @@ SiteSettings::SiteSettings(const core::Session& session)
     , m_frame(session.FrameIniFile)
     , m_rss(session.RSSIniFile)
     , m_haloScan(session.HaloScanIniFile)
-    , m_endpoints(session.MyPath + u"endpoints.ini"_s) {}
+    , m_endpoints(core::programFile(session.MyPath, core::SettingsFile::Endpoints)) {}
 
-QString SiteSettings::text(const SiteKey& key) const {
-    return reader(key.file).text(key.section, key.name);
+QString SiteSettings::text(const core::Setting& setting) const {
+    return reader(setting.file).text(setting);
 }
 
-QString SiteSettings::text(const SiteKey& key, const QString& whenMissing) const {
-    return reader(key.file).text(key.section, key.name, whenMissing);
+int SiteSettings::number(const core::Setting& setting) const {
+    return reader(setting.file).number(setting);
 }
 
-int SiteSettings::number(const SiteKey& key) const {
-    return reader(key.file).number(key.section, key.name);
-}
-
-QString SiteSettings::piece(const SiteKey& key) const {
-    const QString name = text(key);
+QString SiteSettings::piece(const core::Setting& setting) const {
+    Q_ASSERT(setting.kind == core::SettingKind::PieceName);
+    const QString name = text(setting);
     // A set may come from somebody else, and the preview with its private entries lies one folder above.
     return core::isBareName(name) ? core::ReadTextFile(m_session.DataPath + u"Customize/"_s + name + u".htm"_s)
                                   : QString();
@@ -38,20 +36,20 @@ QString SiteSettings::logScript() const {
     return core::ReadTextFile(m_session.MyPath + u"JS_Log.txt"_s);
 }
 
-const core::IniReader& SiteSettings::reader(SettingsFile file) const {
+const core::IniReader& SiteSettings::reader(core::SettingsFile file) const {
     switch (file) {
-    case SettingsFile::Frame:
+    case core::SettingsFile::Frame:
         return m_frame;
-    case SettingsFile::Rss:
+    case core::SettingsFile::Rss:
         return m_rss;
-    case SettingsFile::HaloScan:
+    case core::SettingsFile::HaloScan:
         return m_haloScan;
-    case SettingsFile::Endpoints:
+    case core::SettingsFile::Endpoints:
         return m_endpoints;
-    case SettingsFile::Customize:
-        break;
+    default:
+        Q_ASSERT(file == core::SettingsFile::Customize);
+        return m_customize;
     }
-    return m_customize;
 }
 
 } // namespace velloria::site

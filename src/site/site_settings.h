@@ -1,41 +1,32 @@
-// The settings of the site: which file, section and key each value has, and the text pieces.
+// The settings of the site and the text pieces, as one run of the generator sees them.
 #pragma once
 
 #include "core/ini_reader.h"
 #include "core/session.h"
-
-#include <QLatin1StringView>
+#include "core/site_keys.h"
 
 namespace velloria::site {
 
-/// The files that hold site settings.
-enum class SettingsFile { Customize, Frame, Rss, HaloScan, Endpoints };
+namespace keys = core::keys;
 
-struct SiteKey {
-    SettingsFile file;
-    QLatin1StringView section;
-    QLatin1StringView name;
-};
-
-/// All settings as they are on disk at the start of one run of the generator. A missing key reads as "" or 0; a number
-/// beyond 16 bits throws platform::Failure where it is asked for.
+/// All settings as they are on disk at the start of one run of the generator: those of core/site_keys.h, and the
+/// addresses of others. A number beyond 16 bits throws platform::Failure where it is asked for.
 class SiteSettings {
 public:
     explicit SiteSettings(const core::Session& session);
 
-    QString text(const SiteKey& key) const;
-    QString text(const SiteKey& key, const QString& whenMissing) const;
-    int number(const SiteKey& key) const;
+    QString text(const core::Setting& setting) const;
+    int number(const core::Setting& setting) const;
     /// Whether the number is 1.
-    bool isOn(const SiteKey& key) const { return number(key) == 1; }
+    bool isOn(const core::Setting& setting) const { return number(setting) == 1; }
 
-    /// The text piece that the key names: the whole file "Customize/<name>.htm", "" when there is none.
-    QString piece(const SiteKey& key) const;
+    /// The text piece that the setting names: the whole file "Customize/<name>.htm", "" when there is none.
+    QString piece(const core::Setting& setting) const;
     /// The script of the log select box, "JS_Log.txt" of the program.
     QString logScript() const;
 
 private:
-    const core::IniReader& reader(SettingsFile file) const;
+    const core::IniReader& reader(core::SettingsFile file) const;
 
     const core::Session& m_session;
     core::IniReader m_customize;

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/utf8.h"
@@ -49,8 +50,7 @@ void endLastLine(const QString& path, const QString& damagedFile) {
 RescueFile::RescueFile(const core::Run& run)
     : m_file(run.session.UserPath + u"rescue.jsonl"_s)
     , m_clock(run.clock)
-    , m_isOn(core::ReadIniDef(run.session.DiaryIniFile, core::keys::kRescue.section, core::keys::kRescue.name,
-                              u"1"_s) != u"0"_s) {}
+    , m_isOn(core::Settings(run.session).text(core::keys::kRescue) != u"0"_s) {}
 
 void RescueFile::keep(const std::vector<Entry>& entries, const QString& reason) {
     if (!m_isOn || entries.empty())

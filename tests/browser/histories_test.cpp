@@ -1,6 +1,8 @@
 #include "browser/histories.h"
 
-#include "browser/browser_keys.h"
+#include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "platform/file_write.h"
 #include "support/test_home.h"
 
@@ -18,7 +20,7 @@ namespace {
 
 class HistoryFiles : public TestHome {
 protected:
-    void turnOn(const core::Key& key) { core::WriteIni(session.DiaryIniFile, key, u"1"_s); }
+    void turnOn(const core::Setting& key) { core::Settings(session).writeQuietly(key, u"1"_s); }
     QString addressFile() const { return session.UserPath + u"URLHist.txt"_s; }
     QString wordFile() const { return session.UserPath + u"FindHist.txt"_s; }
     Histories histories() const { return Histories(session); }
@@ -38,7 +40,7 @@ TEST_F(HistoryFiles, AreNeitherReadNorWrittenUnlessTheyAreKept) {
 TEST_F(HistoryFiles, ReadByOneKeyAreWrittenByTheOther) {
     writeFile(addressFile(), "a\r\n");
     writeFile(wordFile(), "b\r\n");
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kUrlHistory);
     EXPECT_EQ(histories().addresses(), QStringList{u"a"_s});
     EXPECT_EQ(histories().words(), QStringList());
     histories().keepAddresses({u"x"_s});
@@ -50,7 +52,7 @@ TEST_F(HistoryFiles, ReadByOneKeyAreWrittenByTheOther) {
 TEST_F(HistoryFiles, ReadByTheOtherKeyAreWrittenByTheOne) {
     writeFile(addressFile(), "a\r\n");
     writeFile(wordFile(), "b\r\n");
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kFindHistory);
     EXPECT_EQ(histories().addresses(), QStringList());
     EXPECT_EQ(histories().words(), QStringList{u"b"_s});
     histories().keepAddresses({u"x"_s});
@@ -61,15 +63,15 @@ TEST_F(HistoryFiles, ReadByTheOtherKeyAreWrittenByTheOne) {
 
 TEST_F(HistoryFiles, OfAKeyThatIsNoOneAreOff) {
     for (const QString& value : {u"0"_s, u"2"_s, u"-1"_s, u""_s, u"x"_s, u"99999"_s}) {
-        core::WriteIni(session.DiaryIniFile, keys::kUrlHistory, value);
+        core::Settings(session).writeQuietly(core::keys::kUrlHistory, value);
         writeFile(addressFile(), "a\r\n");
         EXPECT_EQ(histories().addresses(), QStringList()) << value.toStdString();
     }
 }
 
 TEST_F(HistoryFiles, AreReadToThirtyLinesAndWrittenWhole) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     QByteArray lines;
     for (int i = 1; i <= 31; ++i)
         lines += QByteArray::number(i) + "\r\n";
@@ -84,14 +86,14 @@ TEST_F(HistoryFiles, AreReadToThirtyLinesAndWrittenWhole) {
 }
 
 TEST_F(HistoryFiles, KeepAnEmptyLineAndEndWithEitherLineEnd) {
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kFindHistory);
     writeFile(wordFile(), "\r\na\nab");
     EXPECT_EQ(histories().words(), (QStringList{u""_s, u"a"_s, u"ab"_s}));
 }
 
 TEST_F(HistoryFiles, StayAsTheyAreForAnEmptyList) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     writeFile(addressFile(), "a\r\n");
     histories().keepAddresses({});
     histories().keepWords({});
@@ -100,8 +102,8 @@ TEST_F(HistoryFiles, StayAsTheyAreForAnEmptyList) {
 }
 
 TEST_F(HistoryFiles, HoldWhatTheCodePageLacks) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     const QStringList words{u"日記"_s, u"café"_s, u"😀"_s};
     histories().keepWords(words);
     EXPECT_EQ(bytesOf(wordFile()), "\x93\xFA\x8B\x4C\r\ncaf&#233;\r\n&#128512;\r\n");
@@ -109,29 +111,29 @@ TEST_F(HistoryFiles, HoldWhatTheCodePageLacks) {
 }
 
 TEST_F(HistoryFiles, OfAHundredThousandLinesGiveThirty) {
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kUrlHistory);
     writeFile(addressFile(), QByteArray("line\r\n").repeated(100000));
     EXPECT_EQ(histories().addresses().size(), 30);
 }
 
 TEST_F(HistoryFiles, WithoutALineEndAreReadToAMebibyte) {
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kUrlHistory);
     writeFile(addressFile(), QByteArray(5 * 1024 * 1024, 'x'));
     ASSERT_EQ(histories().addresses().size(), 1);
     EXPECT_LE(histories().addresses().front().size(), 1024 * 1024);
 }
 
 TEST_F(HistoryFiles, ThatCantBeReadOrWrittenStopNobody) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     ASSERT_TRUE(QDir().mkdir(addressFile()));
     EXPECT_EQ(histories().addresses(), QStringList());
     EXPECT_NO_THROW(histories().keepAddresses({u"a"_s}));
 }
 
 TEST_F(HistoryFiles, ThatCouldNotBeReadAreNotReplaced) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     ASSERT_TRUE(QFile::link(u"/proc/self/mem"_s, addressFile())); // there, and its first bytes are an error
     Histories read(session);
     EXPECT_EQ(read.addresses(), QStringList());
@@ -150,8 +152,8 @@ TEST_F(HistoryFiles, ThatCouldNotBeReadAreNotReplaced) {
 }
 
 TEST_F(HistoryFiles, WaitForNoPipe) {
-    turnOn(keys::kFindHistory);
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
     ASSERT_EQ(::mkfifo(QFile::encodeName(wordFile()).constData(), 0600), 0);
     EXPECT_EQ(histories().words(), QStringList());
     histories().keepWords({u"x"_s});

@@ -1,6 +1,7 @@
 #include "browser/search_sites.h"
 
 #include "core/ini.h"
+#include "core/settings.h"
 #include "support/test_home.h"
 
 #include <QUrl>
@@ -13,7 +14,11 @@ namespace {
 
 class SearchSites : public FactoryHome {
 protected:
-    QString search(int index, const QString& words) const { return searchAddress(home.path() + u'/', index, words); }
+    SearchSites() { session.MyPath = home.path() + u'/'; }
+
+    QString search(int index, const QString& words) const {
+        return searchAddress(core::Settings(session), index, words);
+    }
 };
 
 TEST_F(SearchSites, AreNineInTheirOrder) {

@@ -23,6 +23,13 @@ protected:
     }
     IniReader reader() const { return IniReader(folder.filePath(u"Frame.ini"_s)); }
 
+    static core::Setting row(QStringView section, QStringView name, QStringView whenMissing = {}) {
+        return core::SettingsSection{core::SettingsFile::Frame, section}.text(name, whenMissing);
+    }
+    static core::Setting number(QStringView section, QStringView name, QStringView whenMissing = {}) {
+        return core::SettingsSection{core::SettingsFile::Frame, section}.number(name, whenMissing);
+    }
+
     QTemporaryDir folder;
 };
 
@@ -30,24 +37,25 @@ TEST_F(IniReading, GivesWhatTheWrappersGive) {
     put("[S]\r\nText= 'a b' \r\nEmpty=\r\nLong=" + QByteArray(300, 'a') + "\r\n");
     const QString file = folder.filePath(u"Frame.ini"_s);
     for (const QString& key : {u"text"_s, u"EMPTY"_s, u"Long"_s, u"Missing"_s}) {
-        EXPECT_EQ(reader().text(u"s"_s, key), core::ReadIni(file, u"s"_s, key)) << key.toStdString();
-        EXPECT_EQ(reader().text(u"s"_s, key, u"d"_s), core::ReadIniDef(file, u"s"_s, key, u"d"_s)) << key.toStdString();
+        EXPECT_EQ(reader().text(row(u"s", key)), core::ReadIni(file, u"s"_s, key)) << key.toStdString();
+        EXPECT_EQ(reader().text(row(u"s", key, u"d")), core::ReadIniDef(file, u"s"_s, key, u"d"_s))
+            << key.toStdString();
     }
-    EXPECT_EQ(reader().text(u"S"_s, u"Text"_s), u"a b"_s);
-    EXPECT_EQ(reader().text(u"S"_s, u"Long"_s).size(), 255);
+    EXPECT_EQ(reader().text(row(u"S", u"Text")), u"a b"_s);
+    EXPECT_EQ(reader().text(row(u"S", u"Long")).size(), 255);
 }
 
 TEST_F(IniReading, TakesADefaultOnlyForAMissingKey) {
     put("[S]\r\nEmpty=\r\n");
-    EXPECT_EQ(reader().text(u"S"_s, u"Empty"_s, u"d"_s), u""_s);
-    EXPECT_EQ(reader().number(u"S"_s, u"Empty"_s, 7), 0);
-    EXPECT_EQ(reader().text(u"S"_s, u"Missing"_s, u"d"_s), u"d"_s);
-    EXPECT_EQ(reader().number(u"S"_s, u"Missing"_s, 7), 7);
+    EXPECT_EQ(reader().text(row(u"S", u"Empty", u"d")), u""_s);
+    EXPECT_EQ(reader().number(number(u"S", u"Empty", u"7")), 0);
+    EXPECT_EQ(reader().text(row(u"S", u"Missing", u"d")), u"d"_s);
+    EXPECT_EQ(reader().number(number(u"S", u"Missing", u"7")), 7);
 }
 
 TEST_F(IniReading, HasNoKeysInAMissingFile) {
-    EXPECT_EQ(reader().text(u"S"_s, u"K"_s), u""_s);
-    EXPECT_EQ(reader().number(u"S"_s, u"K"_s), 0);
+    EXPECT_EQ(reader().text(row(u"S", u"K")), u""_s);
+    EXPECT_EQ(reader().number(number(u"S", u"K")), 0);
 }
 
 TEST_F(IniReading, ReadsNumbersAsTextsThatBeginWithOne) {
@@ -58,7 +66,7 @@ TEST_F(IniReading, ReadsNumbersAsTextsThatBeginWithOne) {
                  {"", 0},    {"0x10", 16},  {"32767", 32767}, {"-32768", -32768}, {"4294967295x", -1}};
     for (const auto& c : cases) {
         put(QByteArray("[S]\r\nK=") + c.value + "\r\n");
-        EXPECT_EQ(reader().number(u"S"_s, u"K"_s), c.number) << c.value;
+        EXPECT_EQ(reader().number(number(u"S", u"K")), c.number) << c.value;
     }
 }
 
@@ -66,7 +74,7 @@ TEST_F(IniReading, RefusesANumberBeyondSixteenBitsAndNamesItsPlace) {
     for (const char* value : {"32768", "-32769", "40000"}) {
         put(QByteArray("[Body]\r\nSize=") + value + "\r\n");
         try {
-            reader().number(u"Body"_s, u"Size"_s);
+            reader().number(number(u"Body", u"Size"));
             ADD_FAILURE() << value;
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.file(), folder.filePath(u"Frame.ini"_s));
@@ -79,13 +87,13 @@ TEST_F(IniReading, IsTheFileAsItWasWhenItBegan) {
     put("[S]\r\nK=old\r\n");
     const IniReader before = reader();
     put("[S]\r\nK=new\r\n");
-    EXPECT_EQ(before.text(u"S"_s, u"K"_s), u"old"_s);
-    EXPECT_EQ(reader().text(u"S"_s, u"K"_s), u"new"_s);
+    EXPECT_EQ(before.text(row(u"S", u"K")), u"old"_s);
+    EXPECT_EQ(reader().text(row(u"S", u"K")), u"new"_s);
 }
 
 TEST_F(IniReading, FindsAFileOfAWindowsDisk) {
     put("[S]\r\nK=v\r\n", u"FRAME.INI"_s);
-    EXPECT_EQ(reader().text(u"S"_s, u"K"_s), u"v"_s);
+    EXPECT_EQ(reader().text(row(u"S", u"K")), u"v"_s);
 }
 
 } // namespace

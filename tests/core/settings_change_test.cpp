@@ -1,5 +1,6 @@
 #include "core/settings_change.h"
 
+#include "core/keys.h"
 #include "platform/file_write.h"
 #include "support/disk_watch.h"
 
@@ -23,6 +24,10 @@ protected:
         platform::replaceFile(name, bytes, platform::Durability::Derived);
     }
 
+    static core::Setting row(QStringView section, QStringView name) {
+        return {core::SettingsFile::Diary, section, name, {}};
+    }
+
     QTemporaryDir folder;
     const QString file = folder.filePath(u"diary.ini"_s);
     const QString other = folder.filePath(u"Frame.ini"_s);
@@ -31,12 +36,12 @@ protected:
 TEST_F(SettingsChanges, WritesKeysInTheirOrderAndLeavesTheOthers) {
     put(file, "[S]\r\na=1\r\nb=2\r\nc=3\r\n");
     SettingsChange change;
-    change.set(file, u"S"_s, u"d"_s, u"4"_s);
-    change.set(file, u"T"_s, u"e"_s, u"5"_s);
-    change.set(file, u"s"_s, u"A"_s, u"6"_s);
-    change.remove(file, u"S"_s, u"b"_s);
+    change.set(file, row(u"S", u"d"), u"4"_s);
+    change.set(file, row(u"T", u"e"), u"5"_s);
+    change.set(file, row(u"s", u"A"), u"6"_s);
+    change.remove(file, row(u"S", u"b"));
     change.set(other, core::keys::kDBVersion, u"210"_s);
-    change.write();
+    change.writeQuietly();
     EXPECT_EQ(platform::readFile(file), "[S]\r\na=6\r\nc=3\r\nd=4\r\n[T]\r\ne=5\r\n");
     EXPECT_EQ(platform::readFile(other), "[ALL]\r\nDBVersion=210\r\n");
 }
@@ -44,11 +49,12 @@ TEST_F(SettingsChanges, WritesKeysInTheirOrderAndLeavesTheOthers) {
 TEST_F(SettingsChanges, ReplacesEachFileOnce) {
     SettingsChange change;
     for (int i = 0; i < 5; ++i) {
-        change.set(file, u"S"_s, QString::number(i), u"v"_s);
-        change.set(other, u"S"_s, QString::number(i), u"v"_s);
+        const QString name = QString::number(i);
+        change.set(file, row(u"S", name), u"v"_s);
+        change.set(other, row(u"S", name), u"v"_s);
     }
     const DiskWatch watch;
-    change.write();
+    change.writeQuietly();
     EXPECT_EQ(watch.synced().filter(u".velltmp-"_s).size(), 2);
 }
 
@@ -56,10 +62,10 @@ TEST_F(SettingsChanges, AFileThatIsRefusedKeepsItsValuesAndStopsNoOther) {
     put(file, "[S]\r\na=1\r\n");
     ASSERT_TRUE(QFile::setPermissions(file, QFileDevice::ReadOwner));
     SettingsChange change;
-    change.set(file, u"S"_s, u"a"_s, u"2"_s);
-    change.set(file, u"S"_s, u"b"_s, u"2"_s);
-    change.set(other, u"S"_s, u"a"_s, u"2"_s);
-    EXPECT_NO_THROW(change.write());
+    change.set(file, row(u"S", u"a"), u"2"_s);
+    change.set(file, row(u"S", u"b"), u"2"_s);
+    change.set(other, row(u"S", u"a"), u"2"_s);
+    EXPECT_NO_THROW(change.writeQuietly());
     EXPECT_EQ(platform::readFile(file), "[S]\r\na=1\r\n");
     EXPECT_EQ(platform::readFile(other), "[S]\r\na=2\r\n");
 }
@@ -71,7 +77,7 @@ TEST_F(SettingsChanges, TwoWritersNeverMixTheirKeys) {
             SettingsChange change;
             change.set(file, core::keys::kSaveFileName, value);
             change.set(file, core::keys::kSaveFilePath, value);
-            change.write();
+            change.writeQuietly();
         }
     };
     std::thread one(writer, u"one"_s);
@@ -79,8 +85,7 @@ TEST_F(SettingsChanges, TwoWritersNeverMixTheirKeys) {
     bool isMixed = false;
     for (int i = 0; i < 10 * kTurns; ++i) {
         const platform::ProfileFile profile(file);
-        isMixed = isMixed || profile.value(core::keys::kAll, core::keys::kSaveFileName.name) !=
-                                 profile.value(core::keys::kAll, core::keys::kSaveFilePath.name);
+        isMixed = isMixed || profile.value(u"ALL"_s, u"SaveFileName"_s) != profile.value(u"ALL"_s, u"SaveFilePath"_s);
     }
     one.join();
     two.join();

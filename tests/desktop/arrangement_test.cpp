@@ -26,7 +26,7 @@ protected:
         top().command(name)->trigger();
         settle();
     }
-    QString stored(QLatin1StringView section, const QString& key) {
+    QString stored(const QString& section, const QString& key) {
         return core::ReadIni(session.DiaryIniFile, section, key);
     }
 };
@@ -86,11 +86,11 @@ TEST_F(Arrangement, IsKeptAndRestored) {
     contents().setGeometry(30, 40, 300, 310);
     browser().setGeometry(50, 60, 400, 410);
     press(u"mnuSaveWndPos"_s);
-    EXPECT_EQ(stored(core::keys::kCalender, u"Top"_s), u"300"_s);
-    EXPECT_EQ(stored(core::keys::kCalender, u"Left"_s), u"150"_s);
-    EXPECT_EQ(stored(core::keys::kCalender, u"Width"_s), u""_s);
-    EXPECT_EQ(stored(core::keys::kDiaryEditer, u"Height"_s), u"4650"_s);
-    EXPECT_EQ(stored(core::keys::kBrowser, u"Width"_s), u"6000"_s);
+    EXPECT_EQ(stored(u"Calender"_s, u"Top"_s), u"300"_s);
+    EXPECT_EQ(stored(u"Calender"_s, u"Left"_s), u"150"_s);
+    EXPECT_EQ(stored(u"Calender"_s, u"Width"_s), u""_s);
+    EXPECT_EQ(stored(u"DiaryEditer"_s, u"Height"_s), u"4650"_s);
+    EXPECT_EQ(stored(u"Browser"_s, u"Width"_s), u"6000"_s);
     press(u"mnuStandard"_s);
     press(u"mnuLoadWndPos"_s);
     EXPECT_EQ(calendar().pos(), QPoint(10, 20));
@@ -125,7 +125,7 @@ TEST_F(Arrangement, AMaximisedChildIsKeptAtItsNormalPlace) {
     browser().showMaximized();
     settle();
     press(u"mnuSaveWndPos"_s);
-    EXPECT_EQ(stored(core::keys::kBrowser, u"Width"_s), QString::number(before.width() * 15));
+    EXPECT_EQ(stored(u"Browser"_s, u"Width"_s), QString::number(before.width() * 15));
     press(u"mnuLoadWndPos"_s);
     EXPECT_FALSE(browser().isMaximized());
     EXPECT_EQ(browser().geometry(), before);

@@ -1,6 +1,9 @@
 #include "desktop/browser_home.h"
 
-#include "browser/browser_keys.h"
+#include "core/ini.h"
+#include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 
 #include <QInputMethodEvent>
 
@@ -12,7 +15,7 @@ namespace {
 
 class BrowserBoxes : public BrowserHome {
 protected:
-    void turnOn(const core::Key& key) { core::WriteIni(session.DiaryIniFile, key, u"1"_s); }
+    void turnOn(const core::Setting& key) { core::Settings(session).writeQuietly(key, u"1"_s); }
     QString userFile(const QString& name) const { return session.UserPath + name; }
 
     QComboBox& shownBox(const QString& name) {
@@ -80,7 +83,7 @@ TEST_F(BrowserBoxes, SearchWithEnter) {
 }
 
 TEST_F(BrowserBoxes, SearchNowhereWithoutASite) {
-    core::WriteIni(session.DiaryIniFile, keys::kFindSite, u"9"_s);
+    core::Settings(session).writeQuietly(core::keys::kFindSite, u"9"_s);
     QComboBox& words = shownBox(u"cmbFind"_s);
     EXPECT_EQ(box(u"cmbFindSite"_s).currentIndex(), -1);
     words.setEditText(u"a"_s);
@@ -107,8 +110,8 @@ TEST_F(BrowserBoxes, OpenNothingForAnEmptyAddress) {
 }
 
 TEST_F(BrowserBoxes, StartWithTheirHistoryAndNoText) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     writeFile(userFile(u"URLHist.txt"_s), "http://a/\r\nhttp://b/\r\n");
     writeFile(userFile(u"FindHist.txt"_s), "\x93\xFA\r\n");
     EXPECT_EQ(entriesOf(box(u"cmbURL"_s)), (QStringList{u"http://a/"_s, u"http://b/"_s}));
@@ -118,7 +121,7 @@ TEST_F(BrowserBoxes, StartWithTheirHistoryAndNoText) {
 }
 
 TEST_F(BrowserBoxes, AreEmptiedWhenTheirHistoryIsGone) {
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kUrlHistory);
     writeFile(userFile(u"URLHist.txt"_s), "http://a/\r\n");
     browser();
     ASSERT_TRUE(QFile::remove(userFile(u"URLHist.txt"_s)));
@@ -127,7 +130,7 @@ TEST_F(BrowserBoxes, AreEmptiedWhenTheirHistoryIsGone) {
 }
 
 TEST_F(BrowserBoxes, AreKeptByTheKeyOfTheOther) {
-    turnOn(keys::kUrlHistory);
+    turnOn(core::keys::kUrlHistory);
     writePage(u"a.htm"_s, "a");
     QComboBox& words = shownBox(u"cmbFind"_s);
     QTest::keyClicks(&words, u"ab"_s);
@@ -136,13 +139,13 @@ TEST_F(BrowserBoxes, AreKeptByTheKeyOfTheOther) {
     context.windows.unload<frmBrowser>();
     EXPECT_EQ(bytesOf(userFile(u"FindHist.txt"_s)), "\r\na\r\n");
     EXPECT_FALSE(exists(userFile(u"URLHist.txt"_s)));
-    EXPECT_EQ(core::ReadIni(session.DiaryIniFile, keys::kFindSite.section, keys::kFindSite.name), u"4"_s);
+    EXPECT_EQ(core::Settings(session).text(core::keys::kFindSite), u"4"_s);
     EXPECT_EQ(box(u"cmbFindSite"_s).currentIndex(), 4);
 }
 
 TEST_F(BrowserBoxes, OfThirtyOneLinesKeepThirty) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     QByteArray lines;
     for (int i = 1; i <= 31; ++i)
         lines += QByteArray::number(i) + "\r\n";
@@ -153,8 +156,8 @@ TEST_F(BrowserBoxes, OfThirtyOneLinesKeepThirty) {
 }
 
 TEST_F(BrowserBoxes, OfAnUnreadableHistoryAreEmpty) {
-    turnOn(keys::kUrlHistory);
-    turnOn(keys::kFindHistory);
+    turnOn(core::keys::kUrlHistory);
+    turnOn(core::keys::kFindHistory);
     ASSERT_TRUE(QDir().mkdir(userFile(u"URLHist.txt"_s)));
     EXPECT_EQ(box(u"cmbURL"_s).count(), 0);
     box(u"cmbURL"_s).addItem(u"http://a/"_s);
@@ -170,7 +173,7 @@ TEST_F(BrowserBoxes, ShowFavouritesOfOneFolderAtATime) {
     writeShortcut(u"b.url"_s, "http://b/");
     writeShortcut(u"A.url"_s, "http://a/");
     EXPECT_EQ(favourites(), (QStringList{u"A"_s, u"b"_s, u"sub"_s}));
-    turnOn(keys::kFavoriteSort);
+    turnOn(core::keys::kFavoriteSort);
     EXPECT_EQ(favourites(), (QStringList{u"sub"_s, u"A"_s, u"b"_s}));
     pick(u"sub"_s);
     EXPECT_EQ(entriesOf(box(u"CmbFavorite"_s)), (QStringList{u".."_s, u"deep"_s}));

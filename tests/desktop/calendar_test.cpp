@@ -2,6 +2,7 @@
 #include "desktop/editor_home.h"
 
 #include "core/keys.h"
+#include "core/settings.h"
 
 #include <QScrollArea>
 
@@ -326,7 +327,7 @@ TEST_F(Calendar, TheBlogIsTheStoredOneAndIsKept) {
     EXPECT_EQ(blogs.currentIndex(), blogs.findText(u"mixi"_s)) << "no selection when the list lacks it";
     blogs.setCurrentIndex(blogs.findText(u"Bee"_s));
     context.windows.unload<editor::frmCalender>();
-    EXPECT_EQ(core::ReadIni(session.DiaryIniFile, core::keys::kSelectedBlog), u"Bee"_s);
+    EXPECT_EQ(core::Settings(session).text(core::keys::kSelectedBlog), u"Bee"_s);
     EXPECT_EQ(box(u"cmbBlog"_s).currentText(), u"Bee"_s);
 }
 

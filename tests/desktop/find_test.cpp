@@ -2,9 +2,9 @@
 
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/ini.h"
+#include "core/site_keys.h"
 #include "desktop/browser_home.h"
 #include "editor/forms/frmCalender.h"
-#include "site/site_keys.h"
 
 #include <QCheckBox>
 #include <QClipboard>

@@ -2,6 +2,8 @@
 #include "editor/forms/frmHTMLMakeImage.h"
 
 #include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "desktop/up_down.h"
 #include "editor_home.h"
 #include "platform/file_write.h"
@@ -71,7 +73,7 @@ protected:
             rows += registers::shownFile(row);
         return rows;
     }
-    QString kept(const core::Key& key) { return core::ReadIni(session.DiaryIniFile, key); }
+    QString kept(const core::Setting& key) { return core::Settings(session).text(key); }
     void drop(const QList<QUrl>& urls, const QString& text = {}, int index = 0) { dropOn(pane(index), urls, text); }
     void dropOn(desktop::TextPane& target, const QList<QUrl>& urls, const QString& text = {}) {
         QMimeData data;
@@ -145,12 +147,12 @@ TEST_F(ImageMaker, TheDialogTellsItsFiltersAndBeginsAtThePictures) {
               (QStringList{u"GIF Files(*.gif)"_s, u"JPG Files(*.jpg)"_s, u"PNG Files(*.png)"_s, u"BMP Files(*.bmp)"_s,
                            u"ALL Files(*.*)"_s}));
     EXPECT_EQ(line(u"txt_FilePath"_s).text(), u""_s) << "a cancelled dialog changes nothing";
-    core::WriteIni(session.DiaryIniFile, core::keys::kImagePath, u"c:\\"_s);
+    core::Settings(session).writeQuietly(core::keys::kImagePath, u"c:\\"_s);
     desk.answers = {QJsonValue()};
     press(u"Btn_Open"_s);
     EXPECT_EQ(lastFileEvent()[u"folder"_s].toString(),
               QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
-    core::WriteIni(session.DiaryIniFile, core::keys::kImagePath, path(u"kept"_s));
+    core::Settings(session).writeQuietly(core::keys::kImagePath, path(u"kept"_s));
     desk.answers = {QJsonValue()};
     press(u"Btn_Open"_s);
     EXPECT_EQ(lastFileEvent()[u"folder"_s].toString(), path(u"kept"_s));
@@ -298,7 +300,7 @@ private:
 
 TEST_F(ImageMaker, ATemporaryFolderIsNoPlaceToLookForPictures) {
     const TemporaryFolder temporary(path(u""_s));
-    core::WriteIni(session.DiaryIniFile, core::keys::kImagePath, u"kept"_s);
+    core::Settings(session).writeQuietly(core::keys::kImagePath, u"kept"_s);
     open();
     choose(picture(u"a.gif"_s));
     press(u"Btn_OK"_s);

@@ -1,6 +1,7 @@
 #include "browser/forms/frmBrowser.h"
 #include "core/ini.h"
 #include "core/keys.h"
+#include "core/settings.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "site/forms/frmFind.h"
@@ -18,7 +19,7 @@ namespace {
 class MainWindow : public DesktopHome {
 protected:
     void setLanguage(const QString& language) {
-        core::WriteIni(session.DiaryIniFile, core::keys::kMenuLanguage, language);
+        core::Settings(session).writeQuietly(core::keys::kMenuLanguage, language);
         top().SetMenuBarString();
     }
     QString caption(const QString& name) { return top().command(name)->text(); }
@@ -79,7 +80,7 @@ TEST_F(MainWindow, SaveHtmlWithoutATargetAsksForOne) {
     press(u"MnuSaveHTML"_s);
     EXPECT_TRUE(exists(path(u"site/d.htm"_s)));
     EXPECT_EQ(panel(), u"HTMLファイル %1 を保存しました。"_s.arg(path(u"site/d.htm"_s)));
-    EXPECT_EQ(core::ReadIni(session.DiaryIniFile, core::keys::kSaveFileName), u"d.htm"_s);
+    EXPECT_EQ(core::Settings(session).text(core::keys::kSaveFileName), u"d.htm"_s);
     press(u"MnuSaveHTML_D"_s); // knows it now
     EXPECT_EQ(desk.answers.size(), 0);
     desk.answers = {QJsonValue::Null};
@@ -140,7 +141,7 @@ TEST_F(MainWindow, HandsTheCompanionUserAndPassword) {
     const QString program = session.MyPath + u"VellMemo.exe"_s;
     writeFile(program, "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.part\" && mv \"$0.part\" \"$0.words\"\n");
     QFile::setPermissions(program, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    core::WriteIni(session.MyPath + u"velluser.ini"_s, u"taro"_s, core::keys::kUserPass, u"dcb"_s);
+    core::WriteIni(session.MyPath + u"velluser.ini"_s, u"taro"_s, u"Pass"_s, u"dcb"_s);
     session.UserID = u"taro"_s;
     press(u"mnuVellMemo"_s);
     EXPECT_TRUE(waitFor([&] { return exists(program + u".words"_s); }));

@@ -1,10 +1,11 @@
 // The registers of files and logs as a person works them.
-#include "registers/forms/frmResistFiles.h"
-#include "registers/forms/frmResistLogs.h"
-
 #include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "editor_home.h"
 #include "platform/file_write.h"
+#include "registers/forms/frmResistFiles.h"
+#include "registers/forms/frmResistLogs.h"
 
 #include <QListWidget>
 #include <QMimeData>
@@ -66,7 +67,7 @@ protected:
         QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::NoModifier,
                           list().visualItemRect(list().item(row)).center());
     }
-    QString kept(const core::Key& key) { return core::ReadIni(session.DiaryIniFile, key); }
+    QString kept(const core::Setting& key) { return core::Settings(session).text(key); }
     QString pointer() {
         const QStringList shapes = turns().filter(QRegularExpression(u"^(hourglass|default)$"_s));
         return shapes.isEmpty() ? QString() : shapes.last();
@@ -294,7 +295,7 @@ TEST_F(Registers, LogsAreRegisteredForAMonth) {
 }
 
 TEST_F(Registers, TheDialogOfLogsBeginsWhereTheLastOneWas) {
-    core::WriteIni(session.DiaryIniFile, core::keys::kLogResistPath, path(u"in"_s));
+    core::Settings(session).writeQuietly(core::keys::kLogResistPath, path(u"in"_s));
     openLogs();
     answer(source(u"x.htm"_s));
     press(u"BtnOpenFolder"_s);

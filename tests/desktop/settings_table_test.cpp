@@ -1,6 +1,7 @@
 #include "desktop/settings_table.h"
 
 #include "convert/password_text.h"
+#include "core/ini.h"
 #include "support/desktop_home.h"
 
 #include <QCheckBox>
@@ -13,31 +14,23 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-using core::Key;
-
 class SettingsTable : public FactoryHome {
 protected:
     SettingsTable() {
         combo.setEditable(true);
         table.rows = {
-            {&check, Key{section, QLatin1StringView("Check")}, {}, {}},
-            {&text, Key{section, QLatin1StringView("Text")}, u"12"_s, {}},
-            {&secret,
-             Key{section, QLatin1StringView("Secret")},
-             {},
-             {convert::DecryptPassword, convert::EncryptPassword}},
-            {&combo, Key{section, QLatin1StringView("Combo")}, {}, {}},
-            {desktop::Choice{{{&japanese, u"Japanese"_s}, {&english, u"English"_s}}},
-             Key{section, QLatin1StringView("Language")},
-             {},
-             {}},
+            {&check, section.flag(u"Check"), {}},
+            {&text, section.text(u"Text", u"12"), {}},
+            {&secret, section.text(u"Secret"), {convert::DecryptPassword, convert::EncryptPassword}},
+            {&combo, section.text(u"Combo"), {}},
+            {desktop::Choice{{{&japanese, u"Japanese"_s}, {&english, u"English"_s}}}, section.text(u"Language"), {}},
         };
         table.onChange([this] { ++changes; });
     }
-    QString stored(const QString& key) const { return core::ReadIni(file, section, key); }
-    void store(const QString& key, const QString& value) const { core::WriteIni(file, section, key, value); }
+    QString stored(const QString& key) const { return core::ReadIni(file, u"S"_s, key); }
+    void store(const QString& key, const QString& value) const { core::WriteIni(file, u"S"_s, key, value); }
 
-    const QLatin1StringView section{"S"};
+    static constexpr core::SettingsSection section{core::SettingsFile::Diary, u"S"};
     const QString file = path(u"a.ini"_s);
     QWidget group;
     QCheckBox check;

@@ -1,5 +1,6 @@
 #include "desktop/tool_window.h"
 
+#include "core/keys.h"
 #include "desktop/window_place.h"
 #include "editor_home.h"
 
@@ -10,12 +11,12 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-constexpr QLatin1StringView kSection("Find");
+const core::PlaceSettings& kPlace = core::keys::kFindPlace;
 
 class Beside : public desktop::ToolWindow {
 public:
     explicit Beside(desktop::Context& context)
-        : ToolWindow(context, u"Beside"_s, Blocks::Nothing, kSection) {
+        : ToolWindow(context, u"Beside"_s, Blocks::Nothing, &kPlace) {
         resize(300, 200);
     }
 };
@@ -55,9 +56,9 @@ TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
     settle();
     first.close();
     settle();
-    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).left, 120 * 15);
-    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).top, 90 * 15);
-    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).height, std::nullopt);
+    EXPECT_EQ(desktop::readPlace(session, kPlace).left, 120 * 15);
+    EXPECT_EQ(desktop::readPlace(session, kPlace).top, 90 * 15);
+    EXPECT_EQ(desktop::readPlace(session, kPlace).height, std::nullopt);
     EXPECT_EQ(shownWindow<Beside>(context).pos(), QPoint(120, 90));
 }
 
@@ -66,7 +67,7 @@ TEST_F(ToolWindow, AnEdgeOfZeroStaysInTheMiddle) {
     const QPoint middle = first.pos();
     for (const auto& [left, topEdge] : {std::pair{0, 90}, {120, 0}, {0, 0}, {120, 90}}) {
         context.windows.unload<Beside>();
-        desktop::writePlace(session.DiaryIniFile, kSection, {topEdge * 15, left * 15, {}, {}});
+        desktop::writePlace(session, kPlace, {topEdge * 15, left * 15, {}, {}});
         const QPoint pos = shownWindow<Beside>(context).pos();
         EXPECT_EQ(pos.x(), left == 0 ? middle.x() : left) << left << ' ' << topEdge;
         EXPECT_EQ(pos.y(), topEdge == 0 ? middle.y() : topEdge) << left << ' ' << topEdge;
@@ -76,7 +77,7 @@ TEST_F(ToolWindow, AnEdgeOfZeroStaysInTheMiddle) {
 TEST_F(ToolWindow, AWindowThatWasNeverShownKeepsNoPlace) {
     context.windows.get<Beside>();
     context.windows.unload<Beside>();
-    EXPECT_EQ(desktop::readPlace(session.DiaryIniFile, kSection).left, std::nullopt);
+    EXPECT_EQ(desktop::readPlace(session, kPlace).left, std::nullopt);
 }
 
 TEST_F(ToolWindow, ABlockingOneTakesTheInputAndLeavesTheLook) {

@@ -1,6 +1,10 @@
 // The check for updates as a command of the main window, and how it ends the program.
 #include "browser/forms/frmBrowser.h"
+#include "core/ini.h"
 #include "core/keys.h"
+#include "core/program_keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "publish/forms/frmProgress.h"
@@ -37,8 +41,8 @@ protected:
     }
     ~UpdateCommand() override { QDir::setCurrent(before); }
 
-    void setEndpoint(const core::Key& key, const QString& value) {
-        core::WriteIni(path(u"endpoints.ini"_s), key, value);
+    void setEndpoint(const core::Setting& key, const QString& value) {
+        core::Settings(session).writeQuietly(key, value);
     }
     QString address(const QString& name) const { return u"http://127.0.0.1:%1/%2"_s.arg(server.port()).arg(name); }
     static QByteArray answer(const QByteArray& bytes) {
@@ -143,7 +147,7 @@ TEST_F(UpdateCommand, TheUpdaterEndsTheProgramThroughTheUnsavedQuestion) {
     EXPECT_EQ(boxes(), QStringList{kUnsaved});
     EXPECT_FALSE(top().isVisible());
     EXPECT_TRUE(isUpdaterStarted());
-    EXPECT_EQ(core::ReadIni(working.filePath(u"update.txt"_s), keys::kRunningVersion), u"2.2.0"_s);
+    EXPECT_EQ(core::ReadIni(working.filePath(u"update.txt"_s), u"CurrentVersion"_s, u"version"_s), u"2.2.0"_s);
 }
 
 TEST_F(UpdateCommand, AnEntryThatCanNotBeSavedKeepsTheProgram) {

@@ -1,5 +1,6 @@
 #include "desktop/window_place.h"
 
+#include "core/keys.h"
 #include "desktop/twips.h"
 #include "support/desktop_home.h"
 #include "support/disk_watch.h"
@@ -13,7 +14,9 @@ namespace {
 
 class WindowPlace : public FactoryHome {
 protected:
-    const QLatin1StringView section{"ParentForm"};
+    WindowPlace() { session.DiaryIniFile = file; }
+
+    const core::PlaceSettings& settings = core::keys::kParentFormPlace;
     const QString file = path(u"diary.ini"_s);
 };
 
@@ -26,24 +29,24 @@ TEST_F(WindowPlace, IsFifteenTwipsToAPixel) {
 
 TEST_F(WindowPlace, IsReadIn32Bits) {
     writeFile(file, "[ParentForm]\r\nTop=0\r\nLeft=-45000\r\nWidth=57600\r\nHeight=abc\r\n");
-    const desktop::WindowPlace place = desktop::readPlace(file, section);
+    const desktop::WindowPlace place = desktop::readPlace(session, settings);
     EXPECT_EQ(place.top, 0);
     EXPECT_EQ(place.left, -45'000);
     EXPECT_EQ(place.width, 57'600);
     EXPECT_EQ(place.height, 0);
-    EXPECT_EQ(desktop::readPlace(file, QLatin1StringView("Other")).top, std::nullopt);
+    EXPECT_EQ(desktop::readPlace(session, core::keys::kFindPlace).top, std::nullopt);
 }
 
 TEST_F(WindowPlace, WritesWhatIsTold) {
     desktop::WindowPlace place = desktop::placeOf(QRect(10, 20, 300, 400));
     place.height.reset();
-    desktop::writePlace(file, section, place);
+    desktop::writePlace(session, settings, place);
     EXPECT_EQ(bytesOf(file), "[ParentForm]\r\nTop=300\r\nLeft=150\r\nWidth=4500\r\n");
 }
 
 TEST_F(WindowPlace, IsWrittenInOnePiece) {
     const DiskWatch watch;
-    desktop::writePlace(file, section, desktop::placeOf(QRect(10, 20, 300, 400)));
+    desktop::writePlace(session, settings, desktop::placeOf(QRect(10, 20, 300, 400)));
     EXPECT_EQ(watch.synced().filter(u".velltmp-"_s).size(), 1);
 }
 

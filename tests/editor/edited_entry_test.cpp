@@ -1,6 +1,7 @@
 #include "editor/edited_entry.h"
 
 #include "core/keys.h"
+#include "core/settings.h"
 #include "store/entry_line.h"
 #include "store/sqlite/connection.h"
 #include "support/disk_watch.h"
@@ -266,7 +267,7 @@ TEST_F(EditedEntry, DroppedTextIsRescuedEvenWithoutATitle) {
 }
 
 TEST_F(EditedEntry, WhoSwitchedTheRescueFileOffIsNotToldOfIt) {
-    core::WriteIni(session.DiaryIniFile, core::keys::kRescue, u"0"_s);
+    core::Settings(session).writeQuietly(core::keys::kRescue, u"0"_s);
     write(kDay, u"一"_s);
     write(kDay, u"二"_s);
     load(2);

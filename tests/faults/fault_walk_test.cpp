@@ -321,9 +321,9 @@ TEST_F(FaultWalk, KeepingADraft) {
 TEST_F(FaultWalk, ChangingSettings) {
     walk({[this] {
               core::SettingsChange change;
-              change.set(session.DiaryIniFile, core::keys::kFtpId, u"id"_s);
-              change.set(session.DiaryIniFile, core::keys::kFtpUrl, u"h.example"_s);
-              change.write();
+              change.set(session, core::keys::kFtpId, u"id"_s);
+              change.set(session, core::keys::kFtpUrl, u"h.example"_s);
+              change.writeQuietly();
           },
           {u"diary.ini"_s}});
 }

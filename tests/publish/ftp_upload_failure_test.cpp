@@ -1,5 +1,6 @@
 #include "publish/ftp_upload.h"
 
+#include "core/keys.h"
 #include "platform/file_write.h"
 #include "publish/upload_home.h"
 
@@ -34,7 +35,7 @@ protected:
 // What the check of the local files finds: the window stays closed to its frame and its OK, and tells nothing more.
 
 TEST_F(FtpUploadFailure, WithoutHostOrIdNothingIsLookedAt) {
-    for (const core::Key& missing : {keys::kFtpUrl, keys::kFtpId}) {
+    for (const core::Setting& missing : {keys::kFtpUrl, keys::kFtpId}) {
         set(keys::kFtpUrl, u"ftp.example.com"_s);
         set(missing, u""_s);
         const publish::UploadResult result = run();

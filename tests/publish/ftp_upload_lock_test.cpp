@@ -1,6 +1,7 @@
 // Two uploads of one diary at the same time.
 #include "publish/ftp_upload.h"
 
+#include "core/keys.h"
 #include "publish/upload_home.h"
 
 #include <QDir>

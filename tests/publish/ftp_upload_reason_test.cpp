@@ -1,6 +1,7 @@
 // Why an upload has failed: on the status panel, for standard error, in the log.
 #include "publish/ftp_upload.h"
 
+#include "core/keys.h"
 #include "publish/upload_home.h"
 
 #include <QDir>

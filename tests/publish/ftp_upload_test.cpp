@@ -1,5 +1,6 @@
 #include "publish/ftp_upload.h"
 
+#include "core/ini.h"
 #include "core/keys.h"
 #include "platform/file_write.h"
 #include "publish/upload_home.h"
@@ -200,7 +201,7 @@ TEST_F(FtpUpload, PassiveModeIsAnyNumberButZero) {
 
 TEST_F(FtpUpload, WithoutTheKeyOfPassiveModeItIsActive) {
     addPage(u"index.htm"_s);
-    core::DeleteIniKey(session.DiaryIniFile, keys::kFtpPassive.section, keys::kFtpPassive.name);
+    core::DeleteIniKey(session.DiaryIniFile, u"FTP"_s, u"PASV"_s);
     run();
     EXPECT_EQ(lines(u"> connect "_s), QStringList{u"ftp.example.com me secret active"_s});
 }

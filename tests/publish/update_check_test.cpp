@@ -1,5 +1,7 @@
 #include "publish/update_check.h"
 
+#include "core/ini.h"
+#include "core/program_keys.h"
 #include "publish/update_home.h"
 #include "support/folder_turn.h"
 
@@ -461,7 +463,8 @@ TEST_F(Update, VellUpdaterWithoutItsLibraryEndsNothing) {
     const WorkingFolder working;
     vellUpdater();
     EXPECT_EQ(transcript(), u"box "_s + kNoLibrary);
-    EXPECT_EQ(core::ReadIni(working.filePath(u"update.txt"_s), keys::kRunningVersion), u"2.2.0"_s) << "written first";
+    EXPECT_EQ(core::ReadIni(working.filePath(u"update.txt"_s), u"CurrentVersion"_s, u"version"_s), u"2.2.0"_s)
+        << "written first";
     EXPECT_FALSE(exists(path(u"VellUpTmp.exe"_s)));
     writeFile(working.filePath(u"unlha32.dll"_s), ""); // the working folder counts, the case of letters does not
     vellUpdater();

@@ -1,5 +1,8 @@
 #include "publish/update_home.h"
 
+#include "core/program_keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "platform/code_page.h"
 #include "support/patience.h"
 
@@ -71,8 +74,8 @@ void UpdateHome::putUpdater(const QByteArray& script) const {
     writeFile(path(u"VellUpdater.exe"_s), script);
 }
 
-void UpdateHome::setEndpoint(const core::Key& key, const QString& value) const {
-    core::WriteIni(path(u"endpoints.ini"_s), key, value);
+void UpdateHome::setEndpoint(const core::Setting& key, const QString& value) const {
+    core::Settings(session).writeQuietly(key, value);
 }
 
 publish::UpdateResult UpdateHome::check() {

@@ -1,6 +1,7 @@
 // The maker's web site in memory, a check for updates against it, and all that anybody sees of it as lines of text.
 #pragma once
 
+#include "core/setting.h"
 #include "publish/update_check.h"
 #include "publish/upload_home.h"
 
@@ -87,7 +88,7 @@ protected:
     void offerRelease(const QString& fileName = QStringLiteral("v.lzh"), const QByteArray& bytes = "archive");
     void putUpdater(const QByteArray& script = "#!/bin/sh\n") const;
     void putLibrary() const { writeFile(path(QStringLiteral("UnLHA32.DLL")), {}); }
-    void setEndpoint(const core::Key& key, const QString& value) const;
+    void setEndpoint(const core::Setting& key, const QString& value) const;
 
     publish::UpdateResult check();
     /// The events and calls of the last command, one a line, without paths of this machine and the speed of its disk.

@@ -1,4 +1,5 @@
 // The check for updates over a real network.
+#include "core/program_keys.h"
 #include "publish/curl_internet.h"
 #include "publish/update_home.h"
 #include "support/http_server.h"

@@ -1,5 +1,6 @@
 #include "publish/upload_home.h"
 
+#include "core/keys.h"
 #include "platform/file_write.h"
 
 #include <QDir>

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "publish/ftp_upload.h"
 #include "support/test_home.h"
 
@@ -102,7 +104,7 @@ protected:
     void fillSite();
     /// What the server holds once all that has gone up.
     static QMap<QString, QByteArray> filledServer();
-    void set(const core::Key& key, const QString& value) const { core::WriteIni(session.DiaryIniFile, key, value); }
+    void set(const core::Setting& key, const QString& value) const { core::Settings(session).writeQuietly(key, value); }
 
     publish::UploadResult run();
     /// The events and calls of the last run, one a line; line breaks within a text are " / ". The window's read

@@ -1,6 +1,7 @@
 #include "site/find_page.h"
 
-#include "site/site_keys.h"
+#include "core/setting.h"
+#include "core/site_keys.h"
 #include "support/test_home.h"
 
 #include <QFile>
@@ -87,7 +88,7 @@ TEST_F(FindPage, HoldsTheEntryInTheTableForm) {
 }
 
 TEST_F(FindPage, TakesEverySettingOfAnEntryButCommentLinks) {
-    const std::pair<site::SiteKey, QString> settings[] = {{keys::body::kTextColor, u"b1"_s},
+    const std::pair<core::Setting, QString> settings[] = {{keys::body::kTextColor, u"b1"_s},
                                                           {keys::body::kBackColor, u"b2"_s},
                                                           {keys::body::kBackImage, u"b3.gif"_s},
                                                           {keys::contents::kTableBorder, u"3"_s},

@@ -211,7 +211,7 @@ TEST_F(MonthPage, ANumberBeyondItsRangeIsNamedAndTheOldPageStays) {
 TEST_F(MonthPage, ANumberThatIsReadCountsWhetherOrNotItIsPrinted) {
     using site::PageKind;
     const struct {
-        site::SiteKey key;
+        core::Setting key;
         std::vector<PageKind> kinds; ///< of the pages that read it, with a calendar and without frames
     } cases[] = {
         {keys::day_list::kMarginLeft, {PageKind::Current, PageKind::Log}},

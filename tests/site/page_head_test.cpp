@@ -1,5 +1,8 @@
 #include "site/site_home.h"
 
+#include "core/program_keys.h"
+#include "core/setting.h"
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -15,7 +18,7 @@ constexpr char kCreditAnchor[] = "<a href=\"https://www.example.com/velloria/\" 
 class PageHead : public SiteHome {
 protected:
     /// Names a piece of its own for the key.
-    void namePiece(const site::SiteKey& key, const QString& name) {
+    void namePiece(const core::Setting& key, const QString& name) {
         setSetting(key, name);
         writePiece(name, name.toLatin1());
     }
@@ -157,7 +160,7 @@ TEST_F(PageHead, ADividedPageHasAShorterHeadAndTail) {
 }
 
 TEST_F(PageHead, EachKindOfPageHasItsOwnPieces) {
-    const std::pair<site::SiteKey, QString> pieces[] = {
+    const std::pair<core::Setting, QString> pieces[] = {
         {keys::general::kHeadTag, u"head"_s},
         {keys::general::kHeadTagDiv, u"head_div"_s},
         {keys::general::kHeadTagDivLog, u"head_div_log"_s},
@@ -210,7 +213,7 @@ TEST_F(PageHead, TheCreditLineReplacesEveryMark) {
 }
 
 TEST_F(PageHead, AMarkInTheAddressOfTheCreditLinkStays) {
-    setSetting(keys::endpoints::kHomePage, u"http://h.example/#top"_s);
+    setSetting(keys::kMakerHomePage, u"http://h.example/#top"_s);
     setSetting(keys::general::kVellLinkOn, u"1"_s);
     setSetting(keys::general::kVellLinkText, u"#"_s);
     EXPECT_TRUE(hasLines(makeMonth(), {u"<a href=\"http://h.example/#top\" target=_blank>Velloria</a>"_s}));

@@ -1,5 +1,6 @@
 #include "core/ini.h"
 #include "core/keys.h"
+#include "core/settings.h"
 #include "site/site_home.h"
 #include "support/disk_watch.h"
 
@@ -25,7 +26,7 @@ protected:
         }
         return dialogs;
     }
-    QString storedName() const { return core::ReadIni(session.DiaryIniFile, core::keys::kSaveFileName); }
+    QString storedName() const { return core::Settings(session).text(core::keys::kSaveFileName); }
 };
 
 TEST_F(SaveHtmlAs, StandsInForSaveHtmlWithoutATarget) {
@@ -68,7 +69,7 @@ TEST_F(SaveHtmlAs, TakesFolderAndNameOverAndStoresThem) {
     EXPECT_EQ(session.FilePath, path(u"s2/"_s));
     EXPECT_EQ(session.FileName, u"index.htm"_s);
     EXPECT_EQ(storedName(), u"index.htm"_s);
-    EXPECT_EQ(core::ReadIni(session.DiaryIniFile, core::keys::kSaveFilePath), path(u"s2/"_s));
+    EXPECT_EQ(core::Settings(session).text(core::keys::kSaveFilePath), path(u"s2/"_s));
     startAt(u"2004/05/07 00:00:00"_s);
     EXPECT_EQ(session.FilePath + session.FileName, path(u"s2/index.htm"_s));
 }

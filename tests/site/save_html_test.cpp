@@ -2,6 +2,8 @@
 
 #include "core/ini.h"
 #include "core/keys.h"
+#include "core/setting.h"
+#include "core/settings.h"
 #include "core/upload_list.h"
 #include "site/site_home.h"
 
@@ -17,7 +19,7 @@ namespace {
 
 class SaveHtml : public SiteHome {
 protected:
-    QString stored(const core::Key& key) const { return core::ReadIni(session.DiaryIniFile, key); }
+    QString stored(const core::Setting& key) const { return core::Settings(session).text(key); }
     QString sitePart(const QString& name) const { return path(u"site/DiaryParts/"_s + name); }
     QStringList statuses() const { return desk.texts(u"status"_s); }
     /// The kinds of events in order, a status with its text.

@@ -1,11 +1,11 @@
 // A home for tests of the generator: no settings but the test's own, and words to make pages and look at them.
 #pragma once
 
+#include "core/site_keys.h"
 #include "registers/file_register.h"
 #include "site/log_archive.h"
 #include "site/month_page.h"
 #include "site/save_html.h"
-#include "site/site_keys.h"
 #include "support/print.h"
 #include "support/test_home.h"
 

@@ -1,5 +1,6 @@
 #include "site/site_settings.h"
 
+#include "core/program_keys.h"
 #include "site/site_home.h"
 
 using namespace Qt::StringLiterals;
@@ -16,11 +17,11 @@ protected:
     void writeSet(const QByteArray& lines) { writeFile(session.CustIniFile, lines); }
 };
 
-TEST_F(SiteSettingsOfAHome, AMissingKeyReadsAsNothingOrZero) {
+TEST_F(SiteSettingsOfAHome, AMissingKeyReadsAsWhatItsRowSays) {
     EXPECT_EQ(settings().text(keys::general::kHPTitle), u""_s);
     EXPECT_EQ(settings().number(keys::day_list::kMarginLeft), 0);
     EXPECT_FALSE(settings().isOn(keys::calender::kUse));
-    EXPECT_EQ(settings().text(keys::rss::kTitle, u"日記"_s), u"日記"_s);
+    EXPECT_EQ(settings().text(keys::rss::kTitle), u"日記"_s);
 }
 
 TEST_F(SiteSettingsOfAHome, AMissingFileReadsAsOneWithoutKeys) {
@@ -32,7 +33,7 @@ TEST_F(SiteSettingsOfAHome, AMissingFileReadsAsOneWithoutKeys) {
 
 TEST_F(SiteSettingsOfAHome, AnEmptyKeyIsNotReplaced) {
     setSetting(keys::rss::kTitle, u""_s);
-    EXPECT_EQ(settings().text(keys::rss::kTitle, u"日記"_s), u""_s);
+    EXPECT_EQ(settings().text(keys::rss::kTitle), u""_s);
 }
 
 TEST_F(SiteSettingsOfAHome, EachFileHoldsItsOwnKeys) {
@@ -48,7 +49,7 @@ TEST_F(SiteSettingsOfAHome, EachFileHoldsItsOwnKeys) {
     EXPECT_EQ(settings().text(keys::frame::kCalenderFrameSize), u"frame"_s);
     EXPECT_EQ(settings().text(keys::rss::kHPURL), u"rss"_s);
     EXPECT_EQ(settings().text(keys::halo_scan::kUserName), u"comments"_s);
-    EXPECT_EQ(settings().text(keys::endpoints::kHomePage), u"https://www.example.com/velloria/"_s);
+    EXPECT_EQ(settings().text(keys::kMakerHomePage), u"https://www.example.com/velloria/"_s);
 }
 
 TEST_F(SiteSettingsOfAHome, TheOldSpellingsStay) {

@@ -1,6 +1,8 @@
 #include "support/test_home.h"
 
-#include "core/ini.h"
+#include "core/setting.h"
+#include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 #include "store/sqlite/connection.h"
@@ -162,32 +164,14 @@ QString TestHome::sqlValue(const QString& query) {
     return value.isNull() ? u"NULL"_s : value;
 }
 
-namespace {
-
-QString fileOf(const core::Session& session, site::SettingsFile file) {
-    switch (file) {
-    case site::SettingsFile::Frame:
-        return session.FrameIniFile;
-    case site::SettingsFile::Rss:
-        return session.RSSIniFile;
-    case site::SettingsFile::HaloScan:
-        return session.HaloScanIniFile;
-    case site::SettingsFile::Endpoints:
-        return session.MyPath + u"endpoints.ini"_s;
-    case site::SettingsFile::Customize:
-        break;
-    }
-    return session.CustIniFile;
+void TestHome::setSetting(const core::Setting& key, const QString& value) {
+    core::Settings(session).writeQuietly(key, value);
 }
 
-} // namespace
-
-void TestHome::setSetting(const site::SiteKey& key, const QString& value) {
-    core::WriteIni(fileOf(session, key.file), key.section, key.name, value);
-}
-
-void TestHome::removeSetting(const site::SiteKey& key) {
-    core::DeleteIniKey(fileOf(session, key.file), key.section, key.name);
+void TestHome::removeSetting(const core::Setting& key) {
+    core::SettingsChange change;
+    change.remove(session, key);
+    change.writeQuietly();
 }
 
 void TestHome::clearSettings() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "core/setting.h"
 #include "platform/failure.h"
 #include "shell/startup.h"
 #include "site/site_settings.h"
@@ -79,8 +80,8 @@ protected:
     QString sqlValue(const QString& query);
 
     /// Writes a site setting, for example setSetting(site::keys::frame::kFrameOn, "1").
-    void setSetting(const site::SiteKey& key, const QString& value);
-    void removeSetting(const site::SiteKey& key);
+    void setSetting(const core::Setting& key, const QString& value);
+    void removeSetting(const core::Setting& key);
     /// Every key of the generator gone: what is left is what the code itself prints.
     void clearSettings();
     void writePiece(const QString& name, const QByteArray& bytes);

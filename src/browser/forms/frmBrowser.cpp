@@ -1,19 +1,20 @@
 #include "browser/forms/frmBrowser.h"
 
-#include "browser/browser_keys.h"
 #include "browser/forms/page_view.h"
 #include "browser/forms/web_page.h"
 #include "browser/forms/web_profile.h"
 #include "browser/page_address.h"
 #include "browser/search_sites.h"
+#include "core/keys.h"
 #include "core/path_names.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
 #include "desktop/combo.h"
 #include "desktop/command.h"
 #include "desktop/icons.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
-#include "platform/profile_file.h"
 #include "site/save_html.h"
 
 #include <QApplication>
@@ -33,11 +34,6 @@ constexpr int kMarginBelow = 28; ///< left free below the page
 constexpr int kKindRole = Qt::UserRole + 1;
 
 const QString kLoading = u"Webページ表示中..."_s;
-
-qint32 settingOf(const core::Session& session, const core::Key& key) {
-    const platform::ProfileFile settings(platform::existingPath(session.DiaryIniFile));
-    return settings.number(key.section, key.name).value_or(0);
-}
 
 /// Adds to the list of a box that somebody may be typing in: the first line of an empty list would take the text's
 /// place.
@@ -93,7 +89,8 @@ frmBrowser::frmBrowser(desktop::Context& context)
     setContents(contents);
 
     m_site->addItems(searchSiteNames());
-    const qint32 site = settingOf(context.session, keys::kFindSite);
+    const qint32 site =
+        core::Settings(context.session).read(core::SettingsFile::Diary).wideNumber(core::keys::kFindSite).value_or(0);
     m_site->setCurrentIndex(site < m_site->count() ? site : -1);
     HistoryAdd_URL();
     HistoryAdd_Find();
@@ -149,7 +146,7 @@ void frmBrowser::openAddress() {
 
 void frmBrowser::search() {
     m_context.desk.status(kLoading);
-    Navigate(searchAddress(m_context.session.MyPath, m_site->currentIndex(), m_words->currentText()));
+    Navigate(searchAddress(core::Settings(m_context.session), m_site->currentIndex(), m_words->currentText()));
 }
 
 /// With every key, and so with the text as it was before the key.
@@ -163,7 +160,7 @@ void frmBrowser::previewPage() {
 }
 
 void frmBrowser::goHome() {
-    const QString home = core::ReadIni(m_context.session.MyPath + u"endpoints.ini"_s, keys::kHome);
+    const QString home = core::Settings(m_context.session).text(core::keys::kBrowserHome);
     Navigate(home.isEmpty() ? m_context.session.DataPath + u"tmp.htm"_s : home);
 }
 
@@ -180,7 +177,7 @@ void frmBrowser::HistoryAdd_Find() {
 void frmBrowser::keep() {
     m_histories.keepAddresses(entriesOf(*m_address));
     m_histories.keepWords(entriesOf(*m_words));
-    core::WriteIni(m_context.session.DiaryIniFile, keys::kFindSite, QString::number(m_site->currentIndex()));
+    core::Settings(m_context.session).writeQuietly(core::keys::kFindSite, QString::number(m_site->currentIndex()));
 }
 
 void frmBrowser::FillFavorites() {
@@ -194,7 +191,7 @@ void frmBrowser::FillFavorites() {
     } catch (const platform::Failure&) {
         // The box is empty then, and the rest of the window as useful as ever.
     }
-    const bool isSorted = settingOf(m_context.session, keys::kFavoriteSort) == 1;
+    const bool isSorted = core::Settings(m_context.session).isOn(core::keys::kFavoriteSort);
     const QSignalBlocker blocker(*m_favourites);
     m_favourites->clear();
     for (const Favourite& line :

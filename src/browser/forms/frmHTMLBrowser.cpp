@@ -1,5 +1,6 @@
 #include "browser/forms/frmHTMLBrowser.h"
 
+#include "core/keys.h"
 #include "desktop/twips.h"
 #include "desktop/window_place.h"
 
@@ -10,7 +11,6 @@ using namespace Qt::StringLiterals;
 namespace velloria::browser {
 namespace {
 
-constexpr QLatin1StringView kSection("miniBrowser");
 constexpr qint32 kFirstWidthTwips = 9000;
 constexpr int kHeight = 480;
 
@@ -20,7 +20,7 @@ frmHTMLBrowser::frmHTMLBrowser(desktop::Context& context)
     : WebViewer(context, u"frmHTMLBrowser"_s) {
     setWindowTitle(u"MiniBrowser"_s);
     resize(desktop::fromTwips(kFirstWidthTwips), kHeight);
-    desktop::WindowPlace place = desktop::readPlace(context.session.DiaryIniFile, kSection);
+    desktop::WindowPlace place = desktop::readPlace(context.session, core::keys::kMiniBrowserPlace);
     if (place.width.value_or(0) < 1)
         place.width = kFirstWidthTwips;
     place.height.reset();
@@ -30,7 +30,7 @@ frmHTMLBrowser::frmHTMLBrowser(desktop::Context& context)
 frmHTMLBrowser::~frmHTMLBrowser() {
     desktop::WindowPlace place = desktop::placeOf(*this, normalPlace());
     place.height.reset();
-    desktop::writePlace(m_context.session.DiaryIniFile, kSection, place);
+    desktop::writePlace(m_context.session, core::keys::kMiniBrowserPlace, place);
 }
 
 } // namespace velloria::browser

@@ -1,9 +1,10 @@
 #include "browser/forms/frmPrevDiaryViewer.h"
 
 #include "browser/forms/entry_scripts.h"
+#include "core/keys.h"
 #include "desktop/window_place.h"
 #include "site/local_page.h"
-#include "site/site_keys.h"
+#include "site/site_settings.h"
 
 #include <QMdiArea>
 
@@ -12,7 +13,6 @@ using namespace Qt::StringLiterals;
 namespace velloria::browser {
 namespace {
 
-constexpr QLatin1StringView kSection("PrevDiaryViewer");
 constexpr QSize kFirstSize(480, 600);
 
 } // namespace
@@ -22,12 +22,12 @@ frmPrevDiaryViewer::frmPrevDiaryViewer(desktop::Context& context)
     setWindowTitle(u"過去の日記"_s);
     resize(kFirstSize);
     stepAside();
-    desktop::restorePlace(*this, desktop::readPlace(context.session.DiaryIniFile, kSection),
+    desktop::restorePlace(*this, desktop::readPlace(context.session, core::keys::kPrevDiaryViewerPlace),
                           desktop::frameOf(*context.mdi->window()));
 }
 
 frmPrevDiaryViewer::~frmPrevDiaryViewer() {
-    desktop::writePlace(m_context.session.DiaryIniFile, kSection, desktop::placeOf(*this, normalPlace()));
+    desktop::writePlace(m_context.session, core::keys::kPrevDiaryViewerPlace, desktop::placeOf(*this, normalPlace()));
 }
 
 void frmPrevDiaryViewer::showPage(const QString& caption, const QString& file) {
@@ -37,7 +37,7 @@ void frmPrevDiaryViewer::showPage(const QString& caption, const QString& file) {
     setScript(u"entryLinks"_s, entryLinks());
     const site::SiteSettings settings(m_context.session);
     setScript(u"styles"_s, stylesOf(site::headOfSet(settings)));
-    namespace body = site::keys::body;
+    namespace body = core::keys::body;
     setScript(u"linkColours"_s, linkColours(settings.text(body::kLinkColor), settings.text(body::kALinkColor),
                                             settings.text(body::kVLinkColor)));
     Navigate(file);

@@ -2,6 +2,7 @@
 
 #include "core/day_key.h"
 #include "core/keys.h"
+#include "core/settings.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "editor/forms/frmContents.h"
@@ -58,7 +59,7 @@ frmCalender::~frmCalender() {
     ui->Calender->disconnect(this); // it loses the focus on the way out, and turns back its page for that
     // Without a selection the list lacked the blog; it is selected again when its template is back.
     if (ui->cmbBlog->currentIndex() >= 0)
-        core::WriteIni(m_context.session.DiaryIniFile, core::keys::kSelectedBlog, ui->cmbBlog->currentText());
+        core::Settings(m_context.session).writeQuietly(core::keys::kSelectedBlog, ui->cmbBlog->currentText());
 }
 
 QSize frmCalender::ownSize() const {
@@ -88,8 +89,7 @@ void frmCalender::fillBlogs() {
     constexpr int kExtension = 4; // ".ini"
     for (const QString& name : platform::listFolder(m_context.session.DataPath + u"BlogTemplate/"_s, u"*.ini"_s))
         ui->cmbBlog->addItem(name.chopped(kExtension));
-    const core::Key& key = core::keys::kSelectedBlog;
-    const QString selected = core::ReadIniDef(m_context.session.DiaryIniFile, key.section, key.name, u"mixi"_s);
+    const QString selected = core::Settings(m_context.session).text(core::keys::kSelectedBlog);
     ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
     ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
 }

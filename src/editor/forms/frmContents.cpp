@@ -1,8 +1,8 @@
 #include "editor/forms/frmContents.h"
 
-#include "core/ini.h"
 #include "core/keys.h"
 #include "core/numbers.h"
+#include "core/settings.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "desktop/text_pane.h"
@@ -34,7 +34,7 @@ constexpr double kLargestFontSize = 400;
 
 /// In points; what is no size is the usual one.
 double fontSizeOf(const core::Session& session) {
-    const QString text = core::ReadIni(session.DiaryIniFile, core::keys::kContentsFontSize);
+    const QString text = core::Settings(session).text(core::keys::kContentsFontSize);
     const double size = core::numericValue(text).value_or(kUsualFontSize);
     return size > 0 ? std::min(size, kLargestFontSize) : kUsualFontSize;
 }

@@ -1,8 +1,9 @@
 #include "editor/forms/frmHTMLMakeImage.h"
 
+#include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "core/settings_change.h"
-#include "core/stored_name.h"
 #include "editor/forms/frmContents.h"
 #include "editor/image_preview.h"
 #include "registers/file_registration.h"
@@ -23,7 +24,7 @@ const QString kFilter = u"Resist Files(*.gif,*.jpg,*.png,*.bmp)|*.gif;*.jpg;*.pn
                         u"BMP Files(*.bmp)|*.bmp|ALL Files(*.*)|*|"_s;
 
 QString startFolder(const core::Session& session) {
-    const QString kept = core::nameOfStored(core::ReadIni(session.DiaryIniFile, core::keys::kImagePath));
+    const QString kept = core::Settings(session).text(core::keys::kImagePath);
     return core::isAbsoluteFolder(kept) ? kept : QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
 }
 
@@ -54,9 +55,9 @@ frmHTMLMakeImage::frmHTMLMakeImage(desktop::Context& context)
     constexpr int kTagLines = 3;
     const int frame = 2 * ui->txt_InsertTag->frameWidth() + 2 * int(ui->txt_InsertTag->document()->documentMargin());
     ui->txt_InsertTag->setFixedHeight(kTagLines * ui->txt_InsertTag->fontMetrics().lineSpacing() + frame);
-    const QString& settings = context.session.DiaryIniFile;
-    ui->txt_AddDiv->setText(core::ReadIni(settings, core::keys::kAddDivText));
-    ui->txt_TagOther->setText(core::ReadIni(settings, core::keys::kTagOtherText));
+    const core::Settings settings(context.session);
+    ui->txt_AddDiv->setText(settings.text(core::keys::kAddDivText));
+    ui->txt_TagOther->setText(settings.text(core::keys::kTagOtherText));
     buildTag();
     connectControls();
 }
@@ -221,14 +222,14 @@ void frmHTMLMakeImage::Btn_OK_Click() {
     if (ui->chk_Resist->isChecked())
         registerImage();
     contents.insertAtCaretOfContents(ui->txt_InsertTag->text());
-    const QString& settings = m_context.session.DiaryIniFile;
+    const core::Session& session = m_context.session;
     core::SettingsChange left;
-    left.set(settings, core::keys::kAddDivText, ui->txt_AddDiv->text());
-    left.set(settings, core::keys::kTagOtherText, ui->txt_TagOther->text());
+    left.set(session, core::keys::kAddDivText, ui->txt_AddDiv->text());
+    left.set(session, core::keys::kTagOtherText, ui->txt_TagOther->text());
     const QString folder = core::GetParentFolder(ui->txt_FilePath->text());
     if (!folder.isEmpty() && !isTemporary(folder))
-        left.set(settings, core::keys::kImagePath, core::storedName(folder));
-    left.write();
+        left.set(session, core::keys::kImagePath, folder);
+    left.writeQuietly();
     accept();
 }
 

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::exchange {
 
 frmExport::frmExport(desktop::Context& context)
-    : ToolWindow(context, u"frmExport"_s, Blocks::Nothing, core::keys::kExport)
+    : ToolWindow(context, u"frmExport"_s, Blocks::Nothing, &core::keys::kExportPlace)
     , ui(std::make_unique<Ui::frmExport>()) {
     ui->setupUi(this);
     prepareControls();

@@ -2,7 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
-#include "core/stored_name.h"
+#include "core/settings.h"
 #include "desktop/clipboard.h"
 #include "store/diary_store.h"
 #include "ui_frmResistFiles.h"
@@ -39,8 +39,8 @@ frmResistFiles::frmResistFiles(desktop::Context& context)
 }
 
 frmResistFiles::~frmResistFiles() {
-    core::WriteIni(m_context.session.DiaryIniFile, core::keys::kDefaultLoadPath,
-                   core::storedName(core::GetParentFolder(ui->txtOpenFile->text())));
+    core::Settings(m_context.session)
+        .writeQuietly(core::keys::kDefaultLoadPath, core::GetParentFolder(ui->txtOpenFile->text()));
 }
 
 void frmResistFiles::fillDays() {
@@ -68,8 +68,7 @@ void frmResistFiles::fillList() {
 
 void frmResistFiles::BtnOpenFolder_Click() {
     const QString shown = ui->txtOpenFile->text();
-    const QString kept =
-        core::nameOfStored(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kDefaultLoadPath));
+    const QString kept = core::Settings(m_context.session).text(core::keys::kDefaultLoadPath);
     const QString folder = !shown.isEmpty()               ? core::GetParentFolder(shown)
                            : core::isAbsoluteFolder(kept) ? kept
                                                           : QString();

@@ -2,7 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
-#include "core/stored_name.h"
+#include "core/settings.h"
 #include "desktop/leave_check.h"
 #include "desktop/line_box.h"
 #include "ui_frmResistLogs.h"
@@ -68,7 +68,7 @@ void frmResistLogs::complain(const QString& problem, QWidget& box) {
 
 void frmResistLogs::BtnOpenFolder_Click() {
     const QString shown = ui->txtOpenFile->text();
-    const QString kept = core::nameOfStored(core::ReadIni(m_context.session.DiaryIniFile, core::keys::kLogResistPath));
+    const QString kept = core::Settings(m_context.session).text(core::keys::kLogResistPath);
     const QString folder = !shown.isEmpty()               ? core::GetParentFolder(shown)
                            : core::isAbsoluteFolder(kept) ? kept
                                                           : QString();

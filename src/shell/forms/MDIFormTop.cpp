@@ -1,6 +1,5 @@
 #include "shell/forms/MDIFormTop.h"
 
-#include "core/keys.h"
 #include "desktop/command.h"
 #include "desktop/elided_label.h"
 #include "editor/forms/editor_requests.h"

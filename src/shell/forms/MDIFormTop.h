@@ -1,7 +1,6 @@
 // The main window: the frame of editor, calendar and browser, with the menus and the status bar.
 #pragma once
 
-#include "core/keys.h"
 #include "desktop/context.h"
 #include "exchange/clipboard_import.h"
 #include "shell/menu_table.h"

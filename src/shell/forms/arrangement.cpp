@@ -1,6 +1,7 @@
 #include "shell/forms/arrangement.h"
 
 #include "browser/forms/frmBrowser.h"
+#include "core/keys.h"
 #include "core/settings_change.h"
 #include "desktop/twips.h"
 #include "desktop/window_place.h"
@@ -111,9 +112,10 @@ void Arrangement::mnuStandard() {
 }
 
 void Arrangement::mnuLoadWndPos() {
-    const QString& ini = m_context.session.DiaryIniFile;
-    arrange(desktop::readPlace(ini, core::keys::kCalender), desktop::readPlace(ini, core::keys::kDiaryEditer),
-            desktop::readPlace(ini, core::keys::kBrowser));
+    const core::Session& session = m_context.session;
+    arrange(desktop::readPlace(session, core::keys::kCalenderPlace),
+            desktop::readPlace(session, core::keys::kDiaryEditerPlace),
+            desktop::readPlace(session, core::keys::kBrowserPlace));
 }
 
 void Arrangement::arrange(const desktop::WindowPlace& calendarPlace, const desktop::WindowPlace& editorPlace,
@@ -136,17 +138,17 @@ void Arrangement::arrange(const desktop::WindowPlace& calendarPlace, const deskt
 }
 
 void Arrangement::mnuSaveWndPos() {
-    const QString& ini = m_context.session.DiaryIniFile;
+    const core::Session& session = m_context.session;
     desktop::WindowPlace calendar = desktop::placeOf(m_context.windows.get<editor::frmCalender>().normalPlace());
     calendar.height.reset();
     calendar.width.reset();
     core::SettingsChange places;
-    desktop::addPlace(places, ini, core::keys::kCalender, calendar);
-    desktop::addPlace(places, ini, core::keys::kDiaryEditer,
+    desktop::addPlace(places, session, core::keys::kCalenderPlace, calendar);
+    desktop::addPlace(places, session, core::keys::kDiaryEditerPlace,
                       desktop::placeOf(m_context.windows.get<editor::frmContents>().normalPlace()));
-    desktop::addPlace(places, ini, core::keys::kBrowser,
+    desktop::addPlace(places, session, core::keys::kBrowserPlace,
                       desktop::placeOf(m_context.windows.get<browser::frmBrowser>().normalPlace()));
-    places.write();
+    places.writeQuietly();
 }
 
 void Arrangement::MnuVertical() {

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings.h"
 #include "desktop/command.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/MDIFormTop.h"
@@ -16,8 +17,8 @@ namespace velloria::shell {
 namespace {
 
 /// Nothing when the window was cancelled.
-std::optional<Login> askLogin(const QString& home) {
-    frmLogin window(core::ReadIni(core::withSeparator(home) + u"velluser.ini"_s, core::keys::kPreviousUser));
+std::optional<Login> askLogin(const Users& users) {
+    frmLogin window(users.previousLogin());
     window.exec();
     return window.IsOK ? std::optional(Login{window.UID, window.Password}) : std::nullopt;
 }
@@ -26,8 +27,8 @@ std::optional<Login> askLogin(const QString& home) {
 
 StartResult startDesktop(desktop::Context& context, const QString& home) {
     std::optional<Login> login;
-    if (Users(core::withSeparator(home)).exist()) {
-        login = askLogin(home);
+    if (const Users users(core::withSeparator(home)); users.exist()) {
+        login = askLogin(users);
         if (!login)
             return StartResult::Ended;
     }
@@ -35,7 +36,7 @@ StartResult startDesktop(desktop::Context& context, const QString& home) {
     if (startup.enter(home, login) == StartResult::Ended)
         return StartResult::Ended;
     desktop::runCommand(context.desk, [&] {
-        if (core::ReadIniIntDef(context.session.DiaryIniFile, core::keys::kShowStartUpForm, 0) != 1)
+        if (core::Settings(context.session).number(core::keys::kShowStartUpForm) != 1)
             return;
         context.windows.get<StartForm>().show();
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

@@ -2,7 +2,8 @@
 #include "browser/forms/frmBrowser.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
 #include "convert/password_text.h"
-#include "core/keys.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
 #include "desktop/clipboard.h"
 #include "desktop/command.h"
 #include "desktop/twips.h"
@@ -213,9 +214,10 @@ void MDIFormTop::mnuVellMemo() {
         m_context.desk.message(MessageKind::Critical, u"VellMemo.exeが存在しません。"_s);
         return;
     }
-    const QString users = session.MyPath + u"velluser.ini"_s;
-    const QString password = convert::DecryptPassword(core::ReadIni(users, session.UserID, core::keys::kUserPass));
-    if (!QProcess::startDetached(program, {users, session.UserID, password}))
+    const core::Settings settings(session);
+    const QString password =
+        convert::DecryptPassword(settings.text(core::inSection(core::keys::kUserPass, session.UserID)));
+    if (!QProcess::startDetached(program, {settings.file(core::SettingsFile::Users), session.UserID, password}))
         throw platform::Failure(u"プログラムを起動できません。"_s, program, {},
                                 u"実行できるファイルか確認してください。"_s);
 }

@@ -2,6 +2,8 @@
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/keys.h"
+#include "core/program_keys.h"
+#include "core/settings.h"
 #include "desktop/command.h"
 #include "desktop/window_place.h"
 #include "editor/forms/frmCalender.h"
@@ -63,7 +65,7 @@ void MDIFormTop::completeStart() {
         m_context.desk.pointer(platform::Pointer::Hourglass);
     });
     step([this] {
-        const qint16 position = core::ReadIniIntDef(m_context.session.DiaryIniFile, core::keys::kWindowPosition, 0);
+        const qint16 position = core::Settings(m_context.session).number(core::keys::kWindowPosition);
         if (position == 1)
             Arrangement(m_context).mnuStandard();
         else if (position == 2)
@@ -80,8 +82,8 @@ void MDIFormTop::completeStart() {
 }
 
 void MDIFormTop::restoreFrame() {
-    const QString& ini = m_context.session.DiaryIniFile;
-    const desktop::WindowPlace kept = desktop::readPlace(ini, core::keys::kParentForm);
+    const core::Session& session = m_context.session;
+    const desktop::WindowPlace kept = desktop::readPlace(session, core::keys::kParentFormPlace);
     desktop::WindowPlace place = kept;
     // One edge alone is applied behind the showing: the other one is where the screen puts it.
     if (place.left.value_or(0) == 0 || place.top.value_or(0) == 0) {
@@ -91,7 +93,8 @@ void MDIFormTop::restoreFrame() {
     resize(kFirstSize);
     desktop::restorePlace(*this, place, {});
     qint16 maximize = 0;
-    desktop::runCommand(m_context.desk, [&] { maximize = core::ReadIniIntDef(ini, core::keys::kWindowMaximize, 0); });
+    desktop::runCommand(m_context.desk,
+                        [&] { maximize = core::Settings(session).number(core::keys::kWindowMaximize); });
     if (maximize == 1)
         showMaximized();
     else
@@ -104,9 +107,9 @@ void MDIFormTop::restoreFrame() {
 }
 
 void MDIFormTop::enableUpdater() {
-    const QString file = platform::existingPath(m_context.session.MyPath + u"update.txt"_s);
-    command(u"MnuVellUpdater"_s)
-        ->setEnabled(platform::fileExists(file) && core::ReadIniIntDef(file, core::keys::kUpdated, 0) != 1);
+    const core::Settings settings(m_context.session);
+    const QString file = platform::existingPath(settings.file(core::SettingsFile::Update));
+    command(u"MnuVellUpdater"_s)->setEnabled(platform::fileExists(file) && settings.number(core::keys::kUpdated) != 1);
 }
 
 void MDIFormTop::showOptionalParts() {
@@ -202,7 +205,7 @@ void MDIFormTop::keepSettings() {
             removeGeneratedPages(session);
     });
     if (!isMaximized() && !isMinimized())
-        desktop::writePlace(session.DiaryIniFile, core::keys::kParentForm, desktop::placeOf(*this, {pos(), size()}));
+        desktop::writePlace(session, core::keys::kParentFormPlace, desktop::placeOf(*this, {pos(), size()}));
 }
 
 void MDIFormTop::keepDraft() {

@@ -1,17 +1,15 @@
 #include "shell/forms/maker_pages.h"
 
 #include "browser/forms/frmBrowser.h"
-#include "core/ini.h"
-#include "core/keys.h"
-
-using namespace Qt::StringLiterals;
+#include "core/program_keys.h"
+#include "core/settings.h"
 
 namespace velloria::shell {
 namespace {
 
-void show(desktop::Context& context, const core::Key& key) {
+void show(desktop::Context& context, const core::Setting& page) {
     context.windows.get<browser::frmBrowser>().showChild();
-    context.desk.navigate(core::ReadIni(context.session.MyPath + u"endpoints.ini"_s, key));
+    context.desk.navigate(core::Settings(context.session).text(page));
 }
 
 } // namespace

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::site {
 
 frmFind::frmFind(desktop::Context& context)
-    : ToolWindow(context, u"frmFind"_s, Blocks::Nothing, core::keys::kFind)
+    : ToolWindow(context, u"frmFind"_s, Blocks::Nothing, &core::keys::kFindPlace)
     , ui(std::make_unique<Ui::frmFind>()) {
     ui->setupUi(this);
     connect(ui->Btn_OK, &QPushButton::clicked, this, [this] { run([this] { Btn_OK_Click(); }); });

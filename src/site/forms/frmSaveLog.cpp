@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::site {
 
 frmSaveLog::frmSaveLog(desktop::Context& context)
-    : ToolWindow(context, u"frmSaveLog"_s, Blocks::Nothing, core::keys::kLog)
+    : ToolWindow(context, u"frmSaveLog"_s, Blocks::Nothing, &core::keys::kLogPlace)
     , ui(std::make_unique<Ui::frmSaveLog>()) {
     ui->setupUi(this);
     desktop::keepShort(*ui->txtYear, 4);
