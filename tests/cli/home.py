@@ -6,6 +6,7 @@ The variable VELLORIA_PROGRAM names the program folder under test.
 import hashlib
 import json
 import os
+import resource
 import shutil
 import sqlite3
 import stat
@@ -47,6 +48,12 @@ def snapshot(folder):
             is_file = stat.S_ISREG(os.lstat(path).st_mode)
             found[os.path.relpath(path, folder)] = hashlib.sha256(read(path)).hexdigest() if is_file else "special"
     return found
+
+
+def bytes_limit(count):
+    """For subprocess: no file may grow beyond `count` bytes. The finished program has no disk of the tests inside it, so
+    here the system refuses; it is the limit that a shell sets with ulimit, and an error of its own."""
+    return lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (count, resource.RLIM_INFINITY))
 
 
 class Result:

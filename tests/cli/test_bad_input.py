@@ -4,7 +4,6 @@ import contextlib
 import fcntl
 import json
 import os
-import resource
 import shutil
 import sqlite3
 import stat
@@ -14,7 +13,7 @@ import threading
 import time
 import unittest
 
-from home import CLI, CliTest, entry, read, snapshot, write
+from home import CLI, CliTest, bytes_limit, entry, read, snapshot, write
 from patience import PATIENCE_SECONDS
 
 BINARY = b"\x7fELF\x02\x01\x01\0\0\0" + bytes(range(256)) * 8
@@ -37,11 +36,6 @@ sys.stdin.read()
 
 def mount(*words):
     return subprocess.run(["mount", *words], capture_output=True).returncode == 0
-
-
-def bytes_limit(count):
-    """For subprocess: no file may grow beyond `count` bytes."""
-    return lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (count, resource.RLIM_INFINITY))
 
 
 class BadInputTest(CliTest):

@@ -2,12 +2,10 @@
 
 import itertools
 import os
-import resource
-import signal
 import stat
 import unittest
 
-from home import CliTest, entry, read, snapshot, write
+from home import CliTest, bytes_limit, entry, read, snapshot, write
 
 DAYS = ["2004/01/31", "2004/02/01", "2004/02/10", "2004/02/10", "2004/02/29", "2004/03/01"]
 PERIODS = {
@@ -235,12 +233,7 @@ class Refusals(Export):
     def test_a_full_disk_leaves_the_old_file(self):
         self.put(*[entry("2004/02/01", Contents="x" * 100_000) for _ in range(30)])
         write(self.out + "x.txt", "old")
-
-        def fill_disk():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1_000_000, 1_000_000))
-
-        self.refused(*self.words(), naming=["x.txt"], options={"preexec_fn": fill_disk})
+        self.refused(*self.words(), naming=["x.txt"], options={"preexec_fn": bytes_limit(1_000_000)})
         self.assertEqual(self.files(), {"x.txt": b"old"})
 
     def test_wrong_usage_starts_nothing(self):

@@ -2,14 +2,13 @@
 
 import os
 import resource
-import signal
 import subprocess
 import unittest
 
 import test_import
 import test_registers
 import test_update
-from home import CLI, CliTest, read, snapshot, write
+from home import CLI, CliTest, bytes_limit, read, snapshot, write
 
 
 class Memory(test_update.UpdateTest):
@@ -36,12 +35,8 @@ class Disk(test_registers.RegisterTest):
         self.add(self.input_file("x.gif", "one"))
         large = self.input_file("large.gif", b"x" * 3_000_000)
         before = snapshot(self.data)
-
-        def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1_000_000, 1_000_000))
-
-        result = self.run_cli("file", "add", large, test_registers.DAY, "1", options={"preexec_fn": limit})
+        result = self.run_cli("file", "add", large, test_registers.DAY, "1",
+                              options={"preexec_fn": bytes_limit(1_000_000)})
         self.assertEqual(result.code, 1)
         self.assertIn("large.gif", result.error_text)
         self.assertEqual(snapshot(self.data), before)

@@ -2,14 +2,13 @@
 
 #include "platform/code_page.h"
 #include "platform/file_write.h"
+#include "support/faulty_disk.h"
 #include "support/test_home.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -565,14 +564,13 @@ TEST_F(Export, AFullDiskInTheMiddleOfDividedFilesTellsHowManyStay) {
         write(u"2004/05/0%1"_s.arg(i), u"t"_s, QString(i == 4 ? 400'000 : 100'000, u'x'));
     settings.unit = ExportUnit::Divided;
     writeFile(out(u"2004_05_04.txt"_s), "old");
-    EXPECT_TRUE(holdsInChild([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{300'000, 300'000};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            return false;
+    {
+        FaultyDisk disk(home.path());
+        disk.leaveRoom(500'000);
         const QString failure = failureOf([&] { exportTo(out()); });
-        return failure.contains(u"2004/05/04"_s) && failure.contains(u"3個のファイルは残っています"_s);
-    }));
+        EXPECT_TRUE(failure.contains(u"2004/05/04"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(u"3個のファイルは残っています"_s)) << failure.toStdString();
+    }
     EXPECT_EQ(names(),
               (QStringList{u"2004_05_01.txt"_s, u"2004_05_02.txt"_s, u"2004_05_03.txt"_s, u"2004_05_04.txt"_s}));
     EXPECT_EQ(bytesOf(out(u"2004_05_03.txt"_s)).count('x'), 100'000);
@@ -583,15 +581,11 @@ TEST_F(Export, AFullDiskInTheMiddleLeavesTheOldFile) {
     for (int i = 1; i <= 20; ++i)
         write(u"2004/05/%1"_s.arg(i, 2, 10, QChar(u'0')), u"t"_s, QString(100'000, u'x'));
     writeFile(out(u"x.txt"_s), "old");
-    const auto failsOnFullDisk = [&](const QString& chosen) {
-        return holdsInChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{300'000, 300'000};
-            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && !failureOf([&] { exportTo(chosen); }).isEmpty();
-        });
-    };
-    EXPECT_TRUE(failsOnFullDisk(out(u"x.txt"_s)));
-    EXPECT_TRUE(failsOnFullDisk(out(u"new.txt"_s)));
+    for (const QString& name : {u"x.txt"_s, u"new.txt"_s}) {
+        FaultyDisk disk(home.path());
+        disk.leaveRoom(300'000);
+        EXPECT_NE(failureOf([&] { exportTo(out(name)); }), QString()) << name.toStdString();
+    }
     EXPECT_EQ(names(), QStringList{u"x.txt"_s});
     EXPECT_EQ(bytesOf(out(u"x.txt"_s)), "old");
 }

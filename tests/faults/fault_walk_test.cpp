@@ -6,13 +6,13 @@
 #include "editor/draft.h"
 #include "editor/edited_entry.h"
 #include "exchange/clipboard_import.h"
-#include "faults/faulty_disk.h"
 #include "registers/file_registration.h"
 #include "registers/log_registration.h"
 #include "site/site_home.h"
 #include "site/site_rebuild.h"
 #include "store/database_file.h"
 #include "store/genre_list.h"
+#include "support/faulty_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -188,8 +188,9 @@ void FaultWalk::walk(const Command& command, int stride) {
             return;
         }
     }
-    RecordProperty("faults", faults);
-    std::cout << faults << " faults" << std::endl;
+    // Told in front of the last line of ./test.
+    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+    std::cout << "FAULTS " << test->test_suite_name() << "." << test->name() << ": " << faults << std::endl;
 }
 
 /// False when the command ended ahead of the n-th call.

@@ -434,6 +434,7 @@ class BadInput(UploadTest):
                 self.filled(pages=pages, pictures_in={"a.gif": "data", "b.gif": "site"},
                             picture_bytes={"a.gif": b"x" * 100000, "b.gif": b""})
                 before = self.trial.file_of("upload.tmp")
+                # The finished program has no disk of the tests inside it, so the system refuses.
                 self.runs_badly(preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size, -1)))
                 self.assertEqual(self.trial.file_of("upload.tmp"), before)
                 self.assertEqual(self.trial.file_of("uploadold.tmp"), None if rows > 1 else before)

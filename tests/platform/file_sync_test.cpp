@@ -1,44 +1,16 @@
-// What a durable write asks of the disk. The calls of this program come through here and are counted.
+// What a durable write asks of the disk.
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "support/disk_watch.h"
+#include "support/faulty_disk.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <cerrno>
-#include <fcntl.h>
-#include <string>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-std::string calls;           ///< "f" a file brought to the disk, "d" a folder, "r" a rename
-bool isDiskRefusing = false; ///< what is written does not reach the disk
-
-} // namespace
-
-extern "C" int fsync(int descriptor) {
-    struct stat status {};
-    ::fstat(descriptor, &status);
-    calls += S_ISDIR(status.st_mode) ? 'd' : 'f';
-    if (isDiskRefusing) {
-        errno = EIO;
-        return -1;
-    }
-    return int(::syscall(SYS_fsync, descriptor));
-}
-
-extern "C" int rename(const char* from, const char* to) noexcept {
-    calls += 'r';
-    return ::renameat(AT_FDCWD, from, AT_FDCWD, to);
-}
 
 namespace velloria::tests {
 namespace {
@@ -47,13 +19,12 @@ using namespace platform;
 
 class FileSync : public testing::Test {
 protected:
-    ~FileSync() override { isDiskRefusing = false; }
     QString path(const QString& name) const { return m_folder.filePath(name); }
     template <typename Action>
-    static std::string callsOf(Action action) {
-        calls.clear();
+    std::string callsOf(Action action) const {
+        const FaultyDisk disk(path({}));
         action();
-        return calls;
+        return disk.turns();
     }
 
 private:
@@ -77,7 +48,8 @@ TEST_F(FileSync, WhatCanBeMadeAgainWaitsForNoDisk) {
 
 TEST_F(FileSync, ADurableFileThatDoesNotReachTheDiskLeavesTheOldOne) {
     replaceFile(path(u"a"_s), "old", Durability::Durable);
-    isDiskRefusing = true;
+    DiskWatch disk;
+    disk.refuse(u""_s);
     EXPECT_THROW(replaceFile(path(u"a"_s), "new", Durability::Durable), Failure);
     EXPECT_THROW(writeProfile(path(u"a.ini"_s), u"s"_s, u"k"_s, u"v"_s), Failure);
     EXPECT_EQ(readFile(path(u"a"_s)), "old");

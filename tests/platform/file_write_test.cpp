@@ -1,6 +1,7 @@
 #include "platform/file_write.h"
 
 #include "platform/failure.h"
+#include "support/faulty_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -10,12 +11,10 @@
 
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <fcntl.h>
 #include <functional>
 #include <poll.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -87,13 +86,11 @@ protected:
         }
     }
 
-    /// Runs `action` where no file may pass `bytes`, as on a disk that is full there.
-    static bool failsOnFullDisk(rlim_t bytes, const std::function<void()>& action) {
-        return holdsInChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{bytes, bytes};
-            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && fails(action);
-        });
+    /// Runs `action` where there is room for so many bytes.
+    bool failsOnFullDisk(qint64 room, const std::function<void()>& action) const {
+        FaultyDisk disk(path({}));
+        disk.leaveRoom(room);
+        return fails(action);
     }
 
 private:
@@ -296,7 +293,7 @@ TEST_F(FileWrite, KeepsTheOldFileOnAFullDisk) {
     EXPECT_EQ(mode(file), 0640U);
     EXPECT_TRUE(failsOnFullDisk(1 << 20, [&] { copyFile(source, path(u"new"_s)); }));
     EXPECT_EQ(names(), (QStringList{u"a"_s, u"source"_s}));
-    // What the disk does hold is written under the same limit.
+    // What the disk does hold is written with the same room.
     EXPECT_FALSE(failsOnFullDisk(1 << 20, [&] { replaceFile(file, "new", Durability::Durable); }));
     EXPECT_EQ(readFile(file), "new");
 }

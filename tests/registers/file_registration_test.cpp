@@ -2,6 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/file_write.h"
+#include "support/faulty_disk.h"
 #include "support/folder_turn.h"
 #include "support/test_home.h"
 
@@ -9,11 +10,9 @@
 #include <QFileInfo>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -240,13 +239,11 @@ TEST_F(FileRegistrationTest, AFullDiskLeavesFileAndRegisterAsTheyWere) {
     add(other);
     writeFile(part(u"x.gif"_s), "old");
     const QMap<QString, QByteArray> before = state();
-    EXPECT_TRUE(holdsInChild([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100'000, 100'000};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            return false;
-        return !failureOf([&] { add(file); }).isEmpty();
-    }));
+    {
+        FaultyDisk disk(home.path());
+        disk.leaveRoom(100'000);
+        EXPECT_NE(failureOf([&] { add(file); }), QString());
+    }
     EXPECT_TRUE(state() == before);
 }
 

@@ -4,6 +4,7 @@
 #include "registers/log_register.h"
 #include "site/site_home.h"
 #include "site/weather.h"
+#include "support/faulty_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,8 +12,6 @@
 #include <QScopeGuard>
 
 #include <atomic>
-#include <csignal>
-#include <sys/resource.h>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -352,13 +351,11 @@ TEST_F(LogArchive, OnAFullDiskMarksWhatItHasCopiedAndARepeatCompletesIt) {
     for (int i = 1; i <= 3; ++i)
         registerPart(u"%1.gif"_s.arg(i), u"2004/05/0%1"_s.arg(i));
     putPart(u"2.gif"_s, QByteArray(200'000, 'x'));
-    // A process of its own: the limit on a file's size is what a full disk is to the second file.
-    EXPECT_TRUE(holdsInChild([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100'000, 100'000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        return failureOf([&] { save(); }).contains(u"2.gif"_s);
-    }));
+    {
+        FaultyDisk disk(home.path());
+        disk.leaveRoom(100'000);
+        EXPECT_TRUE(failureOf([&] { save(); }).contains(u"2.gif"_s));
+    }
     EXPECT_EQ(fileRows(),
               (QStringList{u"1.gif 2004/05/01 0 1"_s, u"2.gif 2004/05/02 0 0"_s, u"3.gif 2004/05/03 0 0"_s}));
     EXPECT_EQ(logs(), QStringList());

@@ -3,14 +3,12 @@
 
 #include "platform/file_write.h"
 #include "store/diary_home.h"
+#include "support/faulty_disk.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <csignal>
 #include <thread>
-
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -139,12 +137,11 @@ TEST_F(Restoring, ADiskWithoutRoomChangesNothing) {
         if (isTorn)
             writeFile(file(), "no database");
         const auto before = contentOf(home.path());
-        EXPECT_TRUE(holdsInChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit size{8192, RLIM_INFINITY};
-            ::setrlimit(RLIMIT_FSIZE, &size);
-            return !failureOf([&] { restoreDatabase(file(), backup()); }).isEmpty();
-        }));
+        {
+            FaultyDisk disk(home.path());
+            disk.leaveRoom(8192);
+            EXPECT_NE(failureOf([&] { restoreDatabase(file(), backup()); }), QString()) << isTorn;
+        }
         EXPECT_EQ(contentOf(home.path()), before) << isTorn;
     }
 }

@@ -4,15 +4,13 @@
 #include "core/path_names.h"
 #include "platform/file_write.h"
 #include "store/entry_line.h"
+#include "support/faulty_disk.h"
 #include "support/test_home.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -55,12 +53,6 @@ protected:
         struct stat status {};
         ::stat(QFile::encodeName(file).constData(), &status);
         return status.st_ino;
-    }
-    /// Writes go through until the file has `limit` bytes, as on a disk that is full then.
-    static void limitFileSize(rlim_t limit) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit size{limit, RLIM_INFINITY};
-        ::setrlimit(RLIMIT_FSIZE, &size);
     }
 };
 
@@ -177,11 +169,12 @@ TEST_F(Rescue, HasNoHalfLineAfterAFullDisk) {
     keep(u"a"_s);
     const QByteArray before = bytesOf(file());
     for (const int size : {100, 10'000, 100'000}) { // less and more than a buffer of the file
-        EXPECT_TRUE(holdsInChild([&] {
-            limitFileSize(rlim_t(before.size()) + 50);
+        {
+            FaultyDisk disk(home.path());
+            disk.leaveRoom(50);
             const QString failure = failureOf([&] { keep(u"b"_s, QString(size, u'x')); });
-            return failure.contains(file()) && failure.contains(u"控え"_s);
-        })) << size;
+            EXPECT_TRUE(failure.contains(file()) && failure.contains(u"控え"_s)) << failure.toStdString();
+        }
         EXPECT_TRUE(bytesOf(file()) == before) << size;
     }
     keep(u"c"_s);
@@ -190,14 +183,16 @@ TEST_F(Rescue, HasNoHalfLineAfterAFullDisk) {
 
 TEST_F(Rescue, OfADiskThatIsFullStopsTheDeletion) {
     write(u"2004/05/06"_s, u"dear"_s);
-    EXPECT_TRUE(holdsInChild([&] {
-        limitFileSize(20);
+    {
+        FaultyDisk disk(home.path());
+        disk.leaveRoom(20);
         RescueFile rescue = this->rescue();
-        return !failureOf([&] {
-                    diary().DeleteEntry(u"2004/05/06"_s, 1,
-                                        [&](const std::vector<Entry>& rows) { rescue.keep(rows, u"削除"_s); });
-                }).isEmpty();
-    }));
+        const QString failure = failureOf([&] {
+            diary().DeleteEntry(u"2004/05/06"_s, 1,
+                                [&](const std::vector<Entry>& rows) { rescue.keep(rows, u"削除"_s); });
+        });
+        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+    }
     EXPECT_EQ(diary().LoadDay(u"2004/05/06"_s).size(), 1U);
 }
 

@@ -24,4 +24,7 @@ public:
     void onSync(std::function<void()> called);
 };
 
+/// Asked ahead of each fsync and fdatasync, watched or not: true refuses it, with the reason in errno.
+extern bool (*refusesSync)(int descriptor);
+
 } // namespace velloria::tests

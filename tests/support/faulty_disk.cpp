@@ -1,4 +1,6 @@
-#include "faults/faulty_disk.h"
+#include "support/faulty_disk.h"
+
+#include "support/disk_watch.h"
 
 #include <QFile>
 
@@ -6,7 +8,9 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -22,9 +26,11 @@ struct Disk {
     std::atomic<bool> isWatched = false;
     std::string folder;
     Fault fault = Fault::IoError;
-    int at = 0; ///< 0: never
+    int at = 0;       ///< 0: never
+    qint64 size = -1; ///< of all its files at most; -1: without end
     int count = 0;
     bool hasFailed = false;
+    std::string turns;
 };
 
 Disk disk;
@@ -88,10 +94,40 @@ bool refuses(Call call, int descriptor) {
     return disk.isWatched && refuses(call, pathOf(descriptor).c_str());
 }
 
-/// A write: a program that is killed has written the first half, a disk that is full the first byte.
+qint64 bytesInFolder() {
+    qint64 bytes = 0;
+    std::error_code error;
+    for (const auto& file : std::filesystem::recursive_directory_iterator(disk.folder, error)) {
+        if (file.is_regular_file(error) && !file.is_symlink(error))
+            bytes += qint64(file.file_size(error));
+    }
+    return bytes;
+}
+
+/// How much of a write at `place` there is room for.
+std::size_t sizeWithRoom(int descriptor, off_t place, std::size_t size) {
+    struct stat status {};
+    ::fstat(descriptor, &status);
+    const bool isAppended = (::fcntl(descriptor, F_GETFL) & O_APPEND) != 0;
+    const qint64 held = isAppended ? 0 : qMax<qint64>(status.st_size - place, 0);
+    return std::min(size, std::size_t(held + qMax<qint64>(disk.size - bytesInFolder(), 0)));
+}
+
+/// A write at `place`: a program that is killed has written the first half, a disk that is full what there was room
+/// for, which is the first byte where the call alone is counted.
 template <typename Write>
-ssize_t writeOn(int descriptor, std::size_t size, Write write) {
-    if (!disk.isWatched || !isOnDisk(pathOf(descriptor)) || !fails(Call::Changes))
+ssize_t writeOn(int descriptor, off_t place, std::size_t size, Write write) {
+    if (!disk.isWatched || !isOnDisk(pathOf(descriptor)))
+        return write(size);
+    if (disk.size >= 0 && size > 0) {
+        const std::size_t part = sizeWithRoom(descriptor, place, size);
+        disk.hasFailed = disk.hasFailed || part < size;
+        if (part > 0)
+            return write(part);
+        errno = ENOSPC;
+        return -1;
+    }
+    if (!fails(Call::Changes))
         return write(size);
     const int reason = errno;
     if (isKilled()) {
@@ -118,8 +154,23 @@ int openOn(const char* path, int flags, mode_t mode) {
     return int(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 
+/// The call as it is without this one in front: the sanitizers look at the bytes that it is given.
+template <typename Function>
+Function* next(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
 mode_t modeOf(int flags, va_list& arguments) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+}
+
+bool refusesToSync(int descriptor) {
+    if (!disk.isWatched || !isOnDisk(pathOf(descriptor) + '/'))
+        return false;
+    struct stat status {};
+    ::fstat(descriptor, &status);
+    disk.turns += S_ISDIR(status.st_mode) ? 'd' : 'f';
+    return refuses(Call::Changes, descriptor);
 }
 
 } // namespace
@@ -127,8 +178,11 @@ mode_t modeOf(int flags, va_list& arguments) {
 FaultyDisk::FaultyDisk(const QString& folder) {
     disk.folder = QFile::encodeName(folder).toStdString();
     disk.at = 0;
+    disk.size = -1;
     disk.count = 0;
     disk.hasFailed = false;
+    disk.turns.clear();
+    refusesSync = refusesToSync;
     disk.isWatched = true;
 }
 
@@ -141,8 +195,16 @@ void FaultyDisk::failAt(Fault fault, int n) {
     disk.at = n;
 }
 
+void FaultyDisk::leaveRoom(qint64 bytes) {
+    disk.size = bytesInFolder() + bytes;
+}
+
 bool FaultyDisk::hasFailed() const {
     return disk.hasFailed;
+}
+
+std::string FaultyDisk::turns() const {
+    return disk.turns;
 }
 
 } // namespace velloria::tests
@@ -170,11 +232,13 @@ VELLORIA_IN_FRONT int open64(const char* path, int flags, ...) {
 }
 
 VELLORIA_IN_FRONT ssize_t read(int descriptor, void* bytes, size_t size) {
-    return refuses(Call::Reads, descriptor) ? -1 : ssize_t(::syscall(SYS_read, descriptor, bytes, size));
+    static const auto system = next<ssize_t(int, void*, size_t)>("read");
+    return refuses(Call::Reads, descriptor) ? -1 : system(descriptor, bytes, size);
 }
 
 VELLORIA_IN_FRONT ssize_t pread(int descriptor, void* bytes, size_t size, off_t place) {
-    return refuses(Call::Reads, descriptor) ? -1 : ssize_t(::syscall(SYS_pread64, descriptor, bytes, size, place));
+    static const auto system = next<ssize_t(int, void*, size_t, off_t)>("pread");
+    return refuses(Call::Reads, descriptor) ? -1 : system(descriptor, bytes, size, place);
 }
 
 VELLORIA_IN_FRONT ssize_t pread64(int descriptor, void* bytes, size_t size, off64_t place) {
@@ -182,13 +246,14 @@ VELLORIA_IN_FRONT ssize_t pread64(int descriptor, void* bytes, size_t size, off6
 }
 
 VELLORIA_IN_FRONT ssize_t write(int descriptor, const void* bytes, size_t size) {
-    return writeOn(descriptor, size,
-                   [&](size_t part) { return ssize_t(::syscall(SYS_write, descriptor, bytes, part)); });
+    static const auto system = next<ssize_t(int, const void*, size_t)>("write");
+    const off_t place = disk.isWatched ? ::lseek(descriptor, 0, SEEK_CUR) : 0;
+    return writeOn(descriptor, place, size, [&](size_t part) { return system(descriptor, bytes, part); });
 }
 
 VELLORIA_IN_FRONT ssize_t pwrite(int descriptor, const void* bytes, size_t size, off_t place) {
-    return writeOn(descriptor, size,
-                   [&](size_t part) { return ssize_t(::syscall(SYS_pwrite64, descriptor, bytes, part, place)); });
+    static const auto system = next<ssize_t(int, const void*, size_t, off_t)>("pwrite");
+    return writeOn(descriptor, place, size, [&](size_t part) { return system(descriptor, bytes, part, place); });
 }
 
 VELLORIA_IN_FRONT ssize_t pwrite64(int descriptor, const void* bytes, size_t size, off64_t place) {
@@ -203,15 +268,9 @@ VELLORIA_IN_FRONT int ftruncate64(int descriptor, off64_t size) noexcept {
     return ftruncate(descriptor, size);
 }
 
-VELLORIA_IN_FRONT int fsync(int descriptor) {
-    return refuses(Call::Changes, descriptor) ? -1 : int(::syscall(SYS_fsync, descriptor));
-}
-
-VELLORIA_IN_FRONT int fdatasync(int descriptor) {
-    return refuses(Call::Changes, descriptor) ? -1 : int(::syscall(SYS_fdatasync, descriptor));
-}
-
 VELLORIA_IN_FRONT int rename(const char* from, const char* to) noexcept {
+    if (disk.isWatched && isOnDisk(to))
+        disk.turns += 'r';
     return refuses(Call::Changes, to) ? -1 : int(::syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0U));
 }
 

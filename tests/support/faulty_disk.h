@@ -1,8 +1,10 @@
 // A disk that refuses on demand. The calls by which this program and its libraries (the data engine too) reach files
-// come through here: those on one folder are counted, and the n-th of them fails.
+// come through here: those on one folder are counted, and the n-th of them fails, or those that find no room.
 #pragma once
 
 #include <QString>
+
+#include <string>
 
 namespace velloria::tests {
 
@@ -13,7 +15,7 @@ enum class Fault {
     KilledProgram ///< the n-th change ends the program, in the middle of it where it is a write
 };
 
-/// One folder on such a disk, for the life of this; one at a time. Without `failAt` it only counts.
+/// One folder on such a disk, for the life of this; one at a time. Of itself it fails nowhere.
 class FaultyDisk {
 public:
     explicit FaultyDisk(const QString& folder);
@@ -24,8 +26,14 @@ public:
     /// The n-th call, from 1 on, that this fault can meet.
     void failAt(Fault fault, int n);
 
+    /// The folder takes so many bytes more and is full then, until something in it is removed.
+    void leaveRoom(qint64 bytes);
+
     /// Whether the fault has come.
     bool hasFailed() const;
+
+    /// What makes changes last, in turn: "f" a file brought to the disk, "d" a folder, "r" a rename.
+    std::string turns() const;
 
     /// How a killed program ends.
     static constexpr int kKilled = 137;
