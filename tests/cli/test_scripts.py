@@ -162,7 +162,7 @@ class Display(ScriptTest):
         self.assertEqual((done.stdout, done.stderr), ("mine\n", ""))
 
 
-class Skips(ScriptTest):
+class Summary(ScriptTest):
     LOG = "1/2 Testing: a\n[  SKIPPED ] A.B (0 ms)\nSKIPPED A.B: no groff\nSKIPPED c.d: no root\nSKIPPED A.B: no groff\n"
     TOLD = "\nSkipped, so nothing is known about them:\n    A.B: no groff\n    c.d: no root\n\n"
 
@@ -170,9 +170,15 @@ class Skips(ScriptTest):
         path = self.folder / "Testing" / "Temporary"
         path.mkdir(parents=True, exist_ok=True)
         (path / "LastTest.log").write_text(log)
-        return self.run_in(SCRIPTS / "tell-skips", self.folder, input=output).stdout
+        return self.run_in(SCRIPTS / "sum-up", self.folder, input=output).stdout
 
-    def test_the_list_stands_before_the_summary_which_is_the_last_line(self):
+    def test_faults_of_a_disk_are_counted(self):
+        summary = "100% tests passed, 0 tests failed out of 2\n"
+        log = "FAULTS FaultWalk.SaveHtml: 218\n[       OK ] FaultWalk.SaveHtml (1 ms)\nFAULTS FaultWalk.AddingAGenre: 18\n"
+        self.assertEqual(self.told(summary, log), "\nFaults of a disk that were walked:\n"
+                         "    FaultWalk.SaveHtml: 218\n    FaultWalk.AddingAGenre: 18\n    in all: 236\n" + summary)
+
+    def test_the_list_of_skips_stands_before_the_summary_which_is_the_last_line(self):
         summary = "99% tests passed, 1 tests failed out of 120\n"
         output = "1/2 Test #1: a ... Passed\n\n", "\nTotal Test time (real) = 3 sec\n"
         self.assertEqual(self.told(output[0] + summary + output[1], self.LOG), "".join(output) + self.TOLD + summary)
@@ -180,6 +186,22 @@ class Skips(ScriptTest):
 
     def test_without_a_summary_nothing_is_told(self):
         self.assertEqual(self.told("no tests\n", self.LOG), "no tests\n")
+
+    def test_of_tests_run_side_by_side_are_told_and_one_failure_fails_them_all(self):
+        script = ROOT / "tests" / "support" / "side_by_side.py"
+        self.program("some_tests", """case "$*" in
+            *list_tests) printf 'A.\\n  B\\n  C\\nD/A.  # TypeParam = int\\n  B  # GetParam() = 1;2\\n' ;;
+            *=A.B) echo 'SKIPPED A.B: no screen' ;;
+            *=A.C) echo 'fails'; exit $CODE ;;
+            *=D/A.B) echo 'last' ;;
+            *) exit 9 ;;
+        esac""")
+        for code, told in ((0, ["3 tests, 0 of them failed"]), (3, ["A.C ended with 3", "3 tests, 1 of them failed"])):
+            done = self.run_in(sys.executable, "-B", script, "*", "some_tests", check=False, CODE=str(code))
+            self.assertEqual(done.returncode, 1 if code else 0, done.stderr)
+            lines = done.stdout.splitlines()
+            self.assertEqual(lines[3:], told)
+            self.assertEqual(sorted(lines[:3]), ["SKIPPED A.B: no screen", "fails", "last"])
 
     def unittest_run(self, tests, ci):
         (self.folder / "test_it.py").write_text(

@@ -17,7 +17,7 @@ SYSTEM_PATH = "/usr/sbin:/usr/bin:/sbin:/bin"   # what somebody has put before i
 
 # What ./run starts, with its pictures.
 RUN = ["run", "scripts/setup", "scripts/demonstrate", "scripts/with-display"]
-TEST = ["test", ".ci/run", "scripts/check", "scripts/fetch-servers", "scripts/format", "scripts/tell-skips"]
+TEST = ["test", ".ci/run", "scripts/check", "scripts/fetch-servers", "scripts/format", "scripts/sum-up"]
 
 SHELL_WORDS = set("""if then else elif fi for in do done while until case esac function select time exec set trap cd read
     export exit pwd echo printf command local shift return mapfile test true false wait kill eval source unset shopt declare

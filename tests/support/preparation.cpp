@@ -6,7 +6,9 @@
 #include <QFile>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
+#include <unistd.h>
 
 namespace velloria::tests {
 namespace {
@@ -28,13 +30,28 @@ class SkipTeller : public testing::EmptyTestEventListener {
     }
 };
 
+bool isOver = false;
+
+/// exit() somewhere inside a test.
+void failWhenNotOver() {
+    if (isOver)
+        return;
+    std::fputs("The program ended in the middle of its tests.\n", stderr);
+    ::_exit(1);
+}
+
 } // namespace
 
 Preparation::Preparation() {
+    std::atexit(failWhenNotOver);
     qputenv("HOME", QFile::encodeName(m_home.path()));
     for (const char* folder : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
         qunsetenv(folder);
     testing::UnitTest::GetInstance()->listeners().Append(new SkipTeller);
+}
+
+Preparation::~Preparation() {
+    isOver = true;
 }
 
 } // namespace velloria::tests
