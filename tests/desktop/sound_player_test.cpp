@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <fstream>
@@ -86,8 +87,11 @@ TEST_F(SoundPlayer, IsSilentAboutWhatItCannotPlay) {
 
 TEST_F(SoundPlayer, OutlivesAMultimediaLibraryWithoutItsParts) {
     const QString none = folder.filePath(u"none"_s);
-    for (const char* variable : {"GST_PLUGIN_SYSTEM_PATH_1_0", "GST_PLUGIN_SYSTEM_PATH", "GST_PLUGIN_PATH_1_0",
-                                 "GST_PLUGIN_PATH", "GST_REGISTRY_1_0", "GST_REGISTRY"})
+    const char* const variables[] = {"GST_PLUGIN_SYSTEM_PATH_1_0", "GST_PLUGIN_SYSTEM_PATH",
+                                     "GST_PLUGIN_PATH_1_0",        "GST_PLUGIN_PATH",
+                                     "GST_REGISTRY_1_0",           "GST_REGISTRY"};
+    const auto restore = qScopeGuard([&] { std::for_each(std::begin(variables), std::end(variables), qunsetenv); });
+    for (const char* variable : variables)
         qputenv(variable, none.toUtf8());
     desktop::SoundPlayer player(kProgram);
     play(player, write(u"a.wav"_s, silence(1)));
