@@ -182,10 +182,11 @@ TEST_F(Rescue, HasNoHalfLineAfterAFullDisk) {
 }
 
 TEST_F(Rescue, OfADiskThatIsFullStopsTheDeletion) {
-    write(u"2004/05/06"_s, u"dear"_s);
+    // The line holds a quotation mark as two characters, so there is room for the diary's journal alone.
+    write(u"2004/05/06"_s, u"dear"_s, QString(200'000, u'"'));
     {
         FaultyDisk disk(home.path());
-        disk.leaveRoom(20);
+        disk.leaveRoom(300'000);
         RescueFile rescue = this->rescue();
         const QString failure = failureOf([&] {
             diary().DeleteEntry(u"2004/05/06"_s, 1,
