@@ -159,9 +159,9 @@ def cmake_commands(text):
 
 
 def own_words():
-    """What stands first on command lines of velloria-cli."""
+    """What stands first on command lines of velloria-cli, and in the lists of folders of scripts/lint."""
     text = subprocess.run([PROGRAM / "velloria-cli", "--help"], check=True, capture_output=True, encoding="utf-8").stdout
-    return set(re.findall(r"^  ([a-z0-9]+)", text, re.M))
+    return set(re.findall(r"^  ([a-z0-9]+)", text, re.M)) | {folder.name for folder in (ROOT / "src").iterdir()}
 
 
 def called_by_tests():
