@@ -55,7 +55,7 @@ void typeInto(benchmark::State& state, desktop::Context& context, const QString&
         pane->insertPlainText(u"x"_s);
         settle();
     }
-    contents.ChangeYesNo = false; // nobody is there to be asked
+    context.windows.unload<editor::frmContents>(); // nobody is there to be asked
 }
 
 } // namespace

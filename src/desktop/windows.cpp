@@ -4,7 +4,7 @@ namespace velloria::desktop {
 
 void Windows::closeAll() {
     while (!m_made.empty()) {
-        const QPointer<QWidget> window = m_made.back().window;
+        const QPointer<QObject> window = m_made.back().window;
         m_made.pop_back();
         delete window.data();
     }

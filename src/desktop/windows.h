@@ -1,8 +1,7 @@
-// The registry of windows: one of a kind, made on first use.
+// The registry of windows, and of what several of them show: one of a kind, made on first use.
 #pragma once
 
 #include <QPointer>
-#include <QWidget>
 
 #include <typeindex>
 #include <vector>
@@ -19,7 +18,7 @@ public:
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
 
-    /// The window of this kind; the first call makes it.
+    /// The window of this kind; the first call makes it. What a window gets from here while it is made outlives it.
     template <class Window>
     Window& get() {
         if (Window* window = find<Window>())
@@ -51,7 +50,7 @@ public:
 private:
     struct Made {
         std::type_index kind;
-        QPointer<QWidget> window; ///< a parent may destroy it first
+        QPointer<QObject> window; ///< a parent may destroy it first
     };
 
     Context& m_context;

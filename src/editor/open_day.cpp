@@ -24,8 +24,6 @@ std::optional<store::Entry> rowOf(const std::vector<store::Entry>& rows, int num
 
 OpenDay::OpenDay(const core::Run& run)
     : m_run(run)
-    , m_session(run.session)
-    , m_desk(run.desk)
     , m_edited(run)
     , m_drafts(run) {
     m_draftTimer.setSingleShot(true);
@@ -54,11 +52,11 @@ bool OpenDay::settleChanges() {
     m_view->commitComposition();
     if (!m_isDirty)
         return false;
-    const bool isYes = m_desk.ask(u"更新されていますが、保存されていません。\r\n保存しますか？"_s);
+    const bool isYes = m_run.desk.ask(u"更新されていますが、保存されていません。\r\n保存しますか？"_s);
     if (isYes && save() == SaveOutcome::Saved)
         return false;
     if (isYes && m_isOpen && m_edited.keepDropped(fields(m_edited.number())))
-        m_desk.notice(u"保存されなかった内容は控え「rescue.jsonl」に残しました。"_s);
+        m_run.desk.notice(u"保存されなかった内容は控え「rescue.jsonl」に残しました。"_s);
     m_isDirty = false;
     return true;
 }
@@ -66,7 +64,7 @@ bool OpenDay::settleChanges() {
 /// Changes that were to be dropped are there still when what takes their place can't be read.
 template <typename Read>
 auto OpenDay::readOrKeep(bool isDropped, Read read) {
-    const platform::Hourglass hourglass(m_desk);
+    const platform::Hourglass hourglass(m_run.desk);
     try {
         return read();
     } catch (...) {
@@ -80,7 +78,7 @@ void OpenDay::openDay(const QString& day) {
 }
 
 void OpenDay::openEntry(const QString& day, int number) {
-    if (m_isOpen && day == m_session.EnterDay && number == m_number)
+    if (m_isOpen && day == m_run.session.EnterDay && number == m_number)
         Q_EMIT entryWanted();
     else
         open(day, number);
@@ -89,7 +87,7 @@ void OpenDay::openEntry(const QString& day, int number) {
 void OpenDay::open(const QString& day, std::optional<int> number) {
     const bool isDropped = settleChanges();
     const store::DayPicture picture = readOrKeep(isDropped, [&] { return diary().pictureOf(day); });
-    m_session.EnterDay = day;
+    m_run.session.EnterDay = day;
     Q_EMIT dayOpened(day, picture.daysAround);
     const int count = int(picture.entries.size());
     const std::optional<store::Entry> row = number ? rowOf(picture.entries, *number) : std::nullopt;
@@ -98,16 +96,16 @@ void OpenDay::open(const QString& day, std::optional<int> number) {
     else
         show(count, row ? *number : count, row ? row : picture.entries.front(), picture.isInOtherYears);
     if (number && !row)
-        m_desk.notice(u"%1の%2番目の日記は見つかりません。"_s.arg(day).arg(*number));
+        m_run.desk.notice(u"%1の%2番目の日記は見つかりません。"_s.arg(day).arg(*number));
 }
 
 void OpenDay::openNewEntry() {
-    if (m_session.EnterDay.isEmpty()) {
-        m_desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
+    if (m_run.session.EnterDay.isEmpty()) {
+        m_run.desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
         return;
     }
     const bool isDropped = settleChanges();
-    const store::DayPicture picture = readOrKeep(isDropped, [&] { return diary().pictureOf(m_session.EnterDay); });
+    const store::DayPicture picture = readOrKeep(isDropped, [&] { return diary().pictureOf(m_run.session.EnterDay); });
     const int next = int(picture.entries.size()) + 1;
     show(next, next, std::nullopt, picture.isInOtherYears);
 }
@@ -117,7 +115,7 @@ void OpenDay::openNumber(int number) {
     try {
         m_number = number; // a Yes saves there
         const bool isDropped = settleChanges();
-        row = readOrKeep(isDropped, [&] { return diary().LoadEntry(m_session.EnterDay, m_number); });
+        row = readOrKeep(isDropped, [&] { return diary().LoadEntry(m_run.session.EnterDay, m_number); });
     } catch (...) {
         m_number = m_edited.number(); // what is shown is not the entry that was picked, or was saved as that
         Q_EMIT numbersChanged();
@@ -144,7 +142,7 @@ void OpenDay::show(int count, int number, const std::optional<store::Entry>& row
 
 void OpenDay::daysChanged(const QStringList& days) {
     Q_EMIT diaryChanged();
-    const QString day = m_session.EnterDay;
+    const QString day = m_run.session.EnterDay;
     if (!m_isOpen || !days.contains(day))
         return;
     const store::DayPicture picture = diary().pictureOf(day);
@@ -153,7 +151,7 @@ void OpenDay::daysChanged(const QStringList& days) {
         m_number = m_edited.follow(picture.entries);
         m_count = std::max(count, m_number);
         Q_EMIT numbersChanged();
-        m_desk.notice(day + u"の日記は編集中のため、変更された内容を表示していません。"_s);
+        m_run.desk.notice(day + u"の日記は編集中のため、変更された内容を表示していません。"_s);
         return;
     }
     const int number = std::clamp(m_number, 1, std::max(count, 1));
@@ -162,7 +160,7 @@ void OpenDay::daysChanged(const QStringList& days) {
 
 store::Entry OpenDay::fields(int number) const {
     store::Entry entry = m_view->fields();
-    entry.day = m_session.EnterDay;
+    entry.day = m_run.session.EnterDay;
     entry.number = number;
     // "" is what an empty box holds; a null text would be stored as a missing value.
     for (QString* text : {&entry.title, &entry.contents, &entry.extend, &entry.excerpt, &entry.weather, &entry.genre}) {
@@ -197,13 +195,13 @@ SaveOutcome OpenDay::save() {
     m_view->commitComposition();
     const store::Entry entry = fields(m_number);
     if (entry.title.isEmpty()) {
-        m_desk.message(platform::MessageKind::Critical, u"タイトルを入力してください！"_s, u"日記作成"_s);
+        m_run.desk.message(platform::MessageKind::Critical, u"タイトルを入力してください！"_s, u"日記作成"_s);
         return SaveOutcome::Refused;
     }
     const SaveResult result = m_edited.save(entry);
-    m_desk.status(entry.day + u"の日記を保存しました。"_s);
+    m_run.desk.status(entry.day + u"の日記を保存しました。"_s);
     if (result.isOlderKept)
-        m_desk.notice(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
+        m_run.desk.notice(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
     if (result.isMoved)
         tellMoved(result.number);
     becomeClean();
@@ -216,8 +214,8 @@ SaveOutcome OpenDay::save() {
 void OpenDay::tellMoved(int number) {
     m_count = m_number = number;
     Q_EMIT numbersChanged();
-    m_desk.notice(
-        u"%1の日記はほかのプログラムが変更していたため、%2番目の日記として保存しました。"_s.arg(m_session.EnterDay)
+    m_run.desk.notice(
+        u"%1の日記はほかのプログラムが変更していたため、%2番目の日記として保存しました。"_s.arg(m_run.session.EnterDay)
             .arg(number));
 }
 
@@ -245,22 +243,27 @@ void OpenDay::MakeGenretxt() {
 
 void OpenDay::deleteEntry() {
     m_view->commitComposition();
-    const platform::Hourglass hourglass(m_desk);
+    const platform::Hourglass hourglass(m_run.desk);
     if (m_isDirty)
         m_edited.keepDropped(fields(m_edited.number()));
-    m_edited.remove(m_session.EnterDay, m_number);
-    m_isOpen = false;
-    m_number = m_count = 0;
-    Q_EMIT closed();
+    m_edited.remove(m_run.session.EnterDay, m_number);
+    close();
     dropDraft();
     Q_EMIT diaryChanged();
+}
+
+void OpenDay::close() {
+    m_isOpen = false;
+    m_number = m_count = 0;
+    m_edited.show(0, std::nullopt);
+    Q_EMIT closed();
 }
 
 bool OpenDay::mayClose() {
     m_view->commitComposition();
     if (!m_isDirty)
         return true;
-    if (m_desk.ask(u"変更されています。保存しますか？"_s))
+    if (m_run.desk.ask(u"変更されています。保存しますか？"_s))
         return save() == SaveOutcome::Saved;
     becomeClean();
     return true;
@@ -268,7 +271,7 @@ bool OpenDay::mayClose() {
 
 bool OpenDay::canInsert() {
     if (!m_isOpen)
-        m_desk.notice(u"日記が開かれていないため、挿入しませんでした。"_s);
+        m_run.desk.notice(u"日記が開かれていないため、挿入しませんでした。"_s);
     return m_isOpen;
 }
 
@@ -308,7 +311,7 @@ void OpenDay::writeDrafts(const std::vector<store::Entry>& drafts) {
     try {
         m_drafts.write(drafts);
     } catch (const platform::Failure& failure) {
-        m_desk.status(u"下書きを保存できません。"_s + failure.reason());
+        m_run.desk.status(u"下書きを保存できません。"_s + failure.reason());
     }
 }
 
@@ -337,7 +340,7 @@ void OpenDay::restoreDraft() {
     const store::Entry draft = m_found.back(); // a save of its entry, asked for now, takes it from the list
     const bool isDropped = settleChanges();
     const store::DayPicture picture = readOrKeep(isDropped, [&] { return diary().pictureOf(draft.day); });
-    m_session.EnterDay = draft.day;
+    m_run.session.EnterDay = draft.day;
     Q_EMIT dayOpened(draft.day, picture.daysAround);
 
     const int count = int(picture.entries.size());
@@ -352,7 +355,7 @@ void OpenDay::restoreDraft() {
     std::erase_if(m_found,
                   [&](const store::Entry& found) { return found.day == draft.day && found.number == draft.number; });
     keepDraft();
-    m_desk.status(draft.day + u"の下書きを復元しました。まだ保存されていません。"_s);
+    m_run.desk.status(draft.day + u"の下書きを復元しました。まだ保存されていません。"_s);
 }
 
 } // namespace velloria::editor

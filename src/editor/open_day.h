@@ -1,9 +1,9 @@
 // The day that is worked on, without a window: one of its entries is open, changed, saved, dropped.
 #pragma once
 
+#include "core/run.h"
 #include "editor/draft.h"
 #include "editor/edited_entry.h"
-#include "platform/desk.h"
 #include "store/diary_store.h"
 
 #include <QObject>
@@ -55,7 +55,7 @@ public:
     bool isOpen() const { return m_isOpen; }
     /// Whether the diary had the entry when it was shown.
     bool isStored() const { return m_edited.isStored(); }
-    /// Whether there is something unsaved. A deletion leaves the mark to the entry that comes next.
+    /// Whether there is something unsaved.
     bool isDirty() const { return m_isDirty; }
     /// The number that is shown and saved to, 0 without a day.
     int number() const { return m_number; }
@@ -89,6 +89,8 @@ public:
     SaveOutcome save();
     /// Removes the shown entry from the diary; then no day is open. Row and unsaved changes go to the rescue file.
     void deleteEntry();
+    /// Back to no day. Nothing is asked, and the mark of unsaved changes is left to the entry that comes next.
+    void close();
     /// Asks what is to become of unsaved changes before the editor closes. False when the save was refused.
     bool mayClose();
 
@@ -146,8 +148,6 @@ private:
     store::DiaryStore diary() const { return store::DiaryStore(m_run); }
 
     core::Run m_run;
-    core::Session& m_session;
-    platform::Desk& m_desk;
     EntryView* m_view = nullptr;
     EditedEntry m_edited;
     bool m_isOpen = false;

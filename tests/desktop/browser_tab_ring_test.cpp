@@ -68,7 +68,7 @@ TEST_F(BrowserTabRing, StopsOnceAtAPageWithoutLinks) {
 
 TEST_F(BrowserTabRing, IsLeftForAPaneOfTheTextByItsDigit) {
     auto& editor = context.windows.get<editor::frmContents>();
-    editor.openDay(session.EnterDay);
+    editor.day().openDay(session.EnterDay);
     show("<body id=\"body\">text</body>");
     const QStringList panes{u"txtContents"_s, u"txtExtend"_s, u"txtExcerpt"_s};
     for (const int index : {1, 2, 0}) {

@@ -3,6 +3,7 @@
 
 #include "core/keys.h"
 #include "core/settings.h"
+#include "support/connection_count.h"
 
 #include <QScrollArea>
 
@@ -18,7 +19,7 @@ protected:
         title().setFocus();
         title().selectAll();
         keys(title(), text);
-        ASSERT_TRUE(contents().ChangeYesNo);
+        ASSERT_TRUE(contents().ChangeYesNo());
     }
     const QString question = u"更新されていますが、保存されていません。\r\n保存しますか？"_s;
 };
@@ -47,7 +48,7 @@ TEST_F(Calendar, ADayWithoutEntriesOpensItsFirstNumberEmpty) {
     EXPECT_EQ(combo(u"ComboGenre"_s).currentIndex(), 0);
     EXPECT_EQ(combo(u"ComboWeather"_s).currentIndex(), 0);
     EXPECT_EQ(combo(u"ComboPrivate"_s).currentIndex(), 0);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(Calendar, ClickingTheLoadedDayReloadsItAndAsks) {
@@ -82,7 +83,7 @@ TEST_F(Calendar, AYesWithoutATitleShowsTheBoxGoesOnAndRescuesTheText) {
     EXPECT_EQ(rescued(), QStringList{u""_s});
     EXPECT_TRUE(bytesOf(session.UserPath + u"rescue.jsonl"_s).contains("\"Contents\":\"text\""));
     EXPECT_TRUE(panel().contains(u"控え"_s)) << panel().toStdString();
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(Calendar, ASaveThatFailsKeepsTheOldDayWhole) {
@@ -96,7 +97,7 @@ TEST_F(Calendar, ASaveThatFailsKeepsTheOldDayWhole) {
     EXPECT_EQ(session.EnterDay, kDay);
     EXPECT_EQ(month().value(), QDate(2004, 5, 6));
     EXPECT_EQ(title().text(), u"編集"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
 }
 
@@ -113,7 +114,7 @@ TEST_F(Calendar, ADayThatCannotBeReadKeepsTheOldDayWhole) {
     EXPECT_EQ(month().highlighted(), QDate(2004, 5, 6));
     EXPECT_EQ(caption(), u"2004/05/06分の日記[1/1]"_s);
     EXPECT_EQ(title().text(), u"編集"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_FALSE(contents().Loading);
     EXPECT_EQ(turns().count(u"failure"_s), 1);
     EXPECT_GE(turns().lastIndexOf(u"default"_s), turns().lastIndexOf(u"hourglass"_s)) << "no hourglass stays";
@@ -127,7 +128,7 @@ TEST_F(Calendar, NewOffersTheNextNumberCleanAndTheSameOneTwice) {
         EXPECT_EQ(caption(), u"2004/05/06分の日記[3/3]"_s);
         EXPECT_EQ(title().text(), u""_s);
         EXPECT_EQ(pane().text(), u""_s);
-        EXPECT_FALSE(contents().ChangeYesNo);
+        EXPECT_FALSE(contents().ChangeYesNo());
         EXPECT_FALSE(isSavable());
         EXPECT_TRUE(title().hasFocus());
     }
@@ -214,13 +215,13 @@ TEST_F(Calendar, ADeletionRescuesUnsavedTextAndAsksNothingOfIt) {
     clickButton(u"Btn_Delete"_s);
     EXPECT_EQ(questions().size(), 1);
     EXPECT_EQ(rescued(), (QStringList{u"編集"_s, u"一"_s}));
-    EXPECT_TRUE(contents().ChangeYesNo) << "emptying the editor leaves the mark";
+    EXPECT_TRUE(contents().ChangeYesNo()) << "emptying the editor leaves the mark";
     answer(u"yes"_s);
     clickDay(7);
     EXPECT_EQ(boxes().last(), u"critical: タイトルを入力してください！"_s);
     EXPECT_TRUE(rows(u"2004/05/07"_s).isEmpty());
     EXPECT_EQ(rescued().size(), 2);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(Calendar, ADeletionStandsWhenItsPreviewFails) {
@@ -285,6 +286,26 @@ TEST_F(Calendar, DaysWithEntriesAreMarkedAsTheyComeAndGo) {
     answer(u"yes"_s);
     clickButton(u"Btn_Delete"_s);
     EXPECT_FALSE(isMarked(6));
+}
+
+TEST_F(Calendar, AClickAndATurnedPageOpenTheDiaryOnce) {
+    writeDay({u"一"_s, u"二"_s});
+    write(u"2003/05/07"_s, u"前年"_s);
+    clickDay(6);
+    const auto connectionsOf = [](const std::function<void()>& action) {
+        const int before = openedConnections();
+        action();
+        return openedConnections() - before;
+    };
+    EXPECT_EQ(connectionsOf([this] { clickDay(7); }), 1);
+    EXPECT_EQ(connectionsOf([this] { clickDay(QDate(2004, 6, 1)); }), 1) << "in another month too";
+    EXPECT_TRUE(month().markedDays().withEntries.contains({2004, 5, 6}));
+    EXPECT_EQ(connectionsOf([this] { clickButton(u"Btn_New"_s); }), 1);
+    EXPECT_EQ(connectionsOf([this] {
+                  QTest::mouseClick(&control<QToolButton>(calendar(), u"PreviousMonth"_s), Qt::LeftButton);
+                  settle();
+              }),
+              1);
 }
 
 TEST_F(Calendar, ADayIsPrivateWhileAllItsEntriesAre) {

@@ -62,7 +62,7 @@ TEST_F(DeleteImport, OffersTheGroupsLastFirstAndNoneIsPicked) {
 TEST_F(DeleteImport, DeletesTheGroupAndRefreshesTheEditor) {
     clickDay(6);
     combo(u"ComboNumber"_s).setCurrentIndex(1);
-    contents().MakeGenretxt();
+    contents().day().MakeGenretxt();
     EXPECT_TRUE(genres().contains(u"genre of imported"_s));
     const QString genre = combo(u"ComboGenre"_s).currentText();
     open();
@@ -79,7 +79,7 @@ TEST_F(DeleteImport, DeletesTheGroupAndRefreshesTheEditor) {
     EXPECT_EQ(title().text(), u"own too"_s);
     EXPECT_EQ(caption(), u"2004/05/06分の日記[2/2]"_s);
     EXPECT_FALSE(genre.isEmpty());
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(month().markedDays().withEntries.contains(QDate(2004, 5, 7)));
 }
 
@@ -92,7 +92,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
         }
         std::function<void()> whenTold;
     } watched;
-    contents().MakeGenretxt();
+    contents().day().MakeGenretxt();
     desktop::Context other{{session, clock, watched}};
     other.mdi = context.mdi;
     editor::serveRequests(other);
@@ -164,7 +164,7 @@ TEST_F(DeleteImport, AnEntryThatIsBeingEditedStays) {
     groups().setCurrentText(u"2004/05/01 mt"_s);
     press(u"Btn_OK"_s);
     EXPECT_EQ(title().text(), u"unsaved"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(panel().contains(u"2004/05/06"_s)) << panel().toStdString();
 }
 
@@ -196,13 +196,13 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewByTheirOwnCommand) {
     writeFile(session.DataPath + u"Genre.csv"_s, "old\r\n");
     combo(u"ComboGenre"_s).setEditText(u"genre of own too"_s);
     desk.events = {};
-    const bool wasChanged = contents().ChangeYesNo;
+    const bool wasChanged = contents().ChangeYesNo();
     top().command(u"MnuReConstructionGenre"_s)->trigger();
     settle();
     EXPECT_EQ(genres(), (QStringList{u"一般"_s, u"genre of imported"_s, u"genre of own"_s, u"genre of own too"_s,
                                      u"genre of whole"_s}));
     EXPECT_EQ(combo(u"ComboGenre"_s).currentText(), u"genre of own too"_s);
-    EXPECT_EQ(contents().ChangeYesNo, wasChanged);
+    EXPECT_EQ(contents().ChangeYesNo(), wasChanged);
     EXPECT_FALSE(contents().Loading);
     EXPECT_EQ(desk.texts(u"status"_s), QStringList{u"ジャンルの再構成が完了しました。"_s});
     EXPECT_EQ(boxes(), QStringList{u"information: 完了！"_s});

@@ -12,20 +12,20 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 
 // The lists of steps, which the editor shows to nobody.
-std::array<editor::UndoList, 3>& undoListsOf(editor::frmContents& contents);
+std::array<editor::UndoList, 3>& undoListsOf(editor::EntryPanes& panes);
 template <auto Lists>
 struct UndoListsOf {
-    friend std::array<editor::UndoList, 3>& undoListsOf(editor::frmContents& contents) { return contents.*Lists; }
+    friend std::array<editor::UndoList, 3>& undoListsOf(editor::EntryPanes& panes) { return panes.*Lists; }
 };
-template struct UndoListsOf<&editor::frmContents::m_undo>;
+template struct UndoListsOf<&editor::EntryPanes::m_undo>;
 
 // The clock of the draft, which a test lets run faster.
-QTimer& draftTimerOf(editor::frmContents& contents);
+QTimer& draftTimerOf(editor::OpenDay& day);
 template <auto Timer>
 struct DraftTimerOf {
-    friend QTimer& draftTimerOf(editor::frmContents& contents) { return contents.*Timer; }
+    friend QTimer& draftTimerOf(editor::OpenDay& day) { return day.*Timer; }
 };
-template struct DraftTimerOf<&editor::frmContents::m_draftTimer>;
+template struct DraftTimerOf<&editor::OpenDay::m_draftTimer>;
 
 namespace {
 
@@ -176,7 +176,7 @@ TEST_F(EditorWork, KeysChangeThePaneFromEverywhere) {
     EXPECT_TRUE(pane(0).hasFocus());
     QTest::keyClick(&pane(0), Qt::Key_PageDown, Qt::ControlModifier);
     EXPECT_TRUE(pane(1).hasFocus());
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(EditorWork, TheWheelOverTheTabsTurnsToNoOther) {
@@ -210,7 +210,7 @@ TEST_F(EditorWork, AnUndoWithNothingToDoLeavesNothingSwitchedOff) {
     contents().mnuUndo_Click();
     EXPECT_FALSE(contents().Loading);
     type(u"x"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
 }
 
@@ -243,7 +243,7 @@ TEST_F(EditorWork, RedoOfTheThirdPaneGoesOnWhereThereIsAStep) {
     keys(pane(2), u"ab"_s);
     const QString typed = pane(2).text();
     // No undo of the window leads there: below the top of the list.
-    editor::UndoList& list = undoListsOf(contents())[2];
+    editor::UndoList& list = undoListsOf(*contents().findChild<editor::EntryPanes*>())[2];
     ASSERT_TRUE(list.undo());
     const std::optional<editor::Snapshot> first = list.undo();
     ASSERT_TRUE(first);
@@ -276,7 +276,7 @@ TEST_F(EditorWork, ASaveLeavesTheUndoAndAnUndoLeavesTheMark) {
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
     undo();
     EXPECT_EQ(pane().text(), u"a"_s);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(isSavable());
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->contents, u"a"_s);
@@ -301,7 +301,7 @@ TEST_F(EditorWork, AMiddleButtonPasteIsAChangeLikeAnyOther) {
     clipboard.setText(u"x"_s, QClipboard::Selection);
     QTest::mouseClick(pane().viewport(), Qt::MiddleButton);
     EXPECT_EQ(pane().text(), u"x"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     undo();
     EXPECT_EQ(pane().text(), u""_s);
 }
@@ -329,9 +329,9 @@ TEST_F(EditorWork, ArrowKeysAtNumberAndTagOpenTheirListsAndTheWheelDoesNothing) 
 TEST_F(EditorWork, ComposingIsOneStepACommitAndDirtyAtTheCommitAlone) {
     for (const QString& preedit : {u"か"_s, u"かんじ"_s, u"漢字"_s})
         compose(pane(), preedit);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     compose(pane(), {}, u"漢字"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     compose(pane(), u"あ"_s);
     compose(pane(), {}, u"亜"_s);
     undo();
@@ -347,7 +347,7 @@ TEST_F(EditorWork, WhatIsBeingComposedIsSavedToo) {
     compose(title(), u"題"_s);
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(rows(), QStringList{u"1題T"_s});
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     compose(pane(), u"尾"_s);
     answer(u"yes"_s);
     clickDay(7);
@@ -395,7 +395,7 @@ TEST_F(EditorWork, ClosingWithANoHidesKeepsWhatIsShownAndAsksNoMore) {
     answer(u"no"_s);
     contents().close();
     EXPECT_FALSE(contents().isVisible());
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(isSavable());
     EXPECT_EQ(pane().text(), u"x"_s);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->contents, u""_s);
@@ -415,19 +415,19 @@ TEST_F(EditorWork, ARefusedOrFailedSaveKeepsTheWindowOpen) {
     answer(u"yes"_s);
     contents().close();
     EXPECT_TRUE(contents().isVisible());
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     title().setText(u"断"_s);
     refuseRows(u"Title = '断'"_s);
     answer(u"yes"_s);
     EXPECT_FALSE(contents().confirmClose());
     expectedFailures = 1;
     EXPECT_EQ(pane().text(), u"x"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
 }
 
 TEST_F(EditorWork, ADraftIsThereTwoSecondsAfterAChangeHoweverLongSomebodyTypes) {
-    QTimer& draftTimer = draftTimerOf(contents());
+    QTimer& draftTimer = draftTimerOf(contents().day());
     EXPECT_EQ(draftTimer.interval(), 2000);
     draftTimer.setInterval(500);
     type(u"x"_s);
@@ -456,7 +456,7 @@ TEST_F(EditorWork, ADraftHoldsEveryFieldAndIsTheOwnersAlone) {
     pick(combo(u"ComboPrivate"_s), 1);
     combo(u"ComboGenre"_s).lineEdit()->clear();
     keys(combo(u"ComboGenre"_s), u"旅行"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     EXPECT_EQ(modeOf(draftFile()), 0600U);
     const QJsonObject kept = draft();
     EXPECT_EQ(kept[u"Day"_s].toString(), kDay);
@@ -472,51 +472,50 @@ TEST_F(EditorWork, ADraftHoldsEveryFieldAndIsTheOwnersAlone) {
 
 TEST_F(EditorWork, SavingDroppingAndACleanEndRemoveTheDraft) {
     type(u"x"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     ASSERT_TRUE(exists(draftFile()));
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_FALSE(exists(draftFile()));
     type(u"y"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     answer(u"no"_s);
     clickDay(6);
     EXPECT_FALSE(exists(draftFile()));
     type(u"z"_s);
-    contents().keepDraft();
-    contents().dropDraft();
+    contents().day().keepDraft();
+    contents().day().dropDraft();
     EXPECT_FALSE(exists(draftFile()));
 }
 
 TEST_F(EditorWork, WhatIsCleanHasNoDraft) {
-    contents().keepDraft();
+    contents().day().keepDraft();
     EXPECT_FALSE(exists(draftFile()));
     type(u"x"_s);
-    EXPECT_TRUE(draftTimerOf(contents()).isActive());
+    EXPECT_TRUE(draftTimerOf(contents().day()).isActive());
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
-    EXPECT_FALSE(draftTimerOf(contents()).isActive());
+    EXPECT_FALSE(draftTimerOf(contents().day()).isActive());
     EXPECT_FALSE(exists(draftFile()));
-    contents().keepDraft(); // as it would have come two seconds behind the key
+    contents().day().keepDraft(); // as it would have come two seconds behind the key
     EXPECT_FALSE(exists(draftFile()));
 }
 
 TEST_F(EditorWork, ADraftOfAKilledRunIsOfferedAndBringsEveryFieldBackUnsaved) {
     type(u"unsaved"_s);
     pick(combo(u"ComboWeather"_s), 4);
-    contents().keepDraft();
-    contents().ChangeYesNo = false; // the run is killed: nothing tidies up
+    contents().day().keepDraft();
     restart();
-    EXPECT_TRUE(contents().hasDraft());
+    EXPECT_TRUE(contents().day().hasDraft());
     EXPECT_EQ(caption(), u"日記作成"_s);
     session.EnterDay = u"2004/05/20"_s;
-    contents().restoreDraft();
+    contents().day().restoreDraft();
     EXPECT_EQ(session.EnterDay, kDay);
     EXPECT_EQ(month().value(), QDate(2004, 5, 6));
     EXPECT_EQ(caption(), u"2004/05/06分の日記[1/1]"_s);
     EXPECT_EQ(pane().text(), u"unsaved"_s);
     EXPECT_EQ(combo(u"ComboWeather"_s).currentText(), u"雪"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
-    EXPECT_FALSE(contents().hasDraft());
+    EXPECT_FALSE(contents().day().hasDraft());
     EXPECT_TRUE(exists(draftFile())) << "it is unsaved still";
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->contents, u"unsaved"_s);
@@ -527,42 +526,38 @@ TEST_F(EditorWork, ADraftOfAKilledRunIsOfferedAndBringsEveryFieldBackUnsaved) {
 TEST_F(EditorWork, ADraftOfANewEntryOverwritesNothingThatCameMeanwhile) {
     clickButton(u"Btn_New"_s);
     keys(title(), u"私"_s);
-    contents().keepDraft();
-    contents().ChangeYesNo = false;
+    contents().day().keepDraft();
     restart();
     write(kDay, u"他"_s);
-    contents().restoreDraft();
+    contents().day().restoreDraft();
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(rows(), (QStringList{u"3私"_s, u"2他"_s, u"1T"_s}));
 }
 
 TEST_F(EditorWork, ADraftThatWaitsIsNotOverwrittenByWhatIsTypedNext) {
     type(u"first"_s);
-    contents().keepDraft();
-    contents().ChangeYesNo = false;
+    contents().day().keepDraft();
     restart();
     clickDay(7);
     clickPane();
     type(u"second"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     EXPECT_TRUE(bytesOf(draftFile()).contains("first"));
     EXPECT_TRUE(bytesOf(draftFile()).contains("second"));
-    contents().dropDraft();
-    contents().ChangeYesNo = false;
+    contents().day().dropDraft();
     restart();
-    ASSERT_TRUE(contents().hasDraft());
-    contents().restoreDraft();
+    ASSERT_TRUE(contents().day().hasDraft());
+    contents().day().restoreDraft();
     EXPECT_EQ(pane().text(), u"first"_s);
 }
 
 TEST_F(EditorWork, SavingTheEntryOfAWaitingDraftRescuesTheDraft) {
     type(u"draft"_s);
-    contents().keepDraft();
-    contents().ChangeYesNo = false;
+    contents().day().keepDraft();
     restart();
     clickDay(6);
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
-    EXPECT_FALSE(contents().hasDraft());
+    EXPECT_FALSE(contents().day().hasDraft());
     EXPECT_FALSE(exists(draftFile()));
     EXPECT_TRUE(bytesOf(session.UserPath + u"rescue.jsonl"_s).contains("draft"));
 }
@@ -570,10 +565,10 @@ TEST_F(EditorWork, SavingTheEntryOfAWaitingDraftRescuesTheDraft) {
 TEST_F(EditorWork, ADraftThatCannotBeWrittenIsSaidOnThePanelAlone) {
     QDir().mkpath(draftFile() + u"/x"_s);
     type(u"x"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     EXPECT_TRUE(boxes().isEmpty());
     EXPECT_TRUE(panel().contains(u"下書き"_s)) << panel().toStdString();
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
 }
 
 TEST_F(EditorWork, ALockedDiaryIsToldAndNothingIsLost) {
@@ -586,25 +581,25 @@ TEST_F(EditorWork, ALockedDiaryIsToldAndNothingIsLost) {
     }
     expectedFailures = 1;
     EXPECT_EQ(pane().text(), u"x"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(diary().LoadEntry(kDay, 1)->contents, u"x"_s);
 }
 
 TEST_F(EditorWork, ADraftComesBackAlsoWhenItsEntryIsSavedFirst) {
     type(u"of the first run"_s);
-    contents().keepDraft();
+    contents().day().keepDraft();
     context.windows.unload<editor::frmContents>(); // as after a kill
     clickDay(6);
     title().clear();
     keys(title(), u"second"_s);
     answer(u"yes"_s);
-    contents().restoreDraft();
+    contents().day().restoreDraft();
     EXPECT_EQ(pane().text(), u"of the first run"_s);
     EXPECT_EQ(rows().first(), u"1second"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(exists(draftFile()));
-    EXPECT_FALSE(contents().hasDraft());
+    EXPECT_FALSE(contents().day().hasDraft());
 }
 
 TEST_F(EditorWork, WhatIsHalfComposedIsInTheDraftOfTheEnd) {
@@ -626,7 +621,7 @@ TEST_F(EditorWork, ANumberThatWasSavedToIsTheOneInTheCaption) {
     answer(u"yes"_s);
     ++expectedFailures;
     pick(combo(u"ComboNumber"_s), 0);
-    EXPECT_EQ(contents().shownNumber(), 1);
+    EXPECT_EQ(contents().day().number(), 1);
     EXPECT_TRUE(caption().startsWith(u"2004/05/06分の日記[1/"_s)) << caption().toStdString();
 }
 

@@ -34,7 +34,7 @@ TEST_F(Editor, BeginsWithoutADayAndTakesNothing) {
     EXPECT_FALSE(title().isEnabled());
     for (int i = 0; i < 3; ++i)
         EXPECT_FALSE(pane(i).isEnabled());
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(contents().Loading);
 }
 
@@ -93,7 +93,7 @@ TEST_F(Editor, ALoadedDayShowsItsLastEntryAndItsCaption) {
     EXPECT_FALSE(isInsertable());
     EXPECT_EQ(combo(u"ComboNumber"_s).count(), 3);
     EXPECT_EQ(combo(u"ComboNumber"_s).currentText(), u"3"_s);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(Editor, APaneBringsTheInsertToolsToLifeAndTheTitleTakesThemAway) {
@@ -124,10 +124,10 @@ TEST_F(Editor, EveryLoadEndsWithTheInsertToolsOffAlsoWhenTheWindowIsNotActive) {
 TEST_F(Editor, TypingMakesTheEntryDirtyAndSavingMakesItClean) {
     clickDay(6);
     keys(title(), u"T"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
     clickTool(u"SaveToMDBOnly"_s);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(isSavable());
     EXPECT_EQ(rows(), QStringList{u"1T"_s});
     EXPECT_EQ(panel(), u"2004/05/06の日記を保存しました。"_s);
@@ -137,17 +137,17 @@ TEST_F(Editor, PrivacyWeatherAndGenreMakeDirtyAndNumberAndTagPicksDoNot) {
     writeDay({u"一"_s, u"二"_s});
     for (const QString& name : {u"ComboPrivate"_s, u"ComboWeather"_s, u"ComboGenre"_s}) {
         clickDay(6);
-        EXPECT_FALSE(contents().ChangeYesNo);
+        EXPECT_FALSE(contents().ChangeYesNo());
         if (name == u"ComboGenre"_s)
             keys(combo(name), u"x"_s);
         else
             pick(combo(name), 1);
-        EXPECT_TRUE(contents().ChangeYesNo) << name.toStdString();
+        EXPECT_TRUE(contents().ChangeYesNo()) << name.toStdString();
         answer(u"no"_s);
         clickDay(6);
     }
     pick(combo(u"ComboNumber"_s), 0);
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(isSavable());
 }
 
@@ -159,7 +159,7 @@ TEST_F(Editor, AnEmptyTitleIsRefusedAndOneOfBlanksIsNot) {
     EXPECT_EQ(boxes(), QStringList{u"critical: タイトルを入力してください！"_s});
     EXPECT_EQ(desk.events.at(desk.events.size() - 1)[u"title"_s].toString(), u"日記作成"_s);
     EXPECT_TRUE(rows().isEmpty());
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
     typeTitle(u" "_s);
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
@@ -241,9 +241,9 @@ TEST_F(Editor, ANewGenreIsAppendedOnceAndTheEntryIsCleanAfterwards) {
     for (const QString& genre : {u"旅行"_s, u"〜"_s, u"é"_s}) {
         combo(u"ComboGenre"_s).lineEdit()->clear();
         keys(combo(u"ComboGenre"_s), genre);
-        EXPECT_TRUE(contents().ChangeYesNo);
+        EXPECT_TRUE(contents().ChangeYesNo());
         QTest::keyClick(&combo(u"ComboGenre"_s), Qt::Key_U, Qt::ControlModifier);
-        EXPECT_FALSE(contents().ChangeYesNo);
+        EXPECT_FALSE(contents().ChangeYesNo());
         EXPECT_FALSE(isSavable());
         EXPECT_EQ(combo(u"ComboGenre"_s).currentText(), genre);
         const QStringList once = genreFile();
@@ -262,7 +262,7 @@ TEST_F(Editor, TheGenreStaysAsItIsTypedWhateverTheListHolds) {
     core::writeLines(session.DataPath + u"Genre.csv"_s, {u"一般"_s, u"旅行"_s, u"Trip"_s});
     clickDay(6);
     typeTitle(u"T"_s);
-    contents().MakeGenretxt();
+    contents().day().MakeGenretxt();
     combo(u"ComboGenre"_s).addItems({u"旅行"_s, u"Trip"_s});
     for (const QString& genre : {u"旅"_s, u"trip"_s, u"tr"_s}) {
         combo(u"ComboGenre"_s).setFocus();
@@ -329,7 +329,7 @@ TEST_F(Editor, PickingANumberLoadsItAndEndsClean) {
     EXPECT_EQ(title().text(), u"一"_s);
     EXPECT_EQ(pane().text(), u"text of 一"_s);
     EXPECT_TRUE(title().hasFocus());
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(isSavable());
     EXPECT_FALSE(isInsertable());
     contents().mnuUndo_Click();
@@ -346,7 +346,7 @@ TEST_F(Editor, TheEditsOfAYesGoToTheNumberThatWasPicked) {
     EXPECT_EQ(title().text(), u"三の編集"_s);
     EXPECT_EQ(caption(), u"2004/05/06分の日記[1/3]"_s);
     EXPECT_EQ(rescued(), QStringList{u"一"_s});
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_EQ(questions(), QStringList{u"更新されていますが、保存されていません。\r\n保存しますか？"_s});
 }
 
@@ -396,7 +396,7 @@ TEST_F(Editor, ANewEntryWhoseNumberWasTakenMeanwhileTakesTheNextOne) {
     EXPECT_EQ(rows(), (QStringList{u"3私"_s, u"2他"_s, u"1一"_s}));
     EXPECT_EQ(caption(), u"2004/05/06分の日記[3/3]"_s);
     EXPECT_TRUE(panel().contains(u"3番目"_s)) << panel().toStdString();
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
 }
 
 TEST_F(Editor, ARowThatAnotherProgramChangedGoesToTheRescueFile) {
@@ -418,7 +418,7 @@ TEST_F(Editor, ASaveThatFailsKeepsTextDirtyMarkAndButtons) {
     clickTool(u"SaveToMDBOnly"_s);
     expectedFailures = 1;
     EXPECT_EQ(title().text(), u"私"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     EXPECT_TRUE(isSavable());
     EXPECT_FALSE(contents().Loading);
     EXPECT_TRUE(panel().startsWith(u"エラー："_s));
@@ -435,7 +435,7 @@ TEST_F(Editor, ANumberThatCannotBeReadLeavesTheEntryWhole) {
     expectedFailures = 1;
     EXPECT_EQ(combo(u"ComboNumber"_s).currentText(), u"2"_s);
     EXPECT_EQ(title().text(), u"私"_s);
-    EXPECT_TRUE(contents().ChangeYesNo) << "what could not be replaced was not dropped";
+    EXPECT_TRUE(contents().ChangeYesNo()) << "what could not be replaced was not dropped";
     ASSERT_TRUE(QFile::rename(session.databaseFile() + u".away"_s, session.databaseFile()));
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(rows(), (QStringList{u"2私"_s, u"1一"_s}));
@@ -450,7 +450,7 @@ TEST_F(Editor, AGenreListThatCannotBeWrittenLeavesTheSaveStanding) {
     QTest::keyClick(&title(), Qt::Key_U, Qt::ControlModifier);
     expectedFailures = 1;
     EXPECT_EQ(rows(), QStringList{u"1T"_s});
-    EXPECT_FALSE(contents().ChangeYesNo);
+    EXPECT_FALSE(contents().ChangeYesNo());
     EXPECT_FALSE(contents().Loading);
 }
 

@@ -325,7 +325,7 @@ TEST_F(ImageMaker, OkInsertsRegistersAndKeepsItsTexts) {
     EXPECT_EQ(kept(core::keys::kAddDivText), u"class=p"_s);
     EXPECT_EQ(kept(core::keys::kTagOtherText), u"ismap"_s);
     EXPECT_EQ(kept(core::keys::kImagePath), path(u"in"_s));
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     open();
     EXPECT_EQ(line(u"txt_AddDiv"_s).text(), u"class=p"_s);
     EXPECT_EQ(line(u"txt_TagOther"_s).text(), u"ismap"_s);
@@ -578,7 +578,7 @@ TEST_F(ImageMaker, TextDroppedOnAPaneIsInsertedAsText) {
     drop({}, u"<b>dropped</b>"_s);
     EXPECT_TRUE(isTaken);
     EXPECT_EQ(pane().text(), u"<b>dropped</b>text of second"_s);
-    EXPECT_TRUE(contents().ChangeYesNo);
+    EXPECT_TRUE(contents().ChangeYesNo());
     drop({QUrl(u"http://www.example.org/a.gif"_s)}, u"http://www.example.org/a.gif"_s);
     EXPECT_TRUE(pane().text().startsWith(u"http://www.example.org/a.gif<b>"_s)) << pane().text().toStdString();
     EXPECT_FALSE(isOpen());

@@ -139,7 +139,7 @@ TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
 
 TEST_F(Keyboard, OfTheMainWindowLeavesTheViewersAboveIt) {
     write(u"2003/05/06"_s, u"first"_s);
-    contents().openDay(u"2004/05/06"_s);
+    contents().day().openDay(u"2004/05/06"_s);
     contents().picPrevDiaryExist_Click();
     auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
     ASSERT_TRUE(becomesActive(viewer));

@@ -216,7 +216,7 @@ TEST_F(MainWindow, OffersADraftOnlyWhileThereIsOne) {
         auto& contents = context.windows.get<editor::frmContents>();
         context.windows.get<editor::frmCalender>().Calender_DateClick(QDate(2004, 5, 6));
         control<QLineEdit>(contents, u"txtTitle"_s).insert(u"half"_s);
-        contents.keepDraft();
+        contents.day().keepDraft();
     }
     context.windows.unload<editor::frmContents>(); // as after a kill
     context.windows.get<editor::frmContents>();

@@ -219,7 +219,7 @@ TEST_F(PageDrop, LeadsNowhere) {
 }
 
 TEST_F(PageDrop, OpensTheImageMakerForAPictureWhileAnEntryIsOpen) {
-    context.windows.get<editor::frmContents>().openDay(session.EnterDay);
+    context.windows.get<editor::frmContents>().day().openDay(session.EnterDay);
     QMimeData data;
     setFile(data, pagePath(u"first.htm"_s));
     EXPECT_FALSE(drop(data));

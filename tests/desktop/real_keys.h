@@ -26,7 +26,7 @@ protected:
         calendar().place({0, 0, 279, 214});
         calendar().showChild();
         contents().place({285, 0, 420, 600});
-        contents().openDay(QStringLiteral("2004/05/06"));
+        contents().day().openDay(QStringLiteral("2004/05/06"));
         pane().setFocus();
         settle();
     }

@@ -110,14 +110,14 @@ TEST_F(ToolWindow, WhatAMakerInsertsGoesToTheFirstPane) {
     clickDay(6);
     clickTab(1);
     keys(pane(1), u"extend"_s);
-    EXPECT_TRUE(contents().insertAtCaretOfContents(u"word"_s));
+    EXPECT_TRUE(contents().day().insertAtCaretOfContents(u"word"_s));
     EXPECT_EQ(tabs().currentIndex(), 0);
     EXPECT_TRUE(pane().hasFocus());
     pane().selectAll();
-    EXPECT_TRUE(contents().insertIntoContents([](const QString& text) { return u'<' + text + u'>'; }));
+    EXPECT_TRUE(contents().day().insertIntoContents([](const QString& text) { return u'<' + text + u'>'; }));
     EXPECT_EQ(pane().text(), u"<word>"_s);
     pane().selectAll();
-    EXPECT_TRUE(contents().insertAtCaretOfContents(u"!"_s));
+    EXPECT_TRUE(contents().day().insertAtCaretOfContents(u"!"_s));
     EXPECT_EQ(pane().text(), u"!<word>"_s);
     EXPECT_EQ(pane().textCursor().position(), 1);
     EXPECT_EQ(pane(1).text(), u"extend"_s);
@@ -125,7 +125,7 @@ TEST_F(ToolWindow, WhatAMakerInsertsGoesToTheFirstPane) {
 }
 
 TEST_F(ToolWindow, WithoutADayNothingIsInsertedAndThePanelSaysSo) {
-    EXPECT_FALSE(contents().insertAtCaretOfContents(u"word"_s));
+    EXPECT_FALSE(contents().day().insertAtCaretOfContents(u"word"_s));
     EXPECT_EQ(pane().text(), u""_s);
     EXPECT_EQ(panel(), u"日記が開かれていないため、挿入しませんでした。"_s);
 }
@@ -135,7 +135,7 @@ TEST_F(ToolWindow, AChangeFromOutsideIsShownUnlessTheEntryIsBeingEdited) {
     clickDay(6);
     pick(combo(u"ComboNumber"_s), 0);
     writeDay({u"three"_s});
-    contents().daysChanged({kDay});
+    contents().day().daysChanged({kDay});
     EXPECT_EQ(caption(), u"2004/05/06分の日記[1/3]"_s);
     EXPECT_FALSE(isSavable());
 
@@ -143,17 +143,17 @@ TEST_F(ToolWindow, AChangeFromOutsideIsShownUnlessTheEntryIsBeingEdited) {
     keys(pane(), u"x"_s);
     const QString edited = pane().text();
     diary().DeleteEntry(kDay, 2);
-    contents().daysChanged({kDay});
+    contents().day().daysChanged({kDay});
     EXPECT_EQ(pane().text(), edited);
     EXPECT_EQ(panel(), u"2004/05/06の日記は編集中のため、変更された内容を表示していません。"_s);
 
     diary().DeleteEntry(kDay, 2);
     writeDay({u"four"_s, u"five"_s});
     sql(u"UPDATE Contents SET PublishTime = '2004/05/06 07:00:00' WHERE Number > 1"_s);
-    contents().daysChanged({kDay});
+    contents().day().daysChanged({kDay});
     EXPECT_EQ(caption(), u"2004/05/06分の日記[1/3]"_s);
     diary().DeleteEntry(kDay, 1);
-    contents().daysChanged({kDay});
+    contents().day().daysChanged({kDay});
     EXPECT_EQ(caption(), u"2004/05/06分の日記[3/3]"_s);
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_EQ(rows(), (QStringList{u"3one"_s, u"2five"_s, u"1four"_s}));
@@ -161,7 +161,7 @@ TEST_F(ToolWindow, AChangeFromOutsideIsShownUnlessTheEntryIsBeingEdited) {
 
     clickDay(7);
     diary().DeleteEntry(kDay, 1);
-    contents().daysChanged({kDay});
+    contents().day().daysChanged({kDay});
     EXPECT_EQ(caption(), u"2004/05/07分の日記[1/1]"_s) << "another day is none of its business";
 }
 

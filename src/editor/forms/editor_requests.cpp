@@ -8,7 +8,7 @@ void serveRequests(desktop::Context& context) {
     const auto editor = [&context]() -> frmContents& { return context.windows.get<frmContents>(); };
     const auto made = [&context] { return context.windows.find<frmContents>(); };
     desktop::Requests& requests = context.requests;
-    requests.isEntryOpen = [made] { return made() && made()->hasDay(); };
+    requests.isEntryOpen = [made] { return made() && made()->day().isOpen(); };
     requests.seenEditor = [made]() -> std::optional<QRect> {
         const frmContents* shown = made();
         if (!shown || !shown->isVisible())
@@ -16,10 +16,10 @@ void serveRequests(desktop::Context& context) {
         const QRect seen = shown->visibleRegion().boundingRect();
         return QRect(shown->mapToGlobal(seen.topLeft()), seen.size());
     };
-    requests.openEntry = [editor](const QString& day, int number) { editor().openEntry(day, number); };
+    requests.openEntry = [editor](const QString& day, int number) { editor().day().openEntry(day, number); };
     requests.makeImage = [editor](const QString& path) { editor().openImageMaker(path); };
-    requests.daysChanged = [editor](const QStringList& days) { editor().daysChanged(days); };
-    requests.rebuildGenres = [editor] { editor().MakeGenretxt(); };
+    requests.daysChanged = [editor](const QStringList& days) { editor().day().daysChanged(days); };
+    requests.rebuildGenres = [editor] { editor().day().MakeGenretxt(); };
 }
 
 } // namespace velloria::editor

@@ -17,10 +17,14 @@ using namespace Qt::StringLiterals;
 namespace velloria::editor {
 namespace {
 
+QDate dateOf(const QString& day) {
+    return QDate::fromString(day, u"yyyy/MM/dd");
+}
+
 QSet<QDate> datesOf(const QStringList& days) {
     QSet<QDate> dates;
     for (const QString& day : days)
-        dates.insert(QDate::fromString(day, u"yyyy/MM/dd"));
+        dates.insert(dateOf(day));
     return dates;
 }
 
@@ -28,7 +32,8 @@ QSet<QDate> datesOf(const QStringList& days) {
 
 frmCalender::frmCalender(desktop::Context& context)
     : MdiChild(context, u"frmCalender"_s)
-    , ui(std::make_unique<Ui::frmCalender>()) {
+    , ui(std::make_unique<Ui::frmCalender>())
+    , m_day(context.windows.get<OpenDay>()) {
     auto* page = new QWidget;
     page->setObjectName(u"frmCalenderPage"_s);
     ui->setupUi(page);
@@ -47,6 +52,14 @@ frmCalender::frmCalender(desktop::Context& context)
     connect(ui->Calender, &desktop::MonthView::dateClicked, this,
             [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
     connect(ui->Calender, &desktop::MonthView::monthShown, this, &frmCalender::markDays);
+    connect(&m_day, &OpenDay::dayOpened, this, [this](const QString& day, const store::DaysWithEntries& daysAround) {
+        {
+            const QSignalBlocker read(ui->Calender); // its page comes with the days to mark
+            ui->Calender->setValue(dateOf(day));
+        }
+        mark(daysAround);
+    });
+    connect(&m_day, &OpenDay::diaryChanged, this, &frmCalender::markDays);
     constexpr int kMinuteMs = 60'000;
     connect(&m_minute, &QTimer::timeout, this, [this] { ui->Calender->setToday(m_context.clock.now().date()); });
     m_minute.start(kMinuteMs);
@@ -95,31 +108,25 @@ void frmCalender::fillBlogs() {
 }
 
 void frmCalender::Calender_DateClick(const QDate& date) {
-    m_context.windows.get<frmContents>().openDay(core::dayKey(date));
+    m_context.windows.get<frmContents>().day().openDay(core::dayKey(date));
 }
 
 void frmCalender::Btn_New_Click() {
-    if (m_context.session.EnterDay.isEmpty()) {
-        m_context.desk.status(u"日付が選択されていないため日記の作成を中止しました。"_s);
-        return;
-    }
-    m_context.windows.get<frmContents>().openNewEntry();
+    m_context.windows.get<frmContents>().day().openNewEntry();
 }
 
 void frmCalender::Btn_Delete_Click() {
-    auto& contents = m_context.windows.get<frmContents>();
     platform::Desk& desk = m_context.desk;
-    if (!contents.hasDay()) {
+    if (!m_day.isOpen()) {
         desk.message(platform::MessageKind::Information, u"削除する日記が選択されていないので、削除を中止します。"_s);
         return;
     }
-    const QString day = core::dayKey(ui->Calender->value());
-    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(contents.shownNumber()))) {
+    const QString day = m_context.session.EnterDay;
+    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(m_day.number()))) {
         desk.status(u"日記の削除を中止しました。"_s);
         return;
     }
-    contents.deleteEntry(day);
-    markDays();
+    m_day.deleteEntry();
     previewDeletion();
     desk.status(day + u"の日記を削除しました。"_s);
 }
@@ -148,21 +155,18 @@ void frmCalender::showDay(const QDate& day) {
 }
 
 void frmCalender::markDays() {
-    desktop::MarkedDays days;
-    const QDate first = ui->Calender->shownMonth();
-    const store::DiaryStore store(m_context);
+    store::DaysWithEntries days;
     try {
-        // Days of the neighbouring months are on the page as well.
-        for (const QDate& month : {first.addMonths(-1), first, first.addMonths(1)}) {
-            const QString key = core::monthOf(core::dayKey(month));
-            days.withEntries |= datesOf(store.DaysOfMonth(key));
-            days.withPublic |= datesOf(store.PublicDaysOfMonth(key));
-        }
+        days = store::DiaryStore(m_context).daysAround(core::monthOf(core::dayKey(ui->Calender->shownMonth())));
     } catch (const platform::Failure&) {
         days = {}; // turning a page is no occasion for a box
     }
+    mark(days);
+}
+
+void frmCalender::mark(const store::DaysWithEntries& days) {
     ui->Calender->setToday(m_context.clock.now().date());
-    ui->Calender->setMarkedDays(days);
+    ui->Calender->setMarkedDays({datesOf(days.all), datesOf(days.withPublic)});
 }
 
 void frmCalender::tellBlogNotYetThere() {

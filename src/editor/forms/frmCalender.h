@@ -1,7 +1,8 @@
-// The calendar window: the day to work on, and what can be done with its entries.
+// The calendar window: the day to work on, and what can be done with its entries. It follows the open day.
 #pragma once
 
 #include "desktop/mdi_child.h"
+#include "editor/open_day.h"
 
 #include <QTimer>
 
@@ -29,11 +30,8 @@ public:
     /// The size that it comes up with: what the editor's standard place leaves above it, or more in a large font.
     QSize ownSize() const;
 
-    /// Sets the calendar's value; loads nothing.
+    /// Sets the calendar's value and marks the days of its month; a diary that can't be read marks none. Opens nothing.
     void showDay(const QDate& day);
-
-    /// Reads anew which days of the shown month have entries. A diary that can't be read marks none.
-    void markDays();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -43,9 +41,12 @@ private:
     void fitToFont();
     void fillBlogs();
     void previewDeletion();
+    void markDays();
+    void mark(const store::DaysWithEntries& days);
     void tellBlogNotYetThere();
 
     std::unique_ptr<Ui::frmCalender> ui;
+    OpenDay& m_day;
     QTimer m_minute; ///< midnight comes while nobody is there
 };
 

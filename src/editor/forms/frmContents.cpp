@@ -1,226 +1,125 @@
 #include "editor/forms/frmContents.h"
 
-#include "core/keys.h"
-#include "core/numbers.h"
-#include "core/settings.h"
+#include "browser/forms/frmPrevDiaryViewer.h"
+#include "core/day_key.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
-#include "desktop/text_pane.h"
+#include "editor/forms/editor_tool_bar.h"
 #include "editor/forms/empty_page.h"
-#include "editor/forms/frmCalender.h"
-#include "editor/tags.h"
+#include "editor/forms/frmHTMLMakeImage.h"
+#include "editor/forms/insertions.h"
+#include "site/same_day_page.h"
+#include "site/save_html.h"
 #include "ui_frmContents.h"
 
 #include <QApplication>
-#include <QLayout>
 #include <QMdiArea>
-#include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QTabBar>
-#include <QToolBar>
-#include <QToolButton>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::editor {
-namespace {
-
-constexpr int kDraftDelayMs = 2000;
-constexpr int kMostVisibleItems = 20;
-constexpr double kUsualFontSize = 12;
-constexpr double kLargestFontSize = 400;
-
-/// In points; what is no size is the usual one.
-double fontSizeOf(const core::Session& session) {
-    const QString text = core::Settings(session).text(core::keys::kContentsFontSize);
-    const double size = core::numericValue(text).value_or(kUsualFontSize);
-    return size > 0 ? std::min(size, kLargestFontSize) : kUsualFontSize;
-}
-
-/// Keeps the wheel from turning to another tab.
-class NoWheel : public QObject {
-public:
-    using QObject::QObject;
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        return event->type() == QEvent::Wheel || QObject::eventFilter(watched, event);
-    }
-};
-
-/// Three tabs with their words in both languages, in a window that is narrow by custom.
-class NarrowTabs : public QProxyStyle {
-public:
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-        return metric == PM_TabBarTabHSpace ? 8 : QProxyStyle::pixelMetric(metric, option, widget);
-    }
-};
-
-} // namespace
 
 frmContents::frmContents(desktop::Context& context)
     : MdiChild(context, u"frmContents"_s)
-    , ui(std::make_unique<Ui::frmContents>())
-    , m_edited(context)
-    , m_drafts(context)
-    , m_found(m_drafts.read()) {
+    , m_day(context.windows.get<OpenDay>())
+    , ui(std::make_unique<Ui::frmContents>()) {
     auto* page = new QWidget;
     page->setObjectName(u"frmContentsPage"_s);
     ui->setupUi(page);
-    m_panes = {ui->txtContents, ui->txtExtend, ui->txtExcerpt};
-    makeToolBar();
+    m_tools = new EditorToolBar(palette());
+    ui->toolRow->insertWidget(0, m_tools);
+    m_boxes = new EntryBoxes(*ui->txtTitle, *ui->ComboGenre, *ui->ComboWeather, *ui->ComboPrivate);
+    m_panes =
+        new EntryPanes(*ui->TabStrip1, std::array{ui->txtContents, ui->txtExtend, ui->txtExcerpt}, context.session);
+    m_insertions = std::make_unique<Insertions>(context, *m_panes, *ui->ComboTag, [this] { goToPane(0); });
     prepareControls();
     page->installEventFilter(new EmptyPage(
-        page, [this] { return !m_hasDay; }, [this] { return openToday(); }));
+        page, [this] { return !m_day.isOpen(); }, [this] { return openToday(); }));
     setContents(page);
-    {
-        const QScopedValueRollback loading(Loading, true);
-        run([this] { fillLists(); });
-        Contents_Initialize();
-    }
-    InitUndoRedo();
+    m_day.attach(*this);
+    connectDay();
+    run([this] { m_day.readGenres(); });
+    Contents_Initialize();
     connectControls();
     addFormKeys();
-    m_draftTimer.setSingleShot(true);
-    m_draftTimer.setInterval(kDraftDelayMs);
-    connect(&m_draftTimer, &QTimer::timeout, this, &frmContents::keepDraft);
-    // Whoever turns to another window may well not come back.
-    connect(context.mdi, &QMdiArea::subWindowActivated, &m_watch, [this](const QMdiSubWindow* window) {
-        if (window != this)
-            keepDraft();
-    });
-    connect(qApp, &QGuiApplication::applicationStateChanged, &m_watch, [this](Qt::ApplicationState state) {
-        if (state != Qt::ApplicationActive)
-            keepDraft();
-    });
+    watchForLeaving();
 }
 
-frmContents::~frmContents() = default;
-
-void frmContents::makeToolBar() {
-    auto* bar = new QToolBar;
-    bar->setObjectName(u"cToolbar"_s);
-    bar->setAccessibleName(u"編集ツール"_s);
-    bar->setIconSize({18, 18});
-    bar->layout()->setContentsMargins(0, 0, 0, 0);
-    ui->toolRow->insertWidget(0, bar);
-    m_save = addTool(u"SaveToMDBOnly"_s, desktop::IconName::Save, u"日記を保存します"_s, u"Ctrl+U"_s);
-    m_saveAndPreview = addTool(u"SaveToMDB"_s, desktop::IconName::SaveAndPreview,
-                               u"日記を保存してローカルブラウザを更新します"_s, u"Ctrl+P"_s);
-    bar->addSeparator();
-    m_insert[0] = addTool(u"InsertURL"_s, desktop::IconName::InsertUrl, u"BrowserのURLを挿入します"_s);
-    m_insert[1] = addTool(u"InsertImg"_s, desktop::IconName::InsertImage, u"イメージを挿入します"_s);
-    m_insert[2] = addTool(u"InsertTag"_s, desktop::IconName::InsertTag, u"右で選んだHTMLタグを挿入できます"_s);
-    bar->setMinimumWidth(bar->sizeHint().width()); // the list beside it gives way first
+frmContents::~frmContents() {
+    m_day.detach();
 }
 
-QToolButton* frmContents::addTool(const QString& key, desktop::IconName icon, const QString& tip, const QString& keys) {
-    auto* button = new QToolButton;
-    button->setObjectName(key);
-    button->setIcon(desktop::icon(icon, palette()));
-    button->setToolTip(keys.isEmpty() ? tip : desktop::tipWithKeys(tip, keys));
-    button->setAccessibleName(tip);
-    button->setAutoRaise(true);
-    // The pane that a tool works on keeps the focus when the mouse is used.
-    button->setFocusPolicy(Qt::TabFocus);
-    static_cast<QToolBar*>(ui->toolRow->itemAt(0)->widget())->addWidget(button);
-    return button;
-}
+// ---- its controls
 
 void frmContents::prepareControls() {
-    QFont font = m_panes[0]->font();
-    font.setPointSizeF(fontSizeOf(m_context.session));
-    for (desktop::TextPane* pane : m_panes)
-        pane->setFont(font);
+    constexpr int kMostVisibleItems = 20;
     for (desktop::Combo* combo : {ui->ComboNumber, ui->ComboGenre, ui->ComboTag})
         combo->setMaxVisibleItems(kMostVisibleItems);
-    ui->ComboGenre->makeEditable();
-    ui->ComboTag->setPlaceholderText(kTagListRest.toString());
-    ui->ComboTag->setToolTip(kTagListRest.toString());
-    QTabBar* tabs = ui->TabStrip1->tabBar();
-    tabs->setAccessibleName(ui->TabStrip1->accessibleName());
-    // Its tabs take the keys themselves. Where it led to them from its own place, Tab never came to the title.
-    ui->TabStrip1->setFocusPolicy(Qt::NoFocus);
-    ui->TabStrip1->setFocusProxy(nullptr);
-    tabs->setFocusPolicy(Qt::TabFocus);
-    auto* narrow = new NarrowTabs;
-    narrow->setParent(tabs);
-    tabs->setStyle(narrow);
-    tabs->installEventFilter(new NoWheel(this));
-    // In a narrow window each tab keeps its beginning.
-    tabs->setElideMode(Qt::ElideRight);
-    tabs->setUsesScrollButtons(false);
-    for (int i = 0; i < tabs->count(); ++i)
-        tabs->setTabToolTip(i, desktop::tipWithKeys(tabs->tabText(i), u"Ctrl+%1"_s.arg(i + 1)));
     // Title and text first, then the boxes and tools from the top. Tab in the title passes the tabs over.
-    const QList<QWidget*> order{ui->txtTitle,     tabs,
-                                m_panes[0],       m_panes[1],
-                                m_panes[2],       ui->picPrevDiaryExist,
-                                ui->ComboGenre,   ui->ComboWeather,
-                                ui->ComboPrivate, ui->ComboNumber,
-                                m_save,           m_saveAndPreview,
-                                m_insert[0],      m_insert[1],
-                                m_insert[2],      ui->ComboTag};
+    QList<QWidget*> order{ui->txtTitle,     ui->TabStrip1->tabBar(), ui->txtContents, ui->txtExtend,
+                          ui->txtExcerpt,   ui->picPrevDiaryExist,   ui->ComboGenre,  ui->ComboWeather,
+                          ui->ComboPrivate, ui->ComboNumber};
+    order += m_tools->tools();
+    order += ui->ComboTag;
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
-/// All of the tabs' words, which can do with less.
 QSize frmContents::neededContents() const {
     const QMargins margins = ui->rows->contentsMargins();
-    const int tabs = ui->TabStrip1->tabBar()->sizeHint().width() + margins.left() + margins.right();
-    return MdiChild::neededContents().expandedTo({tabs, 0});
+    return MdiChild::neededContents().expandedTo({m_panes->tabsWidth() + margins.left() + margins.right(), 0});
 }
 
-void frmContents::fillLists() {
-    ui->ComboWeather->addItems({u"-"_s, u"晴"_s, u"曇"_s, u"雨"_s, u"雪"_s, u"雷"_s});
-    ui->ComboPrivate->addItems({u"公開"_s, u"非公開"_s});
-    for (const Tag& tag : tags())
-        ui->ComboTag->addItem(tag.text.toString());
-    ui->ComboTag->setItemData(kLineBreakTag, u"Shift+Enter"_s, Qt::ToolTipRole);
-    ui->ComboTag->setItemData(kParagraphTag, u"Ctrl+Enter"_s, Qt::ToolTipRole);
-    readGenreList();
+void frmContents::connectDay() {
+    connect(&m_day, &OpenDay::entryShown, this, &frmContents::showEntry);
+    connect(&m_day, &OpenDay::numbersChanged, this, &frmContents::showNumbers);
+    connect(&m_day, &OpenDay::entryWanted, this, &frmContents::showChild);
+    connect(&m_day, &OpenDay::dirtyChanged, m_tools, &EditorToolBar::setSavable);
+    connect(&m_day, &OpenDay::closed, this, &frmContents::showNoDay);
+    connect(&m_day, &OpenDay::genresChanged, this, [this] {
+        const QScopedValueRollback loading(Loading, true);
+        m_boxes->setGenres(m_day.genres());
+    });
 }
 
 void frmContents::connectControls() {
-    connect(ui->txtTitle, &desktop::LineBox::changed, this, &frmContents::controlChanged);
-    connect(ui->txtTitle, &desktop::LineBox::focused, this, [this] { setInsertable(false); });
-    connect(static_cast<desktop::LineBox*>(ui->ComboGenre->lineEdit()), &desktop::LineBox::changed, this,
-            &frmContents::controlChanged);
-    connect(ui->ComboWeather, &QComboBox::activated, this, &frmContents::controlChanged);
-    connect(ui->ComboPrivate, &QComboBox::activated, this, &frmContents::controlChanged);
-    connect(ui->ComboNumber, &QComboBox::activated, this, [this] { run([this] { pickNumber(); }); });
-    connect(ui->ComboTag, &QComboBox::activated, this, [this](int index) { run([=, this] { insertTag(index); }); });
-    connect(ui->TabStrip1, &QTabWidget::tabBarClicked, this, [this](int index) {
-        if (index >= 0)
-            goToPane(index);
+    const auto on = [this](auto* sender, auto signal, std::function<void()> action) {
+        connect(sender, signal, this, [this, action = std::move(action)] { run(action); });
+    };
+    connect(m_boxes, &EntryBoxes::changed, this, [this] {
+        if (!Loading)
+            m_day.edited();
     });
-    connect(ui->picPrevDiaryExist, &QToolButton::clicked, this, [this] { run([this] { picPrevDiaryExist_Click(); }); });
-    connect(m_save, &QToolButton::clicked, this, [this] { run([this] { Btn1Click_ToolBar(); }); });
-    connect(m_saveAndPreview, &QToolButton::clicked, this, [this] { run([this] { Btn5Click_ToolBar(); }); });
-    connect(m_insert[0], &QToolButton::clicked, this, [this] { run([this] { Btn2Click_ToolBar(); }); });
-    connect(m_insert[1], &QToolButton::clicked, this, [this] { run([this] { Btn3Click_ToolBar(); }); });
-    connect(m_insert[2], &QToolButton::clicked, this,
-            [this] { run([this] { insertTag(ui->ComboTag->currentIndex()); }); });
-    for (int i = 0; i < int(m_panes.size()); ++i)
-        connectPane(i);
-}
-
-void frmContents::connectPane(int index) {
-    using desktop::TextPane;
-    TextPane* pane = m_panes[std::size_t(index)];
-    connect(pane, &TextPane::changed, this, [=, this] { paneChanged(index); });
-    connect(pane, &TextPane::focused, this, &frmContents::paneFocused);
-    connect(pane, &TextPane::popUpWanted, this,
+    connect(m_panes, &EntryPanes::changed, this, [this](int index) {
+        if (Loading)
+            return;
+        m_panes->record(index);
+        m_day.edited();
+    });
+    connect(ui->txtTitle, &desktop::LineBox::focused, this, [this] { setInsertable(false); });
+    connect(m_panes, &EntryPanes::focused, this, &frmContents::paneFocused);
+    connect(m_panes, &EntryPanes::tabClicked, this, &frmContents::goToPane);
+    connect(m_panes, &EntryPanes::popUpWanted, this,
             [this](const QPoint& position) { m_context.requests.popUpContentsMenu(position); });
-    connect(pane, &TextPane::lineBreakWanted, this, [this] { run([this] { insertTag(kLineBreakTag); }); });
-    connect(pane, &TextPane::paragraphWanted, this, [this] { run([this] { insertTag(kParagraphTag); }); });
-    connect(pane, &TextPane::undoWanted, this, [this] { run([this] { mnuUndo_Click(); }); });
-    // Behind the drop: its window may have a box to show, and whoever drags waits for the drop's end.
-    connect(
-        pane, &TextPane::imageDropped, this, [this](const QString& path) { run([&] { openImageMaker(path); }); },
-        Qt::QueuedConnection);
-    connect(pane, &TextPane::redoWanted, this, [this] { run([this] { mnuRedo_Click(); }); });
+    connect(m_panes, &EntryPanes::imageDropped, this,
+            [this](const QString& path) { run([&] { openImageMaker(path); }); });
+    on(m_panes, &EntryPanes::lineBreakWanted, [this] { insertTag(kLineBreakTag); });
+    on(m_panes, &EntryPanes::paragraphWanted, [this] { insertTag(kParagraphTag); });
+    on(m_panes, &EntryPanes::undoWanted, [this] { mnuUndo_Click(); });
+    on(m_panes, &EntryPanes::redoWanted, [this] { mnuRedo_Click(); });
+    on(ui->ComboNumber, &QComboBox::activated, [this] {
+        if (!Loading)
+            m_day.openNumber(ui->ComboNumber->currentText().toInt());
+    });
+    on(ui->ComboTag, &QComboBox::activated, [this] { insertTag(ui->ComboTag->currentIndex()); });
+    on(ui->picPrevDiaryExist, &QToolButton::clicked, [this] { picPrevDiaryExist_Click(); });
+    on(m_tools, &EditorToolBar::saveWanted, [this] { Btn1Click_ToolBar(); });
+    on(m_tools, &EditorToolBar::saveAndPreviewWanted, [this] { Btn5Click_ToolBar(); });
+    on(m_tools, &EditorToolBar::addressWanted, [this] { Btn2Click_ToolBar(); });
+    on(m_tools, &EditorToolBar::imageWanted, [this] { Btn3Click_ToolBar(); });
+    on(m_tools, &EditorToolBar::tagWanted, [this] { insertTag(ui->ComboTag->currentIndex()); });
 }
 
 void frmContents::addFormKeys() {
@@ -234,11 +133,10 @@ void frmContents::addFormKeys() {
     add(Qt::CTRL | Qt::ALT | Qt::Key_0, [this] {
         m_context.desk.message(platform::MessageKind::Information, u"ｷﾀ━━━━━━(ﾟ∀ﾟ)━━━━━━!!"_s, u"Velloria"_s);
     });
-    for (int i = 0; i < int(m_panes.size()); ++i)
+    for (int i = 0; i < EntryPanes::kCount; ++i)
         add(Qt::CTRL | Qt::Key(Qt::Key_1 + i), [=, this] { goToPane(i); });
     const auto cycle = [this](int step) {
-        const int count = int(m_panes.size());
-        goToPane((ui->TabStrip1->currentIndex() + count + step) % count);
+        goToPane((m_panes->frontIndex() + EntryPanes::kCount + step) % EntryPanes::kCount);
     };
     for (const Qt::Key next : {Qt::Key_Tab, Qt::Key_PageDown})
         add(Qt::CTRL | next, [=] { cycle(1); });
@@ -253,56 +151,102 @@ void frmContents::addFormKeys() {
         });
 }
 
+/// Whoever turns to another window may well not come back.
+void frmContents::watchForLeaving() {
+    connect(m_context.mdi, &QMdiArea::subWindowActivated, &m_watch, [this](const QMdiSubWindow* window) {
+        if (window != this)
+            m_day.keepDraft();
+    });
+    connect(qApp, &QGuiApplication::applicationStateChanged, &m_watch, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive)
+            m_day.keepDraft();
+    });
+}
+
 void frmContents::run(const std::function<void()>& action) const {
     desktop::runCommand(m_context.desk, action);
 }
 
-void frmContents::controlChanged() {
-    if (Loading)
-        return;
-    ChangeYesNo = true;
-    setSavable(true);
-    // Not put off by the next change: however long somebody types without a rest, no more than this is at risk.
-    if (!m_draftTimer.isActive())
-        m_draftTimer.start();
+// ---- what is shown
+
+void frmContents::showNoDay() {
+    const QScopedValueRollback loading(Loading, true);
+    setWindowTitle(u"日記作成"_s);
+    fill({});
+    ui->ComboNumber->clear();
+    ui->ComboTag->setCurrentIndex(-1);
+    ui->TabStrip1->setCurrentIndex(0);
+    setFieldsEnabled(false);
+    setOldDiary(false);
+    m_tools->setSavable(false);
+    setInsertable(false);
+    InitUndoRedo();
 }
 
-void frmContents::paneChanged(int index) {
-    if (Loading)
-        return;
-    const desktop::TextPane& pane = *m_panes[std::size_t(index)];
-    m_undo[std::size_t(index)].record(pane.rawText(), pane.selectionStart());
-    controlChanged();
-}
-
-void frmContents::paneFocused() {
-    if (!m_hasDay)
-        return;
+void frmContents::Contents_Enable() {
+    const QScopedValueRollback loading(Loading, true);
+    setCaption();
+    setFieldsEnabled(true);
+    setOldDiary(m_day.isInOtherYears());
     setInsertable(true);
-    setSavable(ChangeYesNo);
 }
 
-void frmContents::setSavable(bool isOn) {
-    m_save->setEnabled(isOn);
-    m_saveAndPreview->setEnabled(isOn);
+void frmContents::AddComboNumber(int count) {
+    ui->ComboNumber->clear();
+    for (int number = 1; number <= count; ++number)
+        ui->ComboNumber->addItem(QString::number(number));
 }
 
-void frmContents::setInsertable(bool isOn) {
-    for (QToolButton* button : m_insert)
-        button->setEnabled(isOn);
-    ui->ComboTag->setEnabled(isOn);
+void frmContents::showEntry(const std::optional<store::Entry>& entry) {
+    showChild();
+    const QScopedValueRollback loading(Loading, true);
+    fill(entry.value_or(store::Entry()));
+    if (!entry)
+        m_boxes->showFirstGenre();
+    showNumbers();
+    Contents_Enable();
+    ui->txtTitle->setFocus();
+    setInsertable(
+        false); // does not wait for the focus to arrive: in a window that is not the active one it comes later
+    InitUndoRedo();
+}
+
+void frmContents::showNumbers() {
+    const QScopedValueRollback loading(Loading, true);
+    AddComboNumber(m_day.count());
+    ui->ComboNumber->setCurrentIndex(m_day.number() - 1);
+    setCaption();
+}
+
+void frmContents::setCaption() {
+    setWindowTitle(u"%1分の日記[%2/%3]"_s.arg(m_context.session.EnterDay).arg(m_day.number()).arg(m_day.count()));
+}
+
+/// A missing value, as all are in an entry that is empty, shows as its default.
+void frmContents::fill(const store::Entry& entry) {
+    const store::Entry shown = store::withDefaults(entry);
+    ui->txtContents->setText(shown.contents);
+    ui->txtExtend->setText(shown.extend);
+    ui->txtExcerpt->setText(shown.excerpt);
+    m_boxes->fill(shown);
+}
+
+store::Entry frmContents::fields() const {
+    store::Entry entry;
+    m_boxes->read(entry);
+    entry.contents = ui->txtContents->text();
+    entry.extend = ui->txtExtend->text();
+    entry.excerpt = ui->txtExcerpt->text();
+    return entry;
 }
 
 void frmContents::setFieldsEnabled(bool isOn) {
-    const std::initializer_list<QWidget*> fields{ui->txtTitle,     ui->ComboGenre,  ui->ComboWeather,
-                                                 ui->ComboPrivate, ui->ComboNumber, m_panes[0],
-                                                 m_panes[1],       m_panes[2],      ui->TabStrip1};
     QWidget& page = *ui->txtTitle->parentWidget();
     const bool hadFocus = page.isAncestorOf(QApplication::focusWidget());
-    for (QWidget* field : fields)
-        field->setEnabled(isOn);
-    // Without a day the window itself takes the keys; what shows the hint has no text then.
-    m_panes[0]->setPlaceholderText(isOn ? QString() : u"カレンダーで日を選ぶと書けます"_s);
+    m_boxes->setEnabled(isOn);
+    ui->ComboNumber->setEnabled(isOn);
+    m_panes->setEnabled(isOn);
+    // Without a day the window itself takes the keys.
     page.setFocusPolicy(isOn ? Qt::NoFocus : Qt::StrongFocus);
     if (!isOn && hadFocus)
         page.setFocus();
@@ -313,14 +257,27 @@ void frmContents::setOldDiary(bool exists) {
     ui->picPrevDiaryExistNone->setVisible(!exists);
 }
 
-/// The buttons' state doesn't wait for the focus to arrive: in a window that is not the active one it comes later.
-void frmContents::focusTitle() {
-    ui->txtTitle->setFocus();
-    setInsertable(false);
+void frmContents::setInsertable(bool isOn) {
+    m_tools->setInsertable(isOn);
+    ui->ComboTag->setEnabled(isOn);
+}
+
+void frmContents::paneFocused() {
+    if (!m_day.isOpen())
+        return;
+    setInsertable(true);
+    m_tools->setSavable(m_day.isDirty());
+}
+
+void frmContents::goToPane(int index) {
+    if (!m_day.isOpen())
+        return;
+    m_panes->bringForward(index);
+    paneFocused();
 }
 
 void frmContents::showPane(int index) {
-    if (!m_hasDay)
+    if (!m_day.isOpen())
         return;
     showChild();
     goToPane(index);
@@ -329,32 +286,104 @@ void frmContents::showPane(int index) {
 /// For whoever wants to write. True when today is a new entry, whose title comes first. What is written already is
 /// gone on with behind its text: nobody means to change its title.
 bool frmContents::openToday() {
-    run([this] { m_context.windows.get<frmCalender>().Calender_DateClick(m_context.clock.now().date()); });
-    if (!m_hasDay || !m_edited.isStored())
-        return m_hasDay;
+    run([this] { m_day.openDay(core::dayKey(m_context.clock.now().date())); });
+    if (!m_day.isOpen() || !m_day.isStored())
+        return m_day.isOpen();
     goToPane(0);
-    pane().moveCursor(QTextCursor::End);
+    m_panes->front().moveCursor(QTextCursor::End);
     return false;
 }
 
-/// A hidden pane takes no focus, so its tab comes first.
-void frmContents::goToPane(int index) {
-    if (!m_hasDay)
-        return;
-    ui->TabStrip1->setCurrentIndex(index);
-    pane().setFocus();
-    paneFocused();
+bool frmContents::confirmClose() {
+    bool mayClose = false;
+    run([&] { mayClose = m_day.mayClose(); });
+    return mayClose;
 }
 
-desktop::TextPane& frmContents::pane() const {
-    return *m_panes[std::size_t(ui->TabStrip1->currentIndex())];
-}
+// ---- what is done with it
 
 void frmContents::commitComposition() {
-    ui->txtTitle->commitComposition();
-    static_cast<desktop::LineBox*>(ui->ComboGenre->lineEdit())->commitComposition();
-    for (desktop::TextPane* pane : m_panes)
-        pane->commitComposition();
+    m_boxes->commitComposition();
+    m_panes->commitComposition();
+}
+
+void frmContents::Btn5Click_ToolBar() {
+    Btn1Click_ToolBar();
+    site::SaveHtml(m_context).previewStep();
+}
+
+void frmContents::picPrevDiaryExist_Click() {
+    const platform::Hourglass hourglass(m_context.desk);
+    const QString file = m_context.session.DataPath + u"oldtmp.htm"_s;
+    site::MakeSameDayPage(m_context, file, m_context.session.EnterDay);
+    m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(u"過去の日記"_s, file);
+}
+
+void frmContents::Paste() {
+    commitComposition();
+    if (m_day.isOpen())
+        m_panes->front().paste();
+}
+
+void frmContents::mnuUndo_Click() {
+    commitComposition();
+    const QScopedValueRollback loading(Loading, true);
+    if (m_panes->undo())
+        m_day.undone();
+}
+
+void frmContents::mnuRedo_Click() {
+    commitComposition();
+    const QScopedValueRollback loading(Loading, true);
+    if (m_panes->redo())
+        m_day.undone();
+}
+
+/// Into an open day alone, behind what is still being composed.
+void frmContents::insert(const std::function<void(Insertions&)>& what) {
+    if (!m_day.isOpen())
+        return;
+    commitComposition();
+    what(*m_insertions);
+}
+
+void frmContents::Btn2Click_ToolBar() {
+    insert([](Insertions& into) { into.insertAddress(); });
+}
+
+void frmContents::Btn3Click_ToolBar() {
+    m_context.windows.get<frmHTMLMakeImage>().showWindow();
+}
+
+void frmContents::openImageMaker(const QString& path) {
+    auto& maker = m_context.windows.get<frmHTMLMakeImage>();
+    maker.showWindow();
+    maker.choose(path);
+}
+
+void frmContents::InsertFromCB_Text() {
+    insert([](Insertions& into) { into.insertFromClipboard(exchange::ParagraphTags::None); });
+}
+
+void frmContents::InsertFromCB_Exchange() {
+    insert([](Insertions& into) { into.insertFromClipboard(exchange::ParagraphTags::Added); });
+}
+
+void frmContents::insertTag(int index) {
+    insert([index](Insertions& into) { into.insertTag(index); });
+}
+
+/// Where makers insert, whatever pane is in front.
+void frmContents::replaceSelection(const std::function<QString(const QString&)>& replacement) {
+    commitComposition();
+    m_panes->bringForward(0);
+    ui->txtContents->replaceSelection(replacement(ui->txtContents->selectedText()));
+}
+
+void frmContents::insertAtCaret(const QString& text) {
+    commitComposition();
+    m_panes->bringForward(0);
+    m_panes->insertAtCaret(text);
 }
 
 } // namespace velloria::editor

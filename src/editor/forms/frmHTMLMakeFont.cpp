@@ -2,8 +2,8 @@
 
 #include "desktop/line_box.h"
 #include "editor/forms/colour_row.h"
-#include "editor/forms/frmContents.h"
 #include "editor/makers.h"
+#include "editor/open_day.h"
 #include "ui_frmHTMLMakeFont.h"
 
 #include <QFontDatabase>
@@ -39,7 +39,7 @@ void frmHTMLMakeFont::fillSizes() {
 void frmHTMLMakeFont::Btn_OK_Click() {
     const QString opening =
         fontOpening({ui->cmbSize->currentText(), ui->cmbColor->currentText(), ui->cmbFace->currentText()});
-    m_context.windows.get<frmContents>().insertIntoContents(
+    m_context.windows.get<OpenDay>().insertIntoContents(
         [&](const QString& selected) { return opening + selected + kFontClosing; });
     accept();
 }

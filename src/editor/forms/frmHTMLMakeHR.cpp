@@ -1,8 +1,8 @@
 #include "editor/forms/frmHTMLMakeHR.h"
 
 #include "editor/forms/colour_row.h"
-#include "editor/forms/frmContents.h"
 #include "editor/makers.h"
+#include "editor/open_day.h"
 #include "ui_frmHTMLMakeHR.h"
 
 using namespace Qt::StringLiterals;
@@ -48,7 +48,7 @@ void frmHTMLMakeHR::Btn_OK_Click() {
     boxes.isWithoutShade = ui->chkNoshade->isChecked();
     boxes.colour = ui->cmbColor->currentText();
     const QString tag = ruleTag(boxes);
-    m_context.windows.get<frmContents>().insertIntoContents([&](const QString&) { return tag; });
+    m_context.windows.get<OpenDay>().insertIntoContents([&](const QString&) { return tag; });
     accept();
 }
 

@@ -4,8 +4,8 @@
 #include "core/path_names.h"
 #include "core/settings.h"
 #include "core/settings_change.h"
-#include "editor/forms/frmContents.h"
 #include "editor/image_preview.h"
+#include "editor/open_day.h"
 #include "registers/file_registration.h"
 #include "registers/forms/frmResistFiles.h"
 #include "ui_frmHTMLMakeImage.h"
@@ -212,8 +212,8 @@ void frmHTMLMakeImage::buildTag() {
 }
 
 void frmHTMLMakeImage::Btn_OK_Click() {
-    auto& contents = m_context.windows.get<frmContents>();
-    if (!contents.hasDay()) {
+    auto& openDay = m_context.windows.get<OpenDay>();
+    if (!openDay.isOpen()) {
         m_context.desk.notice(u"日記が開かれていないため、画像の挿入も登録もしませんでした。"_s);
         return;
     }
@@ -221,7 +221,7 @@ void frmHTMLMakeImage::Btn_OK_Click() {
     // What is refused here must not have left a tag behind: an OK that is repeated would insert it twice.
     if (ui->chk_Resist->isChecked())
         registerImage();
-    contents.insertAtCaretOfContents(ui->txt_InsertTag->text());
+    openDay.insertAtCaretOfContents(ui->txt_InsertTag->text());
     const core::Session& session = m_context.session;
     core::SettingsChange left;
     left.set(session, core::keys::kAddDivText, ui->txt_AddDiv->text());
@@ -238,7 +238,7 @@ void frmHTMLMakeImage::registerImage() {
     registers::FileRegistration files(m_context);
     const QString path = ui->txt_FilePath->text();
     const QString& day = m_context.session.EnterDay;
-    const auto number = qint16(m_context.windows.get<frmContents>().shownNumber());
+    const auto number = qint16(m_context.windows.get<OpenDay>().number());
     if (ui->chk_FileRename->isChecked())
         files.ResistFile2(path, ui->txt_RenamedFileName->text(), day, number);
     else

@@ -1,8 +1,8 @@
 #include "editor/forms/frmHTMLMakeList.h"
 
 #include "desktop/leave_check.h"
-#include "editor/forms/frmContents.h"
 #include "editor/makers.h"
+#include "editor/open_day.h"
 #include "ui_frmHTMLMakeList.h"
 
 using namespace Qt::StringLiterals;
@@ -66,7 +66,7 @@ void frmHTMLMakeList::Btn_OK_Click() {
     boxes.contents = linesIn(*ui->txtListContents);
     boxes.dropsLastEmpty = ui->chkDeleteLastLi->isChecked();
     const QString tag = listTag(boxes);
-    m_context.windows.get<frmContents>().insertIntoContents([&](const QString&) { return tag; });
+    m_context.windows.get<OpenDay>().insertIntoContents([&](const QString&) { return tag; });
     accept();
 }
 

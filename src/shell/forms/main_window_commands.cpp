@@ -79,7 +79,7 @@ void MDIFormTop::connectDiaryCommands() {
     m_restoreDraft->setObjectName(u"MnuRestoreDraft"_s);
     m_restoreDraft->setVisible(false);
     connect(m_restoreDraft, &QAction::triggered, this, [this] {
-        desktop::runCommand(m_context.desk, [this] { m_context.windows.get<frmContents>().restoreDraft(); });
+        desktop::runCommand(m_context.desk, [this] { m_context.windows.get<frmContents>().day().restoreDraft(); });
     });
     QMenu* diary = command(u"MnuDiary"_s)->menu();
     diary->insertAction(command(u"MnuMinus12"_s), m_restoreDraft);
@@ -89,8 +89,7 @@ void MDIFormTop::connectDiaryCommands() {
 
 /// The draft that a killed run left can be taken until it is taken or the entry is saved.
 void MDIFormTop::offerDraft() {
-    const auto* contents = m_context.windows.find<frmContents>();
-    m_restoreDraft->setVisible(contents && contents->hasDraft());
+    m_restoreDraft->setVisible(m_context.windows.get<editor::OpenDay>().hasDraft());
 }
 
 void MDIFormTop::connectToolCommands() {
@@ -99,7 +98,7 @@ void MDIFormTop::connectToolCommands() {
     onCommand(u"ResistOtherFiles"_s, [this] { m_context.windows.get<registers::frmResistFiles>().showWindow(); });
     onCommand(u"MnuVellInfo"_s, [this] { MnuVellInfo(); });
     onCommand(u"MnuReConstructionGenre"_s, [this] {
-        m_context.windows.get<frmContents>().MakeGenretxt();
+        m_context.windows.get<frmContents>().day().MakeGenretxt();
         m_context.desk.status(u"ジャンルの再構成が完了しました。"_s);
         m_context.desk.message(MessageKind::Information, u"完了！"_s);
     });
@@ -177,7 +176,7 @@ void MDIFormTop::importClipboard(bool (exchange::ClipboardImport::*import)(const
     exchange::ClipboardImport clipboard(m_context);
     const auto tellEditor = [&] {
         if (!clipboard.writtenDays().isEmpty())
-            m_context.windows.get<frmContents>().daysChanged(clipboard.writtenDays());
+            m_context.windows.get<frmContents>().day().daysChanged(clipboard.writtenDays());
     };
     try {
         const auto tags = exchange::importedParagraphs(session);

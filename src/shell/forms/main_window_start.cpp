@@ -76,7 +76,7 @@ void MDIFormTop::completeStart() {
     m_context.desk.pointer(platform::Pointer::Default);
     SetMenuBarString();
     showOptionalParts();
-    if (m_context.windows.get<editor::frmContents>().hasDraft())
+    if (m_context.windows.get<editor::frmContents>().day().hasDraft())
         m_context.desk.notice(
             u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s);
 }
@@ -189,7 +189,7 @@ void MDIFormTop::closeEvent(QCloseEvent* event) {
 void MDIFormTop::finish() {
     keepSettings();
     if (auto* contents = m_context.windows.find<editor::frmContents>())
-        contents->dropDraft();
+        contents->day().dropDraft();
     // Unloading keeps what they hold for the next time: positions, histories and search site, the selected blog.
     m_context.windows.unload<browser::frmPrevDiaryViewer>();
     m_context.windows.unload<publish::frmProgress>();
@@ -211,7 +211,7 @@ void MDIFormTop::keepSettings() {
 void MDIFormTop::keepDraft() {
     if (auto* contents = m_context.windows.find<editor::frmContents>()) {
         contents->commitComposition();
-        contents->keepDraft();
+        contents->day().keepDraft();
     }
 }
 
