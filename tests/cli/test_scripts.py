@@ -124,6 +124,17 @@ class Lint(ScriptTest):
         self.add("browser/forms/frmGetImg.cpp", '#include "browser/forms/page_view.h"')
         self.assertEqual(self.findings(), ["windows in a circle: browser/forms/frmGetImg, browser/forms/page_view"])
 
+    def test_the_windows_know_no_circle(self):
+        self.add("editor/forms/frmHTMLMakeHR.cpp", '#include "editor/forms/frmContents.h"')
+        self.assertTrue(self.findings()[0].startswith("windows in a circle: editor/forms/"), self.findings())
+
+    def test_the_day_is_set_by_few(self):
+        self.add("editor/forms/frmCalender.cpp", 'm_context.session.EnterDay = day;')
+        self.add("site/save_html.cpp", 'if (session.EnterDay == day)')
+        self.assertEqual(self.findings(), ["src/editor/forms/frmCalender.cpp: EnterDay is set by "
+                                           "cli/commands/entry.cpp, cli/main.cpp, editor/open_day.cpp, "
+                                           "shell/startup.cpp alone"])
+
     def test_a_foreign_header_stays_in_its_folder(self):
         self.add("site/feeds.cpp", "#include <QWidget>\n#include <sqlite3.h>")
         self.assertEqual(self.findings(), ["src/site/feeds.cpp: QWidget belongs to desktop, */forms, app",
