@@ -15,14 +15,23 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-/// Counts how often it is drawn.
+/// Wants to be drawn again all the time, and counts how often it is.
 class Drawn : public QWidget {
 public:
-    using QWidget::QWidget;
+    explicit Drawn(QWidget* parent)
+        : QWidget(parent) {
+        resize(20, 20);
+        show();
+        connect(&m_timer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
+        m_timer.start(20);
+    }
     int times = 0;
 
 protected:
     void paintEvent(QPaintEvent*) override { ++times; }
+
+private:
+    QTimer m_timer;
 };
 
 class LockedDiary : public EditorHome {
@@ -66,13 +75,8 @@ protected:
 
 TEST_F(LockedDiary, LetsTheWindowsPaintAndTheSaveGoOnWhenItIsFree) {
     Drawn drawn(&top());
-    drawn.resize(20, 20);
-    drawn.show();
     settle();
     const int before = drawn.times;
-    QTimer painter;
-    QObject::connect(&painter, &QTimer::timeout, &drawn, qOverload<>(&QWidget::update));
-    painter.start(20);
     QTimer::singleShot(200, [&] { release(); });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_GT(drawn.times, before + 2);
@@ -95,13 +99,8 @@ TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
 
 TEST_F(LockedDiary, AFolderInUseLetsTheWindowsPaintAsWell) {
     Drawn drawn(&top());
-    drawn.resize(20, 20);
-    drawn.show();
     settle();
     const int before = drawn.times;
-    QTimer painter;
-    QObject::connect(&painter, &QTimer::timeout, &drawn, qOverload<>(&QWidget::update));
-    painter.start(20);
     std::optional<platform::FolderLock> other(std::in_place, session.UserPath);
     QTimer::singleShot(300, [&] { other.reset(); });
     core::WriteIni(session.DiaryIniFile, u"S"_s, u"k"_s, u"v"_s);
