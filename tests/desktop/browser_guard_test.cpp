@@ -76,10 +76,10 @@ protected:
                       urls + ") { ++open; ++all; try { " + attempt +
                       " } catch (error) { end(); } }\nend();</script></body></html>");
         this->open(pagePath(u"tmp.htm"_s));
+        EXPECT_TRUE(waitFor([this] { return run(browser(), u"all"_s).toInt() > 0; }));
         // What is refused does not always say so; what is not refused is there much sooner than this.
         for (int i = 0; i < 20 && run(browser(), u"open"_s).toInt() > 0; ++i)
             QTest::qWait(50);
-        EXPECT_GT(run(browser(), u"all"_s).toInt(), 0);
         waitForOneMorePicture();
         for (const QByteArray& asked : std::as_const(web.asked))
             EXPECT_TRUE(asked == "/redirect" || asked == "/after") << asked.toStdString();

@@ -10,7 +10,7 @@ import os
 import subprocess
 import sys
 
-AT_ONCE = 4 * (os.cpu_count() or 1)
+AT_ONCE = 2 * (os.cpu_count() or 1)
 
 
 def tests(choice, command):
