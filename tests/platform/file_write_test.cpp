@@ -281,6 +281,37 @@ TEST_F(FileWrite, WritesANameAsLongAsNamesCanBe) {
     EXPECT_EQ(names().size(), 2);
 }
 
+TEST_F(FileWrite, PlacesACopyWhereALinkWasAndKeepsItsTarget) {
+    const QString source = make(u"source"_s, "new");
+    const QString target = make(u"target"_s, "old");
+    const QString link = makeLink(u"target"_s, u"link"_s);
+    EXPECT_FALSE(platform::isInPlace(source, link));
+    platform::placeFile(source, link);
+    EXPECT_TRUE(S_ISREG(status(link).st_mode));
+    EXPECT_EQ(readFile(link), "new");
+    EXPECT_EQ(readFile(target), "old");
+}
+
+TEST_F(FileWrite, PlacesACopyWhereALinkToTheFileItselfWas) {
+    const QString source = make(u"source"_s, "new");
+    const QString link = makeLink(u"source"_s, u"link"_s);
+    EXPECT_FALSE(platform::isInPlace(source, link));
+    platform::placeFile(source, link);
+    EXPECT_TRUE(S_ISREG(status(link).st_mode));
+    EXPECT_EQ(readFile(link), "new");
+    EXPECT_EQ(readFile(source), "new");
+    EXPECT_NE(status(link).st_ino, status(source).st_ino);
+}
+
+TEST_F(FileWrite, PlacesNothingOntoItself) {
+    const QString source = make(u"source"_s, "new");
+    const ino_t node = status(source).st_ino;
+    EXPECT_TRUE(platform::isInPlace(source, source));
+    platform::placeFile(source, source);
+    EXPECT_EQ(status(source).st_ino, node);
+    EXPECT_EQ(readFile(source), "new");
+}
+
 TEST_F(FileWrite, KeepsTheOldFileOnAFullDisk) {
     const QString file = make(u"a"_s, "old", 0640);
     const QString source = make(u"source"_s, QByteArray(kManyBytes, 'x'));
