@@ -10,6 +10,7 @@
 #include "platform/failure.h"
 #include "platform/instance_lock.h"
 #include "publish/forms/frmProgress.h"
+#include "shell/forms/desktop_end.h"
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
@@ -67,12 +68,11 @@ int run(QApplication& application) {
             return 0;
         if (shell::startDesktop(context, home) == shell::StartResult::Ended)
             return 1;
-        auto& top = context.windows.get<MDIFormTop>();
-        desk.setMainWindow(&top);
+        desk.setMainWindow(&context.windows.get<MDIFormTop>());
         const app::Termination termination(
-            application, [&top] { top.keepDraft(); },
-            [&top] {
-                top.keepForTheEnd();
+            application, [&context] { shell::keepDraft(context); },
+            [&context] {
+                shell::keepForTheEnd(context);
                 std::_Exit(0);
             });
         return QApplication::exec();

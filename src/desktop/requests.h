@@ -1,6 +1,7 @@
 // What a part wants of a part that stands above it and that it does not know.
 #pragma once
 
+#include <QLatin1StringView>
 #include <QPoint>
 #include <QRect>
 #include <QStringList>
@@ -33,6 +34,8 @@ struct Requests {
 
     /// The menu of the panes, at this place of the screen.
     std::function<void(const QPoint& globalPosition)> popUpContentsMenu;
+    /// A row of the menus by its fixed name.
+    std::function<void(QLatin1StringView name, bool isEnabled)> enableCommand;
 };
 
 } // namespace velloria::desktop

@@ -114,10 +114,21 @@ constexpr MenuRow kRows[] = {
     {2, "mnuInsertFromCB_ExchangedText"_L1, u"HTMLに変換", u"HTMLに変換"},
 };
 
+constexpr QLatin1StringView kToCome[] = {
+    "MnuMTExport"_L1,    "MnuHTNExport"_L1,   "MnuImportNoFunction"_L1, "MnuMTImport"_L1,  "MnuHTNImport"_L1,
+    "mnuImportCust"_L1,  "mnuExportCust"_L1,  "MnuBlogUp"_L1,           "MnuBlogView"_L1,  "MnuOpenBlogManagement"_L1,
+    "MnuOptimize"_L1,    "mnuEnvironment"_L1, "MnuCustomizeSelect"_L1,  "MnuCustomize"_L1, "MnuPref"_L1,
+    "MnuUserManager"_L1, "MnuNoPlugin"_L1,
+};
+
 } // namespace
 
 std::span<const MenuRow> menuRows() {
     return kRows;
+}
+
+std::span<const QLatin1StringView> commandsToCome() {
+    return kToCome;
 }
 
 QString captionOf(const MenuRow& row, core::MenuLanguage language) {

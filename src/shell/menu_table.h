@@ -22,6 +22,9 @@ struct MenuRow {
 /// All rows. The last menu, `mnuContentsPopUp`, is not in the bar: the panes pop it up.
 std::span<const MenuRow> menuRows();
 
+/// Rows whose command is still to come: whoever picks one is told so.
+std::span<const QLatin1StringView> commandsToCome();
+
 /// The caption in this language, "&" in front of its key.
 QString captionOf(const MenuRow& row, core::MenuLanguage language);
 

@@ -3,6 +3,7 @@
 
 #include "core/keys.h"
 #include "core/settings.h"
+#include "shell/forms/desktop_end.h"
 #include "store/sqlite/connection.h"
 
 #include <QDir>
@@ -607,7 +608,7 @@ TEST_F(EditorWork, WhatIsHalfComposedIsInTheDraftOfTheEnd) {
     keys(title(), u"t"_s);
     clickPane();
     compose(pane(), u"にっき"_s);
-    top().keepForTheEnd();
+    shell::keepForTheEnd(context);
     EXPECT_TRUE(QString::fromUtf8(bytesOf(draftFile())).contains(u"にっき"_s));
 }
 

@@ -4,6 +4,7 @@
 #include "desktop/command.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "shell/forms/desktop_end.h"
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/StartForm.h"
@@ -300,7 +301,7 @@ TEST_F(DesktopEnd, ARefusedSaveKeepsTheProgram) {
 TEST_F(DesktopEnd, OfTheMachineKeepsTheDraftAndAsksNobody) {
     showTop();
     writeSomething(u"half"_s);
-    top().keepForTheEnd();
+    shell::keepForTheEnd(context);
     EXPECT_EQ(boxes(), QStringList());
     EXPECT_TRUE(exists(session.UserPath + u"draft.json"_s));
     EXPECT_EQ(modeOf(session.UserPath + u"draft.json"_s), 0600U);

@@ -2,13 +2,21 @@
 
 #include "desktop/command.h"
 #include "desktop/elided_label.h"
+#include "desktop/twips.h"
 #include "editor/forms/editor_requests.h"
+#include "editor/forms/frmContents.h"
+#include "editor/open_day.h"
+#include "shell/forms/desktop_end.h"
+#include "shell/forms/menu_commands.h"
+#include "shell/menu_table.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStatusBar>
 
 using namespace Qt::StringLiterals;
@@ -25,8 +33,6 @@ MDIFormTop::MDIFormTop(desktop::Context& context)
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(area);
     context.mdi = area;
-    editor::serveRequests(context);
-    context.requests.popUpContentsMenu = [this](const QPoint& position) { popUpContentsMenu(position); };
 
     m_panel = new desktop::ElidedLabel;
     m_panel->setObjectName(u"StatusPanel1"_s);
@@ -38,9 +44,10 @@ MDIFormTop::MDIFormTop(desktop::Context& context)
     statusBar()->addWidget(m_panel, 1);
 
     makeMenus();
+    makeDraftRow();
     connectCommands();
-    addShortcuts();
     SetMenuBarString();
+    answerRequests();
 }
 
 void MDIFormTop::makeMenus() {
@@ -78,16 +85,50 @@ void MDIFormTop::SetMenuBarString() {
     }
 }
 
-void MDIFormTop::onCommand(const QString& name, std::function<void()> action) {
-    QAction* menuCommand = m_actions.value(name);
-    menuCommand->disconnect(this);
-    connect(menuCommand, &QAction::triggered, this,
-            [this, action = std::move(action)] { desktop::runCommand(m_context.desk, action); });
+/// The draft that a killed run left can be taken until it is taken or the entry is saved.
+void MDIFormTop::makeDraftRow() {
+    auto* row = new QAction(u"下書きを復元"_s, this);
+    row->setObjectName(u"MnuRestoreDraft"_s);
+    m_actions.insert(row->objectName(), row);
+    QMenu* diary = command(u"MnuDiary"_s)->menu();
+    diary->insertAction(command(u"MnuMinus12"_s), row);
+    m_contentsPopUp->addAction(row);
+    for (const QMenu* menu : {diary, m_contentsPopUp})
+        connect(menu, &QMenu::aboutToShow, row,
+                [this, row] { row->setVisible(m_context.windows.get<editor::OpenDay>().hasDraft()); });
+    row->setVisible(false);
+}
+
+void MDIFormTop::connectCommands() {
+    for (const desktop::MenuCommand& command : menuCommands(m_context))
+        onCommand(command);
+    for (const QLatin1StringView name : commandsToCome())
+        onCommand({name, {}, [this, name] { tellNotYetThere(name); }});
+}
+
+void MDIFormTop::onCommand(const desktop::MenuCommand& command) {
+    const auto run = [this, action = command.action] { desktop::runCommand(m_context.desk, action); };
+    if (command.name.isEmpty()) {
+        connect(new QShortcut(command.keys.first(), this), &QShortcut::activated, this, run);
+        return;
+    }
+    QAction* row = m_actions.value(command.name);
+    row->setShortcuts(command.keys);
+    row->setShortcutVisibleInContextMenu(true);
+    connect(row, &QAction::triggered, this, run);
 }
 
 void MDIFormTop::tellNotYetThere(const QString& name) {
     m_context.desk.message(platform::MessageKind::Plain,
                            u"「%1」はまだ使えません。"_s.arg(plainCaption(command(name)->text())), u"Velloria"_s);
+}
+
+void MDIFormTop::answerRequests() {
+    editor::serveRequests(m_context);
+    m_context.requests.popUpContentsMenu = [this](const QPoint& position) { popUpContentsMenu(position); };
+    m_context.requests.enableCommand = [this](QLatin1StringView name, bool isEnabled) {
+        command(name)->setEnabled(isEnabled);
+    };
 }
 
 void MDIFormTop::setStatus(const QString& text) {
@@ -116,8 +157,39 @@ bool MDIFormTop::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MDIFormTop::popUpContentsMenu(const QPoint& globalPosition) {
-    offerDraft();
     m_contentsPopUp->popup(globalPosition);
+}
+
+void MDIFormTop::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (m_isClosing)
+        return; // a box of the question below is open
+    if (m_context.runs.isAnyRunning()) {
+        m_context.runs.endForClosing(*this);
+        return;
+    }
+    m_isClosing = true;
+    auto* contents = m_context.windows.find<editor::frmContents>();
+    const bool mayClose = !contents || contents->confirmClose();
+    m_isClosing = false;
+    if (!mayClose)
+        return;
+    event->accept();
+    endDesktop(m_context);
+}
+
+void MDIFormTop::Picture1_MouseMove(qint32 xTwips) {
+    constexpr int kLeftDoubleClick = 515;
+    constexpr int kRightDown = 516;
+    const int mouseMessage = xTwips / desktop::kTwipsPerPixel;
+    if (mouseMessage == kLeftDoubleClick) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    } else if (mouseMessage == kRightDown) {
+        m_context.desk.message(platform::MessageKind::Plain,
+                               u"日記作成\r\nprogramed by Qorvin\r\n\r\n左クリックで表示"_s, u"日記作成"_s);
+    }
 }
 
 } // namespace velloria::shell

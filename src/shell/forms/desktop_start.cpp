@@ -4,12 +4,22 @@
 #include "core/path_names.h"
 #include "core/settings.h"
 #include "desktop/command.h"
+#include "desktop/window_place.h"
+#include "editor/forms/frmCalender.h"
+#include "editor/forms/frmContents.h"
+#include "platform/directory.h"
+#include "publish/forms/publish_commands.h"
+#include "shell/forms/arrangement.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
 #include "shell/users.h"
+#include "site/save_html.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QThread>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +31,102 @@ std::optional<Login> askLogin(const Users& users) {
     frmLogin window(users.previousLogin());
     window.exec();
     return window.IsOK ? std::optional(Login{window.UID, window.Password}) : std::nullopt;
+}
+
+constexpr QSize kFirstSize(1024, 720);
+
+/// Serves the screen until it has drawn the window, and so has told its frame.
+void waitForFrame(const QWidget& window) {
+    constexpr int kPatienceMs = 500; // a window that comes up minimised is not drawn
+    QElapsedTimer timer;
+    timer.start();
+    while (!window.windowHandle()->isExposed() && timer.elapsed() < kPatienceMs) {
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QThread::msleep(1);
+    }
+}
+
+/// At its place of the last time; the screen has drawn it when this returns.
+void comeUp(desktop::Context& context, QWidget& window) {
+    const core::Session& session = context.session;
+    const desktop::WindowPlace kept = desktop::readPlace(session, core::keys::kParentFormPlace);
+    desktop::WindowPlace place = kept;
+    // One edge alone is applied behind the showing: the other one is where the screen puts it.
+    if (place.left.value_or(0) == 0 || place.top.value_or(0) == 0) {
+        place.left.reset();
+        place.top.reset();
+    }
+    window.resize(kFirstSize);
+    desktop::restorePlace(window, place, {});
+    qint16 maximize = 0;
+    desktop::runCommand(context.desk, [&] { maximize = core::Settings(session).number(core::keys::kWindowMaximize); });
+    if (maximize == 1)
+        window.showMaximized();
+    else
+        window.show();
+    waitForFrame(window);
+    if (!window.isMaximized())
+        desktop::restorePlace(window, kept, desktop::frameOf(window));
+    // The arrangement needs the area at the size that it has on the screen.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void showOptionalParts(const desktop::Context& context, const MDIFormTop& top) {
+    const core::Session& session = context.session;
+    const auto hide = [&](const QStringList& names) {
+        for (const QString& name : names)
+            top.command(name)->setVisible(false);
+    };
+    top.command(u"mnuVellMemo"_s)->setEnabled(platform::fileExists(session.MyPath + u"VellMemo.exe"_s));
+    if (!session.IsLarkportDll)
+        hide({u"MnuMTExport"_s, u"MnuMTImport"_s, u"MnuLarkportDll"_s});
+    if (!session.IsWrenportDll)
+        hide({u"MnuHTNExport"_s, u"MnuHTNImport"_s, u"MnuWrenportDll"_s});
+    if (!session.IsVellInfoDll)
+        hide({u"MnuVellInfo"_s, u"MnuVellInfoDll"_s});
+    if (!session.IsChimerDll)
+        hide({u"MnuPING"_s, u"MnuChimerDll"_s});
+    if (session.IsLarkportDll || session.IsWrenportDll)
+        hide({u"MnuImportNoFunction"_s});
+    if (session.IsLarkportDll || session.IsWrenportDll || session.IsVellInfoDll || session.IsChimerDll)
+        hide({u"MnuNoPlugin"_s});
+}
+
+/// The part of the start that has windows, behind the session's: the main window, the calendar, the arrangement, what
+/// the optional files beside the program switch on and off. A failure on the way is told and the rest goes on.
+void completeStart(desktop::Context& context) {
+    const core::Session& session = context.session;
+    platform::Desk& desk = context.desk;
+    auto& top = context.windows.get<MDIFormTop>();
+    desk.pointer(platform::Pointer::Hourglass);
+    if (session.IsLogin)
+        top.setWindowTitle(top.windowTitle() + u" [User:"_s + session.UserID + u']');
+    comeUp(context, top); // a place that can't be read ends the start: the window's end would write another one over it
+    desktop::runCommand(desk, [&] {
+        auto& calendar = context.windows.get<editor::frmCalender>();
+        calendar.showChild();
+        calendar.showDay(QDate::fromString(session.EnterDay, u"yyyy/MM/dd"_s));
+    });
+    desktop::runCommand(desk, [&] {
+        if (!session.IsLogin)
+            return; // the last end of this user's run took the preview away
+        site::SaveHtml(context).SaveTmpFile();
+        desk.pointer(platform::Pointer::Hourglass);
+    });
+    desktop::runCommand(desk, [&] {
+        const qint16 position = core::Settings(session).number(core::keys::kWindowPosition);
+        if (position == 1)
+            Arrangement(context).mnuStandard();
+        else if (position == 2)
+            Arrangement(context).mnuLoadWndPos();
+    });
+    desktop::runCommand(desk, [&] { publish::enableUpdater(context); });
+    context.windows.unload<StartForm>();
+    desk.pointer(platform::Pointer::Default);
+    top.SetMenuBarString();
+    showOptionalParts(context, top);
+    if (context.windows.get<editor::frmContents>().day().hasDraft())
+        desk.notice(u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s);
 }
 
 } // namespace
@@ -43,7 +149,7 @@ StartResult startDesktop(desktop::Context& context, const QString& home) {
     });
     if (startup.prepare() == StartResult::Ended)
         return StartResult::Ended;
-    context.windows.get<MDIFormTop>().completeStart();
+    completeStart(context);
     return StartResult::Ready;
 }
 

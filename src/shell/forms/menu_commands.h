@@ -1,0 +1,12 @@
+// All commands of the main window.
+#pragma once
+
+#include "desktop/context.h"
+#include "desktop/menu_command.h"
+
+namespace velloria::shell {
+
+/// The tables of all parts: what each row of the menus does that is there (see `commandsToCome`).
+desktop::MenuCommands menuCommands(desktop::Context& context);
+
+} // namespace velloria::shell

@@ -1,0 +1,22 @@
+#include "site/forms/site_commands.h"
+
+#include "site/forms/frmFind.h"
+#include "site/forms/frmSaveLog.h"
+#include "site/save_html.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::site {
+
+desktop::MenuCommands siteCommands(desktop::Context& context) {
+    const auto save = [&context] { SaveHtml(context).saveCommand(); };
+    return {
+        {"MnuSaveHTML"_L1, {}, save},
+        {"MnuSaveHTML_D"_L1, {}, save},
+        {"MnuSaveHTMLAS"_L1, {}, [&context] { SaveHtml(context).saveAsCommand(); }},
+        {"MnuMakeLog"_L1, {}, [&context] { context.windows.get<frmSaveLog>().showWindow(); }},
+        {"MnuFindDiary"_L1, {Qt::CTRL | Qt::Key_F}, [&context] { context.windows.get<frmFind>().showWindow(); }},
+    };
+}
+
+} // namespace velloria::site
