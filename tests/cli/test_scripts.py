@@ -111,22 +111,22 @@ class Lint(ScriptTest):
                 self.assertIn("src/registers/forms/frmResistLogs.cpp: registers/forms may not use site/forms/frmFind.h",
                               self.findings())
 
-    def test_windows_in_a_circle_are_refused(self):
+    def test_classes_in_a_circle_are_refused(self):
         self.add("site/forms/frmFind.cpp", "// context.windows.get<frmSaveLog>();")
         self.assertEqual(self.findings(), [])
         self.add("site/forms/frmSaveLog.h", '#include "site/forms/frmFind.h"')
-        self.assertEqual(self.findings(), ["windows in a circle: site/forms/frmFind, site/forms/frmSaveLog"])
+        self.assertEqual(self.findings(), ["classes in a circle: site/forms/frmFind, site/forms/frmSaveLog"])
 
     def test_a_source_belongs_to_the_class_that_it_implements(self):
         more = self.tree / "src" / "browser" / "forms" / "more.cpp"
         more.write_text('#include "browser/forms/frmGetImg.h"\nvoid PageView::more() {}\n')
         self.add("browser/forms/CMakeLists.txt", "# more.cpp")
         self.add("browser/forms/frmGetImg.cpp", '#include "browser/forms/page_view.h"')
-        self.assertEqual(self.findings(), ["windows in a circle: browser/forms/frmGetImg, browser/forms/page_view"])
+        self.assertEqual(self.findings(), ["classes in a circle: browser/forms/frmGetImg, browser/forms/page_view"])
 
     def test_the_windows_know_no_circle(self):
         self.add("editor/forms/frmHTMLMakeHR.cpp", '#include "editor/forms/frmContents.h"')
-        self.assertTrue(self.findings()[0].startswith("windows in a circle: editor/forms/"), self.findings())
+        self.assertTrue(self.findings()[0].startswith("classes in a circle: editor/forms/"), self.findings())
 
     def test_the_day_is_set_by_few(self):
         self.add("editor/forms/frmCalender.cpp", 'm_context.session.EnterDay = day;')
