@@ -12,9 +12,9 @@ namespace velloria::desktop {
 
 /// Owned by the program's `main`; outlives every window.
 struct Context : core::Run {
-    Windows windows{*this};
     LongRuns runs{};
     Requests requests{};
+    Windows windows{*this}; ///< behind what they use to their end
     QMdiArea* mdi = nullptr; ///< where the child windows live; set by the main window
 };
 
