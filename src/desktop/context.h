@@ -14,7 +14,7 @@ namespace velloria::desktop {
 struct Context : core::Run {
     LongRuns runs{};
     Requests requests{};
-    Windows windows{*this}; ///< behind what they use to their end
+    Windows windows{*this};  ///< behind what they use to their end
     QMdiArea* mdi = nullptr; ///< where the child windows live; set by the main window
 };
 
