@@ -24,13 +24,25 @@ void SettingsChange::remove(const QString& file, const Setting& setting) {
     m_files[file].push_back({setting.section.toString(), setting.name.toString(), std::nullopt});
 }
 
-void SettingsChange::writeQuietly() const {
+void SettingsChange::write() const {
+    std::optional<platform::Failure> refusal;
     for (const auto& [file, changes] : m_files) {
         try {
             platform::writeProfile(platform::existingPath(file), changes);
-        } catch (const platform::Failure&) {
-            // A setting that can't be kept stops nobody: the next read gives the old value.
+        } catch (const platform::Failure& failure) {
+            if (!refusal)
+                refusal = failure;
         }
+    }
+    if (refusal)
+        throw *refusal;
+}
+
+void SettingsChange::writeQuietly() const {
+    try {
+        write();
+    } catch (const platform::Failure&) {
+        // The next read gives the old value.
     }
 }
 

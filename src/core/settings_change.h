@@ -23,7 +23,9 @@ public:
     void remove(const QString& file, const Setting& setting);
 
     /// Writes the keys of each file in the order in which they were set. A file that the machine refuses keeps its old
-    /// values and stops no other one.
+    /// values and stops no other one; then the first refusal is thrown, a platform::Failure.
+    void write() const;
+    /// The same without a word of refusals, for what nobody asked to keep: where a window stood, a folder of last time.
     void writeQuietly() const;
 
 private:

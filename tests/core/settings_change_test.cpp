@@ -1,6 +1,7 @@
 #include "core/settings_change.h"
 
 #include "core/keys.h"
+#include "platform/failure.h"
 #include "platform/file_write.h"
 #include "support/disk_watch.h"
 
@@ -41,7 +42,7 @@ TEST_F(SettingsChanges, WritesKeysInTheirOrderAndLeavesTheOthers) {
     change.set(file, row(u"s", u"A"), u"6"_s);
     change.remove(file, row(u"S", u"b"));
     change.set(other, core::keys::kDBVersion, u"210"_s);
-    change.writeQuietly();
+    change.write();
     EXPECT_EQ(platform::readFile(file), "[S]\r\na=6\r\nc=3\r\nd=4\r\n[T]\r\ne=5\r\n");
     EXPECT_EQ(platform::readFile(other), "[ALL]\r\nDBVersion=210\r\n");
 }
@@ -54,8 +55,9 @@ TEST_F(SettingsChanges, ReplacesEachFileOnce) {
         change.set(other, row(u"S", name), u"v"_s);
     }
     const DiskWatch watch;
-    change.writeQuietly();
+    change.write();
     EXPECT_EQ(watch.synced().filter(u".velltmp-"_s).size(), 2);
+    EXPECT_EQ(watch.synced().size(), 4) << "each file and its folder";
 }
 
 TEST_F(SettingsChanges, AFileThatIsRefusedKeepsItsValuesAndStopsNoOther) {
@@ -68,6 +70,15 @@ TEST_F(SettingsChanges, AFileThatIsRefusedKeepsItsValuesAndStopsNoOther) {
     EXPECT_NO_THROW(change.writeQuietly());
     EXPECT_EQ(platform::readFile(file), "[S]\r\na=1\r\n");
     EXPECT_EQ(platform::readFile(other), "[S]\r\na=2\r\n");
+    change.set(other, row(u"S", u"a"), u"3"_s);
+    try {
+        change.write();
+        ADD_FAILURE() << "a refusal without a word";
+    } catch (const platform::Failure& failure) {
+        EXPECT_EQ(failure.file(), file);
+    }
+    EXPECT_EQ(platform::readFile(file), "[S]\r\na=1\r\n");
+    EXPECT_EQ(platform::readFile(other), "[S]\r\na=3\r\n");
 }
 
 TEST_F(SettingsChanges, TwoWritersNeverMixTheirKeys) {
@@ -77,7 +88,7 @@ TEST_F(SettingsChanges, TwoWritersNeverMixTheirKeys) {
             SettingsChange change;
             change.set(file, core::keys::kSaveFileName, value);
             change.set(file, core::keys::kSaveFilePath, value);
-            change.writeQuietly();
+            change.write();
         }
     };
     std::thread one(writer, u"one"_s);
