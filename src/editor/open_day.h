@@ -35,7 +35,8 @@ public:
 
 /// There is one, and it alone changes `EnterDay`. What opens an entry reads first and shows then: a diary that can't
 /// be read, which is thrown, leaves the old entry whole, with what was unsaved in it. Unsaved changes are asked about
-/// first. Who shows any of it listens; the view is asked for what is typed, and tells each change by `edited`.
+/// first. Who shows any of it listens; the view is asked for what is typed, and tells each change by `edited`. What
+/// opens, saves or deletes an entry needs the view.
 ///
 ///     OpenDay day(run);
 ///     day.attach(view);              // the drafts of earlier runs are read
@@ -115,7 +116,7 @@ public:
 Q_SIGNALS:
     /// `EnterDay` is another one, or was read anew.
     void dayOpened(const QString& day, const store::DaysWithEntries& daysAround);
-    /// This is to be shown under `number`, clean; nothing for an empty entry with the first items of its boxes.
+    /// This is to be shown under `number`; nothing for an empty entry with the first items of its boxes.
     void entryShown(const std::optional<store::Entry>& entry);
     /// The shown text stands under another number, or there are other numbers to pick from.
     void numbersChanged();

@@ -21,7 +21,7 @@ desktop::MenuCommands editorCommands(desktop::Context& context) {
         context.windows.get<frmCalender>().Calender_DateClick(context.clock.now().date());
     };
     const auto rebuildGenres = [&context] {
-        context.windows.get<frmContents>().day().MakeGenretxt();
+        context.windows.get<OpenDay>().MakeGenretxt();
         context.desk.status(u"ジャンルの再構成が完了しました。"_s);
         context.desk.message(platform::MessageKind::Information, u"完了！"_s);
     };

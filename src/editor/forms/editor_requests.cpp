@@ -6,11 +6,11 @@ namespace velloria::editor {
 
 void serveRequests(desktop::Context& context) {
     const auto editor = [&context]() -> frmContents& { return context.windows.get<frmContents>(); };
-    const auto made = [&context] { return context.windows.find<frmContents>(); };
+    const auto openDay = [&context]() -> OpenDay& { return context.windows.get<OpenDay>(); };
     desktop::Requests& requests = context.requests;
-    requests.isEntryOpen = [made] { return made() && made()->day().isOpen(); };
-    requests.seenEditor = [made]() -> std::optional<QRect> {
-        const frmContents* shown = made();
+    requests.isEntryOpen = [openDay] { return openDay().isOpen(); };
+    requests.seenEditor = [&context]() -> std::optional<QRect> {
+        const auto* shown = context.windows.find<frmContents>();
         if (!shown || !shown->isVisible())
             return std::nullopt;
         const QRect seen = shown->visibleRegion().boundingRect();
@@ -18,8 +18,8 @@ void serveRequests(desktop::Context& context) {
     };
     requests.openEntry = [editor](const QString& day, int number) { editor().day().openEntry(day, number); };
     requests.makeImage = [editor](const QString& path) { editor().openImageMaker(path); };
-    requests.daysChanged = [editor](const QStringList& days) { editor().day().daysChanged(days); };
-    requests.rebuildGenres = [editor] { editor().day().MakeGenretxt(); };
+    requests.daysChanged = [openDay](const QStringList& days) { openDay().daysChanged(days); };
+    requests.rebuildGenres = [openDay] { openDay().MakeGenretxt(); };
 }
 
 } // namespace velloria::editor
