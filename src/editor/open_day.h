@@ -41,7 +41,7 @@ public:
 ///     OpenDay day(run);
 ///     day.attach(view);              // the drafts of earlier runs are read
 ///     day.openDay(u"2004/05/06"_s);  // dayOpened, then entryShown
-///     day.edited();                  // dirtyChanged; the draft follows two seconds behind
+///     day.edited();                  // dirtyChanged; the draft follows two seconds after
 ///     day.save();                    // diaryChanged
 class OpenDay : public QObject {
     Q_OBJECT
@@ -72,7 +72,7 @@ public:
     /// One entry of the day; where it is open already it stays as it is. Without it the last one is shown, and the
     /// first status panel says so.
     void openEntry(const QString& day, int number);
-    /// An empty entry behind the last one of `EnterDay`.
+    /// An empty entry after the last one of `EnterDay`.
     void openNewEntry();
     /// Another entry of the day that is open. The changes of a Yes are saved under this number.
     void openNumber(int number);
@@ -86,7 +86,7 @@ public:
     /// The same by an undo, which makes no entry a changed one.
     void undone();
 
-    /// Saves the entry. Refused, behind its box, without a title; a failure is thrown, and the changes stay unsaved.
+    /// Saves the entry. Refused, after its box, without a title; a failure is thrown, and the changes stay unsaved.
     SaveOutcome save();
     /// Removes the shown entry from the diary; then no day is open. Row and unsaved changes go to the rescue file.
     void deleteEntry();

@@ -395,7 +395,7 @@ TEST_F(OpenDay, ClosingAsksSavesAndStays) {
     EXPECT_FALSE(day->isDirty());
 }
 
-TEST_F(OpenDay, ADraftComesTwoSecondsBehindTheFirstChange) {
+TEST_F(OpenDay, ADraftComesTwoSecondsAfterTheFirstChange) {
     day->openDay(kDay);
     QElapsedTimer timer;
     timer.start();

@@ -50,7 +50,7 @@ Q_SIGNALS:
     void paragraphWanted();
     void undoWanted();
     void redoWanted();
-    /// Sent behind the drop: whoever drags waits for the drop's end.
+    /// Sent after the drop: whoever drags waits for the drop's end.
     void imageDropped(const QString& path);
     void tabClicked(int index);
 

@@ -339,7 +339,7 @@ void frmContents::mnuRedo_Click() {
         m_day.undone();
 }
 
-/// Into an open day alone, behind what is still being composed.
+/// Into an open day alone, after what is still being composed.
 void frmContents::insert(const std::function<void(Insertions&)>& what) {
     if (!m_day.isOpen())
         return;
