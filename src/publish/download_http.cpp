@@ -3,6 +3,7 @@
 #include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "publish/internet_error.h"
 
 #include <QScopeGuard>
 

@@ -1,5 +1,6 @@
 #include "publish/ftp_connection.h"
 
+#include "publish/ftp_listing.h"
 #include "publish/ftp_wire.h"
 #include "publish/internet_number.h"
 #include "publish/proxy.h"
@@ -26,6 +27,8 @@ namespace {
 
 constexpr long kNeverTooOld = 86400; // seconds: a question to the user may stand open between two commands
 constexpr int kControlPort = 21;
+constexpr long kLongestListingMs = 60000;
+constexpr int kServiceClosing = 421;
 const QString kClearFiles = u"サーバーはログインを暗号化しましたが、ファイルを暗号化しません。"_s;
 
 using CurlList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
@@ -47,6 +50,10 @@ size_t readSource(char* buffer, size_t size, size_t count, void* source) {
 /// preliminary reply. Where the server has told why, its words count.
 bool endsConnection(CURLcode result, int lastReply) {
     return lastReply < 400 && (result == CURLE_RECV_ERROR || (result == CURLE_SEND_ERROR && lastReply / 100 != 1));
+}
+
+bool isUnknownCommand(int code) {
+    return code == 500 || code == 501 || code == 502 || code == 503 || code == 504;
 }
 
 size_t swallow(char*, size_t size, size_t count, void*) {
@@ -100,6 +107,46 @@ bool FtpConnection::open(const FtpLogin& login) {
     m_lastError = 0;
     m_detail = m_replies.codeOf("PROT") / 100 > 2 ? kClearFiles : QString();
     return true;
+}
+
+bool FtpConnection::findFile(const QString& name) {
+    const std::optional<QByteArray> wire = wireName(name);
+    if (!wire)
+        return fail(kInvalidUrl);
+    // The library asks for the size as binary: some servers refuse it for text, with the code of a missing file.
+    CURL* easy = prepare(*wire);
+    curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
+    const bool ran = run();
+    switch (m_replies.codeOf("SIZE")) {
+    case 0:
+        return ran ? fail(kConnectionAborted) : false;
+    case 213:
+        return true; // what the library asks behind it does not matter
+    case 550:
+        return fail(kNoMoreFiles);
+    case kServiceClosing:
+    case 425:
+    case 426:
+    case 530:
+        m_replies.recall("SIZE");
+        return fail(kExtendedError);
+    default:
+        return findInList(*wire);
+    }
+}
+
+bool FtpConnection::findDirectory(const QString& name) {
+    const std::optional<QByteArray> wire = wireName(name);
+    if (!wire)
+        return fail(kInvalidUrl);
+    if (!knowsFacts())
+        return m_lastError == 0 && findByEntering(*wire);
+    if (command("MLST " + *wire))
+        return true;
+    const int code = m_replies.codeOf("MLST");
+    if (code == 550)
+        return fail(kNoMoreFiles);
+    return isUnknownCommand(code) && findByEntering(*wire);
 }
 
 bool FtpConnection::putFile(const QString& localFile, const QString& name, TransferType type) {
@@ -230,6 +277,48 @@ bool FtpConnection::command(const QByteArray& line) {
     curl_easy_setopt(easy, CURLOPT_QUOTE, quote.get());
     curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
     return run() && (succeeded() || fail(kExtendedError));
+}
+
+/// For servers that tell no sizes.
+bool FtpConnection::findInList(const QByteArray& name) {
+    const bool isPlain = isPlainForListing(name);
+    FtpListing listing(isPlain ? QByteArray() : name);
+    CURL* easy = prepare({});
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, kLongestListingMs); // one may go on and on
+    const QByteArray list = isPlain ? "LIST " + name : QByteArray("LIST");
+    curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, list.constData());
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &FtpListing::receive);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &listing);
+    const bool ran = run();
+    const int code = m_replies.codeOf("LIST");
+    if (code == 450 || code == 550)
+        return fail(kNoMoreFiles);
+    return ran && (listing.isFound() || fail(kNoMoreFiles));
+}
+
+/// By going there and back. A listing would not do: that of an empty directory looks like that of none.
+bool FtpConnection::findByEntering(const QByteArray& name) {
+    if (!command("PWD"))
+        return false;
+    const std::optional<QByteArray> current = m_replies.lastPath();
+    if (!current)
+        return fail(kExtendedError);
+    if (!command("CWD " + name))
+        return m_replies.codeOf("CWD") == 550 ? fail(kNoMoreFiles) : false;
+    return command("CWD " + *current);
+}
+
+/// Asked once a connection. A server that gives no list of features has none.
+bool FtpConnection::knowsFacts() {
+    if (!m_knowsFacts) {
+        const bool hasList = command("FEAT");
+        const int code = m_replies.codeOf("FEAT");
+        if (!hasList && (code == 0 || code == kServiceClosing))
+            return false;
+        m_lastError = 0;
+        m_knowsFacts = hasList && m_replies.last().toUpper().contains("\r\n MLST");
+    }
+    return *m_knowsFacts;
 }
 
 int FtpConnection::traced(CURL*, curl_infotype type, char* data, size_t size, void* self) {

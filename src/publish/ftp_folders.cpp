@@ -1,6 +1,6 @@
 #include "publish/ftp_folders.h"
 
-#include "publish/network_error.h"
+#include "publish/internet_error.h"
 
 using namespace Qt::StringLiterals;
 

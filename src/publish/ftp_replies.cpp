@@ -64,4 +64,18 @@ QString FtpReplies::lastText() const {
     return isTooLong() ? QString(kLongestShown + 1, u' ') : textFromWire(m_last);
 }
 
+std::optional<QByteArray> FtpReplies::lastPath() const {
+    const qsizetype start = m_last.indexOf('"');
+    QByteArray path;
+    for (qsizetype at = start + 1; start >= 0 && at < m_last.size(); ++at) {
+        if (m_last[at] != '"')
+            path += m_last[at];
+        else if (at + 1 < m_last.size() && m_last[at + 1] == '"')
+            path += m_last[at++];
+        else
+            return path.isEmpty() ? std::nullopt : std::optional(path);
+    }
+    return std::nullopt;
+}
+
 } // namespace velloria::publish

@@ -5,6 +5,8 @@
 #include <QMap>
 #include <QString>
 
+#include <optional>
+
 namespace velloria::publish {
 
 /// Puts the lines of the control connection together to replies. Memory is bounded whatever the server sends.
@@ -31,6 +33,8 @@ public:
     /// The same for the user: at most 254 bytes, a longer one is 255 blanks.
     QString lastText() const;
     bool isTooLong() const;
+    /// The directory in a last reply such as 257 "/a ""quoted"" one" is current.
+    std::optional<QByteArray> lastPath() const;
 
 private:
     struct Answer {

@@ -5,6 +5,8 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_lock.h"
+#include "publish/internet_error.h"
+#include "publish/upload_phases.h"
 
 #include <QScopeGuard>
 
@@ -35,21 +37,20 @@ FtpUpload::FtpUpload(const core::Run& run, Internet& internet, UploadCalls calls
     , m_internet(internet)
     , m_desk(run.desk)
     , m_clock(run.clock)
-    , m_calls(std::move(calls))
-    , m_view(run.desk)
-    , m_folders(internet, run.desk)
-    , m_files(run.session.databaseFile())
-    , m_siteFiles(run.session) {}
+    , m_ping(std::move(calls.ping))
+    , m_progress(internet, run.desk, std::move(calls.isProgramEnding))
+    , m_siteFiles(run.session)
+    , m_files(run.session, m_siteFiles) {}
 
 UploadResult FtpUpload::FTP_Execute() {
     const auto untraced = qScopeGuard([this] { m_internet.traceTo({}); });
     bool isDone = false;
     try {
-        m_view.open(u"FTP by Velloria"_s);
+        m_progress.view().open(u"FTP by Velloria"_s);
         isDone = transferAll();
     } catch (const platform::Failure& failure) {
-        m_reason = failure.line();
-        m_desk.notice(u"エラー："_s + m_reason);
+        m_progress.setReason(failure.line());
+        m_desk.notice(u"エラー："_s + failure.line());
         failureExit();
     } catch (...) {
         failureExit();
@@ -58,9 +59,9 @@ UploadResult FtpUpload::FTP_Execute() {
     if (!isDone)
         return notDone();
     if (m_settings.isPingWanted) {
-        m_view.close();
-        if (m_calls.ping)
-            m_calls.ping();
+        m_progress.view().close();
+        if (m_ping)
+            m_ping();
     }
     return {true};
 }
@@ -73,7 +74,8 @@ bool FtpUpload::transferAll() {
     m_settings = readUploadSettings(m_session);
     if (!checkLocalFiles())
         return false; // nothing is open; the window stays and keeps its text
-    if (!transfer()) {
+    UploadPhases phases(m_session, m_internet, m_desk, m_progress, m_files, m_siteFiles, m_settings.startFolder);
+    if (!connectToServer() || !phases.run(m_pageTotal, m_logTotal)) {
         failureExit();
         return false;
     }
@@ -82,51 +84,48 @@ bool FtpUpload::transferAll() {
 }
 
 bool FtpUpload::tellOtherUpload() {
-    fail(u"エラー"_s,
-         u"この日記は、ほかのVelloriaがアップロードしています。\r\n終わってから、もう一度アップロードしてください。"_s,
-         u"Another upload is running....Upload Failed."_s);
-    m_view.allowClosing();
+    m_progress.fail(
+        u"エラー"_s,
+        u"この日記は、ほかのVelloriaがアップロードしています。\r\n終わってから、もう一度アップロードしてください。"_s,
+        u"Another upload is running....Upload Failed."_s);
+    m_progress.view().allowClosing();
     return false;
 }
 
 /// Before any use of the network: what the lists name must be there.
 bool FtpUpload::checkLocalFiles() {
     if (m_settings.login.host.isEmpty() || m_settings.login.user.isEmpty())
-        return fail(u"エラー"_s, u"FTPのIDもしくはURLが設定されていません。\r\n(FTP_ID or FTP_URL is not invalid.)"_s,
-                    u"FTP_ID or FTP_URL is not invalid....Upload Failed."_s);
+        return m_progress.fail(u"エラー"_s,
+                               u"FTPのIDもしくはURLが設定されていません。\r\n(FTP_ID or FTP_URL is not invalid.)"_s,
+                               u"FTP_ID or FTP_URL is not invalid....Upload Failed."_s);
     m_desk.pointer(platform::Pointer::Hourglass);
     m_desk.status(u"Checking..."_s);
-    if (!listExists(u"upload.tmp"_s))
-        return fail(u"エラー"_s, u"アップロードするファイルのリストが存在しません。\r\n(Upload.tmp is not exist.)"_s,
-                    u"Upload File not exist!...Upload Failed."_s);
-    const List pages = readList(u"upload.tmp"_s);
+    if (!m_files.listExists(u"upload.tmp"_s))
+        return m_progress.fail(u"エラー"_s,
+                               u"アップロードするファイルのリストが存在しません。\r\n(Upload.tmp is not exist.)"_s,
+                               u"Upload File not exist!...Upload Failed."_s);
+    const UploadList pages = m_files.readList(u"upload.tmp"_s);
     if (!filesExist(pages, u"アップロードするファイルが存在しません。"_s))
         return false;
     m_pageTotal = qsizetype(pages.rows.size());
-    requireCountable(m_pageTotal, listFile(u"upload.tmp"_s));
-    if (!listExists(u"uploadlog.tmp"_s))
+    requireCountable(m_pageTotal, m_files.listFile(u"upload.tmp"_s));
+    if (!m_files.listExists(u"uploadlog.tmp"_s))
         return true;
-    const List logs = readList(u"uploadlog.tmp"_s);
+    const UploadList logs = m_files.readList(u"uploadlog.tmp"_s);
     if (!filesExist(logs, u"アップロードするログファイルが存在しません。"_s))
         return false;
     m_logTotal = qsizetype(logs.rows.size());
-    requireCountable(m_logTotal, listFile(u"uploadlog.tmp"_s));
+    requireCountable(m_logTotal, m_files.listFile(u"uploadlog.tmp"_s));
     return true;
 }
 
-bool FtpUpload::filesExist(const List& list, const QString& whenMissing) {
+bool FtpUpload::filesExist(const UploadList& list, const QString& whenMissing) {
     for (const core::UploadRow& row : list.rows) {
-        if (!platform::fileExists(localFile(row)))
-            return fail(u"エラー"_s, whenMissing + u"\r\n("_s + row.name + u" is not exist.)"_s,
-                        u"Upload File not exist!...Upload Failed."_s);
+        if (!platform::fileExists(m_files.localFile(row)))
+            return m_progress.fail(u"エラー"_s, whenMissing + u"\r\n("_s + row.name + u" is not exist.)"_s,
+                                   u"Upload File not exist!...Upload Failed."_s);
     }
     return true;
-}
-
-/// All that happens while a connection is open.
-bool FtpUpload::transfer() {
-    return connectToServer() && enterStartFolder() && deleteOldFiles() && uploadPages() && uploadParts() &&
-           uploadLogSide();
 }
 
 void FtpUpload::beginLog() {
@@ -143,12 +142,12 @@ bool FtpUpload::connectToServer() {
     if (!m_isSessionOpen)
         return notConnected(u"インターネットへの接続失敗。\r\n(Internet Connect Error.)"_s,
                             u"Can't connect Internet!"_s);
-    m_view.setTitleAndText(u"接続確認中"_s, u"インターネットへの接続成功。"_s);
+    m_progress.view().setTitleAndText(u"接続確認中"_s, u"インターネットへの接続成功。"_s);
     m_isFtpOpen = m_internet.connectFtp(m_settings.login);
     if (!m_isFtpOpen)
         return notConnected(u"FTPサーバーへの接続失敗。\r\n(FTP Connect Error.)"_s, u"Can't connect to "_s + host);
     const QString remark = m_internet.lastDetail();
-    showAndPump(u"接続確認中"_s, u"FTP接続成功。"_s);
+    m_progress.show(u"接続確認中"_s, u"FTP接続成功。"_s);
     m_desk.status(u"Connected to "_s + host);
     if (!remark.isEmpty())
         m_desk.notice(remark);
@@ -157,16 +156,11 @@ bool FtpUpload::connectToServer() {
 
 /// These texts say nothing of the reason: it comes to the status panel behind them.
 bool FtpUpload::notConnected(const QString& text, const QString& status) {
-    fail(u"エラー"_s, text, status);
+    m_progress.fail(u"エラー"_s, text, status);
     const QString reason = failureReason(m_internet);
-    addReason(reason);
+    m_progress.addReason(reason);
     m_desk.notice(u"エラー："_s + reason);
     return false;
-}
-
-bool FtpUpload::enterStartFolder() {
-    const QString& folder = m_settings.startFolder;
-    return folder.isEmpty() || enterFolder(u"ディレクトリの移動"_s, {}, folder, folder);
 }
 
 void FtpUpload::finish() {
@@ -178,9 +172,9 @@ void FtpUpload::finish() {
     m_desk.status(u"Uploading Files is Success!"_s);
     const QString sound = core::Settings(m_session).text(core::keys::kSoundFile);
     SendMCICommand(u"Play \""_s + sound + u'"');
-    m_view.setTitleAndText(u"Successful"_s, u"日記のアップロードに成功しました。"_s);
+    m_progress.view().setTitleAndText(u"Successful"_s, u"日記のアップロードに成功しました。"_s);
     m_desk.pump(); // all is done: an end of the program takes nothing away any more
-    m_view.allowClosing();
+    m_progress.view().allowClosing();
     m_desk.pointer(platform::Pointer::Default);
     m_siteFiles.tell(m_desk);
 }
@@ -190,7 +184,7 @@ void FtpUpload::SendMCICommand(const QString& command) {
 }
 
 UploadResult FtpUpload::notDone() const {
-    return {false, oneLine(m_reason)};
+    return {false, oneLine(m_progress.reason())};
 }
 
 /// The one way out behind the check of the local files.
@@ -200,9 +194,9 @@ void FtpUpload::failureExit() {
     if (m_isSessionOpen)
         m_internet.closeSession();
     if (m_log)
-        m_log->end(oneLine(m_reason));
-    m_view.setText(m_view.text() + u"\r\n不明なエラーで終了しました。"_s);
-    m_view.allowClosing();
+        m_log->end(oneLine(m_progress.reason()));
+    m_progress.view().setText(m_progress.view().text() + u"\r\n不明なエラーで終了しました。"_s);
+    m_progress.view().allowClosing();
     m_desk.pointer(platform::Pointer::Default);
 }
 

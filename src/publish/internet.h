@@ -77,10 +77,4 @@ inline const QString kNoWayOutOfEncryption =
 inline constexpr int kNoMoreFiles = 18;
 inline constexpr int kExtendedError = 12003;
 
-/// The line for the user that the number of the last failure stands for.
-QString InternetErrorText(const Internet& internet);
-
-/// The same with what is known beyond it, for the status panel, standard error and the log.
-QString failureReason(const Internet& internet);
-
 } // namespace velloria::publish

@@ -1,4 +1,4 @@
-#include "publish/internet.h"
+#include "publish/internet_error.h"
 
 #include <algorithm>
 #include <optional>
@@ -99,6 +99,15 @@ QString failureReason(const Internet& internet) {
         return InternetErrorText(internet);
     const auto text = textOf(internet.lastError()); // none for a reply that is too long to be shown, for one
     return text ? *text + u' ' + detail : detail;
+}
+
+QString showNetworkError(const Internet& internet, platform::Desk& desk) {
+    const QString text = InternetErrorText(internet);
+    const QString reason = failureReason(internet);
+    desk.status(text);
+    if (reason != text)
+        desk.notice(u"エラー："_s + reason);
+    return reason;
 }
 
 } // namespace velloria::publish

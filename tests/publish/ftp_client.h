@@ -2,6 +2,7 @@
 #pragma once
 
 #include "publish/curl_internet.h"
+#include "publish/internet_error.h"
 #include "support/fault_server.h"
 #include "support/print.h"
 

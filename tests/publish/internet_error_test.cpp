@@ -1,4 +1,4 @@
-#include "publish/internet.h"
+#include "publish/internet_error.h"
 #include "support/print.h"
 
 #include <gtest/gtest.h>

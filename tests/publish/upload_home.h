@@ -5,6 +5,7 @@
 #include "core/setting.h"
 #include "core/settings.h"
 #include "publish/ftp_upload.h"
+#include "registers/file_register.h"
 #include "support/test_home.h"
 
 #include <QMap>
