@@ -25,7 +25,7 @@ public:
 
 private:
     const core::Session& m_session;
-    bool m_hasAddresses = true; ///< false behind a reading that failed
+    bool m_hasAddresses = true; ///< false after a reading that failed
     bool m_hasWords = true;
 };
 

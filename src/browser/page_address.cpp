@@ -17,7 +17,7 @@ bool startsWithScheme(const QString& text) {
     return text.contains(scheme);
 }
 
-/// Where the "#" ahead of a mark stands, -1 without a mark. A "#" may stand in names of folders and files as well.
+/// Where the "#" before a mark stands, -1 without a mark. A "#" may stand in names of folders and files as well.
 qsizetype markOf(const QString& path) {
     if (QFileInfo::exists(path))
         return -1;

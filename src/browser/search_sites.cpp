@@ -20,7 +20,7 @@ struct SearchSite {
     QStringView query;                 ///< "{q}" is where the words come
 };
 
-// Where blanks become "+" ahead of the encoder they arrive as "%2B"; the sites were always asked like that.
+// Where blanks become "+" before the encoder they arrive as "%2B"; the sites were always asked like that.
 constexpr SearchSite kSites[] = {
     {u"Google(日本語)", Blanks::ToPlus, convert::ModURLEncode, u"/search?num=50&hl=ja&ie=Shift_JIS&oe=Shift_JIS&q={q}"},
     {u"Google (Web全体)", Blanks::ToPlus, nullptr, u"/search?num=50&hl=ja&q={q}"},

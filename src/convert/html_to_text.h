@@ -16,7 +16,7 @@ public:
     /// file is there. Throws Failure when a number is out of the 16-bit range; everything is as it was then too.
     bool Initialize(const QString& path);
 
-    /// Writes all settings but PBR. False when the folder of `path` (its text ahead of the last separator) is missing;
+    /// Writes all settings but PBR. False when the folder of `path` (its text before the last separator) is missing;
     /// a write that the machine refuses is passed over.
     bool SaveValue(const QString& path) const;
 

@@ -51,7 +51,7 @@ std::optional<QDate> dayOfNumbers(const QString& text, int yearNow) {
     return firstDayAmong({{fullYear(a), b, c}, {fullYear(a), c, b}, {fullYear(c), a, b}, {fullYear(c), b, a}});
 }
 
-/// The year ahead of the first of an era.
+/// The year before the first of an era.
 int yearAhead(const QString& era) {
     if (era == u"明治")
         return 1867;
@@ -96,7 +96,7 @@ bool looksLikeTime(const QString& word) {
 
 std::optional<QDateTime> momentOfNumber(double number) {
     if (number <= -657435 || number >= 2958466)
-        return std::nullopt; // ahead of the year 100 or behind 9999
+        return std::nullopt; // before the year 100 or after 9999
     const double days = std::trunc(number);
     const double seconds = std::round(std::abs(number - days) * 86400); // a time counts forward on every day
     return QDateTime(dayZero().addDays(qint64(days)), QTime(0, 0), Qt::UTC).addSecs(qint64(seconds));

@@ -34,7 +34,7 @@ qint16 ReadIniIntDef(const QString& file, const QString& section, const QString&
 /// All section names in the file's order, as much as 4096 characters hold; none of them empty.
 QStringList ReadIniSections(const QString& file);
 
-/// The part ahead of the first NUL.
+/// The part before the first NUL.
 QString TrimNull(const QString& text);
 
 } // namespace velloria::core

@@ -5,16 +5,16 @@
 
 namespace velloria::core {
 
-/// Text ahead of the last separator, without it; "" when there is none.
+/// Text before the last separator, without it; "" when there is none.
 QString GetParentFolder(const QString& path);
 
-/// Text behind the last separator.
+/// Text after the last separator.
 QString GetFileName(const QString& path);
 
-/// Text behind the last ".", when that stands behind the last separator; otherwise "".
+/// Text after the last ".", when that stands after the last separator; otherwise "".
 QString GetFileExt(const QString& path);
 
-/// Text ahead of the last ".", even one in a folder's name; the whole name when there is none.
+/// Text before the last ".", even one in a folder's name; the whole name when there is none.
 QString GetBaseName(const QString& path);
 
 /// Whether the text names a file in the folder that it is put behind, on any disk: it is not empty and no "." or "..",

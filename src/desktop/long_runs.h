@@ -19,7 +19,7 @@ public:
 
     bool isAnyRunning() const { return !m_running.isEmpty(); }
 
-    /// The main window wants to close, which it can't while one runs: they are to end, and behind the last of them it
+    /// The main window wants to close, which it can't while one runs: they are to end, and after the last of them it
     /// is closed from the event loop.
     void endForClosing(QWidget& mainWindow) { m_closing = &mainWindow; }
     /// What a routine asks wherever other commands may have run.

@@ -62,7 +62,7 @@ QString nameFilterOf(const FileFilter& filter) {
     return filter.label + u" ("_s + patterns.join(u' ') + u')';
 }
 
-/// A dialog over the window that asks, which has the keyboard again behind it. The window may go while the dialog is
+/// A dialog over the window that asks, which has the keyboard again after it. The window may go while the dialog is
 /// open, and takes it along.
 template <typename Dialog>
 class Over {

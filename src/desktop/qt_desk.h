@@ -35,7 +35,7 @@ public:
     void setMainWindow(QWidget* window);
 
     // What the program's windows do for the ports. Each may be left empty.
-    std::function<void()> beforeBox; ///< runs ahead of every box and dialog: a splash picture must not cover it
+    std::function<void()> beforeBox; ///< runs before every box and dialog: a splash picture must not cover it
     std::function<void(const QString&)> showStatus;
     std::function<void(const QString&)> showNotice;
     std::function<void(const QString&)> showPage;

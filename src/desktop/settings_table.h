@@ -45,7 +45,7 @@ public:
     /// Writes the controls to the file, in the order of the rows and in one replacement.
     void apply(const QString& iniFile) const;
 
-    /// `changed` runs for each change that somebody makes. Call it once, behind the filling of `rows`.
+    /// `changed` runs for each change that somebody makes. Call it once, after the filling of `rows`.
     void onChange(const std::function<void()>& changed);
 
 private:

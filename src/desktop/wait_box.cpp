@@ -103,7 +103,7 @@ const QWidget* WaitBox::cover() const {
     return m_writer && modal && modal != windowOf(*m_writer) ? modal : nullptr;
 }
 
-/// Behind the wait too, until what was typed earlier is in its place. A box that comes up in the middle of a word is
+/// After the wait too, until what was typed earlier is in its place. A box that comes up in the middle of a word is
 /// answered once the writer has paused.
 bool WaitBox::holdsKeys() const {
     if (isWaiting())
@@ -115,7 +115,7 @@ bool WaitBox::holdsKeys() const {
            !m_sinceTyped.hasExpired(kTypingPause.count());
 }
 
-/// As it comes from the screen, ahead of all that has keys of its own.
+/// As it comes from the screen, before all that has keys of its own.
 bool WaitBox::holdKey(const QObject& watched, QKeyEvent& event) {
     if (!holdsKeys())
         return false;

@@ -20,7 +20,7 @@ namespace velloria::desktop {
 
 /// While this lives, a wait does not freeze the windows: they paint, and a wait that lasts shows a box with which it
 /// can be left, by its button or by Escape. The box has the mouse and never the keyboard. What is typed meanwhile goes
-/// to the text that the caret is in, once the command is done: in its order, and behind a failure box that came up in
+/// to the text that the caret is in, once the command is done: in its order, and after a failure box that came up in
 /// the middle of a word. Of the keys that belong to no text, those that the text's window takes itself count too.
 class WaitBox : public QObject {
     Q_OBJECT

@@ -37,7 +37,7 @@ QString imageTag(const ImageAttributes& attributes);
 QString imageSource(const QString& name);
 
 /// The next name for a picture of `day` ("yyyy/mm/dd"): "dimage20040105_01.jpg". It rises with what the register holds,
-/// so two pictures in a row share one until the first is registered. The last name by text order counts, so behind
+/// so two pictures in a row share one until the first is registered. The last name by text order counts, so after
 /// "_99" it rises no more. Throws platform::Failure.
 QString automaticImageName(const registers::FileRegister& files, const QString& day, const QString& extension);
 

@@ -23,7 +23,7 @@ const QString kDay = QString::fromUtf16(kDayTag);
 const QString kTitle = QString::fromUtf16(kTitleTag);
 const QString kContents = QString::fromUtf16(kContentsTag);
 
-/// The text with CR LF between its lines, nothing behind a message when there is none.
+/// The text with CR LF between its lines, nothing, after a message, when there is none.
 std::optional<QString> textOf(platform::Desk& desk, const std::optional<QString>& clipboard) {
     if (!clipboard) {
         desk.message(MessageKind::Critical, u"クリップボードのデータが適切な形式ではありません。"_s);

@@ -31,7 +31,7 @@ public:
     /// The whole text as one entry, whose day and title are asked. False after any refusal.
     bool ImportPlainClipboard(const std::optional<QString>& clipboard, ParagraphTags tags);
 
-    /// The days that were written, in order, also behind a failure.
+    /// The days that were written, in order, also after a failure.
     const QStringList& writtenDays() const { return m_days; }
 
 private:
@@ -50,7 +50,7 @@ private:
     QStringList m_days;
 };
 
-/// The clipboard's text with CR LF between its lines, as paragraphs if asked; "" behind a message when there is none.
+/// The clipboard's text with CR LF between its lines, as paragraphs if asked; "", after a message, when there is none.
 QString GetClipboardText(const core::Run& run, const std::optional<QString>& clipboard, ParagraphTags tags);
 
 } // namespace velloria::exchange

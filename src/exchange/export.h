@@ -39,7 +39,7 @@ QStringList userFormats(const core::Session& session);
 
 enum class ExportOutcome { Done, Refused, Cancelled };
 
-/// What a person must know behind an export.
+/// What a person must know after an export.
 struct ExportCounts {
     int entries = 0;
     int replaced = 0;    ///< files that were there before

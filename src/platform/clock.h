@@ -5,7 +5,7 @@
 
 namespace velloria::platform {
 
-/// Gives the present local time. Dates of the diary are wall-clock dates: the zone is nobody's business behind here.
+/// Gives the present local time. Dates of the diary are wall-clock dates: the zone is nobody's business from here on.
 class Clock {
 public:
     virtual ~Clock() = default;

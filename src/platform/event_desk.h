@@ -26,7 +26,7 @@ public:
     void failure(const Failure& failure) override;
 
 protected:
-    /// Takes one event; questions come here behind their answer.
+    /// Takes one event; questions come here after their answer.
     virtual void record(const QJsonObject& event) = 0;
     /// The answer to a question, whose event lacks nothing but "answer".
     virtual bool answerYesNo(const QJsonObject& question) = 0;

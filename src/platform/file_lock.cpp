@@ -24,7 +24,7 @@ FileLock::FileLock(const QString& file)
             throw Failure(u"ほかのプログラムとの重なりを調べられません。"_s, file, systemReason(errno),
                           u"何も変更していません。フォルダに書き込めるか確認してください。"_s);
         m_isHeld = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-        // Who held it before may have removed the file in front of our lock: the next program would make another one.
+        // Who held it before may have removed the file before our lock: the next program would make another one.
         struct stat status;
         if (!m_isHeld || ::fstat(m_descriptor, &status) != 0 || status.st_nlink > 0)
             return;
@@ -34,7 +34,7 @@ FileLock::FileLock(const QString& file)
 
 FileLock::~FileLock() {
     if (m_isHeld)
-        ::unlink(m_name.constData()); // ahead of the lock's end, or it might be the next one's file
+        ::unlink(m_name.constData()); // before the lock's end, or it might be the next one's file
     ::close(m_descriptor);
 }
 

@@ -27,7 +27,7 @@ private:
     bool m_isHeld = false;
 };
 
-/// The same, waited for: the work of two programs on one thing, one behind the other.
+/// The same, waited for: the work of two programs on one thing, one after the other.
 class FileTurn {
 public:
     /// Waits while `what`, "～は他のプログラムが使用中です。", is true. Throws Failure when the file can't be made, and

@@ -134,7 +134,7 @@ public:
             fail(errno);
         if (whenWhole)
             whenWhole();
-        // Some disks tell a failed write at the close alone. The lock goes with the last close, and only behind the
+        // Some disks tell a failed write at the close alone. The lock goes with the last close, and only after the
         // rename: another program would take the file for a leftover.
         const int copy = ::fcntl(m_file.value(), F_DUPFD_CLOEXEC, 0);
         if (copy < 0 || ::close(copy) != 0)
@@ -175,7 +175,7 @@ private:
         }
     }
 
-    /// False when another program took the new file for a leftover in front of its lock. On a disk without locks nobody
+    /// False when another program took the new file for a leftover before its lock. On a disk without locks nobody
     /// gets one.
     bool isMine() const {
         if (::flock(m_file.value(), LOCK_EX | LOCK_NB) != 0)

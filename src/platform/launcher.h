@@ -24,7 +24,7 @@ public:
     /// `home` is looked in first for a program without a folder.
     explicit cExecute(QString home);
 
-    /// Starts a program, which goes on when this one ends. The program is the part ahead of the first blank behind
+    /// Starts a program, which goes on when this one ends. The program is the part before the first blank behind
     /// which the search path has a file, and what follows are its arguments: a path with blanks needs no quotes unless
     /// a shorter part is a file too. A line that this does not start is taken apart at its quotes and blanks and tried
     /// once more. False when nothing could be started.

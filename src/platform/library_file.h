@@ -5,7 +5,7 @@
 
 namespace velloria::platform {
 
-/// Whether the file is a library that ends ahead of what its own head says, as a broken-off copy does: loading such a
+/// Whether the file is a library that ends before what its own head says, as a broken-off copy does: loading such a
 /// one would end the program. False for every other file; on systems whose loader refuses it by itself, always.
 bool isCutLibrary(const QString& file);
 

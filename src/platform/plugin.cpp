@@ -146,7 +146,7 @@ PluginObject Plugin::created(PluginObject object) const {
     return object;
 }
 
-/// The member, null when the plug-in's structure ends ahead of it.
+/// The member, null when the plug-in's structure ends before it.
 template <typename Member>
 Member Plugin::known(Member velloria_plugin::*member) const {
     const Member* place = &(m_plugin->*member);

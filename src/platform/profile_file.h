@@ -67,7 +67,7 @@ void writeProfile(const QString& file, const std::vector<ProfileChange>& changes
 /// The same for one key.
 void writeProfile(const QString& file, const QString& section, const QString& key, const std::optional<QString>& value);
 
-/// One change on bytes: the file's content behind the change. All other lines stay as they are, and the changed one up
+/// One change on bytes: the file's content after the change. All other lines stay as they are, and the changed one up
 /// to its "=". A new key goes behind the section's last key, a new section to the end. A character that the code page
 /// lacks becomes a reference, a line break a blank. A value that would lose its outer quotes on reading gets one more
 /// pair of double quotes; outer blanks are written, and lost on reading.

@@ -30,7 +30,7 @@ public:
 
     /// The handle with what every transfer has in common, forgetting the last one's options.
     CURL* prepare();
-    /// Runs what has been prepared to its end. What the caller's function throws comes out here and in step, behind the
+    /// Runs what has been prepared to its end. What the caller's function throws comes out here and in step, after the
     /// end of the transfer.
     CURLcode perform();
 

@@ -70,7 +70,7 @@ private:
     QElapsedTimer m_timer;
     QString m_url;
     qint64 m_count = 0;
-    QString m_speed; ///< behind the last block
+    QString m_speed; ///< after the last block
     QString m_networkError;
 };
 

@@ -46,7 +46,7 @@ size_t readSource(char* buffer, size_t size, size_t count, void* source) {
     return got < 0 ? CURL_READFUNC_ABORT : size_t(got);
 }
 
-/// Whether it was the connection for commands that broke off, and not that of a file, which is written to behind a
+/// Whether it was the connection for commands that broke off, and not that of a file, which is written to after a
 /// preliminary reply. Where the server has told why, its words count.
 bool endsConnection(CURLcode result, int lastReply) {
     return lastReply < 400 && (result == CURLE_RECV_ERROR || (result == CURLE_SEND_ERROR && lastReply / 100 != 1));
@@ -93,7 +93,7 @@ bool FtpConnection::open(const FtpLogin& login) {
     m_proxy = *proxyFor(QUrl(u"ftp://%1/"_s.arg(QString::fromLatin1(m_host))));
     m_trace.hide(login.password);
     m_trace.hide(QUrl(QString::fromUtf8(m_proxy)).password());
-    // Behind the login, whatever the server makes of this command.
+    // After the login, whatever the server makes of this command.
     const bool isWelcome = command("NOOP") || m_replies.codeOf("NOOP") >= 500;
     const int number = m_lastError;
     const QString detail = m_detail;
@@ -121,7 +121,7 @@ bool FtpConnection::findFile(const QString& name) {
     case 0:
         return ran ? fail(kConnectionAborted) : false;
     case 213:
-        return true; // what the library asks behind it does not matter
+        return true; // what the library asks after it does not matter
     case 550:
         return fail(kNoMoreFiles);
     case kServiceClosing:
@@ -183,7 +183,7 @@ void FtpConnection::close() {
     m_isOpen = true;
     try {
         m_run.perform();
-    } catch (...) { // what was painting meanwhile; a farewell may stand behind another failure
+    } catch (...) { // what was painting meanwhile; a farewell may come after another failure
         m_isLost = true;
     }
     m_isOpen = false;

@@ -11,7 +11,7 @@
 namespace velloria::publish {
 
 /// Logs in once. A connection that is lost is never made again in silence, because the new one would stand in another
-/// directory: everything behind it fails with 12030. Names travel as code page bytes; one that the code page lacks, or
+/// directory: everything after it fails with 12030. Names travel as code page bytes; one that the code page lacks, or
 /// that holds a line end or NUL, is refused before anything is sent.
 class FtpConnection {
 public:

@@ -25,7 +25,7 @@ public:
     int lastCode() const { return m_lastCode; }
     /// Code of the last reply to a command such as "SIZE", 0 when it has not been answered.
     int codeOf(const QByteArray& command) const { return m_answers.value(command).code; }
-    /// Makes the last reply to that command the last one of all, when others came behind it.
+    /// Makes the last reply to that command the last one of all, when others came after it.
     void recall(const QByteArray& command) { m_last = m_answers.value(command).text; }
 
     /// The last reply as it came, lines joined by CR LF, without a last line end; only the start of one that is huge.

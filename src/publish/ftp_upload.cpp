@@ -154,7 +154,7 @@ bool FtpUpload::connectToServer() {
     return true;
 }
 
-/// These texts say nothing of the reason: it comes to the status panel behind them.
+/// These texts say nothing of the reason: it comes to the status panel after them.
 bool FtpUpload::notConnected(const QString& text, const QString& status) {
     m_progress.fail(u"エラー"_s, text, status);
     const QString reason = failureReason(m_internet);
@@ -187,7 +187,7 @@ UploadResult FtpUpload::notDone() const {
     return {false, oneLine(m_progress.reason())};
 }
 
-/// The one way out behind the check of the local files.
+/// The one way out after the check of the local files.
 void FtpUpload::failureExit() {
     if (m_isFtpOpen)
         m_internet.closeFtp();

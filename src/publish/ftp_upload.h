@@ -15,7 +15,7 @@ namespace velloria::publish {
 
 /// What an upload needs of the program around it; both may be empty.
 struct UploadCalls {
-    std::function<void()> ping = {};            ///< the ping command, run behind a good upload when the user wants it
+    std::function<void()> ping = {};            ///< the ping command, run after a good upload when the user wants it
     std::function<bool()> isProgramEnding = {}; ///< asked wherever other commands may have run; true ends the upload
 };
 
@@ -33,7 +33,7 @@ public:
     FtpUpload(const core::Run& run, Internet& internet, UploadCalls calls = {});
 
     /// From the first step to the last. A refusal of the machine ends the run like one of the server and is not thrown;
-    /// what the ping throws, behind a finished upload, goes to the caller.
+    /// what the ping throws, after a finished upload, goes to the caller.
     UploadResult FTP_Execute();
 
 private:

@@ -14,7 +14,7 @@ std::optional<QByteArray> wireText(const QString& text);
 /// The same for the name of a file or folder, which may not be empty.
 std::optional<QByteArray> wireName(const QString& name);
 
-/// What a server has sent, as UTF-8 when it is that, else in the code page; the part ahead of the first NUL.
+/// What a server has sent, as UTF-8 when it is that, else in the code page; the part before the first NUL.
 QString textFromWire(const QByteArray& bytes);
 
 /// A host name or number as the name service takes it, Japanese ones encoded; nothing for what is no host alone.

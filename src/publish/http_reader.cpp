@@ -77,7 +77,7 @@ bool HttpReader::open(const QString& text) {
     m_run.start();
     while (m_run.isRunning() && !m_isAnswered)
         m_run.step();
-    // An answer that was cut off behind its head is an answer; its end is found on reading. One that was cut off within
+    // An answer that was cut off after its head is an answer; its end is found on reading. One that was cut off within
     // it is none, though the library takes it for a whole one.
     if (m_isAnswered || (m_run.result() == CURLE_OK && m_isHeadWhole))
         return true;
@@ -105,7 +105,7 @@ void HttpReader::close() {
     fail(0);
 }
 
-/// Behind a transfer that did not end well, or has brought no whole head.
+/// After a transfer that did not end well, or has brought no whole head.
 bool HttpReader::failed() {
     if (m_isRefused)
         return fail(kRedirectionRefused, kNoWayOutOfEncryption);

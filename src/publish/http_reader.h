@@ -17,7 +17,7 @@ public:
 
     /// True once the head of the answer is there. An answer that is a refusal has no bytes.
     bool open(const QString& url);
-    /// The next 1024 bytes, fewer at the end; "" behind it and after a failure.
+    /// The next 1024 bytes, fewer at the end; "" after it and after a failure.
     QByteArray read();
     void close();
 

@@ -26,7 +26,7 @@ struct FtpLogin {
 /// Each call blocks until it is done. One that fails returns false and leaves its number in `lastError`, which the next
 /// call changes. Names are bare ones within the connection's current directory; one that can't travel to the letter (a
 /// line end in it, a character that the code page lacks) fails with 12005 before anything is sent. A lost connection is
-/// not made again: the call that finds it lost and all behind it fail with 12030.
+/// not made again: the call that finds it lost and all after it fail with 12030.
 class Internet {
 public:
     virtual ~Internet() = default;
@@ -61,7 +61,7 @@ public:
     /// The server's last reply with its code, lines joined by CR LF, at most 254 bytes; 255 blanks for a longer one.
     virtual QString lastResponse() const = 0;
     /// What is known of the last failure beyond its number, in one line: the words of a refused login, what is wrong
-    /// with a certificate, a reply too long for `lastResponse`. "" when the number says it all. Behind a login that
+    /// with a certificate, a reply too long for `lastResponse`. "" when the number says it all. After a login that
     /// went well: what is wrong with the connection all the same.
     virtual QString lastDetail() const = 0;
 

@@ -24,7 +24,7 @@ struct UpdateResult {
 };
 
 /// The two commands. Every refusal of a server or of the user is told in a box of theirs; one of the machine is thrown
-/// as platform::Failure, behind the same ending: the session closed, the pointer at rest.
+/// as platform::Failure, after the same ending: the session closed, the pointer at rest.
 class UpdateCheck {
 public:
     UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls calls = {});

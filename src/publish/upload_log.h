@@ -7,7 +7,7 @@
 namespace velloria::publish {
 
 /// UTF-8, a line each. It holds this run and the one before, and is readable by its owner alone. A log that the disk
-/// refuses is done without: it is a help behind a failure and must not become one.
+/// refuses is done without: it is a help after a failure and must not become one.
 class UploadLog {
 public:
     /// Begins a run under this heading.

@@ -107,7 +107,7 @@ void LogRegistration::addNew(const RegisterSource& source, const QString& month)
     m_desk.notice(u"「%1」を%2のログとして登録しました。"_s.arg(source.name, month));
 }
 
-/// Copies the page to where it does not lie yet; `copied` tells, also behind a failure, what has been written.
+/// Copies the page to where it does not lie yet; `copied` tells, also after a failure, what has been written.
 void LogRegistration::copyTo(const QStringList& targets, const RegisterSource& source, QStringList& copied,
                              PathOf pathOf) {
     for (const QString& root : targets) {

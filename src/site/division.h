@@ -12,7 +12,7 @@ namespace velloria::site {
 /// Page number of each day of the month, index day minus 1; -1 for a day without entries.
 using DayPages = std::array<qint16, 31>;
 
-/// The division settings behind their rules, and what follows from them for the days of a month. As it is made it is
+/// The division settings after their rules, and what follows from them for the days of a month. As it is made it is
 /// one unbroken page.
 struct Division {
     int diaryDivide = 0;     ///< the month is divided; "set" is any value but 0

@@ -45,7 +45,7 @@ void MakeDiaryPage(MonthRun& run, PageMode mode, int page) {
 
     const EntryLook look(run.settings, topLink(run, page));
     for (const store::Entry& entry : run.entries) {
-        // Ahead of the filter: the calendar's links find their day on whichever page they lead to.
+        // Before the filter: the calendar's links find their day on whichever page they lead to.
         text.print(u"<A Name=\""_s, entry.day, u"\"></A>"_s);
         if (run.division.diaryDivide != 0 && run.division.pageOf(entry.day) != page)
             continue;

@@ -121,7 +121,7 @@ void clsRSSreader::MakeRSS() {
                                 u"公開する日記を書くか、RSSの設定を切ってください。ページは変更されていません。"_s);
     }
     if (!platform::fileExists(m_session.MyPath + u"HTML2TXT_RSS.ini"_s)) {
-        // A writer stops behind the opening of its file.
+        // A writer stops after the opening of its file.
         for (const QString& ending : endings())
             write(ending, {});
         return;

@@ -87,7 +87,7 @@ void LogArchive::copyPages(const std::vector<core::UploadRow>& pages) {
     }
 }
 
-/// Fails behind the page: year and month are numbers here for the first time.
+/// Fails after the page: year and month are numbers here for the first time.
 int LogArchive::daysOfMonth(const QString& year, const QString& month) const {
     try {
         const int days = GetMonthDays(core::cint(year), core::cint(month));

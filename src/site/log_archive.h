@@ -22,7 +22,7 @@ struct LogMonth {
     QString month;
 };
 
-/// The month in front of that of `today`, which is the one that is usually logged.
+/// The month before that of `today`, which is the one that is usually logged.
 LogMonth monthToLog(const QDate& today);
 
 class LogArchive {
@@ -37,7 +37,7 @@ public:
     /// missing is told about and stays unlogged, the run goes on; so does one that may not go to the site. Made again,
     /// a log replaces itself. Without a site folder the log lies in the data folder alone, which the status panel says
     /// at the end. Throws platform::Failure; what is done by then stays, and a further run completes it.
-    /// `beforeLastBox` runs when the log is there, in front of the box that says so. The preview is the caller's next
+    /// `beforeLastBox` runs when the log is there, before the box that says so. The preview is the caller's next
     /// step, and the hourglass over both is the caller's.
     void save(const QString& year, const QString& month, const std::function<void()>& beforeLastBox = {});
 

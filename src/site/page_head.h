@@ -5,10 +5,10 @@
 
 namespace velloria::site {
 
-/// Everything ahead of the month heading: head, BODY and upper text.
+/// Everything before the month heading: head, BODY and upper text.
 void printHead(Page& page, const MonthRun& run);
 
-/// Everything behind the log list. The left column has been finished before.
+/// Everything after the log list. The left column has been finished before.
 void printTail(Page& page, const MonthRun& run);
 
 /// Head and tail of a divided page, a file of its own.

@@ -16,7 +16,7 @@ struct RebuildResult {
 
 /// Archives each month that has entries and lies before the month of `Today`, oldest first, then saves the month of
 /// `Today`, then makes one preview. `from` and `to` ("yyyy/mm", "" for no limit) limit the months, the current one
-/// too. The weather pictures are placed ahead of the logs, and each log is listed once for the upload however often it
+/// too. The weather pictures are placed before the logs, and each log is listed once for the upload however often it
 /// was made. A month that fails is told about and the rest goes on; throws platform::Failure when the site folder is
 /// gone.
 RebuildResult rebuildSite(const core::Run& run, const QString& from, const QString& to);

@@ -21,7 +21,7 @@ public:
     /// Whether rows of the day have another number than they were given.
     bool wasRepaired(const QString& day) const { return m_repaired.contains(day); }
 
-    /// The number of the next entry, behind a repair.
+    /// The number of the next entry, after a repair.
     int nextNumber(const QString& day);
 
     /// A row was added under this number. To be told of each one, so that a long day is counted once and

@@ -145,7 +145,7 @@ TEST_F(FavouritesFolder, HoldsShortcutsOfEveryKind) {
 TEST(FavouriteNames, AreExchangedIntoOrderWithoutRegardToCase) {
     EXPECT_EQ(SortNames({u"b"_s, u"A"_s, u"a2"_s, u"日"_s, u"あ"_s, u"ア2"_s}, 5),
               (QStringList{u"A"_s, u"a2"_s, u"b"_s, u"あ"_s, u"ア2"_s, u"日"_s}));
-    // What counts as equal is exchanged by the way of the others alone: "b" ahead of "a" takes "A"'s place.
+    // What counts as equal is exchanged by the way of the others alone: "b" before "a" takes "A"'s place.
     EXPECT_EQ(SortNames({u"b"_s, u"B"_s, u"a"_s}, 2), (QStringList{u"a"_s, u"B"_s, u"b"_s}));
 }
 

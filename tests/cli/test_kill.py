@@ -188,7 +188,7 @@ class Exports(KillTest):
         self.out = os.path.join(self.root, "out", "")
 
     def old_and_new(self, words, names):
-        """Every file in the states ahead of and behind the export."""
+        """Every file in the states before and after the export."""
         os.makedirs(self.out)
         self.must(*words)
         new = {name: read(self.out + name) for name in os.listdir(self.out)}

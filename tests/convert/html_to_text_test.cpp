@@ -26,7 +26,7 @@ struct Setting {
     const char* name;
 };
 
-/// Every number of the file, in the order in which SaveValue writes them behind the mode.
+/// Every number of the file, in the order in which SaveValue writes them after the mode.
 const Setting kSettings[] = {
     {"HTML2HTML", "BR", 0, "HTML_BR"},
     {"HTML2HTML", "P", 0, "HTML_P"},

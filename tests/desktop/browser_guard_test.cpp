@@ -210,7 +210,7 @@ TEST_F(BrowserGuard, LeavesThePageWithoutItsScriptForAnotherFile) {
                            u"; setInterval(() => { if (w) new Image().src = '"_s + web.address(u"/leak"_s) +
                            u"?' + w.document.body.innerText; }, 50); 0"_s);
         EXPECT_TRUE(becomesTrue(browser(), u"document.title == 'secret' || document.title == 'preview'"_s));
-        QTest::qWait(200); // the page behind it may ask the web for nothing that would tell the end
+        QTest::qWait(200); // the page after it may ask the web for nothing that would tell the end
         EXPECT_EQ(web.asked.size(), 0) << way.toStdString();
     }
 }

@@ -19,7 +19,7 @@ protected:
     BrowserHome() { showTop(); }
     ~BrowserHome() override {
         context.windows.closeAll();
-        QTest::qWait(50); // the engine writes its files behind the last page, and the folder is removed next
+        QTest::qWait(50); // the engine writes its files after the last page, and the folder is removed next
     }
 
     browser::frmBrowser& browser() { return context.windows.get<browser::frmBrowser>(); }
@@ -34,7 +34,7 @@ protected:
         waitForDocument();
     }
     /// Whether nothing but the pages shown so far comes, `shown` of them: another one is shown, and whatever had been
-    /// started before it would have begun or stand in the history in front of it.
+    /// started before it would have begun or stand in the history before it.
     bool nothingElseComes(int shown) {
         QWebEngineView& view = viewOf(browser());
         const QSignalSpy begun(&view, &QWebEngineView::loadStarted);

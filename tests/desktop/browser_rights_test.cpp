@@ -123,7 +123,7 @@ TEST_F(BrowserRights, DropADownloadWithoutAPlace) {
     };
     EXPECT_TRUE(waitFor([&] { return questions() == 1; })) << "the place is asked for";
     EXPECT_FALSE(browser().bDocumentComplete);
-    // A second one, which is kept, is told behind the first.
+    // A second one, which is kept, is told after the first.
     desk.answers = {path(u"second.bin"_s)};
     browser().Navigate(web.address(u"/a.bin"_s));
     EXPECT_TRUE(waitFor([&] { return exists(path(u"second.bin"_s)); }));

@@ -102,7 +102,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
         EXPECT_EQ(list.findText(u"genre of imported"_s), -1);
         EXPECT_GE(list.findText(u"genre of own too"_s), 0);
         EXPECT_EQ(pageOf(session.DataPath + u"Genre.csv"_s), u"一般\r\ngenre of own\r\ngenre of own too\r\n"_s);
-        writeFile(session.DataPath + u"Genre.csv"_s, "written behind the box\r\n");
+        writeFile(session.DataPath + u"Genre.csv"_s, "written after the box\r\n");
     };
     auto& shown = other.windows.get<exchange::frmDeleteImportDiary>();
     shown.showWindow();
@@ -110,7 +110,7 @@ TEST_F(DeleteImport, TheGenresAreMadeAnewOnceAndShownInFrontOfTheBox) {
     control<QPushButton>(shown, u"Btn_OK"_s).click();
     settle();
     EXPECT_EQ(watched.texts(u"message"_s), QStringList{u"完了！"_s});
-    EXPECT_EQ(bytesOf(session.DataPath + u"Genre.csv"_s), "written behind the box\r\n");
+    EXPECT_EQ(bytesOf(session.DataPath + u"Genre.csv"_s), "written after the box\r\n");
 }
 
 TEST_F(DeleteImport, WhenTheGenresCantBeMadeTheEntriesAreGoneAllTheSame) {

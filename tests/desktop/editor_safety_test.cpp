@@ -50,7 +50,7 @@ protected:
     }
     QString draftFile() const { return session.UserPath + u"draft.json"_s; }
     QJsonObject draft() const { return QJsonDocument::fromJson(bytesOf(draftFile()).trimmed()).object(); }
-    /// A new editor, as behind a start.
+    /// A new editor, as after a start.
     void restart() {
         context.windows.unload<editor::frmContents>();
         contents();
@@ -496,7 +496,7 @@ TEST_F(EditorWork, WhatIsCleanHasNoDraft) {
     QTest::keyClick(&pane(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_FALSE(draftTimerOf(contents().day()).isActive());
     EXPECT_FALSE(exists(draftFile()));
-    contents().day().keepDraft(); // as it would have come two seconds behind the key
+    contents().day().keepDraft(); // as it would have come two seconds after the key
     EXPECT_FALSE(exists(draftFile()));
 }
 

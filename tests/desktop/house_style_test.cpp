@@ -44,7 +44,7 @@ double contrastIn(const QImage& picture, const QRect& place) {
     return (lightest + 0.05) / (darkest + 0.05);
 }
 
-/// Fixture: the program's own style, and what was there before behind the test.
+/// Fixture: the program's own style, and what was there before, again after the test.
 class HouseStyle : public ::testing::Test {
 protected:
     HouseStyle()

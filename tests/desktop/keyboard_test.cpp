@@ -1,4 +1,4 @@
-// Behind a box or a file dialog the window that asked has the keyboard again.
+// After a box or a file dialog the window that asked has the keyboard again.
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "editor/forms/frmHTMLMakeFont.h"
 #include "editor/forms/frmHTMLMakeHR.h"
@@ -102,7 +102,7 @@ TEST_F(Keyboard, StaysWithTheLogRegister) {
     control<QListWidget>(window, u"ResisterdList"_s).setCurrentRow(0);
     expectKept(window, u"BtnDelete"_s, {u"n"_s});
 
-    // The year is looked at when its box is left, behind the key that left it.
+    // The year is looked at when its box is left, after the key that left it.
     auto& year = control<QLineEdit>(window, u"txtYear"_s);
     year.setText(u"x"_s);
     leaveNext(kEnter);
@@ -176,7 +176,7 @@ TEST_F(Keyboard, StaysWithTheMakersThatBlock) {
     expectKeysGoTo(list, u"the start's complaint"_s);
     list.reject();
     settle();
-    expectKeysGoTo(top(), u"behind the makers"_s);
+    expectKeysGoTo(top(), u"after the makers"_s);
 }
 
 TEST_F(Keyboard, IsTheMainWindowsAgainBehindItsOwnBoxes) {
@@ -196,7 +196,7 @@ TEST_F(Keyboard, IsTheMainWindowsAgainWhenTheWindowThatAskedIsGone) {
     });
     qtDesk.message(platform::MessageKind::Plain, u"text"_s, u"Velloria"_s);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    expectKeysGoTo(top(), u"behind a window that went"_s);
+    expectKeysGoTo(top(), u"after a window that went"_s);
 }
 
 } // namespace

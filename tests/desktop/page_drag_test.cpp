@@ -34,7 +34,7 @@ protected:
         browser.bDocumentComplete = false;
         browser.Navigate(session.DataPath + u"page.htm"_s);
         ASSERT_TRUE(waitFor([&] { return browser.bDocumentComplete; }));
-        QTest::qWait(500); // it is drawn behind that
+        QTest::qWait(500); // it is drawn after that
         view = browser.findChild<QWebEngineView*>(u"WebBrowser"_s);
         ASSERT_TRUE(view);
     }
@@ -48,7 +48,7 @@ protected:
         for (const int step : {5, 10, 20, 40})
             words += moveTo(start + QPoint(step, step));
         words += moveTo(target) + moveTo(target + QPoint(3, 3)) + moveTo(target + QPoint(6, 6));
-        const int before = spy.releases; // of the keys: the last one comes behind the drop
+        const int before = spy.releases; // of the keys: the last one comes after the drop
         begin(words + QStringList{u"mouseup"_s, u"1"_s, u"sleep"_s, u"0.3"_s, u"key"_s, u"Shift_L"_s});
         EXPECT_TRUE(waitFor([&] { return spy.releases > before; }));
         EXPECT_GT(drags.entered, 0) << "no drag began";

@@ -52,7 +52,7 @@ protected:
         press(key);
     }
 
-    /// Once it has the keyboard, and a failure box behind its first moment.
+    /// Once it has the keyboard, and a failure box after its first moment.
     static void leave(QDialog& dialog, const QString& key) {
         EXPECT_TRUE(becomesActive(dialog));
         const auto* box = qobject_cast<QMessageBox*>(&dialog);

@@ -218,7 +218,7 @@ TEST_F(EditedEntry, ARefusedSaveTakesItsRescueLineBack) {
     write(kDay, u"二"_s);
     load(2);
     DiskWatch disk;
-    disk.refuse(u"-journal"_s); // the commit fails, behind the line
+    disk.refuse(u"-journal"_s); // the commit fails, after the line
     EXPECT_NE(failureOf([&] { edited.save(entry(1, u"私"_s)); }), u""_s);
     EXPECT_TRUE(disk.synced().contains(u"rescue.jsonl"_s));
     EXPECT_EQ(titles(), (QStringList{u"2二"_s, u"1一"_s}));

@@ -301,7 +301,7 @@ TEST_F(ClipboardImport, CountsOnlyWhatTheDiaryHasTaken) {
 
 TEST_F(ClipboardImport, CountsOnlyWhatACommitHasTaken) {
     write(u"2004/05/06"_s, u"old"_s);
-    // The first is settled in front of the question, the third waits for the commit at the end.
+    // The first is settled before the question, the third waits for the commit at the end.
     const QString whole =
         entryText(u"2004/05/05"_s, u"t1"_s) + entryText(u"2004/05/06"_s, u"t2"_s) + entryText(u"2004/05/07"_s, u"t3"_s);
     class BreakingDesk : public ScriptedDesk {

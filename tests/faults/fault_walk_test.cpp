@@ -164,7 +164,7 @@ private:
 
     core::Session m_session;
     QJsonArray m_answers;
-    Files m_bytes; ///< of the home in front of the command
+    Files m_bytes; ///< of the home before the command
     State m_before;
     State m_after;
 };
@@ -193,7 +193,7 @@ void FaultWalk::walk(const Command& command, int stride) {
     std::cout << "FAULTS " << test->test_suite_name() << "." << test->name() << ": " << faults << std::endl;
 }
 
-/// False when the command ended ahead of the n-th call.
+/// False when the command ended before the n-th call.
 bool FaultWalk::step(const Command& command, Fault fault, int n) {
     restore(m_bytes);
     std::optional<QString> refusal;

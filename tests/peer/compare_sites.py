@@ -71,7 +71,7 @@ class Trial:
         self.set_target(data)
 
     def set_target(self, data):
-        """Writes the target of Save HTML into the first section ALL, ahead of all other keys."""
+        """Writes the target of Save HTML into the first section ALL, before all other keys."""
         folder = self.diary.site_folder
         if folder:
             folder = data if folder == "=" else os.path.join(self.root, folder, "")

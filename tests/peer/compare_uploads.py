@@ -34,7 +34,7 @@ class Trial:
         shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*"))
         self.has_ping = False
         self.server_class = UploadServer
-        self.on_command = lambda count: None    # called by the server's thread ahead of the answer to each command
+        self.on_command = lambda count: None    # called by the server's thread before the answer to each command
         self.server = self.events = self.result = None    # of the last upload
 
     def command(self, *arguments):

@@ -1,4 +1,4 @@
-"""The export of a period, worked out apart from the program."""
+"""The export of a period, written independently of the program."""
 
 import os
 

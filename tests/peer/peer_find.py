@@ -1,4 +1,4 @@
-"""The page of search results, worked out apart from the program."""
+"""The page of search results, written independently of the program."""
 
 import re
 

@@ -1,4 +1,4 @@
-"""Which registered files go to the site, worked out apart from the program."""
+"""Which registered files go to the site, written independently of the program."""
 
 import re
 import sqlite3

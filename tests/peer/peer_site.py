@@ -1,4 +1,4 @@
-"""A second site generator: what Velloria's site commands must write, worked out apart from the program.
+"""A second site generator: what Velloria's site commands must write, written independently of the program.
 
 Nothing is written here: each command reads a home as it lies on disk and answers with a dictionary of
 absolute paths and bytes. The value None says that the file must be gone. `compare_sites.py` holds the

@@ -104,7 +104,7 @@ BLANKS = " \t\v"
 
 
 def without_torn_reference(value, cut):
-    """The text ahead of the cut; a reference that stands for one character is never cut within."""
+    """The text before the cut; a reference that stands for one character is never cut within."""
     for match in re.finditer(r"&#[1-9][0-9]*;", value):
         if match.start() < cut < match.end() and decode_references(match.group()) != match.group():
             return value[: match.start()]
@@ -173,7 +173,7 @@ def GetFileName(path):
 
 
 def GetBaseName(path):
-    """The text ahead of the last ".", wherever that stands."""
+    """The text before the last ".", wherever that stands."""
     return path.rsplit(".", 1)[0]
 
 

@@ -1,4 +1,4 @@
-"""A second check for a newer program, written from the rules alone: what it shows and leaves for one offer."""
+"""A check for a newer program, written independently of the program: what it shows and leaves for one offer."""
 
 import os
 import re

@@ -1,4 +1,4 @@
-"""The upload run, worked out apart from the program: what is shown in which order, and what is left behind.
+"""The upload run, written independently of the program: what is shown in which order, and what is left behind.
 
 `predict` takes the folder of a started home and a `Remote`, and gives a `Run`. The remote is a model of the server of
 upload_server.py, by operations and not by commands of the wire.
@@ -382,7 +382,7 @@ class Run:
             self.remote.connect()
         except OperationError as error:
             self.end_with("Can't connect to " + self.host, "エラー", "FTPサーバーへの接続失敗。", "(FTP Connect Error.)")
-            # These texts give no reason: it always comes behind them. That of a lost connection depends on the moment.
+            # These texts give no reason: it always comes after them. That of a lost connection depends on the moment.
             is_known = error.text == "" and error.reason
             self.events.append(("status", "エラー：" + error.reason) if is_known else ("status",))
             raise FailureExit from None

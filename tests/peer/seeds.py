@@ -12,7 +12,7 @@ from unittest_main import exit_code, take_home  # noqa: E402
 
 
 class Difference(Exception):
-    """What program and second reading do not have in common."""
+    """What the program and the second generator do not have in common."""
 
 
 def in_folder_of_its_own(options, seed, compare):

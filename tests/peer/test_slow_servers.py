@@ -1,4 +1,4 @@
-"""Servers that hold an upload up, in all ways at once: each run must end by itself, soon behind the time-outs.
+"""Servers that hold an upload up, in all ways at once: each run must end by itself, soon after the time-outs.
 
 The variable VELLORIA_PROGRAM names the program folder under test.
 """

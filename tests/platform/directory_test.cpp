@@ -37,7 +37,7 @@ TEST_F(Directory, ListsByNameWithoutRegardToCase) {
 }
 
 TEST_F(Directory, OrdersSignsAndJapaneseNamesByTheirUpperCaseCodes) {
-    // "_" lies behind the capitals and ahead of the small letters.
+    // "_" lies after the capitals and before the small letters.
     make({u"日.ini"_s, u"a.ini"_s, u"_.ini"_s, u"ア.ini"_s, u"1.ini"_s, u"é.ini"_s, u"É2.ini"_s, u"-.ini"_s});
     EXPECT_EQ(listFolder(folder.path(), u"*"_s), (QStringList{u"-.ini"_s, u"1.ini"_s, u"a.ini"_s, u"_.ini"_s,
                                                               u"é.ini"_s, u"É2.ini"_s, u"ア.ini"_s, u"日.ini"_s}));

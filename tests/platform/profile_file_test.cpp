@@ -112,7 +112,7 @@ TEST(ProfileFile, KeepsAValueWithin255BytesAndItsCharactersWhole) {
         {246, u"😀"_s, 2}, // "&#128512;" is one character more than a single unit
         {247, u"😀"_s, 0},
         {248, u"éé"_s, 1},
-        {245, u"éxxxxx;"_s, 5}, // a whole reference ahead of the cut, a semicolon behind it
+        {245, u"éxxxxx;"_s, 5}, // a whole reference before the cut, a semicolon behind it
         {250, u"&#65;x"_s, 5},  // no reference of ours: as good as any
                                 // text
         {253, u"&#65;x"_s, 2},

@@ -35,7 +35,7 @@ TEST_F(CurlFtp, AWholeRunNeedsOneLoginAndEndsInGoodbye) {
     EXPECT_EQ(internet.lastError(), kNoMoreFiles);
     EXPECT_TRUE(internet.changeDirectory(u"pub"_s));
     EXPECT_TRUE(put("a\r\nb", TransferType::Text));
-    EXPECT_FALSE(internet.findFile(u"y.htm"_s)) << "asked as binary, behind a text";
+    EXPECT_FALSE(internet.findFile(u"y.htm"_s)) << "asked as binary, after a text";
     EXPECT_EQ(internet.lastError(), kNoMoreFiles);
     EXPECT_TRUE(put("\r\n\n", TransferType::Binary, u"a.gif"_s));
     EXPECT_TRUE(internet.changeDirectory(u".."_s));
@@ -423,7 +423,7 @@ TEST_F(CurlFtp, WhatRunsIsGivenUpOnDemand) {
 }
 
 TEST_F(CurlFtp, WhatIsThrownWhileAServerIsWaitedForPassesNoLibrary) {
-    // Waited for once in our own loop, and behind that in the library's own one.
+    // Waited for once in our own loop, and after that in the library's own one.
     int waitsLeft = 1000000;
     CurlInternet network([&] { return waitsLeft-- > 0 ? true : throw std::runtime_error("painting"); });
     ASSERT_TRUE(network.openSession());

@@ -226,7 +226,7 @@ TEST_F(Download, OneThatIsStoppedLeavesTheOldFileAndNoBox) {
         shown.onPump = [&] { isStopWanted = ++pumps >= stopAt; };
         EXPECT_EQ(run(DownloadMode::Binary, ShowProgress::Yes), 0);
         EXPECT_TRUE(download.isStopped());
-        EXPECT_EQ(pumps, stopAt == 1 ? 2 : 3) << "asked behind each piece";
+        EXPECT_EQ(pumps, stopAt == 1 ? 2 : 3) << "asked after each piece";
         EXPECT_EQ(lines(u"> "_s).last(), u"close url"_s);
         EXPECT_EQ(lines(u"status: "_s).last(), u"ダウンロードを中止しました。"_s);
         EXPECT_EQ(lines(u"window: ダウンロード on HTTP | "_s).last(),

@@ -63,7 +63,7 @@ TEST_F(FtpUploadRepeat, ARefusalAnywhereLeavesAStateThatTheNextRunCompletes) {
                 sent += call;
         };
         EXPECT_FALSE(run().isDone);
-        EXPECT_EQ(number, refused + 1); // nothing is tried behind a refusal
+        EXPECT_EQ(number, refused + 1); // nothing is tried after a refusal
         EXPECT_FALSE(server.isOpen());
         EXPECT_EQ(lines(u"pointer: "_s), (QStringList{u"hourglass"_s, u"default"_s}));
         EXPECT_TRUE(lines(u"window: "_s).last().contains(u" / 不明なエラーで終了しました。 | "_s));

@@ -33,7 +33,7 @@ inline const QString kNoOffers = QStringLiteral("critical Velloria ok: update.tx
 /// One file of the web.
 struct WebFile {
     QByteArray bytes = {};
-    int error = 0; ///< behind the bytes; 0 is a good end
+    int error = 0; ///< after the bytes; 0 is a good end
 };
 
 /// A web that holds these files alone. Its calls read like "url http://a/b", "close url".
@@ -45,8 +45,8 @@ public:
     QMap<QString, WebFile> files; ///< by address; any other address can't be reached
     bool isReachable = true;
     QString detail;                     ///< of the last error
-    std::function<void()> onRead = {};  ///< ahead of each block
-    std::function<void()> onClose = {}; ///< behind each file
+    std::function<void()> onRead = {};  ///< before each block
+    std::function<void()> onClose = {}; ///< after each file
 
     bool isOpen() const { return m_isSessionOpen || m_isUrlOpen; }
 
@@ -77,7 +77,7 @@ private:
     bool m_isUrlOpen = false;
 };
 
-/// Fixture: a home behind its start whose maker has a site.
+/// Fixture: a home after its start whose maker has a site.
 class UpdateHome : public TestHome {
 protected:
     UpdateHome();

@@ -45,7 +45,7 @@ TEST_F(UpdateOverHttp, ThreeMegabytesArriveAsTheyAre) {
     run();
     EXPECT_TRUE(bytesOf(path(u"v.lzh"_s)) == bytes);
     EXPECT_TRUE(lines(u"window: "_s).last().contains(u"/ 3000000bytes received("_s));
-    EXPECT_EQ(lines(u"pump"_s).size(), 1 + 2930) << "one behind every 1024 bytes";
+    EXPECT_EQ(lines(u"pump"_s).size(), 1 + 2930) << "one after every 1024 bytes";
     EXPECT_FALSE(internet.openUrl(address(u"v"_s))) << "the session is closed";
 }
 

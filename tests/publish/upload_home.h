@@ -26,7 +26,7 @@ public:
     QString response = QStringLiteral("550 Permission denied.");
     QString detail; ///< of a refusal
     QString remark; ///< the detail of all that goes well
-    /// Called ahead of each call with its text.
+    /// Called before each call with its text.
     std::function<void(const QString& call)> beforeCall;
 
     void makeFolder(const QString& path) { m_folders.insert(path); }

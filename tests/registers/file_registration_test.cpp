@@ -260,7 +260,7 @@ TEST_F(FileRegistrationTest, ADiaryThatTakesNoRowSaysWhatWasCopied) {
     EXPECT_FALSE(known.contains(u"コピーしました"_s)) << known.toStdString();
 }
 
-/// Says yes to every question, and does something ahead of that.
+/// Says yes to every question, and does something before that.
 class BusyDesk : public ScriptedDesk {
 public:
     std::function<void()> onQuestion;

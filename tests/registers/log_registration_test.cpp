@@ -258,10 +258,10 @@ TEST_F(LogRegistrationTest, TheFolderIsKeptAlsoBehindARefusal) {
     core::WriteIni(session.DiaryIniFile, u"ALL"_s, u"LogResistPath"_s, u"other"_s);
     desk.answers = {u"no"_s};
     EXPECT_EQ(add(path(u"in/x.htm"_s)), Outcome::Refused);
-    EXPECT_EQ(keptFolder(), path(u"in"_s)) << "behind a No";
+    EXPECT_EQ(keptFolder(), path(u"in"_s)) << "after a No";
     desk.answers = {u"yes"_s};
     EXPECT_EQ(add(inData(u"x.htm"_s)), Outcome::Refused);
-    EXPECT_EQ(keptFolder(), session.DataPath + u"DiaryLog"_s) << "behind the box about the same file";
+    EXPECT_EQ(keptFolder(), session.DataPath + u"DiaryLog"_s) << "after the box about the same file";
 }
 
 // -- deleting ---------------------------------------------------------------------------------------------------------

@@ -90,7 +90,7 @@ class Ends:
         return program.returncode, events
 
     def phase(self, events):
-        """The last phase that has begun. Phase 8 is the short moment behind the last page."""
+        """The last phase that has begun. Phase 8 is the short moment after the last page."""
         titles = [event["title"] for event in events if event["event"] == "progress"]
         if any(tells(f"Uploading {LOG_PICTURES[0]}")(event) for event in events):
             return 11

@@ -202,7 +202,7 @@ TEST_F(StartupFolders, AStartThatWasCutOffIsMadeUpForByTheNext) {
         EXPECT_EQ(bytesOf(data(u"ExportFormat/"_s + name + u".ini"_s)), bytesOf(path(name + u".txt"_s)));
     EXPECT_EQ(QDir(data(u"ExportFormat"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
     EXPECT_FALSE(QDir(data(u"ExportFormat.new"_s)).exists());
-    // No room behind the first of the pictures.
+    // No room after the first of the pictures.
     const QStringList pictures{u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s, u"Snowy.gif"_s};
     for (const QString& name : pictures)
         removeFile(data(u"DiaryParts/"_s + name));

@@ -84,7 +84,7 @@ TEST_F(Durability, EveryChangeIsOnTheDiskWhenItsOperationReturns) {
         const QStringList synced = disk.synced();
         const qsizetype journal = synced.indexOf(u"diary.mdb-journal"_s);
         EXPECT_GE(journal, 0) << name << ": " << synced.join(u' ').toStdString();
-        EXPECT_GE(synced.count(u"diary.mdb-journal"_s), 2) << name << ": its pages ahead of the head that counts them";
+        EXPECT_GE(synced.count(u"diary.mdb-journal"_s), 2) << name << ": its pages before the head that counts them";
         EXPECT_GT(synced.lastIndexOf(u"diary.mdb"_s), journal) << name << ": " << synced.join(u' ').toStdString();
     }
 }

@@ -243,7 +243,7 @@ TEST_F(Rescue, IsWrittenAndTakenBackByOneProgramAtATime) {
     for (const bool isForgetting : {false, true}) {
         int gate[2];
         ASSERT_EQ(::pipe(gate), 0);
-        const pid_t child = ::fork(); // in front of the lock, which it would hold as well
+        const pid_t child = ::fork(); // before the lock, which it would hold as well
         if (child == 0) {
             char opened = 0;
             const bool isOpen = ::read(gate[0], &opened, 1) == 1;

@@ -1,4 +1,4 @@
-// A started program folder with the main window, as a person sees it behind the start.
+// A started program folder with the main window, as a person sees it after the start.
 #pragma once
 
 #include "desktop/context.h"

@@ -20,11 +20,11 @@ public:
     QStringList synced() const;
     /// From here on the disk fails for names that end like this, as one does that breaks while it is written to.
     void refuse(const QString& ending);
-    /// Called ahead of each.
+    /// Called before each.
     void onSync(std::function<void()> called);
 };
 
-/// Asked ahead of each fsync and fdatasync, watched or not: true refuses it, with the reason in errno.
+/// Asked before each fsync and fdatasync, watched or not: true refuses it, with the reason in errno.
 extern bool (*refusesSync)(int descriptor);
 
 } // namespace velloria::tests

@@ -28,7 +28,7 @@ inline bool waitsForTurn(const QString& folder, const std::function<void(const s
     return isWaiting;
 }
 
-/// The same with the other program's turn ahead of all.
+/// The same with the other program's turn before all.
 inline bool waitsForTurn(const QString& folder, const std::function<void()>& action) {
     return waitsForTurn(folder, [&](const std::function<void()>& begin) {
         begin();

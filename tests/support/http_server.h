@@ -18,9 +18,9 @@ public:
     HttpServer& operator=(const HttpServer&) = delete;
 
     int port() const { return m_port; }
-    /// One answer a connection, in this order; the last one stays. Each connection ends behind its answer.
+    /// One answer a connection, in this order; the last one stays. Each connection ends after its answer.
     void answerWith(const QList<QByteArray>& answers);
-    /// From now on a connection stays open behind the last of the answers, and nothing more comes.
+    /// From now on a connection stays open after the last of the answers, and nothing more comes.
     void stayOpen() { m_staysOpen = true; }
     /// The head of the last request.
     QByteArray request() const;

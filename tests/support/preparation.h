@@ -1,4 +1,4 @@
-// What every test program does ahead of its tests.
+// What every test program does before its tests.
 #pragma once
 
 #include <QTemporaryDir>
@@ -7,7 +7,7 @@ namespace velloria::tests {
 
 /// Takes the place of the home folder of whoever runs the tests, as long as it lives, and tells each test that is
 /// skipped, on a line "SKIPPED Suite.Test: reason". With CI=true a skipped test is a failure: nobody reads its list.
-/// To be made behind gtest and ahead of the application. A program that ends before it lets this go has failed,
+/// To be made after gtest and before the application. A program that ends before it lets this go has failed,
 /// whatever its exit code: there are tests that have not run.
 class Preparation {
 public:

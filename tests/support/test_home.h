@@ -56,7 +56,7 @@ protected:
     const core::Run run{session, clock, desk};
 };
 
-/// Fixture: a home behind its first start, the session of that start, and words to fill and read it.
+/// Fixture: a home after its first start, the session of that start, and words to fill and read it.
 class TestHome : public FactoryHome {
 protected:
     TestHome();

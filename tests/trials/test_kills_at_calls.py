@@ -14,7 +14,7 @@ CALLS = ("openat,open,creat,write,pwrite64,writev,rename,renameat,renameat2,unli
 
 class KillsAtCalls(TrialTest):
     def traced(self, words, when=None):
-        """The command line under strace, killed ahead of the call of that number."""
+        """The command line under strace, killed before the call of that number."""
         log = os.path.join(self.inputs, "calls")
         kill = ["-e", f"inject={CALLS}:signal=KILL:when={when}"] if when else []
         return ["strace", "-f", "-qq", "-o", log, "-e", f"trace={CALLS}", *kill, *words], log

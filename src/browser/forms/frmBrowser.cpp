@@ -99,12 +99,12 @@ frmBrowser::frmBrowser(desktop::Context& context)
 
 frmBrowser::~frmBrowser() {
     desktop::runCommand(m_context.desk, [this] { keep(); });
-    delete m_view; // ahead of its profile
+    delete m_view; // before its profile
 }
 
 // ---- the boxes that are typed in
 
-/// The keys of the two boxes that are typed in, ahead of what the key does to the text. A box has the focus itself and
+/// The keys of the two boxes that are typed in, before what the key does to the text. A box has the focus itself and
 /// hands its events on to its line.
 bool frmBrowser::eventFilter(QObject* watched, QEvent* event) {
     if (m_isWaitingForDrawing && event->type() == QEvent::Expose &&
@@ -251,7 +251,7 @@ void frmBrowser::showEvent(QShowEvent* event) {
     waitForDrawing();
 }
 
-/// The main window is drawn as soon as the screen has it: what the event loop does next comes behind the drawing.
+/// The main window is drawn as soon as the screen has it: what the event loop does next comes after the drawing.
 void frmBrowser::waitForDrawing() {
     if (m_view || m_isWaitingForDrawing)
         return;

@@ -20,7 +20,7 @@ namespace velloria::browser {
 
 class WebPage;
 
-/// The engine starts behind the first drawing of the main window, so that nobody waits for it at the start; what is
+/// The engine starts after the first drawing of the main window, so that nobody waits for it at the start; what is
 /// navigated to before comes then.
 class frmBrowser : public desktop::MdiChild {
     Q_OBJECT

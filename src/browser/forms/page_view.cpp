@@ -147,7 +147,7 @@ void PageView::dragLeaveEvent(QDragLeaveEvent* event) {
 void PageView::dropEvent(QDropEvent* event) {
     if (!acceptsPicture(*event))
         return;
-    // Behind the drop: the maker may have a box to show, and whoever drags waits for the drop's end.
+    // After the drop: the maker may have a box to show, and whoever drags waits for the drop's end.
     QTimer::singleShot(0, this, [this, path = *desktop::droppedImage(*event)] {
         desktop::runCommand(m_context.desk, [&] { m_context.requests.makeImage(path); });
     });

@@ -61,7 +61,7 @@ window.addEventListener('load', () => {
 });
 )js";
 
-/// So many boxes of one document may be what it is for; behind each such number the reader is asked.
+/// So many boxes of one document may be what it is for; after each such number the reader is asked.
 constexpr int kBoxesOfAGoodPage = 3;
 
 bool isOfWeb(const QUrl& url) {
@@ -108,7 +108,7 @@ WebPage::WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webL
         if (m_isStopped)
             QTimer::singleShot(0, this, &WebPage::readWithoutScripts);
     });
-    // Both go on behind the event: what they ask for may load this very page anew.
+    // Both go on after the event: what they ask for may load this very page anew.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl wanted = request.requestedUrl();
         if (mayOpen(wanted) && !wanted.scheme().startsWith(u"about"_s))
@@ -148,7 +148,7 @@ void WebPage::navigate(const QUrl& url) {
     if (!isOtherMark)
         return;
     // Where the mark alone differs the engine goes to it in the text that it has, and takes two loads at once for one.
-    // What it answers to the script comes behind the first, and then the second reads the file anew.
+    // What it answers to the script comes after the first, and then the second reads the file anew.
     m_target = url;
     runJavaScript(u"1"_s, QWebEngineScript::ApplicationWorld, [this, isAlive = m_isAlive](const QVariant&) {
         if (*isAlive && !m_target.isEmpty())
@@ -233,7 +233,7 @@ bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
     return isYes;
 }
 
-/// A box serves events: the window may be gone behind it.
+/// A box serves events: the window may be gone after it.
 void WebPage::showBox(const std::function<void()>& box) {
     if (m_isStopped)
         return;

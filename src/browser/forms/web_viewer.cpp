@@ -51,7 +51,7 @@ WebViewer::WebViewer(desktop::Context& context, const QString& name)
 }
 
 WebViewer::~WebViewer() {
-    delete m_view; // ahead of its profile
+    delete m_view; // before its profile
 }
 
 void WebViewer::Navigate(const QString& path) {

@@ -94,7 +94,7 @@ void frmCalender::showEvent(QShowEvent* event) {
 void frmCalender::changeEvent(QEvent* event) {
     MdiChild::changeEvent(event);
     const bool isFont = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
-    if (isFont && widget()) // behind it, for the contents hear of it later
+    if (isFont && widget()) // after it, for the contents hear of it later
         QMetaObject::invokeMethod(this, &frmCalender::fitToFont, Qt::QueuedConnection);
 }
 

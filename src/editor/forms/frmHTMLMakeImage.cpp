@@ -88,7 +88,7 @@ void frmHTMLMakeImage::connectControls() {
         connect(box, &desktop::LineBox::changed, this, name);
     for (QCheckBox* box : {ui->chk_FileRename, ui->chk_AutoFileName})
         connect(box, &QCheckBox::toggled, this, name);
-    // Behind the drop: a preview may have a box to show, and whoever drags waits for the drop's end.
+    // After the drop: a preview may have a box to show, and whoever drags waits for the drop's end.
     connect(
         ui->txt_InsertTag, &desktop::TextPane::imageDropped, this,
         [this](const QString& path) { run([&] { choose(path); }); }, Qt::QueuedConnection);

@@ -106,7 +106,7 @@ void frmResistFiles::BtnDelete_Click() {
     const store::FileRow row = m_rows[std::size_t(ui->ResisterdList->currentRow())];
     platform::Outcome outcome = platform::Outcome::Done;
     run([&] { outcome = m_register.deleteFile(row); });
-    // Also behind a failure: when the file could not be removed, its row has gone all the same.
+    // Also after a failure: when the file could not be removed, its row has gone all the same.
     if (outcome == platform::Outcome::Done)
         fillList();
 }

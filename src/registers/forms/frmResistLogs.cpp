@@ -107,7 +107,7 @@ void frmResistLogs::BtnDelete_Click() {
     const store::LogRow row = m_rows[std::size_t(ui->ResisterdList->currentRow())];
     platform::Outcome outcome = platform::Outcome::Done;
     run([&] { outcome = m_register.deleteLog(row); });
-    // Also behind a failure: when a page could not be removed, its row has gone all the same.
+    // Also after a failure: when a page could not be removed, its row has gone all the same.
     if (outcome == platform::Outcome::Done)
         fillList();
 }

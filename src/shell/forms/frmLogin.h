@@ -11,7 +11,7 @@ class frmLogin;
 
 namespace velloria::shell {
 
-/// Modal. Its variables stay readable behind its end.
+/// Modal. Its variables stay readable after its end.
 class frmLogin : public QDialog {
     Q_OBJECT
 public:

@@ -48,7 +48,7 @@ void frmFind::Btn_OK_Click() {
     const QString file = session.DataPath + u"findtmp.htm"_s;
     const int count = MakeFindPage(m_context, file, *search);
     m_context.desk.status(findStatus(search->word, count));
-    accept(); // ahead of the result, which comes to the front of all windows
+    accept(); // before the result, which comes to the front of all windows
     m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(findCaption(count), file);
 }
 
