@@ -1,6 +1,5 @@
 #include "site/calendar_page.h"
 
-#include "core/day_key.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
 #include "core/site_keys.h"
@@ -15,7 +14,7 @@ class Grid {
 public:
     Grid(MonthRun& run, int year, int month, QString target)
         : m_run(run)
-        , m_page(run.pages.append(run.calenderFile))
+        , m_page(run.pages.append(run.plan.calenderFile()))
         , m_year(year)
         , m_month(month)
         , m_target(std::move(target))
@@ -105,12 +104,10 @@ private:
     }
 
     QString address(const QString& date) const {
-        const Division& division = m_run.division;
-        if (!division.isOnOtherPage(date))
-            return core::GetFileName(m_run.diaryFile) + u'#' + date;
-        if (division.useFileName2Day == 1)
-            return core::dayFileName(date) + u".htm"_s;
-        return dividedPageName(m_run.diaryFile, division.pageOf(date)) + u'#' + date;
+        const std::optional<QString> otherFile = m_run.plan.otherFileOf(date);
+        if (otherFile && m_run.plan.hasDayFiles())
+            return *otherFile;
+        return otherFile.value_or(core::GetFileName(m_run.plan.diaryFile())) + u'#' + date;
     }
 
     MonthRun& m_run;

@@ -1,6 +1,5 @@
 #include "site/day_list.h"
 
-#include "core/day_key.h"
 #include "core/site_keys.h"
 
 using namespace Qt::StringLiterals;
@@ -11,11 +10,11 @@ namespace {
 /// The opening tag of an entry's link. Without titles a day's page is entered at its top, with titles at the entry.
 QString openingTag(const MonthRun& run, const store::Entry& entry, bool hasTitles) {
     const QString anchor = u'#' + entry.day + u'_' + QString::number(entry.number) + u"\">"_s;
-    if (!run.division.isOnOtherPage(entry.day))
+    const std::optional<QString> otherFile = run.plan.otherFileOf(entry.day);
+    if (!otherFile)
         return u"<a href=\""_s + anchor;
-    if (run.division.useFileName2Day == 1)
-        return u"<a href=\"./"_s + core::dayFileName(entry.day) + u".htm"_s + (hasTitles ? anchor : u"\">"_s);
-    return u"<a href=\"./"_s + dividedPageName(run.diaryFile, run.division.pageOf(entry.day)) + anchor;
+    const bool leadsToTop = run.plan.hasDayFiles() && !hasTitles;
+    return u"<a href=\"./"_s + *otherFile + (leadsToTop ? u"\">"_s : anchor);
 }
 
 void printTableRow(Page& page, const QString& link, const QString& genre, const store::Entry& entry, bool hasTitles) {

@@ -11,35 +11,16 @@ namespace velloria::site {
 
 Division Division::read(const SiteSettings& settings) {
     Division division;
-    division.diaryDivide = settings.number(keys::divide::kDiaryDivide);
-    division.diaryTerm = settings.number(keys::divide::kDiaryTerm);
-    if (division.diaryTerm == 0)
-        division.diaryTerm = 31;
-    division.diaryOnTop = settings.number(keys::divide::kDiaryOnTop);
-    if (division.diaryDivide == 1 && division.diaryTerm == 1)
-        division.useFileName2Day = settings.number(keys::divide::kUseFileName2Day);
+    const int divide = settings.number(keys::divide::kDiaryDivide);
+    division.divided = divide == 0 ? Divided::No : divide == 1 ? Divided::Yes : Divided::Unlinked;
+    division.daysPerPage = settings.number(keys::divide::kDiaryTerm);
+    if (division.daysPerPage == 0)
+        division.daysPerPage = 31;
+    if (settings.number(keys::divide::kDiaryOnTop) != 1)
+        division.firstPage = FirstPage::OnPageOfItsOwn;
+    if (division.hasOneDayPerPage() && settings.number(keys::divide::kUseFileName2Day) == 1)
+        division.names = PageNames::Day;
     return division;
-}
-
-void Division::countPages(const QStringList& days) {
-    dayPage.fill(-1);
-    int page = diaryOnTop == 1 ? 0 : 1;
-    int daysOnPage = 1;
-    for (const QString& day : days) {
-        dayPage[std::size_t(dayOfMonth(day) - 1)] = qint16(page);
-        if (daysOnPage == diaryTerm) {
-            daysOnPage = 1;
-            ++page;
-        } else {
-            ++daysOnPage;
-        }
-    }
-    // A last page that is exactly full has opened one page too many.
-    lastPage = IsMultiple(double(days.size()), diaryTerm) ? page - 1 : page;
-}
-
-int Division::pageOf(const QString& day) const {
-    return dayPage[std::size_t(dayOfMonth(day) - 1)];
 }
 
 bool IsMultiple(double a, double b) {

@@ -1,6 +1,5 @@
 #include "site/entry_page.h"
 
-#include "core/day_key.h"
 #include "core/path_names.h"
 #include "core/site_keys.h"
 #include "site/entry_look.h"
@@ -13,32 +12,20 @@ namespace velloria::site {
 namespace {
 
 QString topLink(const MonthRun& run, int page) {
-    const bool isDivided = run.division.diaryDivide != 0;
+    const bool isDivided = run.plan.isDivided();
     const bool leadsToTopPage = run.settings.text(keys::divide::kTopLink) == u"TopPage"_s;
     if (isDivided && !leadsToTopPage)
         return u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>"_s;
     if (isDivided && page >= 1)
-        return u"<DIV ALIGN=\"RIGHT\"><A HREF=\"./"_s + core::GetFileName(run.diaryFile) +
+        return u"<DIV ALIGN=\"RIGHT\"><A HREF=\"./"_s + core::GetFileName(run.plan.diaryFile()) +
                u"#TOP\">top of month</A></DIV>"_s;
     return u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#this_month\">top</A></DIV>"_s;
-}
-
-QString newPagePath(const MonthRun& run, int page) {
-    const Division& division = run.division;
-    const QString folder = core::withSeparator(core::GetParentFolder(run.diaryFile));
-    if (division.useFileName2Day == 1) {
-        for (const QString& day : run.days) {
-            if (division.pageOf(day) == page)
-                return folder + core::dayFileName(day) + u".htm"_s;
-        }
-    }
-    return folder + dividedPageName(run.diaryFile, page);
 }
 
 } // namespace
 
 void MakeDiaryPage(MonthRun& run, PageMode mode, int page) {
-    const QString path = mode == PageMode::Append ? run.diaryFile : newPagePath(run, page);
+    const QString path = run.plan.pathOf(page);
     Page& text = mode == PageMode::Append ? run.pages.append(path) : run.pages.create(path);
     if (mode == PageMode::New)
         printDividedHead(text, run);
@@ -47,9 +34,8 @@ void MakeDiaryPage(MonthRun& run, PageMode mode, int page) {
     for (const store::Entry& entry : run.entries) {
         // Before the filter: the calendar's links find their day on whichever page they lead to.
         text.print(u"<A Name=\""_s, entry.day, u"\"></A>"_s);
-        if (run.division.diaryDivide != 0 && run.division.pageOf(entry.day) != page)
-            continue;
-        look.print(text, entry);
+        if (run.plan.isOn(page, entry.day))
+            look.print(text, entry);
     }
     if (run.settings.isOn(keys::page_move_link::kPageMoveOn))
         printPageMoveLinks(text, run, page);

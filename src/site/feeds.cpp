@@ -8,8 +8,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
-#include "site/division.h"
-#include "site/month_run.h"
+#include "site/page_plan.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,38 +24,37 @@ class ItemAddresses {
 public:
     ItemAddresses(const SiteSettings& settings, const QString& diaryUrl, const QStringList& publicDays)
         : m_diaryUrl(diaryUrl)
-        , m_division(Division::read(settings))
         , m_hasFrames(settings.isOn(keys::frame::kFrameOn)) {
-        m_hasPages = m_division.diaryDivide == 1 && m_division.useFileName2Day != 0;
-        if (m_hasPages)
-            m_division.countPages(publicDays);
+        const Division division = Division::read(settings);
+        m_isDivided = division.divided == Divided::Yes;
+        // Not only 0 and 1 count here: with any other number the addresses are numbered ones.
+        m_dayNames = division.hasOneDayPerPage() ? settings.number(keys::divide::kUseFileName2Day) : 0;
+        if (m_dayNames != 0)
+            m_plan = PagePlan(division, publicDays);
     }
 
     QString address(const QString& day) const {
-        const int page = m_hasPages ? m_division.pageOf(day) : 0;
-        const bool isDivided = m_division.diaryDivide == 1;
-        if (page != 0 && isDivided && m_division.useFileName2Day == 1)
-            return base() + core::dayFileName(day) + u".htm#"_s + day;
-        if (page != 0 && isDivided)
-            return base() + core::twoDigits(page) + u".htm#"_s + day;
-        if (isDivided && m_hasFrames)
+        const int page = m_dayNames != 0 ? m_plan.pageOf(day) : 0;
+        if (page != 0)
+            return base() + (m_dayNames == 1 ? core::dayFileName(day) : core::twoDigits(page)) + u".htm#"_s + day;
+        if (m_isDivided && m_hasFrames)
             return core::GetBaseName(m_diaryUrl) + u"_D.htm#"_s + day;
         return m_diaryUrl + u'#' + day;
     }
 
 private:
-    /// Of a day that is not on the month file. Without frames the two forms have changed places.
+    /// Of a day that is not on the month file. Without frames a day's own file is given as one that hangs on that file.
     QString base() const {
-        const bool isFolder = m_hasFrames ? m_division.useFileName2Day == 1 : m_division.useFileName2Day == 0;
-        if (isFolder)
+        if (m_hasFrames && m_dayNames == 1)
             return m_diaryUrl.left(m_diaryUrl.lastIndexOf(u'/') + 1);
         return core::GetBaseName(m_diaryUrl) + (m_hasFrames ? u"_D_"_s : u"_"_s);
     }
 
     QString m_diaryUrl;
-    Division m_division;
     bool m_hasFrames;
-    bool m_hasPages = false;
+    bool m_isDivided = false;
+    int m_dayNames = 0; ///< `UseFileName2Day`
+    PagePlan m_plan;    ///< when days have other pages
 };
 
 QStringList daysOf(const std::vector<store::Entry>& entries) {

@@ -34,19 +34,18 @@ void printLogSelection(Page& page, const std::vector<store::LogRow>& logs, bool 
 
 void MakeFrameSet(MonthRun& run) {
     const SiteSettings& settings = run.settings;
-    const QString base = core::GetBaseName(core::GetFileName(run.path));
     const QString border = settings.text(keys::frame::kBorder);
     const QString borderWord = border == u"0"_s ? u"NO"_s : border == u"1"_s ? u"YES"_s : QString();
-    Page& page = run.pages.create(run.path);
+    Page& page = run.pages.create(run.plan.monthFile());
     page.print(u"<HTML lang=\"ja\">"_s);
     page.print(u"<HEAD>"_s);
     page.print(u"<TITLE>"_s, settings.text(keys::general::kHPTitle), u"</TITLE>"_s);
     page.print(u"<FRAMESET COLS="_s, settings.text(keys::frame::kCalenderFrameSize), u",* FRAMEBORDER=\""_s, borderWord,
                u"\">"_s);
-    page.print(u"<FRAME SRC=\"./"_s, base, u"_C.htm\" Name=\"CALENDER\" Scrolling=\""_s,
+    page.print(u"<FRAME SRC=\"./"_s, core::GetFileName(run.plan.calenderFile()), u"\" Name=\"CALENDER\" Scrolling=\""_s,
                word(settings.number(keys::frame::kScrolling), u"NO"_s, u"YES"_s), u"\" "_s,
                word(settings.number(keys::frame::kResize), u"NORESIZE"_s, u"RESIZE"_s), u">"_s);
-    page.print(u"<FRAME SRC=\"./"_s, base, u"_D.htm\" Name=\"DIARY\">"_s);
+    page.print(u"<FRAME SRC=\"./"_s, core::GetFileName(run.plan.diaryFile()), u"\" Name=\"DIARY\">"_s);
     if (run.rssOn)
         printFeedLinks(page, run.feedBase);
     page.print(u"</HEAD></HTML>"_s);
@@ -54,7 +53,7 @@ void MakeFrameSet(MonthRun& run) {
 
 void MakeCalenderFrame(MonthRun& run, int year, int month) {
     const SiteSettings& settings = run.settings;
-    Page& page = run.pages.create(run.calenderFile);
+    Page& page = run.pages.create(run.plan.calenderFile());
     page.print(u"<HTML lang=\"ja\">"_s);
     page.print(u"<HEAD>"_s);
     page.print(QStringView(kCharsetLine));
@@ -76,7 +75,7 @@ void MakeLogList(MonthRun& run, const registers::LogRegister& logs) {
     const QString align = settings.text(keys::general::kLogAlign);
     const bool isLeft = align == u"Left"_s;
     const bool hasFrames = settings.number(keys::frame::kFrameOn) != 0;
-    Page& page = run.pages.append(run.calenderFile);
+    Page& page = run.pages.append(run.plan.calenderFile());
     page.print(u"<HR>"_s);
     page.print(u"<P Align="_s, align, u">"_s);
     if (isLeft)

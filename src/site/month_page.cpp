@@ -1,7 +1,6 @@
 #include "site/month_page.h"
 
 #include "core/date_forms.h"
-#include "core/day_key.h"
 #include "core/path_names.h"
 #include "core/site_keys.h"
 #include "platform/failure.h"
@@ -56,20 +55,21 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
     const std::optional<QDate> month = dateOf(yearMonth, m_run.clock.now().date().year(), pageKind);
     Pages pages(isPreview(path) ? localPageMode(m_run.session) : kOrdinaryMode);
     MonthRun run{m_run.session, settings, pages, path, yearMonth, pageKind};
-    readDivision(run);
+    const Division division = readDivision(run);
     readEntries(run, withPrivate);
-    requireNumbers(run, month.has_value());
+    requireNumbers(run, division, month.has_value());
     // The feeds come first: without a public entry the run ends here and touches no page.
     makeFeeds(run);
-    run.division.countPages(run.days);
-    chooseFiles(run);
+    run.plan = PagePlan(division, run.days, path, run.frameOn ? Frames::Yes : Frames::No);
+    if (run.frameOn)
+        MakeFrameSet(run);
 
-    Page& page = pages.create(run.diaryFile);
+    Page& page = pages.create(run.plan.diaryFile());
     printHead(page, run);
     printHeading(page, run, month);
     if (month)
         printCalendar(run, page, *month);
-    printDayList(pages.append(run.diaryFile), run);
+    printDayList(pages.append(run.plan.diaryFile()), run);
     printEntries(run);
     if (pageKind == PageKind::Current && settings.isOn(keys::general::kUseLog))
         MakeLogList(run, m_logs);
@@ -95,14 +95,16 @@ void MonthPage::makeFeeds(MonthRun& run) const {
     feeds.MakeRSS();
 }
 
-void MonthPage::readDivision(MonthRun& run) const {
+Division MonthPage::readDivision(MonthRun& run) const {
     const bool isCurrent = run.pageKind == PageKind::Current;
+    Division division;
     if (isCurrent || run.settings.isOn(keys::divide::kLogDivide))
-        run.division = Division::read(run.settings);
+        division = Division::read(run.settings);
     // A preview with private entries must not take the name of a day page that the upload sends to the server.
     if (isPreview(run.path) && uploadTakesFrom(m_run.session.DataPath))
-        run.division.useFileName2Day = 0;
+        division.names = PageNames::Number;
     run.frameOn = isCurrent && run.settings.isOn(keys::frame::kFrameOn);
+    return division;
 }
 
 bool MonthPage::isPreview(const QString& path) const {
@@ -129,17 +131,6 @@ void MonthPage::readEntries(MonthRun& run, WithPrivate withPrivate) const {
     }
 }
 
-void MonthPage::chooseFiles(MonthRun& run) const {
-    if (run.frameOn) {
-        run.diaryFile = core::GetBaseName(run.path) + u"_D.htm"_s;
-        run.calenderFile = core::GetBaseName(run.path) + u"_C.htm"_s;
-        MakeFrameSet(run);
-    } else {
-        run.diaryFile = run.path;
-        run.calenderFile = run.path;
-    }
-}
-
 void MonthPage::printCalendar(MonthRun& run, Page& page, const QDate& month) const {
     if (run.frameOn) {
         MakeCalenderFrame(run, month.year(), month.month());
@@ -151,28 +142,25 @@ void MonthPage::printCalendar(MonthRun& run, Page& page, const QDate& month) con
 }
 
 void MonthPage::printEntries(MonthRun& run) const {
-    const Division& division = run.division;
-    if (division.diaryDivide == 0 || division.diaryOnTop == 1) {
-        Page& page = run.pages.append(run.diaryFile);
+    if (run.plan.startsOnDiaryFile()) {
+        Page& page = run.pages.append(run.plan.diaryFile());
         page.print(u"<HR>"_s);
         page.print();
         MakeDiaryPage(run, PageMode::Append, 0);
     }
-    if (division.diaryDivide != 0) {
-        for (int page = 1; page <= division.lastPage; ++page)
-            MakeDiaryPage(run, PageMode::New, page);
-    }
+    for (int page = 1; page <= run.plan.lastPage(); ++page)
+        MakeDiaryPage(run, PageMode::New, page);
 }
 
 void MonthPage::printFoot(MonthRun& run) const {
     if (run.frameOn) {
-        Page& column = run.pages.append(run.calenderFile);
+        Page& column = run.pages.append(run.plan.calenderFile());
         column.print(run.settings.piece(keys::calender_window::kDownText));
         column.print(u"</BODY>\r\n</HTML>"_s);
-        run.pages.commit(run.calenderFile);
+        run.pages.commit(run.plan.calenderFile());
     }
-    printTail(run.pages.append(run.diaryFile), run);
-    run.pages.commit(run.diaryFile);
+    printTail(run.pages.append(run.plan.diaryFile()), run);
+    run.pages.commit(run.plan.diaryFile());
     // Last of all: until both frames are there the old page stays. The page of a day may have taken its name.
     if (run.frameOn && run.pages.isUnfinished(run.path))
         run.pages.commit(run.path);
@@ -186,20 +174,8 @@ std::vector<core::UploadRow> MonthPage::listOf(const MonthRun& run) {
         for (const QString& ending : clsRSSreader::endings())
             rows.push_back({folder, base + ending});
     }
-    rows.push_back({folder, core::GetFileName(run.path)});
-    if (run.frameOn) {
-        rows.push_back({folder, core::GetFileName(run.diaryFile)});
-        rows.push_back({folder, core::GetFileName(run.calenderFile)});
-    }
-    const Division& division = run.division;
-    if (division.diaryDivide == 1 && division.useFileName2Day != 1) {
-        for (int page = 1; page <= division.lastPage; ++page)
-            rows.push_back({folder, dividedPageName(run.diaryFile, page)});
-    } else if (division.diaryDivide == 1) {
-        // With the first page on the month file the newest day has no page of its own.
-        for (qsizetype i = division.diaryOnTop == 1 ? 1 : 0; i < run.days.size(); ++i)
-            rows.push_back({folder, core::dayFileName(run.days[i]) + u".htm"_s});
-    }
+    for (const QString& name : run.plan.fileNames())
+        rows.push_back({folder, name});
     return rows;
 }
 

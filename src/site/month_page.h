@@ -27,8 +27,7 @@ private:
     void makeFeeds(MonthRun& run) const;
     bool isPreview(const QString& path) const;
     bool uploadTakesFrom(const QString& folder) const;
-    void readDivision(MonthRun& run) const;
-    void chooseFiles(MonthRun& run) const;
+    Division readDivision(MonthRun& run) const;
     void printCalendar(MonthRun& run, Page& page, const QDate& month) const;
     void printEntries(MonthRun& run) const;
     void printFoot(MonthRun& run) const;

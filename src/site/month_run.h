@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/session.h"
-#include "site/division.h"
 #include "site/page.h"
+#include "site/page_plan.h"
 #include "site/site_settings.h"
 #include "store/entry.h"
 
@@ -27,15 +27,10 @@ struct MonthRun {
     std::vector<store::Entry>
         entries{};      ///< of the month, newest day and highest number first; private ones left out or not
     QStringList days{}; ///< days with such entries, newest first
-    Division division{};
+    PagePlan plan{};
     bool frameOn = false;
     bool rssOn = false;
-    QString feedBase{};     ///< address of the month file without its extension: prefix of the feeds' addresses
-    QString diaryFile{};    ///< takes the diary text
-    QString calenderFile{}; ///< takes calendar and log list
+    QString feedBase{}; ///< address of the month file without its extension: prefix of the feeds' addresses
 };
-
-/// Name of a divided page that hangs on `diaryFile`: "x_01.htm".
-QString dividedPageName(const QString& diaryFile, int page);
 
 } // namespace velloria::site

@@ -14,7 +14,7 @@ void read(const SiteSettings& settings, std::initializer_list<core::Setting> num
 
 } // namespace
 
-void requireNumbers(const MonthRun& run, bool hasMonth) {
+void requireNumbers(const MonthRun& run, const Division& division, bool hasMonth) {
     const SiteSettings& settings = run.settings;
     read(settings, {keys::day_list::kAddTitle, keys::day_list::kUse, keys::day_list::kMarginLeft, keys::calender::kUse,
                     keys::general::kUseLog, keys::general::kGenre, keys::general::kUseCategory,
@@ -26,8 +26,7 @@ void requireNumbers(const MonthRun& run, bool hasMonth) {
     if (hasMonth && (run.frameOn || settings.isOn(keys::calender::kUse)))
         read(settings, {keys::frame::kFrameOn, keys::calender::kNoBorder, keys::calender::kBorderSize,
                         keys::calender::kCellPadding, keys::calender::kFirstDayOfWeek});
-    const bool hasEntryPage = run.division.diaryDivide == 0 || run.division.diaryOnTop == 1 || !run.entries.empty();
-    if (hasEntryPage)
+    if (division.startsOnMonthFile() || !run.entries.empty())
         read(settings, {keys::contents::kTableBorder, keys::contents::kCellspacing, keys::contents::kTableWidth,
                         keys::general::kWeather, keys::page_move_link::kPageMoveOn});
 }
