@@ -7,8 +7,9 @@
 
 namespace velloria::publish {
 
-/// One session. `keepGoing` is called while a server is waited for, about 25 times a second; when it returns false the
-/// call fails with 12017.
+/// One session, in one thread. What `keepGoing` throws, and what is thrown by whoever paints in it, comes out of the
+/// call that was waiting; all else is a number. `keepGoing` is called while a server is waited for, about 25 times a
+/// second; when it returns false the call fails with 12017.
 class CurlInternet : public Internet {
 public:
     explicit CurlInternet(KeepGoing keepGoing = {});

@@ -17,7 +17,12 @@ namespace velloria::publish {
 /// False gives up what is running.
 using KeepGoing = std::function<bool()>;
 
-/// Runs one transfer after another on one handle, which keeps its connection between them.
+/// Runs one transfer after another on one handle, which keeps its connection between them. In one thread; a transfer
+/// that fails is a result, not thrown.
+///
+///     CURL* easy = run.prepare(); // forgets the options of the last one
+///     curl_easy_setopt(easy, CURLOPT_URL, address);
+///     const CURLcode result = run.perform();
 class CurlRun {
 public:
     explicit CurlRun(KeepGoing keepGoing);

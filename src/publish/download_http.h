@@ -31,6 +31,11 @@ struct DownloadCalls {
     std::function<bool()> isStopWanted = {}; ///< by the button of the progress window
 };
 
+/// One download after the other over an open session, in the thread of the windows.
+///
+///     DownloadHttp download(internet, desk, calls);
+///     if (download.DownloadHTTP(url, file, DownloadMode::Binary, ShowProgress::Yes) == 0 && !download.isStopped())
+///         reason = download.networkError(); // the person knows already
 class DownloadHttp {
 public:
     /// `session` is open.

@@ -10,9 +10,11 @@
 
 namespace velloria::publish {
 
-/// Logs in once. A connection that is lost is never made again in silence, because the new one would stand in another
-/// directory: everything after it fails with 12030. Names travel as code page bytes; one that the code page lacks, or
-/// that holds a line end or NUL, is refused before anything is sent.
+/// open comes first and close last; between them commands in any order, in one thread. A refusal is false with a
+/// number, nothing is thrown but what painting throws while a server is waited for. Logs in once. A connection that is
+/// lost is never made again in silence, because the new one would stand in another directory: everything after it fails
+/// with 12030. Names travel as code page bytes; one that the code page lacks, or that holds a line end or NUL, is
+/// refused before anything is sent.
 class FtpConnection {
 public:
     FtpConnection(KeepGoing keepGoing, FtpTrace trace);

@@ -6,6 +6,7 @@
 
 namespace velloria::publish {
 
+/// CheckFTPFolder comes before ChangeFTPDirectory, for it alone makes a missing folder. A refusal is false, not thrown.
 /// Both routines work in the connection's current directory, tell on the status panel what they do, and tell in a box
 /// why they return false.
 class FtpFolders {

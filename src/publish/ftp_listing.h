@@ -8,7 +8,12 @@ namespace velloria::publish {
 /// Whether a server takes the name in "LIST name" for that name alone, and for no option or pattern.
 bool isPlainForListing(const QByteArray& name);
 
-/// Whether the name's line was in a listing, read piece by piece without keeping it.
+/// Whether the name's line was in a listing, read piece by piece without keeping it. For one listing; nothing is thrown
+/// into the library, which a lack of memory ends as a failed transfer.
+///
+///     FtpListing listing(name);
+///     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &FtpListing::receive);
+///     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &listing);
 class FtpListing {
 public:
     /// Without a name every line is a find.

@@ -9,7 +9,13 @@
 
 namespace velloria::publish {
 
-/// Puts the lines of the control connection together to replies. Memory is bounded whatever the server sends.
+/// Puts the lines of the control connection together to replies. Memory is bounded whatever the server sends; lines
+/// that are no reply are no failure.
+///
+///     replies.begin();
+///     replies.sent("SIZE a.htm");
+///     replies.received("550 No such file.\r\n");
+///     replies.codeOf("SIZE"); // 550
 class FtpReplies {
 public:
     /// A new operation: counts from 0. The last reply itself stays until another comes.

@@ -12,6 +12,7 @@ namespace velloria::publish {
 /// Takes one line: "> " and a command, "< " and an answer, "* " and the transfer library's own words. Never a password.
 using Trace = std::function<void(const QString& line)>;
 
+/// What is to stay out is named before anything passes. Throws nothing of its own.
 class FtpTrace {
 public:
     explicit FtpTrace(Trace trace)

@@ -24,7 +24,12 @@ struct UploadResult {
     QString reason = {}; ///< one line for standard error, "" when it is done
 };
 
-/// One run. What the user sees of it are the progress window, the status panel, the pointer and the boxes of the folder
+/// One run, in the thread of the windows, which go on being served:
+///
+///     CurlInternet internet(keepGoing);
+///     const UploadResult result = FtpUpload(run, internet, calls).FTP_Execute();
+///
+/// What the user sees of it are the progress window, the status panel, the pointer and the boxes of the folder
 /// routines; "upload.log" keeps what passed on the connection. Nothing is tried twice: the first refusal ends the run,
 /// and the next one starts over. While one runs, no other begins with the same user's folder, in whatever program.
 class FtpUpload {

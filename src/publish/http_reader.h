@@ -7,8 +7,10 @@
 
 namespace velloria::publish {
 
-/// Past all caches, redirections followed to other pages of the web only and never from encryption to none,
-/// certificates checked. No more is held than what the network delivers between two blocks.
+/// open, then read until "" comes, then close, in one thread; a failure is false or "" with a number, and nothing is
+/// thrown but what painting throws meanwhile. Past all caches, redirections followed to other pages of the web only and
+/// never from encryption to none, certificates checked. No more is held than what the network delivers between two
+/// blocks.
 class HttpReader {
 public:
     explicit HttpReader(KeepGoing keepGoing)

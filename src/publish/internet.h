@@ -23,6 +23,14 @@ struct FtpLogin {
     Tls tls = Tls::Off;
 };
 
+/// For one thread, the one that the windows have, which are painted while a server is waited for. A refusal is a value
+/// and nothing to be thrown:
+///
+///     if (internet.openSession() && internet.connectFtp(login) && internet.changeDirectory(u"diary"_s))
+///         internet.putFile(localFile, u"index.htm"_s, TransferType::Text);
+///     const int number = internet.lastError(); // before the next call
+///     internet.closeSession();                 // and what is open in it
+///
 /// Each call blocks until it is done. One that fails returns false and leaves its number in `lastError`, which the next
 /// call changes. Names are bare ones within the connection's current directory; one that can't travel to the letter (a
 /// line end in it, a character that the code page lacks) fails with 12005 before anything is sent. A lost connection is

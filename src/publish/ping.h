@@ -5,6 +5,8 @@
 
 namespace velloria::publish {
 
+/// One call is one ping, which blocks until the plug-in is done; nothing is kept between calls. In the thread of the
+/// windows: plug-ins are called there alone.
 class Ping {
 public:
     explicit Ping(const core::Run& run);

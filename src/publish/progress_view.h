@@ -5,6 +5,13 @@
 
 namespace velloria::publish {
 
+/// open first; each change after it is shown at once, but for the bar, which waits for the next text. One of the
+/// `allow` calls stands at the end, or close: else the window stays in the person's way. Nothing fails here.
+///
+///     view.open(u"FTP"_s);
+///     view.setBar(3, 10);
+///     view.setText(u"3/10"_s); // the bar comes with it
+///     view.allowClosing();
 class ProgressView {
 public:
     explicit ProgressView(platform::Desk& desk)

@@ -23,8 +23,9 @@ struct UpdateResult {
     QString reason = {}; ///< one line for standard error, "" when it is done
 };
 
-/// The two commands. Every refusal of a server or of the user is told in a box of theirs; one of the machine is thrown
-/// as platform::Failure, after the same ending: the session closed, the pointer at rest.
+/// The two commands, in the thread of the windows, which are served meanwhile. Every refusal of a server or of the user
+/// is told in a box of theirs; one of the machine is thrown as platform::Failure, after the same ending: the session
+/// closed, the pointer at rest.
 class UpdateCheck {
 public:
     UpdateCheck(const core::Run& run, Internet& internet, UpdateCalls calls = {});

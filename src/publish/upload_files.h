@@ -19,7 +19,12 @@ struct UploadList {
     std::vector<core::UploadRow> rows;
 };
 
-/// The files of one run. Registered files are looked for below the folder of the last row that was taken.
+/// The files of one run. Registered files are looked for below the folder of the last row that was taken, so pages come
+/// before them. What the disk refuses, a missing list too, is thrown as platform::Failure.
+///
+///     for (const core::UploadRow& row : files.readList(u"upload.tmp"_s).rows)
+///         send(files.localFile(row), row.name);
+///     const std::optional<QString> picture = files.localPart(session.DataPath, name);
 class UploadFiles {
 public:
     /// Both outlive this; `siteFiles` is asked which registered files may go.

@@ -6,8 +6,9 @@
 
 namespace velloria::publish {
 
-/// UTF-8, a line each. It holds this run and the one before, and is readable by its owner alone. A log that the disk
-/// refuses is done without: it is a help after a failure and must not become one.
+/// Begun by the constructor; then add for each line, and end once. Nothing is thrown. UTF-8, a line each. It holds this
+/// run and the one before, and is readable by its owner alone. A log that the disk refuses is done without: it is a
+/// help after a failure and must not become one.
 class UploadLog {
 public:
     /// Begins a run under this heading.

@@ -9,7 +9,10 @@
 namespace velloria::publish {
 
 /// The work of one run between login and farewell. It tells each step on `progress`; what a phase has done is on record
-/// at once ("uploadold.tmp", the flags of the file register).
+/// at once ("uploadold.tmp", the flags of the file register). For one run:
+///
+///     UploadPhases phases(session, internet, desk, progress, files, siteFiles, settings.startFolder);
+///     const bool isDone = phases.run(pages, logs); // connected before, closed after by the caller
 class UploadPhases {
 public:
     /// All outlive this. `startFolder` is the folder of the server to work in; "" stays in that of the login.

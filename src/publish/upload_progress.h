@@ -8,8 +8,12 @@
 
 namespace velloria::publish {
 
-/// The progress window and the status panel of one run. What fails is told here at once; the first failure ends the
-/// run.
+/// The progress window and the status panel of one run. What fails is told here at once, and each call that tells it is
+/// false, so that a step can return it; the first failure ends the run. In the thread of the windows.
+///
+///     progress.show(title, u"送信中"_s); // serves other commands; throws when the program is about to end
+///     if (!internet.putFile(file, name, type))
+///         return progress.refused(title, text); // progress.reason() says why
 class UploadProgress {
 public:
     /// Both outlive this. `isProgramEnding` may be empty; it is asked wherever other commands may have run.

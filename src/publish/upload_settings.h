@@ -12,7 +12,8 @@ struct UploadSettings {
     bool isPingWanted = false;
 };
 
-/// Read anew for each run, from the user's "diary.ini". Throws platform::Failure for a number beyond 16 bits.
+/// A setting that is missing is its default and no failure. Read anew for each run, from the user's "diary.ini". Throws
+/// platform::Failure for a number beyond 16 bits.
 UploadSettings readUploadSettings(const core::Session& session);
 
 } // namespace velloria::publish

@@ -7,7 +7,8 @@
 
 namespace velloria::publish {
 
-/// Gives a file piece by piece. As text the CR of each CR LF is left out, because the transfer library puts one before
+/// openError is asked first, then read until it gives 0; what the disk refuses is a number, nothing is thrown. Gives a
+/// file piece by piece. As text the CR of each CR LF is left out, because the transfer library puts one before
 /// every LF; all else goes as it is.
 class UploadSource {
 public:

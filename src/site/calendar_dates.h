@@ -1,4 +1,4 @@
-// The calendar's own date arithmetic.
+// The calendar's own date arithmetic: plain functions of their arguments.
 #pragma once
 
 #include <QString>

@@ -17,7 +17,7 @@ enum class FirstPage { OnMonthFile, OnPageOfItsOwn };
 /// What the pages of a divided month are named after.
 enum class PageNames { Number, Day };
 
-/// The division settings after their rules. As it is made it is one unbroken page.
+/// The division settings after their rules, for a PagePlan to be made of. As it is made it is one unbroken page.
 struct Division {
     Divided divided = Divided::No;
     int daysPerPage = 31; ///< days with entries on one page; a negative number is never reached

@@ -14,7 +14,12 @@ QString entryTableLine(const SiteSettings& settings);
 /// sunny one.
 enum class EntriesOf { Month, Search };
 
-/// The settings of an entry's look, read once a page.
+/// The settings of an entry's look, read once a page; a missing value of an entry is no failure. The constructor throws
+/// platform::Failure for a setting that is a number beyond 16 bits, print throws nothing.
+///
+///     const EntryLook look(settings, topLink);
+///     for (const store::Entry& entry : entries)
+///         look.print(page, entry);
 class EntryLook {
 public:
     /// `topLink` stands below each entry.

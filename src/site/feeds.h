@@ -8,6 +8,12 @@
 
 namespace velloria::site {
 
+///     clsRSSreader feeds(run, settings);
+///     if (feeds.Initialize(session.RSSIniFile)) {
+///         feeds.SetFilePath(monthFile);
+///         feeds.MakeRSS();
+///     }
+///
 /// Writes the feeds; its name notwithstanding it reads none. A feed holds the ten newest public entries of the month of
 /// the newest public entry. Files are UTF-8 without byte order mark, lines end in CR LF.
 class clsRSSreader {

@@ -1,4 +1,8 @@
-// The search of the diary: what is asked, and the page of what was found.
+// The search of the diary: what is asked, and the page of what was found. The steps of the command, in the thread of
+// the desk; a search that finds nothing makes a page as well:
+//
+//     if (const std::optional<Search> search = checkSearch(run, form))
+//         run.desk.status(findStatus(search->word, MakeFindPage(run, path, *search)));
 #pragma once
 
 #include "core/run.h"

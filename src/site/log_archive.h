@@ -25,6 +25,10 @@ struct LogMonth {
 /// The month before that of `today`, which is the one that is usually logged.
 LogMonth monthToLog(const QDate& today);
 
+/// One object is one command, over any number of months, in the thread of the desk:
+///
+///     const LogMonth month = monthToLog(today);
+///     LogArchive(run).save(month.year, month.month);
 class LogArchive {
 public:
     /// `siteFiles` outlive this and are those of a command of which this is a step: it chooses among the registered

@@ -9,7 +9,12 @@
 
 namespace velloria::site {
 
-/// Settings are read afresh at each call, and nothing is kept between calls. Each page is built whole and put in place
+/// Settings are read afresh at each call, and nothing is kept between calls; it talks to nobody, so that any thread may
+/// call, one month after the other:
+///
+///     MonthPage(run).MakeHTML(path, u"2004/05"_s, PageKind::Current, MakeList::Yes, WithPrivate::No);
+///
+/// A month without entries is no failure: its page says so. Each page is built whole and put in place
 /// when it is done: divided pages first, the month file last. Throws platform::Failure; what was not done stays old.
 class MonthPage {
 public:

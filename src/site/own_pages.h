@@ -1,4 +1,5 @@
-// Which files of the data folder are pages that this program made.
+// Which files of the data folder are pages that this program made. Nothing here asks or tells anybody; a list or page
+// that is not there is no failure.
 #pragma once
 
 #include "core/session.h"

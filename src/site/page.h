@@ -27,6 +27,10 @@ private:
 };
 
 /// The pages of one run that are not finished yet, by path. What is never committed leaves the old file untouched.
+///
+///     pages.create(path).print(u"<HTML>"_s);
+///     pages.append(path).print(u"</HTML>"_s); // by another routine, later
+///     pages.commit(path);                     // whole, or not at all
 class Pages {
 public:
     /// The pages get `mode` (POSIX permission bits), old ones no more than that.

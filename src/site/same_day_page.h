@@ -6,7 +6,8 @@
 namespace velloria::site {
 
 /// Writes the entries of the month and day of `day` ("yyyy/mm/dd") in all other years, private ones too, to `path`:
-/// newest year first, within a day lowest number first. Returns their number. Throws platform::Failure.
+/// newest year first, within a day lowest number first. Returns their number, for 0 there is a page as well. Throws
+/// platform::Failure, and the old page stays.
 int MakeSameDayPage(const core::Run& run, const QString& path, const QString& day);
 
 } // namespace velloria::site

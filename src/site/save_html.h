@@ -12,6 +12,13 @@
 
 namespace velloria::site {
 
+/// One object is one command, in the thread of the desk. Save HTML and the preview each stand on their own; after them
+/// siteFiles() knows which registered files stayed away. A cancelled dialog is Outcome::Refused and no failure. What
+/// the machine refuses is thrown as platform::Failure: pages that were done stay, the others are the old ones.
+///
+///     SaveHtml saver(run);
+///     if (saver.saveCommand() == platform::Outcome::Done)
+///         saver.previewStep(); // of `EnterDay`
 class SaveHtml {
 public:
     /// A Save As changes `FilePath` and `FileName` of the session.

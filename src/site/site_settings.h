@@ -10,7 +10,8 @@ namespace velloria::site {
 namespace keys = core::keys;
 
 /// All settings as they are on disk at the start of one run of the generator: those of core/site_keys.h, and the
-/// addresses of others. A number beyond 16 bits throws platform::Failure where it is asked for.
+/// addresses of others. What is written meanwhile counts for the next run. A missing key is its default and no failure;
+/// a number beyond 16 bits throws platform::Failure where it is asked for.
 class SiteSettings {
 public:
     explicit SiteSettings(const core::Session& session);

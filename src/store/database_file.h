@@ -1,4 +1,5 @@
-// The database as a file: its version, its backup, its health.
+// The database as a file: its version, its backup, its health. Each call stands on its own, and any thread may call.
+// What the machine refuses is thrown as platform::Failure; a target is replaced whole or stays as it was.
 #pragma once
 
 #include <QString>

@@ -9,7 +9,12 @@
 
 namespace velloria::store {
 
-/// Works on the connection of a transaction that is under way.
+/// Works on the connection of a transaction that is under way, and lives no longer than that; throws platform::Failure.
+///
+///     const int number = numbers.nextNumber(day);
+///     insertRow(day, number);
+///     numbers.added(day, number); // for every row, whoever chose its number
+///     numbers.repair(day);        // at the end, when numbers may have gaps
 class DayNumbers {
 public:
     explicit DayNumbers(const sqlite::Connection& connection);

@@ -8,7 +8,8 @@
 
 namespace velloria::store {
 
-/// Of one table with a column "Day", as it stands when first asked.
+/// Of one table with a column "Day", as it stands when first asked: for one transaction. A day without another
+/// spelling, or without rows at all, is no failure. Throws platform::Failure when the engine refuses.
 class DaySpellings {
 public:
     /// `connection` outlives this.

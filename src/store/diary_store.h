@@ -53,7 +53,12 @@ struct DayPicture {
 using BeforeLoss = std::function<void(const std::vector<Entry>&)>;
 
 /// The one door to table Contents. Each operation opens its own connection, works in one transaction and closes, so no
-/// lock outlives a call. When the file or the engine refuses, platform::Failure is thrown and the diary is as it was.
+/// lock outlives a call, and any thread may call. What is not there is no failure: a day without entries is an empty
+/// list, and nothing is deleted. When the file or the engine refuses, platform::Failure is thrown and the diary is as
+/// it was. What a change destroys is kept first:
+///
+///     RescueFile rescue(run);
+///     DiaryStore(run).DeleteEntry(day, number, [&](const std::vector<Entry>& rows) { rescue.keep(rows, u"削除"_s); });
 ///
 /// Text compares without regard to case, width and kana type. A day or month given with Like wildcards works as one;
 /// a value with a double quote fails the operations that take it as a literal, and changes nothing.

@@ -7,7 +7,8 @@
 
 namespace velloria::store {
 
-/// Works in the transaction of a connection. A row whose day has another form counts by its date.
+/// Works in the transaction of a connection, beside the change of "Contents" itself; entries without files are no
+/// failure. A row whose day has another form counts by its date. Throws platform::Failure.
 class EntryFiles {
 public:
     explicit EntryFiles(const sqlite::Connection& connection);

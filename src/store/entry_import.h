@@ -18,7 +18,11 @@ struct NewEntry {
 /// platform::Failure, those before it are in the diary. The disk gets them together every tenth of a second, since it
 /// takes its time for each turn; a run that is killed leaves the first of them, and no half one.
 ///
-/// A day with a double quote fails and changes nothing.
+///     EntryImport import(session.databaseFile());
+///     import.add({day, title, contents}); // any number of them
+///     import.settle();                    // before a question, and at the end: what is not settled is dropped
+///
+/// A day with a double quote fails and changes nothing. For one thread.
 class EntryImport {
 public:
     explicit EntryImport(QString file);

@@ -11,6 +11,12 @@
 namespace velloria::store {
 
 /// Writes one entry after the other over prepared statements, on the connection of a transaction that is under way.
+/// Throws platform::Failure when the engine refuses; then the transaction is to be rolled back as a whole.
+///
+///     const qint64 record = writer.write(entry);
+///     writer.repairTouchedDays();
+///     const int number = writer.numberOf(entry, record); // the repair may have moved it
+///     transaction.commit();                              // when somebody has kept what overwritten() gives
 class EntryWriter {
 public:
     explicit EntryWriter(sqlite::Connection& connection);

@@ -1,4 +1,6 @@
-// "Genre.csv" in the data folder: one genre a line, the first always "一般".
+// "Genre.csv" in the data folder: one genre a line, the first always "一般". It is made from the diary and may go at
+// any time: a missing file is no failure. What the disk or the diary refuses is thrown as platform::Failure and leaves
+// the file as it was.
 #pragma once
 
 #include "core/run.h"

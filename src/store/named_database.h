@@ -23,6 +23,9 @@ void copyAsItLies(const QString& database, const QString& copy);
 
 /// Reading leaves the named file and what lies beside it as they are. The engine would roll a journal back and put a
 /// log's entries into the file: where there is one, it gets a copy of them, which lives as long as this.
+///
+///     const NamedDatabase named(backup);
+///     const qint16 version = named.told(GetDBVersion);
 class NamedDatabase {
 public:
     /// Throws platform::Failure.

@@ -12,6 +12,15 @@ namespace velloria::store {
 /// "Time". It is only ever appended to; above 20 MB the oldest lines go, but none of those that one object of this
 /// class keeps. A last line that was damaged moves to "rescue.damaged". Key `Rescue` 0 of section `ALL` switches it
 /// off, for somebody who deletes for privacy.
+///
+///     try {
+///         diary.DeleteEntry(day, number, [&](const std::vector<Entry>& rows) { rescue.keep(rows, u"削除"_s); });
+///     } catch (...) {
+///         rescue.forget(); // the diary holds them still
+///         throw;
+///     }
+///
+/// One object a command, in one thread; other programs may write at the same time.
 class RescueFile {
 public:
     explicit RescueFile(const core::Run& run);

@@ -28,7 +28,13 @@ QString restoreAdvice();
 /// another tool keeps with a write-ahead log is put back to one file. The file's own triggers, views and foreign keys
 /// do nothing. Registered are the collation JET, the function Fold(text) and the operator LIKE with the diary's
 /// wildcards and comparison. A busy file is waited for up to 5 seconds, while the windows are served. Throws
-/// platform::Failure, as does everything below: it names the file and why the engine refused.
+/// platform::Failure, as does everything below: it names the file and why the engine refused. A connection and what
+/// works on it belong to one thread.
+///
+///     Connection connection(file, Access::ReadWrite);
+///     Transaction transaction(connection); // from here on no other program writes
+///     Statement(connection, "DELETE FROM Contents WHERE Day = ?1").bind(day).run();
+///     transaction.commit(); // without it everything is rolled back
 class Connection {
 public:
     Connection(const QString& file, Access access);

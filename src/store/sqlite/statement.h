@@ -9,7 +9,13 @@ namespace velloria::store::sqlite {
 
 class Connection;
 
-/// Parameters count from 1, columns from 0. Throws platform::Failure when the engine refuses.
+/// Parameters count from 1, columns from 0. No row is no failure; what the engine refuses is thrown as
+/// platform::Failure.
+///
+///     Statement rows(connection, "SELECT Title FROM Contents WHERE Day = ?1");
+///     rows.bind(day);
+///     while (rows.next())
+///         titles += rows.text(0);
 class Statement {
 public:
     Statement(const Connection& connection, const QByteArray& sql);
