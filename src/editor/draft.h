@@ -14,6 +14,13 @@ namespace velloria::editor {
 /// "draft.json" in the user's folder, readable by its owner alone: a line for each unsaved entry, in the form of the
 /// rescue file, so that the command line tool can bring one back as well. The `publishTime` of a draft is that of the
 /// row it was made from, null when there was none.
+///
+///     DraftFile drafts(run);
+///     std::vector<store::Entry> found = drafts.read(); // of earlier runs; from here on these lines are its own
+///     found.push_back(typed);
+///     drafts.write(found);
+///
+/// One object a program, in one thread; other programs may write at the same time.
 class DraftFile {
 public:
     explicit DraftFile(const core::Run& run);

@@ -17,6 +17,11 @@ struct SaveResult {
     bool isOlderKept = false; ///< a row with another text was overwritten and went to the rescue file
 };
 
+/// Whatever the editor shows is told here, or a save could not know what it overwrites. In one thread.
+///
+///     edited.show(2, row);                          // what the diary has; nothing for a new entry
+///     const SaveResult result = edited.save(typed); // from here on `typed` is what is shown
+///     edited.follow(diary.LoadDay(typed.day));      // when others have changed the day
 class EditedEntry {
 public:
     explicit EditedEntry(const core::Run& run);

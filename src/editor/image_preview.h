@@ -14,7 +14,8 @@ struct ImagePreview {
     QImage picture; ///< of kPreviewSide, in device pixels
 };
 
-/// Reads no more of a picture into memory than its square needs, as far as its format allows; one that would need more
+/// A picture that can't be shown is no failure but says so in the result; nothing is thrown. Any thread may call. Reads
+/// no more of a picture into memory than its square needs, as far as its format allows; one that would need more
 /// than any camera's picture does is refused. `pixelRatio` is the number of device pixels in a device-independent one.
 ImagePreview drawPreview(const QString& path, double pixelRatio);
 

@@ -1,4 +1,5 @@
 // The image tag maker without its window: the tag, the name of the picture on the site, and what the preview says.
+// Plain functions of their arguments, but for automaticImageName, which reads the register.
 #pragma once
 
 #include "registers/file_register.h"

@@ -1,4 +1,5 @@
-// The tags that the makers write: what their boxes hold becomes text.
+// The tags that the makers write: what their boxes hold becomes text. Plain functions of their arguments: the
+// complaints are asked for while somebody types, the tag when they are done.
 #pragma once
 
 #include <QString>

@@ -1,4 +1,5 @@
-// The tags that the editor inserts.
+// The tags that the editor inserts. A place in the list is picked, then what it inserts is asked for; a tag with a
+// maker has its window asked instead.
 #pragma once
 
 #include "core/session.h"

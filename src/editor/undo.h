@@ -14,6 +14,12 @@ struct Snapshot {
     int caret = 0; ///< beginning of the selection
 };
 
+/// Any step that is not there is nothing, not a failure. In one thread.
+///
+///     list.reset(loaded, 0);
+///     list.record(typed, 4);
+///     const std::optional<Snapshot> shown = list.undo(); // the loaded one; showing it must not be recorded
+///
 /// The snapshots since the last load, numbered from 1. None is ever dropped: one that is made after an undo goes on
 /// top of the list, and those that were undone stay below it. Kept are the differences alone, so that thousands of
 /// changes of a long text take little room.

@@ -18,8 +18,13 @@ enum class ParagraphTags { None, Added };
 /// As the user's settings say it for imports.
 ParagraphTags importedParagraphs(const core::Session& session);
 
-/// What a clipboard holds is a text with any line ends, or nothing when it has no text format. Throws
+/// One object is one command, in the thread of the desk, which is asked on the way. What a clipboard holds is a text
+/// with any line ends, or nothing when it has no text format. A No and a text without entries are no failure. Throws
 /// platform::Failure; what was imported before stays.
+///
+///     ClipboardImport clipboard(run);
+///     clipboard.ImportFormattedClipboard(text, importedParagraphs(run.session));
+///     openDay.daysChanged(clipboard.writtenDays()); // also when it throws
 class ClipboardImport {
 public:
     explicit ClipboardImport(const core::Run& run);

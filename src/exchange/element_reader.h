@@ -13,7 +13,13 @@ inline constexpr char16_t kContentsTag[] = u"＜内容＞";
 /// The text up to each closing tag of the day counts as one entry; the last one may lack it.
 int countEntries(const QString& text);
 
-/// Reads the elements of one entry after the other. What was found once is not searched for again, so that the largest
+/// Reads the elements of one entry after the other. A tag that is missing is no failure.
+///
+///     ElementReader reader(text);
+///     for (int left = countEntries(text); left > 0; --left, reader.moveOn())
+///         add(reader.element(dayTag), reader.element(titleTag), reader.element(contentsTag));
+///
+/// What was found once is not searched for again, so that the largest
 /// text takes no longer than it is long.
 class ElementReader {
 public:

@@ -54,6 +54,14 @@ struct ExportCounts {
     bool isUnusual() const { return replaced > 0 || lost > 0 || references > 0 || isPeriodBackwards; }
 };
 
+/// One object is one export, in the thread of the desk: `run` is all of it, or its steps one after the other:
+///
+///     clsExport work(run, settings);
+///     work.GetFilePath(isChosen); // or takePath
+///     if (isChosen)
+///         work.Execute(isDone);
+///
+/// A cancel and a period without entries are no failure.
 class clsExport {
 public:
     clsExport(const core::Run& run, ExportSettings settings);

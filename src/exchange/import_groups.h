@@ -1,4 +1,5 @@
-// Entries that an import brought in, as the groups that can go again together.
+// Entries that an import brought in, as the groups that can go again together. The two halves of one command, with the
+// list of genres between them and the box; in the thread of the desk.
 #pragma once
 
 #include "core/run.h"
