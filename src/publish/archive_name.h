@@ -1,4 +1,4 @@
-// Under which names an update's archive may be saved.
+// Under which names an update's archive may be saved. Asked before anything is fetched; a No is no failure.
 #pragma once
 
 #include <QString>

@@ -1,4 +1,5 @@
-// Texts as they travel to an FTP server.
+// Texts as they travel to an FTP server: plain functions. A text that can't travel is nothing, not a failure; who asks
+// refuses it before anything is sent.
 #pragma once
 
 #include <QByteArray>

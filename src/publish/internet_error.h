@@ -1,4 +1,7 @@
-// How a failure of the network is told.
+// How a failure of the network is told. To be asked before the next call of Internet, which changes the last failure:
+//
+//     if (!internet.putFile(file, name, TransferType::Text))
+//         reason = showNetworkError(internet, desk);
 #pragma once
 
 #include "platform/desk.h"

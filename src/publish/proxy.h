@@ -1,4 +1,4 @@
-// The proxy that the system has set up.
+// The proxy that the system has set up. Asked for each connection: it may change while the program runs.
 #pragma once
 
 #include <QByteArray>

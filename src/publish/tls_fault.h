@@ -1,4 +1,4 @@
-// Why an encrypted connection could not be had.
+// Why an encrypted connection could not be had. To be asked after a transfer that failed, before the next one.
 #pragma once
 
 #include "publish/curl_run.h"

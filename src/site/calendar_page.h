@@ -1,4 +1,4 @@
-// The month grid with links to the days.
+// The month grid with links to the days. A step of MonthPage, after the head of the page or MakeCalenderFrame.
 #pragma once
 
 #include "site/month_run.h"

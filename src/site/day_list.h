@@ -1,4 +1,4 @@
-// The list of entries at the top of the month page.
+// The list of entries at the top of the month page. A step of MonthPage, after the calendar.
 #pragma once
 
 #include "site/month_run.h"

@@ -1,4 +1,6 @@
-// The entries of a month: into the end of the month file, or into a divided page of their own.
+// The entries of a month: into the end of the month file, or into a divided page of their own. A step of MonthPage,
+// once the plan is made and the head of the month file printed; throws platform::Failure when a page can't be put in
+// place.
 #pragma once
 
 #include "site/month_run.h"

@@ -1,4 +1,8 @@
-// The four formats of the feeds, and what they say of the diary and of one entry.
+// The four formats of the feeds, and what they say of the diary and of one entry. Plain functions that throw nothing;
+// an item's texts are made ready first:
+//
+//     item.title = feedText(entry.title);
+//     const QByteArray bytes = encodeFeed(rss200(channel, {item}, now));
 #pragma once
 
 #include <QDateTime>

@@ -1,4 +1,8 @@
-// The frameset, the head of its left column, and the list of logs.
+// The frameset, the head of its left column, and the list of logs. Steps of MonthPage, which puts the files in place:
+//
+//     MakeFrameSet(run);
+//     MakeCalenderFrame(run, 2004, 5); // then MakeCalender
+//     MakeLogList(run, logs);          // also without frames, at the end of the month file
 #pragma once
 
 #include "registers/log_register.h"

@@ -1,4 +1,5 @@
-// What the local pages share that a window of their own shows: they never go to the site.
+// What the local pages share that a window of their own shows: they never go to the site. Plain functions of the page
+// and the settings; a text piece that is missing is no failure.
 #pragma once
 
 #include "site/page.h"

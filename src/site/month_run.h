@@ -15,7 +15,8 @@ enum class PageKind { Current = 1, Log = 2 };
 enum class MakeList { No, Yes };
 enum class WithPrivate { No, Yes };
 
-/// One month on its way to its files.
+/// One month on its way to its files: made, filled and finished by MonthPage. The routines that print a part of it find
+/// all they need in here, `plan` among it, and print into a Page or into the files that the plan names.
 struct MonthRun {
     const core::Session& session;
     const SiteSettings& settings;

@@ -1,4 +1,5 @@
-// The numbers of a month page's settings, looked at before anything is written.
+// The numbers of a month page's settings, looked at before anything is written: once it has passed, none of them throws
+// while pages are printed.
 #pragma once
 
 #include "site/division.h"

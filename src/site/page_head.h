@@ -1,4 +1,6 @@
-// The fixed text around a page: heads, tails, and the lines that several pages share.
+// The fixed text around a page: heads, tails, and the lines that several pages share. Steps of MonthPage, which print
+// into the page that they are given. A text piece that is missing prints an empty line, and nothing is thrown: every
+// number was looked at before (number_check.h).
 #pragma once
 
 #include "site/month_run.h"

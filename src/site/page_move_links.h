@@ -1,4 +1,4 @@
-// The links between the pages of a divided month.
+// The links between the pages of a divided month. A step of MakeDiaryPage, after the entries of the page.
 #pragma once
 
 #include "site/month_run.h"

@@ -1,4 +1,5 @@
-// The whole site anew: all past months as logs, then the current month.
+// The whole site anew: all past months as logs, then the current month. One call is one command, in the thread of the
+// desk, which is asked where the site lies when nobody has said so yet.
 #pragma once
 
 #include "core/run.h"

@@ -1,4 +1,4 @@
-// The weather words of an entry and their pictures.
+// The weather words of an entry and their pictures. A word without a picture is no failure.
 #pragma once
 
 #include "core/session.h"

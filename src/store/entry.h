@@ -1,4 +1,4 @@
-// The records of the diary database.
+// The records of the diary database: plain values, which hold nothing and may be copied to any thread.
 #pragma once
 
 #include <QString>

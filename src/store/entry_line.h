@@ -1,4 +1,8 @@
-// An entry as one line of JSON: what `entry put` takes and the rescue file holds.
+// An entry as one line of JSON: what `entry put` takes and the rescue file holds. Both ways are plain functions, and
+// what one of them writes the other reads back to the letter:
+//
+//     const QByteArray line = QJsonDocument(toJson(entry)).toJson(QJsonDocument::Compact);
+//     const Entry same = parseEntryLine(line).entry;
 #pragma once
 
 #include "store/entry.h"

@@ -1,4 +1,9 @@
-// A row of table Contents as an entry.
+// A row of table Contents as an entry, for the statements of this folder:
+//
+//     Statement rows(connection, QByteArray(kAllColumns) + "WHERE Day = ?1");
+//     rows.bind(day);
+//     while (rows.next())
+//         entries.push_back(readEntry(rows));
 #pragma once
 
 #include "store/entry.h"

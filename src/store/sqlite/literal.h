@@ -1,4 +1,6 @@
-// Values that a statement takes as a literal.
+// Values that a statement takes as a literal. They pass through here on their way to Statement::bind:
+//
+//     rows.bind(literal(file, day));
 #pragma once
 
 #include <QString>
