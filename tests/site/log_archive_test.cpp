@@ -338,7 +338,7 @@ TEST_F(LogArchive, AListThatAnotherRunReplacesMeanwhileIsNotTakenForItsOwn) {
             std::this_thread::sleep_for(1ms); // the folder is free for a moment
         }
     });
-    const auto end = qScopeGuard([&] { isEnding = true; }); // ahead of the thread's own end, whatever is thrown
+    const auto end = qScopeGuard([&] { isEnding = true; }); // before the thread's own end, whatever is thrown
     for (int i = 0; i < 20; ++i) {
         QFile::remove(siteLog(u"200405.htm"_s));
         save();
