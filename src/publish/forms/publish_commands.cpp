@@ -35,7 +35,7 @@ bool isStopWanted(const Context& context) {
 }
 
 /// The same for a download: its button must work however long the server is silent. Other commands may run in here, as
-/// they may behind every piece of it.
+/// they may after every piece of it.
 bool serveDownload(const Context& context) {
     const auto* progress = context.windows.find<frmProgress>();
     if (!progress || !progress->isStopEnabled())
@@ -59,7 +59,7 @@ UpdateCalls updateCalls(Context& context) {
                     browser.showChild();
                 },
             .enableUpdater = [&context](bool isEnabled) { context.requests.enableCommand(kUpdater, isEnabled); },
-            .endProgram = [&context] { context.mdi->window()->close(); }, // noted, and done behind the command
+            .endProgram = [&context] { context.mdi->window()->close(); }, // noted, and done after the command
             .isProgramEnding = [&context] { return context.runs.isEnding(); },
             .isStopWanted = [&context] { return isStopWanted(context); }};
 }

@@ -46,7 +46,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    /// While network work runs, it ends that first, and the window closes behind it. Then the editor is asked.
+    /// While network work runs, it ends that first, and the window closes after it. Then the editor is asked.
     void closeEvent(QCloseEvent* event) override;
 
 private:

@@ -51,7 +51,7 @@ void comeUp(desktop::Context& context, QWidget& window) {
     const core::Session& session = context.session;
     const desktop::WindowPlace kept = desktop::readPlace(session, core::keys::kParentFormPlace);
     desktop::WindowPlace place = kept;
-    // One edge alone is applied behind the showing: the other one is where the screen puts it.
+    // One edge alone is applied after the showing: the other one is where the screen puts it.
     if (place.left.value_or(0) == 0 || place.top.value_or(0) == 0) {
         place.left.reset();
         place.top.reset();
@@ -92,7 +92,7 @@ void showOptionalParts(const desktop::Context& context, const MDIFormTop& top) {
         hide({u"MnuNoPlugin"_s});
 }
 
-/// The part of the start that has windows, behind the session's: the main window, the calendar, the arrangement, what
+/// The part of the start that has windows, after the session's: the main window, the calendar, the arrangement, what
 /// the optional files beside the program switch on and off. A failure on the way is told and the rest goes on.
 void completeStart(desktop::Context& context) {
     const core::Session& session = context.session;
