@@ -35,7 +35,7 @@ bool clsHTML2TEXT::SaveValue(const QString& path) const {
     change.set(path, kHtmlMode, m_settings.mode);
     for (const HtmlSetting& row : htmlSettingTable())
         change.set(path, row.setting, QString::number(m_settings.*row.number));
-    change.writeQuietly();
+    change.write();
     return true;
 }
 

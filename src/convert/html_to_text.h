@@ -16,8 +16,8 @@ public:
     /// file is there. Throws Failure when a number is out of the 16-bit range; everything is as it was then too.
     bool Initialize(const QString& path);
 
-    /// Writes all settings but PBR. False when the folder of `path` (its text before the last separator) is missing;
-    /// a write that the machine refuses is passed over.
+    /// Writes all settings but PBR. False when the folder of `path` (its text before the last separator) is missing.
+    /// Throws Failure, with the file as it was, when the machine refuses.
     bool SaveValue(const QString& path) const;
 
     /// Sets a value by name: MODE as it stands, the others as 16-bit integers; ENTER also sets A_LINK_TAG_TYPE, which

@@ -2,6 +2,7 @@
 
 #include "core/ini.h"
 #include "support/desktop_home.h"
+#include "support/disk_watch.h"
 
 using namespace Qt::StringLiterals;
 
@@ -98,7 +99,10 @@ TEST_F(ConverterSettings, EachControlReachesItsOwnKey) {
 }
 
 TEST_F(ConverterSettings, OkWritesModeListAndRuleAndResetsTheRest) {
-    core::WriteIni(file(), u"HTML2HTML"_s, u"EM"_s, u"1"_s);
+    const QStringList others{u"A"_s, u"EM"_s, u"STRONG"_s, u"INS"_s, u"DEL"_s,
+                             u"Q"_s, u"U"_s,  u"I"_s,      u"B"_s,   u"HR_Num"_s};
+    for (const QString& other : others)
+        core::WriteIni(file(), u"HTML2HTML"_s, other, u"1"_s);
     core::WriteIni(file(), u"HTML2HTML"_s, u"Mine"_s, u"kept"_s);
     open();
     field<QRadioButton>(u"optMODE_HTML"_s).click();
@@ -113,7 +117,8 @@ TEST_F(ConverterSettings, OkWritesModeListAndRuleAndResetsTheRest) {
         EXPECT_EQ(key(u"HTML2HTML"_s, QLatin1StringView(tag)), i++ % 2 ? u"-1"_s : u"0"_s) << tag;
     EXPECT_EQ(key(u"HR"_s, u"NUM"_s), u"3"_s);
     EXPECT_EQ(key(u"GENERAL"_s, u"A_LINK_TAG_TYPE"_s), u"1"_s);
-    EXPECT_EQ(key(u"HTML2HTML"_s, u"EM"_s), u"0"_s);
+    for (const QString& other : others)
+        EXPECT_EQ(key(u"HTML2HTML"_s, other), u"0"_s) << other.toStdString();
     EXPECT_EQ(key(u"HTML2HTML"_s, u"Mine"_s), u"kept"_s);
     EXPECT_TRUE(boxes().isEmpty());
     EXPECT_FALSE(window());
@@ -158,11 +163,59 @@ TEST_F(ConverterSettings, AFailedSaveIsToldAndTheWindowClosesAllTheSame) {
 TEST_F(ConverterSettings, ARuleLengthThatIsNoNumberFailsAndKeepsTheWindow) {
     const QByteArray before = bytesOf(file());
     open();
-    field<QLineEdit>(u"txtHR_NUM"_s).setText(u"five"_s);
+    int failures = 0;
+    for (const QString& length : {u"five"_s, u""_s, u"99999"_s}) {
+        field<QLineEdit>(u"txtHR_NUM"_s).setText(length);
+        press(u"Btn_OK"_s);
+        EXPECT_EQ(desk.texts(u"failure"_s).size(), ++failures) << length.toStdString();
+        ASSERT_TRUE(window());
+        EXPECT_EQ(bytesOf(file()), before);
+    }
+}
+
+TEST_F(ConverterSettings, ANumberOutOfRangeIsToldAndLeavesTheControlsAtTheirStart) {
+    writeFile(file(), "[GENERAL]\r\nMODE=HTML\r\n[HR]\r\nNUM=99999\r\n");
+    open();
+    EXPECT_EQ(boxes(), QStringList{u"critical: 設定ファイルの読み込みに失敗しました。"_s});
+    EXPECT_TRUE(field<QRadioButton>(u"optMODE_TEXT"_s).isChecked());
+    EXPECT_EQ(field<QLineEdit>(u"txtHR_NUM"_s).text(), u"5"_s);
+}
+
+TEST_F(ConverterSettings, TheLinkTreatmentIsTheBoxForLineBreaksWhateverIsChosen) {
+    for (const QString& type : {u"0"_s, u"1"_s, u"2"_s}) {
+        for (const bool isOn : {true, false}) {
+            open();
+            field<QRadioButton>(u"opt_A_LINK_TAG_TYPE"_s + type).click();
+            field<QCheckBox>(u"chkENTER"_s).setChecked(isOn);
+            press(u"Btn_OK"_s);
+            EXPECT_EQ(key(u"GENERAL"_s, u"A_LINK_TAG_TYPE"_s), isOn ? u"1"_s : u"0"_s) << type.toStdString();
+        }
+    }
+}
+
+TEST_F(ConverterSettings, AnEmptyFileGetsItsKeysInTheFixedOrder) {
+    writeFile(file(), "; mine\r\n");
+    open();
     press(u"Btn_OK"_s);
-    EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
-    ASSERT_TRUE(window());
-    EXPECT_EQ(bytesOf(file()), before);
+    QByteArray names;
+    for (const QByteArray& line : bytesOf(file()).split('\n')) {
+        if (line.startsWith('['))
+            names += line.trimmed();
+        else if (line.contains('='))
+            names += line.left(line.indexOf('=')) + ' ';
+    }
+    EXPECT_EQ(names,
+              "[GENERAL]MODE ENTER A_LINK_TAG_TYPE "
+              "[HTML2HTML]BR P XMP SPAN S SUP SUB TT PRE BLOCKQUOTE HR HR_Num TABLE LIST A EM STRONG INS DEL Q U "
+              "I B [HTML]HR BR P IMG ANAME AHREF AHREFSharp [HR]NUM ");
+}
+
+TEST_F(ConverterSettings, OkReplacesTheFileOnce) {
+    open();
+    field<QRadioButton>(u"optMODE_HTML"_s).click();
+    const DiskWatch watch;
+    press(u"Btn_OK"_s);
+    EXPECT_EQ(watch.synced().size(), 2) << "the file and its folder";
 }
 
 } // namespace

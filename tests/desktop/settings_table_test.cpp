@@ -17,6 +17,7 @@ namespace {
 class SettingsTable : public FactoryHome {
 protected:
     SettingsTable() {
+        session.DiaryIniFile = file;
         combo.setEditable(true);
         table.rows = {
             {&check, section.flag(u"Check"), {}},
@@ -48,7 +49,7 @@ TEST_F(SettingsTable, ShowsWhatTheFileHolds) {
     store(u"Secret"_s, u"dcb"_s);
     store(u"Combo"_s, u"free"_s);
     store(u"Language"_s, u"English"_s);
-    table.load(file);
+    table.load(session);
     EXPECT_TRUE(check.isChecked());
     EXPECT_EQ(text.text(), u"12"_s);
     EXPECT_EQ(secret.text(), u"abc"_s);
@@ -61,7 +62,7 @@ TEST_F(SettingsTable, ACheckIsOnForOneAlone) {
     for (const QString& value : {u"0"_s, u"2"_s, u"x"_s, u""_s}) {
         check.setChecked(true);
         store(u"Check"_s, value);
-        table.load(file);
+        table.load(session);
         EXPECT_FALSE(check.isChecked()) << value.toStdString();
     }
 }
@@ -69,15 +70,15 @@ TEST_F(SettingsTable, ACheckIsOnForOneAlone) {
 TEST_F(SettingsTable, AnUnknownChoiceLeavesAllOffAndTheFileAsItIs) {
     japanese.setChecked(true);
     store(u"Language"_s, u"Klingon"_s);
-    table.load(file);
+    table.load(session);
     EXPECT_FALSE(japanese.isChecked());
     EXPECT_FALSE(english.isChecked());
-    table.apply(file);
+    table.change(session).write();
     EXPECT_EQ(stored(u"Language"_s), u"Klingon"_s);
 }
 
 TEST_F(SettingsTable, TellsEachChangeOfSomebody) {
-    table.load(file);
+    table.load(session);
     check.click();
     text.setText(u"13"_s);
     combo.setEditText(u"b"_s);
@@ -86,12 +87,12 @@ TEST_F(SettingsTable, TellsEachChangeOfSomebody) {
 }
 
 TEST_F(SettingsTable, WritesWhatIsShown) {
-    table.load(file);
+    table.load(session);
     check.setChecked(true);
     text.setText(u"13"_s);
     secret.setText(u"abc"_s);
     japanese.setChecked(true);
-    table.apply(file);
+    table.change(session).write();
     EXPECT_EQ(bytesOf(file), "[S]\r\nCheck=1\r\nText=13\r\nSecret=dcb\r\nCombo=\r\nLanguage=Japanese\r\n");
 }
 
