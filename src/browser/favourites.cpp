@@ -5,7 +5,6 @@
 #include "core/program_keys.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
-#include "platform/profile_file.h"
 #include "platform/text_order.h"
 
 #include <QFileInfo>

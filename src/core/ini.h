@@ -2,10 +2,9 @@
 // the program itself keeps has rows (core/setting.h) and goes through core/settings.h.
 //
 // A missing file or key reads as the default; a file that is there and can't be read is a platform::Failure. A write
-// that the machine refuses is passed over. The order of
-// the arguments is always file, section, key. Names compare without regard to ASCII case, that of the file without
-// regard to case when the exact name is missing. A value comes back cut to 255 bytes of its code page 932 form, never
-// within a character.
+// that the machine refuses is passed over. The order of the arguments is always file, section, key. Names compare
+// without regard to ASCII case, that of the file without regard to case when the exact name is missing. A value comes
+// back cut to 255 bytes of its code page 932 form, never within a character.
 #pragma once
 
 #include <QString>

@@ -31,7 +31,7 @@ QString nameOfStored(QString stored) {
 QString keptOfPath(const QString& path) {
     const QString name = u"x"_s;
     const auto profile = platform::ProfileFile::fromBytes(platform::changedProfile({}, name, name, storedName(path)));
-    return nameOfStored(profile.valueOr(name, name, u""_s));
+    return nameOfStored(profile.valueOr(name, name, {}));
 }
 
 bool fitsSetting(const QString& path) {
