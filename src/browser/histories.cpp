@@ -7,6 +7,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_read.h"
+#include "platform/file_write.h"
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +60,15 @@ void writeHistory(const core::Session& session, const core::Setting& isKept, con
     }
 }
 
+/// Wherever it lies: the boxes keep theirs beside the diary, other programs in the data folder.
+platform::Outcome clear(const core::Run& run, const QString& question, const QString& name) {
+    if (!run.desk.ask(question))
+        return platform::Outcome::Refused;
+    platform::removeFile(platform::existingPath(run.session.UserPath + name));
+    platform::removeFile(platform::existingPath(run.session.DataPath + name));
+    return platform::Outcome::Done;
+}
+
 } // namespace
 
 QStringList Histories::addresses() {
@@ -79,6 +89,14 @@ void Histories::keepAddresses(const QStringList& entries) const {
 
 void Histories::keepWords(const QStringList& entries) const {
     writeHistory(m_session, core::keys::kUrlHistory, kWordFile, entries, m_hasWords);
+}
+
+platform::Outcome clearAddresses(const core::Run& run) {
+    return clear(run, u"URL履歴を消去しますか？"_s, kAddressFile);
+}
+
+platform::Outcome clearWords(const core::Run& run) {
+    return clear(run, u"検索履歴を消去しますか？"_s, kWordFile);
 }
 
 } // namespace velloria::browser

@@ -1,7 +1,8 @@
 // What the address box and the search box of the browser remember from run to run.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
+#include "platform/outcome.h"
 
 #include <QStringList>
 
@@ -28,5 +29,9 @@ private:
     bool m_hasAddresses = true; ///< false after a reading that failed
     bool m_hasWords = true;
 };
+
+/// The commands that ask and remove a history; Refused is the user's No. Throws platform::Failure.
+platform::Outcome clearAddresses(const core::Run& run);
+platform::Outcome clearWords(const core::Run& run);
 
 } // namespace velloria::browser

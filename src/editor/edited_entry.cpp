@@ -2,6 +2,7 @@
 
 #include "store/diary_store.h"
 #include "store/rescue_file.h"
+#include "store/saving.h"
 
 #include <algorithm>
 
@@ -94,12 +95,8 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
     store::Entry saved = entry;
     saved.publishTime = m_run.clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
     saved.importMark = QString(); // that of the row stays
-    try {
-        saved.number = diary.saveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number;
-    } catch (...) {
-        rescue.forget();
-        throw;
-    }
+    saved.number = rescue.guard(
+        [&] { return diary.saveEntries({saved}, store::PublishTime::AsGiven, overwritten).front().number; });
     result.number = saved.number;
     result.isMoved = saved.number != entry.number;
     show(saved.number, saved);
@@ -107,15 +104,8 @@ SaveResult EditedEntry::write(const store::Entry& entry) {
 }
 
 void EditedEntry::remove(const QString& day, int number) {
-    const store::DiaryStore diary(m_run);
-    closeGaps(diary, day);
-    store::RescueFile rescue(m_run);
-    try {
-        diary.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
-    } catch (...) {
-        rescue.forget();
-        throw;
-    }
+    closeGaps(store::DiaryStore(m_run), day);
+    store::deleteEntry(m_run, day, number);
     show(0, std::nullopt);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "store/genre_list.h"
+#include "store/saving.h"
 
 #include <algorithm>
 #include <utility>
@@ -199,7 +200,7 @@ SaveOutcome OpenDay::save() {
         return SaveOutcome::Refused;
     }
     const SaveResult result = m_edited.save(entry);
-    m_run.desk.status(entry.day + u"の日記を保存しました。"_s);
+    store::tellSaved(m_run.desk, entry.day);
     if (result.isOlderKept)
         m_run.desk.notice(entry.day + u"の日記を保存しました。上書きした日記は控え「rescue.jsonl」に残しました。"_s);
     if (result.isMoved)
@@ -222,13 +223,10 @@ void OpenDay::tellMoved(int number) {
 void OpenDay::addGenre(const QString& genre) {
     if (m_genres.contains(genre))
         return;
-    try {
+    store::runAfterSave([&] {
         store::addGenres(m_run, {genre});
         readGenres();
-    } catch (platform::Failure& failure) {
-        failure.addStage(u"日記は保存しました"_s); // nobody is to save it twice
-        throw;
-    }
+    });
 }
 
 void OpenDay::readGenres() {
@@ -243,7 +241,6 @@ void OpenDay::MakeGenretxt() {
 
 void OpenDay::deleteEntry() {
     m_view->commitComposition();
-    const platform::Hourglass hourglass(m_run.desk);
     if (m_isDirty)
         m_edited.keepDropped(fields(m_edited.number()));
     m_edited.remove(m_run.session.EnterDay, m_number);

@@ -173,12 +173,7 @@ void ClipboardImport::add(const store::NewEntry& entry) {
 
 void ClipboardImport::overwrite(const store::NewEntry& entry) {
     store::RescueFile rescue(m_run);
-    try {
-        m_import.overwrite(entry, [&](const store::Entry& row) { rescue.keep({row}, u"上書き"_s); });
-    } catch (...) {
-        rescue.forget();
-        throw;
-    }
+    rescue.guard([&] { m_import.overwrite(entry, [&](const store::Entry& row) { rescue.keep({row}, u"上書き"_s); }); });
     m_days += entry.day;
 }
 
@@ -192,6 +187,26 @@ void ClipboardImport::tellEnd() {
 
 void ClipboardImport::refuse(const QString& text) {
     m_run.desk.message(MessageKind::Critical, text);
+}
+
+platform::Outcome importCommand(const core::Run& run, ClipboardForm form, const std::optional<QString>& clipboard,
+                                const ImportCalls& calls) {
+    ClipboardImport import(run);
+    bool isRead = false;
+    try {
+        const ParagraphTags tags = importedParagraphs(run.session);
+        isRead = form == ClipboardForm::Formatted ? import.ImportFormattedClipboard(clipboard, tags)
+                                                  : import.ImportPlainClipboard(clipboard, tags);
+        if (isRead)
+            calls.preview();
+    } catch (...) {
+        if (!import.writtenDays().isEmpty())
+            calls.written(import.writtenDays());
+        throw;
+    }
+    if (isRead)
+        calls.written(import.writtenDays());
+    return isRead ? platform::Outcome::Done : platform::Outcome::Refused;
 }
 
 QString GetClipboardText(const core::Run& run, const std::optional<QString>& clipboard, ParagraphTags tags) {

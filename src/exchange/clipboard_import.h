@@ -2,10 +2,12 @@
 #pragma once
 
 #include "core/run.h"
+#include "platform/outcome.h"
 #include "store/entry_import.h"
 
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace velloria::exchange {
@@ -54,6 +56,19 @@ private:
     store::EntryImport m_import;
     QStringList m_days;
 };
+
+enum class ClipboardForm { Formatted, Plain };
+
+/// What follows an import.
+struct ImportCalls {
+    std::function<void()> preview;                        ///< shows what was imported
+    std::function<void(const QStringList& days)> written; ///< at the end, also of a failure that left some behind
+};
+
+/// The command: imports as the settings say, makes the preview, and tells at the end which days were written.
+/// Refused when there was nothing to read, which is told. Throws platform::Failure.
+platform::Outcome importCommand(const core::Run& run, ClipboardForm form, const std::optional<QString>& clipboard,
+                                const ImportCalls& calls);
 
 /// The clipboard's text with CR LF between its lines, as paragraphs if asked; "", after a message, when there is none.
 QString GetClipboardText(const core::Run& run, const std::optional<QString>& clipboard, ParagraphTags tags);

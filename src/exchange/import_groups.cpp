@@ -16,7 +16,6 @@ std::optional<QStringList> deleteImportGroup(const core::Run& run, const QString
         run.desk.message(MessageKind::Critical, u"削除するグループが選択されていないため、終了します。"_s);
         return std::nullopt;
     }
-    const store::DiaryStore diary(run);
     store::RescueFile rescue(run);
     QStringList days;
     const auto keep = [&](const std::vector<store::Entry>& rows) {
@@ -26,12 +25,7 @@ std::optional<QStringList> deleteImportGroup(const core::Run& run, const QString
                 days += row.day;
         }
     };
-    try {
-        diary.DeleteImportBatch(group, keep);
-    } catch (...) {
-        rescue.forget();
-        throw;
-    }
+    rescue.guard([&] { store::DiaryStore(run).DeleteImportBatch(group, keep); });
     return days;
 }
 

@@ -49,6 +49,10 @@ std::optional<QString> yearProblem(const QString& year) {
     return std::nullopt;
 }
 
+void tellLogProblem(platform::Desk& desk, const QString& problem) {
+    desk.message(platform::MessageKind::Critical, problem, kTitle);
+}
+
 LogRegistration::LogRegistration(const core::Run& run)
     : m_session(run.session)
     , m_desk(run.desk)

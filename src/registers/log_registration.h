@@ -18,6 +18,9 @@ QString shownLog(const store::LogRow& row);
 /// What is wrong with a typed year; nothing when it passes. Three digits pass.
 std::optional<QString> yearProblem(const QString& year);
 
+/// The box that says why nothing is registered.
+void tellLogProblem(platform::Desk& desk, const QString& problem);
+
 /// The commands of the register. A page lies in "DiaryLog" of the data folder and, when the site has a folder, in that
 /// of the site. The machine's refusals are thrown as platform::Failure, which says how far a command had come: a page
 /// may lie in one of the two folders though its row could not be added.

@@ -182,12 +182,16 @@ int MakeFindPage(const core::Run& run, const QString& path, const Search& search
     return int(found.size());
 }
 
-QString findCaption(int count) {
-    return u"検索結果(%1件見つかりました)"_s.arg(count);
-}
-
-QString findStatus(const QString& word, int count) {
-    return u"検索結果(キーワード"_s + word + u"で%1件見つかりました)"_s.arg(count);
+std::optional<Found> findCommand(const core::Run& run, const SearchForm& form, const ShowPage& show) {
+    const std::optional<Search> search = checkSearch(run, form);
+    if (!search)
+        return std::nullopt;
+    const platform::Hourglass hourglass(run.desk);
+    const QString file = run.session.DataPath + u"findtmp.htm"_s;
+    const int count = MakeFindPage(run, file, *search);
+    show(u"検索結果(%1件見つかりました)"_s.arg(count), file);
+    run.desk.status(u"検索結果(キーワード"_s + search->word + u"で%1件見つかりました)"_s.arg(count));
+    return Found{file, count};
 }
 
 } // namespace velloria::site

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "site/local_page.h"
 
 #include <optional>
 
@@ -38,8 +39,13 @@ std::optional<Search> checkSearch(const core::Run& run, const SearchForm& form);
 /// platform::Failure.
 int MakeFindPage(const core::Run& run, const QString& path, const Search& search);
 
-/// "検索結果(2件見つかりました)", and what the status panel says.
-QString findCaption(int count);
-QString findStatus(const QString& word, int count);
+struct Found {
+    QString file; ///< the page of the entries
+    int count = 0;
+};
+
+/// The command: checks the form, makes "findtmp.htm", shows it, and tells how many entries it holds. Nothing when the
+/// form is refused. Throws platform::Failure.
+std::optional<Found> findCommand(const core::Run& run, const SearchForm& form, const ShowPage& show);
 
 } // namespace velloria::site

@@ -7,6 +7,9 @@
 
 namespace velloria::site {
 
+/// Shows a local page under a caption: a window of its own, or the browser.
+using ShowPage = std::function<void(const QString& caption, const QString& file)>;
+
 /// The link below each entry.
 inline constexpr char16_t kTopOfPage[] = u"<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV>";
 

@@ -7,6 +7,7 @@
 #include "platform/file_write.h"
 #include "site/calendar_dates.h"
 #include "site/month_page.h"
+#include "site/save_html.h"
 #include "site/weather.h"
 
 using namespace Qt::StringLiterals;
@@ -173,6 +174,13 @@ void LogArchive::archiveCommonFiles() {
             names += file.name;
     }
     m_files.addCommonFiles(names, registers::SiteSide::Log);
+}
+
+void logCommand(const core::Run& run, const QString& year, const QString& month,
+                const std::function<void()>& beforeLastBox) {
+    const platform::Hourglass hourglass(run.desk);
+    LogArchive(run).save(year, month, beforeLastBox);
+    SaveHtml(run).previewStep();
 }
 
 } // namespace velloria::site

@@ -65,4 +65,8 @@ private:
     registers::SiteFiles& m_siteFiles;
 };
 
+/// The command: the log of the month as LogArchive::save makes it, then the preview, whose list of logs names it.
+void logCommand(const core::Run& run, const QString& year, const QString& month,
+                const std::function<void()>& beforeLastBox = {});
+
 } // namespace velloria::site

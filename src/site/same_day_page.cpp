@@ -86,4 +86,12 @@ int MakeSameDayPage(const core::Run& run, const QString& path, const QString& da
     return int(entries.size());
 }
 
+QString sameDayCommand(const core::Run& run, const QString& day, const ShowPage& show) {
+    const platform::Hourglass hourglass(run.desk);
+    const QString file = run.session.DataPath + u"oldtmp.htm"_s;
+    MakeSameDayPage(run, file, day);
+    show(u"過去の日記"_s, file);
+    return file;
+}
+
 } // namespace velloria::site

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "site/local_page.h"
 
 namespace velloria::site {
 
@@ -9,5 +10,8 @@ namespace velloria::site {
 /// newest year first, within a day lowest number first. Returns their number, for 0 there is a page as well. Throws
 /// platform::Failure, and the old page stays.
 int MakeSameDayPage(const core::Run& run, const QString& path, const QString& day);
+
+/// The command: makes "oldtmp.htm" for `day` and shows it. Returns the page's path. Throws platform::Failure.
+QString sameDayCommand(const core::Run& run, const QString& day, const ShowPage& show);
 
 } // namespace velloria::site

@@ -176,6 +176,10 @@ void SaveHtml::SaveTmpFile() {
 
 void SaveHtml::previewStep() {
     SaveTmpFile();
+    showPreview();
+}
+
+void SaveHtml::showPreview() {
     m_desk.status(u"Webページ表示中..."_s);
     m_desk.navigate(m_session.DataPath + u"tmp.htm#"_s + m_session.EnterDay);
 }

@@ -46,6 +46,8 @@ public:
 
     /// The preview step of many commands: the preview, and the browser to `EnterDay` in it.
     void previewStep();
+    /// The browser alone, to whatever preview there is.
+    void showPreview();
 
     /// The choice of this command among the registered files, for those who work on with it.
     registers::SiteFiles& siteFiles() { return m_siteFiles; }

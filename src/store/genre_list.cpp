@@ -62,4 +62,10 @@ void MakeGenretxt(const core::Run& run) {
     makeList(run);
 }
 
+void genreCommand(platform::Desk& desk, const std::function<void()>& makeGenres) {
+    makeGenres();
+    desk.status(u"ジャンルの再構成が完了しました。"_s);
+    desk.message(platform::MessageKind::Information, u"完了！"_s);
+}
+
 } // namespace velloria::store

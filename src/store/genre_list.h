@@ -7,6 +7,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 namespace velloria::store {
 
 /// The genres in the file's order; a missing file is made from the diary first.
@@ -17,5 +19,8 @@ void addGenres(const core::Run& run, const QStringList& genres);
 
 /// Makes the file anew from the genres of the diary.
 void MakeGenretxt(const core::Run& run);
+
+/// The command: `makeGenres` makes the file anew, then status panel and box say that it is done.
+void genreCommand(platform::Desk& desk, const std::function<void()>& makeGenres);
 
 } // namespace velloria::store

@@ -32,6 +32,17 @@ public:
     /// platform::Failure when the file can't take them, so that this does not go on.
     void keep(const std::vector<Entry>& entries, const QString& reason);
 
+    /// Runs a change that keeps here what it destroys, and takes back what was kept when the change is refused.
+    template <typename Change>
+    auto guard(Change change) {
+        try {
+            return change();
+        } catch (...) {
+            forget();
+            throw;
+        }
+    }
+
     /// Takes back what was kept: the change was refused, and the diary still holds it all. Lines stay where they can't
     /// be told apart any more, behind those of another program or in a file that was shortened.
     void forget();

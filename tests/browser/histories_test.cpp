@@ -160,5 +160,29 @@ TEST_F(HistoryFiles, WaitForNoPipe) {
     EXPECT_TRUE(QFileInfo(wordFile()).exists() && !QFileInfo(wordFile()).isFile());
 }
 
+TEST_F(HistoryFiles, GoAfterAQuestionWhereverTheyLie) {
+    const auto ask = [&](const QString& answer, auto clear) {
+        desk.answers.append(answer);
+        return clear(run);
+    };
+    writeFile(addressFile(), "http://a.example/\r\n");
+    writeFile(wordFile(), "word\r\n");
+    session.DataPath = path(u"elsewhere/"_s);
+    platform::makeFolder(path(u"elsewhere"_s));
+    const QString other = session.DataPath + u"FindHist.txt"_s;
+    writeFile(other, "word\r\n");
+    desk.events = {};
+    EXPECT_EQ(ask(u"no"_s, clearAddresses), platform::Outcome::Refused);
+    EXPECT_EQ(ask(u"no"_s, clearWords), platform::Outcome::Refused);
+    EXPECT_EQ(boxes(), (QStringList{u"question: URL履歴を消去しますか？"_s, u"question: 検索履歴を消去しますか？"_s}));
+    EXPECT_TRUE(exists(addressFile()) && exists(wordFile()) && exists(other));
+    EXPECT_EQ(ask(u"yes"_s, clearAddresses), platform::Outcome::Done);
+    EXPECT_FALSE(exists(addressFile()));
+    EXPECT_TRUE(exists(wordFile()) && exists(other));
+    EXPECT_EQ(ask(u"yes"_s, clearWords), platform::Outcome::Done);
+    EXPECT_FALSE(exists(wordFile()) || exists(other));
+    EXPECT_EQ(ask(u"yes"_s, clearWords), platform::Outcome::Done) << "nothing is there any more";
+}
+
 } // namespace
 } // namespace velloria::tests

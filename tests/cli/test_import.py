@@ -91,6 +91,7 @@ class Formatted(ImportTest):
     def test_half_an_entry_is_a_failure_that_keeps_what_came_before(self):
         result = self.clipboard("formatted", tagged(DAY) + "＜日付＞2004/05/07")
         self.assertEqual((result.code, len(result.events_of("failure"))), (1, 1))
+        self.assertEqual(result.rows, [[DAY]])
         self.assertEqual([row[0] for row in self.rows()], [DAY])
         self.assertEqual(result.events_of("navigate"), [])
 
@@ -212,6 +213,7 @@ class Groups(ImportTest):
         result = self.run_cli("import", "delete", "2004/05/01 mt")
         self.assertEqual(result.code, 1)
         self.assertIn("グループの日記は削除しました", result.error_text)
+        self.assertEqual(result.rows, [[DAY], ["2004/05/09"]])
         self.assertEqual(len(self.rows()), 3)
 
 

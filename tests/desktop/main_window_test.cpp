@@ -137,17 +137,6 @@ TEST_F(MainWindow, StartsNoCompanionThatIsNotThere) {
     EXPECT_EQ(boxes(), QStringList{u"critical: VellMemo.exeが存在しません。"_s});
 }
 
-TEST_F(MainWindow, HandsTheCompanionUserAndPassword) {
-    const QString program = session.MyPath + u"VellMemo.exe"_s;
-    writeFile(program, "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.part\" && mv \"$0.part\" \"$0.words\"\n");
-    QFile::setPermissions(program, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    core::WriteIni(session.MyPath + u"velluser.ini"_s, u"taro"_s, u"Pass"_s, u"dcb"_s);
-    session.UserID = u"taro"_s;
-    press(u"mnuVellMemo"_s);
-    EXPECT_TRUE(waitFor([&] { return exists(program + u".words"_s); }));
-    EXPECT_EQ(bytesOf(program + u".words"_s), (session.MyPath + u"velluser.ini\ntaro\nabc\n"_s).toUtf8());
-}
-
 TEST_F(MainWindow, ShowsTheVersionOfAPlugin) {
     QFile::copy(QStringLiteral(VELLORIA_PLUGIN_STUB), session.MyPath + u"Chimer.dll"_s);
     press(u"MnuChimerDll"_s);

@@ -53,23 +53,5 @@ TEST_F(PluginCommands, EveryVersionComesFromThePluginOfThatName) {
     EXPECT_EQ(desk.texts(u"failure"_s).size(), 4);
 }
 
-TEST_F(PluginCommands, DiaryInformationThatFailsShowsNoPage) {
-    install(u"VellInfo.dll"_s);
-    session.dbFileName = u"broken.mdb"_s;
-    press(u"MnuVellInfo"_s);
-    ASSERT_EQ(desk.texts(u"failure"_s).size(), 1);
-    EXPECT_TRUE(desk.texts(u"failure"_s)[0].contains(u"the diary is broken"_s));
-    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList());
-}
-
-TEST_F(PluginCommands, DiaryInformationThatCannotBeWrittenIsAFailure) {
-    install(u"VellInfo.dll"_s);
-    stub.set("FAILS", u"run"_s);
-    press(u"MnuVellInfo"_s);
-    ASSERT_EQ(desk.texts(u"failure"_s).size(), 1);
-    EXPECT_TRUE(desk.texts(u"failure"_s)[0].contains(u"the stub fails"_s));
-    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList());
-}
-
 } // namespace
 } // namespace velloria::tests

@@ -463,5 +463,63 @@ TEST_F(ClipboardImport, GivesTheEditorItsText) {
                                     u"critical: クリップボードの中に何も入っていません。"_s}));
 }
 
+/// Fixture: the import as a command, with what it called in turn.
+class ImportCommand : public ClipboardImport {
+protected:
+    platform::Outcome import(exchange::ClipboardForm form, const std::optional<QString>& text) {
+        return exchange::importCommand(
+            run, form, text,
+            {.preview =
+                 [this] {
+                     called += u"preview"_s;
+                     if (isPreviewRefused)
+                         throw platform::Failure(u"x"_s, u""_s, u""_s);
+                 },
+             .written = [this](const QStringList& written) { called += written.join(u' '); }});
+    }
+
+    bool isPreviewRefused = false;
+    QStringList called;
+};
+
+TEST_F(ImportCommand, ShowsWhatItWroteAndTellsTheDays) {
+    const QString text = entryText(u"2004/05/05"_s, u"a"_s) + entryText(u"2004/05/06"_s, u"b"_s);
+    EXPECT_EQ(import(exchange::ClipboardForm::Formatted, text), platform::Outcome::Done);
+    EXPECT_EQ(called, (QStringList{u"preview"_s, u"2004/05/05 2004/05/06"_s}));
+}
+
+TEST_F(ImportCommand, TagsParagraphsAsTheSettingsSay) {
+    core::WriteIni(session.DiaryIniFile, u"ALL"_s, u"ClipWithHTML"_s, u"1"_s);
+    answer({u"2004"_s, u"05"_s, u"06"_s, u"title"_s});
+    EXPECT_EQ(import(exchange::ClipboardForm::Plain, u"text"_s), platform::Outcome::Done);
+    EXPECT_EQ(rows(), QStringList{u"2004/05/06 1 title <P>text</P>"_s});
+    EXPECT_EQ(called, (QStringList{u"preview"_s, u"2004/05/06"_s}));
+}
+
+TEST_F(ImportCommand, HasNothingToShowOfAnEmptyClipboard) {
+    EXPECT_EQ(import(exchange::ClipboardForm::Formatted, std::nullopt), platform::Outcome::Refused);
+    EXPECT_EQ(import(exchange::ClipboardForm::Plain, std::nullopt), platform::Outcome::Refused);
+    EXPECT_EQ(called, QStringList());
+}
+
+TEST_F(ImportCommand, TellsTheDaysAfterAPreviewThatFails) {
+    isPreviewRefused = true;
+    EXPECT_NE(failureOf([&] { import(exchange::ClipboardForm::Formatted, entryText(u"2004/05/05"_s, u"a"_s)); }),
+              QString());
+    EXPECT_EQ(called, (QStringList{u"preview"_s, u"2004/05/05"_s}));
+}
+
+TEST_F(ImportCommand, TellsOfAnImportThatFailsWhatIsWrittenAllTheSame) {
+    write(u"2004/05/06"_s, u"old"_s);
+    refuseRows(u"Title = 'refused'"_s);
+    answer({u"yes"_s}); // what stands before a question is settled first
+    const QString text = entryText(u"2004/05/05"_s, u"a"_s) + entryText(u"2004/05/06"_s, u"refused"_s);
+    EXPECT_NE(failureOf([&] { import(exchange::ClipboardForm::Formatted, text); }), QString());
+    EXPECT_EQ(called, QStringList{u"2004/05/05"_s});
+    EXPECT_NE(failureOf([&] { import(exchange::ClipboardForm::Formatted, entryText(u"2004/05/07"_s, u"refused"_s)); }),
+              QString());
+    EXPECT_EQ(called.size(), 1);
+}
+
 } // namespace
 } // namespace velloria::tests

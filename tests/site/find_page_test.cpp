@@ -393,11 +393,6 @@ TEST_F(SearchFormCheck, ATimeAloneIsNoDay) {
     EXPECT_TRUE(check(termed(u"1899/12/30"_s, u"1899/12/30"_s)));
 }
 
-TEST_F(SearchFormCheck, SaysHowManyWereFound) {
-    EXPECT_EQ(site::findCaption(2), u"検索結果(2件見つかりました)"_s);
-    EXPECT_EQ(site::findStatus(u"花%1"_s, 2), u"検索結果(キーワード花%1で2件見つかりました)"_s);
-}
-
 TEST_F(FindPage, MarksEveryHitOfALongTextWithoutItsLengthInMemory) {
     constexpr int kHits = 400'000;
     const QString page = pageWith(entryWith(u"b"_s + QString(kHits, u'a') + u"c/DiaryParts/x.gif"_s, u"aZ"_s), u"a"_s);
@@ -424,6 +419,49 @@ TEST_F(FindPage, OfADiaryThatOthersMayNotReadIsForItsOwnerAlone) {
     ASSERT_EQ(::chmod(QFile::encodeName(session.databaseFile()).constData(), 0600), 0);
     makePage(u"花"_s);
     EXPECT_EQ(modeOf(file()), 0600U);
+}
+
+class FindCommand : public TestHome {
+protected:
+    FindCommand() {
+        write(u"2004/05/06"_s, u"題"_s, u"花"_s);
+        desk.events = {};
+    }
+
+    std::optional<site::Found> find(const QString& word) {
+        return site::findCommand(run, {word, {}, false, {}}, [this](const QString& caption, const QString& file) {
+            desk.navigate(file);
+            shown += caption;
+        });
+    }
+
+    QStringList shown;
+};
+
+TEST_F(FindCommand, ShowsThePageAndTellsHowManyThereAre) {
+    const std::optional<site::Found> found = find(u"花"_s);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->count, 1);
+    EXPECT_EQ(found->file, session.DataPath + u"findtmp.htm"_s);
+    EXPECT_TRUE(pageOf(found->file).contains(marked(u"花"_s)));
+    EXPECT_EQ(shown, QStringList{u"検索結果(1件見つかりました)"_s});
+    EXPECT_EQ(told(),
+              (QStringList{u"navigate: "_s + found->file, u"status: 検索結果(キーワード花で1件見つかりました)"_s}));
+    EXPECT_EQ(turns(), (QStringList{u"hourglass"_s, u"default"_s}));
+}
+
+TEST_F(FindCommand, FindsNothingAndShowsThat) {
+    EXPECT_EQ(find(u"月%1"_s)->count, 0);
+    EXPECT_EQ(shown, QStringList{u"検索結果(0件見つかりました)"_s});
+    EXPECT_EQ(lastStatus(), u"検索結果(キーワード月%1で0件見つかりました)"_s);
+}
+
+TEST_F(FindCommand, ShowsNothingOfAFormThatIsRefused) {
+    EXPECT_FALSE(find(u""_s));
+    EXPECT_EQ(boxes(), QStringList{u"critical: 検索語が設定されていません。"_s});
+    EXPECT_EQ(told().size(), 1);
+    EXPECT_EQ(shown, QStringList());
+    EXPECT_FALSE(exists(session.DataPath + u"findtmp.htm"_s));
 }
 
 } // namespace

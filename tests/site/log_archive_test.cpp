@@ -471,5 +471,32 @@ TEST_F(LogArchive, MakesNoFeedsFramesOrLogList) {
     EXPECT_TRUE(lacks(pageOf(dataLog(u"200405.htm"_s)), u"DiaryLog"_s));
 }
 
+TEST_F(LogArchive, AsACommandEndsWithThePreview) {
+    write(u"2004/04/01"_s, u"題"_s);
+    write(u"2004/05/06"_s, u"今日"_s);
+    desk.events = {};
+    bool isHidden = false;
+    site::logCommand(run, u"2004"_s, u"4"_s, [&] {
+        isHidden = true;
+        EXPECT_EQ(boxes(), QStringList());
+    });
+    EXPECT_TRUE(isHidden);
+    EXPECT_EQ(boxes(), QStringList{kDone});
+    EXPECT_EQ(
+        told().sliced(told().size() - 4),
+        (QStringList{u"status: 2004/04の日記をLog化しました。"_s, u"message: Logファイル化しました。"_s,
+                     u"status: Webページ表示中..."_s, u"navigate: "_s + session.DataPath + u"tmp.htm#2004/05/06"_s}));
+    EXPECT_EQ(turns(), (QStringList{u"hourglass"_s, u"Logファイル化しました。"_s, u"default"_s}));
+    EXPECT_TRUE(pageOf(dataLog(u"200404.htm"_s)).contains(u">題<"_s));
+    EXPECT_TRUE(pageOf(session.DataPath + u"tmp.htm"_s).contains(u">今日<"_s));
+}
+
+TEST_F(LogArchive, AsACommandStopsWhereTheLogCannotBeMade) {
+    session.FilePath = path(u"gone/"_s);
+    desk.events = {};
+    EXPECT_NE(failureOf([&] { site::logCommand(run, u"2004"_s, u"4"_s); }), QString());
+    EXPECT_EQ(told(), QStringList());
+}
+
 } // namespace
 } // namespace velloria::tests

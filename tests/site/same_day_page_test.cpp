@@ -140,5 +140,18 @@ TEST_F(SameDayPage, TheTableFormClosesItsAnchorInTheSecondCell) {
         u"</TABLE></DIV>\r\n<DIV ALIGN=\"RIGHT\"><A HREF=\"#TOP\">top</A></DIV><BR>\r\n</BODY></HTML>\r\n"_s));
 }
 
+TEST_F(SameDayPage, IsShownByItsCommand) {
+    write(u"2003/05/06"_s, u"last year"_s);
+    desk.events = {};
+    QStringList shown;
+    const QString file = site::sameDayCommand(run, u"2004/05/06"_s, [&](const QString& caption, const QString& page) {
+        EXPECT_EQ(titles(pageOf(page)), QStringList{u"last year"_s});
+        shown = {caption, page};
+    });
+    EXPECT_EQ(file, session.DataPath + u"oldtmp.htm"_s);
+    EXPECT_EQ(shown, (QStringList{u"過去の日記"_s, file}));
+    EXPECT_EQ(turns(), (QStringList{u"hourglass"_s, u"default"_s}));
+}
+
 } // namespace
 } // namespace velloria::tests

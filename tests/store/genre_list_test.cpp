@@ -143,5 +143,18 @@ TEST_F(GenreList, TakesTwentyThousandGenresInATimeThatGrowsWithThem) {
     EXPECT_LT(secondsFor(20'000), 15 * few) << "five times as many";
 }
 
+TEST_F(GenreList, IsToldWhenItsCommandHasMadeIt) {
+    writeGenre(u"旅"_s);
+    writeFile(file(), "old\r\n");
+    desk.events = {};
+    store::genreCommand(desk, [this] { store::MakeGenretxt(run); });
+    EXPECT_EQ(read(), (QStringList{u"一般"_s, u"旅"_s}));
+    EXPECT_EQ(told(), (QStringList{u"status: ジャンルの再構成が完了しました。"_s, u"message: 完了！"_s}));
+    EXPECT_EQ(boxes(), QStringList{u"information: 完了！"_s});
+    desk.events = {};
+    EXPECT_THROW(store::genreCommand(desk, [] { throw platform::Failure(u"x"_s, u""_s, u""_s); }), platform::Failure);
+    EXPECT_EQ(told(), QStringList());
+}
+
 } // namespace
 } // namespace velloria::tests

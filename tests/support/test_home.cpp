@@ -115,6 +115,16 @@ QStringList FactoryHome::turns() const {
     return turns;
 }
 
+QStringList FactoryHome::told() const {
+    QStringList told;
+    for (const QJsonValue& event : desk.events) {
+        const QString name = event[u"event"_s].toString();
+        if (name != u"pointer"_s)
+            told += name + u": "_s + event[name == u"navigate"_s ? u"url"_s : u"text"_s].toString();
+    }
+    return told;
+}
+
 QJsonObject FactoryHome::lastFileEvent() const {
     QJsonObject last;
     for (const QJsonValue& event : desk.events) {

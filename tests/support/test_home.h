@@ -46,6 +46,8 @@ protected:
     QString lastStatus() const;
     /// What the desk was told in turn: the shapes of the pointer, the texts of boxes, "failure" for a failure box.
     QStringList turns() const;
+    /// Every event of the desk in turn but the pointer's, as "status: text" or "navigate: address".
+    QStringList told() const;
     /// The last file or folder dialog.
     QJsonObject lastFileEvent() const;
 

@@ -2,13 +2,11 @@
 #include "core/day_key.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
-#include "site/save_html.h"
+#include "site/delete_command.h"
 #include "store/entry_line.h"
-#include "store/genre_list.h"
-#include "store/rescue_file.h"
+#include "store/saving.h"
 
 #include <QJsonArray>
-#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -96,80 +94,37 @@ std::vector<store::EntryLine> readLines(const QString& file) {
     return lines;
 }
 
-/// A change of the diary. When it is refused, nothing is lost and the rescue file needs no line of it.
-template <typename Change>
-auto orForget(store::RescueFile& rescue, Change change) {
-    try {
-        return change();
-    } catch (...) {
-        rescue.forget();
-        throw;
-    }
-}
-
 void put(Invocation& invocation) {
-    const store::DiaryStore store = invocation.store();
     std::vector<store::EntryLine> lines = readLines(invocation.argument(0));
-    QStringList genres;
-    QSet<QString> knownGenres;
-    for (const store::EntryLine& line : lines) {
-        if (!knownGenres.contains(line.entry.genre)) {
-            knownGenres.insert(line.entry.genre);
-            genres += line.entry.genre;
-        }
-    }
-    store::RescueFile rescue(invocation);
     const auto times = invocation.has(u"--keep-time"_s) ? store::PublishTime::AsGiven : store::PublishTime::Now;
-    const auto keys = orForget(rescue, [&] {
-        return store.saveLines(std::move(lines), times,
-                               [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"上書き"_s); });
-    });
-    QJsonArray json;
-    std::vector<QStringList> rows;
-    for (const store::EntryKey& key : keys) {
-        invocation.desk.status(key.day + u"の日記を保存しました。"_s);
-        if (invocation.global.isJson)
-            json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
-        else
-            rows.push_back({key.day, QString::number(key.number)});
-    }
-    try {
-        store::addGenres(invocation, genres);
+    const std::vector<store::EntryKey> keys = store::saveLines(invocation, std::move(lines), times);
+    store::runAfterSave([&] {
+        QJsonArray json;
+        std::vector<QStringList> rows;
+        for (const store::EntryKey& key : keys) {
+            if (invocation.global.isJson)
+                json += QJsonObject{{u"Day"_s, key.day}, {u"Number"_s, key.number}};
+            else
+                rows.push_back({key.day, QString::number(key.number)});
+        }
         invocation.print(json, rows);
-    } catch (platform::Failure& failure) {
-        failure.addStage(u"日記は保存しました"_s); // nobody is to save them twice
-        throw;
-    }
+    });
 }
 
 void remove(Invocation& invocation) {
     const QString day = invocation.argument(0);
     const int number = numberArgument(invocation.argument(1));
-    platform::Desk& desk = invocation.desk;
-    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(number))) {
-        desk.status(u"日記の削除を中止しました。"_s);
-        throw Refusal(u"日記の削除を中止しました。"_s);
-    }
-    const platform::Hourglass hourglass(desk);
-    const store::DiaryStore store = invocation.store();
-    store::RescueFile rescue(invocation);
-    orForget(rescue, [&] {
-        store.DeleteEntry(day, number, [&](const std::vector<store::Entry>& rows) { rescue.keep(rows, u"削除"_s); });
-    });
-    invocation.session.EnterDay = day;
-    site::SaveHtml saver(invocation);
-    bool hasPreview = true;
-    try {
-        saver.previewStep();
-    } catch (const platform::Failure& failure) {
-        desk.failure(failure); // the deletion stands
-        hasPreview = false;
-        desk.status(u"Webページ表示中..."_s);
-        desk.navigate(invocation.session.DataPath + u"tmp.htm#"_s + day);
-    }
-    desk.status(day + u"の日記を削除しました。"_s);
-    if (!hasPreview)
+    switch (site::deleteCommand(invocation, day, number, [&] {
+        store::deleteEntry(invocation, day, number);
+        invocation.session.EnterDay = day;
+    })) {
+    case site::Deletion::Done:
+        break;
+    case site::Deletion::Refused:
+        throw Refusal(site::kDeletionRefused);
+    case site::Deletion::WithoutPreview:
         throw Refusal(u"日記は削除しましたが、プレビューを作成できませんでした。"_s);
+    }
 }
 
 void days(Invocation& invocation) {

@@ -17,9 +17,7 @@ void list(Invocation& invocation) {
 }
 
 void rebuild(Invocation& invocation) {
-    store::MakeGenretxt(invocation);
-    invocation.desk.status(u"ジャンルの再構成が完了しました。"_s);
-    invocation.desk.message(platform::MessageKind::Information, u"完了！"_s);
+    store::genreCommand(invocation.desk, [&] { store::MakeGenretxt(invocation); });
 }
 
 } // namespace

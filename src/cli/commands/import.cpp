@@ -1,6 +1,7 @@
 #include "cli/command.h"
 #include "exchange/clipboard_import.h"
 #include "exchange/import_groups.h"
+#include "platform/failure.h"
 #include "site/save_html.h"
 #include "store/genre_list.h"
 
@@ -24,22 +25,26 @@ void checkForm(const Invocation& invocation) {
 }
 
 void clipboard(Invocation& invocation) {
-    const QString text = readArgumentText(invocation.argument(0));
-    exchange::ClipboardImport import(invocation);
-    const exchange::ParagraphTags tags = exchange::importedParagraphs(invocation.session);
-    const bool isDone = invocation.has(u"--plain"_s) ? import.ImportPlainClipboard(text, tags)
-                                                     : import.ImportFormattedClipboard(text, tags);
-    if (!isDone)
+    const auto form =
+        invocation.has(u"--plain"_s) ? exchange::ClipboardForm::Plain : exchange::ClipboardForm::Formatted;
+    const auto outcome =
+        exchange::importCommand(invocation, form, readArgumentText(invocation.argument(0)),
+                                {.preview = [&] { site::SaveHtml(invocation).previewStep(); },
+                                 .written = [&](const QStringList& days) { printList(invocation, days); }});
+    if (outcome == platform::Outcome::Refused)
         throw Refusal(u"クリップボードの読み込みを中止しました。"_s);
-    printList(invocation, import.writtenDays()); // they are stored, whatever becomes of the preview
-    site::SaveHtml(invocation).previewStep();
 }
 
 void deleteGroup(Invocation& invocation) {
     const std::optional<QStringList> days = exchange::deleteImportGroup(invocation, invocation.argument(0));
     if (!days)
         throw Refusal(u"グループの削除を中止しました。"_s);
-    exchange::finishImportDeletion(invocation.desk, [&] { store::MakeGenretxt(invocation); });
+    try {
+        exchange::finishImportDeletion(invocation.desk, [&] { store::MakeGenretxt(invocation); });
+    } catch (const platform::Failure&) {
+        printList(invocation, *days); // their entries are gone, whatever becomes of the list of genres
+        throw;
+    }
     printList(invocation, *days);
 }
 

@@ -40,7 +40,7 @@ void add(Invocation& invocation) {
     if (year.isEmpty() || month.isEmpty())
         throw Refusal(u"年か月が空なので、何も登録していません。"_s);
     if (const std::optional<QString> problem = registers::yearProblem(year)) {
-        invocation.desk.message(platform::MessageKind::Critical, *problem, u"Resist Log Files"_s);
+        registers::tellLogProblem(invocation.desk, *problem);
         throw Refusal(u"何も登録していません。年を確認してください: "_s + year);
     }
     const platform::Hourglass hourglass(invocation.desk);

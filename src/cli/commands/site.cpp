@@ -32,10 +32,7 @@ void preview(Invocation& invocation) {
 }
 
 void log(Invocation& invocation) {
-    const platform::Hourglass hourglass(invocation.desk);
-    site::LogArchive archive(invocation);
-    archive.save(invocation.argument(0), invocation.argument(1));
-    site::SaveHtml(invocation).previewStep();
+    site::logCommand(invocation, invocation.argument(0), invocation.argument(1));
 }
 
 void rebuild(Invocation& invocation) {
@@ -49,11 +46,13 @@ void rebuild(Invocation& invocation) {
         throw Refusal(u"%1か月分を作成できませんでした。残りは作成しました。"_s.arg(result.failures));
 }
 
+/// The tool has one browser, which knows no captions.
+site::ShowPage browserOf(const Invocation& invocation) {
+    return [&desk = invocation.desk](const QString&, const QString& file) { desk.navigate(file); };
+}
+
 void sameDay(Invocation& invocation) {
-    const QString file = invocation.session.DataPath + u"oldtmp.htm"_s;
-    site::MakeSameDayPage(invocation, file, invocation.argument(0));
-    invocation.desk.navigate(file);
-    printFile(invocation, file);
+    printFile(invocation, site::sameDayCommand(invocation, invocation.argument(0), browserOf(invocation)));
 }
 
 void find(Invocation& invocation) {
@@ -64,14 +63,11 @@ void find(Invocation& invocation) {
     form.isOfGenre = invocation.has(u"--genre"_s);
     if (!invocation.option(u"--genre"_s).isEmpty())
         form.genre = invocation.option(u"--genre"_s);
-    const std::optional<site::Search> search = site::checkSearch(invocation, form);
-    if (!search)
+    const std::optional<site::Found> found = site::findCommand(invocation, form, browserOf(invocation));
+    if (!found)
         throw Refusal(u"検索を中止しました。"_s);
-    const QString file = invocation.session.DataPath + u"findtmp.htm"_s;
-    const int count = site::MakeFindPage(invocation, file, *search);
-    invocation.desk.navigate(file);
-    invocation.desk.status(site::findStatus(search->word, count));
-    invocation.print(QJsonObject{{u"count"_s, count}, {u"file"_s, file}}, {{QString::number(count)}});
+    invocation.print(QJsonObject{{u"count"_s, found->count}, {u"file"_s, found->file}},
+                     {{QString::number(found->count)}});
 }
 
 } // namespace

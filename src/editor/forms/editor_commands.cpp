@@ -2,6 +2,7 @@
 
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
+#include "store/genre_list.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,9 +22,7 @@ desktop::MenuCommands editorCommands(desktop::Context& context) {
         context.windows.get<frmCalender>().Calender_DateClick(context.clock.now().date());
     };
     const auto rebuildGenres = [&context] {
-        context.windows.get<OpenDay>().MakeGenretxt();
-        context.desk.status(u"ジャンルの再構成が完了しました。"_s);
-        context.desk.message(platform::MessageKind::Information, u"完了！"_s);
+        store::genreCommand(context.desk, [&context] { context.windows.get<OpenDay>().MakeGenretxt(); });
     };
     return {
         {"MnuWriteDiary"_L1, {}, writeToday},

@@ -8,8 +8,8 @@
 #include "editor/forms/frmContents.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+#include "site/delete_command.h"
 #include "site/forms/frmFind.h"
-#include "site/save_html.h"
 #include "ui_frmCalender.h"
 
 using namespace Qt::StringLiterals;
@@ -116,35 +116,16 @@ void frmCalender::Btn_New_Click() {
 }
 
 void frmCalender::Btn_Delete_Click() {
-    platform::Desk& desk = m_context.desk;
     if (!m_day.isOpen()) {
-        desk.message(platform::MessageKind::Information, u"削除する日記が選択されていないので、削除を中止します。"_s);
+        m_context.desk.message(platform::MessageKind::Information,
+                               u"削除する日記が選択されていないので、削除を中止します。"_s);
         return;
     }
-    const QString day = m_context.session.EnterDay;
-    if (!desk.ask(u"%1の%2番目の日記を削除します。"_s.arg(day).arg(m_day.number()))) {
-        desk.status(u"日記の削除を中止しました。"_s);
-        return;
-    }
-    m_day.deleteEntry();
-    previewDeletion();
-    desk.status(day + u"の日記を削除しました。"_s);
+    site::deleteCommand(m_context, m_context.session.EnterDay, m_day.number(), [this] { m_day.deleteEntry(); });
 }
 
 void frmCalender::Btn_Find_Click() {
     m_context.windows.get<site::frmFind>().showWindow();
-}
-
-/// The deletion stands, whether its preview can be made or not.
-void frmCalender::previewDeletion() {
-    const core::Session& session = m_context.session;
-    try {
-        site::SaveHtml(m_context).previewStep();
-    } catch (const platform::Failure& failure) {
-        m_context.desk.failure(failure);
-        m_context.desk.status(u"Webページ表示中..."_s);
-        m_context.desk.navigate(session.DataPath + u"tmp.htm#"_s + session.EnterDay);
-    }
 }
 
 void frmCalender::showDay(const QDate& day) {

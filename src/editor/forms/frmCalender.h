@@ -40,7 +40,6 @@ protected:
 private:
     void fitToFont();
     void fillBlogs();
-    void previewDeletion();
     void markDays();
     void mark(const store::DaysWithEntries& days);
     void tellBlogNotYetThere();

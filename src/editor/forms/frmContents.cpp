@@ -313,10 +313,9 @@ void frmContents::Btn5Click_ToolBar() {
 }
 
 void frmContents::picPrevDiaryExist_Click() {
-    const platform::Hourglass hourglass(m_context.desk);
-    const QString file = m_context.session.DataPath + u"oldtmp.htm"_s;
-    site::MakeSameDayPage(m_context, file, m_context.session.EnterDay);
-    m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(u"過去の日記"_s, file);
+    site::sameDayCommand(m_context, m_context.session.EnterDay, [this](const QString& caption, const QString& file) {
+        m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(caption, file);
+    });
 }
 
 void frmContents::Paste() {

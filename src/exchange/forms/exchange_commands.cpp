@@ -11,23 +11,10 @@ using namespace Qt::StringLiterals;
 namespace velloria::exchange {
 namespace {
 
-using Import = bool (ClipboardImport::*)(const std::optional<QString>&, ParagraphTags);
-
-/// What was written is shown, however the import ended.
-void importClipboard(desktop::Context& context, Import import) {
-    ClipboardImport clipboard(context);
-    const auto tellEditor = [&] {
-        if (!clipboard.writtenDays().isEmpty())
-            context.requests.daysChanged(clipboard.writtenDays());
-    };
-    try {
-        if ((clipboard.*import)(desktop::clipboardText(), importedParagraphs(context.session)))
-            site::SaveHtml(context).previewStep();
-    } catch (...) {
-        tellEditor();
-        throw;
-    }
-    tellEditor();
+void importClipboard(desktop::Context& context, ClipboardForm form) {
+    importCommand(context, form, desktop::clipboardText(),
+                  {.preview = [&context] { site::SaveHtml(context).previewStep(); },
+                   .written = [&context](const QStringList& days) { context.requests.daysChanged(days); }});
 }
 
 } // namespace
@@ -36,10 +23,8 @@ desktop::MenuCommands exchangeCommands(desktop::Context& context) {
     return {
         {"mnu_DiaryfromClipboard_UseFormattedText"_L1,
          {},
-         [&context] { importClipboard(context, &ClipboardImport::ImportFormattedClipboard); }},
-        {"mnu_DiaryfromClipboard_UsePlainText"_L1,
-         {},
-         [&context] { importClipboard(context, &ClipboardImport::ImportPlainClipboard); }},
+         [&context] { importClipboard(context, ClipboardForm::Formatted); }},
+        {"mnu_DiaryfromClipboard_UsePlainText"_L1, {}, [&context] { importClipboard(context, ClipboardForm::Plain); }},
         {"MnuTextExport"_L1, {}, [&context] { context.windows.get<frmExport>().showWindow(); }},
         {"MnuDeleteImportDiary"_L1, {}, [&context] { context.windows.get<frmDeleteImportDiary>().showWindow(); }},
     };

@@ -62,7 +62,7 @@ bool frmResistLogs::checkYear() {
 /// Why nothing happens; the focus is where it is to be put right.
 void frmResistLogs::complain(const QString& problem, QWidget& box) {
     m_yearCheck->drop();
-    m_context.desk.message(platform::MessageKind::Critical, problem, u"Resist Log Files"_s);
+    tellLogProblem(m_context.desk, problem);
     box.setFocus();
 }
 

@@ -39,17 +39,11 @@ void frmFind::Btn_OK_Click() {
     form.isOfGenre = ui->chkGenre->isChecked();
     if (ui->cmbGenre->currentIndex() >= 0)
         form.genre = ui->cmbGenre->currentText();
-    const std::optional<Search> search = checkSearch(m_context, form);
-    if (!search)
-        return;
-
-    const platform::Hourglass hourglass(m_context.desk);
-    const core::Session& session = m_context.session;
-    const QString file = session.DataPath + u"findtmp.htm"_s;
-    const int count = MakeFindPage(m_context, file, *search);
-    m_context.desk.status(findStatus(search->word, count));
-    accept(); // before the result, which comes to the front of all windows
-    m_context.windows.get<browser::frmPrevDiaryViewer>().showPage(findCaption(count), file);
+    desktop::Context& context = m_context; // outlives the window
+    findCommand(context, form, [&](const QString& caption, const QString& file) {
+        accept(); // before the result, which comes to the front of all windows
+        context.windows.get<browser::frmPrevDiaryViewer>().showPage(caption, file);
+    });
 }
 
 } // namespace velloria::site

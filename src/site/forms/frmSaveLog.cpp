@@ -3,7 +3,6 @@
 #include "core/keys.h"
 #include "desktop/line_box.h"
 #include "site/log_archive.h"
-#include "site/save_html.h"
 #include "ui_frmSaveLog.h"
 
 #include <QPointer>
@@ -43,13 +42,10 @@ void frmSaveLog::btn_Save_Click() {
 
 void frmSaveLog::makeLog() {
     const QPointer<frmSaveLog> window(this);
-    const desktop::Context& context = m_context; // outlives the window
-    const platform::Hourglass hourglass(context.desk);
-    LogArchive(context).save(ui->txtYear->text(), ui->txtMonth->text(), [&window] {
+    logCommand(m_context, ui->txtYear->text(), ui->txtMonth->text(), [&window] {
         if (window)
             window->hide();
     });
-    SaveHtml(context).previewStep();
 }
 
 void frmSaveLog::setBusy(bool isBusy) {
