@@ -55,9 +55,10 @@ TEST_F(DeleteCommand, StandsWithoutItsPreview) {
     ASSERT_TRUE(QDir().mkdir(preview()));
     EXPECT_EQ(remove(u"yes"_s), site::Deletion::WithoutPreview);
     EXPECT_EQ(diary().LoadDay(u"2004/05/06"_s).size(), 1U);
-    EXPECT_EQ(told().size(), 5);
+    ASSERT_EQ(told().size(), 6);
     EXPECT_TRUE(told()[1].startsWith(u"failure: "_s)) << told()[1].toStdString();
-    EXPECT_EQ(told().sliced(2), (QStringList{kShown, u"navigate: "_s + preview() + u"#2004/05/06"_s, kDeleted}));
+    EXPECT_EQ(told()[2], u"status: エラー：ファイルを保存できません。"_s);
+    EXPECT_EQ(told().sliced(3), (QStringList{kShown, u"navigate: "_s + preview() + u"#2004/05/06"_s, kDeleted}));
 }
 
 TEST_F(DeleteCommand, EndsWhereTheEntryCannotBeDeleted) {
