@@ -1,5 +1,6 @@
 #include "browser/histories.h"
 
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/settings.h"
 #include "core/text_file.h"
@@ -17,9 +18,6 @@ namespace {
 constexpr int kMostLines = 30;
 constexpr qint64 kMostBytes =
     1024 * 1024; ///< no history has such lines: the rest of a file of another kind stays unread
-
-const QString kAddressFile = u"URLHist.txt"_s;
-const QString kWordFile = u"FindHist.txt"_s;
 
 QStringList linesOf(const QByteArray& bytes) {
     QStringList lines;
@@ -47,12 +45,12 @@ QStringList readHistory(const QString& path, bool& isWhole) {
     }
 }
 
-void writeHistory(const core::Session& session, const core::Setting& isKept, const QString& name,
+void writeHistory(const core::Session& session, const core::Setting& isKept, const core::File& history,
                   const QStringList& entries, bool wasWhole) {
     try {
         if (entries.isEmpty() || !wasWhole || !core::Settings(session).isOn(isKept))
             return;
-        const QString file = platform::existingPath(session.UserPath + name);
+        const QString file = platform::existingPath(history.in(session));
         platform::readFileIfThere(file, kMostBytes); // what can't be read is not replaced
         core::writeLines(file, entries);
     } catch (const platform::Failure&) {
@@ -61,11 +59,11 @@ void writeHistory(const core::Session& session, const core::Setting& isKept, con
 }
 
 /// Wherever it lies: the boxes keep theirs beside the diary, other programs in the data folder.
-platform::Outcome clear(const core::Run& run, const QString& question, const QString& name) {
+platform::Outcome clear(const core::Run& run, const QString& question, const core::File& history) {
     if (!run.desk.ask(question))
         return platform::Outcome::Refused;
-    platform::removeFile(platform::existingPath(run.session.UserPath + name));
-    platform::removeFile(platform::existingPath(run.session.DataPath + name));
+    platform::removeFile(platform::existingPath(history.in(run.session)));
+    platform::removeFile(platform::existingPath(history.below(run.session.DataPath)));
     return platform::Outcome::Done;
 }
 
@@ -73,30 +71,30 @@ platform::Outcome clear(const core::Run& run, const QString& question, const QSt
 
 QStringList Histories::addresses() {
     return core::Settings(m_session).isOn(core::keys::kUrlHistory)
-               ? readHistory(m_session.UserPath + kAddressFile, m_hasAddresses)
+               ? readHistory(core::files::kAddressHistory.in(m_session), m_hasAddresses)
                : QStringList();
 }
 
 QStringList Histories::words() {
     return core::Settings(m_session).isOn(core::keys::kFindHistory)
-               ? readHistory(m_session.UserPath + kWordFile, m_hasWords)
+               ? readHistory(core::files::kWordHistory.in(m_session), m_hasWords)
                : QStringList();
 }
 
 void Histories::keepAddresses(const QStringList& entries) const {
-    writeHistory(m_session, core::keys::kFindHistory, kAddressFile, entries, m_hasAddresses);
+    writeHistory(m_session, core::keys::kFindHistory, core::files::kAddressHistory, entries, m_hasAddresses);
 }
 
 void Histories::keepWords(const QStringList& entries) const {
-    writeHistory(m_session, core::keys::kUrlHistory, kWordFile, entries, m_hasWords);
+    writeHistory(m_session, core::keys::kUrlHistory, core::files::kWordHistory, entries, m_hasWords);
 }
 
 platform::Outcome clearAddresses(const core::Run& run) {
-    return clear(run, u"URL履歴を消去しますか？"_s, kAddressFile);
+    return clear(run, u"URL履歴を消去しますか？"_s, core::files::kAddressHistory);
 }
 
 platform::Outcome clearWords(const core::Run& run) {
-    return clear(run, u"検索履歴を消去しますか？"_s, kWordFile);
+    return clear(run, u"検索履歴を消去しますか？"_s, core::files::kWordHistory);
 }
 
 } // namespace velloria::browser

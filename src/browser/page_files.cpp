@@ -1,5 +1,7 @@
 #include "browser/page_files.h"
 
+#include "core/files.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
@@ -33,8 +35,9 @@ QStringList pageFolders(const core::Session& session) {
     for (const QString& root : {session.DataPath, session.FilePath}) {
         if (root.isEmpty())
             continue;
-        for (const QString& name : {u""_s, u"DiaryParts"_s, u"DiaryLog"_s, u"DiaryLog/DiaryParts"_s})
-            folders += resolved(root + name);
+        folders += resolved(root);
+        for (const core::File& folder : {core::files::kParts, core::files::kLogs, core::files::kLogParts})
+            folders += resolved(folder.below(root));
     }
     return folders;
 }

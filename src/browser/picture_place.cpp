@@ -1,5 +1,7 @@
 #include "browser/picture_place.h"
 
+#include "core/files.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -11,10 +13,10 @@ QUrl picturePlace(const QUrl& wanted, const QString& dataPath) {
     if (!wanted.isLocalFile())
         return {};
     const QString file = QDir::cleanPath(wanted.toLocalFile());
-    const QString logs = QDir::cleanPath(dataPath + u"DiaryLog/DiaryParts"_s) + u'/';
+    const QString logs = QDir::cleanPath(core::files::kLogParts.below(dataPath)) + u'/';
     if (!file.startsWith(logs) || QFileInfo::exists(file))
         return {};
-    const QString instead = QDir::cleanPath(dataPath + u"DiaryParts"_s) + u'/' + file.sliced(logs.size());
+    const QString instead = QDir::cleanPath(core::files::kParts.below(dataPath)) + u'/' + file.sliced(logs.size());
     return QFileInfo(instead).isFile() ? QUrl::fromLocalFile(instead) : QUrl();
 }
 

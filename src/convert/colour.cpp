@@ -1,5 +1,6 @@
 #include "convert/colour.h"
 
+#include "core/files.h"
 #include "core/numbers.h"
 #include "core/text_file.h"
 #include "platform/code_page.h"
@@ -20,7 +21,7 @@ platform::Failure unreadable(const QString& file, const QString& reason) {
 }
 
 QByteArray listBytes(const QString& myPath) {
-    const QString file = platform::existingPath(myPath + u"colorname.csv"_s);
+    const QString file = platform::existingPath(core::files::kColours.below(myPath));
     if (!platform::fileExists(file))
         throw unreadable(file, u"ファイルがありません"_s);
     try {

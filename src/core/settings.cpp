@@ -1,21 +1,20 @@
 #include "core/settings.h"
 
+#include "core/files.h"
 #include "core/settings_change.h"
-
-using namespace Qt::StringLiterals;
 
 namespace velloria::core {
 
 QString programFile(const QString& myPath, SettingsFile file) {
     switch (file) {
     case SettingsFile::Users:
-        return myPath + u"velluser.ini"_s;
+        return files::kUsers.below(myPath);
     case SettingsFile::Endpoints:
-        return myPath + u"endpoints.ini"_s;
+        return files::kEndpoints.below(myPath);
     case SettingsFile::HtmlToText:
-        return myPath + u"HTML2TXT.ini"_s;
+        return files::kHtmlToText.below(myPath);
     case SettingsFile::Update:
-        return myPath + u"update.txt"_s;
+        return files::kOffers.below(myPath);
     default:
         Q_UNREACHABLE();
     }

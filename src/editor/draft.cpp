@@ -1,5 +1,6 @@
 #include "editor/draft.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
@@ -13,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace velloria::editor {
 
 DraftFile::DraftFile(const core::Run& run)
-    : m_file(run.session.UserPath + u"draft.json"_s)
+    : m_file(core::files::kDraft.in(run.session))
     , m_clock(run.clock) {}
 
 void DraftFile::write(const std::vector<store::Entry>& drafts) {

@@ -2,6 +2,7 @@
 
 #include "convert/html_to_text.h"
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
 #include "platform/code_page.h"
@@ -20,7 +21,7 @@ namespace {
 constexpr int kEntriesPerProgress = 512;
 
 QString formatFolder(const core::Session& session) {
-    return platform::existingPath(session.DataPath + u"ExportFormat"_s) + u'/';
+    return platform::existingPath(core::files::kExportFormats.in(session)) + u'/';
 }
 
 /// A name as a failure shows it: behind a NUL a reader sees nothing.
@@ -39,10 +40,11 @@ bool isWithin(const QString& file, const QString& folder) {
 bool isNameOfProgram(const QString& name) {
     static const QStringList kEndings{u"ini"_s,     u"mdb"_s, u"csv"_s, u"json"_s, u"jsonl"_s,
                                       u"damaged"_s, u"tmp"_s, u"bak"_s, u"log"_s,  u"lock"_s};
-    static const QStringList kHistories{u"urlhist.txt"_s, u"findhist.txt"_s};
     // The engine's files beside the diary; the backups, numbered ones and their journals too.
-    const bool isOfDiary = name.startsWith(u"diary.mdb"_s) || name.startsWith(u"diarymdb."_s);
-    return isOfDiary || kHistories.contains(name) || kEndings.contains(core::GetFileExt(name));
+    const bool isOfDiary = name.startsWith(core::files::kDiary.name) || name.startsWith(u"diarymdb."_s);
+    const auto isNamed = [&](const core::File& file) { return name.compare(file.name, Qt::CaseInsensitive) == 0; };
+    return isOfDiary || isNamed(core::files::kAddressHistory) || isNamed(core::files::kWordHistory) ||
+           kEndings.contains(core::GetFileExt(name));
 }
 
 /// A missing value is no text; weather and genre have words for that.
@@ -72,8 +74,8 @@ store::Period exportMonth(const QString& year, const QString& month) {
 
 QStringList userFormats(const core::Session& session) {
     QStringList names = platform::listFolder(formatFolder(session), u"*"_s);
-    names.removeAll(u"TEXT.txt"_s);
-    names.removeAll(u"HTML.txt"_s);
+    names.removeAll(core::files::kFirstTextFormat.name);
+    names.removeAll(core::files::kFirstHtmlFormat.name);
     return names;
 }
 
@@ -202,8 +204,8 @@ QString clsExport::readFormat() {
         if (platform::fileExists(m_formatFile))
             return platform::fromCodePage(platform::readFile(m_formatFile));
     }
-    throw platform::Failure(u"エクスポートの定義ファイルがありません。"_s, u"ExportFormat/%1.txt"_s.arg(formatName()),
-                            {},
+    throw platform::Failure(u"エクスポートの定義ファイルがありません。"_s,
+                            core::files::kExportFormats.name + u'/' + formatName() + u".txt"_s, {},
                             u"何も書き出していません。データフォルダのExportFormatに定義ファイルを置いてください。"_s);
 }
 
@@ -215,7 +217,7 @@ void clsExport::Execute(bool& isDone) {
     m_counts.isPeriodBackwards = period.kind == store::Period::Kind::Between && period.first > period.last;
     const QString format = readFormat();
     convert::clsHTML2TEXT converter;
-    if (!converter.Initialize(m_session.MyPath + u"HTML2TXT.ini"_s)) {
+    if (!converter.Initialize(core::files::kHtmlToText.in(m_session))) {
         m_desk.message(platform::MessageKind::Critical, u"HTML2TXT Initializeファイル読み込みエラー"_s);
         return;
     }

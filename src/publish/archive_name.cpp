@@ -1,5 +1,7 @@
 #include "publish/archive_name.h"
 
+#include "core/files.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -10,8 +12,9 @@ namespace {
 constexpr QLatin1StringView kEndings[] = {".lzh"_L1, ".zip"_L1, ".exe"_L1, ".deb"_L1, ".tar.gz"_L1};
 
 /// The programs that are started from the program's folder, by us or by the user.
-constexpr QLatin1StringView kPrograms[] = {"velloria.exe"_L1,    "velloria-cli.exe"_L1, "velloria-sound.exe"_L1,
-                                           "vellupdater.exe"_L1, "velluptmp.exe"_L1,    "vellmemo.exe"_L1};
+constexpr QLatin1StringView kPrograms[] = {
+    "velloria.exe"_L1,          "velloria-cli.exe"_L1,          "velloria-sound.exe"_L1,
+    core::files::kUpdater.name, core::files::kUpdaterCopy.name, core::files::kMemo.name};
 
 bool isSpecial(QChar character) {
     return character < u' ' || character == u'\x7f' || QStringView(u"/\\:*?\"<>|").contains(character);

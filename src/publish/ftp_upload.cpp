@@ -68,7 +68,7 @@ UploadResult FtpUpload::FTP_Execute() {
 
 bool FtpUpload::transferAll() {
     // Of two runs at once one would send a picture into the other's, and call what is left of it whole.
-    const platform::FileLock lock(m_session.UserPath + u"upload.lock"_s);
+    const platform::FileLock lock(core::files::kUploadLock.in(m_session));
     if (!lock.isHeld())
         return tellOtherUpload();
     m_settings = readUploadSettings(m_session);
@@ -100,22 +100,22 @@ bool FtpUpload::checkLocalFiles() {
                                u"FTP_ID or FTP_URL is not invalid....Upload Failed."_s);
     m_desk.pointer(platform::Pointer::Hourglass);
     m_desk.status(u"Checking..."_s);
-    if (!m_files.listExists(u"upload.tmp"_s))
+    if (!m_files.listExists(core::files::kPageList))
         return m_progress.fail(u"エラー"_s,
                                u"アップロードするファイルのリストが存在しません。\r\n(Upload.tmp is not exist.)"_s,
                                u"Upload File not exist!...Upload Failed."_s);
-    const UploadList pages = m_files.readList(u"upload.tmp"_s);
+    const UploadList pages = m_files.readList(core::files::kPageList);
     if (!filesExist(pages, u"アップロードするファイルが存在しません。"_s))
         return false;
     m_pageTotal = qsizetype(pages.rows.size());
-    requireCountable(m_pageTotal, m_files.listFile(u"upload.tmp"_s));
-    if (!m_files.listExists(u"uploadlog.tmp"_s))
+    requireCountable(m_pageTotal, m_files.listFile(core::files::kPageList));
+    if (!m_files.listExists(core::files::kLogList))
         return true;
-    const UploadList logs = m_files.readList(u"uploadlog.tmp"_s);
+    const UploadList logs = m_files.readList(core::files::kLogList);
     if (!filesExist(logs, u"アップロードするログファイルが存在しません。"_s))
         return false;
     m_logTotal = qsizetype(logs.rows.size());
-    requireCountable(m_logTotal, m_files.listFile(u"uploadlog.tmp"_s));
+    requireCountable(m_logTotal, m_files.listFile(core::files::kLogList));
     return true;
 }
 
@@ -129,7 +129,7 @@ bool FtpUpload::filesExist(const UploadList& list, const QString& whenMissing) {
 }
 
 void FtpUpload::beginLog() {
-    m_log.emplace(m_session.UserPath + u"upload.log"_s,
+    m_log.emplace(core::files::kUploadLog.in(m_session),
                   m_clock.now().toString(u"yyyy/MM/dd HH:mm:ss "_s) + m_settings.login.host);
     m_internet.traceTo([this](const QString& line) { m_log->add(line); });
 }

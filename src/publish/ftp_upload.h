@@ -1,6 +1,7 @@
 // The upload: the pages that were saved, the registered files and the logs go to the user's web server.
 #pragma once
 
+#include "core/files.h"
 #include "core/run.h"
 #include "publish/upload_files.h"
 #include "publish/upload_log.h"

@@ -1,5 +1,6 @@
 #include "publish/ping.h"
 
+#include "core/files.h"
 #include "core/settings.h"
 #include "core/site_keys.h"
 #include "platform/plugin.h"
@@ -17,13 +18,13 @@ void Ping::MnuPING() const {
     const QString name = settings.text(core::keys::rss::kTitle);
     const QString url = settings.text(core::keys::rss::kDiaryURL);
 
-    const platform::Plugin plugin(m_session.MyPath + u"Chimer.dll"_s);
+    const platform::Plugin plugin(core::files::kChimer.in(m_session));
     const velloria_ping& ping = plugin.ping();
     const platform::PluginHost host(m_desk);
     plugin.guarded([&] {
         const platform::PluginObject object = plugin.create(ping, host);
         plugin.check(ping.set_pop_up(object.get(), false));
-        const QByteArray servers = QString(m_session.UserPath + u"PINGList.csv"_s).toUtf8();
+        const QByteArray servers = core::files::kPingServers.in(m_session).toUtf8();
         plugin.check(ping.set_ping_list_file(object.get(), servers.constData()));
         plugin.check(ping.set_blog_url(object.get(), url.toUtf8().constData()));
         plugin.check(ping.set_blog_name(object.get(), name.toUtf8().constData()));

@@ -1,5 +1,6 @@
 #include "publish/update_check.h"
 
+#include "core/files.h"
 #include "core/program_keys.h"
 #include "core/settings.h"
 #include "core/settings_change.h"
@@ -20,13 +21,9 @@ using namespace Qt::StringLiterals;
 namespace velloria::publish {
 namespace {
 
+namespace files = core::files;
 namespace keys = core::keys;
 using platform::MessageKind;
-
-const QString kOffersFile = u"update.txt"_s;
-const QString kArchivesFile = u"update.lst"_s; ///< the names of the archives that were saved, one a line
-const QString kUpdater = u"VellUpdater.exe"_s;
-const QString kUpdaterCopy = u"VellUpTmp.exe"_s;
 
 /// Who reads an offer that nobody on the line could have written trusts the archive as well.
 bool isEncrypted(const QString& address) {
@@ -76,7 +73,7 @@ void UpdateCheck::MnuVellUpdater() {
         return;
     }
     // In the working folder, unlike the version that the check writes.
-    writeRunningVersion(kOffersFile);
+    writeRunningVersion(files::kOffers.name);
     if (launch())
         endProgram();
 }
@@ -121,8 +118,9 @@ UpdateResult UpdateCheck::check() {
 
 bool UpdateCheck::fetchOffers() {
     m_desk.status(u"Downloading update.txt"_s);
-    const QString file = platform::existingPath(inHome(kOffersFile));
-    return m_download.DownloadHTTP(updateFolder() + kOffersFile, file, DownloadMode::Text, ShowProgress::No) > 0;
+    const QString file = platform::existingPath(files::kOffers.in(m_session));
+    return m_download.DownloadHTTP(files::kOffers.below(updateFolder()), file, DownloadMode::Text, ShowProgress::No) >
+           0;
 }
 
 /// Versions compare as plain text: "1.10.0" comes before "1.9.0".
@@ -160,16 +158,16 @@ bool UpdateCheck::mayBeSaved(const QString& fileName) const {
         return false;
     const QFileInfo there(platform::existingPath(inHome(fileName)));
     return (!there.exists() && !there.isSymLink()) ||
-           core::readLines(inHome(kArchivesFile)).contains(there.fileName(), Qt::CaseInsensitive);
+           core::readLines(files::kArchives.in(m_session)).contains(there.fileName(), Qt::CaseInsensitive);
 }
 
 /// An archive that is not in the list would count as the user's own file, and no later one could take its place.
 void UpdateCheck::rememberArchive(const QString& fileName) const {
     try {
         const platform::FolderLock lock(m_session.MyPath); // another program may remember one as well
-        QStringList archives = core::readLines(inHome(kArchivesFile));
+        QStringList archives = core::readLines(files::kArchives.in(m_session));
         if (!archives.contains(fileName))
-            core::writeLines(inHome(kArchivesFile), archives << fileName);
+            core::writeLines(files::kArchives.in(m_session), archives << fileName);
     } catch (const platform::Failure&) {
         platform::removeFile(inHome(fileName));
         throw;
@@ -178,7 +176,7 @@ void UpdateCheck::rememberArchive(const QString& fileName) const {
 
 UpdateResult UpdateCheck::handOver() {
     m_desk.message(MessageKind::Information, u"ダウンロードが完了しました。"_s);
-    if (!platform::fileExists(inHome(kUpdater)))
+    if (!platform::fileExists(files::kUpdater.in(m_session)))
         return refuse(u"Velloria Updaterが見つかりません。"_s);
     if (!m_desk.ask(u"VelloriaUpdaterを起動しますか？\r\n(Velloriaは終了します。)"_s))
         return {true};
@@ -189,16 +187,17 @@ UpdateResult UpdateCheck::handOver() {
 /// True when the updater runs. It runs as a copy, so that it can replace its own file.
 bool UpdateCheck::launch() {
     QString library;
-    if (!platform::FindOnSearchPath(m_session.MyPath, u"UnLHA32.DLL"_s, library)) {
+    if (!platform::FindOnSearchPath(m_session.MyPath, files::kArchiveLibrary.name, library)) {
         m_desk.message(MessageKind::Critical,
                        u"「UNLHA32.DLL」が存在しません。\r\nインストール後、再度実行してください。"_s);
         return false;
     }
     constexpr unsigned kExecutable = 0777;
-    platform::removeFile(platform::existingPath(inHome(kUpdaterCopy)));
-    platform::copyFile(platform::existingPath(inHome(kUpdater)), inHome(kUpdaterCopy), kExecutable);
-    if (!platform::cExecute(m_session.MyPath).ShellX(kUpdaterCopy, platform::Wait::No))
-        throw platform::Failure(u"Velloria Updaterを起動できません。"_s, inHome(kUpdaterCopy), {},
+    platform::removeFile(platform::existingPath(files::kUpdaterCopy.in(m_session)));
+    platform::copyFile(platform::existingPath(files::kUpdater.in(m_session)), files::kUpdaterCopy.in(m_session),
+                       kExecutable);
+    if (!platform::cExecute(m_session.MyPath).ShellX(files::kUpdaterCopy.name, platform::Wait::No))
+        throw platform::Failure(u"Velloria Updaterを起動できません。"_s, files::kUpdaterCopy.in(m_session), {},
                                 u"Velloriaは変更されていません。実行できるファイルか確認してください。"_s);
     return true;
 }

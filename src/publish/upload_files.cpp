@@ -1,5 +1,6 @@
 #include "publish/upload_files.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/file_read.h"
 #include "platform/file_write.h"
@@ -12,17 +13,17 @@ UploadFiles::UploadFiles(const core::Session& session, registers::SiteFiles& sit
     : m_session(session)
     , m_siteFiles(siteFiles) {}
 
-QString UploadFiles::listFile(const QString& name) const {
-    return platform::existingPath(m_session.UserPath + name);
+QString UploadFiles::listFile(const core::File& list) const {
+    return platform::existingPath(list.in(m_session));
 }
 
-bool UploadFiles::listExists(const QString& name) const {
-    return platform::fileExists(m_session.UserPath + name);
+bool UploadFiles::listExists(const core::File& list) const {
+    return platform::fileExists(list.in(m_session));
 }
 
-UploadList UploadFiles::readList(const QString& name) const {
+UploadList UploadFiles::readList(const core::File& list) const {
     // Read once: another program may replace the list at any time, and what counts as sent is what these rows name.
-    QByteArray bytes = platform::readFile(listFile(name));
+    QByteArray bytes = platform::readFile(listFile(list));
     std::vector<core::UploadRow> rows = core::uploadRows(bytes);
     return {std::move(bytes), std::move(rows)};
 }
@@ -57,7 +58,8 @@ std::optional<QString> UploadFiles::localPart(const QString& dataFolder, const Q
 
 /// Each folder is listed once a run, however many of its files are missing.
 platform::FolderNames& UploadFiles::partsBelow(const QString& folder) {
-    return m_parts.try_emplace(folder, platform::existingPath(folder + u"DiaryParts"_s) + core::nativeSeparator())
+    return m_parts
+        .try_emplace(folder, platform::existingPath(core::files::kParts.below(folder)) + core::nativeSeparator())
         .first->second;
 }
 

@@ -1,6 +1,7 @@
 // What an upload takes from the user's disk: the lists of what goes up, and the files that they name.
 #pragma once
 
+#include "core/files.h"
 #include "core/session.h"
 #include "core/upload_list.h"
 #include "platform/directory.h"
@@ -22,7 +23,7 @@ struct UploadList {
 /// The files of one run. Registered files are looked for below the folder of the last row that was taken, so pages come
 /// before them. What the disk refuses, a missing list too, is thrown as platform::Failure.
 ///
-///     for (const core::UploadRow& row : files.readList(u"upload.tmp"_s).rows)
+///     for (const core::UploadRow& row : files.readList(core::files::kPageList).rows)
 ///         send(files.localFile(row), row.name);
 ///     const std::optional<QString> picture = files.localPart(session.DataPath, name);
 class UploadFiles {
@@ -31,9 +32,9 @@ public:
     UploadFiles(const core::Session& session, registers::SiteFiles& siteFiles);
 
     /// The full path of a list such as "upload.tmp".
-    QString listFile(const QString& name) const;
-    bool listExists(const QString& name) const;
-    UploadList readList(const QString& name) const;
+    QString listFile(const core::File& list) const;
+    bool listExists(const core::File& list) const;
+    UploadList readList(const core::File& list) const;
 
     /// Makes the row the last one taken.
     void take(const core::UploadRow& row);

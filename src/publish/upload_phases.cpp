@@ -1,5 +1,6 @@
 #include "publish/upload_phases.h"
 
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
@@ -50,10 +51,10 @@ bool UploadPhases::enterFolder(const QString& title, const QString& path, const 
 
 /// Takes away what the last run whose pages all went up has put there.
 bool UploadPhases::deleteOldFiles() {
-    if (!m_local.listExists(u"uploadold.tmp"_s))
+    if (!m_local.listExists(core::files::kSentList))
         return true;
     m_progress.view().setTitle(u"ファイルの削除"_s);
-    for (const core::UploadRow& row : m_local.readList(u"uploadold.tmp"_s).rows) {
+    for (const core::UploadRow& row : m_local.readList(core::files::kSentList).rows) {
         m_local.take(row);
         // A row that someone has cut names nothing, and must not end every run from now on.
         if (!row.name.isEmpty() && !deleteIfThere(row.name, Announce::No))
@@ -79,7 +80,7 @@ bool UploadPhases::deleteIfThere(const QString& name, Announce announce) {
 }
 
 bool UploadPhases::uploadPages() {
-    const UploadList pages = m_local.readList(u"upload.tmp"_s);
+    const UploadList pages = m_local.readList(core::files::kPageList);
     m_done = 0;
     m_progress.view().setBar(0, int(m_pageTotal));
     for (const core::UploadRow& row : pages.rows) {
@@ -94,7 +95,7 @@ bool UploadPhases::uploadPages() {
         m_desk.status(u"Upload \""_s + row.name + u"\" is Succeeded!"_s);
     }
     // The list as it was sent: a command that ran meanwhile may have written another one.
-    platform::replaceFile(m_local.listFile(u"uploadold.tmp"_s), pages.bytes, platform::Durability::Derived);
+    platform::replaceFile(m_local.listFile(core::files::kSentList), pages.bytes, platform::Durability::Derived);
     return true;
 }
 
@@ -109,7 +110,8 @@ bool UploadPhases::uploadParts() {
         m_desk.status(u"HTMLファイル以外にアップロード対象となるファイルはありません。"_s);
         return true;
     }
-    if (!enterFolder(u"ディレクトリの移動"_s, m_startFolder, u"DiaryParts"_s, m_startFolder + u"\\DiaryParts"_s))
+    if (!enterFolder(u"ディレクトリの移動"_s, m_startFolder, core::files::kParts.name,
+                     m_startFolder + u"\\DiaryParts"_s))
         return false;
     m_progress.view().setBar(0, int(rows.size()));
     for (const store::FileRow& row : rows) {
@@ -138,7 +140,7 @@ bool UploadPhases::uploadPart(const store::FileRow& row, qsizetype total) {
 
 bool UploadPhases::leaveParts() {
     m_progress.show(u"元のディレクトリへの移動"_s, m_startFolder + u"へ移動中"_s);
-    if (!m_folders.ChangeFTPDirectory(m_startFolder + u"DiaryParts/"_s, u".."_s)) {
+    if (!m_folders.ChangeFTPDirectory(core::files::kParts.below(m_startFolder) + u'/', u".."_s)) {
         return m_progress.notEntered(m_startFolder, m_folders.refusal());
     }
     m_progress.show(m_startFolder + u"へ移動完了"_s);
@@ -147,16 +149,16 @@ bool UploadPhases::leaveParts() {
 
 /// The logs and the files beside them; without a list of logs neither.
 bool UploadPhases::uploadLogSide() {
-    if (!m_local.listExists(u"uploadlog.tmp"_s))
+    if (!m_local.listExists(core::files::kLogList))
         return true;
-    if (!enterFolder(u"ログ：DiaryLogディレクトリへの移動"_s, m_startFolder, u"DiaryLog"_s,
+    if (!enterFolder(u"ログ：DiaryLogディレクトリへの移動"_s, m_startFolder, core::files::kLogs.name,
                      m_startFolder + u"\\DiaryLog"_s))
         return false;
-    const UploadList logs = m_local.readList(u"uploadlog.tmp"_s);
+    const UploadList logs = m_local.readList(core::files::kLogList);
     if (!uploadLogs(logs.rows) || !uploadLogParts())
         return false;
     // Logs that were listed while these went up stay listed, with the others.
-    core::removeUploadList(m_session.UserPath + u"uploadlog.tmp"_s, logs.bytes);
+    core::removeUploadList(core::files::kLogList.in(m_session), logs.bytes);
     return true;
 }
 
@@ -188,8 +190,8 @@ bool UploadPhases::uploadLogParts() {
     const std::vector<store::FileRow> rows = m_siteFiles.take(m_register.filesToUpload(registers::SiteSide::Log));
     if (rows.empty())
         return true;
-    if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, m_startFolder + u"DiaryLog/"_s, u"DiaryParts"_s,
-                     m_startFolder + u"\\DiaryLog\\DiaryParts"_s))
+    if (!enterFolder(u"ログ：DiaryPartsディレクトリへの移動"_s, core::files::kLogs.below(m_startFolder) + u'/',
+                     core::files::kParts.name, m_startFolder + u"\\DiaryLog\\DiaryParts"_s))
         return false;
     m_progress.view().setText(m_startFolder +
                               u"\\DiaryLogへ移動中"_s); // no move follows: the connection ends in this folder
@@ -204,7 +206,7 @@ bool UploadPhases::uploadLogParts() {
 
 bool UploadPhases::uploadLogPart(const store::FileRow& row, qsizetype total) {
     const std::optional<QString> local =
-        m_local.localPart(m_session.DataPath + u"DiaryLog"_s + core::nativeSeparator(), row.name);
+        m_local.localPart(core::files::kLogs.in(m_session) + core::nativeSeparator(), row.name);
     if (!local)
         return true;
     m_desk.status(u"Uploading "_s + row.name);

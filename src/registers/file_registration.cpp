@@ -1,5 +1,6 @@
 #include "registers/file_registration.h"
 
+#include "core/files.h"
 #include "core/ini.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
@@ -92,7 +93,7 @@ bool FileRegistration::add(const RegisterSource& source, store::FileRow row) {
 }
 
 QString FileRegistration::partsFolder() const {
-    return platform::existingPath(m_session.DataPath + u"DiaryParts"_s);
+    return platform::existingPath(core::files::kParts.in(m_session));
 }
 
 /// Where the one copy of a registered name lies or will lie: a folder from a Windows disk may spell it in another case.

@@ -1,5 +1,6 @@
 #include "registers/log_registration.h"
 
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
@@ -28,7 +29,7 @@ void tellCopied(platform::Failure& failure, const QStringList& copied) {
 
 /// A new page bears the exact name: what nobody has registered and differs from it in case is another page.
 QString newLogPath(const QString& root, const QString& name) {
-    return platform::existingPath(root + u"DiaryLog"_s) + core::nativeSeparator() + name;
+    return platform::existingPath(core::files::kLogs.below(root)) + core::nativeSeparator() + name;
 }
 
 } // namespace
@@ -73,7 +74,7 @@ platform::Outcome LogRegistration::ResistLogFile(const QString& path, const QStr
 }
 
 QString LogRegistration::logFolder(const QString& root) {
-    return platform::existingPath(root + u"DiaryLog"_s);
+    return platform::existingPath(core::files::kLogs.below(root));
 }
 
 QString LogRegistration::logPath(const QString& root, const QString& name) {
@@ -140,7 +141,7 @@ platform::Outcome LogRegistration::replace(const RegisterSource& source) {
         throw;
     }
     // What waits for the upload is what the making of logs has listed.
-    const std::vector<core::UploadRow> waiting = core::readUploadList(m_session.UserPath + u"uploadlog.tmp"_s);
+    const std::vector<core::UploadRow> waiting = core::readUploadList(core::files::kLogList.in(m_session));
     const bool goesUp = std::any_of(waiting.begin(), waiting.end(),
                                     [&](const core::UploadRow& row) { return row.name == source.name; });
     m_desk.notice(u"登録済みのログ「%1」を指定したファイルで置き換えました。登録された月は元のままです。%2"_s.arg(

@@ -1,6 +1,7 @@
 #include "registers/site_files.h"
 
 #include "core/date_forms.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
@@ -97,7 +98,8 @@ bool SiteFiles::isCopy(const QString& path) {
     QStringList folders{file.path()};
     for (const QString& root : {m_session.DataPath, m_session.FilePath}) {
         if (!root.isEmpty())
-            folders += {platform::existingPath(root + u"DiaryParts"_s), platform::existingPath(root + u"DiaryLog"_s)};
+            folders += {platform::existingPath(core::files::kParts.below(root)),
+                        platform::existingPath(core::files::kLogs.below(root))};
     }
     const QString target = file.canonicalFilePath();
     const bool isWithin = std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {

@@ -1,5 +1,6 @@
 #include "shell/diary_information.h"
 
+#include "core/files.h"
 #include "platform/file_write.h"
 #include "platform/plugin.h"
 
@@ -8,9 +9,9 @@ using namespace Qt::StringLiterals;
 namespace velloria::shell {
 
 void diaryInformationCommand(const core::Run& run) {
-    const QString page = run.session.DataPath + u"VellInfo_result.htm"_s;
+    const QString page = core::files::kInformationPage.in(run.session);
     platform::removeFile(page);
-    const platform::Plugin plugin(run.session.MyPath + u"VellInfo.dll"_s);
+    const platform::Plugin plugin(core::files::kVellInfo.in(run.session));
     const velloria_diary_information& information = plugin.diaryInformation();
     const QByteArray database = run.session.databaseFile().toUtf8();
     if (plugin.check(information.set_paths(database.constData(), page.toUtf8().constData())))

@@ -1,5 +1,6 @@
 #include "shell/home.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -19,10 +20,17 @@ namespace {
 const QString kNameAFolder = u"--home か VELLORIA_HOME に、あるフォルダを指定してください。"_s;
 
 /// Files that a newer program may replace in the user's copy of the program folder.
-const QStringList kRefreshed{u"*.blg"_s,    u"*.gif"_s,    u"colorname.csv"_s, u"JS_Log.txt"_s, u"default.*"_s,
-                             u"TEXT.txt"_s, u"HTML.txt"_s, u"*.mht"_s,         u"title.bmp"_s};
+const QStringList kRefreshed{u"*.blg"_s,
+                             u"*.gif"_s,
+                             core::files::kColours.name,
+                             core::files::kLogScript.name,
+                             u"default.*"_s,
+                             core::files::kFirstTextFormat.name,
+                             core::files::kFirstHtmlFormat.name,
+                             u"*.mht"_s,
+                             core::files::kTitlePicture.name};
 /// Files that belong to the user once they are there.
-const QStringList kSeededOnce{u"Customize.ini"_s, u"HTML2TXT*.ini"_s, u"endpoints.ini"_s};
+const QStringList kSeededOnce{core::files::kFirstCustomizeIni.name, u"HTML2TXT*.ini"_s, core::files::kEndpoints.name};
 
 void copyMatching(const QString& from, const QString& to, const QStringList& patterns, bool replacesOlder) {
     for (const QString& pattern : patterns) {

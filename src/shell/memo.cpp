@@ -1,6 +1,7 @@
 #include "shell/memo.h"
 
 #include "convert/password_text.h"
+#include "core/files.h"
 #include "core/program_keys.h"
 #include "core/settings.h"
 #include "platform/directory.h"
@@ -15,7 +16,7 @@ namespace velloria::shell {
 
 void memoCommand(const core::Run& run) {
     const core::Session& session = run.session;
-    const QString program = platform::existingPath(session.MyPath + u"VellMemo.exe"_s);
+    const QString program = platform::existingPath(core::files::kMemo.in(session));
     if (!platform::fileExists(program)) {
         run.desk.message(platform::MessageKind::Critical, u"VellMemo.exeが存在しません。"_s);
         return;

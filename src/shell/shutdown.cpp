@@ -1,5 +1,6 @@
 #include "shell/shutdown.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -33,7 +34,7 @@ QString freeName(const QString& folder, const QString& name) {
 }
 
 void keep(const QString& folder, const QString& name) {
-    const QString kept = folder + u"Kept/"_s;
+    const QString kept = core::files::kKeptPages.below(folder) + u'/';
     platform::makeFolder(kept.chopped(1));
     QFile file(folder + name);
     if (!file.rename(freeName(kept, name)))

@@ -1,6 +1,7 @@
 #include "shell/startup.h"
 
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
@@ -40,15 +41,15 @@ namespace {
 struct KeptPath {
     Setting setting;
     QString Session::*path;
-    QLatin1StringView defaultName; ///< below the data folder
+    File standard; ///< where it lies until it is named
 };
 
 const std::array<KeptPath, 5> kKeptPaths{{
-    {keys::kCustomizeIni, &Session::CustIniFile, "Customize/Customize.ini"_L1},
-    {keys::kFrameIni, &Session::FrameIniFile, "Frame.ini"_L1},
-    {keys::kRssIni, &Session::RSSIniFile, "RSS.ini"_L1},
-    {keys::kHaloScanIni, &Session::HaloScanIniFile, "HaloScan.ini"_L1},
-    {keys::kBlogIni, &Session::BlogIniFile, "Blog.ini"_L1},
+    {keys::kCustomizeIni, &Session::CustIniFile, files::kCustomizeIni},
+    {keys::kFrameIni, &Session::FrameIniFile, files::kFrameIni},
+    {keys::kRssIni, &Session::RSSIniFile, files::kRssIni},
+    {keys::kHaloScanIni, &Session::HaloScanIniFile, files::kHaloScanIni},
+    {keys::kBlogIni, &Session::BlogIniFile, files::kBlogIni},
 }};
 
 /// A settings file that is no text at all would read as if every key were missing, and so would one behind a link that
@@ -62,7 +63,7 @@ void refuseUnreadable(const QString& file) {
 
 /// Whether the settings can keep the longest path below the data folder.
 bool fitsSettingsWithAllBelow(const QString& folder) {
-    return fitsSetting(withSeparator(folder) + u"Customize/Customize.ini"_s);
+    return fitsSetting(files::kCustomizeIni.below(withSeparator(folder)));
 }
 
 } // namespace
@@ -82,7 +83,7 @@ StartResult Startup::enter(const QString& myPath, const std::optional<Login>& lo
     m_session.CurrentVersion = kProgramVersion.joined();
     if (resolveUser(login) == StartResult::Ended)
         return StartResult::Ended;
-    m_session.dbFileName = u"diary.mdb"_s;
+    m_session.dbFileName = files::kDiary.name;
     return StartResult::Ready;
 }
 
@@ -109,7 +110,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     }
     if (!login)
         return StartResult::Ended;
-    refuseUnreadable(factoryFile(u"velluser.ini"_s));
+    refuseUnreadable(factoryFile(files::kUsers.name));
     users.rememberLogin(login->id);
     if (!users.UserCheck(login->id, login->password)) {
         m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
@@ -118,17 +119,17 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     m_session.IsLogin = true;
     m_session.UserID = login->id;
     m_session.UserPath = users.folder(login->id);
-    m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
+    m_session.DiaryIniFile = existingPath(files::kSettings.in(m_session));
     makeFolder(GetParentFolder(m_session.UserPath), 0700);
     readStoredPaths();
     return StartResult::Ready;
 }
 
 void Startup::resolveSingleUser() {
-    m_session.UserPath = withSeparator(existingPath(m_session.MyPath + u"UserData"_s));
+    m_session.UserPath = withSeparator(existingPath(files::kUserData.in(m_session)));
     requireStorableHome();
     makeFolder(GetParentFolder(m_session.UserPath), 0700);
-    m_session.DiaryIniFile = existingPath(m_session.UserPath + u"diary.ini"_s);
+    m_session.DiaryIniFile = existingPath(files::kSettings.in(m_session));
     // Two programs may start here for the first time at once: the later one must not copy over what the other wrote.
     const platform::FolderLock lock(GetParentFolder(m_session.UserPath));
     const bool isFirstStart = copyFirstSettings();
@@ -142,7 +143,8 @@ void Startup::resolveSingleUser() {
 
 /// Fresh settings take the user's folder as their data folder. The next start would not find it.
 void Startup::requireStorableHome() const {
-    const bool hasSettings = fileExists(m_session.UserPath + u"diary.ini"_s) || fileExists(factoryFile(u"diary.ini"_s));
+    const bool hasSettings =
+        fileExists(files::kSettings.in(m_session)) || fileExists(factoryFile(files::kSettings.name));
     if (hasSettings || fitsSettingsWithAllBelow(m_session.UserPath))
         return;
     throw platform::Failure(
@@ -156,31 +158,31 @@ bool Startup::copyFirstSettings() const {
     constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
     if (fileExists(m_session.DiaryIniFile))
         return false;
-    if (hasFactoryFile(u"diary.ini"_s)) {
-        refuseUnreadable(factoryFile(u"diary.ini"_s));
-        copyFactoryFile(u"diary.ini"_s, m_session.DiaryIniFile, kOwnerOnly);
+    if (hasFactoryFile(files::kSettings.name)) {
+        refuseUnreadable(factoryFile(files::kSettings.name));
+        copyFactoryFile(files::kSettings.name, m_session.DiaryIniFile, kOwnerOnly);
         return false;
     }
-    if (!hasFactoryFile(u"default.ini"_s))
+    if (!hasFactoryFile(files::kFirstSettings.name))
         return false;
-    refuseUnreadable(factoryFile(u"default.ini"_s));
+    refuseUnreadable(factoryFile(files::kFirstSettings.name));
     // In one piece: settings without a data folder would ask for one at the next start.
-    const QByteArray settings =
-        platform::changedProfile(platform::readFile(factoryFile(u"default.ini"_s)), keys::kDataPath.section.toString(),
-                                 keys::kDataPath.name.toString(), storedName(m_session.UserPath));
+    const QByteArray settings = platform::changedProfile(
+        platform::readFile(factoryFile(files::kFirstSettings.name)), keys::kDataPath.section.toString(),
+        keys::kDataPath.name.toString(), storedName(m_session.UserPath));
     platform::replaceFile(m_session.DiaryIniFile, settings, platform::Durability::Durable, kOwnerOnly);
     return true;
 }
 
 void Startup::copyFirstDiary() const {
-    const QString database = existingPath(m_session.UserPath + u"diary.mdb"_s);
+    const QString database = existingPath(files::kDiary.in(m_session));
     platform::refuseLostLink(database); // to a disk that is not there: no new diary in its place
     if (QFileInfo::exists(database))
         return;
-    if (hasFactoryFile(u"diary.mdb"_s))
-        store::copyDatabase(factoryFile(u"diary.mdb"_s), database);
-    else if (hasFactoryFile(u"default.mdb"_s))
-        store::copyDatabase(factoryFile(u"default.mdb"_s), database);
+    if (hasFactoryFile(files::kDiary.name))
+        store::copyDatabase(factoryFile(files::kDiary.name), database);
+    else if (hasFactoryFile(files::kFirstDiary.name))
+        store::copyDatabase(factoryFile(files::kFirstDiary.name), database);
 }
 
 void Startup::readStoredPaths() {
@@ -228,21 +230,20 @@ void Startup::checkDatabase() {
     if (version >= kDatabaseVersion)
         return;
     // Old versions had no customize files.
-    const QString customize = existingPath(m_session.DataPath + u"Customize"_s);
-    makeFolder(customize);
-    if (!fileExists(customize + u"/Customize.ini"_s))
-        copyFactoryFile(u"Customize.ini"_s, customize + u"/Customize.ini"_s);
+    makeFolder(existingPath(files::kCustomize.in(m_session)));
+    if (!fileExists(files::kCustomizeIni.in(m_session)))
+        copyFactoryFile(files::kFirstCustomizeIni.name, customizeIni());
     SettingsChange defaults;
     for (const KeptPath& file : kKeptPaths) {
         if (file.path != &Session::RSSIniFile)
-            defaults.set(m_session, file.setting, m_session.DataPath + file.defaultName);
+            defaults.set(m_session, file.setting, file.standard.in(m_session));
     }
     defaults.writeQuietly();
     m_desk.message(MessageKind::Plain,
                    u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                    u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
     if (QFileInfo::exists(database))
-        store::backUpDatabase(database, m_session.UserPath + u"diarymdb.bak"_s);
+        store::backUpDatabase(database, files::kBackup.in(m_session));
     constexpr std::array kMigrated{0, 100, 101, 110, 150, 200, 210};
     if (std::find(kMigrated.begin(), kMigrated.end(), version) != kMigrated.end())
         store::UpdateDatabase(m_session, version);
@@ -252,15 +253,14 @@ void Startup::checkDatabase() {
 }
 
 void Startup::makeWorkingFolders() {
-    const QString& data = m_session.DataPath;
     // Two programs may start here for the first time at once.
-    const platform::FolderLock lock(data);
-    for (const QString& name : {u"DiaryParts"_s, u"DiaryLog"_s, u"Customize"_s})
-        makeFolder(existingPath(data + name));
-    if (hasFactoryFile(u"Customize.ini"_s) && !fileExists(data + u"Customize/Customize.ini"_s))
-        copyFactoryFile(u"Customize.ini"_s, existingPath(data + u"Customize"_s) + u"/Customize.ini"_s);
+    const platform::FolderLock lock(m_session.DataPath);
+    for (const File& folder : {files::kParts, files::kLogs, files::kCustomize})
+        makeFolder(existingPath(folder.in(m_session)));
+    if (hasFactoryFile(files::kFirstCustomizeIni.name) && !fileExists(files::kCustomizeIni.in(m_session)))
+        copyFactoryFile(files::kFirstCustomizeIni.name, customizeIni());
     // The export formats belong to the user: one that they deleted does not come back while the folder stands.
-    const QString formats = existingPath(data + u"ExportFormat"_s);
+    const QString formats = existingPath(files::kExportFormats.in(m_session));
     platform::refuseLostLink(formats);
     if (!QFileInfo::exists(formats))
         makeExportFormats();
@@ -271,12 +271,12 @@ void Startup::makeWorkingFolders() {
 /// The folder says that its formats have been there, so it gets its name when they are: a start that was killed or had
 /// no room is made up for by the next one.
 void Startup::makeExportFormats() const {
-    const QString folder = m_session.DataPath + u"ExportFormat"_s;
+    const QString folder = files::kExportFormats.in(m_session);
     const QString unfinished = folder + u".new"_s;
     makeFolder(unfinished);
-    for (const QString& name : {u"TEXT"_s, u"HTML"_s}) {
-        if (hasFactoryFile(name + u".txt"_s))
-            copyFactoryFile(name + u".txt"_s, unfinished + u'/' + name + u".ini"_s);
+    for (const QString& name : {QString(files::kFirstTextFormat.name), QString(files::kFirstHtmlFormat.name)}) {
+        if (hasFactoryFile(name))
+            copyFactoryFile(name, unfinished + u'/' + GetBaseName(name) + u".ini"_s);
     }
     if (std::rename(QFile::encodeName(unfinished).constData(), QFile::encodeName(folder).constData()) != 0)
         throw platform::Failure(u"フォルダを作成できません。"_s, folder, platform::systemReason(errno),
@@ -286,7 +286,7 @@ void Startup::makeExportFormats() const {
 /// The first picture stands for all of them and comes last, for the same reason. Where the program has none of it, what
 /// the user has of the others stays.
 void Startup::copyWeatherPictures() const {
-    const QString folder = existingPath(m_session.DataPath + u"DiaryParts"_s) + u'/';
+    const QString folder = existingPath(files::kParts.in(m_session)) + u'/';
     QStringList pictures = site::weatherPictures();
     const QString first = pictures.takeFirst();
     if (fileExists(folder + first))
@@ -299,7 +299,7 @@ void Startup::copyWeatherPictures() const {
 }
 
 void Startup::copyBlogTemplates() {
-    const QString folder = existingPath(m_session.DataPath + u"BlogTemplate"_s) + u'/';
+    const QString folder = existingPath(files::kBlogTemplates.in(m_session)) + u'/';
     makeFolder(GetParentFolder(folder));
     for (const QString& name : platform::listFolder(m_session.MyPath, u"*.blg"_s)) {
         const QFileInfo source(m_session.MyPath + name);
@@ -317,7 +317,7 @@ void Startup::findSettingsFiles() {
         if (isAbsoluteFolder(path) && !QFileInfo(existingPath(path)).isDir())
             refuseUnreadable(path);
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
-            path = m_session.DataPath + file.defaultName;
+            path = file.standard.in(m_session);
             defaults.set(m_session, file.setting, path);
             refuseUnreadable(path);
         }
@@ -327,10 +327,15 @@ void Startup::findSettingsFiles() {
 }
 
 void Startup::findPlugins() {
-    m_session.IsLarkportDll = fileExists(factoryFile(u"Larkport.dll"_s));
-    m_session.IsWrenportDll = fileExists(factoryFile(u"Wrenport.dll"_s));
-    m_session.IsVellInfoDll = fileExists(factoryFile(u"VellInfo.dll"_s));
-    m_session.IsChimerDll = fileExists(factoryFile(u"Chimer.dll"_s));
+    m_session.IsLarkportDll = fileExists(factoryFile(files::kLarkport.name));
+    m_session.IsWrenportDll = fileExists(factoryFile(files::kWrenport.name));
+    m_session.IsVellInfoDll = fileExists(factoryFile(files::kVellInfo.name));
+    m_session.IsChimerDll = fileExists(factoryFile(files::kChimer.name));
+}
+
+/// Where the first customize set goes, its folder spelt as it is there.
+QString Startup::customizeIni() const {
+    return existingPath(files::kCustomize.in(m_session)) + u'/' + files::kFirstCustomizeIni.name;
 }
 
 QString Startup::factoryFile(const QString& name) const {

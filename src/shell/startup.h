@@ -51,6 +51,7 @@ private:
     void findSettingsFiles();
     void findPlugins();
 
+    QString customizeIni() const;
     QString factoryFile(const QString& name) const;
     bool hasFactoryFile(const QString& name) const;
     void copyFactoryFile(const QString& name, const QString& target, unsigned mode = 0666) const;

@@ -2,6 +2,7 @@
 
 #include "convert/html_to_text.h"
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
 #include "core/site_keys.h"
@@ -118,7 +119,7 @@ void clsRSSreader::MakeRSS() {
                                 m_filePrefix + endings().first(), {},
                                 u"公開する日記を書くか、RSSの設定を切ってください。ページは変更されていません。"_s);
     }
-    if (!platform::fileExists(m_session.MyPath + u"HTML2TXT_RSS.ini"_s)) {
+    if (!platform::fileExists(core::files::kFeedHtmlToText.in(m_session))) {
         // A writer stops after the opening of its file.
         for (const QString& ending : endings())
             write(ending, {});
@@ -139,7 +140,7 @@ const QStringList& clsRSSreader::endings() {
 
 std::vector<FeedItem> clsRSSreader::readItems(const QString& lastDay) const {
     convert::clsHTML2TEXT converter;
-    converter.Initialize(platform::existingPath(m_session.MyPath + u"HTML2TXT_RSS.ini"_s));
+    converter.Initialize(platform::existingPath(core::files::kFeedHtmlToText.in(m_session)));
     const std::vector<store::Entry> entries = m_store.EntriesForFeed(lastDay.left(7));
     const ItemAddresses addresses(m_settings, m_diaryUrl, daysOf(entries));
     std::vector<FeedItem> items;

@@ -2,6 +2,7 @@
 
 #include "core/date_forms.h"
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/long_text.h"
 #include "core/site_keys.h"
 #include "platform/code_page.h"
@@ -187,7 +188,7 @@ std::optional<Found> findCommand(const core::Run& run, const SearchForm& form, c
     if (!search)
         return std::nullopt;
     const platform::Hourglass hourglass(run.desk);
-    const QString file = run.session.DataPath + u"findtmp.htm"_s;
+    const QString file = core::files::kFindPage.in(run.session);
     const int count = MakeFindPage(run, file, *search);
     show(u"検索結果(%1件見つかりました)"_s.arg(count), file);
     run.desk.status(u"検索結果(キーワード"_s + search->word + u"で%1件見つかりました)"_s.arg(count));

@@ -1,5 +1,6 @@
 #include "site/log_archive.h"
 
+#include "core/files.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
 #include "core/site_folder.h"
@@ -17,8 +18,10 @@ namespace {
 
 constexpr std::size_t kFilesPerProgress = 16;
 
-/// Below the site and below the data folder.
-constexpr QLatin1StringView kPartsOfLogs("DiaryLog/DiaryParts/");
+/// Below the site or the data folder.
+QString partsOfLogs(const QString& root) {
+    return core::files::kLogParts.below(root) + u'/';
+}
 
 /// A log takes its file name from year and month.
 void requireFileName(const QString& name) {
@@ -49,16 +52,16 @@ void LogArchive::save(const QString& year, const QString& typedMonth, const std:
     requireFileName(logName);
     core::requireSiteFolder(m_session);
     for (const QString& root : roots())
-        platform::makeFolder(root + u"DiaryLog"_s);
+        platform::makeFolder(core::files::kLogs.below(root));
 
     // The list on disk may be that of another run by now.
     const std::vector<core::UploadRow> pages = m_monthPage.MakeHTML(
-        m_session.DataPath + u"DiaryLog/"_s + logName, yearMonth, PageKind::Log, MakeList::Yes, WithPrivate::No);
+        core::files::kLogs.in(m_session) + u'/' + logName, yearMonth, PageKind::Log, MakeList::Yes, WithPrivate::No);
     if (!m_session.FilePath.isEmpty())
         copyPages(pages);
-    core::appendUploadList(m_session.UserPath + u"uploadlog.tmp"_s, pages);
+    core::appendUploadList(core::files::kLogList.in(m_session), pages);
     for (const QString& root : roots())
-        platform::makeFolder(root + u"DiaryLog/DiaryParts"_s);
+        platform::makeFolder(core::files::kLogParts.below(root));
     // A log may be the first that is ever made of the site.
     placeWeatherPictures(m_session, m_siteFiles);
     archiveFilesOfMonth(year, month);
@@ -84,7 +87,7 @@ void LogArchive::copyPages(const std::vector<core::UploadRow>& pages) {
     for (const core::UploadRow& page : pages) {
         const QString source = page.folder + core::nativeSeparator() + page.name;
         if (platform::fileExists(source))
-            platform::copyFile(source, m_session.FilePath + u"DiaryLog/"_s + page.name);
+            platform::copyFile(source, core::files::kLogs.below(m_session.FilePath) + u'/' + page.name);
     }
 }
 
@@ -105,14 +108,14 @@ int LogArchive::daysOfMonth(const QString& year, const QString& month) const {
 void LogArchive::archiveFilesOfMonth(const QString& year, const QString& month) {
     const QString start = year + u'/' + month + u'/';
     const int days = daysOfMonth(year, month);
-    const platform::FolderNames published(m_session.FilePath + kPartsOfLogs);
+    const platform::FolderNames published(partsOfLogs(m_session.FilePath));
     const bool hasSite = !m_session.FilePath.isEmpty() && !platform::isSameFile(m_session.FilePath, m_session.DataPath);
     const auto isPublished = [&](const store::FileRow& row) { return hasSite && published.hasFile(row.name); };
     const std::vector<store::FileRow> files =
         m_siteFiles.take(m_files.FilesOfPeriod(start + u"01"_s, start + QString::number(days)), isPublished);
     // Only to tell of those that an earlier run has taken along and that would not go any more.
     m_siteFiles.take(m_files.FilesOfMonth(start.chopped(1)), isPublished);
-    const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
+    const platform::FolderNames parts(platform::existingPath(core::files::kParts.in(m_session) + u'/'));
     std::vector<qint64> logged;
     try {
         for (std::size_t i = 0; i < files.size(); ++i) {
@@ -150,24 +153,24 @@ bool LogArchive::archiveFile(const store::FileRow& file, const QString& month, c
     if (!m_siteFiles.isCopy(parts.path(file.name)))
         return false;
     for (const QString& root : roots())
-        platform::placeFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+        platform::placeFile(parts.path(file.name), partsOfLogs(root) + file.name);
     return true;
 }
 
 void LogArchive::archiveCommonFiles() {
     const std::vector<store::FileRow> files = m_siteFiles.take(m_files.CommonFiles());
-    const platform::FolderNames parts(platform::existingPath(m_session.DataPath + u"DiaryParts/"_s));
+    const platform::FolderNames parts(platform::existingPath(core::files::kParts.in(m_session) + u'/'));
     for (const QString& root : roots()) {
-        platform::FolderNames logged(root + kPartsOfLogs);
+        platform::FolderNames logged(partsOfLogs(root));
         for (const store::FileRow& file : files) {
             if (!parts.hasFile(file.name) || !m_siteFiles.isCopy(parts.path(file.name)) || logged.hasFile(file.name))
                 continue;
-            platform::placeFile(parts.path(file.name), root + kPartsOfLogs + file.name);
+            platform::placeFile(parts.path(file.name), partsOfLogs(root) + file.name);
             logged.add(file.name);
         }
     }
     // The upload takes the file of such a row from the data folder's logs and stops when it is missing there.
-    const platform::FolderNames logged(m_session.DataPath + kPartsOfLogs);
+    const platform::FolderNames logged(partsOfLogs(m_session.DataPath));
     QStringList names;
     for (const store::FileRow& file : files) {
         if (logged.hasFile(file.name))

@@ -1,6 +1,7 @@
 #include "site/month_page.h"
 
 #include "core/date_forms.h"
+#include "core/files.h"
 #include "core/path_names.h"
 #include "core/site_keys.h"
 #include "platform/failure.h"
@@ -75,9 +76,9 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
         MakeLogList(run, m_logs);
     printFoot(run);
     const std::vector<core::UploadRow> rows = listOf(run);
-    const QString list = pageKind == PageKind::Current ? u"upload.tmp"_s : u"uplogtmp.tmp"_s;
+    const core::File& list = pageKind == PageKind::Current ? core::files::kPageList : core::files::kLogPageList;
     if (makeList == MakeList::Yes)
-        core::writeUploadList(m_run.session.UserPath + list, rows);
+        core::writeUploadList(list.in(m_run.session), rows);
     if (isPreview(path) && uploadTakesFrom(m_run.session.DataPath))
         removeOldDayPages(m_run.session);
     return rows;
@@ -109,7 +110,7 @@ Division MonthPage::readDivision(MonthRun& run) const {
 
 bool MonthPage::isPreview(const QString& path) const {
     const QString name = core::GetFileName(path);
-    return (name == u"tmp.htm"_s || name == u"Customize.htm"_s) &&
+    return (name == core::files::kPreview.name || name == core::files::kCustomizePreview.name) &&
            platform::isSameFile(core::GetParentFolder(path), m_run.session.DataPath);
 }
 
@@ -117,7 +118,7 @@ bool MonthPage::isPreview(const QString& path) const {
 bool MonthPage::uploadTakesFrom(const QString& folder) const {
     if (platform::isSameFile(m_run.session.FilePath, folder))
         return true;
-    const std::vector<core::UploadRow> rows = core::readUploadList(m_run.session.UserPath + u"upload.tmp"_s);
+    const std::vector<core::UploadRow> rows = core::readUploadList(core::files::kPageList.in(m_run.session));
     return std::any_of(rows.begin(), rows.end(),
                        [&](const core::UploadRow& row) { return platform::isSameFile(row.folder, folder); });
 }

@@ -1,5 +1,6 @@
 #include "site/own_pages.h"
 
+#include "core/files.h"
 #include "core/upload_list.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -16,8 +17,9 @@ namespace velloria::site {
 
 QSet<QString> listedNames(const core::Session& session) {
     QSet<QString> names;
-    for (const QString& list : {u"upload.tmp"_s, u"uploadold.tmp"_s, u"uploadlog.tmp"_s, u"uplogtmp.tmp"_s}) {
-        for (const core::UploadRow& row : core::readUploadList(session.UserPath + list)) {
+    namespace files = core::files;
+    for (const core::File& list : {files::kPageList, files::kSentList, files::kLogList, files::kLogPageList}) {
+        for (const core::UploadRow& row : core::readUploadList(list.in(session))) {
             if (platform::isSameFile(row.folder, session.DataPath))
                 names.insert(row.name);
         }

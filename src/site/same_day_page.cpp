@@ -1,5 +1,6 @@
 #include "site/same_day_page.h"
 
+#include "core/files.h"
 #include "core/site_keys.h"
 #include "site/entry_look.h"
 #include "site/local_page.h"
@@ -88,7 +89,7 @@ int MakeSameDayPage(const core::Run& run, const QString& path, const QString& da
 
 QString sameDayCommand(const core::Run& run, const QString& day, const ShowPage& show) {
     const platform::Hourglass hourglass(run.desk);
-    const QString file = run.session.DataPath + u"oldtmp.htm"_s;
+    const QString file = core::files::kSameDayPage.in(run.session);
     MakeSameDayPage(run, file, day);
     show(u"過去の日記"_s, file);
     return file;

@@ -1,6 +1,7 @@
 #include "site/save_html.h"
 
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings_change.h"
@@ -55,7 +56,7 @@ platform::Outcome SaveHtml::saveAs(const QString& path) {
 platform::Outcome SaveHtml::saveTo(const std::function<bool()>& takeTarget) {
     const QString oldPath = m_session.FilePath;
     const QString oldName = m_session.FileName;
-    const QString list = m_session.UserPath + u"upload.tmp"_s;
+    const QString list = core::files::kPageList.in(m_session);
     const std::optional<QByteArray> oldList = platform::readFileIfThere(list);
     try {
         if (!takeTarget())
@@ -149,18 +150,18 @@ void SaveHtml::SaveHTML() {
 
 void SaveHtml::copyParts() {
     const registers::FileRegister files(m_session.databaseFile());
-    const QString folder = m_session.DataPath + u"DiaryParts/"_s;
+    const QString folder = core::files::kParts.in(m_session) + u'/';
+    const QString published = core::files::kParts.below(m_session.FilePath) + u'/';
     const platform::FolderNames sources(platform::existingPath(folder));
-    platform::FolderNames targets(m_session.FilePath + u"DiaryParts/"_s);
-    const bool isElsewhere =
-        !platform::isSameFile(platform::existingPath(folder), m_session.FilePath + u"DiaryParts/"_s);
+    platform::FolderNames targets(published);
+    const bool isElsewhere = !platform::isSameFile(platform::existingPath(folder), published);
     const auto copy = [&](const std::vector<store::FileRow>& rows) {
         const auto isPublished = [&](const store::FileRow& row) { return isElsewhere && targets.hasFile(row.name); };
         for (const store::FileRow& row : m_siteFiles.take(rows, isPublished)) {
             m_desk.status(u"Copying "_s + folder + row.name);
             if (!sources.hasFile(row.name) || !m_siteFiles.isCopy(sources.path(row.name)) || targets.hasFile(row.name))
                 continue;
-            platform::placeFile(sources.path(row.name), m_session.FilePath + u"DiaryParts/"_s + row.name);
+            platform::placeFile(sources.path(row.name), published + row.name);
             targets.add(row.name);
         }
     };
@@ -170,7 +171,7 @@ void SaveHtml::copyParts() {
 
 void SaveHtml::SaveTmpFile() {
     const platform::Hourglass hourglass(m_desk);
-    m_monthPage.MakeHTML(m_session.DataPath + u"tmp.htm"_s, core::monthOf(m_session.EnterDay), PageKind::Current,
+    m_monthPage.MakeHTML(core::files::kPreview.in(m_session), core::monthOf(m_session.EnterDay), PageKind::Current,
                          MakeList::No, WithPrivate::Yes);
 }
 
@@ -181,7 +182,7 @@ void SaveHtml::previewStep() {
 
 void SaveHtml::showPreview() {
     m_desk.status(u"Webページ表示中..."_s);
-    m_desk.navigate(m_session.DataPath + u"tmp.htm#"_s + m_session.EnterDay);
+    m_desk.navigate(core::files::kPreview.in(m_session) + u'#' + m_session.EnterDay);
 }
 
 } // namespace velloria::site

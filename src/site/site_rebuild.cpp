@@ -1,6 +1,7 @@
 #include "site/site_rebuild.h"
 
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/site_folder.h"
 #include "core/upload_list.h"
 #include "platform/failure.h"
@@ -58,7 +59,7 @@ RebuildResult rebuildSite(const core::Run& run, const QString& from, const QStri
         desk.progress(month, ++done, int(months.size()));
     }
     // Every log was listed again, and the upload needs each page once.
-    core::removeRepeatedRows(session.UserPath + u"uploadlog.tmp"_s);
+    core::removeRepeatedRows(core::files::kLogList.in(session));
     if (isWithin(currentMonth, from, to))
         attempt(currentMonth, [&] { saver.SaveHTML(); });
     attempt(core::monthOf(session.EnterDay), [&] { saver.previewStep(); });

@@ -1,5 +1,6 @@
 #include "site/site_settings.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "core/settings.h"
 #include "core/text_file.h"
@@ -28,12 +29,12 @@ QString SiteSettings::piece(const core::Setting& setting) const {
     Q_ASSERT(setting.kind == core::SettingKind::PieceName);
     const QString name = text(setting);
     // A set may come from somebody else, and the preview with its private entries lies one folder above.
-    return core::isBareName(name) ? core::ReadTextFile(m_session.DataPath + u"Customize/"_s + name + u".htm"_s)
+    return core::isBareName(name) ? core::ReadTextFile(core::files::kCustomize.in(m_session) + u'/' + name + u".htm"_s)
                                   : QString();
 }
 
 QString SiteSettings::logScript() const {
-    return core::ReadTextFile(m_session.MyPath + u"JS_Log.txt"_s);
+    return core::ReadTextFile(core::files::kLogScript.in(m_session));
 }
 
 const core::IniReader& SiteSettings::reader(core::SettingsFile file) const {

@@ -1,5 +1,6 @@
 #include "site/weather.h"
 
+#include "core/files.h"
 #include "platform/directory.h"
 #include "platform/file_write.h"
 #include "registers/file_register.h"
@@ -29,10 +30,10 @@ void placeWeatherPictures(const core::Session& session, registers::SiteFiles& si
     const registers::FileRegister files(session.databaseFile());
     const bool hasSite = !session.FilePath.isEmpty();
     if (hasSite)
-        platform::makeFolder(session.FilePath + u"DiaryParts"_s);
+        platform::makeFolder(core::files::kParts.below(session.FilePath));
     for (const QString& name : weatherPictures()) {
-        const QString source = platform::existingPath(session.DataPath + u"DiaryParts/"_s + name);
-        const QString target = hasSite ? session.FilePath + u"DiaryParts/"_s + name : QString();
+        const QString source = platform::existingPath(core::files::kParts.in(session) + u'/' + name);
+        const QString target = hasSite ? core::files::kParts.below(session.FilePath) + u'/' + name : QString();
         // In a site that is the data folder the picture is there already, and yet unknown to the upload.
         const bool isInPlace = platform::fileExists(target) && !platform::isSameFile(source, target);
         if (!platform::fileExists(source) || !siteFiles.isCopy(source) || isInPlace)

@@ -1,6 +1,7 @@
 #include "store/database_file.h"
 
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/failure.h"
 #include "platform/file_lock.h"
@@ -203,9 +204,10 @@ void removeJournals(const QString& database) {
 /// Where a diary that another one replaces is kept, beside it.
 QString freeNameFor(const QString& database) {
     const QString folder = core::GetParentFolder(database) + u'/';
-    QString name = folder + u"diarymdb.replaced.bak"_s;
+    QString name = core::files::kReplacedDiary.below(folder);
+    const QString base = core::GetBaseName(name);
     for (int i = 2; QFileInfo::exists(name); ++i)
-        name = folder + u"diarymdb.replaced-%1.bak"_s.arg(i);
+        name = base + u"-%1.bak"_s.arg(i);
     return name;
 }
 
@@ -229,7 +231,7 @@ std::unique_ptr<Connection> lockedIfSound(const QString& database) {
 
 /// Backups move from name to name: of two programs that move them at once each takes its turn.
 platform::FileTurn turnAtBackups(const QString& folder) {
-    return {folder + u"/diarymdb.lock"_s, u"日記のバックアップは他のプログラムが使用中です。"_s};
+    return {core::files::kBackupLock.below(folder + u'/'), u"日記のバックアップは他のプログラムが使用中です。"_s};
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "store/genre_list.h"
 
+#include "core/files.h"
 #include "core/text_file.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
@@ -15,7 +16,7 @@ namespace velloria::store {
 namespace {
 
 QString listFile(const core::Session& session) {
-    return platform::existingPath(session.DataPath + u"Genre.csv"_s);
+    return platform::existingPath(core::files::kGenres.in(session));
 }
 
 /// A genre as it compares once it has been a line of the file.

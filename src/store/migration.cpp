@@ -1,5 +1,6 @@
 #include "store/migration.h"
 
+#include "core/files.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "store/database_file.h"
@@ -12,7 +13,7 @@ namespace velloria::store {
 
 void UpdateDatabase(const core::Session& session, qint16 oldVersion) {
     if (!platform::fileExists(session.databaseFile())) {
-        copyDatabase(platform::existingPath(session.MyPath + u"default.mdb"_s), session.databaseFile());
+        copyDatabase(platform::existingPath(core::files::kFirstDiary.in(session)), session.databaseFile());
         return;
     }
     throw platform::Failure(u"バージョン%1の日記データベースはまだ変換できません。"_s.arg(oldVersion),

@@ -1,5 +1,6 @@
 #include "store/named_database.h"
 
+#include "core/files.h"
 #include "platform/file_read.h"
 #include "platform/file_write.h"
 
@@ -45,7 +46,7 @@ NamedDatabase::NamedDatabase(const QString& file)
     if (!m_folder->isValid())
         throw platform::Failure(u"一時フォルダを作成できません。"_s, m_folder->path(), m_folder->errorString(),
                                 u"空き容量を増やしてから、もう一度実行してください。"_s);
-    m_path = m_folder->filePath(u"diary.mdb"_s);
+    m_path = m_folder->filePath(core::files::kDiary.name);
     copyAsItLies(file, m_path);
 }
 

@@ -1,5 +1,6 @@
 #include "store/rescue_file.h"
 
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
@@ -48,7 +49,7 @@ void endLastLine(const QString& path, const QString& damagedFile) {
 } // namespace
 
 RescueFile::RescueFile(const core::Run& run)
-    : m_file(run.session.UserPath + u"rescue.jsonl"_s)
+    : m_file(core::files::kRescue.in(run.session))
     , m_clock(run.clock)
     , m_isOn(core::Settings(run.session).text(core::keys::kRescue) != u"0"_s) {}
 
@@ -71,7 +72,7 @@ void RescueFile::keep(const std::vector<Entry>& entries, const QString& reason) 
 }
 
 void RescueFile::append(const QByteArray& lines) {
-    endLastLine(m_file, core::GetParentFolder(m_file) + u"/rescue.damaged"_s);
+    endLastLine(m_file, core::files::kDamagedRescue.below(core::GetParentFolder(m_file) + u'/'));
     const qint64 size = QFileInfo(m_file).size();
     // Once a change: what it keeps itself must not push its own first lines out.
     if (m_end < 0 && size + lines.size() > kMostBytes) {

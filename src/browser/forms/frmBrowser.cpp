@@ -5,6 +5,7 @@
 #include "browser/forms/web_profile.h"
 #include "browser/page_address.h"
 #include "browser/search_sites.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/program_keys.h"
@@ -156,12 +157,12 @@ void frmBrowser::rememberWords() {
 
 void frmBrowser::previewPage() {
     site::SaveHtml(m_context).SaveTmpFile();
-    Navigate(m_context.session.DataPath + u"tmp.htm"_s);
+    Navigate(core::files::kPreview.in(m_context.session));
 }
 
 void frmBrowser::goHome() {
     const QString home = core::Settings(m_context.session).text(core::keys::kBrowserHome);
-    Navigate(home.isEmpty() ? m_context.session.DataPath + u"tmp.htm"_s : home);
+    Navigate(home.isEmpty() ? core::files::kPreview.in(m_context.session) : home);
 }
 
 // ---- histories and favourites

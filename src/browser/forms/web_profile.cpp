@@ -1,6 +1,7 @@
 #include "browser/forms/web_profile.h"
 
 #include "browser/forms/file_guard.h"
+#include "core/files.h"
 #include "desktop/command.h"
 
 #include <QDir>
@@ -75,8 +76,8 @@ void prepareEngine() {
 std::shared_ptr<QWebEngineProfile> makeProfile(const core::Session& session, platform::Desk& desk) {
     prepareEngine();
     auto profile = std::make_shared<QWebEngineProfile>(u"velloria"_s);
-    profile->setPersistentStoragePath(session.UserPath + u"Browser"_s);
-    profile->setCachePath(session.UserPath + u"Browser/Cache"_s);
+    profile->setPersistentStoragePath(core::files::kBrowserFolder.in(session));
+    profile->setCachePath(core::files::kBrowserCache.in(session));
     profile->setUrlRequestInterceptor(new FileGuard(session, profile.get()));
     profile->installUrlSchemeHandler("event", new EventHandler(profile.get()));
     QObject::connect(profile.get(), &QWebEngineProfile::downloadRequested, profile.get(),

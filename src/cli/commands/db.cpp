@@ -1,5 +1,6 @@
 #include "cli/command.h"
 #include "cli/streams.h"
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "store/database_file.h"
@@ -33,7 +34,7 @@ void check(Invocation& invocation) {
 
 void restore(Invocation& invocation) {
     const QString backup = invocation.arguments.isEmpty()
-                               ? platform::existingPath(invocation.session.UserPath + u"diarymdb.bak"_s)
+                               ? platform::existingPath(core::files::kBackup.in(invocation.session))
                                : invocation.argument(0);
     const QString kept = store::restoreDatabase(platform::existingPath(invocation.session.databaseFile()), backup);
     const QString told = core::GetFileName(backup) + u"を復元しました。"_s;

@@ -1,5 +1,6 @@
 #include "cli/command.h"
 #include "core/day_key.h"
+#include "core/files.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
 #include "site/delete_command.h"

@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "core/files.h"
 #include "site/find_page.h"
 #include "site/log_archive.h"
 #include "site/same_day_page.h"
@@ -27,8 +28,8 @@ void save(Invocation& invocation) {
 
 void preview(Invocation& invocation) {
     site::SaveHtml(invocation).SaveTmpFile();
-    invocation.desk.navigate(invocation.session.DataPath + u"tmp.htm"_s);
-    printFile(invocation, invocation.session.DataPath + u"tmp.htm"_s);
+    invocation.desk.navigate(core::files::kPreview.in(invocation.session));
+    printFile(invocation, core::files::kPreview.in(invocation.session));
 }
 
 void log(Invocation& invocation) {

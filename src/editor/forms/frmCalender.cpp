@@ -1,6 +1,7 @@
 #include "editor/forms/frmCalender.h"
 
 #include "core/day_key.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/settings.h"
 #include "desktop/command.h"
@@ -100,7 +101,8 @@ void frmCalender::changeEvent(QEvent* event) {
 
 void frmCalender::fillBlogs() {
     constexpr int kExtension = 4; // ".ini"
-    for (const QString& name : platform::listFolder(m_context.session.DataPath + u"BlogTemplate/"_s, u"*.ini"_s))
+    for (const QString& name :
+         platform::listFolder(core::files::kBlogTemplates.in(m_context.session) + u'/', u"*.ini"_s))
         ui->cmbBlog->addItem(name.chopped(kExtension));
     const QString selected = core::Settings(m_context.session).text(core::keys::kSelectedBlog);
     ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));

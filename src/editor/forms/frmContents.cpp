@@ -2,6 +2,7 @@
 
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/day_key.h"
+#include "core/files.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "editor/forms/editor_tool_bar.h"

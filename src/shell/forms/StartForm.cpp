@@ -1,5 +1,6 @@
 #include "shell/forms/StartForm.h"
 
+#include "core/files.h"
 #include "platform/directory.h"
 
 #include <QPainter>
@@ -29,7 +30,7 @@ QPixmap namePicture(qreal ratio) {
 StartForm::StartForm(desktop::Context& context)
     : QSplashScreen(QPixmap(), Qt::WindowStaysOnTopHint) {
     setObjectName(u"StartForm"_s);
-    const QString file = platform::existingPath(context.session.MyPath + u"title.bmp"_s);
+    const QString file = platform::existingPath(core::files::kTitlePicture.in(context.session));
     const QPixmap title = platform::fileExists(file) ? QPixmap(file) : QPixmap();
     setPixmap(title.isNull() ? namePicture(devicePixelRatio()) : title);
 }

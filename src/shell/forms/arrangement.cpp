@@ -1,6 +1,7 @@
 #include "shell/forms/arrangement.h"
 
 #include "browser/forms/frmBrowser.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/settings_change.h"
 #include "desktop/twips.h"
@@ -174,8 +175,8 @@ void Arrangement::MnuVertical() {
 }
 
 void Arrangement::showStartPage() {
-    const QString preview = m_context.session.DataPath + u"tmp.htm"_s;
-    m_context.desk.navigate(platform::fileExists(preview) ? preview : m_context.session.MyPath + u"SimpleManual.mht"_s);
+    const QString preview = core::files::kPreview.in(m_context.session);
+    m_context.desk.navigate(platform::fileExists(preview) ? preview : core::files::kSimpleManual.in(m_context.session));
 }
 
 } // namespace velloria::shell

@@ -1,5 +1,6 @@
 #include "shell/forms/desktop_start.h"
 
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
@@ -77,7 +78,7 @@ void showOptionalParts(const desktop::Context& context, const MDIFormTop& top) {
         for (const QString& name : names)
             top.command(name)->setVisible(false);
     };
-    top.command(u"mnuVellMemo"_s)->setEnabled(platform::fileExists(session.MyPath + u"VellMemo.exe"_s));
+    top.command(u"mnuVellMemo"_s)->setEnabled(platform::fileExists(core::files::kMemo.in(session)));
     if (!session.IsLarkportDll)
         hide({u"MnuMTExport"_s, u"MnuMTImport"_s, u"MnuLarkportDll"_s});
     if (!session.IsWrenportDll)

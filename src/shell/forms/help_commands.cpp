@@ -1,6 +1,7 @@
 #include "shell/forms/help_commands.h"
 
 #include "browser/forms/frmBrowser.h"
+#include "core/files.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "shell/forms/frmAbout.h"
@@ -11,8 +12,8 @@ using namespace Qt::StringLiterals;
 namespace velloria::shell {
 namespace {
 
-void showManual(desktop::Context& context, const QString& fileName) {
-    const QString manual = platform::existingPath(context.session.MyPath + fileName);
+void showManual(desktop::Context& context, const core::File& file) {
+    const QString manual = platform::existingPath(file.in(context.session));
     if (!platform::fileExists(manual))
         throw platform::Failure(u"マニュアルがありません。"_s, manual, {},
                                 u"Velloriaを入れ直すと元に戻ります。日記はそのままです。"_s);
@@ -24,8 +25,8 @@ void showManual(desktop::Context& context, const QString& fileName) {
 
 desktop::MenuCommands helpCommands(desktop::Context& context) {
     return {
-        {"MnuSimpleManual"_L1, {}, [&context] { showManual(context, u"SimpleManual.mht"_s); }},
-        {"MnuManual"_L1, {Qt::Key_F1}, [&context] { showManual(context, u"Manual.mht"_s); }},
+        {"MnuSimpleManual"_L1, {}, [&context] { showManual(context, core::files::kSimpleManual); }},
+        {"MnuManual"_L1, {Qt::Key_F1}, [&context] { showManual(context, core::files::kManual); }},
         {"MnuAbout"_L1, {}, [&context] { frmAbout(context).exec(); }},
         {"MnuHP"_L1, {}, [&context] { Click_FormAboutLabel(context); }},
         {"MnuMyBlog"_L1, {}, [&context] { Click_Zelkova(context); }},

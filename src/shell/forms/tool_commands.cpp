@@ -1,5 +1,6 @@
 #include "shell/forms/tool_commands.h"
 
+#include "core/files.h"
 #include "platform/plugin.h"
 #include "shell/diary_information.h"
 #include "shell/memo.h"
@@ -17,8 +18,8 @@ void showVersion(desktop::Context& context, const QString& fileName) {
 } // namespace
 
 desktop::MenuCommands toolCommands(desktop::Context& context) {
-    const auto version = [&context](const QString& fileName) {
-        return [&context, fileName] { showVersion(context, fileName); };
+    const auto version = [&context](const core::File& file) {
+        return [&context, file] { showVersion(context, file); };
     };
     return {
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},

@@ -1,6 +1,7 @@
 #include "site/forms/frmFind.h"
 
 #include "browser/forms/frmPrevDiaryViewer.h"
+#include "core/files.h"
 #include "core/keys.h"
 #include "core/text_file.h"
 #include "platform/code_page.h"
@@ -25,7 +26,7 @@ frmFind::frmFind(desktop::Context& context)
 frmFind::~frmFind() = default;
 
 void frmFind::fillGenres() {
-    const QString list = platform::existingPath(m_context.session.DataPath + u"Genre.csv"_s);
+    const QString list = platform::existingPath(core::files::kGenres.in(m_context.session));
     const std::optional<QByteArray> bytes = platform::readFileIfThere(list);
     ui->cmbGenre->addItems(bytes ? core::linesOf(platform::fromCodePage(*bytes)) : QStringList{u"一般"_s});
     ui->cmbGenre->setCurrentIndex(-1);
