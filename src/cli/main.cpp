@@ -140,8 +140,10 @@ int run(const std::vector<QByteArray>& words) {
     } catch (const std::bad_alloc&) {
         return ended(kFailed,
                      u"メモリが足りないので中止しました。ほかのプログラムを終了してから、もう一度実行してください。"_s);
-    } catch (const std::exception& error) { // a plug-in's, for one
+    } catch (const std::exception& error) {
         return ended(kFailed, u"処理を続けられません。"_s + QString::fromLocal8Bit(error.what()));
+    } catch (...) { // a foreign library's
+        return ended(kFailed, u"処理を続けられません。"_s);
     }
 }
 

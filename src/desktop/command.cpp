@@ -18,6 +18,8 @@ bool runCommand(platform::Desk& desk, const std::function<void()>& action) {
                                        u"ほかのプログラムを終了してから、もう一度実行してください。"_s));
     } catch (const std::exception& error) {
         desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, platform::fromUtf8(error.what())));
+    } catch (...) { // a foreign library's
+        desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, {}));
     }
     return false;
 }

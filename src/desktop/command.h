@@ -8,7 +8,8 @@
 namespace velloria::desktop {
 
 /// Runs one menu command or slot. A platform::Failure ends it with the failure box and its line on the status panel;
-/// any other exception of the machine (no memory) is told the same way. Returns whether it came to its end.
+/// whatever else is thrown, by the machine (no memory) or by a foreign library, is told the same way. Returns whether
+/// it came to its end.
 bool runCommand(platform::Desk& desk, const std::function<void()>& action);
 
 } // namespace velloria::desktop

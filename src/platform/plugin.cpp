@@ -8,6 +8,8 @@
 #include <QLibrary>
 
 #include <cstddef>
+#include <cstring>
+#include <exception>
 
 using namespace Qt::StringLiterals;
 
@@ -85,10 +87,12 @@ Plugin::Plugin(const QString& file)
     // Only now: a library object that has loaded nothing breaks the end of a program that has logged nothing.
     m_library = std::make_unique<QLibrary>(m_file);
     m_library->setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
-    const auto get = reinterpret_cast<velloria_plugin_get_function>(m_library->resolve("velloria_plugin_get"));
-    if (!get)
-        throw unusable(m_library->errorString());
-    m_plugin = get(VELLORIA_PLUGIN_INTERFACE);
+    guarded([&] { // what a library does while it is loaded may throw as well
+        const auto get = reinterpret_cast<velloria_plugin_get_function>(m_library->resolve("velloria_plugin_get"));
+        if (!get)
+            throw unusable(m_library->errorString());
+        m_plugin = get(VELLORIA_PLUGIN_INTERFACE);
+    });
     if (!m_plugin)
         throw unusable(u"バージョンが合いません。"_s);
 }
@@ -96,37 +100,13 @@ Plugin::Plugin(const QString& file)
 Plugin::~Plugin() = default;
 
 QString Plugin::version() const {
-    using Part = velloria_information;
-    const Part& information = complete(known(&velloria_plugin::information), &Part::get_version_major,
-                                       &Part::get_version_minor, &Part::get_version_revision);
-    return u"%1.%2.%3"_s.arg(information.get_version_major())
-        .arg(information.get_version_minor())
-        .arg(information.get_version_revision());
-}
-
-const velloria_diary_information& Plugin::diaryInformation() const {
-    using Part = velloria_diary_information;
-    return complete(known(&velloria_plugin::diary_information), &Part::set_paths, &Part::run);
-}
-
-const velloria_ping& Plugin::ping() const {
-    using Part = velloria_ping;
-    return complete(known(&velloria_plugin::ping), &Part::create, &Part::release, &Part::set_pop_up,
-                    &Part::set_ping_list_file, &Part::set_blog_url, &Part::set_blog_name, &Part::pings_execute);
-}
-
-const velloria_movable_type_exchange& Plugin::movableTypeExchange() const {
-    using Part = velloria_movable_type_exchange;
-    return complete(known(&velloria_plugin::movable_type_exchange), &Part::create, &Part::release, &Part::connect,
-                    &Part::prepare_import, &Part::prepare_export, &Part::set_user_id, &Part::write_entries,
-                    &Part::open_file, &Part::finish, &Part::read_entries);
-}
-
-const velloria_hatena_exchange& Plugin::hatenaExchange() const {
-    using Part = velloria_hatena_exchange;
-    return complete(known(&velloria_plugin::hatena_exchange), &Part::create, &Part::release, &Part::connect,
-                    &Part::prepare_import, &Part::prepare_export, &Part::write_entries, &Part::open_file,
-                    &Part::finish);
+    QString version;
+    use(&velloria_plugin::information, [&](const velloria_information& information) {
+        version = u"%1.%2.%3"_s.arg(information.get_version_major())
+                      .arg(information.get_version_minor())
+                      .arg(information.get_version_revision());
+    });
+    return version;
 }
 
 bool Plugin::check(int32_t result) const {
@@ -140,26 +120,46 @@ Failure Plugin::failed(const QString& reason) const {
                    u"原因を取り除いてから、もう一度実行してください。"_s);
 }
 
-PluginObject Plugin::created(PluginObject object) const {
-    if (!object)
-        throw Failure(u"プラグインを開始できません。"_s, m_file, lastError(), reinstall());
-    return object;
+/// What the release throws is told unless there is an earlier failure to tell.
+void Plugin::Object::use(const std::function<void(void*)>& calls) const {
+    if (!pointer)
+        throw Failure(u"プラグインを開始できません。"_s, plugin.m_file, plugin.lastError(), reinstall());
+    try {
+        calls(pointer);
+    } catch (...) {
+        try {
+            release(pointer);
+        } catch (...) {
+        }
+        throw;
+    }
+    release(pointer);
 }
 
-/// The member, null when the plug-in's structure ends before it.
-template <typename Member>
-Member Plugin::known(Member velloria_plugin::*member) const {
-    const Member* place = &(m_plugin->*member);
-    const auto end = reinterpret_cast<const std::byte*>(place + 1) - reinterpret_cast<const std::byte*>(m_plugin);
-    return static_cast<std::ptrdiff_t>(m_plugin->size) >= end ? *place : nullptr;
-}
-
-template <typename Part, typename... Members>
-const Part& Plugin::complete(const Part* part, Members... members) const {
-    const bool isComplete = part && part->size >= sizeof(Part);
-    if (!isComplete || !(... && (part->*members != nullptr)))
+/// A part is its size, with the place of a pointer, and pointers to its calls.
+void Plugin::requireCalls(const void* part, std::size_t size) const {
+    using Call = void (*)();
+    static_assert(offsetof(velloria_information, get_version_major) == sizeof(Call));
+    bool isComplete = part && *static_cast<const uint32_t*>(part) >= size;
+    for (std::size_t at = sizeof(Call); isComplete && at < size; at += sizeof(Call)) {
+        Call call = nullptr;
+        std::memcpy(&call, static_cast<const std::byte*>(part) + at, sizeof call);
+        isComplete = call != nullptr;
+    }
+    if (!isComplete)
         throw Failure(u"プラグインを使用できません。"_s, m_file, u"必要な機能がありません。"_s, reinstall());
-    return *part;
+}
+
+void Plugin::guarded(const std::function<void()>& calls) const {
+    try {
+        calls();
+    } catch (const Failure&) {
+        throw;
+    } catch (const std::exception& thrown) {
+        throw failed(QString::fromLocal8Bit(thrown.what()));
+    } catch (...) {
+        throw failed({});
+    }
 }
 
 QString Plugin::lastError() const {

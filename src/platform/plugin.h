@@ -7,7 +7,8 @@
 
 #include <QString>
 
-#include <exception>
+#include <cstddef>
+#include <functional>
 #include <memory>
 
 class QLibrary;
@@ -27,10 +28,14 @@ private:
     velloria_host m_table;
 };
 
-/// An object of a plug-in; it is released with this.
-using PluginObject = std::unique_ptr<void, void (*)(void*)>;
-
-/// A plug-in for use. The library stays loaded until the program ends.
+/// A plug-in for use. The library stays loaded until the program ends. Every call of it is made within `use`: what it
+/// throws in spite of the contract, of whatever type, ends in a Failure and not the program.
+///
+///     const Plugin plugin(file);
+///     plugin.use(&velloria_plugin::ping, PluginHost(desk), [&](const velloria_ping& ping, void* object) {
+///         plugin.check(ping.set_pop_up(object, false));
+///         plugin.check(ping.pings_execute(object));
+///     });
 class Plugin {
 public:
     /// `file` is a full path. Throws Failure when it is missing, is no plug-in, or serves another interface.
@@ -42,42 +47,54 @@ public:
     /// "1.2.3". Throws Failure when the plug-in does not tell it.
     QString version() const;
 
-    // The parts, all members there. They throw Failure when the plug-in lacks the part or a member of it.
-    const velloria_diary_information& diaryInformation() const;
-    const velloria_ping& ping() const;
-    const velloria_movable_type_exchange& movableTypeExchange() const;
-    const velloria_hatena_exchange& hatenaExchange() const;
-
-    /// Makes the object of a part. Throws Failure when the plug-in makes none.
-    template <typename Part>
-    PluginObject create(const Part& part, const PluginHost& host) const {
-        return created({part.create(host.table()), part.release});
+    /// Makes calls of a part. Throws Failure, and has called nothing, when the plug-in lacks the part or a member of
+    /// it.
+    template <typename Part, typename Calls>
+    void use(const Part* velloria_plugin::*part, const Calls& calls) const {
+        const Part& whole = complete(known(part));
+        guarded([&] { calls(whole); });
     }
 
-    /// Makes calls of the plug-in. One that throws in spite of the contract ends in a Failure and not the program.
-    template <typename Calls>
-    void guarded(const Calls& calls) const {
-        try {
-            calls();
-        } catch (const Failure&) {
-            throw;
-        } catch (const std::exception& thrown) {
-            throw failed(QString::fromLocal8Bit(thrown.what()));
-        } catch (...) {
-            throw failed({});
-        }
+    /// Makes calls of a part that works with an object, which is released behind them. Throws Failure also when the
+    /// plug-in makes none.
+    template <typename Part, typename Calls>
+    void use(const Part* velloria_plugin::*part, const PluginHost& host, const Calls& calls) const {
+        const Part& whole = complete(known(part));
+        guarded([&] {
+            const Object object{*this, whole.create(host.table()), whole.release};
+            object.use([&](void* pointer) { calls(whole, pointer); });
+        });
     }
 
     /// Takes what a call has returned and gives its answer: false for 0, true for more. Throws Failure with the
-    /// plug-in's own words below 0.
+    /// plug-in's own words below 0. Belongs into the calls of `use`.
     bool check(int32_t result) const;
 
 private:
+    struct Object {
+        const Plugin& plugin;
+        void* pointer;
+        void (*release)(void*);
+
+        void use(const std::function<void(void*)>& calls) const;
+    };
+
+    /// The member, null when the plug-in's structure ends ahead of it.
     template <typename Member>
-    Member known(Member velloria_plugin::*member) const;
-    template <typename Part, typename... Members>
-    const Part& complete(const Part* part, Members... members) const;
-    PluginObject created(PluginObject object) const;
+    Member known(Member velloria_plugin::*member) const {
+        const Member* place = &(m_plugin->*member);
+        const auto end = reinterpret_cast<const char*>(place + 1) - reinterpret_cast<const char*>(m_plugin);
+        return static_cast<std::ptrdiff_t>(m_plugin->size) >= end ? *place : nullptr;
+    }
+
+    template <typename Part>
+    const Part& complete(const Part* part) const {
+        requireCalls(part, sizeof(Part));
+        return *part;
+    }
+
+    void requireCalls(const void* part, std::size_t size) const;
+    void guarded(const std::function<void()>& calls) const;
     QString lastError() const;
     Failure failed(const QString& reason) const;
 

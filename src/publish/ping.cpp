@@ -19,16 +19,13 @@ void Ping::MnuPING() const {
     const QString url = settings.text(core::keys::rss::kDiaryURL);
 
     const platform::Plugin plugin(core::files::kChimer.in(m_session));
-    const velloria_ping& ping = plugin.ping();
-    const platform::PluginHost host(m_desk);
-    plugin.guarded([&] {
-        const platform::PluginObject object = plugin.create(ping, host);
-        plugin.check(ping.set_pop_up(object.get(), false));
+    plugin.use(&velloria_plugin::ping, platform::PluginHost(m_desk), [&](const velloria_ping& ping, void* object) {
+        plugin.check(ping.set_pop_up(object, false));
         const QByteArray servers = core::files::kPingServers.in(m_session).toUtf8();
-        plugin.check(ping.set_ping_list_file(object.get(), servers.constData()));
-        plugin.check(ping.set_blog_url(object.get(), url.toUtf8().constData()));
-        plugin.check(ping.set_blog_name(object.get(), name.toUtf8().constData()));
-        plugin.check(ping.pings_execute(object.get()));
+        plugin.check(ping.set_ping_list_file(object, servers.constData()));
+        plugin.check(ping.set_blog_url(object, url.toUtf8().constData()));
+        plugin.check(ping.set_blog_name(object, name.toUtf8().constData()));
+        plugin.check(ping.pings_execute(object));
     });
 }
 

@@ -12,12 +12,13 @@ void diaryInformationCommand(const core::Run& run) {
     const QString page = core::files::kInformationPage.in(run.session);
     platform::removeFile(page);
     const platform::Plugin plugin(core::files::kVellInfo.in(run.session));
-    const velloria_diary_information& information = plugin.diaryInformation();
-    const QByteArray database = run.session.databaseFile().toUtf8();
-    if (plugin.check(information.set_paths(database.constData(), page.toUtf8().constData())))
-        plugin.check(information.run());
-    else
-        run.desk.message(platform::MessageKind::Critical, u"パスのエラーです"_s);
+    plugin.use(&velloria_plugin::diary_information, [&](const velloria_diary_information& information) {
+        const QByteArray database = run.session.databaseFile().toUtf8();
+        if (plugin.check(information.set_paths(database.constData(), page.toUtf8().constData())))
+            plugin.check(information.run());
+        else
+            run.desk.message(platform::MessageKind::Critical, u"パスのエラーです"_s);
+    });
     run.desk.navigate(page);
 }
 

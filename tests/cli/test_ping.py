@@ -50,6 +50,13 @@ class Ping(CliTest):
         self.assertIn("the stub fails", result.error_lines[-1])
         self.assertEqual(self.calls[-2:], ["pings_execute", "release"])
 
+    def test_survives_whatever_the_plugin_throws(self):
+        for thrown in ("pings_execute", "pings_execute 7", "create 7", "release 7", "velloria_plugin_get 7"):
+            result = self.ping(VELLORIA_PLUGIN_THROWS=thrown)
+            self.assertEqual((result.code, result.out), (1, b""), thrown)
+            (failure,) = result.events_of("failure")
+            self.assertIn("Chimer.dll", failure["text"], thrown)
+
     def test_shows_what_the_plugin_says(self):
         result = self.ping(VELLORIA_PLUGIN_TALKS="1")
         self.assertEqual(result.code, 0, result)

@@ -53,5 +53,25 @@ TEST_F(PluginCommands, EveryVersionComesFromThePluginOfThatName) {
     EXPECT_EQ(desk.texts(u"failure"_s).size(), 4);
 }
 
+TEST_F(PluginCommands, APluginThatThrowsEndsItsCommandAndNotTheProgram) {
+    install(u"VellInfo.dll"_s);
+    install(u"Chimer.dll"_s);
+    const struct {
+        QString command;
+        QString call;
+    } cases[] = {{u"MnuVellInfo"_s, u"set_paths 7"_s},
+                 {u"MnuVellInfo"_s, u"run 7"_s},
+                 {u"MnuVellInfo"_s, u"run"_s},
+                 {u"MnuVellInfoDll"_s, u"get_version_major 7"_s},
+                 {u"MnuPING"_s, u"pings_execute 7"_s}};
+    for (const auto& [command, call] : cases) {
+        desk.events = {};
+        stub.set("THROWS", call);
+        press(command);
+        EXPECT_EQ(desk.texts(u"failure"_s).size(), 1) << call.toStdString();
+        EXPECT_EQ(desk.texts(u"navigate"_s), QStringList()) << call.toStdString();
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

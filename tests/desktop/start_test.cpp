@@ -313,8 +313,10 @@ TEST(RunCommand, TellsWhatItCaughtAndLetsNothingThrough) {
     EXPECT_FALSE(desktop::runCommand(desk, [] { throw platform::Failure(u"a"_s, u"b"_s, u"c"_s); }));
     EXPECT_FALSE(desktop::runCommand(desk, [] { throw std::bad_alloc(); }));
     EXPECT_FALSE(desktop::runCommand(desk, [] { throw std::runtime_error("d"); }));
-    EXPECT_EQ(desk.texts(u"failure"_s).size(), 3);
-    EXPECT_TRUE(desk.texts(u"failure"_s).last().contains(u"d"_s));
+    EXPECT_FALSE(desktop::runCommand(desk, [] { throw 7; }));
+    ASSERT_EQ(desk.texts(u"failure"_s).size(), 4);
+    EXPECT_TRUE(desk.texts(u"failure"_s)[2].contains(u"d"_s));
+    EXPECT_TRUE(desk.texts(u"failure"_s)[3].contains(u"処理を続けられません。"_s));
 }
 
 } // namespace

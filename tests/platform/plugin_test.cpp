@@ -21,6 +21,8 @@ protected:
     platform::PluginHost host{desk};
 };
 
+constexpr auto kNothing = [](const auto&...) {};
+
 TEST_F(Plugin, TellsItsVersion) {
     EXPECT_EQ(platform::Plugin(installed()).version(), u"1.2.3"_s);
 }
@@ -32,11 +34,12 @@ TEST_F(Plugin, IsFoundWithoutRegardToCase) {
 
 TEST_F(Plugin, WritesAPageAboutTheDiaryUnlessItRefuses) {
     const platform::Plugin plugin(installed());
-    const velloria_diary_information& information = plugin.diaryInformation();
-    const QByteArray page = path(u"result.htm"_s).toUtf8();
-    EXPECT_FALSE(plugin.check(information.set_paths("/refused/diary.mdb", page.constData())));
-    EXPECT_TRUE(plugin.check(information.set_paths("/diary.mdb", page.constData())));
-    EXPECT_TRUE(plugin.check(information.run()));
+    plugin.use(&velloria_plugin::diary_information, [&](const velloria_diary_information& information) {
+        const QByteArray page = path(u"result.htm"_s).toUtf8();
+        EXPECT_FALSE(plugin.check(information.set_paths("/refused/diary.mdb", page.constData())));
+        EXPECT_TRUE(plugin.check(information.set_paths("/diary.mdb", page.constData())));
+        EXPECT_TRUE(plugin.check(information.run()));
+    });
     EXPECT_EQ(bytesOf(path(u"result.htm"_s)), "<HTML>");
 }
 
@@ -75,9 +78,12 @@ TEST_F(Plugin, OfAnEarlierTimeHasWhatItKnowsAndNothingBehindItsEnd) {
     stub.set("LACKS", u"newer_parts"_s);
     const platform::Plugin plugin(installed());
     EXPECT_EQ(plugin.version(), u"1.2.3"_s);
-    plugin.diaryInformation();
-    EXPECT_TRUE(failureOf([&] { plugin.ping(); }).contains(u"必要な機能がありません。"_s));
-    EXPECT_TRUE(failureOf([&] { plugin.movableTypeExchange(); }).contains(u"VellInfo.dll"_s));
+    EXPECT_EQ(failureOf([&] { plugin.use(&velloria_plugin::diary_information, kNothing); }), QString());
+    EXPECT_TRUE(
+        failureOf([&] { plugin.use(&velloria_plugin::ping, host, kNothing); }).contains(u"必要な機能がありません。"_s));
+    EXPECT_TRUE(failureOf([&] {
+                    plugin.use(&velloria_plugin::movable_type_exchange, host, kNothing);
+                }).contains(u"VellInfo.dll"_s));
     EXPECT_TRUE(failureOf([&] { plugin.check(-1); }).contains(u"理由を知らせていません"_s));
 }
 
@@ -85,19 +91,74 @@ TEST_F(Plugin, MissingAPartOrAMemberIsAFailure) {
     for (const QString& lacking : {u"ping"_s, u"pings_execute"_s}) {
         stub.set("LACKS", lacking);
         const platform::Plugin plugin(installed());
-        EXPECT_TRUE(failureOf([&] { plugin.ping(); }).contains(u"必要な機能がありません。"_s)) << lacking.toStdString();
-        plugin.hatenaExchange();
+        EXPECT_TRUE(failureOf([&] {
+                        plugin.use(&velloria_plugin::ping, host, kNothing);
+                    }).contains(u"必要な機能がありません。"_s))
+            << lacking.toStdString();
+        EXPECT_EQ(failureOf([&] { plugin.use(&velloria_plugin::hatena_exchange, host, kNothing); }), QString());
     }
 }
 
 TEST_F(Plugin, TellsAFailureInItsOwnWords) {
     stub.set("FAILS", u"connect"_s);
     const platform::Plugin plugin(installed(u"Larkport.dll"_s));
-    const velloria_movable_type_exchange& exchange = plugin.movableTypeExchange();
-    const platform::PluginObject object = plugin.create(exchange, host);
-    const QString failure = failureOf([&] { plugin.check(exchange.connect(object.get(), "diary.mdb")); });
+    const QString failure = failureOf([&] {
+        plugin.use(&velloria_plugin::movable_type_exchange, host,
+                   [&](const velloria_movable_type_exchange& exchange, void* object) {
+                       plugin.check(exchange.connect(object, "diary.mdb"));
+                   });
+    });
     EXPECT_TRUE(failure.contains(u"the stub fails"_s)) << failure.toStdString();
     EXPECT_TRUE(failure.contains(u"Larkport.dll"_s));
+}
+
+TEST_F(Plugin, MayThrowWhateverItLikesAndEndsNoProgram) {
+    const auto pings = [&] {
+        const platform::Plugin plugin(path(u"VellInfo.dll"_s));
+        plugin.version();
+        plugin.use(&velloria_plugin::diary_information, [&](const velloria_diary_information& information) {
+            plugin.check(information.set_paths("/diary.mdb", "/page.htm"));
+        });
+        plugin.use(&velloria_plugin::ping, host,
+                   [&](const velloria_ping& ping, void* object) { plugin.check(ping.pings_execute(object)); });
+    };
+    installed();
+    for (const QString& call : {u"velloria_plugin_get"_s, u"get_version_major"_s, u"set_paths"_s, u"create"_s,
+                                u"pings_execute"_s, u"release"_s}) {
+        for (const QString& thrown : {call, call + u" 7"_s}) {
+            stub.set("THROWS", thrown);
+            const QString failure = failureOf(pings);
+            EXPECT_TRUE(failure.contains(u"VellInfo.dll"_s)) << thrown.toStdString() << failure.toStdString();
+            EXPECT_EQ(failure.contains(u"the stub throws"_s), thrown == call) << thrown.toStdString();
+        }
+    }
+    EXPECT_EQ(failureOf([&] {
+                  stub.set("THROWS", {});
+                  pings();
+              }),
+              QString());
+}
+
+TEST_F(Plugin, ThatThrowsAtTheEndHidesNoEarlierFailure) {
+    stub.set("FAILS", u"pings_execute"_s);
+    stub.set("THROWS", u"release 7"_s);
+    const platform::Plugin plugin(installed());
+    const QString failure = failureOf([&] {
+        plugin.use(&velloria_plugin::ping, host,
+                   [&](const velloria_ping& ping, void* object) { plugin.check(ping.pings_execute(object)); });
+    });
+    EXPECT_TRUE(failure.contains(u"the stub fails"_s)) << failure.toStdString();
+}
+
+TEST_F(Plugin, ThatThrowsInsteadOfItsReasonHasStillFailed) {
+    stub.set("FAILS", u"pings_execute"_s);
+    stub.set("THROWS", u"last_error 7"_s);
+    const platform::Plugin plugin(installed());
+    const QString failure = failureOf([&] {
+        plugin.use(&velloria_plugin::ping, host,
+                   [&](const velloria_ping& ping, void* object) { plugin.check(ping.pings_execute(object)); });
+    });
+    EXPECT_TRUE(failure.contains(u"VellInfo.dll"_s)) << failure.toStdString();
 }
 
 TEST_F(Plugin, MayFailWithoutWords) {
@@ -109,27 +170,26 @@ TEST_F(Plugin, MayFailWithoutWords) {
 TEST_F(Plugin, ThatMakesNoObjectIsAFailure) {
     stub.set("FAILS", u"create"_s);
     const platform::Plugin plugin(installed());
-    EXPECT_TRUE(failureOf([&] { plugin.create(plugin.ping(), host); }).contains(u"the stub fails"_s));
+    EXPECT_TRUE(failureOf([&] { plugin.use(&velloria_plugin::ping, host, kNothing); }).contains(u"the stub fails"_s));
     EXPECT_EQ(stub.calls(), QStringList());
 }
 
 TEST_F(Plugin, ExchangesMovableTypeByTheCallsOfItsTable) {
     const platform::Plugin plugin(installed(u"Larkport.dll"_s));
-    const velloria_movable_type_exchange& exchange = plugin.movableTypeExchange();
-    {
-        const platform::PluginObject object = plugin.create(exchange, host);
+    const auto calls = [&](const velloria_movable_type_exchange& exchange, void* object) {
         int32_t isAccepted = -1;
-        EXPECT_TRUE(plugin.check(exchange.connect(object.get(), "日記.mdb")));
-        plugin.check(exchange.prepare_import(object.get()));
-        plugin.check(exchange.prepare_export(object.get()));
-        plugin.check(exchange.open_file(object.get(), "a.txt", &isAccepted, 1));
+        EXPECT_TRUE(plugin.check(exchange.connect(object, "日記.mdb")));
+        plugin.check(exchange.prepare_import(object));
+        plugin.check(exchange.prepare_export(object));
+        plugin.check(exchange.open_file(object, "a.txt", &isAccepted, 1));
         EXPECT_EQ(isAccepted, 1);
-        plugin.check(exchange.set_user_id(object.get(), "taro"));
-        plugin.check(exchange.write_entries(object.get()));
-        EXPECT_TRUE(plugin.check(exchange.finish(object.get())));
+        plugin.check(exchange.set_user_id(object, "taro"));
+        plugin.check(exchange.write_entries(object));
+        EXPECT_TRUE(plugin.check(exchange.finish(object)));
         stub.set("DENIES", u"read_entries"_s);
-        EXPECT_FALSE(plugin.check(exchange.read_entries(object.get())));
-    }
+        EXPECT_FALSE(plugin.check(exchange.read_entries(object)));
+    };
+    plugin.use(&velloria_plugin::movable_type_exchange, host, calls);
     EXPECT_EQ(stub.calls(),
               (QStringList{u"connect 日記.mdb"_s, u"prepare_import"_s, u"prepare_export"_s, u"open_file a.txt 1"_s,
                            u"set_user_id taro"_s, u"write_entries"_s, u"finish"_s, u"read_entries"_s, u"release"_s}));
@@ -137,19 +197,18 @@ TEST_F(Plugin, ExchangesMovableTypeByTheCallsOfItsTable) {
 
 TEST_F(Plugin, ExchangesHatenaByTheCallsOfItsTable) {
     const platform::Plugin plugin(installed(u"Wrenport.dll"_s));
-    const velloria_hatena_exchange& exchange = plugin.hatenaExchange();
-    {
-        const platform::PluginObject object = plugin.create(exchange, host);
+    const auto calls = [&](const velloria_hatena_exchange& exchange, void* object) {
         int32_t isAccepted = -1;
-        plugin.check(exchange.connect(object.get(), "diary.mdb"));
-        plugin.check(exchange.prepare_import(object.get()));
-        plugin.check(exchange.prepare_export(object.get()));
+        plugin.check(exchange.connect(object, "diary.mdb"));
+        plugin.check(exchange.prepare_import(object));
+        plugin.check(exchange.prepare_export(object));
         stub.set("DENIES", u"open_file"_s);
-        plugin.check(exchange.open_file(object.get(), "a.xml", &isAccepted, 0));
+        plugin.check(exchange.open_file(object, "a.xml", &isAccepted, 0));
         EXPECT_EQ(isAccepted, 0);
-        plugin.check(exchange.write_entries(object.get()));
-        plugin.check(exchange.finish(object.get()));
-    }
+        plugin.check(exchange.write_entries(object));
+        plugin.check(exchange.finish(object));
+    };
+    plugin.use(&velloria_plugin::hatena_exchange, host, calls);
     EXPECT_EQ(stub.calls(), (QStringList{u"connect diary.mdb"_s, u"prepare_import"_s, u"prepare_export"_s,
                                          u"open_file a.xml 0"_s, u"write_entries"_s, u"finish"_s, u"release"_s}));
 }
@@ -158,20 +217,20 @@ TEST_F(Plugin, TalksToTheUserThroughTheProgram) {
     stub.set("TALKS", u"1"_s);
     desk.answers = {u"yes"_s};
     const platform::Plugin plugin(installed());
-    const platform::PluginObject object = plugin.create(plugin.ping(), host);
-    plugin.check(plugin.ping().pings_execute(object.get()));
+    plugin.use(&velloria_plugin::ping, host,
+               [&](const velloria_ping& ping, void* object) { plugin.check(ping.pings_execute(object)); });
     EXPECT_EQ(desk.texts(u"status"_s), QStringList{u"PINGの送信中..."_s});
     EXPECT_EQ(boxes(), (QStringList{u"exclamation: 一\r\n二\r\n三"_s, u"question: 続けますか？"_s}));
     EXPECT_EQ(desk.events.last()[u"title"_s], u"PING"_s);
-    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 1"_s, u"pings_execute"_s}));
+    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 1"_s, u"pings_execute"_s, u"release"_s}));
 }
 
 TEST_F(Plugin, GetsNoExceptionOfTheProgram) {
     stub.set("TALKS", u"1"_s); // and nobody answers the question
     const platform::Plugin plugin(installed());
-    const platform::PluginObject object = plugin.create(plugin.ping(), host);
-    plugin.check(plugin.ping().pings_execute(object.get()));
-    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 0"_s, u"pings_execute"_s}));
+    plugin.use(&velloria_plugin::ping, host,
+               [&](const velloria_ping& ping, void* object) { plugin.check(ping.pings_execute(object)); });
+    EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 0"_s, u"pings_execute"_s, u"release"_s}));
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 // A plug-in for tests, with every part: version 1.2.3. What it does is told by environment variables:
 //   VELLORIA_PLUGIN_LOG    file to which each call of an object is added, a line each with its arguments
 //   VELLORIA_PLUGIN_FAILS  name of the call that fails with "the stub fails"
-//   VELLORIA_PLUGIN_THROWS name of the call that breaks the contract by throwing "the stub throws"
+//   VELLORIA_PLUGIN_THROWS name of the call that breaks the contract by throwing "the stub throws", or the number 7
+//   when
+//                          " 7" stands behind the name
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
 //   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute" or "words": what it does not have
 //   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers
@@ -33,10 +35,16 @@ void log(const std::string& line) {
     }
 }
 
-int32_t result(const char* call) {
-    g_error.clear();
+void throwIfWanted(const std::string& call) {
     if (isSet("VELLORIA_PLUGIN_THROWS", call))
         throw std::runtime_error("the stub throws");
+    if (isSet("VELLORIA_PLUGIN_THROWS", call + " 7"))
+        throw 7;
+}
+
+int32_t result(const char* call) {
+    g_error.clear();
+    throwIfWanted(call);
     if (isSet("VELLORIA_PLUGIN_FAILS", call)) {
         g_error = "the stub fails";
         return -1;
@@ -68,6 +76,7 @@ void* create(const velloria_host* host) {
 void release(void* object) {
     log("release");
     delete static_cast<const velloria_host**>(object);
+    throwIfWanted("release");
 }
 
 int32_t pingsExecute(void* object) {
@@ -82,12 +91,17 @@ int32_t pingsExecute(void* object) {
     return called("pings_execute");
 }
 
-const velloria_information kInformation{sizeof(velloria_information), [] { return int32_t(1); },
+const velloria_information kInformation{sizeof(velloria_information),
+                                        [] {
+                                            throwIfWanted("get_version_major");
+                                            return int32_t(1);
+                                        },
                                         [] { return int32_t(2); }, [] { return int32_t(3); }};
 
 const velloria_diary_information kDiary{sizeof(velloria_diary_information),
                                         [](const char* database, const char* page) {
                                             g_page = page;
+                                            throwIfWanted("set_paths");
                                             if (std::strstr(database, "broken")) {
                                                 g_error = "the diary is broken";
                                                 return int32_t(-1);
@@ -139,13 +153,15 @@ const velloria_hatena_exchange kHatena{
     [](void*) { return called("finish"); },
 };
 
-velloria_plugin g_plugin{sizeof(velloria_plugin),       &kInformation, &kDiary, &g_ping, &kMovableType, &kHatena,
-                         [] {
-                             return g_error.c_str(); }};
+velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &kDiary, &g_ping, &kMovableType, &kHatena, [] {
+                             throwIfWanted("last_error");
+                             return g_error.c_str();
+                         }};
 
 } // namespace
 
 extern "C" __attribute__((visibility("default"))) const velloria_plugin* velloria_plugin_get(uint32_t version) {
+    throwIfWanted("velloria_plugin_get");
     constexpr const char* kLacks = "VELLORIA_PLUGIN_LACKS";
     // What lies behind the end of an older plug-in is no pointer of its own.
     if (isSet(kLacks, "newer_parts")) {

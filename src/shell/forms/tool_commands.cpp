@@ -10,9 +10,9 @@ using namespace Qt::StringLiterals;
 namespace velloria::shell {
 namespace {
 
-void showVersion(desktop::Context& context, const QString& fileName) {
-    const platform::Plugin plugin(context.session.MyPath + fileName);
-    context.desk.message(platform::MessageKind::Plain, fileName + u" Version "_s + plugin.version(), fileName);
+void showVersion(desktop::Context& context, const core::File& file) {
+    const platform::Plugin plugin(file.in(context.session));
+    context.desk.message(platform::MessageKind::Plain, file.name + u" Version "_s + plugin.version(), file.name);
 }
 
 } // namespace
@@ -24,10 +24,10 @@ desktop::MenuCommands toolCommands(desktop::Context& context) {
     return {
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},
         {"MnuVellInfo"_L1, {}, [&context] { diaryInformationCommand(context); }},
-        {"MnuChimerDll"_L1, {}, version(u"Chimer.dll"_s)},
-        {"MnuLarkportDll"_L1, {}, version(u"Larkport.dll"_s)},
-        {"MnuWrenportDll"_L1, {}, version(u"Wrenport.dll"_s)},
-        {"MnuVellInfoDll"_L1, {}, version(u"VellInfo.dll"_s)},
+        {"MnuChimerDll"_L1, {}, version(core::files::kChimer)},
+        {"MnuLarkportDll"_L1, {}, version(core::files::kLarkport)},
+        {"MnuWrenportDll"_L1, {}, version(core::files::kWrenport)},
+        {"MnuVellInfoDll"_L1, {}, version(core::files::kVellInfo)},
     };
 }
 
