@@ -11,6 +11,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "shell/plugins.h"
 #include "shell/users.h"
 #include "site/weather.h"
 #include "store/database_file.h"
@@ -98,7 +99,8 @@ StartResult Startup::prepare() {
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/Favorites/"_s;
     m_session.Today = dayKey(m_clock.now().date());
     m_session.EnterDay = m_session.Today;
-    findPlugins();
+    for (const PluginRow& plugin : plugins())
+        m_session.*plugin.isThere = fileExists(plugin.file.in(m_session));
     return StartResult::Ready;
 }
 
@@ -324,13 +326,6 @@ void Startup::findSettingsFiles() {
         m_session.*file.path = path;
     }
     defaults.writeQuietly();
-}
-
-void Startup::findPlugins() {
-    m_session.IsLarkportDll = fileExists(factoryFile(files::kLarkport.name));
-    m_session.IsWrenportDll = fileExists(factoryFile(files::kWrenport.name));
-    m_session.IsVellInfoDll = fileExists(factoryFile(files::kVellInfo.name));
-    m_session.IsChimerDll = fileExists(factoryFile(files::kChimer.name));
 }
 
 /// Where the first customize set goes, its folder spelt as it is there.

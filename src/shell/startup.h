@@ -49,7 +49,6 @@ private:
     void copyBlogTemplates();
     void copyWeatherPictures() const;
     void findSettingsFiles();
-    void findPlugins();
 
     QString customizeIni() const;
     QString factoryFile(const QString& name) const;

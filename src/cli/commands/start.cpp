@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "shell/plugins.h"
 
 #include <QJsonObject>
 
@@ -10,7 +11,7 @@ namespace {
 /// The session variables in their fixed order.
 void start(Invocation& invocation) {
     const core::Session& session = invocation.session;
-    const std::vector<std::pair<QString, QJsonValue>> variables{
+    std::vector<std::pair<QString, QJsonValue>> variables{
         {u"dbFileName"_s, session.dbFileName},
         {u"MyPath"_s, session.MyPath},
         {u"FilePath"_s, session.FilePath},
@@ -29,11 +30,9 @@ void start(Invocation& invocation) {
         {u"IsLogin"_s, session.IsLogin},
         {u"UserID"_s, session.UserID},
         {u"UserPath"_s, session.UserPath},
-        {u"IsLarkportDll"_s, session.IsLarkportDll},
-        {u"IsWrenportDll"_s, session.IsWrenportDll},
-        {u"IsChimerDll"_s, session.IsChimerDll},
-        {u"IsVellInfoDll"_s, session.IsVellInfoDll},
     };
+    for (const shell::PluginRow& plugin : shell::plugins())
+        variables.emplace_back(plugin.sessionName, session.*plugin.isThere);
     QJsonObject json;
     std::vector<QStringList> rows;
     for (const auto& [name, value] : variables) {

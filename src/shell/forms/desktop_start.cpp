@@ -14,6 +14,7 @@
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
+#include "shell/plugins.h"
 #include "shell/users.h"
 #include "site/save_html.h"
 
@@ -74,23 +75,9 @@ void comeUp(desktop::Context& context, QWidget& window) {
 
 void showOptionalParts(const desktop::Context& context, const MDIFormTop& top) {
     const core::Session& session = context.session;
-    const auto hide = [&](const QStringList& names) {
-        for (const QString& name : names)
-            top.command(name)->setVisible(false);
-    };
     top.command(u"mnuVellMemo"_s)->setEnabled(platform::fileExists(core::files::kMemo.in(session)));
-    if (!session.IsLarkportDll)
-        hide({u"MnuMTExport"_s, u"MnuMTImport"_s, u"MnuLarkportDll"_s});
-    if (!session.IsWrenportDll)
-        hide({u"MnuHTNExport"_s, u"MnuHTNImport"_s, u"MnuWrenportDll"_s});
-    if (!session.IsVellInfoDll)
-        hide({u"MnuVellInfo"_s, u"MnuVellInfoDll"_s});
-    if (!session.IsChimerDll)
-        hide({u"MnuPING"_s, u"MnuChimerDll"_s});
-    if (session.IsLarkportDll || session.IsWrenportDll)
-        hide({u"MnuImportNoFunction"_s});
-    if (session.IsLarkportDll || session.IsWrenportDll || session.IsVellInfoDll || session.IsChimerDll)
-        hide({u"MnuNoPlugin"_s});
+    for (const QString& name : commandsToHide(session))
+        top.command(name)->setVisible(false);
 }
 
 /// The part of the start that has windows, after the session's: the main window, the calendar, the arrangement, what

@@ -4,6 +4,7 @@
 #include "platform/plugin.h"
 #include "shell/diary_information.h"
 #include "shell/memo.h"
+#include "shell/plugins.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,17 +19,13 @@ void showVersion(desktop::Context& context, const core::File& file) {
 } // namespace
 
 desktop::MenuCommands toolCommands(desktop::Context& context) {
-    const auto version = [&context](const core::File& file) {
-        return [&context, file] { showVersion(context, file); };
-    };
-    return {
+    desktop::MenuCommands commands{
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},
         {"MnuVellInfo"_L1, {}, [&context] { diaryInformationCommand(context); }},
-        {"MnuChimerDll"_L1, {}, version(core::files::kChimer)},
-        {"MnuLarkportDll"_L1, {}, version(core::files::kLarkport)},
-        {"MnuWrenportDll"_L1, {}, version(core::files::kWrenport)},
-        {"MnuVellInfoDll"_L1, {}, version(core::files::kVellInfo)},
     };
+    for (const PluginRow& plugin : plugins())
+        commands.push_back({plugin.versionCommand, {}, [&context, &plugin] { showVersion(context, plugin.file); }});
+    return commands;
 }
 
 } // namespace velloria::shell
