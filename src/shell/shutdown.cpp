@@ -5,11 +5,11 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "site/local_page.h"
 #include "site/own_pages.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <optional>
 
@@ -17,14 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
 namespace {
-
-/// Whether the name is one of the local pages, their parts and feeds: "tmp.htm", "tmp_01.htm", "Customize_C.htm".
-bool isLocalPage(const QString& name) {
-    static const QRegularExpression kPages(
-        u"^(oldtmp|findtmp|VellInfo_result|(tmp|Customize)(_C|_D|(_D)?_\\d{2,}|_RSS091|_RSS100|_RSS200|_ATOM)?)\\.[^.]+$"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    return kPages.match(name).hasMatch();
-}
 
 QString freeName(const QString& folder, const QString& name) {
     QString target = folder + name;
@@ -50,7 +42,8 @@ void removeGeneratedPages(const core::Session& session) {
     for (const QString& pattern : {u"*.htm"_s, u"*.xml"_s}) {
         for (const QString& name : platform::listFolder(session.DataPath, pattern)) {
             try {
-                if (isLocalPage(name) || listed.contains(name) || site::namesItsGenerator(session.DataPath + name))
+                if (site::isLocalPage(name) || listed.contains(name) ||
+                    site::namesItsGenerator(session.DataPath + name))
                     platform::removeFile(session.DataPath + name);
                 else
                     keep(session.DataPath, name);

@@ -1,12 +1,38 @@
 #include "site/local_page.h"
 
+#include "core/files.h"
+#include "core/path_names.h"
 #include "core/site_keys.h"
 #include "platform/file_write.h"
 #include "site/page_head.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::site {
+
+bool isLocalPage(const QString& fileName) {
+    namespace files = core::files;
+    static const QRegularExpression kPart(
+        QRegularExpression::anchoredPattern(u"_c|_d|(_d)?_\\d{2,}|_rss091|_rss100|_rss200|_atom"_s));
+    const QString base = core::GetBaseName(fileName).toLower();
+    const auto baseOf = [](const core::File& page) { return core::GetBaseName(page.name).toLower(); };
+    for (const core::File& page : {files::kSameDayPage, files::kFindPage, files::kInformationPage}) {
+        if (base == baseOf(page))
+            return true;
+    }
+    for (const core::File& preview : {files::kPreview, files::kCustomizePreview}) {
+        const QString own = baseOf(preview);
+        if (base == own || (base.startsWith(own) && kPart.match(base.sliced(own.size())).hasMatch()))
+            return true;
+    }
+    return false;
+}
+
+bool isLocalPage(const core::Session& session, const QString& path) {
+    return isLocalPage(core::GetFileName(path)) && platform::isSameFile(core::GetParentFolder(path), session.DataPath);
+}
 
 unsigned localPageMode(const core::Session& session) {
     constexpr unsigned kOrdinary = 0666;

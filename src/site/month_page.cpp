@@ -54,7 +54,7 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
                                                  MakeList makeList, WithPrivate withPrivate) {
     const SiteSettings settings(m_run.session);
     const std::optional<QDate> month = dateOf(yearMonth, m_run.clock.now().date().year(), pageKind);
-    Pages pages(isPreview(path) ? localPageMode(m_run.session) : kOrdinaryMode);
+    Pages pages(isLocalPage(m_run.session, path) ? localPageMode(m_run.session) : kOrdinaryMode);
     MonthRun run{m_run.session, settings, pages, path, yearMonth, pageKind};
     const Division division = readDivision(run);
     readEntries(run, withPrivate);
@@ -79,7 +79,7 @@ std::vector<core::UploadRow> MonthPage::MakeHTML(const QString& path, const QStr
     const core::File& list = pageKind == PageKind::Current ? core::files::kPageList : core::files::kLogPageList;
     if (makeList == MakeList::Yes)
         core::writeUploadList(list.in(m_run.session), rows);
-    if (isPreview(path) && uploadTakesFrom(m_run.session.DataPath))
+    if (isLocalPage(m_run.session, path) && uploadTakesFrom(m_run.session.DataPath))
         removeOldDayPages(m_run.session);
     return rows;
 }
@@ -102,16 +102,10 @@ Division MonthPage::readDivision(MonthRun& run) const {
     if (isCurrent || run.settings.isOn(keys::divide::kLogDivide))
         division = Division::read(run.settings);
     // A preview with private entries must not take the name of a day page that the upload sends to the server.
-    if (isPreview(run.path) && uploadTakesFrom(m_run.session.DataPath))
+    if (isLocalPage(m_run.session, run.path) && uploadTakesFrom(m_run.session.DataPath))
         division.names = PageNames::Number;
     run.frameOn = isCurrent && run.settings.isOn(keys::frame::kFrameOn);
     return division;
-}
-
-bool MonthPage::isPreview(const QString& path) const {
-    const QString name = core::GetFileName(path);
-    return (name == core::files::kPreview.name || name == core::files::kCustomizePreview.name) &&
-           platform::isSameFile(core::GetParentFolder(path), m_run.session.DataPath);
 }
 
 /// Whether the site lies there, or did so when its list was made: a Save As that failed or was killed leaves its list.

@@ -30,7 +30,6 @@ public:
 private:
     void readEntries(MonthRun& run, WithPrivate withPrivate) const;
     void makeFeeds(MonthRun& run) const;
-    bool isPreview(const QString& path) const;
     bool uploadTakesFrom(const QString& folder) const;
     Division readDivision(MonthRun& run) const;
     void printCalendar(MonthRun& run, Page& page, const QDate& month) const;

@@ -12,6 +12,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "registers/file_register.h"
+#include "site/local_page.h"
 #include "site/weather.h"
 
 #include <QFileInfo>
@@ -22,13 +23,6 @@ namespace velloria::site {
 namespace {
 
 constexpr QLatin1StringView kPageEnding(".htm");
-
-/// Whether a site of this name in the data folder would be overwritten by a local page, private entries and all.
-bool isLocalPageName(const QString& fileName) {
-    const QString base = core::GetBaseName(fileName).toLower();
-    static const QStringList kNames{u"tmp"_s, u"customize"_s, u"oldtmp"_s, u"findtmp"_s, u"vellinfo_result"_s};
-    return kNames.contains(base) || base.startsWith(u"tmp_"_s) || base.startsWith(u"customize_"_s);
-}
 
 } // namespace
 
@@ -113,7 +107,7 @@ bool SaveHtml::takeTarget(const QString& path) {
     }
     platform::makeFolder(core::GetParentFolder(folder));
     if (platform::isSameFile(folder, m_session.DataPath)) {
-        if (isLocalPageName(name)) {
+        if (isLocalPage(name)) {
             m_desk.message(
                 platform::MessageKind::Critical,
                 u"「%1」はプレビューなどに使われる名前です。\r\n別の名前かフォルダを指定してください。"_s.arg(name));
@@ -132,7 +126,8 @@ void SaveHtml::SaveHTML() {
     if (!m_session.FileName.endsWith(u".htm"_s) && !m_session.FileName.endsWith(u".html"_s))
         m_session.FileName += kPageEnding;
     core::requireSiteFolder(m_session);
-    if (isLocalPageName(m_session.FileName) && platform::isSameFile(m_session.FilePath, m_session.DataPath))
+    // It would be overwritten by a page with private entries.
+    if (isLocalPage(m_session, m_session.FilePath + m_session.FileName))
         throw platform::Failure(u"プレビューなどに使われる名前のページは、データフォルダに保存できません。"_s,
                                 m_session.FilePath + m_session.FileName, {},
                                 u"名前を付けて保存で、別の名前かフォルダを指定してください。"_s);

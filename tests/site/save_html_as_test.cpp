@@ -127,7 +127,7 @@ TEST_F(SaveHtmlAs, InTheDataFolderNamesOfLocalPagesAreRefused) {
     const auto before = contentOf(home.path());
     for (const QString& name :
          {u"tmp.htm"_s, u"tmp"_s, u"tmp.html"_s, u"Customize.htm"_s, u"oldtmp.htm"_s, u"findtmp.htm"_s,
-          u"VellInfo_result.htm"_s, u"tmp_01.htm"_s, u"tmp_.htm"_s, u"Customize_x.htm"_s, u"TMP.HTM"_s}) {
+          u"VellInfo_result.htm"_s, u"tmp_01.htm"_s, u"tmp_D.htm"_s, u"Customize_c.htm"_s, u"TMP.HTM"_s}) {
         desk.events = {};
         EXPECT_EQ(saver().saveAs(session.DataPath + name), Outcome::Refused) << name.toStdString();
         ASSERT_EQ(boxes().size(), 1) << name.toStdString();
@@ -139,7 +139,7 @@ TEST_F(SaveHtmlAs, InTheDataFolderNamesOfLocalPagesAreRefused) {
 }
 
 TEST_F(SaveHtmlAs, OtherNamesAreWelcomeInTheDataFolderAndLocalNamesElsewhere) {
-    for (const QString& name : {u"index.htm"_s, u"tmpx.htm"_s, u"xtmp_.htm"_s, u"Customized.htm"_s}) {
+    for (const QString& name : {u"index.htm"_s, u"tmpx.htm"_s, u"xtmp_.htm"_s, u"tmp_x.htm"_s, u"Customized.htm"_s}) {
         EXPECT_EQ(saver().saveAs(session.DataPath + name), Outcome::Done) << name.toStdString();
         EXPECT_TRUE(exists(session.DataPath + name)) << name.toStdString();
     }
