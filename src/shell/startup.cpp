@@ -226,12 +226,22 @@ StartResult Startup::checkDataFolder() {
 }
 
 void Startup::checkDatabase() {
-    const QString database = existingPath(m_session.databaseFile());
-    m_session.dbFileName = GetFileName(database);
-    const qint16 version = store::GetDBVersion(database);
-    if (version >= kDatabaseVersion)
-        return;
-    // Old versions had no customize files.
+    m_session.dbFileName = GetFileName(existingPath(m_session.databaseFile()));
+    store::updateOldDiary(m_session, [this](store::UpdateStage stage) {
+        if (stage == store::UpdateStage::Done) {
+            m_desk.message(MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
+                                               u"念のためにVelloriaを再起動してください。"_s);
+            return;
+        }
+        addCustomizeFiles();
+        m_desk.message(MessageKind::Plain,
+                       u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
+                       u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
+    });
+}
+
+/// Old versions had none.
+void Startup::addCustomizeFiles() {
     makeFolder(existingPath(files::kCustomize.in(m_session)));
     if (!fileExists(files::kCustomizeIni.in(m_session)))
         copyFactoryFile(files::kFirstCustomizeIni.name, customizeIni());
@@ -241,17 +251,6 @@ void Startup::checkDatabase() {
             defaults.set(m_session, file.setting, file.standard.in(m_session));
     }
     defaults.writeQuietly();
-    m_desk.message(MessageKind::Plain,
-                   u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
-                   u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
-    if (QFileInfo::exists(database))
-        store::backUpDatabase(database, files::kBackup.in(m_session));
-    constexpr std::array kMigrated{0, 100, 101, 110, 150, 200, 210};
-    if (std::find(kMigrated.begin(), kMigrated.end(), version) != kMigrated.end())
-        store::UpdateDatabase(m_session, version);
-    m_desk.message(MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
-                                       u"念のためにVelloriaを再起動してください。"_s);
-    Settings(m_session).writeQuietly(keys::kDBVersion, QString::number(kDatabaseVersion));
 }
 
 void Startup::makeWorkingFolders() {

@@ -44,6 +44,7 @@ private:
     StartResult checkDataFolder();
     bool fitsSettings(const QString& folder) const;
     void checkDatabase();
+    void addCustomizeFiles();
     void makeWorkingFolders();
     void makeExportFormats() const;
     void copyBlogTemplates();

@@ -1,5 +1,7 @@
 #include "store/migration.h"
 
+#include "core/keys.h"
+#include "core/settings.h"
 #include "platform/file_write.h"
 #include "store/database_file.h"
 #include "support/test_home.h"
@@ -9,7 +11,26 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
-class Migration : public TestHome {};
+class Migration : public TestHome {
+protected:
+    /// What a start with a diary of this version tells.
+    std::vector<store::UpdateStage> stagesOf(int version) {
+        sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
+        std::vector<store::UpdateStage> stages;
+        m_failure = failureOf([&] {
+            store::updateOldDiary(session, [&](store::UpdateStage stage) {
+                stages.push_back(stage);
+                m_hasBackup = exists(session.UserPath + u"diarymdb.bak"_s);
+                m_recorded = core::Settings(session).text(core::keys::kDBVersion);
+            });
+        });
+        return stages;
+    }
+
+    QString m_failure;
+    bool m_hasBackup = false; ///< when it told the last stage
+    QString m_recorded;       ///< then
+};
 
 TEST_F(Migration, RefusesAnOlderDiaryAndLeavesItAlone) {
     write(u"2004/05/06"_s, u"a"_s);
@@ -43,6 +64,29 @@ TEST_F(Migration, FailsAloudWithoutATemplate) {
     platform::removeFile(session.databaseFile());
     EXPECT_TRUE(failureOf([&] { store::UpdateDatabase(session, 0); }).contains(path(u"default.mdb"_s)));
     EXPECT_FALSE(exists(session.databaseFile()));
+}
+
+TEST_F(Migration, OfAPresentDiaryDoesAndTellsNothing) {
+    for (const int version : {220, 221}) {
+        sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
+        const auto before = contentOf(home.path());
+        EXPECT_TRUE(stagesOf(version).empty()) << version;
+        EXPECT_EQ(contentOf(home.path()), before) << version;
+    }
+}
+
+TEST_F(Migration, TellsThatItBeginsAheadOfTheBackupAndThatItIsDoneAheadOfTheRecord) {
+    core::Settings(session).writeQuietly(core::keys::kDBVersion, u"7"_s);
+    EXPECT_EQ(stagesOf(100), std::vector{store::UpdateStage::Begins});
+    EXPECT_FALSE(m_hasBackup);
+    EXPECT_TRUE(m_failure.contains(u"バージョン100の"_s)) << m_failure.toStdString();
+    EXPECT_TRUE(exists(session.UserPath + u"diarymdb.bak"_s));
+    EXPECT_EQ(core::Settings(session).text(core::keys::kDBVersion), u"7"_s);
+
+    EXPECT_EQ(stagesOf(120), (std::vector{store::UpdateStage::Begins, store::UpdateStage::Done}));
+    EXPECT_EQ(m_failure, QString());
+    EXPECT_EQ(m_recorded, u"7"_s);
+    EXPECT_EQ(core::Settings(session).text(core::keys::kDBVersion), u"220"_s);
 }
 
 } // namespace
