@@ -1,9 +1,8 @@
-// The database as a file: its version, its backup, its health. Each call stands on its own, and any thread may call.
-// What the machine refuses is thrown as platform::Failure; a target is replaced whole or stays as it was.
+// The database as a file: its version and its backup. Each call stands on its own, and any thread may call. What the
+// machine refuses is thrown as platform::Failure; a target is replaced whole or stays as it was.
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 namespace velloria::store {
 
@@ -29,7 +28,7 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode =
 /// and changes nothing. Throws platform::Failure.
 QString restoreDatabase(const QString& path, const QString& backup);
 
-/// What is wrong with the diary, a line each; nothing when all is well. Changes nothing.
-QStringList checkDatabase(const QString& path);
+/// Throws platform::Failure when the file has no format that a diary ever had.
+void requireDiaryFormat(const QString& path);
 
 } // namespace velloria::store

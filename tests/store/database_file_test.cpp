@@ -1,6 +1,7 @@
 #include "store/database_file.h"
 
 #include "platform/file_write.h"
+#include "store/database_check.h"
 #include "store/diary_home.h"
 #include "store/sqlite/statement.h"
 #include "support/disk_watch.h"

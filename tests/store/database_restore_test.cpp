@@ -2,6 +2,7 @@
 #include "store/database_file.h"
 
 #include "platform/file_write.h"
+#include "store/database_check.h"
 #include "store/diary_home.h"
 #include "support/faulty_disk.h"
 

@@ -2,6 +2,7 @@
 #include "platform/file_write.h"
 #include "registers/file_register.h"
 #include "registers/log_register.h"
+#include "store/database_check.h"
 #include "store/database_file.h"
 #include "store/diary_home.h"
 #include "store/entry_import.h"

@@ -3,6 +3,7 @@
 #include "core/files.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
+#include "store/database_check.h"
 #include "store/database_file.h"
 
 #include <QJsonArray>
