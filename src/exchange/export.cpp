@@ -234,10 +234,7 @@ void clsExport::writeOneFile(const QString& format, const convert::clsHTML2TEXT&
     platform::replaceFile(
         m_path,
         [&](const platform::WriteBytes& file) {
-            m_store.ExportEntries(m_settings.period, m_settings.direction, [&](store::Entry& entry, int count) {
-                WriteEntry(format, file, converter, entry);
-                countProgress(count);
-            });
+            forEachEntry([&](store::Entry& entry) { WriteEntry(format, file, converter, entry); });
         },
         platform::Durability::Derived);
 }
@@ -247,7 +244,7 @@ void clsExport::writeDividedFiles(const QString& format, const convert::clsHTML2
     const QString folder =
         asksForFolder() ? core::withSeparator(m_path) : m_path.first(m_path.size() - core::GetFileName(m_path).size());
     QHash<QString, int> written;
-    m_store.ExportEntries(m_settings.period, m_settings.direction, [&](store::Entry& entry, int count) {
+    forEachEntry([&](store::Entry& entry) {
         try {
             const QString file = folder + fileNameOf(entry);
             requireWritable(file);
@@ -264,7 +261,6 @@ void clsExport::writeDividedFiles(const QString& format, const convert::clsHTML2
                 u"%1「%2」を書き出せません。"_s.arg(entry.day, shown(entry.title)), failure.file(), failure.reason(),
                 failure.advice() + u"ここまでに書き出した%1個のファイルは残っています。"_s.arg(written.size()));
         }
-        countProgress(count);
     });
 }
 
@@ -320,9 +316,13 @@ void clsExport::WriteEntry(const QString& format, const platform::WriteBytes& fi
     file(platform::toCodePage(text));
 }
 
-void clsExport::countProgress(int count) {
-    if (++m_counts.entries % kEntriesPerProgress == 0)
-        m_desk.progress(u"日記を書き出しています"_s, m_counts.entries, count);
+/// Counts those that have been written.
+void clsExport::forEachEntry(const std::function<void(store::Entry&)>& write) {
+    m_store.ExportEntries(m_settings.period, m_settings.direction, [&](store::Entry& entry, int count) {
+        write(entry);
+        if (++m_counts.entries % kEntriesPerProgress == 0)
+            m_desk.progress(u"日記を書き出しています"_s, m_counts.entries, count);
+    });
 }
 
 } // namespace velloria::exchange

@@ -7,6 +7,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace velloria::convert {
@@ -100,7 +101,7 @@ private:
     void requireWritable(const QString& file) const;
     /// `file` without links on its way.
     bool belongsToProgram(const QString& file) const;
-    void countProgress(int count);
+    void forEachEntry(const std::function<void(store::Entry&)>& write);
 
     const core::Session& m_session;
     store::DiaryStore m_store;
