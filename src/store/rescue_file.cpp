@@ -99,7 +99,7 @@ void RescueFile::forget() {
     QFile file(m_file);
     if (file.size() != m_end)
         return;
-    if (m_begin == 0)
+    if (m_begin == 0 && !QFileInfo(m_file).isSymLink())
         file.remove();
     else
         file.resize(m_begin);

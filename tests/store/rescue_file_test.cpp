@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <sys/stat.h>
@@ -310,6 +311,18 @@ TEST_F(Rescue, ThatHeldNothingElseIsGoneAgain) {
     rescue.keep({entryWith(u"a"_s)}, u"削除"_s);
     rescue.forget();
     EXPECT_FALSE(exists(file()));
+}
+
+TEST_F(Rescue, ThatLiesBehindALinkKeepsTheLink) {
+    writeFile(path(u"elsewhere.jsonl"_s), {});
+    ASSERT_TRUE(QFile::link(path(u"elsewhere.jsonl"_s), file()));
+    RescueFile rescue = this->rescue();
+    rescue.keep({entryWith(u"a"_s)}, u"削除"_s);
+    rescue.forget();
+    EXPECT_TRUE(QFileInfo(file()).isSymLink());
+    EXPECT_EQ(bytesOf(path(u"elsewhere.jsonl"_s)), "");
+    keep(u"b"_s);
+    EXPECT_EQ(titles(), QStringList{u"b"_s});
 }
 
 TEST_F(Rescue, TakesNoLineOfAnotherProgramBack) {
