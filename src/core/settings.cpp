@@ -1,7 +1,6 @@
 #include "core/settings.h"
 
 #include "core/files.h"
-#include "core/settings_change.h"
 
 namespace velloria::core {
 
@@ -37,12 +36,6 @@ QString Settings::file(SettingsFile file) const {
     default:
         return programFile(m_session.MyPath, file);
     }
-}
-
-void Settings::writeQuietly(const Setting& setting, const QString& value) const {
-    SettingsChange change;
-    change.set(file(setting.file), setting, value);
-    change.writeQuietly();
 }
 
 } // namespace velloria::core

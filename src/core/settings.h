@@ -1,4 +1,4 @@
-// The settings as they are now, each in its file.
+// The settings as they are now, each in its file. What changes them is core/settings_change.h.
 //
 //     const core::Settings settings(session);
 //     if (settings.isOn(core::keys::kFavoriteSort)) ...
@@ -30,10 +30,6 @@ public:
     QString text(const Setting& setting) const { return read(setting.file).text(setting); }
     qint16 number(const Setting& setting) const { return read(setting.file).number(setting); }
     bool isOn(const Setting& setting) const { return read(setting.file).isOn(setting); }
-
-    /// Writes one setting at once. A refusal of the machine is passed over: the next read gives the old value. Settings
-    /// that change together go through core/settings_change.h.
-    void writeQuietly(const Setting& setting, const QString& value) const;
 
 private:
     const Session& m_session;

@@ -46,4 +46,10 @@ void SettingsChange::writeQuietly() const {
     }
 }
 
+void writeQuietly(const Session& session, const Setting& setting, const QString& value) {
+    SettingsChange change;
+    change.set(session, setting, value);
+    change.writeQuietly();
+}
+
 } // namespace velloria::core

@@ -32,4 +32,8 @@ private:
     std::map<QString, std::vector<platform::ProfileChange>> m_files;
 };
 
+/// Writes one setting at once, in the file in which it is now, without a word of a refusal: the next read gives the old
+/// value.
+void writeQuietly(const Session& session, const Setting& setting, const QString& value);
+
 } // namespace velloria::core

@@ -4,7 +4,7 @@
 #include "core/keys.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "core/site_folder.h"
 #include "core/upload_list.h"
 #include "platform/directory.h"
@@ -69,7 +69,7 @@ platform::Outcome LogRegistration::ResistLogFile(const QString& path, const QStr
     // Asked outside of the lock: nobody has to wait for an answer.
     if (!add(source, year + u'/' + (month.size() == 1 ? u'0' + month : month)))
         outcome = replace(source);
-    core::Settings(m_session).writeQuietly(core::keys::kLogResistPath, source.folder);
+    core::writeQuietly(m_session, core::keys::kLogResistPath, source.folder);
     return outcome;
 }
 

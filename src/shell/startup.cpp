@@ -221,7 +221,7 @@ StartResult Startup::checkDataFolder() {
         return StartResult::Ended;
     }
     m_session.DataPath = withSeparator(QFileInfo(*folder).absoluteFilePath());
-    Settings(m_session).writeQuietly(keys::kDataPath, m_session.DataPath);
+    writeQuietly(m_session, keys::kDataPath, m_session.DataPath);
     return StartResult::Ready;
 }
 

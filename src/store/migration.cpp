@@ -2,7 +2,7 @@
 
 #include "core/files.h"
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "store/database_file.h"
@@ -27,7 +27,7 @@ void updateOldDiary(const core::Session& session, const UpdateProgress& progress
     if (std::ranges::find(kGivenOut, version) != std::end(kGivenOut))
         UpdateDatabase(session, version);
     progress(UpdateStage::Done);
-    core::Settings(session).writeQuietly(core::keys::kDBVersion, QString::number(core::kDatabaseVersion));
+    core::writeQuietly(session, core::keys::kDBVersion, QString::number(core::kDatabaseVersion));
 }
 
 void UpdateDatabase(const core::Session& session, qint16 oldVersion) {

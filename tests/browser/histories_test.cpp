@@ -2,7 +2,7 @@
 
 #include "core/keys.h"
 #include "core/setting.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/file_write.h"
 #include "support/test_home.h"
 
@@ -20,7 +20,7 @@ namespace {
 
 class HistoryFiles : public TestHome {
 protected:
-    void turnOn(const core::Setting& key) { core::Settings(session).writeQuietly(key, u"1"_s); }
+    void turnOn(const core::Setting& key) { core::writeQuietly(session, key, u"1"_s); }
     QString addressFile() const { return session.UserPath + u"URLHist.txt"_s; }
     QString wordFile() const { return session.UserPath + u"FindHist.txt"_s; }
     Histories histories() const { return Histories(session); }
@@ -63,7 +63,7 @@ TEST_F(HistoryFiles, ReadByTheOtherKeyAreWrittenByTheOne) {
 
 TEST_F(HistoryFiles, OfAKeyThatIsNoOneAreOff) {
     for (const QString& value : {u"0"_s, u"2"_s, u"-1"_s, u""_s, u"x"_s, u"99999"_s}) {
-        core::Settings(session).writeQuietly(core::keys::kUrlHistory, value);
+        core::writeQuietly(session, core::keys::kUrlHistory, value);
         writeFile(addressFile(), "a\r\n");
         EXPECT_EQ(histories().addresses(), QStringList()) << value.toStdString();
     }

@@ -3,6 +3,7 @@
 #include "core/ini.h"
 #include "core/keys.h"
 #include "core/program_keys.h"
+#include "core/settings_change.h"
 #include "core/site_keys.h"
 #include "platform/file_write.h"
 
@@ -77,7 +78,7 @@ TEST_F(SettingsOfASession, AFlagIsOnForOneAlone) {
 
 TEST_F(SettingsOfASession, APathComesBackWhateverItIsCalled) {
     const QString name = u"/home/〜 — 名/a.htm"_s;
-    settings.writeQuietly(keys::kSaveFilePath, name);
+    core::writeQuietly(session, keys::kSaveFilePath, name);
     EXPECT_EQ(settings.text(keys::kSaveFilePath), name);
     EXPECT_NE(core::ReadIni(session.DiaryIniFile, u"ALL"_s, u"SaveFilePath"_s), name) << "as the file has it";
 }
@@ -92,7 +93,7 @@ TEST_F(SettingsOfASession, AKeyMayStandInASectionOrUnderANameThatIsGiven) {
 
 TEST_F(SettingsOfASession, ARefusedWriteKeepsTheOldValue) {
     session.DiaryIniFile = session.MyPath + u"nowhere/diary.ini"_s;
-    EXPECT_NO_THROW(settings.writeQuietly(keys::kSelectedBlog, u"b"_s));
+    EXPECT_NO_THROW(core::writeQuietly(session, keys::kSelectedBlog, u"b"_s));
     EXPECT_EQ(settings.text(keys::kSelectedBlog), u"mixi"_s);
 }
 

@@ -4,6 +4,7 @@
 #include "core/keys.h"
 #include "core/setting.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 
 #include <QInputMethodEvent>
 
@@ -15,7 +16,7 @@ namespace {
 
 class BrowserBoxes : public BrowserHome {
 protected:
-    void turnOn(const core::Setting& key) { core::Settings(session).writeQuietly(key, u"1"_s); }
+    void turnOn(const core::Setting& key) { core::writeQuietly(session, key, u"1"_s); }
     QString userFile(const QString& name) const { return session.UserPath + name; }
 
     QComboBox& shownBox(const QString& name) {
@@ -83,7 +84,7 @@ TEST_F(BrowserBoxes, SearchWithEnter) {
 }
 
 TEST_F(BrowserBoxes, SearchNowhereWithoutASite) {
-    core::Settings(session).writeQuietly(core::keys::kFindSite, u"9"_s);
+    core::writeQuietly(session, core::keys::kFindSite, u"9"_s);
     QComboBox& words = shownBox(u"cmbFind"_s);
     EXPECT_EQ(box(u"cmbFindSite"_s).currentIndex(), -1);
     words.setEditText(u"a"_s);

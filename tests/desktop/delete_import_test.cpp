@@ -2,7 +2,7 @@
 
 #include "core/ini.h"
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/editor_home.h"
 #include "editor/forms/editor_requests.h"
 #include "exchange/import_groups.h"
@@ -137,7 +137,7 @@ TEST_F(DeleteImport, ManyDaysAreToldOnceEachAndWithoutAnyLoss) {
     const QString many = u"WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 59999) "
                          "INSERT INTO Contents (Day, Number, ImportMark) "
                          "SELECT strftime('%Y/%m/%d', '1900-01-01', (i / 2) || ' days'), i % 2 + 1, 'many' FROM n"_s;
-    core::Settings(session).writeQuietly(core::keys::kRescue, u"0"_s); // which takes its time for each row
+    core::writeQuietly(session, core::keys::kRescue, u"0"_s); // which takes its time for each row
     const auto secondsOf = [](const auto& action) {
         const std::clock_t start = std::clock();
         action();

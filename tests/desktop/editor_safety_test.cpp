@@ -2,7 +2,7 @@
 #include "desktop/editor_home.h"
 
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "shell/forms/desktop_end.h"
 #include "store/sqlite/connection.h"
 
@@ -62,7 +62,7 @@ TEST_F(EditorWork, ShiftEnterAndCtrlEnterInsertTheirTagsAlone) {
     EXPECT_EQ(pane().text(), u"<BR>"_s);
     QTest::keyClick(&pane(), Qt::Key_Return, Qt::ControlModifier);
     EXPECT_EQ(pane().text(), u"<BR><P></P>"_s);
-    core::Settings(session).writeQuietly(core::keys::kPTagAdd, u"class=a"_s);
+    core::writeQuietly(session, core::keys::kPTagAdd, u"class=a"_s);
     pane().setText(u"x"_s);
     pane().selectAll();
     QTest::keyClick(&pane(), Qt::Key_Enter, Qt::ControlModifier);

@@ -3,7 +3,7 @@
 
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "core/text_file.h"
 
 #include <QToolBar>
@@ -489,11 +489,11 @@ TEST_F(Editor, TheFontSizeIsReadAtCreationOnlyAndNonsenseIsTheUsualOne) {
     EXPECT_EQ(pane().font().pointSizeF(), 12);
     for (const auto& [stored, shown] : std::initializer_list<std::pair<QString, double>>{
              {u"20"_s, 20}, {u"0"_s, 12}, {u"-3"_s, 12}, {u"big"_s, 12}, {u"99999"_s, 400}, {u"10.5"_s, 10.5}}) {
-        core::Settings(session).writeQuietly(core::keys::kContentsFontSize, stored);
+        core::writeQuietly(session, core::keys::kContentsFontSize, stored);
         context.windows.unload<editor::frmContents>();
         EXPECT_EQ(pane(2).font().pointSizeF(), shown) << stored.toStdString();
     }
-    core::Settings(session).writeQuietly(core::keys::kContentsFontSize, u"30"_s);
+    core::writeQuietly(session, core::keys::kContentsFontSize, u"30"_s);
     clickDay(6);
     EXPECT_EQ(pane().font().pointSizeF(), 10.5);
 }

@@ -4,6 +4,7 @@
 #include "core/keys.h"
 #include "core/setting.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/up_down.h"
 #include "editor_home.h"
 #include "platform/file_write.h"
@@ -147,12 +148,12 @@ TEST_F(ImageMaker, TheDialogTellsItsFiltersAndBeginsAtThePictures) {
               (QStringList{u"GIF Files(*.gif)"_s, u"JPG Files(*.jpg)"_s, u"PNG Files(*.png)"_s, u"BMP Files(*.bmp)"_s,
                            u"ALL Files(*.*)"_s}));
     EXPECT_EQ(line(u"txt_FilePath"_s).text(), u""_s) << "a cancelled dialog changes nothing";
-    core::Settings(session).writeQuietly(core::keys::kImagePath, u"c:\\"_s);
+    core::writeQuietly(session, core::keys::kImagePath, u"c:\\"_s);
     desk.answers = {QJsonValue()};
     press(u"Btn_Open"_s);
     EXPECT_EQ(lastFileEvent()[u"folder"_s].toString(),
               QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
-    core::Settings(session).writeQuietly(core::keys::kImagePath, path(u"kept"_s));
+    core::writeQuietly(session, core::keys::kImagePath, path(u"kept"_s));
     desk.answers = {QJsonValue()};
     press(u"Btn_Open"_s);
     EXPECT_EQ(lastFileEvent()[u"folder"_s].toString(), path(u"kept"_s));
@@ -300,7 +301,7 @@ private:
 
 TEST_F(ImageMaker, ATemporaryFolderIsNoPlaceToLookForPictures) {
     const TemporaryFolder temporary(path(u""_s));
-    core::Settings(session).writeQuietly(core::keys::kImagePath, u"kept"_s);
+    core::writeQuietly(session, core::keys::kImagePath, u"kept"_s);
     open();
     choose(picture(u"a.gif"_s));
     press(u"Btn_OK"_s);

@@ -2,6 +2,7 @@
 #include "core/ini.h"
 #include "core/keys.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "site/forms/frmFind.h"
@@ -19,7 +20,7 @@ namespace {
 class MainWindow : public DesktopHome {
 protected:
     void setLanguage(const QString& language) {
-        core::Settings(session).writeQuietly(core::keys::kMenuLanguage, language);
+        core::writeQuietly(session, core::keys::kMenuLanguage, language);
         top().SetMenuBarString();
     }
     QString caption(const QString& name) { return top().command(name)->text(); }

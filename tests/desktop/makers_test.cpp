@@ -2,7 +2,7 @@
 #include "makers_home.h"
 
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/qt_desk.h"
 
 using namespace Qt::StringLiterals;
@@ -11,7 +11,7 @@ namespace velloria::tests {
 namespace {
 
 TEST_F(Makers, EachPlainTagGoesToTheShownPane) {
-    core::Settings(session).writeQuietly(core::keys::kPTagAdd, u"class=a"_s);
+    core::writeQuietly(session, core::keys::kPTagAdd, u"class=a"_s);
     const QMap<int, std::pair<QString, QString>> expected{
         {0, {u"<BR>"_s, u""_s}},         {1, {u"<P class=a>"_s, u"</P>"_s}},
         {2, {u"<B>"_s, u"</B>"_s}},      {3, {u"<I>"_s, u"</I>"_s}},

@@ -1,6 +1,6 @@
 #include "core/ini.h"
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/browser_home.h"
 #include "desktop/small_web.h"
 #include "editor/forms/frmContents.h"
@@ -82,7 +82,7 @@ TEST_F(PageMenu, SpeaksTheLanguageOfTheMenus) {
                            u"-"_s, u"リンクのURLをコピー(&L)"_s, u"画像を保存(&I)..."_s, u"-"_s,
                            u"ページを保存(&S)..."_s, u"印刷(&P)..."_s}));
     closeMenu(menu);
-    core::Settings(session).writeQuietly(core::keys::kMenuLanguage, u"English"_s);
+    core::writeQuietly(session, core::keys::kMenuLanguage, u"English"_s);
     menu = menuAtText();
     EXPECT_EQ(captions(*menu),
               (QStringList{u"&Back"_s, u"&Forward"_s, u"&Reload"_s, u"-"_s, u"&Copy"_s, u"Select &All"_s, u"-"_s,

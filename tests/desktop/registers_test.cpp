@@ -2,6 +2,7 @@
 #include "core/keys.h"
 #include "core/setting.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "editor_home.h"
 #include "platform/file_write.h"
 #include "registers/forms/frmResistFiles.h"
@@ -295,7 +296,7 @@ TEST_F(Registers, LogsAreRegisteredForAMonth) {
 }
 
 TEST_F(Registers, TheDialogOfLogsBeginsWhereTheLastOneWas) {
-    core::Settings(session).writeQuietly(core::keys::kLogResistPath, path(u"in"_s));
+    core::writeQuietly(session, core::keys::kLogResistPath, path(u"in"_s));
     openLogs();
     answer(source(u"x.htm"_s));
     press(u"BtnOpenFolder"_s);

@@ -4,7 +4,7 @@
 #include "core/keys.h"
 #include "core/program_keys.h"
 #include "core/setting.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "publish/forms/frmProgress.h"
@@ -41,9 +41,7 @@ protected:
     }
     ~UpdateCommand() override { QDir::setCurrent(before); }
 
-    void setEndpoint(const core::Setting& key, const QString& value) {
-        core::Settings(session).writeQuietly(key, value);
-    }
+    void setEndpoint(const core::Setting& key, const QString& value) { core::writeQuietly(session, key, value); }
     QString address(const QString& name) const { return u"http://127.0.0.1:%1/%2"_s.arg(server.port()).arg(name); }
     static QByteArray answer(const QByteArray& bytes) {
         return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(bytes.size()) + "\r\n\r\n" + bytes;

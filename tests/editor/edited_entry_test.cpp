@@ -1,7 +1,7 @@
 #include "editor/edited_entry.h"
 
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "store/entry_line.h"
 #include "store/sqlite/connection.h"
 #include "support/disk_watch.h"
@@ -267,7 +267,7 @@ TEST_F(EditedEntry, DroppedTextIsRescuedEvenWithoutATitle) {
 }
 
 TEST_F(EditedEntry, WhoSwitchedTheRescueFileOffIsNotToldOfIt) {
-    core::Settings(session).writeQuietly(core::keys::kRescue, u"0"_s);
+    core::writeQuietly(session, core::keys::kRescue, u"0"_s);
     write(kDay, u"一"_s);
     write(kDay, u"二"_s);
     load(2);

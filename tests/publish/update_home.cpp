@@ -2,7 +2,7 @@
 
 #include "core/program_keys.h"
 #include "core/setting.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/code_page.h"
 #include "support/patience.h"
 
@@ -75,7 +75,7 @@ void UpdateHome::putUpdater(const QByteArray& script) const {
 }
 
 void UpdateHome::setEndpoint(const core::Setting& key, const QString& value) const {
-    core::Settings(session).writeQuietly(key, value);
+    core::writeQuietly(session, key, value);
 }
 
 publish::UpdateResult UpdateHome::check() {

@@ -3,7 +3,7 @@
 
 #include "core/keys.h"
 #include "core/setting.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "publish/ftp_upload.h"
 #include "registers/file_register.h"
 #include "support/test_home.h"
@@ -105,7 +105,7 @@ protected:
     void fillSite();
     /// What the server holds once all that has gone up.
     static QMap<QString, QByteArray> filledServer();
-    void set(const core::Setting& key, const QString& value) const { core::Settings(session).writeQuietly(key, value); }
+    void set(const core::Setting& key, const QString& value) const { core::writeQuietly(session, key, value); }
 
     publish::UploadResult run();
     /// The events and calls of the last run, one a line; line breaks within a text are " / ". The window's read

@@ -2,7 +2,7 @@
 
 #include "core/day_key.h"
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "registers/file_register.h"
 #include "support/test_home.h"
 
@@ -150,7 +150,7 @@ TEST_F(SiteFiles, AllGoWhenTheUserWantsIt) {
         QStringList taken;
     } cases[] = {{u"1", {u"private.gif"_s}}, {u"0", {}}, {u"2", {}}, {u"yes", {}}, {u"99999", {}}, {u"", {}}};
     for (const auto& c : cases) {
-        core::Settings(session).writeQuietly(core::keys::kPrivateFiles, QString::fromUtf16(c.value));
+        core::writeQuietly(session, core::keys::kPrivateFiles, QString::fromUtf16(c.value));
         EXPECT_EQ(taken(), c.taken) << QString::fromUtf16(c.value).toStdString();
     }
 }

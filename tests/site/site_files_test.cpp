@@ -1,7 +1,7 @@
 // Which registered files Save HTML, logs and a rebuild bring to the site, and what they say of the others.
 
 #include "core/keys.h"
-#include "core/settings.h"
+#include "core/settings_change.h"
 #include "site/site_home.h"
 #include "site/site_rebuild.h"
 #include "site/weather.h"
@@ -44,7 +44,7 @@ TEST_F(FilesOfTheSite, SaveHTMLLeavesThoseOfPrivateEntriesAtHome) {
     EXPECT_EQ(told(u"private.gif"_s), QStringList());
     ASSERT_EQ(saver().saveAs(path(u"site2/x.htm"_s)), platform::Outcome::Done);
     EXPECT_EQ(QDir(path(u"site2/DiaryParts"_s)).entryList(QDir::Files), QStringList{u"public.gif"_s});
-    core::Settings(session).writeQuietly(core::keys::kPrivateFiles, u"1"_s);
+    core::writeQuietly(session, core::keys::kPrivateFiles, u"1"_s);
     saver().SaveHTML();
     EXPECT_TRUE(exists(path(u"site2/DiaryParts/private.gif"_s)));
 }

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "platform/file_write.h"
 #include "store/database_file.h"
 #include "support/test_home.h"
@@ -76,7 +77,7 @@ TEST_F(Migration, OfAPresentDiaryDoesAndTellsNothing) {
 }
 
 TEST_F(Migration, TellsThatItBeginsAheadOfTheBackupAndThatItIsDoneAheadOfTheRecord) {
-    core::Settings(session).writeQuietly(core::keys::kDBVersion, u"7"_s);
+    core::writeQuietly(session, core::keys::kDBVersion, u"7"_s);
     EXPECT_EQ(stagesOf(100), std::vector{store::UpdateStage::Begins});
     EXPECT_FALSE(m_hasBackup);
     EXPECT_TRUE(m_failure.contains(u"バージョン100の"_s)) << m_failure.toStdString();

@@ -175,7 +175,7 @@ QString TestHome::sqlValue(const QString& query) {
 }
 
 void TestHome::setSetting(const core::Setting& key, const QString& value) {
-    core::Settings(session).writeQuietly(key, value);
+    core::writeQuietly(session, key, value);
 }
 
 void TestHome::removeSetting(const core::Setting& key) {

@@ -10,6 +10,7 @@
 #include "core/path_names.h"
 #include "core/program_keys.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/combo.h"
 #include "desktop/command.h"
 #include "desktop/icons.h"
@@ -178,7 +179,7 @@ void frmBrowser::HistoryAdd_Find() {
 void frmBrowser::keep() {
     m_histories.keepAddresses(entriesOf(*m_address));
     m_histories.keepWords(entriesOf(*m_words));
-    core::Settings(m_context.session).writeQuietly(core::keys::kFindSite, QString::number(m_site->currentIndex()));
+    core::writeQuietly(m_context.session, core::keys::kFindSite, QString::number(m_site->currentIndex()));
 }
 
 void frmBrowser::FillFavorites() {

@@ -4,6 +4,7 @@
 #include "core/files.h"
 #include "core/keys.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
 #include "editor/forms/frmContents.h"
@@ -73,7 +74,7 @@ frmCalender::~frmCalender() {
     ui->Calender->disconnect(this); // it loses the focus on the way out, and turns back its page for that
     // Without a selection the list lacked the blog; it is selected again when its template is back.
     if (ui->cmbBlog->currentIndex() >= 0)
-        core::Settings(m_context.session).writeQuietly(core::keys::kSelectedBlog, ui->cmbBlog->currentText());
+        core::writeQuietly(m_context.session, core::keys::kSelectedBlog, ui->cmbBlog->currentText());
 }
 
 QSize frmCalender::ownSize() const {

@@ -3,6 +3,7 @@
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings.h"
+#include "core/settings_change.h"
 #include "desktop/clipboard.h"
 #include "store/diary_store.h"
 #include "ui_frmResistFiles.h"
@@ -39,8 +40,7 @@ frmResistFiles::frmResistFiles(desktop::Context& context)
 }
 
 frmResistFiles::~frmResistFiles() {
-    core::Settings(m_context.session)
-        .writeQuietly(core::keys::kDefaultLoadPath, core::GetParentFolder(ui->txtOpenFile->text()));
+    core::writeQuietly(m_context.session, core::keys::kDefaultLoadPath, core::GetParentFolder(ui->txtOpenFile->text()));
 }
 
 void frmResistFiles::fillDays() {
