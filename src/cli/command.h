@@ -1,4 +1,8 @@
 // A command of the command line tool, and what it gets to work with.
+//
+// A new one is a row of its file in commands/ and an item of docs/velloria-cli.1, in the same order; then
+// `scripts/make-completions` writes completions/ anew. One that writes into a diary's folders has a row in
+// tests/trials/writing_commands.py too.
 #pragma once
 
 #include "core/run.h"
@@ -53,8 +57,8 @@ struct Invocation : core::Run {
     QString argument(qsizetype index) const { return arguments.value(index); }
     store::DiaryStore store() const { return store::DiaryStore(*this); }
 
-    /// Prints a result: one JSON document with --json, else tab-separated lines. Tabs, line ends and backslashes
-    /// within a field are written as \t, \r, \n and \\; on a terminal other control characters as \uXXXX.
+    /// Prints a result: `json`, an object or an array, with --json, else tab-separated lines. Tabs, line ends and
+    /// backslashes within a field are written as \t, \r, \n and \\; on a terminal other control characters as \uXXXX.
     void print(const QJsonValue& json, const std::vector<QStringList>& rows) const;
 };
 

@@ -2,6 +2,7 @@
 
 import json
 import os
+import pathlib
 import pty
 import re
 import shutil
@@ -12,10 +13,8 @@ import unittest
 
 from home import CLI, PROGRAM, CliTest, entry, read, snapshot, write
 
-COMMANDS = ["start", "entry list", "entry show", "entry put", "entry delete", "entry days", "genre list",
-            "genre rebuild", "site save", "site preview", "site log", "site rebuild", "site sameday",
-            "convert html2text", "convert urlencode", "convert scramble", "convert unscramble", "ini get", "ini int",
-            "ini set", "ini delete", "ini sections", "db version", "db check"]
+MANUAL = pathlib.Path(__file__).resolve().parents[2] / "docs" / "velloria-cli.1"
+COMMANDS = re.findall(r"^\.It Ic ([a-z0-9]+(?: [a-z0-9]+)?)", MANUAL.read_text(encoding="utf-8"), re.M)
 GLOBAL_OPTIONS = ["--home", "--user", "--now", "--day", "--events", "--answers", "--yes", "--json", "--version",
                   "--help"]
 VARIABLES = ["dbFileName", "MyPath", "FilePath", "FileName", "DiaryIniFile", "CustIniFile", "FrameIniFile",

@@ -41,13 +41,14 @@ class Manual(unittest.TestCase):
     def test_it_has_every_command_and_no_other(self):
         commands = [command_of(line) for line in help_lines() if not line.startswith("--")]
         documented = [" ".join(re.match(r"[a-z0-9]+(?: [a-z0-9]+)?", item).group().split()) for item in self.items]
-        self.assertEqual(documented, commands)
+        self.assertEqual(documented, commands, f"the items of {MANUAL}, in the order of the help")
 
     def test_each_command_has_its_options(self):
         for line in help_lines():
             if line.startswith("--"):
                 continue
-            item = next(i for i in self.items if i.startswith(command_of(line)))
+            item = next((i for i in self.items if i.startswith(command_of(line))), "")
+            self.assertTrue(item, f"{MANUAL} has no item of {command_of(line)}")
             self.assertEqual(["--" + o for o in re.findall(r"Fl -([a-z-]+)", item)], re.findall(r"--[a-z-]+", line))
 
     def test_it_has_every_global_option_and_no_other(self):
@@ -70,7 +71,8 @@ class Completions(unittest.TestCase):
             self.assertEqual(names, sorted(path.name for path in COMPLETIONS.iterdir()))
             for name in names:
                 made = (pathlib.Path(folder) / name).read_text(encoding="utf-8")
-                self.assertEqual((COMPLETIONS / name).read_text(encoding="utf-8"), made)
+                self.assertEqual((COMPLETIONS / name).read_text(encoding="utf-8"), made,
+                                 f"run scripts/make-completions {PROGRAM}")
 
     def complete(self, *words):
         line = " ".join(f"'{word}'" for word in words)
