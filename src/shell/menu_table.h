@@ -1,4 +1,7 @@
 // The menus of the main window: their names, order and captions in both languages.
+//
+// A row is told here and in tests/data/shell/menus.tsv. What it does stands under its name in the table of its part,
+// `*/forms/*_commands.cpp`, or it is one of commandsToCome().
 #pragma once
 
 #include "core/menu_language.h"

@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -34,9 +36,9 @@ TEST(MenuTable, IsWhatTheMenusHaveAlwaysBeen) {
         rows += QStringList{QString::number(row.depth), row.name, captionOf(row, MenuLanguage::English),
                             captionOf(row, MenuLanguage::Japanese)}
                     .join(u'\t');
-    ASSERT_EQ(rows.size(), expected.size());
-    for (qsizetype i = 0; i < rows.size(); ++i)
-        EXPECT_EQ(rows[i], expected[i]);
+    EXPECT_EQ(rows.size(), expected.size());
+    for (qsizetype i = 0; i < std::max(rows.size(), expected.size()); ++i)
+        ASSERT_EQ(rows.value(i), expected.value(i)) << "the first row that differs from menus.tsv, line " << i + 1;
 }
 
 TEST(MenuTable, HasEachNameOnce) {
@@ -44,7 +46,6 @@ TEST(MenuTable, HasEachNameOnce) {
     for (const shell::MenuRow& row : menuRows())
         names.insert(row.name);
     EXPECT_EQ(names.size(), qsizetype(menuRows().size()));
-    EXPECT_EQ(menuRows().size(), 103U);
 }
 
 TEST(MenuTable, HasItsSeparatorsInOrder) {

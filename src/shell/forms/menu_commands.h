@@ -1,4 +1,4 @@
-// All commands of the main window.
+// All commands of the main window: a part whose table is new is named in menu_commands.cpp.
 #pragma once
 
 #include "desktop/context.h"
