@@ -1,6 +1,7 @@
 // The settings of the site: of a customize set, of frames, feeds and the comment service.
 //
-// What a dialog writes and a page reads has its row here; so has what a set for others must not tell of its user.
+// What a dialog writes and a page reads has its row here; so has what a set for others must not tell of its user. A row
+// of a customize set stands in the list at the end as well.
 #pragma once
 
 #include "core/setting.h"

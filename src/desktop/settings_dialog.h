@@ -1,4 +1,4 @@
-// A dialog that edits settings.
+// A dialog that edits settings (`convert/forms/frmHTML2TXTSetting`).
 //
 //     setUp({{ui->chkUseFrame, keys::frame::kFrameOn}, ...}, {ui->Btn_OK, ui->Btn_Cancel, ui->Btn_Apply});
 //     enableWhile({ui->chkResize}, [this] { return ui->chkUseFrame->isChecked(); });

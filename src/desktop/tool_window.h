@@ -1,4 +1,11 @@
 // A window beside the main window: a maker, a register, a dialog that stays open while the user works.
+//
+//     frmNew::frmNew(desktop::Context& context)
+//         : ToolWindow(context, u"frmNew"_s, Blocks::Nothing, &core::keys::kNewPlace) {}
+//
+//     context.windows.get<frmNew>().showWindow();
+//
+// Its place is a row of core/keys.h, and it stands in the list of tests/desktop/every_window.h.
 #pragma once
 
 #include "core/setting.h"

@@ -82,6 +82,7 @@ class Lint(ScriptTest):
         super().setUp()
         self.tree = self.folder / "velloria"
         shutil.copytree(ROOT / "src", self.tree / "src")
+        shutil.copytree(ROOT / "tests", self.tree / "tests", ignore=shutil.ignore_patterns("data", "__pycache__"))
         (self.tree / "scripts").mkdir()
         shutil.copy(SCRIPTS / "lint", self.tree / "scripts")
 
@@ -134,6 +135,24 @@ class Lint(ScriptTest):
         self.assertEqual(self.findings(), ["src/editor/forms/frmCalender.cpp: EnterDay is set by "
                                            "cli/commands/entry.cpp, cli/main.cpp, editor/open_day.cpp, "
                                            "shell/startup.cpp alone"])
+
+    def test_what_no_list_names_is_refused(self):
+        for new in ("src/site/file.cpp", "tests/site/file_test.cpp", "tests/cli/test_file.py"):
+            (self.tree / new).write_text("")
+        self.assertEqual(self.findings(),
+                         ["src/site/file.cpp: no target builds it: no CMakeLists.txt of src/ names it",
+                          "tests/cli/test_file.py: nobody runs it: no CMakeLists.txt of tests/ names it",
+                          "tests/site/file_test.cpp: nobody runs it: no CMakeLists.txt of tests/ names it"])
+
+    def test_a_window_is_tried_with_the_others(self):
+        self.add("site/forms/frmSaveLog.h", "class frmWeek : public desktop::SettingsDialog {};")
+        self.assertEqual(self.findings(), ["src/site/forms/frmSaveLog.h: frmWeek is not in the list of "
+                                           "tests/desktop/every_window.h"])
+
+    def test_a_setting_of_a_customize_set_is_in_its_list(self):
+        rows = self.tree / "src" / "core" / "site_keys.h"
+        rows.write_text(rows.read_text(encoding="utf-8").replace("    &general::kGenre,\n", ""), encoding="utf-8")
+        self.assertEqual(self.findings(), ["src/core/site_keys.h: general::kGenre is not in kCustomizeSet"])
 
     def test_a_foreign_header_stays_in_its_folder(self):
         self.add("site/feeds.cpp", "#include <QWidget>\n#include <sqlite3.h>")

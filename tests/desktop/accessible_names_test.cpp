@@ -1,15 +1,8 @@
 // What takes keys has a name, so that it can be told to who does not see it.
 #include "browser/forms/frmBrowser.h"
-#include "convert/forms/frmHTML2TXTSetting.h"
-#include "editor/forms/frmHTMLMakeImage.h"
-#include "exchange/forms/frmDeleteImportDiary.h"
-#include "exchange/forms/frmExport.h"
+#include "every_window.h"
 #include "makers_home.h"
-#include "registers/forms/frmResistFiles.h"
-#include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmLogin.h"
-#include "site/forms/frmFind.h"
-#include "site/forms/frmSaveLog.h"
 
 #include <QAccessible>
 
@@ -35,15 +28,6 @@ protected:
         }
         return missing;
     }
-    template <class Window>
-    void expectNames() {
-        auto& window = context.windows.get<Window>();
-        window.showWindow();
-        settle();
-        EXPECT_EQ(missingIn(window).join(u' ').toStdString(), "") << window.objectName().toStdString();
-        window.reject();
-        settle();
-    }
 };
 
 TEST_F(AccessibleNames, OfTheChildWindows) {
@@ -54,17 +38,9 @@ TEST_F(AccessibleNames, OfTheChildWindows) {
 }
 
 TEST_F(AccessibleNames, OfTheWindowsBeside) {
-    expectNames<editor::frmHTMLMakeFont>();
-    expectNames<editor::frmHTMLMakeHR>();
-    expectNames<editor::frmHTMLMakeList>();
-    expectNames<editor::frmHTMLMakeImage>();
-    expectNames<registers::frmResistFiles>();
-    expectNames<registers::frmResistLogs>();
-    expectNames<site::frmFind>();
-    expectNames<exchange::frmExport>();
-    expectNames<convert::frmHTML2TXTSetting>();
-    expectNames<site::frmSaveLog>();
-    expectNames<exchange::frmDeleteImportDiary>();
+    forEveryWindow(context, [](QWidget& window) {
+        EXPECT_EQ(missingIn(window).join(u' ').toStdString(), "") << window.objectName().toStdString();
+    });
     shell::frmLogin login(u""_s);
     EXPECT_EQ(missingIn(login).join(u' ').toStdString(), "");
 }

@@ -3,11 +3,8 @@
 #include "browser/forms/frmGetImg.h"
 #include "desktop/dialog_size.h"
 #include "desktop/elided_label.h"
-#include "editor/forms/frmHTMLMakeFont.h"
-#include "editor/forms/frmHTMLMakeHR.h"
-#include "editor/forms/frmHTMLMakeImage.h"
-#include "editor/forms/frmHTMLMakeList.h"
 #include "editor_home.h"
+#include "every_window.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmLogin.h"
 
@@ -72,29 +69,10 @@ protected:
         clickDay(6);
     }
 
-    /// Shows every window beside the main window, one after the other.
+    /// Shows every window but the child windows, one after the other.
     template <class Look>
-    void forEveryWindow(Look look) {
-        const auto lookAtOpen = [&] {
-            settle();
-            for (auto* window : top().findChildren<desktop::ToolWindow*>()) {
-                EXPECT_TRUE(becomesVisible(*window));
-                look(*window);
-                window->close();
-                settle();
-            }
-        };
-        for (const QString& name : {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s,
-                                    u"MnuMakeLog"_s, u"MnuHTML2TXT"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s}) {
-            top().command(name)->trigger();
-            lookAtOpen();
-        }
-        context.windows.get<editor::frmHTMLMakeFont>().showWindow();
-        lookAtOpen();
-        context.windows.get<editor::frmHTMLMakeHR>().showWindow();
-        lookAtOpen();
-        context.windows.get<editor::frmHTMLMakeList>().showWindow();
-        lookAtOpen();
+    void forEveryDialog(Look look) {
+        forEveryWindow(context, look);
         shell::frmLogin login(u""_s);
         shell::frmAbout about(context);
         browser::frmGetImg images(context);
@@ -140,7 +118,7 @@ TEST_P(WindowSizes, ATabKeepsItsBeginningInANarrowWindow) {
 }
 
 TEST_P(WindowSizes, EveryWindowShowsAllThatItHolds) {
-    forEveryWindow([](const QWidget& window) {
+    forEveryDialog([](const QWidget& window) {
         EXPECT_EQ(cutControls(window), QStringList()) << window.objectName().toStdString();
         EXPECT_TRUE(window.screen()->availableGeometry().contains(window.frameGeometry()))
             << window.objectName().toStdString();
@@ -158,7 +136,7 @@ class SmallScreen : public WindowSizes {};
 
 TEST_P(SmallScreen, EveryWindowFitsAScreenOf1024By560) {
     constexpr int kTitleBar = 30;
-    forEveryWindow([](const QWidget& window) {
+    forEveryDialog([](const QWidget& window) {
         EXPECT_LE(window.width(), 1024) << window.objectName().toStdString();
         EXPECT_LE(window.height(), 560 - kTitleBar) << window.objectName().toStdString();
         EXPECT_FALSE(window.findChild<QScrollArea*>()) << "without scrolling";
