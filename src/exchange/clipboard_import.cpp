@@ -80,12 +80,12 @@ void ClipboardImport::settleBefore(const platform::Failure& failure) {
     } catch (const platform::Failure&) {
         // The first reason is the one to tell.
     }
-    m_days = m_days.first(m_import.stored());
-    if (m_days.isEmpty())
+    const qsizetype written = m_import.stored();
+    if (written == 0)
         throw failure;
     platform::Failure told(failure.whatFailed(), failure.file(), failure.reason(),
                            u"残りの日記を、もう一度読み込んでください。"_s);
-    told.addStage(u"それより前の%1件の日記は読み込みました"_s.arg(m_days.size()));
+    told.addStage(u"それより前の%1件の日記は読み込みました"_s.arg(written));
     throw told;
 }
 
@@ -152,6 +152,11 @@ bool ClipboardImport::ImportPlainClipboard(const std::optional<QString>& clipboa
     m_import.settle();
     tellEnd();
     return true;
+}
+
+/// What waits for its commit is not in the diary yet, and a disk that is full may never take it.
+QStringList ClipboardImport::writtenDays() const {
+    return m_days.first(m_import.stored());
 }
 
 QStringList ClipboardImport::askForDay() {

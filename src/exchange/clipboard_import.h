@@ -39,7 +39,7 @@ public:
     bool ImportPlainClipboard(const std::optional<QString>& clipboard, ParagraphTags tags);
 
     /// The days that were written, in order, also after a failure.
-    const QStringList& writtenDays() const { return m_days; }
+    QStringList writtenDays() const;
 
 private:
     QStringList askForDay();
@@ -54,7 +54,7 @@ private:
 
     core::Run m_run;
     store::EntryImport m_import;
-    QStringList m_days;
+    QStringList m_days; ///< in the order in which they were given to `m_import`
 };
 
 enum class ClipboardForm { Formatted, Plain };

@@ -521,5 +521,14 @@ TEST_F(ImportCommand, TellsOfAnImportThatFailsWhatIsWrittenAllTheSame) {
     EXPECT_EQ(called.size(), 1);
 }
 
+TEST_F(ImportCommand, TellsNoDayOfATextThatTheDiskDoesNotTake) {
+    answer({u"2004"_s, u"05"_s, u"06"_s, u"title"_s});
+    DiskWatch disk;
+    disk.refuse(u"-journal"_s);
+    EXPECT_NE(failureOf([&] { import(exchange::ClipboardForm::Plain, u"text"_s); }), QString());
+    EXPECT_EQ(called, QStringList());
+    EXPECT_EQ(rows(), QStringList());
+}
+
 } // namespace
 } // namespace velloria::tests
