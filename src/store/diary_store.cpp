@@ -1,6 +1,7 @@
 #include "store/diary_store.h"
 
 #include "core/day_key.h"
+#include "platform/failure.h"
 #include "store/day_numbers.h"
 #include "store/entry_files.h"
 #include "store/entry_line.h"
@@ -243,8 +244,13 @@ std::vector<Entry> DiaryStore::SameDayEntries(const QString& day) const {
 
 DayPicture DiaryStore::pictureOf(const QString& day) const {
     const Connection connection(m_file, Access::ReadOnly);
-    return {entriesOfDay(connection, m_file, day), countInOtherYears(connection, m_file, day) > 0,
-            readDaysAround(connection, m_file, core::monthOf(day))};
+    DayPicture picture{entriesOfDay(connection, m_file, day), countInOtherYears(connection, m_file, day) > 0};
+    try {
+        picture.daysAround = readDaysAround(connection, m_file, core::monthOf(day));
+    } catch (const platform::Failure&) {
+        // What is wrong with a day beside it keeps nobody from this one.
+    }
+    return picture;
 }
 
 DaysWithEntries DiaryStore::daysAround(const QString& month) const {

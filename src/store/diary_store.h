@@ -103,7 +103,8 @@ public:
     /// These entries, newest year first, within a day lowest number first.
     std::vector<Entry> SameDayEntries(const QString& day) const;
 
-    /// What a click on a day shows, with one connection. A text that is no day key gives no days around it.
+    /// What a click on a day shows, with one connection. A text that is no day key gives no days around it, and neither
+    /// do days that can't be read.
     DayPicture pictureOf(const QString& day) const;
     /// The days of a month ("yyyy/mm") and of the two beside it, as a page of the calendar shows them.
     DaysWithEntries daysAround(const QString& month) const;

@@ -134,6 +134,22 @@ TEST_F(DiaryStoreFailure, ADamagedFileIsNamedAndLeftAlone) {
     }
 }
 
+/// The bold days of the calendar are no reason to keep somebody from an entry that can be read.
+TEST_F(DiaryStoreFailure, ADamagedDayBesideItKeepsNobodyFromADay) {
+    constexpr int kPage = 4096;
+    const QString text(kPage - 200, u'x'); // has a page for itself
+    write(u"2004/04/30"_s, u"before"_s, text);
+    QByteArray bytes = bytesOf(file());
+    const qsizetype page = bytes.indexOf(text.toUtf8()) / kPage * kPage;
+    bytes.replace(page, 8, QByteArray(8, '\xFF'));
+    writeFile(file(), bytes);
+    ASSERT_THROW(diary().LoadDay(u"2004/04/30"_s), platform::Failure);
+    ASSERT_THROW(diary().daysAround(u"2004/05"_s), platform::Failure);
+    const store::DayPicture picture = diary().pictureOf(kDay);
+    EXPECT_EQ(picture.entries.size(), 3U);
+    EXPECT_EQ(picture.daysAround.all, QStringList());
+}
+
 TEST_F(DiaryStoreFailure, AReadOnlyFileIsReadAndNotWritten) {
     ::chmod(QFile::encodeName(file()).constData(), 0444);
     letOthersIn(home.path());
