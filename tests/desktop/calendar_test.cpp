@@ -288,6 +288,18 @@ TEST_F(Calendar, DaysWithEntriesAreMarkedAsTheyComeAndGo) {
     EXPECT_FALSE(isMarked(6));
 }
 
+/// An import takes any text of ten characters for a day, and the found entry leads to it.
+TEST_F(Calendar, ADayThatIsNoneTurnsNoPageAndLeavesItsMarks) {
+    writeDay({u"一"_s});
+    write(u"2004/02/30"_s, u"ない日"_s);
+    clickDay(6);
+    ASSERT_TRUE(month().markedDays().withEntries.contains({2004, 5, 6}));
+    contents().day().openEntry(u"2004/02/30"_s, 1);
+    EXPECT_EQ(title().text(), u"ない日"_s);
+    EXPECT_EQ(month().shownMonth(), QDate(2004, 5, 1));
+    EXPECT_TRUE(month().markedDays().withEntries.contains({2004, 5, 6}));
+}
+
 TEST_F(Calendar, AClickAndATurnedPageOpenTheDiaryOnce) {
     writeDay({u"一"_s, u"二"_s});
     write(u"2003/05/07"_s, u"前年"_s);

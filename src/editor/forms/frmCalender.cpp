@@ -55,11 +55,15 @@ frmCalender::frmCalender(desktop::Context& context)
             [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
     connect(ui->Calender, &desktop::MonthView::monthShown, this, &frmCalender::markDays);
     connect(&m_day, &OpenDay::dayOpened, this, [this](const QString& day, const store::DaysWithEntries& daysAround) {
+        const QDate date = dateOf(day);
         {
             const QSignalBlocker read(ui->Calender); // its page comes with the days to mark
-            ui->Calender->setValue(dateOf(day));
+            ui->Calender->setValue(date);
         }
-        mark(daysAround);
+        if (date.isValid()) // a day that is none, which an import may have left, turns no page
+            mark(daysAround);
+        else
+            markDays();
     });
     connect(&m_day, &OpenDay::diaryChanged, this, &frmCalender::markDays);
     constexpr int kMinuteMs = 60'000;
