@@ -14,14 +14,13 @@ Insertions::Insertions(desktop::Context& context, EntryPanes& panes, desktop::Co
                        std::function<void()> goOn)
     : m_context(context)
     , m_panes(panes)
-    , m_tagList(tagList)
     , m_goOn(std::move(goOn)) {
-    m_tagList.setPlaceholderText(kTagListRest.toString());
-    m_tagList.setToolTip(kTagListRest.toString());
+    tagList.setPlaceholderText(kTagListRest.toString());
+    tagList.setToolTip(kTagListRest.toString());
     for (const Tag& tag : tags())
-        m_tagList.addItem(tag.text.toString());
-    m_tagList.setItemData(kLineBreakTag, u"Shift+Enter"_s, Qt::ToolTipRole);
-    m_tagList.setItemData(kParagraphTag, u"Ctrl+Enter"_s, Qt::ToolTipRole);
+        tagList.addItem(tag.text.toString());
+    tagList.setItemData(kLineBreakTag, u"Shift+Enter"_s, Qt::ToolTipRole);
+    tagList.setItemData(kParagraphTag, u"Ctrl+Enter"_s, Qt::ToolTipRole);
 }
 
 void Insertions::insertAddress() {

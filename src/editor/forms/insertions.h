@@ -22,14 +22,12 @@ public:
     void insertFromClipboard(exchange::ParagraphTags tags);
     /// An item of the list of tags, by its maker if it has one.
     void insertTag(int index);
-    void insertPickedTag() { insertTag(m_tagList.currentIndex()); }
 
 private:
     void openMaker(TagMaker maker);
 
     desktop::Context& m_context;
     EntryPanes& m_panes;
-    desktop::Combo& m_tagList;
     std::function<void()> m_goOn;
 };
 
