@@ -257,12 +257,6 @@ void placeFile(const QString& from, const QString& to) {
         copyInto(from, to, 0666, Link::Replaced, Durability::Derived, {});
 }
 
-void placeBytes(const QString& file, QByteArrayView bytes, unsigned newFileMode) {
-    Replacement replacement(file, newFileMode, Link::Replaced);
-    replacement.write(bytes);
-    replacement.commit(Durability::Derived);
-}
-
 bool isInPlace(const QString& from, const QString& to) {
     return isSameFile(from, to) && (!isLink(QFile::encodeName(to)) || isSameLink(from, to));
 }

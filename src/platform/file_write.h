@@ -44,10 +44,6 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode = 066
 /// copies: who follows a link there writes to a file that is none of it.
 void placeFile(const QString& from, const QString& to);
 
-/// Replaces `file` by bytes that can be made again, and a symbolic link in its place for the same reason. The mode of
-/// an existing file is kept; a new one gets `newFileMode`. On failure the old file stays and Failure is thrown.
-void placeBytes(const QString& file, QByteArrayView bytes, unsigned newFileMode = 0666);
-
 /// Whether there is nothing to place: `to` is this file already, and no link to it.
 bool isInPlace(const QString& from, const QString& to);
 

@@ -154,7 +154,7 @@ std::vector<FeedItem> clsRSSreader::readItems(const QString& lastDay) const {
 }
 
 void clsRSSreader::write(const QString& ending, const QString& text) const {
-    platform::placeBytes(m_filePrefix + ending, encodeFeed(text));
+    platform::replaceFile(m_filePrefix + ending, encodeFeed(text), platform::Durability::Derived);
 }
 
 } // namespace velloria::site

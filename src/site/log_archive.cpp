@@ -87,7 +87,7 @@ void LogArchive::copyPages(const std::vector<core::UploadRow>& pages) {
     for (const core::UploadRow& page : pages) {
         const QString source = page.folder + core::nativeSeparator() + page.name;
         if (platform::fileExists(source))
-            platform::placeFile(source, core::files::kLogs.below(m_session.FilePath) + u'/' + page.name);
+            platform::copyFile(source, core::files::kLogs.below(m_session.FilePath) + u'/' + page.name);
     }
 }
 

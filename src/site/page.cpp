@@ -3,8 +3,6 @@
 #include "platform/code_page.h"
 #include "platform/file_write.h"
 
-#include <QFileInfo>
-
 namespace velloria::site {
 
 Page& Pages::create(const QString& path) {
@@ -21,9 +19,8 @@ Page& Pages::append(const QString& path) {
 
 void Pages::commit(const QString& path) {
     const auto page = m_pages.extract(path);
-    if (!QFileInfo(path).isSymLink()) // the page takes the place of a link; the file behind it is another's
-        platform::limitMode(path, m_mode);
-    platform::placeBytes(path, platform::toCodePage(page.mapped().text()), m_mode);
+    platform::limitMode(path, m_mode);
+    platform::replaceFile(path, platform::toCodePage(page.mapped().text()), platform::Durability::Derived, m_mode);
 }
 
 } // namespace velloria::site

@@ -42,8 +42,7 @@ public:
     /// The unfinished page to go on with, or else the file as it is on disk.
     Page& append(const QString& path);
     bool isUnfinished(const QString& path) const { return m_pages.contains(path); }
-    /// Puts the page in place, in code page 932, of a file or of a link, whose target stays as it is. Throws
-    /// platform::Failure; the old file then stays.
+    /// Puts the page in place, in code page 932. Throws platform::Failure; the old file then stays.
     void commit(const QString& path);
 
 private:

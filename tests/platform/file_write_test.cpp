@@ -30,7 +30,6 @@ using platform::Failure;
 using platform::FolderLock;
 using platform::isSameFile;
 using platform::makeFolder;
-using platform::placeBytes;
 using platform::readFile;
 using platform::removeFile;
 using platform::replaceFile;
@@ -638,30 +637,6 @@ TEST_F(FileWrite, TakesPermissionsAwayAndGivesNone) {
     platform::limitMode(file, 0666);
     EXPECT_EQ(mode(file), 0640U);
     EXPECT_NO_THROW(platform::limitMode(path(u"missing"_s), 0600));
-}
-
-TEST_F(FileWrite, BytesTakeThePlaceOfALinkAndLeaveItsTarget) {
-    const QString target = make(u"target"_s, "somebody's own", 0640);
-    const QString file = makeLink(target, u"page"_s);
-    const QString lost = makeLink(path(u"gone"_s), u"lost"_s);
-    for (const QString& name : {file, lost}) {
-        placeBytes(name, "page", 0600);
-        EXPECT_EQ(readFile(name), "page");
-        EXPECT_TRUE(S_ISREG(status(name).st_mode));
-        EXPECT_EQ(mode(name), 0600U);
-    }
-    EXPECT_EQ(readFile(target), "somebody's own");
-    EXPECT_EQ(mode(target), 0640U);
-    EXPECT_FALSE(QFile::exists(path(u"gone"_s)));
-    placeBytes(target, "new", 0600);
-    EXPECT_EQ(mode(target), 0640U);
-    EXPECT_EQ(names(), (QStringList{u"lost"_s, u"page"_s, u"target"_s}));
-}
-
-TEST_F(FileWrite, BytesReplaceNoFileThatIsReadOnly) {
-    const QString file = make(u"page"_s, "old", 0444);
-    EXPECT_TRUE(fails([&] { placeBytes(file, "new"); }));
-    EXPECT_EQ(readFile(file), "old");
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonObject>
 #include <QScopeGuard>
 
@@ -497,23 +496,6 @@ TEST_F(LogArchive, AsACommandStopsWhereTheLogCannotBeMade) {
     desk.events = {};
     EXPECT_NE(failureOf([&] { site::logCommand(run, u"2004"_s, u"4"_s); }), QString());
     EXPECT_EQ(told(), QStringList());
-}
-
-TEST_F(LogArchive, ALinkInThePlaceOfAPageIsReplacedAndItsTargetStays) {
-    write(u"2004/05/06"_s, u"public"_s);
-    const QString diary = session.databaseFile();
-    writeFile(path(u"own"_s), "somebody's own");
-    for (const QString& folder : {session.DataPath + u"DiaryLog"_s, path(u"site/DiaryLog"_s)})
-        ASSERT_TRUE(QDir().mkpath(folder));
-    ASSERT_TRUE(QFile::link(diary, dataLog(u"200405.htm"_s)));
-    ASSERT_TRUE(QFile::link(path(u"own"_s), siteLog(u"200405.htm"_s)));
-    save();
-    EXPECT_TRUE(bytesOf(diary).startsWith("SQLite format 3"));
-    EXPECT_EQ(bytesOf(path(u"own"_s)), "somebody's own");
-    for (const QString& page : {dataLog(u"200405.htm"_s), siteLog(u"200405.htm"_s)}) {
-        EXPECT_FALSE(QFileInfo(page).isSymLink()) << page.toStdString();
-        EXPECT_TRUE(pageOf(page).contains(u"public"_s)) << page.toStdString();
-    }
 }
 
 } // namespace

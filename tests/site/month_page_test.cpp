@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -287,28 +286,6 @@ TEST_F(MonthPage, APreviewIsReadByWhoMayReadTheDiary) {
     QFile::remove(session.DataPath + names.first());
     saver().SaveTmpFile();
     EXPECT_NE(modeOf(session.DataPath + names.first()) & 0044, 0U) << "the site lies there";
-}
-
-TEST_F(MonthPage, TakesThePlaceOfALinkWithItsFeedsAndLeavesTheTarget) {
-    write(u"2004/05/06"_s, u"public"_s);
-    turnFeedsOn();
-    const QStringList names{u"site/x.htm"_s, u"site/x_RSS200.xml"_s, u"UserData/tmp.htm"_s, u"UserData/tmp_ATOM.xml"_s};
-    for (const QString& name : names) {
-        const QString own = path(name.section(u'/', 1) + u".own"_s);
-        writeFile(own, "somebody's own");
-        ASSERT_TRUE(QFile::setPermissions(own, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
-        ASSERT_TRUE(QFile::link(own, path(name)));
-    }
-    saver().SaveHTML();
-    saver().SaveTmpFile();
-    for (const QString& name : names) {
-        const QString own = path(name.section(u'/', 1) + u".own"_s);
-        EXPECT_EQ(bytesOf(own), "somebody's own") << name.toStdString();
-        EXPECT_EQ(modeOf(own), 0604U) << name.toStdString();
-        EXPECT_FALSE(QFileInfo(path(name)).isSymLink()) << name.toStdString();
-        EXPECT_TRUE(bytesOf(path(name)).contains("public")) << name.toStdString();
-    }
-    EXPECT_EQ(modeOf(path(u"UserData/tmp.htm"_s)) & 0077U, 0U) << "private entries stay with their owner";
 }
 
 } // namespace
