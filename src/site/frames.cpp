@@ -34,6 +34,8 @@ void printLogSelection(Page& page, const std::vector<store::LogRow>& logs, bool 
 
 void MakeFrameSet(MonthRun& run) {
     const SiteSettings& settings = run.settings;
+    // Of the name, not of the path: a name without an ending keeps its folder's points out of this.
+    const QString base = core::GetBaseName(core::GetFileName(run.plan.monthFile()));
     const QString border = settings.text(keys::frame::kBorder);
     const QString borderWord = border == u"0"_s ? u"NO"_s : border == u"1"_s ? u"YES"_s : QString();
     Page& page = run.pages.create(run.plan.monthFile());
@@ -42,10 +44,10 @@ void MakeFrameSet(MonthRun& run) {
     page.print(u"<TITLE>"_s, settings.text(keys::general::kHPTitle), u"</TITLE>"_s);
     page.print(u"<FRAMESET COLS="_s, settings.text(keys::frame::kCalenderFrameSize), u",* FRAMEBORDER=\""_s, borderWord,
                u"\">"_s);
-    page.print(u"<FRAME SRC=\"./"_s, core::GetFileName(run.plan.calenderFile()), u"\" Name=\"CALENDER\" Scrolling=\""_s,
+    page.print(u"<FRAME SRC=\"./"_s, base, u"_C.htm\" Name=\"CALENDER\" Scrolling=\""_s,
                word(settings.number(keys::frame::kScrolling), u"NO"_s, u"YES"_s), u"\" "_s,
                word(settings.number(keys::frame::kResize), u"NORESIZE"_s, u"RESIZE"_s), u">"_s);
-    page.print(u"<FRAME SRC=\"./"_s, core::GetFileName(run.plan.diaryFile()), u"\" Name=\"DIARY\">"_s);
+    page.print(u"<FRAME SRC=\"./"_s, base, u"_D.htm\" Name=\"DIARY\">"_s);
     if (run.rssOn)
         printFeedLinks(page, run.feedBase);
     page.print(u"</HEAD></HTML>"_s);

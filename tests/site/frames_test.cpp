@@ -30,6 +30,14 @@ TEST_F(Frames, TheMonthFileIsAFrameset) {
                           "<FRAME SRC=\"./x_D.htm\" Name=\"DIARY\">\r\n</HEAD></HTML>\r\n"_s);
 }
 
+TEST_F(Frames, AMonthFileWithoutAnEndingNamesItsFramesByItsOwnName) {
+    const QString folder = path(u"a.b/"_s);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    monthPage().MakeHTML(folder + u"index"_s, u"2004/05"_s, site::PageKind::Current, site::MakeList::Yes,
+                         site::WithPrivate::No);
+    EXPECT_TRUE(hasLines(pageOf(folder + u"index"_s), {u"<FRAME SRC=\"./index_D.htm\" Name=\"DIARY\">"_s}));
+}
+
 TEST_F(Frames, TheBorderWordComparesAsText) {
     const struct {
         QString value;
