@@ -66,8 +66,8 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
     std::optional<QString> password;
     if (qEnvironmentVariableIsSet("VELLORIA_PASSWORD"))
         password = platform::fromUtf8(qgetenv("VELLORIA_PASSWORD"));
-    else
-        password = desk.password(u"Velloria - Login"_s);
+    else if (const auto typed = desk.passwords(u"Velloria - Login"_s, platform::PasswordLines::One))
+        password = typed->password;
     if (!password)
         throw Refusal(u"ログインを中止しました。"_s);
     // No name without a password passes the check of users, as it does at the login window.

@@ -45,6 +45,7 @@ inline constexpr File kEndpoints = ofProgram("endpoints.ini");
 inline constexpr File kFirstSettings = ofProgram("default.ini");
 inline constexpr File kFirstDiary = ofProgram("default.mdb");
 inline constexpr File kFirstCustomizeIni = ofProgram("Customize.ini");
+inline constexpr File kFirstCustomize = ofProgram("Customize"); ///< further customize sets with their text pieces
 inline constexpr File kFirstTextFormat = ofProgram("TEXT.txt");
 inline constexpr File kFirstHtmlFormat = ofProgram("HTML.txt");
 inline constexpr File kHtmlToText = ofProgram("HTML2TXT.ini");
@@ -54,6 +55,9 @@ inline constexpr File kLogScript = ofProgram("JS_Log.txt");
 inline constexpr File kTitlePicture = ofProgram("title.bmp");
 inline constexpr File kSimpleManual = ofProgram("SimpleManual.mht");
 inline constexpr File kManual = ofProgram("Manual.mht");
+/// The customize set as it was before its dialog began to change it, and the name of that set.
+inline constexpr File kCustomizeBackup = ofProgram("Customize.bak");
+inline constexpr File kCustomizeBackupOf = ofProgram("Customize.bak.set");
 inline constexpr File kMemo = ofProgram("VellMemo.exe");
 
 /// The check for updates: what the maker offers, the archives that were saved, the updater and the copy that runs.
@@ -96,6 +100,7 @@ inline constexpr File kUploadLog = ofUser("upload.log");
 /// Local pages: they show private entries and never go to the site.
 inline constexpr File kPreview = ofData("tmp.htm");
 inline constexpr File kCustomizePreview = ofData("Customize.htm");
+inline constexpr File kSetPicture = ofData("CustomizeSet.htm"); ///< a set that somebody may choose
 inline constexpr File kSameDayPage = ofData("oldtmp.htm");
 inline constexpr File kFindPage = ofData("findtmp.htm");
 inline constexpr File kInformationPage = ofData("VellInfo_result.htm");

@@ -16,6 +16,8 @@ inline constexpr Setting kPrivateFiles = kAll.flag(u"PrivateFiles"); ///< 1: fil
 inline constexpr Setting kMenuLanguage = kAll.text(u"MenuLanguage");
 inline constexpr Setting kImagePath = kAll.path(u"IMGPath");           ///< where the picture window begins
 inline constexpr Setting kLogResistPath = kAll.path(u"LogResistPath"); ///< where the log register begins
+inline constexpr Setting kLoadCustPath = kAll.path(u"LoadCustPath");   ///< where the import of customize sets begins
+inline constexpr Setting kSaveCustPath = kAll.path(u"SaveCustPath");   ///< where their export begins
 
 inline constexpr SettingsSection kInitialize{SettingsFile::Diary, u"Initialize"};
 inline constexpr Setting kShowStartUpForm = kInitialize.flag(u"ShowStartUpForm");
@@ -32,6 +34,17 @@ inline constexpr PlaceSettings kPrevDiaryViewerPlace = placeIn(u"PrevDiaryViewer
 inline constexpr PlaceSettings kExportPlace = placeIn(u"Export");
 inline constexpr PlaceSettings kFindPlace = placeIn(u"Find");
 inline constexpr PlaceSettings kLogPlace = placeIn(u"Log");
+inline constexpr PlaceSettings kPreferencePlace = placeIn(u"Preference");
+inline constexpr PlaceSettings kExportCustFilePlace = placeIn(u"ExportCustFile");
+
+inline constexpr SettingsSection kCustomize{SettingsFile::Diary, u"Customize"};
+inline constexpr PlaceSettings kCustomizePlace =
+    placeUnder(kCustomize.number(u"WindowPosTop"), kCustomize.number(u"WindowPosLeft"));
+inline constexpr PlaceSettings kCustomizeSelectionPlace =
+    placeUnder(kCustomize.number(u"CstSlct_WindowPosTop"), kCustomize.number(u"CstSlct_WindowPosLeft"));
+inline constexpr SettingsSection kFrame{SettingsFile::Diary, u"Frame"};
+inline constexpr PlaceSettings kFramePlace =
+    placeUnder(kFrame.number(u"WindowPosTop"), kFrame.number(u"WindowPosLeft"));
 
 inline constexpr SettingsSection kDiaryEditer{SettingsFile::Diary, u"DiaryEditer"};
 inline constexpr Setting kContentsFontSize =
@@ -53,6 +66,14 @@ inline constexpr Setting kDefaultLoadPath =
 inline constexpr SettingsSection kImageTag{SettingsFile::Diary, u"ImageTag"};
 inline constexpr Setting kAddDivText = kImageTag.text(u"AddDivText");
 inline constexpr Setting kTagOtherText = kImageTag.text(u"TagOtherText");
+
+inline constexpr Setting kRealTime = kCustomize.flag(u"RealTime"); ///< each change of the look is shown at once
+
+/// The author who signed the customize set that was exported last.
+inline constexpr SettingsSection kExportCustFile{SettingsFile::Diary, u"ExportCustFile"};
+inline constexpr Setting kExportCustName = kExportCustFile.text(u"Name");
+inline constexpr Setting kExportCustUrl = kExportCustFile.text(u"URL");
+inline constexpr Setting kExportCustEmail = kExportCustFile.text(u"E-Mail");
 
 /// The user's web server.
 inline constexpr SettingsSection kFtp{SettingsFile::Diary, u"FTP"};

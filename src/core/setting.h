@@ -92,4 +92,9 @@ constexpr PlaceSettings placeIn(QStringView section) {
     return {rows.number(u"Top"), rows.number(u"Left"), rows.number(u"Height"), rows.number(u"Width")};
 }
 
+/// The place under other names, of a window whose size is not kept.
+constexpr PlaceSettings placeUnder(Setting top, Setting left) {
+    return {top, left, named(top, {}), named(left, {})};
+}
+
 } // namespace velloria::core

@@ -147,6 +147,23 @@ inline constexpr Setting kHaloScanOn = kSection.flag(u"HaloScanOn");
 inline constexpr Setting kUserName = kSection.text(u"UserName");
 } // namespace halo_scan
 
+/// "Blog.ini": what a post gets, if nobody says otherwise.
+namespace blog {
+inline constexpr SettingsSection kSimple{SettingsFile::Blog, u"SIMPLE"};
+inline constexpr Setting kStatus = kSimple.flag(u"Status", u"1");
+inline constexpr Setting kAcceptComment = kSimple.flag(u"AcceptComment", u"1");
+inline constexpr Setting kAcceptTrackBack = kSimple.flag(u"AcceptTrackBack", u"1");
+inline constexpr Setting kPandBRTag = SettingsSection{SettingsFile::Blog, u"PandBRTag"}.flag(u"Type", u"1");
+} // namespace blog
+
+/// Who made a customize set that was exported.
+namespace author {
+inline constexpr SettingsSection kSection{SettingsFile::Customize, u"Author"};
+inline constexpr Setting kName = kSection.text(u"Name");
+inline constexpr Setting kURL = kSection.text(u"URL");
+inline constexpr Setting kEmail = kSection.text(u"E-mail");
+} // namespace author
+
 /// Every setting of a customize set, in the order in which they stand above.
 inline constexpr const Setting* kCustomizeSet[] = {
     &general::kHPTitle,

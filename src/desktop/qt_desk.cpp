@@ -206,24 +206,18 @@ std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) 
     return dialog->selectedFiles().constFirst();
 }
 
-/// Nothing when it is cancelled.
-std::optional<QString> QtDesk::line(const QString& title, const QString& text, const QString& whenAsked,
-                                    QLineEdit::EchoMode echo) const {
+QString QtDesk::input(const QString& text, const QString& whenAsked, const QString& title) {
     prepareBox();
     const Over dialog(new QInputDialog(owner()));
     dialog->setWindowTitle(title);
-    dialog->setLabelText(text);
-    dialog->setTextEchoMode(echo);
+    dialog->setLabelText(shownText(text));
     dialog->setTextValue(whenAsked);
-    return dialog.isAccepted() ? std::optional(dialog->textValue()) : std::nullopt;
+    return dialog.isAccepted() ? dialog->textValue() : QString();
 }
 
-QString QtDesk::input(const QString& text, const QString& whenAsked, const QString& title) {
-    return line(title, shownText(text), whenAsked, QLineEdit::Normal).value_or(QString());
-}
-
-std::optional<QString> QtDesk::password(const QString& title) {
-    return line(title, u"パスワード"_s, {}, QLineEdit::Password);
+std::optional<platform::Passwords> QtDesk::passwords(const QString& caption, platform::PasswordLines lines) {
+    prepareBox();
+    return askPasswords ? askPasswords(caption, lines) : std::nullopt;
 }
 
 void QtDesk::status(const QString& text) {

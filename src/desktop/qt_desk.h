@@ -19,7 +19,7 @@ public:
     bool ask(const QString& text, const QString& title) override;
     std::optional<QString> choosePath(const platform::PathRequest& request) override;
     QString input(const QString& text, const QString& whenAsked, const QString& title) override;
-    std::optional<QString> password(const QString& title) override;
+    std::optional<platform::Passwords> passwords(const QString& caption, platform::PasswordLines lines) override;
     void status(const QString& text) override;
     void notice(const QString& text) override;
     void pointer(platform::Pointer shape) override;
@@ -42,6 +42,8 @@ public:
     std::function<void(const platform::ProgressWindow&)> showProgressWindow;
     std::function<void()> endProgressWindow;
     std::function<void(const QString&)> playSound;
+    std::function<std::optional<platform::Passwords>(const QString& caption, platform::PasswordLines lines)>
+        askPasswords;
 
 private:
     /// An unasked box takes no keys in its first second: somebody may be typing.
@@ -50,8 +52,6 @@ private:
     QWidget* owner() const;
     void showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes) const;
     void prepareBox() const;
-    std::optional<QString> line(const QString& title, const QString& text, const QString& whenAsked,
-                                QLineEdit::EchoMode echo) const;
 
     QPointer<QWidget> m_mainWindow;
     QPointer<QWidget> m_lastActive;

@@ -34,6 +34,8 @@ struct Requests {
 
     /// The menu of the panes, at this place of the screen.
     std::function<void(const QPoint& globalPosition)> popUpContentsMenu;
+    /// The captions of the menus in the language of the settings.
+    std::function<void()> setMenuBarString;
     /// A row of the menus by its fixed name.
     std::function<void(QLatin1StringView name, bool isEnabled)> enableCommand;
 };

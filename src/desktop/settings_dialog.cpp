@@ -46,11 +46,13 @@ void SettingsDialog::Btn_Apply_Click() {
     write(m_table.change(m_context.session));
     if (m_apply)
         m_apply->setEnabled(false);
+    applied();
 }
 
 void SettingsDialog::Btn_OK_Click() {
     Btn_Apply_Click();
-    accept();
+    if (mayClose())
+        accept();
 }
 
 void SettingsDialog::reject() {

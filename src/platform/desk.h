@@ -13,6 +13,15 @@ enum class MessageKind { Critical, Question, Exclamation, Information, Plain };
 enum class Pointer { Default, Hourglass };
 enum class PathMode { Open, Save, Folder };
 
+/// What the password window has lines for.
+enum class PasswordLines { One, WithConfirmation };
+
+/// What was typed there.
+struct Passwords {
+    QString password;
+    QString confirmation; ///< "" without its line
+};
+
 /// What a file or folder dialog is to show.
 struct PathRequest {
     PathMode mode = PathMode::Open;
@@ -51,8 +60,8 @@ public:
     /// A prompt for one line, `whenAsked` in it at the start; "" when it is cancelled.
     virtual QString input(const QString& text, const QString& whenAsked,
                           const QString& title = QStringLiteral("Velloria")) = 0;
-    /// The password window with one line; nothing when it is cancelled.
-    virtual std::optional<QString> password(const QString& title) = 0;
+    /// The password window under this caption; nothing when it is cancelled.
+    virtual std::optional<Passwords> passwords(const QString& caption, PasswordLines lines) = 0;
 
     /// The first panel of the status bar.
     virtual void status(const QString& text) = 0;

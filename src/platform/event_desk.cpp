@@ -80,9 +80,17 @@ QString EventDesk::input(const QString& text, const QString& whenAsked, const QS
     return typed.value_or(QString());
 }
 
-std::optional<QString> EventDesk::password(const QString& title) {
-    QJsonObject event{
-        {u"event"_s, u"input"_s}, {u"title"_s, title}, {u"text"_s, u"パスワード"_s}, {u"default"_s, u""_s}};
+/// A question for each line: the first one that is cancelled cancels the window.
+std::optional<Passwords> EventDesk::passwords(const QString& caption, PasswordLines lines) {
+    const std::optional<QString> password = passwordLine(caption, u"パスワード"_s);
+    if (!password || lines == PasswordLines::One)
+        return password ? std::optional(Passwords{*password, {}}) : std::nullopt;
+    const std::optional<QString> confirmation = passwordLine(caption, u"パスワード（確認用）"_s);
+    return confirmation ? std::optional(Passwords{*password, *confirmation}) : std::nullopt;
+}
+
+std::optional<QString> EventDesk::passwordLine(const QString& caption, const QString& label) {
+    QJsonObject event{{u"event"_s, u"input"_s}, {u"title"_s, caption}, {u"text"_s, label}, {u"default"_s, u""_s}};
     const std::optional<QString> typed = answerSecret(event);
     // What was typed is nobody else's: the event says only that something was.
     event[u"answer"_s] = orNull(typed ? std::optional(QString(typed->size(), u'*')) : std::nullopt);

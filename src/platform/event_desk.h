@@ -14,7 +14,7 @@ public:
     bool ask(const QString& text, const QString& title) override;
     std::optional<QString> choosePath(const PathRequest& request) override;
     QString input(const QString& text, const QString& whenAsked, const QString& title) override;
-    std::optional<QString> password(const QString& title) override;
+    std::optional<Passwords> passwords(const QString& caption, PasswordLines lines) override;
     void status(const QString& text) override;
     void pointer(Pointer shape) override;
     void progress(const QString& text, int value, int max) override;
@@ -33,6 +33,9 @@ protected:
     virtual std::optional<QString> answerText(const QJsonObject& question) = 0;
     /// The same for what nobody may see.
     virtual std::optional<QString> answerSecret(const QJsonObject& question) { return answerText(question); }
+
+private:
+    std::optional<QString> passwordLine(const QString& caption, const QString& label);
 };
 
 } // namespace velloria::platform

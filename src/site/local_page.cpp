@@ -22,7 +22,7 @@ bool isLocalPage(const QString& fileName) {
         if (base == baseOf(page))
             return true;
     }
-    for (const core::File& preview : {files::kPreview, files::kCustomizePreview}) {
+    for (const core::File& preview : {files::kPreview, files::kCustomizePreview, files::kSetPicture}) {
         const QString own = baseOf(preview);
         if (base == own || (base.startsWith(own) && kPart.match(base.sliced(own.size())).hasMatch()))
             return true;

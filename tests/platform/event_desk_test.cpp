@@ -88,11 +88,24 @@ TEST(EventDesk, TellsAPromptWithItsAnswer) {
 TEST(EventDesk, NeverTellsAPassword) {
     ScriptedDesk desk;
     desk.answers = {u"geheim"_s, QJsonValue::Null};
-    EXPECT_EQ(desk.password(u"Velloria - Login"_s), u"geheim"_s);
+    EXPECT_EQ(desk.passwords(u"Velloria - Login"_s, platform::PasswordLines::One)->password, u"geheim"_s);
     expectLast(desk, R"({"event":"input","title":"Velloria - Login","text":"パスワード","default":"",)"
                      R"("answer":"******"})");
-    EXPECT_EQ(desk.password(u"Velloria - Login"_s), std::nullopt);
+    EXPECT_FALSE(desk.passwords(u"Velloria - Login"_s, platform::PasswordLines::One));
     expectLast(desk, R"({"event":"input","title":"Velloria - Login","text":"パスワード","default":"","answer":null})");
+}
+
+TEST(EventDesk, AsksForThePasswordAndItsConfirmationInTurn) {
+    ScriptedDesk desk;
+    desk.answers = {u"a"_s, u"b"_s, u"a"_s, QJsonValue::Null, QJsonValue::Null};
+    const auto typed = desk.passwords(u"新しいパスワードの入力"_s, platform::PasswordLines::WithConfirmation);
+    EXPECT_EQ(typed->password, u"a"_s);
+    EXPECT_EQ(typed->confirmation, u"b"_s);
+    expectLast(desk, R"({"event":"input","title":"新しいパスワードの入力","text":"パスワード（確認用）","default":"",)"
+                     R"("answer":"*"})");
+    EXPECT_FALSE(desk.passwords(u"c"_s, platform::PasswordLines::WithConfirmation));
+    EXPECT_FALSE(desk.passwords(u"c"_s, platform::PasswordLines::WithConfirmation));
+    EXPECT_TRUE(desk.answers.isEmpty()); // a window that was left asks for no second line
 }
 
 TEST(EventDesk, TellsWhatOnlyShowsItself) {
@@ -137,7 +150,7 @@ TEST(ScriptedDesk, CallsAnUnexpectedQuestionAnErrorOfTheTest) {
     ScriptedDesk desk;
     EXPECT_THROW(desk.ask(u"?"_s, u"Velloria"_s), UnansweredQuestion);
     EXPECT_THROW(desk.choosePath({}), UnansweredQuestion);
-    EXPECT_THROW(desk.password(u"t"_s), UnansweredQuestion);
+    EXPECT_THROW(desk.passwords(u"t"_s, platform::PasswordLines::One), UnansweredQuestion);
 }
 
 TEST(Hourglass, OfAStepStaysAsLongAsThatOfTheWhole) {

@@ -1,7 +1,7 @@
 #include "editor/forms/frmHTMLMakeFont.h"
 
 #include "desktop/line_box.h"
-#include "editor/forms/colour_row.h"
+#include "convert/forms/colour_row.h"
 #include "editor/makers.h"
 #include "editor/open_day.h"
 #include "ui_frmHTMLMakeFont.h"
@@ -18,7 +18,7 @@ frmHTMLMakeFont::frmHTMLMakeFont(desktop::Context& context)
     ui->setupUi(this);
     for (desktop::Combo* box : {ui->cmbSize, ui->cmbFace})
         box->makeEditable();
-    new ColourRow(context, *ui->cmbColor, *ui->Btn_Color_Exchange, *ui->Btn_GetColorDialog);
+    new convert::ColourRow(context, *ui->cmbColor, *ui->Btn_Color_Exchange, *ui->Btn_GetColorDialog);
     ui->cmbFace->addItems(QFontDatabase::families());
     ui->cmbFace->setCurrentIndex(-1);
     fillSizes();

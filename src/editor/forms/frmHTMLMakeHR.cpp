@@ -1,6 +1,6 @@
 #include "editor/forms/frmHTMLMakeHR.h"
 
-#include "editor/forms/colour_row.h"
+#include "convert/forms/colour_row.h"
 #include "editor/makers.h"
 #include "editor/open_day.h"
 #include "ui_frmHTMLMakeHR.h"
@@ -15,7 +15,7 @@ frmHTMLMakeHR::frmHTMLMakeHR(desktop::Context& context)
     ui->setupUi(this);
     ui->cmbAlign->setCurrentIndex(RuleBoxes().align);
     setAlignable(false);
-    new ColourRow(context, *ui->cmbColor, *ui->Btn_Color_Exchange, *ui->Btn_GetColorDialog);
+    new convert::ColourRow(context, *ui->cmbColor, *ui->Btn_Color_Exchange, *ui->Btn_GetColorDialog);
     connect(ui->txtWidth, &desktop::LineBox::changed, this, [this] { run([this] { txtWidth_Change(); }); });
     connect(ui->Btn_OK, &QPushButton::clicked, this, [this] { run([this] { Btn_OK_Click(); }); });
     connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -126,6 +126,7 @@ void MDIFormTop::tellNotYetThere(const QString& name) {
 void MDIFormTop::answerRequests() {
     editor::serveRequests(m_context);
     m_context.requests.popUpContentsMenu = [this](const QPoint& position) { popUpContentsMenu(position); };
+    m_context.requests.setMenuBarString = [this] { SetMenuBarString(); };
     m_context.requests.enableCommand = [this](QLatin1StringView name, bool isEnabled) {
         command(name)->setEnabled(isEnabled);
     };

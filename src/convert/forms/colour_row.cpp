@@ -1,4 +1,4 @@
-#include "editor/forms/colour_row.h"
+#include "convert/forms/colour_row.h"
 
 #include "desktop/combo.h"
 #include "desktop/command.h"
@@ -10,14 +10,14 @@
 
 using namespace Qt::StringLiterals;
 
-namespace velloria::editor {
+namespace velloria::convert {
 namespace {
 
-QColor colourOf(convert::OleColour value) {
+QColor colourOf(OleColour value) {
     return {int(value & 0xFF), int(value >> 8 & 0xFF), int(value >> 16 & 0xFF)};
 }
 
-convert::OleColour valueOf(const QColor& colour) {
+OleColour valueOf(const QColor& colour) {
     return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
 }
 
@@ -27,7 +27,7 @@ ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractBu
     : QObject(&box)
     , m_context(context)
     , m_box(box) {
-    const QStringList names = convert::colourNames(context.session.MyPath);
+    const QStringList names = colourNames(context.session.MyPath);
     box.makeEditable();
     box.addItems(names);
     box.setCurrentIndex(-1);
@@ -41,32 +41,32 @@ ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractBu
 
 void ColourRow::Btn_Color_Exchange_Click() {
     QString text = m_box.currentText();
-    const QString answer = convert::exchangeColour(m_context.session.MyPath, text);
-    if (answer != convert::kNotInList && answer != convert::kNoColourText)
+    const QString answer = exchangeColour(m_context.session.MyPath, text);
+    if (answer != kNotInList && answer != kNoColourText)
         m_box.setEditText(answer);
 }
 
 void ColourRow::Btn_GetColorDialog_Click() {
-    const std::optional<convert::OleColour> shown = shownColour();
+    const std::optional<OleColour> shown = shownColour();
     if (!shown)
         return;
     const QColor chosen = QColorDialog::getColor(colourOf(*shown), m_box.window());
     if (chosen.isValid())
-        m_box.setEditText(u'#' + convert::colourDigits(valueOf(chosen)));
+        m_box.setEditText(u'#' + colourDigits(valueOf(chosen)));
 }
 
 /// The colour of an empty box is black; nothing for a text that is no colour, which this command says nothing about.
-std::optional<convert::OleColour> ColourRow::shownColour() const {
+std::optional<OleColour> ColourRow::shownColour() const {
     QString text = m_box.currentText();
     if (text.isEmpty())
         return 0;
     try {
         if (!text.startsWith(u'#'))
-            text = convert::exchangeColour(m_context.session.MyPath, text);
+            text = exchangeColour(m_context.session.MyPath, text);
     } catch (const platform::Failure&) {
         return std::nullopt;
     }
-    return convert::colourValue(text.sliced(1));
+    return colourValue(text.sliced(1));
 }
 
-} // namespace velloria::editor
+} // namespace velloria::convert

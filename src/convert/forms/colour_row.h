@@ -12,7 +12,7 @@ namespace velloria::desktop {
 class Combo;
 }
 
-namespace velloria::editor {
+namespace velloria::convert {
 
 /// A box that takes any text and lists the names of the colours, a button that changes between name and number, and
 /// one that opens the colour dialog.
@@ -25,10 +25,10 @@ public:
 private:
     void Btn_Color_Exchange_Click();
     void Btn_GetColorDialog_Click();
-    std::optional<convert::OleColour> shownColour() const;
+    std::optional<OleColour> shownColour() const;
 
     desktop::Context& m_context;
     desktop::Combo& m_box;
 };
 
-} // namespace velloria::editor
+} // namespace velloria::convert
