@@ -11,26 +11,23 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "shell/data_folder.h"
+#include "shell/factory_files.h"
 #include "shell/plugins.h"
 #include "shell/users.h"
-#include "site/weather.h"
 #include "store/database_file.h"
 #include "store/migration.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 #include <array>
-#include <cerrno>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
 
 using namespace core;
-using platform::copyFile;
 using platform::existingPath;
 using platform::fileExists;
 using platform::makeFolder;
@@ -62,11 +59,6 @@ void refuseUnreadable(const QString& file) {
                                 u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
 }
 
-/// Whether the settings can keep the longest path below the data folder.
-bool fitsSettingsWithAllBelow(const QString& folder) {
-    return fitsSetting(files::kCustomizeIni.below(withSeparator(folder)));
-}
-
 } // namespace
 
 Startup::Startup(const Run& run)
@@ -93,7 +85,7 @@ StartResult Startup::prepare() {
     if (checkDataFolder() == StartResult::Ended)
         return StartResult::Ended;
     checkDatabase();
-    makeWorkingFolders();
+    makeWorkingFolders(m_session);
     findSettingsFiles();
     m_session.FavoriteFolderPath =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/Favorites/"_s;
@@ -112,7 +104,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     }
     if (!login)
         return StartResult::Ended;
-    refuseUnreadable(factoryFile(files::kUsers.name));
+    refuseUnreadable(factory().path(files::kUsers.name));
     users.rememberLogin(login->id);
     if (!users.UserCheck(login->id, login->password)) {
         m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
@@ -146,7 +138,7 @@ void Startup::resolveSingleUser() {
 /// Fresh settings take the user's folder as their data folder. The next start would not find it.
 void Startup::requireStorableHome() const {
     const bool hasSettings =
-        fileExists(files::kSettings.in(m_session)) || fileExists(factoryFile(files::kSettings.name));
+        fileExists(files::kSettings.in(m_session)) || fileExists(factory().path(files::kSettings.name));
     if (hasSettings || fitsSettingsWithAllBelow(m_session.UserPath))
         return;
     throw platform::Failure(
@@ -160,17 +152,17 @@ bool Startup::copyFirstSettings() const {
     constexpr unsigned kOwnerOnly = 0600; // the settings hold passwords
     if (fileExists(m_session.DiaryIniFile))
         return false;
-    if (hasFactoryFile(files::kSettings.name)) {
-        refuseUnreadable(factoryFile(files::kSettings.name));
-        copyFactoryFile(files::kSettings.name, m_session.DiaryIniFile, kOwnerOnly);
+    if (factory().has(files::kSettings.name)) {
+        refuseUnreadable(factory().path(files::kSettings.name));
+        factory().copy(files::kSettings.name, m_session.DiaryIniFile, kOwnerOnly);
         return false;
     }
-    if (!hasFactoryFile(files::kFirstSettings.name))
+    if (!factory().has(files::kFirstSettings.name))
         return false;
-    refuseUnreadable(factoryFile(files::kFirstSettings.name));
+    refuseUnreadable(factory().path(files::kFirstSettings.name));
     // In one piece: settings without a data folder would ask for one at the next start.
     const QByteArray settings = platform::changedProfile(
-        platform::readFile(factoryFile(files::kFirstSettings.name)), keys::kDataPath.section.toString(),
+        platform::readFile(factory().path(files::kFirstSettings.name)), keys::kDataPath.section.toString(),
         keys::kDataPath.name.toString(), storedName(m_session.UserPath));
     platform::replaceFile(m_session.DiaryIniFile, settings, platform::Durability::Durable, kOwnerOnly);
     return true;
@@ -181,30 +173,18 @@ void Startup::copyFirstDiary() const {
     platform::refuseLostLink(database); // to a disk that is not there: no new diary in its place
     if (QFileInfo::exists(database))
         return;
-    if (hasFactoryFile(files::kDiary.name))
-        store::copyDatabase(factoryFile(files::kDiary.name), database);
-    else if (hasFactoryFile(files::kFirstDiary.name))
-        store::copyDatabase(factoryFile(files::kFirstDiary.name), database);
+    if (factory().has(files::kDiary.name))
+        store::copyDatabase(factory().path(files::kDiary.name), database);
+    else if (factory().has(files::kFirstDiary.name))
+        store::copyDatabase(factory().path(files::kFirstDiary.name), database);
 }
 
 void Startup::readStoredPaths() {
     refuseUnreadable(m_session.DiaryIniFile);
     const Settings settings(m_session);
-    const auto folder = [&settings](const Setting& setting) {
-        const QString stored = settings.text(setting);
-        return isAbsoluteFolder(stored) ? withSeparator(existingPath(stored)) : QString();
-    };
-    m_session.DataPath = folder(keys::kDataPath);
-    m_session.FilePath = folder(keys::kSaveFilePath);
+    m_session.DataPath = folderOfSetting(settings.text(keys::kDataPath));
+    m_session.FilePath = folderOfSetting(settings.text(keys::kSaveFilePath));
     m_session.FileName = settings.text(keys::kSaveFileName);
-}
-
-bool Startup::fitsSettings(const QString& folder) const {
-    if (fitsSettingsWithAllBelow(folder))
-        return true;
-    m_desk.message(MessageKind::Critical, u"フォルダの名前が長すぎて設定に保存できません。\r\n"_s
-                                          u"もっと短い名前のフォルダを指定して下さい。"_s);
-    return false;
 }
 
 StartResult Startup::checkDataFolder() {
@@ -215,7 +195,7 @@ StartResult Startup::checkDataFolder() {
     std::optional<QString> folder;
     do
         folder = m_desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, m_session.UserPath});
-    while (folder && !fitsSettings(*folder));
+    while (folder && !mayBeDataFolder(*folder, m_desk));
     if (!folder || folder->isEmpty()) {
         m_desk.message(MessageKind::Information, u"Velloriaを再起動して、データ保存先フォルダを指定してください。"_s);
         return StartResult::Ended;
@@ -244,70 +224,13 @@ void Startup::checkDatabase() {
 void Startup::addCustomizeFiles() {
     makeFolder(existingPath(files::kCustomize.in(m_session)));
     if (!fileExists(files::kCustomizeIni.in(m_session)))
-        copyFactoryFile(files::kFirstCustomizeIni.name, customizeIni());
+        factory().copy(files::kFirstCustomizeIni.name, firstCustomizeSet(m_session));
     SettingsChange defaults;
     for (const KeptPath& file : kKeptPaths) {
         if (file.path != &Session::RSSIniFile)
             defaults.set(m_session, file.setting, file.standard.in(m_session));
     }
     defaults.writeQuietly();
-}
-
-void Startup::makeWorkingFolders() {
-    // Two programs may start here for the first time at once.
-    const platform::FolderLock lock(m_session.DataPath);
-    for (const File& folder : {files::kParts, files::kLogs, files::kCustomize})
-        makeFolder(existingPath(folder.in(m_session)));
-    if (hasFactoryFile(files::kFirstCustomizeIni.name) && !fileExists(files::kCustomizeIni.in(m_session)))
-        copyFactoryFile(files::kFirstCustomizeIni.name, customizeIni());
-    // The export formats belong to the user: one that they deleted does not come back while the folder stands.
-    const QString formats = existingPath(files::kExportFormats.in(m_session));
-    platform::refuseLostLink(formats);
-    if (!QFileInfo::exists(formats))
-        makeExportFormats();
-    copyBlogTemplates();
-    copyWeatherPictures();
-}
-
-/// The folder says that its formats have been there, so it gets its name when they are: a start that was killed or had
-/// no room is made up for by the next one.
-void Startup::makeExportFormats() const {
-    const QString folder = files::kExportFormats.in(m_session);
-    const QString unfinished = folder + u".new"_s;
-    makeFolder(unfinished);
-    for (const QString& name : {QString(files::kFirstTextFormat.name), QString(files::kFirstHtmlFormat.name)}) {
-        if (hasFactoryFile(name))
-            copyFactoryFile(name, unfinished + u'/' + GetBaseName(name) + u".ini"_s);
-    }
-    if (std::rename(QFile::encodeName(unfinished).constData(), QFile::encodeName(folder).constData()) != 0)
-        throw platform::Failure(u"フォルダを作成できません。"_s, folder, platform::systemReason(errno),
-                                u"保存先を確認してください。"_s);
-}
-
-/// The first picture stands for all of them and comes last, for the same reason. Where the program has none of it, what
-/// the user has of the others stays.
-void Startup::copyWeatherPictures() const {
-    const QString folder = existingPath(files::kParts.in(m_session)) + u'/';
-    QStringList pictures = site::weatherPictures();
-    const QString first = pictures.takeFirst();
-    if (fileExists(folder + first))
-        return;
-    const bool hasFirst = hasFactoryFile(first);
-    for (const QString& name : pictures << first) {
-        if (hasFactoryFile(name) && (hasFirst || !fileExists(folder + name)))
-            copyFactoryFile(name, folder + name);
-    }
-}
-
-void Startup::copyBlogTemplates() {
-    const QString folder = existingPath(files::kBlogTemplates.in(m_session)) + u'/';
-    makeFolder(GetParentFolder(folder));
-    for (const QString& name : platform::listFolder(m_session.MyPath, u"*.blg"_s)) {
-        const QFileInfo source(m_session.MyPath + name);
-        const QFileInfo target(existingPath(folder + GetBaseName(name) + u".ini"_s));
-        if (!target.exists() || source.lastModified() > target.lastModified())
-            copyFile(source.filePath(), target.filePath());
-    }
 }
 
 void Startup::findSettingsFiles() {
@@ -325,25 +248,6 @@ void Startup::findSettingsFiles() {
         m_session.*file.path = path;
     }
     defaults.writeQuietly();
-}
-
-/// Where the first customize set goes, its folder spelt as it is there.
-QString Startup::customizeIni() const {
-    return existingPath(files::kCustomize.in(m_session)) + u'/' + files::kFirstCustomizeIni.name;
-}
-
-QString Startup::factoryFile(const QString& name) const {
-    return existingPath(m_session.MyPath + name);
-}
-
-/// A link that leads nowhere is no missing file.
-bool Startup::hasFactoryFile(const QString& name) const {
-    platform::refuseLostLink(factoryFile(name));
-    return fileExists(factoryFile(name));
-}
-
-void Startup::copyFactoryFile(const QString& name, const QString& target, unsigned mode) const {
-    copyFile(factoryFile(name), target, mode);
 }
 
 } // namespace velloria::shell

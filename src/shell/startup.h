@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "shell/factory_files.h"
 
 #include <optional>
 
@@ -42,19 +43,11 @@ private:
     void copyFirstDiary() const;
     void readStoredPaths();
     StartResult checkDataFolder();
-    bool fitsSettings(const QString& folder) const;
     void checkDatabase();
     void addCustomizeFiles();
-    void makeWorkingFolders();
-    void makeExportFormats() const;
-    void copyBlogTemplates();
-    void copyWeatherPictures() const;
     void findSettingsFiles();
 
-    QString customizeIni() const;
-    QString factoryFile(const QString& name) const;
-    bool hasFactoryFile(const QString& name) const;
-    void copyFactoryFile(const QString& name, const QString& target, unsigned mode = 0666) const;
+    FactoryFiles factory() const { return FactoryFiles(m_session); }
 
     core::Session& m_session;
     platform::Desk& m_desk;
