@@ -32,6 +32,7 @@
 #include <QMenu>
 #include <QPixmap>
 #include <QScreen>
+#include <QTabWidget>
 #include <QThread>
 
 using namespace Qt::StringLiterals;
@@ -75,11 +76,17 @@ void shootWindow(QWidget& window, const QString& picture) {
     window.hide();
 }
 
-/// The window that is open beside the main window, which it ends.
+/// The window that is open beside the main window, which it ends; each of its tabs has a picture.
 void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
     for (auto* window : top.findChildren<desktop::ToolWindow*>()) {
         waitForDrawing();
         save(*window, folder + window->objectName() + u".png"_s);
+        auto* tabs = window->findChild<QTabWidget*>();
+        for (int i = 1; tabs && i < tabs->count(); ++i) {
+            tabs->setCurrentIndex(i);
+            waitForDrawing();
+            save(*window, folder + window->objectName() + u'_' + QString::number(i + 1) + u".png"_s);
+        }
         window->close();
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -87,8 +94,9 @@ void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
 
 void shootToolWindows(desktop::Context& context, const QString& folder) {
     auto& top = context.windows.get<shell::MDIFormTop>();
-    for (const QString& command : {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s,
-                                   u"MnuMakeLog"_s, u"MnuHTML2TXT"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s}) {
+    for (const QString& command :
+         {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s, u"MnuMakeLog"_s,
+          u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s}) {
         top.command(command)->trigger();
         shootToolWindow(top, folder);
     }

@@ -13,6 +13,7 @@
 #include "registers/forms/frmResistLogs.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
+#include "site/forms/frmSetting.h"
 #include "support/desktop_home.h"
 
 namespace velloria::tests {
@@ -35,7 +36,7 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
                editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, registers::frmResistFiles,
-               registers::frmResistLogs, site::frmFind, site::frmSaveLog>(context, look);
+               registers::frmResistLogs, site::frmFind, site::frmSaveLog, site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

@@ -10,6 +10,7 @@
 #include "shell/forms/frmLogin.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
+#include "site/forms/frmSetting.h"
 
 using namespace Qt::StringLiterals;
 
@@ -138,6 +139,30 @@ TEST_F(TabRing, OfTheOthers) {
     expectRingOf<site::frmSaveLog>(
         {u"txtYear"_s, u"txtMonth"_s, u"chkAutoResist"_s, u"chkAutoUpdate"_s, u"btn_Save"_s, u"BtnCancel"_s});
     expectRingOf<exchange::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+}
+
+TEST_F(TabRing, OfTheSiteSettings) {
+    setSetting(core::keys::divide::kDiaryDivide, u"1"_s);
+    setSetting(core::keys::divide::kDiaryTerm, u"1"_s);
+    setSetting(core::keys::frame::kFrameOn, u"1"_s);
+    auto& window = shownWindow<site::frmSetting>(context);
+    const QStringList ofTabs[] = {
+        {u"chkDiaryDivide"_s, u"cmbDiaryTerm"_s, u"chkDiaryOnTop"_s, u"chkUseFileName2Day"_s, u"chkLogDivide"_s,
+         u"optTopLink_PageTop"_s},
+        {u"chkUseFrame"_s, u"txtCalenderFrameSize"_s, u"txtFRAMEBORDER"_s, u"chkScrolling"_s, u"chkResize"_s},
+        {u"chkUseRSS"_s, u"txtRSS_Title"_s, u"txtRSS_HPURL"_s, u"txtRSS_DiaryURL"_s, u"txtRSS_Description"_s,
+         u"txtRSS_ManagingAuthor"_s, u"txtRSS_WebMaster"_s, u"txtATOM_Author"_s},
+        {u"chkUseHaloScan"_s, u"txtHaloScanUserName"_s, u"lblURL"_s},
+        {u"chkBlog_Status"_s, u"chkBlog_AcceptComment"_s, u"chkBlog_AcceptTrackBack"_s, u"chkBlog_PandBRTag"_s}};
+    auto& tabs = control<QTabWidget>(window, u"TabStrip1"_s);
+    for (int i = 0; i < tabs.count(); ++i) {
+        tabs.setCurrentIndex(i);
+        control(window, kTabs).setFocus();
+        settle();
+        expectRing(window, QStringList(kTabs) + ofTabs[i] + QStringList{u"Btn_OK"_s, u"Btn_Cancel"_s});
+    }
+    window.reject();
+    settle();
 }
 
 TEST_F(TabRing, OfTheLogin) {

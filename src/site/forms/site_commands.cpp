@@ -2,6 +2,7 @@
 
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
+#include "site/forms/frmSetting.h"
 #include "site/save_html.h"
 
 using namespace Qt::StringLiterals;
@@ -15,6 +16,7 @@ desktop::MenuCommands siteCommands(desktop::Context& context) {
         {"MnuSaveHTML_D"_L1, {}, save},
         {"MnuSaveHTMLAS"_L1, {}, [&context] { SaveHtml(context).saveAsCommand(); }},
         {"MnuMakeLog"_L1, {}, [&context] { context.windows.get<frmSaveLog>().showWindow(); }},
+        {"mnuEnvironment"_L1, {}, [&context] { context.windows.get<frmSetting>().showWindow(); }},
         {"MnuFindDiary"_L1, {Qt::CTRL | Qt::Key_F}, [&context] { context.windows.get<frmFind>().showWindow(); }},
     };
 }
