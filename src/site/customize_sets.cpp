@@ -69,11 +69,16 @@ QString selectedCustomizeSet(const core::Session& session) {
     return core::GetBaseName(core::GetFileName(session.CustIniFile));
 }
 
-void selectCustomizeSet(core::Session& session, const QString& name) {
+QString existingSetFile(const core::Session& session, const QString& name) {
     const QString file = customizeSetFile(session, name);
-    if (!platform::fileExists(file))
-        throw platform::Failure(u"カスタマイズセットを選択できません。"_s, file, u"ファイルがありません"_s,
-                                u"選択は元のままです。ほかのカスタマイズセットを選択してください。"_s);
+    if (platform::fileExists(file))
+        return file;
+    throw platform::Failure(u"カスタマイズセットを選択できません。"_s, file, u"ファイルがありません"_s,
+                            u"選択は元のままです。ほかのカスタマイズセットを選択してください。"_s);
+}
+
+void selectCustomizeSet(core::Session& session, const QString& name) {
+    const QString file = existingSetFile(session, name);
     core::SettingsChange change;
     change.set(session, core::keys::kCustomizeIni, file);
     change.write();

@@ -19,6 +19,9 @@ QStringList textPieces(const core::Session& session);
 QString customizeSetFile(const core::Session& session, const QString& name);
 QString textPieceFile(const core::Session& session, const QString& name);
 
+/// That of a set that is there. Throws platform::Failure for any other.
+QString existingSetFile(const core::Session& session, const QString& name);
+
 /// Whether a set or a piece may be called so: not an empty name, a name on any disk, all of it in code page 932, and
 /// short enough to come back whole from the settings.
 bool isCustomizeName(const core::Session& session, const QString& name);

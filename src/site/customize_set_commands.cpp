@@ -1,0 +1,82 @@
+#include "site/customize_set_commands.h"
+
+#include "core/files.h"
+#include "core/path_names.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
+#include "site/customize_sets.h"
+
+#include <algorithm>
+
+namespace velloria::site {
+namespace {
+
+/// What became of it before it failed is the failure to tell, not this.
+void bringBack(const QString& file, const std::optional<QByteArray>& bytes) {
+    try {
+        if (bytes)
+            platform::replaceFile(file, *bytes, platform::Durability::Durable);
+        else
+            platform::removeFile(file);
+    } catch (const platform::Failure&) {
+        return;
+    }
+}
+
+/// The one that comes into the place of the set in the list; "" when it is the last of all.
+QString nextSet(const core::Session& session, const QString& name) {
+    QStringList names = customizeSets(session);
+    const qsizetype at = names.indexOf(name);
+    if (at >= 0)
+        names.removeAt(at);
+    return names.isEmpty() ? QString() : names.at(std::clamp<qsizetype>(at, 0, names.size() - 1));
+}
+
+} // namespace
+
+void makeCustomizeSet(core::Session& session, CustomizeBackup& backup, const QString& name,
+                      const std::function<void()>& apply) {
+    const QString old = session.CustIniFile;
+    const QString made = customizeSetFile(session, name);
+    const bool isOther = !platform::isSameFile(old, made);
+    const std::optional<QByteArray> replaced = platform::readFileIfThere(made);
+    if (isOther)
+        platform::replaceFile(made, platform::readFileIfThere(old).value_or(QByteArray()),
+                              platform::Durability::Durable);
+    session.CustIniFile = made;
+    try {
+        apply();
+    } catch (...) {
+        session.CustIniFile = old;
+        bringBack(made, replaced);
+        throw;
+    }
+    if (!backup.isTaken())
+        return;
+    if (isOther)
+        backup.restore();
+    backup.take();
+}
+
+void deleteCustomizeSet(core::Session& session, CustomizeBackup& backup, const QString& name) {
+    const QString old = selectedCustomizeSet(session);
+    const QString deleted = customizeSetFile(session, name);
+    const QString next = nextSet(session, name);
+    if (next.isEmpty())
+        platform::copyFile(core::files::kFirstCustomizeIni.in(session), core::files::kCustomizeIni.in(session), 0666,
+                           platform::Durability::Durable);
+    const QString selected = next.isEmpty() ? core::GetBaseName(core::files::kFirstCustomizeIni.name) : next;
+    selectCustomizeSet(session, selected);
+    if (!platform::isSameFile(deleted, session.CustIniFile)) {
+        try {
+            platform::removeFile(deleted);
+        } catch (...) {
+            selectCustomizeSet(session, old);
+            throw;
+        }
+    }
+    if (backup.isTaken())
+        backup.take();
+}
+
+} // namespace velloria::site
