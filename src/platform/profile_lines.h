@@ -1,5 +1,5 @@
 // The lines of a profile file, parsed by characters of code page 932: the second byte of `ゾ` is a "]". For
-// profile_file.cpp alone. All views point into the bytes that were handed in.
+// the profile_*.cpp alone. All views point into the bytes that were handed in.
 #pragma once
 
 #include <QByteArray>
