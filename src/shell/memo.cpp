@@ -23,7 +23,7 @@ void memoCommand(const core::Run& run) {
     }
     const core::Settings settings(session);
     const QString password =
-        convert::DecryptPassword(settings.text(core::inSection(core::keys::kUserPass, session.UserID)));
+        convert::passwordFromSetting(settings.text(core::inSection(core::keys::kUserPass, session.UserID)));
     if (!QProcess::startDetached(program, {settings.file(core::SettingsFile::Users), session.UserID, password}))
         throw platform::Failure(u"プログラムを起動できません。"_s, program, {},
                                 u"実行できるファイルか確認してください。"_s);

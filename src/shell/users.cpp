@@ -1,15 +1,15 @@
 #include "shell/users.h"
 
 #include "convert/password_text.h"
-#include "core/ini.h"
 #include "core/path_names.h"
 #include "core/program_keys.h"
 #include "core/settings.h"
 #include "core/settings_change.h"
 #include "platform/directory.h"
 #include "platform/file_read.h"
+#include "platform/profile_sections.h"
 
-using namespace Qt::StringLiterals;
+#include <algorithm>
 
 namespace velloria::shell {
 
@@ -25,12 +25,34 @@ bool Users::exist() const {
     return platform::fileExists(m_file);
 }
 
-bool Users::hasAny() const {
-    for (const QString& section : core::ReadIniSections(m_file)) {
-        if (section.compare(kPreviousUser.section, Qt::CaseInsensitive) != 0 && UserExists(section))
-            return true;
+std::vector<User> Users::all() const {
+    const core::IniReader file(m_file);
+    std::vector<User> users;
+    for (const QString& section : platform::profileSections(m_file)) {
+        if (section.compare(kPreviousUser.section, Qt::CaseInsensitive) != 0 &&
+            file.text(core::inSection(kUserId, section)) == section)
+            users.push_back({section, folderOf(file, section)});
     }
-    return false;
+    return users;
+}
+
+QStringList Users::ids() const {
+    QStringList ids;
+    for (const User& user : all())
+        ids += user.id;
+    return ids;
+}
+
+bool Users::hasAny() const {
+    return !all().empty();
+}
+
+bool Users::isTaken(const QString& id) const {
+    const core::IniReader file(m_file);
+    const QStringList sections = platform::profileSections(m_file);
+    return std::any_of(sections.begin(), sections.end(), [&](const QString& section) {
+        return section.compare(id, Qt::CaseInsensitive) == 0 && !file.text(core::inSection(kUserId, section)).isEmpty();
+    });
 }
 
 bool Users::UserCheck(const QString& id, const QString& password) const {
@@ -42,9 +64,10 @@ bool Users::UserExists(const QString& id) const {
 }
 
 QString Users::folder(const QString& id) const {
-    const QString stored = valueOf(kUserPath, id);
-    if (core::isAbsoluteFolder(stored))
-        return core::withSeparator(stored);
+    return folderOf(core::IniReader(m_file), id);
+}
+
+QString Users::defaultFolder(const QString& id) const {
     return m_myPath + id + core::nativeSeparator();
 }
 
@@ -56,6 +79,11 @@ void Users::rememberLogin(const QString& id) const {
     core::SettingsChange login;
     login.set(m_file, kPreviousUser, id);
     login.writeQuietly();
+}
+
+QString Users::folderOf(const core::IniReader& file, const QString& id) const {
+    const QString stored = file.text(core::inSection(kUserPath, id));
+    return core::isAbsoluteFolder(stored) ? core::withSeparator(stored) : defaultFolder(id);
 }
 
 QString Users::valueOf(const core::Setting& setting, const QString& id) const {
