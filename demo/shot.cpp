@@ -22,6 +22,7 @@
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmLogin.h"
+#include "shell/forms/frmPassword.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
 #include "site/same_day_page.h"
@@ -96,7 +97,7 @@ void shootToolWindows(desktop::Context& context, const QString& folder) {
     auto& top = context.windows.get<shell::MDIFormTop>();
     for (const QString& command :
          {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s, u"MnuMakeLog"_s,
-          u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s}) {
+          u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s}) {
         top.command(command)->trigger();
         shootToolWindow(top, folder);
     }
@@ -122,6 +123,8 @@ void shootAll(desktop::Context& context, const QString& folder) {
     }
     shell::frmLogin login(u"taro"_s);
     shootWindow(login, folder + u"frmLogin.png"_s);
+    shell::frmPassword password(u"パスワードの入力"_s, platform::PasswordLines::WithConfirmation, nullptr);
+    shootWindow(password, folder + u"frmPassword.png"_s);
     shell::frmAbout about(context);
     shootWindow(about, folder + u"frmAbout.png"_s);
     shootWindow(context.windows.get<shell::StartForm>(), folder + u"StartForm.png"_s);

@@ -12,6 +12,7 @@
 #include "publish/forms/frmProgress.h"
 #include "shell/forms/desktop_end.h"
 #include "shell/forms/desktop_start.h"
+#include "shell/forms/frmPassword.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
 #include "shell/home.h"
@@ -50,6 +51,7 @@ void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::Soun
         context.windows.get<publish::frmProgress>().display(shown);
     };
     desk.endProgressWindow = [&context] { context.windows.unload<publish::frmProgress>(); };
+    desk.askPasswords = shell::askPasswords;
     desk.playSound = [&player](const QString& command) { player.execute(command); };
 }
 

@@ -3,6 +3,7 @@
 #include "every_window.h"
 #include "makers_home.h"
 #include "shell/forms/frmLogin.h"
+#include "shell/forms/frmPassword.h"
 
 #include <QAccessible>
 
@@ -43,6 +44,8 @@ TEST_F(AccessibleNames, OfTheWindowsBeside) {
     });
     shell::frmLogin login(u""_s);
     EXPECT_EQ(missingIn(login).join(u' ').toStdString(), "");
+    shell::frmPassword password(u"x"_s, platform::PasswordLines::WithConfirmation, nullptr);
+    EXPECT_EQ(missingIn(password).join(u' ').toStdString(), "");
 }
 
 } // namespace

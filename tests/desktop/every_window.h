@@ -11,6 +11,7 @@
 #include "exchange/forms/frmExport.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
+#include "shell/forms/frmUserManager.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -36,7 +37,8 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
                editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, registers::frmResistFiles,
-               registers::frmResistLogs, site::frmFind, site::frmSaveLog, site::frmSetting>(context, look);
+               registers::frmResistLogs, shell::frmUserManager, site::frmFind, site::frmSaveLog, site::frmSetting>(
+        context, look);
 }
 
 } // namespace velloria::tests

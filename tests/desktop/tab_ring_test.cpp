@@ -8,6 +8,8 @@
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmLogin.h"
+#include "shell/forms/frmPassword.h"
+#include "shell/forms/frmUserManager.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -171,6 +173,27 @@ TEST_F(TabRing, OfTheLogin) {
     login.activateWindow();
     EXPECT_TRUE(becomesActive(login));
     expectRing(login, {u"txtUID"_s, u"txtPassword"_s, u"Btn_Login"_s, u"Btn_Cancel"_s});
+}
+
+TEST_F(TabRing, OfThePasswordWindow) {
+    const QStringList ring{u"txtPassword"_s, u"txtNewPassword"_s, u"Btn_OK"_s, u"Btn_Cancel"_s};
+    for (const auto lines : {platform::PasswordLines::WithConfirmation, platform::PasswordLines::One}) {
+        shell::frmPassword window(u"x"_s, lines, nullptr);
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(becomesActive(window));
+        QStringList stops = ring;
+        if (lines == platform::PasswordLines::One)
+            stops.removeOne(u"txtNewPassword"_s);
+        expectRing(window, stops);
+    }
+}
+
+TEST_F(TabRing, OfTheUserManager) {
+    writeFile(path(u"velluser.ini"_s), "[taro]\r\nID=taro\r\n");
+    session.UserID = u"taro"_s;
+    expectRingOf<shell::frmUserManager>({u"txtUID"_s, u"Btn_MakeUser"_s, u"Btn_ChangePassword"_s, u"Btn_DeleteUser"_s,
+                                         u"Btn_ChangeUserPath"_s, u"Btn_SingleToComplex"_s, u"Btn_OK"_s});
 }
 
 /// Every press leads to another stop, and a link where the keys are is marked: Enter follows it.

@@ -7,6 +7,7 @@
 #include "every_window.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmLogin.h"
+#include "shell/forms/frmPassword.h"
 
 #include <QMdiArea>
 #include <QScreen>
@@ -74,9 +75,10 @@ protected:
     void forEveryDialog(Look look) {
         forEveryWindow(context, look);
         shell::frmLogin login(u""_s);
+        shell::frmPassword password(u"新しいパスワードの入力"_s, platform::PasswordLines::WithConfirmation, nullptr);
         shell::frmAbout about(context);
         browser::frmGetImg images(context);
-        for (QDialog* dialog : std::initializer_list<QDialog*>{&login, &about, &images}) {
+        for (QDialog* dialog : std::initializer_list<QDialog*>{&login, &password, &about, &images}) {
             dialog->show();
             EXPECT_TRUE(becomesVisible(*dialog));
             look(*dialog);

@@ -1,5 +1,6 @@
 #include "shell/forms/frmLogin.h"
 
+#include "shell/forms/password_box.h"
 #include "ui_frmLogin.h"
 
 #include <QKeyEvent>
@@ -9,6 +10,7 @@ namespace velloria::shell {
 frmLogin::frmLogin(const QString& previousId)
     : ui(std::make_unique<Ui::frmLogin>()) {
     ui->setupUi(this);
+    makePasswordBox(*ui->txtPassword);
     ui->txtUID->setText(previousId);
     (previousId.isEmpty() ? ui->txtUID : ui->txtPassword)->setFocus();
     // The hint keeps its place while it is not seen, so that nothing moves when it comes.

@@ -3,6 +3,7 @@
 #include "core/files.h"
 #include "platform/plugin.h"
 #include "shell/diary_information.h"
+#include "shell/forms/frmUserManager.h"
 #include "shell/memo.h"
 #include "shell/plugins.h"
 
@@ -21,6 +22,7 @@ void showVersion(desktop::Context& context, const core::File& file) {
 desktop::MenuCommands toolCommands(desktop::Context& context) {
     desktop::MenuCommands commands{
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},
+        {"MnuUserManager"_L1, {}, [&context] { context.windows.get<frmUserManager>().showWindow(); }},
         {"MnuVellInfo"_L1, {}, [&context] { diaryInformationCommand(context); }},
     };
     for (const PluginRow& plugin : plugins())

@@ -1,4 +1,4 @@
-// The commands that work through programs and plug-ins beside this one.
+// The commands that work through programs and plug-ins beside this one, and the one for its users.
 #pragma once
 
 #include "desktop/context.h"
