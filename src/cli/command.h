@@ -63,8 +63,9 @@ struct Invocation : core::Run {
 };
 
 /// Whether the command makes the start of the desktop first; of it, User is no more than who it is and where their
-/// files lie, for a diary that can't be opened.
-enum class Start { Needed, User, None, UnlessArgument };
+/// files lie, for a diary that can't be opened. FirstUser is the same, and no more than the program's folder where the
+/// user file names nobody who could log in.
+enum class Start { Needed, User, FirstUser, None, UnlessArgument };
 
 struct OptionSpec {
     QString name;  ///< "--month"
@@ -102,6 +103,7 @@ std::vector<Command> uploadCommands();
 std::vector<Command> pingCommands();
 std::vector<Command> updateCommands();
 std::vector<Command> databaseCommands();
+std::vector<Command> userCommands();
 
 /// An entry number, 1 to 32767.
 int numberArgument(const QString& text);

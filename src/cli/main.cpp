@@ -76,11 +76,21 @@ std::optional<shell::Login> findLogin(const GlobalOptions& global, const QString
     return shell::Login{global.user, *password};
 }
 
+/// A user file whose last user was deleted.
+bool namesNobody(const shell::Users& users) {
+    return users.exist() && !users.hasAny();
+}
+
 void start(Invocation& invocation, Start needed) {
     const QString home = shell::findHome(invocation.global.home, QCoreApplication::applicationDirPath());
+    if (needed == Start::FirstUser && invocation.global.user.isNull() && namesNobody(shell::Users(home))) {
+        invocation.session.MyPath = home;
+        return;
+    }
     const std::optional<shell::Login> login = findLogin(invocation.global, home, invocation.desk);
     shell::Startup startup(invocation);
-    const shell::StartResult result = needed == Start::User ? startup.enter(home, login) : startup.run(home, login);
+    const bool isUserAlone = needed == Start::User || needed == Start::FirstUser;
+    const shell::StartResult result = isUserAlone ? startup.enter(home, login) : startup.run(home, login);
     if (result == shell::StartResult::Ended)
         throw Refusal(u"起動を中止しました。"_s);
     if (!invocation.global.day.isEmpty())
@@ -103,8 +113,7 @@ int runCommand(const CommandLine& line, TerminalDesk& desk) {
     if (line.command->check)
         line.command->check(invocation);
     const Start needed = line.command->start;
-    if (needed == Start::Needed || needed == Start::User ||
-        (needed == Start::UnlessArgument && line.arguments.isEmpty()))
+    if (needed != Start::None && (needed != Start::UnlessArgument || line.arguments.isEmpty()))
         start(invocation, needed);
     line.command->run(invocation);
     return kDone;
