@@ -6,10 +6,10 @@
 #include "core/path_names.h"
 #include "core/program_keys.h"
 #include "core/settings_change.h"
-#include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "shell/data_folder.h"
 #include "shell/single_user_data.h"
 
 #include <QDir>
@@ -142,8 +142,7 @@ bool UserAccounts::isUsableName(const QString& id) const {
     const QFileInfo there(withoutSeparator(m_users.defaultFolder(id)));
     return core::isBareName(id) && std::none_of(id.begin(), id.end(), isForbidden) &&
            std::none_of(std::begin(own), std::end(own), isOwn) && isKept(id) &&
-           id.toUtf8().size() <= kLongestFileName &&
-           core::fitsSetting(core::files::kCustomizeIni.below(m_users.defaultFolder(id))) &&
+           id.toUtf8().size() <= kLongestFileName && fitsSettingsWithAllBelow(m_users.defaultFolder(id)) &&
            (!there.exists() || there.isDir());
 }
 
@@ -243,12 +242,9 @@ Outcome UserAccounts::changePath(const QString& id, const std::optional<QString>
 
 /// Says why when it is not.
 bool UserAccounts::isFolderFor(const QString& id, const QString& folder) const {
-    if (isWithinAnothers(folder, id))
-        refuse(u"ほかのユーザーのフォルダは指定できません。\r\n別のフォルダを指定してください。"_s);
-    else if (!core::fitsSetting(core::files::kCustomizeIni.below(folder)))
-        refuse(u"フォルダの名前が長すぎて設定に保存できません。\r\nもっと短い名前のフォルダを指定して下さい。"_s);
-    else
-        return canWorkIn(folder);
+    if (!isWithinAnothers(folder, id))
+        return mayBeDataFolder(folder, m_desk) && canWorkIn(folder);
+    refuse(u"ほかのユーザーのフォルダは指定できません。\r\n別のフォルダを指定してください。"_s);
     return false;
 }
 
@@ -281,8 +277,8 @@ Outcome UserAccounts::takeSingleUserData(const QString& id) {
         return refuse(u"移行するデータがありません。"_s);
     if (data.liesIn(folder))
         return refuse(u"移行するデータは、すでにこのユーザーのフォルダにあります。"_s);
-    if (!core::fitsSetting(core::files::kCustomizeIni.below(folder)))
-        return refuse(u"フォルダの名前が長すぎて設定に保存できません。"_s);
+    if (!mayBeDataFolder(folder, m_desk))
+        return Outcome::Refused;
     const QString oldDataPath = data.settings.isEmpty() ? QString() : core::IniReader(data.settings).text(kDataPath);
     {
         const platform::Hourglass hourglass(m_desk);
