@@ -38,7 +38,7 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log upload ping update db" ;;
+    "") words="start entry genre site export import convert ini file log upload ping update db user" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
@@ -49,6 +49,7 @@ _velloria_cli() {
     "log") words="list add delete" ;;
     "update") words="check" ;;
     "db") words="version check restore" ;;
+    "user") words="list add password delete path take" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
     "convert html2text") _velloria_cli_files -f; return ;;

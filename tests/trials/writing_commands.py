@@ -71,6 +71,31 @@ def has_file(path, text=""):
     return look
 
 
+def user_command(*words, login="u{0}", answers=()):
+    """A command on the accounts of the home that several people share; one of them logs in."""
+    def line(trial, variant):
+        script = json.dumps([answer.format(variant) for answer in ("old", *answers)])
+        return ["--home", trial.shared, "--user", login.format(variant),
+                "--answers", trial.input_file(f"answers{variant}.json", script),
+                *(word.format(variant, root=trial.root) for word in words)]
+    return line
+
+
+def account(key, user, value):
+    """Whether the key of a user has this value, "" for none; a password as it was typed."""
+    def look(trial, variant):
+        stored = trial.must("ini", "get", trial.users, user.format(variant), key).text[:-1]
+        if key == "Pass":
+            stored = trial.must("convert", "unscramble", input=stored).text
+        return stored == value.format(variant, root=trial.root)
+    return look
+
+
+def has_taken(trial, variant):
+    with closing(sqlite3.connect(f"{trial.shared}/u{variant}/diary.mdb")) as base:
+        return base.execute("SELECT Title FROM Contents").fetchall() == [("shared",)]
+
+
 def rows_of_file(trial, name):
     return trial.sql("SELECT COUNT(*) FROM FileDB WHERE FileName = ?", name)[0][0]
 
@@ -109,6 +134,15 @@ COMMANDS = [
     WritingCommand("log delete", lambda t, v: ["log", "delete", f"registered{v}.htm"],
                    lambda t, v: t.sql("SELECT COUNT(*) FROM LogDB WHERE LogFileName = ?",
                                       f"registered{v}.htm") == [(0,)], repeatable=False),
+    WritingCommand("user add", user_command("user", "add", "new{0}", answers=("{0}", "{0}")),
+                   account("Pass", "new{0}", "{0}"), repeatable=False),
+    WritingCommand("user password", user_command("user", "password", answers=("new{0}", "new{0}")),
+                   account("Pass", "u{0}", "new{0}"), repeatable=False),
+    WritingCommand("user delete", user_command("user", "delete", "gone{0}", login="kept", answers=("old",)),
+                   account("ID", "gone{0}", ""), repeatable=False),
+    WritingCommand("user path", user_command("user", "path", "moved{0}", "{root}/as{0}", login="kept", answers=("old",)),
+                   account("Path", "moved{0}", "{root}/as{0}/")),
+    WritingCommand("user take", user_command("user", "take", "u{0}", login="kept", answers=("old",)), has_taken),
 ]
 
 
@@ -134,8 +168,17 @@ class TrialTest(CliTest):
             self.must("log", "add", self.inputs + f"/registered{i}.htm", "2002", f"0{i + 1}")
             self.set_key("diary.ini", "Trial", f"Old{i}", 1)
         self.must("site", "save")
+        self.make_users()
         self.kept = os.path.join(self.temporary_folder(), "kept")
         shutil.copytree(self.root, self.kept)
+
+    def make_users(self):
+        self.shared = self.make_home("shared")
+        self.users = self.shared + "/velluser.ini"
+        self.put(entry("2004/02/01", "shared", Contents="shared text " * 500), home=self.shared)
+        self.must("user", "add", "kept", home=self.shared, answers=["old", "old"])
+        for user in [f"{name}{i}" for name in ("u", "gone", "moved") for i in range(2)]:
+            self.must("user", "add", user, home=self.shared, user="kept", answers=["old", "old", "old"])
 
     def environment(self, **changed):
         # A leak can't be looked for while the program is traced or about to be killed.
@@ -173,6 +216,7 @@ class TrialTest(CliTest):
         self.assert_sound()
         self.assertIn(self.ini("diary.ini", "ALL", "SaveFilePath").strip(),
                       (self.site, self.root + "/as0/", self.root + "/as1/"), what)
+        self.assertTrue(account("Pass", "kept", "old")(self, 0), f"{what}: users")
         for name, in self.sql("SELECT FileName FROM FileDB"):
             self.assertTrue(os.path.exists(self.data + "DiaryParts/" + name), f"{what}: {name} is registered and missing")
         for list_name in ("upload.tmp", "uploadlog.tmp"):
