@@ -135,7 +135,8 @@ COMMANDS = [
                    lambda t, v: t.sql("SELECT COUNT(*) FROM LogDB WHERE LogFileName = ?",
                                       f"registered{v}.htm") == [(0,)], repeatable=False),
     WritingCommand("user add", user_command("user", "add", "new{0}", answers=("{0}", "{0}")),
-                   account("Pass", "new{0}", "{0}"), repeatable=False),
+                   # There before the password is typed: a kill in between leaves a user without one.
+                   account("ID", "new{0}", "new{0}"), repeatable=False),
     WritingCommand("user password", user_command("user", "password", answers=("new{0}", "new{0}")),
                    account("Pass", "u{0}", "new{0}"), repeatable=False),
     WritingCommand("user delete", user_command("user", "delete", "gone{0}", login="kept", answers=("old",)),
