@@ -66,7 +66,9 @@ std::optional<QString> TerminalDesk::answerText(const QJsonObject& question) {
 std::optional<QString> TerminalDesk::answerSecret(const QJsonObject& question) {
     if (answers)
         return scriptedText();
-    const std::optional<QString> line = askOnTerminal(question[u"title"_s].toString() + u": "_s, Echo::Off);
+    // Both: of two lines one after the other the text tells which one is meant.
+    const QString prompt = question[u"title"_s].toString() + u" - "_s + question[u"text"_s].toString() + u": "_s;
+    const std::optional<QString> line = askOnTerminal(prompt, Echo::Off);
     return line && !line->isEmpty() ? line : std::nullopt;
 }
 

@@ -454,6 +454,26 @@ class Terminal(CliTest):
         self.assertEqual(code, 0, shown)
         self.assertIn("2003/03 3/", shown)
 
+    def test_a_new_password_is_asked_for_twice_and_not_shown(self):
+        master, slave = pty.openpty()
+        self.addCleanup(os.close, master)
+        program = subprocess.Popen(self.command("user", "add", "taro"), env=self.environment(), stdin=slave,
+                                   stdout=slave, stderr=slave, start_new_session=True)
+        os.close(slave)
+        shown = ""
+        for prompt in ("パスワードの入力 - パスワード: ", "パスワードの入力 - パスワード（確認用）: "):
+            while not shown.endswith(prompt):
+                shown += os.read(master, 4096).decode()
+            os.write(master, b"tecres\n")
+        try:
+            while block := os.read(master, 4096):
+                shown += block.decode()
+        except OSError:
+            pass
+        self.assertEqual(program.wait(600), 0, shown)
+        self.assertNotIn("tecres", shown)
+        self.assertIn("Pass=tfsdfu", read(self.home + "/velluser.ini").decode())
+
     def test_a_password_is_not_shown(self):
         write(self.home + "/velluser.ini", "[taro]\r\nID=taro\r\nPass=ufsdft\r\n")
         master, slave = pty.openpty()

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -202,6 +203,38 @@ TEST_F(SingleUserData, FollowsALinkOfTheUser) {
     EXPECT_TRUE(QFileInfo(taro(u"diary.mdb"_s)).isSymLink());
     EXPECT_EQ(titleIn(path(u"disk/diary.mdb"_s)), u"single"_s);
     EXPECT_EQ(titleIn(taro(u"diary_BackUp.mdb"_s)), u"taro"_s);
+}
+
+TEST_F(SingleUserData, CrossesToAnotherDisk) {
+    const QTemporaryDir other(u"/dev/shm/velloria-XXXXXX"_s);
+    struct stat here {};
+    struct stat there {};
+    ASSERT_EQ(::stat(QFile::encodeName(home.path()).constData(), &here), 0);
+    if (::stat(QFile::encodeName(other.path()).constData(), &there) != 0 || here.st_dev == there.st_dev)
+        GTEST_SKIP() << "there is no other disk";
+    for (const QString& name : {u"diary.ini"_s, u"diary.mdb"_s})
+        ASSERT_TRUE(QFile::copy(taro(name), other.filePath(name)));
+    core::WriteIni(path(u"velluser.ini"_s), u"taro"_s, u"Path"_s, other.path());
+    EXPECT_EQ(take(), Outcome::Done);
+    EXPECT_EQ(titleIn(other.filePath(u"diary.mdb"_s)), u"single"_s);
+    EXPECT_EQ(titleIn(other.filePath(u"diary_BackUp.mdb"_s)), u"taro"_s);
+    EXPECT_EQ(owner(other.filePath(u"diary_BackUp.ini"_s)), u"taro"_s);
+}
+
+TEST_F(SingleUserData, IsRefusedByAFolderThatTakesNothing) {
+    ASSERT_EQ(::chmod(QFile::encodeName(home.path()).constData(), 0755), 0);
+    for (const QString& folder : {u"UserData"_s, u"taro"_s}) {
+        ASSERT_EQ(::chmod(QFile::encodeName(path(folder)).constData(), 0555), 0);
+        for (const QString& name : {u"/diary.ini"_s, u"/diary.mdb"_s})
+            ASSERT_EQ(::chmod(QFile::encodeName(path(folder) + name).constData(), 0644), 0);
+    }
+    const auto before = contentOf(taro());
+    EXPECT_TRUE(holdsForNobody([&] {
+        const QString failure =
+            failureOf([&] { shell::moveSingleUserData(shell::findSingleUserData(session), taro()); });
+        return failure.startsWith(u"データを移行していません: "_s);
+    }));
+    EXPECT_TRUE(contentOf(taro()) == before);
 }
 
 // ---- disks that refuse, at every call of the move
