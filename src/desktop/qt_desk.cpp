@@ -217,7 +217,7 @@ QString QtDesk::input(const QString& text, const QString& whenAsked, const QStri
 
 std::optional<platform::Passwords> QtDesk::passwords(const QString& caption, platform::PasswordLines lines) {
     prepareBox();
-    return askPasswords ? askPasswords(caption, lines) : std::nullopt;
+    return askPasswords ? askPasswords(owner(), caption, lines) : std::nullopt;
 }
 
 void QtDesk::status(const QString& text) {

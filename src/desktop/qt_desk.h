@@ -42,7 +42,9 @@ public:
     std::function<void(const platform::ProgressWindow&)> showProgressWindow;
     std::function<void()> endProgressWindow;
     std::function<void(const QString&)> playSound;
-    std::function<std::optional<platform::Passwords>(const QString& caption, platform::PasswordLines lines)>
+    /// `owner` is the window that asks, if there is one.
+    std::function<std::optional<platform::Passwords>(QWidget* owner, const QString& caption,
+                                                     platform::PasswordLines lines)>
         askPasswords;
 
 private:

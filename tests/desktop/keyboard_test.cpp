@@ -11,8 +11,13 @@
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
 #include "registers/log_register.h"
+#include "shell/forms/frmPassword.h"
+#include "shell/forms/frmUserManager.h"
+#include "shell/users.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
+
+#include <QInputDialog>
 
 using namespace Qt::StringLiterals;
 
@@ -135,6 +140,31 @@ TEST_F(Keyboard, StaysWithTheRemovalOfImports) {
     settle();
     QWidget* const left = context.windows.find<exchange::frmDeleteImportDiary>();
     expectKeysGoTo(left ? *left : top(), u"frmDeleteImportDiary"_s);
+}
+
+TEST_F(Keyboard, StaysWithTheUserManager) {
+    qtDesk.askPasswords = shell::askPasswords;
+    auto& first = shownWindow<shell::frmUserManager>(context);
+    expectKept(first, u"Btn_MakeUser"_s, {kEscape});
+    whenShown<QInputDialog>([](QInputDialog& prompt) {
+        prompt.setTextValue(u"taro"_s);
+        QObject::connect(&prompt, &QObject::destroyed, qApp, [] { leaveAll({kEscape}); });
+        leave(prompt, kEnter);
+    });
+    pressAt(control(first, u"Btn_MakeUser"_s), kSpace);
+    EXPECT_TRUE(hasNoDialog());
+    EXPECT_EQ(shell::Users(session.MyPath).ids(), QStringList{u"taro"_s});
+    expectKeysGoTo(first, u"behind the prompts for a name and a password"_s);
+    first.reject();
+    settle();
+
+    auto& window = shownWindow<shell::frmUserManager>(context);
+    auto& users = control<QComboBox>(window, u"txtUID"_s);
+    users.setCurrentIndex(0);
+    expectKept(window, u"Btn_DeleteUser"_s, {kEscape});
+    users.setCurrentIndex(0);
+    expectKept(window, u"Btn_DeleteUser"_s, {kEnter, kEnter});
+    EXPECT_EQ(users.count(), 0);
 }
 
 TEST_F(Keyboard, OfTheMainWindowLeavesTheViewersAboveIt) {

@@ -200,6 +200,23 @@ TEST_F(QtDesk, AFailureGivesThePointerBackAndStandsOnThePanel) {
     EXPECT_TRUE(status.startsWith(u"エラー：保存できません。"_s));
 }
 
+TEST_F(QtDesk, HandsPasswordsOnWithTheWindowThatAsks) {
+    EXPECT_FALSE(desk.passwords(u"caption"_s, platform::PasswordLines::One)) << "where there is no such window";
+    QWidget window;
+    desk.setMainWindow(&window);
+    window.show();
+    desk.askPasswords = [&](QWidget* owner, const QString& caption, platform::PasswordLines lines) {
+        EXPECT_EQ(owner, &window);
+        EXPECT_EQ(caption, u"caption"_s);
+        EXPECT_EQ(lines, platform::PasswordLines::WithConfirmation);
+        return std::optional(platform::Passwords{u"a"_s, u"b"_s});
+    };
+    const auto typed = desk.passwords(u"caption"_s, platform::PasswordLines::WithConfirmation);
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(typed->password, u"a"_s);
+    EXPECT_EQ(boxes, 2) << "a splash picture covers no prompt";
+}
+
 TEST_F(QtDesk, HandsPagesAndProgressOn) {
     desk.navigate(u"/a/tmp.htm#2004/05/06"_s);
     EXPECT_EQ(page, u"/a/tmp.htm#2004/05/06"_s);

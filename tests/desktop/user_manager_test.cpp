@@ -256,17 +256,17 @@ TEST_F(PasswordWindow, GivesNothingWithCancel) {
 TEST_F(PasswordWindow, AsksForTheDesk) {
     showTop();
     whenShown<shell::frmPassword>([](shell::frmPassword& window) {
-        EXPECT_EQ(window.parentWidget(), QApplication::activeModalWidget()->parentWidget());
+        EXPECT_TRUE(window.isModal());
         line(window, u"txtPassword"_s).setText(u"abc"_s);
         QTest::keyClick(&window, Qt::Key_Return);
     });
-    const auto typed = shell::askPasswords(u"パスワードの入力"_s, platform::PasswordLines::One);
+    const auto typed = shell::askPasswords(&top(), u"パスワードの入力"_s, platform::PasswordLines::One);
     ASSERT_TRUE(typed);
     EXPECT_EQ(typed->password, u"abc"_s);
     EXPECT_EQ(typed->confirmation, u""_s);
     EXPECT_TRUE(becomesActive(top()));
     whenShown<shell::frmPassword>([](shell::frmPassword& window) { QTest::keyClick(&window, Qt::Key_Escape); });
-    EXPECT_FALSE(shell::askPasswords(u"パスワードの入力"_s, platform::PasswordLines::WithConfirmation));
+    EXPECT_FALSE(shell::askPasswords(&top(), u"パスワードの入力"_s, platform::PasswordLines::WithConfirmation));
 }
 
 /// Typed or pasted, what the user file would not give back does not come into the box, and nothing of it is shown.

@@ -3,7 +3,6 @@
 #include "shell/forms/password_box.h"
 #include "ui_frmPassword.h"
 
-#include <QApplication>
 #include <QPointer>
 
 namespace velloria::shell {
@@ -30,17 +29,17 @@ void frmPassword::Btn_OK_Click() {
     accept();
 }
 
-std::optional<platform::Passwords> askPasswords(const QString& caption, platform::PasswordLines lines) {
-    const QPointer<QWidget> owner(QApplication::activeWindow());
+std::optional<platform::Passwords> askPasswords(QWidget* owner, const QString& caption, platform::PasswordLines lines) {
+    const QPointer<QWidget> behind(owner); // the program may end while the window is open
     const QPointer<frmPassword> window(new frmPassword(caption, lines, owner));
     window->exec();
     std::optional<platform::Passwords> typed;
     if (window && window->IsOK)
         typed = platform::Passwords{window->Password, window->NewPassword};
     delete window;
-    if (owner) {
-        owner->raise();
-        owner->activateWindow();
+    if (behind && behind->isVisible()) {
+        behind->raise();
+        behind->activateWindow();
     }
     return typed;
 }

@@ -32,6 +32,6 @@ private:
 };
 
 /// Shows the window over the one that asks, which has the keyboard again after it; nothing when it is cancelled.
-std::optional<platform::Passwords> askPasswords(const QString& caption, platform::PasswordLines lines);
+std::optional<platform::Passwords> askPasswords(QWidget* owner, const QString& caption, platform::PasswordLines lines);
 
 } // namespace velloria::shell
