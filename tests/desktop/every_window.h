@@ -12,6 +12,7 @@
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmUserManager.h"
+#include "site/forms/frmCustomize.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -37,8 +38,8 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
                editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, registers::frmResistFiles,
-               registers::frmResistLogs, shell::frmUserManager, site::frmFind, site::frmSaveLog, site::frmSetting>(
-        context, look);
+               registers::frmResistLogs, shell::frmUserManager, site::frmCustomize, site::frmFind, site::frmSaveLog,
+               site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

@@ -23,10 +23,12 @@ OleColour valueOf(const QColor& colour) {
 
 } // namespace
 
-ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractButton& exchange, QAbstractButton& dialog)
+ColourRow::ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractButton& exchange, QAbstractButton& dialog,
+                     StartsAt startsAt)
     : QObject(&box)
     , m_context(context)
-    , m_box(box) {
+    , m_box(box)
+    , m_startsAt(startsAt) {
     const QStringList names = colourNames(context.session.MyPath);
     box.makeEditable();
     box.addItems(names);
@@ -43,22 +45,29 @@ void ColourRow::Btn_Color_Exchange_Click() {
     QString text = m_box.currentText();
     const QString answer = exchangeColour(m_context.session.MyPath, text);
     if (answer != kNotInList && answer != kNoColourText)
-        m_box.setEditText(answer);
+        show(answer);
 }
 
 void ColourRow::Btn_GetColorDialog_Click() {
     const std::optional<OleColour> shown = shownColour();
     if (!shown)
         return;
-    const QColor chosen = QColorDialog::getColor(colourOf(*shown), m_box.window());
-    if (chosen.isValid())
-        m_box.setEditText(u'#' + colourDigits(valueOf(chosen)));
+    const QColor colour = QColorDialog::getColor(colourOf(*shown), m_box.window());
+    if (colour.isValid())
+        show(u'#' + colourDigits(valueOf(colour)));
 }
 
-/// The colour of an empty box is black; nothing for a text that is no colour, which this command says nothing about.
+void ColourRow::show(const QString& colour) {
+    m_box.setEditText(colour);
+    Q_EMIT chosen();
+}
+
+/// Black where there is nothing to start at; nothing for a text that is no colour, which this command says nothing
+/// about.
 std::optional<OleColour> ColourRow::shownColour() const {
     QString text = m_box.currentText();
-    if (text.isEmpty())
+    const bool isStart = m_startsAt == StartsAt::AnyForm ? !text.isEmpty() : text.startsWith(u'#');
+    if (!isStart)
         return 0;
     try {
         if (!text.startsWith(u'#'))

@@ -19,16 +19,26 @@ namespace velloria::convert {
 class ColourRow : public QObject {
     Q_OBJECT
 public:
+    /// Where the colour dialog starts: at the colour of the box in any form, or at a number alone.
+    enum class StartsAt { AnyForm, NumberOnly };
+
     /// Belongs to `box` and starts with no colour in it. Throws platform::Failure when the names can't be read.
-    ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractButton& exchange, QAbstractButton& dialog);
+    ColourRow(desktop::Context& context, desktop::Combo& box, QAbstractButton& exchange, QAbstractButton& dialog,
+              StartsAt startsAt = StartsAt::AnyForm);
+
+Q_SIGNALS:
+    /// One of the buttons has put another text into the box.
+    void chosen();
 
 private:
     void Btn_Color_Exchange_Click();
     void Btn_GetColorDialog_Click();
+    void show(const QString& colour);
     std::optional<OleColour> shownColour() const;
 
     desktop::Context& m_context;
     desktop::Combo& m_box;
+    const StartsAt m_startsAt;
 };
 
 } // namespace velloria::convert
