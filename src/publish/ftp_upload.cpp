@@ -170,8 +170,7 @@ void FtpUpload::finish() {
     m_isSessionOpen = false;
     m_log->end(u"Uploading Files is Success!"_s);
     m_desk.status(u"Uploading Files is Success!"_s);
-    const QString sound = core::Settings(m_session).text(core::keys::kSoundFile);
-    SendMCICommand(u"Play \""_s + sound + u'"');
+    SendMCICommand(soundCommand(core::Settings(m_session).text(core::keys::kSoundFile)));
     m_progress.view().setTitleAndText(u"Successful"_s, u"日記のアップロードに成功しました。"_s);
     m_desk.pump(); // all is done: an end of the program takes nothing away any more
     m_progress.view().allowClosing();

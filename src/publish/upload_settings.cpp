@@ -9,7 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::publish {
-namespace {
 
 /// Whoever writes "yes" or "２" means encryption as well, and must not see the password go out in clear: all but the
 /// two numbers that allow that requires it.
@@ -21,7 +20,9 @@ Tls tlsOf(const QString& setting) {
     return one.match(setting).hasMatch() ? Tls::WhenOffered : Tls::Required;
 }
 
-} // namespace
+QString soundCommand(const QString& file) {
+    return u"Play \""_s + file + u'"';
+}
 
 UploadSettings readUploadSettings(const core::Session& session) {
     namespace keys = core::keys;
