@@ -15,6 +15,15 @@ namespace velloria::shell {
 
 using namespace core::keys;
 
+namespace {
+
+/// The section that every try to log in writes: whoever types its name must not become a user by that.
+bool isOfLastLogin(const QString& section) {
+    return section.compare(kPreviousUser.section, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
 Users::Users(const QString& myPath)
     : m_myPath(myPath)
     , m_file(platform::existingPath(core::programFile(myPath, core::SettingsFile::Users))) {}
@@ -29,8 +38,7 @@ std::vector<User> Users::all() const {
     const core::IniReader file(m_file);
     std::vector<User> users;
     for (const QString& section : platform::profileSections(m_file)) {
-        if (section.compare(kPreviousUser.section, Qt::CaseInsensitive) != 0 &&
-            file.text(core::inSection(kUserId, section)) == section)
+        if (!isOfLastLogin(section) && file.text(core::inSection(kUserId, section)) == section)
             users.push_back({section, folderOf(file, section)});
     }
     return users;
@@ -56,7 +64,7 @@ bool Users::isTaken(const QString& id) const {
 }
 
 bool Users::UserCheck(const QString& id, const QString& password) const {
-    return UserExists(id) && convert::passwordFromSetting(valueOf(kUserPass, id)) == password;
+    return !isOfLastLogin(id) && UserExists(id) && convert::passwordFromSetting(valueOf(kUserPass, id)) == password;
 }
 
 bool Users::UserExists(const QString& id) const {

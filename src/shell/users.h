@@ -32,7 +32,7 @@ public:
     bool isTaken(const QString& id) const;
 
     /// Whether key `ID` of section `id` equals `id` and the unscrambled `Pass` equals `password`. Both keys read as ""
-    /// when they are missing, so an empty id with an empty password passes.
+    /// when they are missing, so an empty id with an empty password passes. The section of the last login is nobody's.
     bool UserCheck(const QString& id, const QString& password) const;
 
     /// Whether key `ID` of section `id` equals `id`.

@@ -32,6 +32,7 @@ class Login(UsersTest):
     def test_a_wrong_id_or_password_ends_with_one_box(self):
         for user, password in (("taro", "wrong"), ("taro", ""), ("taro", "Secret"), ("jiro", "secret"),
                                ("Taro", "secret"), ("taro ", "secret"), ("", "secret"),
+                               ("Previous", ""), ("previous", ""),
                                ("taro", "花子")):
             result = self.start(user, password)
             self.assertEqual((result.code, result.boxes, result.out), (1, [WRONG_BOX], b""), (user, password))

@@ -62,6 +62,15 @@ TEST_F(Users, WithoutASectionGetInWithNoPassword) {
     EXPECT_TRUE(users().UserCheck(u"taro"_s, u""_s)) << "a user without a password";
 }
 
+/// The try itself has written the name there.
+TEST_F(Users, AreNotMadeByTryingToLogIn) {
+    put("[taro]\r\nID=taro\r\n");
+    for (const QString& id : {u"Previous"_s, u"previous"_s}) {
+        users().rememberLogin(id);
+        EXPECT_FALSE(users().UserCheck(id, u""_s)) << id.toStdString();
+    }
+}
+
 TEST_F(Users, AreGoneWithTheirId) {
     setPassword(u"taro"_s, u"abc"_s);
     core::DeleteIniKey(file(), u"taro"_s, u"ID"_s);
