@@ -28,7 +28,7 @@ void LeaveCheck::runCheck() {
     // While a menu or another window has the keys, the box stays the one of its window that gets them back.
     const QWidget* focus = m_box.window()->focusWidget();
     const bool isLeft = focus != &m_box && focus != m_giveUp;
-    if (isLeft && m_box.isVisible() && m_box.isEnabled())
+    if (isLeft && m_box.window()->isVisible() && m_box.isEnabled())
         m_check();
 }
 

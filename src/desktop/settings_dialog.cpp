@@ -42,24 +42,27 @@ void SettingsDialog::write(const core::SettingsChange& change) {
     change.write();
 }
 
-void SettingsDialog::Btn_Apply_Click() {
+bool SettingsDialog::Btn_Apply_Click() {
+    if (!mayApply())
+        return false;
     write(m_table.change(m_context.session));
     if (m_apply)
         m_apply->setEnabled(false);
     applied();
+    return true;
 }
 
 void SettingsDialog::Btn_OK_Click() {
-    Btn_Apply_Click();
-    if (mayClose())
+    if (Btn_Apply_Click() && mayClose())
         accept();
 }
 
 void SettingsDialog::reject() {
     run([this] {
-        if (m_apply && m_apply->isEnabled() && m_context.desk.ask(u"変更されていますが、保存しますか？"_s))
-            Btn_Apply_Click();
-        ToolWindow::reject();
+        const bool isWanted =
+            m_apply && m_apply->isEnabled() && m_context.desk.ask(u"変更されていますが、保存しますか？"_s);
+        if (!isWanted || Btn_Apply_Click())
+            ToolWindow::reject();
     });
 }
 

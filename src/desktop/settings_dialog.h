@@ -43,12 +43,15 @@ protected:
     virtual void load(SettingsTable& table);
     /// Writes what they show.
     virtual void write(const core::SettingsChange& change);
+    /// Whether an Apply may write what the controls show; who says no has said why.
+    virtual bool mayApply() { return true; }
     /// What an Apply changes beside the files, once they hold it.
     virtual void applied() {}
     /// Whether an OK may close the dialog, which has applied by now; who says no has said why.
     virtual bool mayClose() { return true; }
 
-    void Btn_Apply_Click();
+    /// Whether it has applied.
+    bool Btn_Apply_Click();
     void Btn_OK_Click();
 
 private:

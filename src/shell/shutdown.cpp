@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <functional>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -34,19 +35,13 @@ void keep(const QString& folder, const QString& name) {
                                 u"このファイルはデータフォルダに残っています。"_s);
 }
 
-} // namespace
-
-void removeGeneratedPages(const core::Session& session) {
-    const QSet<QString> listed = site::listedNames(session);
+/// The first refusal is thrown once all pages have had their turn.
+void forEachPage(const QString& folder, const std::function<void(const QString& name)>& action) {
     std::optional<platform::Failure> first;
     for (const QString& pattern : {u"*.htm"_s, u"*.xml"_s}) {
-        for (const QString& name : platform::listFolder(session.DataPath, pattern)) {
+        for (const QString& name : platform::listFolder(folder, pattern)) {
             try {
-                if (site::isLocalPage(name) || listed.contains(name) ||
-                    site::namesItsGenerator(session.DataPath + name))
-                    platform::removeFile(session.DataPath + name);
-                else
-                    keep(session.DataPath, name);
+                action(name);
             } catch (const platform::Failure& failure) {
                 if (!first)
                     first = failure;
@@ -55,6 +50,25 @@ void removeGeneratedPages(const core::Session& session) {
     }
     if (first)
         throw *first;
+}
+
+} // namespace
+
+void removeGeneratedPages(const core::Session& session) {
+    const QSet<QString> listed = site::listedNames(session);
+    forEachPage(session.DataPath, [&](const QString& name) {
+        if (site::isLocalPage(name) || listed.contains(name) || site::namesItsGenerator(session.DataPath + name))
+            platform::removeFile(session.DataPath + name);
+        else
+            keep(session.DataPath, name);
+    });
+}
+
+void removeLocalPages(const QString& folder) {
+    forEachPage(folder, [&](const QString& name) {
+        if (site::isLocalPage(name))
+            platform::removeFile(folder + name);
+    });
 }
 
 } // namespace velloria::shell

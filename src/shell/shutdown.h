@@ -10,4 +10,8 @@ namespace velloria::shell {
 /// platform::Failure for the first file that refuses, once the others are done.
 void removeGeneratedPages(const core::Session& session);
 
+/// Removes the local pages of a folder, given with its separator, which is the data folder no longer: they show private
+/// entries, and no end of a run looks there. Throws as above.
+void removeLocalPages(const QString& folder);
+
 } // namespace velloria::shell

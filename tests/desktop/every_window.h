@@ -11,6 +11,7 @@
 #include "exchange/forms/frmExport.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
+#include "shell/forms/frmOptions.h"
 #include "shell/forms/frmUserManager.h"
 #include "site/forms/frmCustomize.h"
 #include "site/forms/frmFind.h"
@@ -38,8 +39,8 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
                editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, registers::frmResistFiles,
-               registers::frmResistLogs, shell::frmUserManager, site::frmCustomize, site::frmFind, site::frmSaveLog,
-               site::frmSetting>(context, look);
+               registers::frmResistLogs, shell::frmOptions, shell::frmUserManager, site::frmCustomize, site::frmFind,
+               site::frmSaveLog, site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

@@ -8,6 +8,7 @@
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmLogin.h"
+#include "shell/forms/frmOptions.h"
 #include "shell/forms/frmPassword.h"
 #include "shell/forms/frmUserManager.h"
 #include "site/forms/frmFind.h"
@@ -129,6 +130,7 @@ TEST_F(TabRing, ComesIntoAGroupOfOptionsAtTheChosenOne) {
     expectChosenOptions<convert::frmHTML2TXTSetting>();
     expectChosenOptions<editor::frmHTMLMakeFont>();
     expectChosenOptions<editor::frmHTMLMakeList>();
+    expectChosenOptions<shell::frmOptions>();
 }
 
 TEST_F(TabRing, OfTheOthers) {
@@ -140,6 +142,9 @@ TEST_F(TabRing, OfTheOthers) {
     expectRingOf<convert::frmHTML2TXTSetting>({kTabs, u"optMODE_TEXT"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<site::frmSaveLog>(
         {u"txtYear"_s, u"txtMonth"_s, u"chkAutoResist"_s, u"chkAutoUpdate"_s, u"btn_Save"_s, u"BtnCancel"_s});
+    expectRingOf<shell::frmOptions>({kTabs, u"txtSaveFolder"_s, u"BtnOpenFolder"_s, u"optMnuLanguageJap"_s,
+                                     u"chkOpenWindowMaximize"_s, u"chkShowStartUpForm"_s, u"optOpenWindowPos_Std"_s,
+                                     u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<exchange::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
 }
 
@@ -162,6 +167,27 @@ TEST_F(TabRing, OfTheSiteSettings) {
         control(window, kTabs).setFocus();
         settle();
         expectRing(window, QStringList(kTabs) + ofTabs[i] + QStringList{u"Btn_OK"_s, u"Btn_Cancel"_s});
+    }
+    window.reject();
+    settle();
+}
+
+TEST_F(TabRing, OfThePagesOfTheOptions) {
+    const QStringList pages[] = {
+        {kTabs, u"txtMakeDiaryFontSize"_s, u"txtPtagAdd"_s, u"chkClipWithHTML"_s, u"chkFavoriteSort"_s,
+         u"chkFindHist"_s, u"chkURLHist"_s, u"chkRealtimeCust"_s, u"Btn_OK"_s, u"Btn_Cancel"_s},
+        {kTabs, u"txtFTP_URL"_s, u"txtFTP_ID"_s, u"txtFTP_Pass"_s, u"Btn_HidePass"_s, u"txtFTP_Folder"_s,
+         u"chkFTP_PASV"_s, u"optTLS_Off"_s, u"Btn_TestFTP"_s, u"Btn_OK"_s, u"Btn_Cancel"_s},
+        {kTabs, u"chkHTMLOnlyUp"_s, u"chkFTP_PING"_s, u"txtFTPCompleteSound"_s, u"Btn_OpenFolder_FTP"_s, u"Btn_OK"_s,
+         u"Btn_Cancel"_s},
+    };
+    auto& window = shownWindow<shell::frmOptions>(context);
+    auto& tabs = control<QTabWidget>(window, u"TabStrip1"_s);
+    for (const QStringList& page : pages) {
+        tabs.setCurrentIndex(tabs.currentIndex() + 1);
+        tabs.tabBar()->setFocus();
+        settle();
+        expectRing(window, page);
     }
     window.reject();
     settle();

@@ -43,6 +43,7 @@ frmCalender::frmCalender(desktop::Context& context)
     setWindowTitle(u"カレンダー"_s);
     resize(ownSize());
     fillBlogs();
+    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
     const auto onClick = [this](QPushButton* button, void (frmCalender::*action)()) {
         connect(button, &QPushButton::clicked, this,
                 [=, this] { desktop::runCommand(m_context.desk, [=, this] { (this->*action)(); }); });
@@ -106,12 +107,14 @@ void frmCalender::changeEvent(QEvent* event) {
 
 void frmCalender::fillBlogs() {
     constexpr int kExtension = 4; // ".ini"
+    const QString selected = ui->cmbBlog->currentIndex() < 0
+                                 ? core::Settings(m_context.session).text(core::keys::kSelectedBlog)
+                                 : ui->cmbBlog->currentText();
+    ui->cmbBlog->clear();
     for (const QString& name :
          platform::listFolder(core::files::kBlogTemplates.in(m_context.session) + u'/', u"*.ini"_s))
         ui->cmbBlog->addItem(name.chopped(kExtension));
-    const QString selected = core::Settings(m_context.session).text(core::keys::kSelectedBlog);
     ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
-    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
 }
 
 void frmCalender::Calender_DateClick(const QDate& date) {

@@ -33,13 +33,15 @@ public:
     /// Sets the calendar's value and marks the days of its month; a diary that can't be read marks none. Opens nothing.
     void showDay(const QDate& day);
 
+    /// The list of blogs as the data folder has their templates now; what is picked stays.
+    void fillBlogs();
+
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     void fitToFont();
-    void fillBlogs();
     void markDays();
     void mark(const store::DaysWithEntries& days);
     void tellBlogNotYetThere();

@@ -33,11 +33,18 @@ void frmExport::prepareControls() {
     ui->DTPickerDay->setDate(today);
     ui->txtYear->setText(QString::number(today.year()));
     ui->txtMonth->setText(QString::number(today.month()));
-    ui->cmbExportFormat_User->addItems(userFormats(m_context.session));
-    ui->cmbExportFormat_User->setCurrentIndex(-1);
+    fillFormats();
     ui->FrameFileName->setEnabled(false);
     for (QDateEdit* picker : {ui->DTPickerStart, ui->DTPickerEnd, ui->DTPickerDay})
         picker->findChild<QLineEdit*>()->setAccessibleName(picker->accessibleName());
+}
+
+void frmExport::fillFormats() {
+    const QString picked = ui->cmbExportFormat_User->currentText();
+    const QStringList formats = userFormats(m_context.session);
+    ui->cmbExportFormat_User->clear();
+    ui->cmbExportFormat_User->addItems(formats);
+    ui->cmbExportFormat_User->setCurrentIndex(picked.isEmpty() ? -1 : int(formats.indexOf(picked)));
 }
 
 store::Period frmExport::period() const {

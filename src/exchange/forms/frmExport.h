@@ -21,6 +21,9 @@ public:
     /// Stays open while it writes.
     void done(int result) override;
 
+    /// The list of the user's formats as the data folder has them now; what is picked stays.
+    void fillFormats();
+
 private:
     void prepareControls();
     ExportSettings settings() const;

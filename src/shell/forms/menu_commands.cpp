@@ -7,6 +7,7 @@
 #include "publish/forms/publish_commands.h"
 #include "registers/forms/registers_commands.h"
 #include "shell/forms/help_commands.h"
+#include "shell/forms/option_commands.h"
 #include "shell/forms/tool_commands.h"
 #include "shell/forms/window_commands.h"
 #include "site/forms/site_commands.h"
@@ -17,7 +18,7 @@ desktop::MenuCommands menuCommands(desktop::Context& context) {
     desktop::MenuCommands all;
     for (const auto table : {browser::browserCommands, convert::convertCommands, editor::editorCommands,
                              exchange::exchangeCommands, publish::publishCommands, registers::registersCommands,
-                             site::siteCommands, helpCommands, toolCommands, windowCommands}) {
+                             site::siteCommands, helpCommands, optionCommands, toolCommands, windowCommands}) {
         for (desktop::MenuCommand& command : table(context))
             all.push_back(std::move(command));
     }

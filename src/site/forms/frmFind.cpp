@@ -28,8 +28,11 @@ frmFind::~frmFind() = default;
 void frmFind::fillGenres() {
     const QString list = platform::existingPath(core::files::kGenres.in(m_context.session));
     const std::optional<QByteArray> bytes = platform::readFileIfThere(list);
-    ui->cmbGenre->addItems(bytes ? core::linesOf(platform::fromCodePage(*bytes)) : QStringList{u"一般"_s});
-    ui->cmbGenre->setCurrentIndex(-1);
+    const QString picked = ui->cmbGenre->currentText();
+    const QStringList genres = bytes ? core::linesOf(platform::fromCodePage(*bytes)) : QStringList{u"一般"_s};
+    ui->cmbGenre->clear();
+    ui->cmbGenre->addItems(genres);
+    ui->cmbGenre->setCurrentIndex(picked.isEmpty() ? -1 : int(genres.indexOf(picked)));
 }
 
 void frmFind::Btn_OK_Click() {

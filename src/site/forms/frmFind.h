@@ -18,8 +18,10 @@ public:
     explicit frmFind(desktop::Context& context);
     ~frmFind() override;
 
-private:
+    /// The list of genres as the data folder has it now; what is picked stays.
     void fillGenres();
+
+private:
     void Btn_OK_Click();
 
     std::unique_ptr<Ui::frmFind> ui;

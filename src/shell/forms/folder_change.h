@@ -1,0 +1,13 @@
+// The windows when the data folder has become another one in the middle of a run.
+#pragma once
+
+#include "desktop/context.h"
+
+namespace velloria::shell {
+
+/// Reads anew what open windows show of the folder, and leaves alone what somebody is writing. A page of the folder
+/// that was, `before` with its separator, gives way to the preview from the new one. Of a user who logged in no local
+/// page stays there. A failure on the way is told, and the rest goes on.
+void followDataFolder(desktop::Context& context, const QString& before);
+
+} // namespace velloria::shell
