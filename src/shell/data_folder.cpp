@@ -4,16 +4,12 @@
 #include "core/path_names.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
-#include "platform/failure.h"
 #include "platform/file_write.h"
 #include "shell/factory_files.h"
+#include "shell/filled_folder.h"
 #include "site/weather.h"
 
-#include <QFile>
 #include <QFileInfo>
-
-#include <cerrno>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -26,20 +22,13 @@ using platform::makeFolder;
 
 namespace {
 
-/// The folder says that its formats have been there, so it gets its name when they are: a start that was killed or had
-/// no room is made up for by the next one.
-void makeExportFormats(const Session& session) {
+/// The export formats that the program comes with.
+void fillExportFormats(const Session& session, const QString& folder) {
     const FactoryFiles factory(session);
-    const QString folder = files::kExportFormats.in(session);
-    const QString unfinished = folder + u".new"_s;
-    makeFolder(unfinished);
     for (const QString& name : {QString(files::kFirstTextFormat.name), QString(files::kFirstHtmlFormat.name)}) {
         if (factory.has(name))
-            factory.copy(name, unfinished + u'/' + GetBaseName(name) + u".ini"_s);
+            factory.copy(name, folder + u'/' + GetBaseName(name) + u".ini"_s);
     }
-    if (std::rename(QFile::encodeName(unfinished).constData(), QFile::encodeName(folder).constData()) != 0)
-        throw platform::Failure(u"フォルダを作成できません。"_s, folder, platform::systemReason(errno),
-                                u"保存先を確認してください。"_s);
 }
 
 void copyBlogTemplates(const Session& session) {
@@ -69,6 +58,11 @@ void copyWeatherPictures(const Session& session) {
     }
 }
 
+/// Where the first customize set goes, its folder spelt as it is there.
+QString firstCustomizeSet(const Session& session) {
+    return existingPath(files::kCustomize.in(session)) + u'/' + files::kFirstCustomizeIni.name;
+}
+
 } // namespace
 
 QString folderOfSetting(const QString& stored) {
@@ -87,23 +81,27 @@ bool mayBeDataFolder(const QString& folder, platform::Desk& desk) {
     return false;
 }
 
-QString firstCustomizeSet(const Session& session) {
-    return existingPath(files::kCustomize.in(session)) + u'/' + files::kFirstCustomizeIni.name;
+void makeCustomizeFolder(const Session& session) {
+    makeFilledFolder(files::kCustomize.in(session), [&session](const QString& unfinished) {
+        const QString sets = existingPath(files::kFirstCustomize.in(session)) + u'/';
+        // A user may be called like the folder: what lies there is theirs then.
+        if (!fileExists(files::kSettings.below(sets)))
+            copyFilesOf(sets.chopped(1), unfinished);
+    });
+    makeFolder(existingPath(files::kCustomize.in(session))); // which tells what else may bear the name
+    const FactoryFiles factory(session);
+    if (factory.has(files::kFirstCustomizeIni.name) && !fileExists(files::kCustomizeIni.in(session)))
+        factory.copy(files::kFirstCustomizeIni.name, firstCustomizeSet(session));
 }
 
 void makeWorkingFolders(const Session& session) {
-    const FactoryFiles factory(session);
     // Two programs may begin with the folder at once.
     const platform::FolderLock lock(session.DataPath);
-    for (const File& folder : {files::kParts, files::kLogs, files::kCustomize})
+    for (const File& folder : {files::kParts, files::kLogs})
         makeFolder(existingPath(folder.in(session)));
-    if (factory.has(files::kFirstCustomizeIni.name) && !fileExists(files::kCustomizeIni.in(session)))
-        factory.copy(files::kFirstCustomizeIni.name, firstCustomizeSet(session));
-    // The export formats belong to the user: one that they deleted does not come back while the folder stands.
-    const QString formats = existingPath(files::kExportFormats.in(session));
-    platform::refuseLostLink(formats);
-    if (!QFileInfo::exists(formats))
-        makeExportFormats(session);
+    makeCustomizeFolder(session);
+    makeFilledFolder(files::kExportFormats.in(session),
+                     [&session](const QString& unfinished) { fillExportFormats(session, unfinished); });
     copyBlogTemplates(session);
     copyWeatherPictures(session);
 }

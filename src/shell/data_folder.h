@@ -15,8 +15,9 @@ bool fitsSettingsWithAllBelow(const QString& folder);
 /// The same for a folder that somebody has chosen: a box tells of a name that is too long.
 bool mayBeDataFolder(const QString& folder, platform::Desk& desk);
 
-/// Where the first customize set goes, its folder spelt as it is there.
-QString firstCustomizeSet(const core::Session& session);
+/// The folder of the customize sets, made with the program's further sets when missing; the standard set in any case.
+/// Throws platform::Failure.
+void makeCustomizeFolder(const core::Session& session);
 
 /// The working folders of `DataPath`, each made only when missing, and what the program puts into them. Throws
 /// platform::Failure when one of them refuses; the next call makes up for what is missing then.

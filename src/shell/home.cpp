@@ -5,6 +5,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "shell/filled_folder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -54,6 +55,10 @@ QString seededHome(const QString& programFolder) {
     platform::makeFolder(core::GetParentFolder(home), 0700);
     copyMatching(programFolder, home, kRefreshed, true);
     copyMatching(programFolder, home, kSeededOnce, false);
+    const QString sets = core::files::kFirstCustomize.below(programFolder);
+    if (QFileInfo(platform::existingPath(sets)).isDir())
+        makeFilledFolder(core::files::kFirstCustomize.below(home),
+                         [&sets](const QString& unfinished) { copyFilesOf(sets, unfinished); });
     return home;
 }
 

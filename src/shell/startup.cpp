@@ -222,9 +222,7 @@ void Startup::checkDatabase() {
 
 /// Old versions had none.
 void Startup::addCustomizeFiles() {
-    makeFolder(existingPath(files::kCustomize.in(m_session)));
-    if (!fileExists(files::kCustomizeIni.in(m_session)))
-        factory().copy(files::kFirstCustomizeIni.name, firstCustomizeSet(m_session));
+    makeCustomizeFolder(m_session);
     SettingsChange defaults;
     for (const KeptPath& file : kKeptPaths) {
         if (file.path != &Session::RSSIniFile)

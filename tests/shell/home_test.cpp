@@ -2,6 +2,7 @@
 
 #include "core/path_names.h"
 #include "platform/file_write.h"
+#include "support/factory_sets.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -118,6 +119,18 @@ TEST_F(Home, IsSeededForTheUserWhenTheProgramsFolderCantBeWritten) {
         EXPECT_TRUE(exists(seeded(name)) && bytesOf(seeded(name)) == bytesOf(path(name))) << name.toStdString();
     EXPECT_EQ(modeOf(seeded()), 0700U);
     EXPECT_EQ(modeOf(seeded(u"hatena.blg"_s)) & 0200U, 0200U) << "a copy can be written";
+}
+
+TEST_F(Home, IsSeededWithTheFurtherCustomizeSetsOnce) {
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_FALSE(exists(seeded(u"Customize"_s))) << "the program had none";
+    bringCustomizeSets(home.path());
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_TRUE(contentOf(seeded(u"Customize"_s)) == contentOf(path(u"Customize"_s)));
+    writeFile(seeded(u"Customize/Dark.ini"_s), "mine");
+    setTime(path(u"Customize/Dark.ini"_s), std::time(nullptr) + 3600);
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_EQ(bytesOf(seeded(u"Customize/Dark.ini"_s)), "mine");
 }
 
 TEST_F(Home, SeedsNobodysDiarySettingsOrUsers) {

@@ -4,6 +4,7 @@
 #include "core/ini.h"
 #include "platform/file_write.h"
 #include "store/diary_home.h"
+#include "support/factory_sets.h"
 
 #include <QDir>
 
@@ -75,10 +76,12 @@ TEST_F(StartupDatabase, OfAnOldVersionGetsTheDefaultSettingsFilesButForFeeds) {
 }
 
 TEST_F(StartupDatabase, OfAnOldVersionGetsTheCustomizeFilesThatItNeverHad) {
+    bringCustomizeSets(home.path());
     setVersion(120);
     ASSERT_TRUE(QDir(session.DataPath + u"Customize"_s).removeRecursively());
     start();
     EXPECT_EQ(bytesOf(session.CustIniFile), bytesOf(path(u"Customize.ini"_s)));
+    EXPECT_EQ(bytesOf(session.DataPath + u"Customize/Plain.ini"_s), bytesOf(path(u"Customize/Plain.ini"_s)));
 
     ASSERT_TRUE(QDir().rename(session.DataPath + u"Customize"_s, session.DataPath + u"CUSTOMIZE"_s));
     writeFile(session.DataPath + u"CUSTOMIZE/Customize.ini"_s, "[Mine]\r\n");
