@@ -7,7 +7,7 @@ import stat
 import subprocess
 import unittest
 
-from home import CliTest, entry, read, snapshot, write
+from home import PROGRAM, CliTest, entry, read, snapshot, write
 
 UPDATE_BOX = ("plain: diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"
               "(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)")
@@ -39,6 +39,16 @@ class FirstStart(CliTest):
                           "UserID": ""})
         self.assertEqual((variables["CustIniFile"], variables["RSSIniFile"]),
                          (self.data + SETTINGS["Customize"], self.data + SETTINGS["RSS"]))
+
+    def test_the_further_customize_sets_come_with_the_first_start(self):
+        shutil.copytree(os.path.join(PROGRAM, "Customize"), self.home + "/Customize")
+        self.must("start")
+        brought = set(os.listdir(self.data + "Customize"))
+        self.assertEqual(brought, {"Customize.ini", *os.listdir(self.home + "/Customize")})
+        self.assertEqual(self.ini("diary.ini", "Customize", "IniFileName"), self.data + SETTINGS["Customize"])
+        os.remove(self.data + "Customize/Dark.ini")
+        self.must("start")
+        self.assertFalse(os.path.exists(self.data + "Customize/Dark.ini"))
 
     def test_the_site_folder_of_the_first_run_is_not_stored(self):
         self.must("start")
