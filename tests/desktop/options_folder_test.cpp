@@ -111,6 +111,20 @@ TEST_F(OptionsFolder, ANameTooLongForTheSettingsWritesNothing) {
     EXPECT_FALSE(isOpen());
 }
 
+TEST_F(OptionsFolder, StaysWhileAnUploadRuns) {
+    const QByteArray before = settingsFile();
+    const QString folder = session.DataPath;
+    type(other());
+    context.runs.run(desktop::LongRoutine::Upload, [&] { press("Btn_OK"); });
+    EXPECT_EQ(boxes(), QStringList{u"critical: 通信が終わってから、データ保存先フォルダを変えてください。"_s});
+    ASSERT_TRUE(isOpen());
+    EXPECT_EQ(settingsFile(), before);
+    EXPECT_EQ(session.DataPath, folder);
+    press("Btn_OK");
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(session.DataPath, other() + u'/');
+}
+
 TEST_F(OptionsFolder, IsChosenInADialog) {
     const QString shown = session.DataPath;
     open();

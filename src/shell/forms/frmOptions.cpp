@@ -156,7 +156,13 @@ void frmOptions::txtMakeDiaryFontSize_LostFocus() {
 
 bool frmOptions::mayApply() {
     const QString folder = ui->txtSaveFolder->text();
-    return core::withSeparator(folder) == m_context.session.DataPath || mayBeDataFolder(folder, m_context.desk);
+    if (core::withSeparator(folder) == m_context.session.DataPath)
+        return true;
+    if (m_context.runs.isAnyRunning()) { // it would find half of its files in the one folder and half in the other
+        m_context.desk.message(MessageKind::Critical, u"通信が終わってから、データ保存先フォルダを変えてください。"_s);
+        return false;
+    }
+    return mayBeDataFolder(folder, m_context.desk);
 }
 
 /// A folder that can't take the working folders is refused before anything is written.
