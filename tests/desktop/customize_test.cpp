@@ -2,8 +2,11 @@
 
 #include "customize_home.h"
 
+#include <QAccessible>
 #include <QColorDialog>
 #include <QFile>
+#include <QLabel>
+#include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -174,6 +177,41 @@ TEST_F(Customize, CancelLeavesTheSetThatWasSelected) {
     press(u"Btn_Cancel"_s);
     EXPECT_EQ(session.CustIniFile, selected);
     EXPECT_EQ(bytesOf(setFile(u"青"_s)), "[General]\r\n");
+}
+
+TEST_F(Customize, NamesEachControlOfEachPanel) {
+    open();
+    QStringList nameless;
+    int seen = 0;
+    for (const QWidget* control : window()->findChildren<QWidget*>()) {
+        if (!(control->focusPolicy() & Qt::TabFocus) || control->isWindow() ||
+            !field<QStackedWidget>(u"panels"_s).isAncestorOf(control))
+            continue;
+        ++seen;
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
+        if (!face || face->text(QAccessible::Name).isEmpty())
+            nameless += control->objectName();
+    }
+    EXPECT_EQ(nameless, QStringList());
+    EXPECT_GT(seen, 100);
+}
+
+TEST_F(Customize, CutsNothingOnAnyPanel) {
+    open();
+    const auto& categories = box(u"cmbCategory"_s);
+    for (int i = 0; i < categories.count(); ++i) {
+        category(categories.itemText(i));
+        for (const QWidget* control : window()->findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<const QLabel*>(control);
+            const auto* choice = qobject_cast<const QAbstractButton*>(control);
+            if (!control->isVisible() || !(label || choice || qobject_cast<const QComboBox*>(control)))
+                continue;
+            EXPECT_EQ(control->visibleRegion().boundingRect(), control->rect()) << control->objectName().toStdString();
+            if (label || qobject_cast<const QRadioButton*>(control) || qobject_cast<const QCheckBox*>(control)) {
+                EXPECT_GE(control->width(), control->minimumSizeHint().width()) << control->objectName().toStdString();
+            }
+        }
+    }
 }
 
 // ---- colours and pictures

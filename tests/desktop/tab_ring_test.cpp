@@ -11,6 +11,7 @@
 #include "shell/forms/frmOptions.h"
 #include "shell/forms/frmPassword.h"
 #include "shell/forms/frmUserManager.h"
+#include "site/forms/frmCustomize.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -131,6 +132,41 @@ TEST_F(TabRing, ComesIntoAGroupOfOptionsAtTheChosenOne) {
     expectChosenOptions<editor::frmHTMLMakeFont>();
     expectChosenOptions<editor::frmHTMLMakeList>();
     expectChosenOptions<shell::frmOptions>();
+}
+
+TEST_F(TabRing, OfTheCustomizeDialog) {
+    const QStringList sets{u"cmbSelectCustomize"_s, u"Btn_New"_s, u"Btn_Delete"_s};
+    const QStringList buttons{u"Btn_OK"_s, u"Btn_Cancel"_s};
+    const struct {
+        int category;
+        QStringList panel;
+    } cases[] = {
+        {0,
+         {u"txtHPTitle"_s, u"txtStyleSheetURL"_s, u"optTitleAlignLeft"_s, u"optDayTitleAlignLeft"_s, u"chkWeather"_s,
+          u"chkGenre"_s, u"chkVellLinkOn"_s, u"txtVellLinkText"_s, u"chkDayListUse"_s, u"optDayListTypeTable"_s,
+          u"chkAddTitle"_s, u"txtMarginLeft"_s, u"chkUseLog"_s, u"optLogTypeNormal"_s, u"optLogAlignLeft"_s}},
+        {1, {u"cmbHeadTag"_s, u"Btn_Head_New"_s}},
+        {3,
+         {u"cmbColor_Text"_s, u"Btn_ColorEx_Text"_s, u"Btn_GetColor_Text"_s, u"cmbColor_Back"_s, u"Btn_ColorEx_Back"_s,
+          u"Btn_GetColor_Back"_s, u"cmbColor_Link"_s, u"Btn_ColorEx_Link"_s, u"Btn_GetColor_Link"_s,
+          u"cmbColor_ALink"_s, u"Btn_ColorEx_ALink"_s, u"Btn_GetColor_ALink"_s, u"cmbColor_VLink"_s,
+          u"Btn_ColorEx_VLink"_s, u"Btn_GetColor_VLink"_s, u"txtBGImage"_s, u"Btn_OpenFolder_BGImage"_s}},
+        {4, {u"OptUpDownUp"_s, u"cmbUpDownText"_s, u"Btn_New_UpDwn"_s, u"Btn_Delete_UpDwn"_s, u"txtUpDownText"_s}},
+        {10, {u"chkPageMoveOn"_s, u"optPageMoveAlignCenter"_s, u"optLanguageJapanese"_s, u"txtSeparetor"_s}},
+    };
+    writePiece(u"one"_s, "1");
+    setSetting(site::keys::body::kUpText, u"one"_s);
+    auto& window = shownWindow<site::frmCustomize>(context);
+    auto& categories = control<QComboBox>(window, u"cmbCategory"_s);
+    for (const auto& c : cases) {
+        categories.setCurrentIndex(c.category);
+        Q_EMIT categories.activated(c.category);
+        categories.setFocus();
+        settle();
+        expectRing(window, QStringList{u"cmbCategory"_s} + sets + c.panel + buttons);
+    }
+    window.reject();
+    settle();
 }
 
 TEST_F(TabRing, OfTheOthers) {

@@ -25,6 +25,7 @@ namespace velloria::site {
 namespace {
 
 constexpr std::chrono::milliseconds kPictureDelay{400};
+constexpr QSize kPictureSize(260, 240); ///< with it the window still fits a small screen
 
 } // namespace
 
@@ -36,6 +37,7 @@ frmCustomize::frmCustomize(desktop::Context& context)
     , m_preview(context, *this)
     , m_picture(new SetPicture(context, this)) {
     ui->setupUi(this);
+    m_picture->setFixedSize(kPictureSize);
     ui->picture->addWidget(m_picture);
     ui->picture->addStretch(1);
     addPanels();
@@ -53,6 +55,8 @@ frmCustomize::frmCustomize(desktop::Context& context)
         else
             LivePreview::settlePage(m_context.session);
     });
+    // The window of the preview is its better picture.
+    m_picture->setVisible(!m_realTime);
 }
 
 frmCustomize::~frmCustomize() = default;
@@ -106,8 +110,10 @@ void frmCustomize::connectControls() {
     connect(ui->Btn_Apply, &QPushButton::clicked, this, [this] { run([this] { Btn_Apply_Click(); }); });
     m_pictureDelay.setSingleShot(true);
     m_pictureDelay.setInterval(kPictureDelay);
-    connect(&m_pictureDelay, &QTimer::timeout, this,
-            [this] { m_picture->showSet(selectedCustomizeSet(m_context.session)); });
+    connect(&m_pictureDelay, &QTimer::timeout, this, [this] {
+        if (m_picture->isVisible())
+            m_picture->showSet(selectedCustomizeSet(m_context.session));
+    });
 }
 
 // ---- what is shown
@@ -139,8 +145,8 @@ void frmCustomize::loadSet() {
     {
         const QScopedValueRollback loading(m_loading, true);
         m_table.load(m_context.session);
-        for (const RowPanel* panel : m_rowPanels)
-            panel->enableRows();
+        for (RowPanel* panel : m_rowPanels)
+            panel->settle();
     }
     m_watch.look();
     run([this] { loadPiece(); });

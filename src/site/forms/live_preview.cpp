@@ -28,8 +28,9 @@ void LivePreview::show() {
     window.setAttribute(Qt::WA_ShowWithoutActivating);
     if (!desktop::readPlace(m_context.session, core::keys::kMiniBrowserPlace).left) {
         const QMargins frame = desktop::frameOf(m_dialog);
-        const QRect beside = desktop::movedBeside(QRect(window.pos(), window.size().grownBy(frame)),
-                                                  m_dialog.frameGeometry(), m_dialog.screen()->availableGeometry());
+        const QPoint top(0, m_dialog.frameGeometry().top());
+        const QRect beside = desktop::movedBeside(QRect(top, window.size().grownBy(frame)), m_dialog.frameGeometry(),
+                                                  m_dialog.screen()->availableGeometry());
         window.resize(beside.size().shrunkBy(frame));
         window.move(beside.topLeft());
     }

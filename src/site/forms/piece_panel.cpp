@@ -44,16 +44,17 @@ QPushButton* button(const QString& name, const QString& caption, QWidget* parent
 } // namespace
 
 PiecePanel::PiecePanel(desktop::Context& context, CustomizePanel panel, QWidget& cancel)
-    : m_context(context)
-    , m_names(new desktop::Combo(this))
-    , m_pane(new desktop::TextPane(this))
-    , m_new(button(namesOf(panel).make, u"新規..."_s, this))
-    , m_delete(button(namesOf(panel).remove, u"消去"_s, this)) {
+    : m_context(context) {
     setObjectName(nameOf(panel).toString());
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins({});
     if (panel == CustomizePanel::HeadFoot)
         addHalves();
+    // Made in the order in which the Tab key leads through them.
+    m_names = new desktop::Combo(this);
+    m_new = button(namesOf(panel).make, u"新規..."_s, this);
+    m_delete = button(namesOf(panel).remove, u"消去"_s, this);
+    m_pane = new desktop::TextPane(this);
     auto* label = new QLabel(u"テキスト"_s);
     label->setBuddy(m_names);
     m_names->setObjectName(namesOf(panel).box);

@@ -52,10 +52,10 @@ private:
     void addPane(QWidget& cancel);
 
     desktop::Context& m_context;
-    desktop::Combo* m_names;
-    desktop::TextPane* m_pane;
-    QPushButton* m_new;
-    QPushButton* m_delete;
+    desktop::Combo* m_names = nullptr;
+    desktop::TextPane* m_pane = nullptr;
+    QPushButton* m_new = nullptr;
+    QPushButton* m_delete = nullptr;
     QFrame* m_state = nullptr; ///< of the options, "Head" or "Foot"
     QRadioButton* m_up = nullptr;
     QRadioButton* m_down = nullptr;

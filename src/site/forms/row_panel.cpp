@@ -216,6 +216,12 @@ void RowPanel::choosePicture(QWidget& box) {
     Q_EMIT chosen(&box);
 }
 
+void RowPanel::settle() {
+    enableRows();
+    for (QLineEdit* box : findChildren<QLineEdit*>())
+        box->home(false);
+}
+
 void RowPanel::enableRows() const {
     for (const auto& [flag, control] : m_needs) {
         const bool mustBeOff = flag.startsWith(u'!');

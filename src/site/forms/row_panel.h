@@ -23,8 +23,8 @@ public:
     /// Its settings, with the controls that edit them.
     std::vector<desktop::SettingsRow> settings;
 
-    /// Rows that mean nothing now are disabled. After the controls have been filled.
-    void enableRows() const;
+    /// After the controls have been filled: rows that mean nothing now are disabled, lines show their beginning.
+    void settle();
 
 Q_SIGNALS:
     /// Another text in a box, by whomever.
@@ -38,6 +38,7 @@ Q_SIGNALS:
 private:
     using Grid = QGridLayout;
 
+    void enableRows() const;
     void addRow(const CustomizeRow& row, Grid& grid);
     void addText(const CustomizeRow& row, Grid& grid);
     void addFlag(const CustomizeRow& row, Grid& grid);
