@@ -8,8 +8,11 @@
 #include "exchange/clipboard_import.h"
 #include "registers/file_registration.h"
 #include "registers/log_registration.h"
+#include "site/customize_set_commands.h"
+#include "site/customize_sets.h"
 #include "site/site_home.h"
 #include "site/site_rebuild.h"
+#include "site/text_piece.h"
 #include "store/database_file.h"
 #include "store/genre_list.h"
 #include "support/faulty_disk.h"
@@ -326,6 +329,35 @@ TEST_F(FaultWalk, ChangingSettings) {
         change.set(session, core::keys::kFtpUrl, u"h.example"_s);
         change.write();
     }});
+}
+
+TEST_F(FaultWalk, TakingTheBackupOfASet) {
+    walk({[this] { site::CustomizeBackup(session).take(); }});
+}
+
+TEST_F(FaultWalk, TakingASetBack) {
+    site::CustomizeBackup backup(session);
+    backup.take();
+    setSetting(keys::general::kHPTitle, u"tried out"_s);
+    walk({[&] {
+        backup.restore();
+        site::CustomizeBackup(session).drop();
+    }});
+}
+
+TEST_F(FaultWalk, DeletingACustomizeSet) {
+    writeFile(site::customizeSetFile(session, u"next"_s), "[General]\r\n");
+    const QString name = site::selectedCustomizeSet(session);
+    walk({[this, name] {
+        site::CustomizeBackup backup(session);
+        if (exists(site::customizeSetFile(session, name)))
+            site::deleteCustomizeSet(session, backup, name);
+    }});
+}
+
+TEST_F(FaultWalk, SavingATextPiece) {
+    site::writeTextPiece(session, u"one"_s, u"old"_s);
+    walk({[this] { site::writeTextPiece(session, u"one"_s, u"new"_s); }});
 }
 
 TEST_F(FaultWalk, BackingTheDiaryUp) {
