@@ -14,6 +14,7 @@
 #include "shell/data_folder.h"
 #include "shell/factory_files.h"
 #include "shell/plugins.h"
+#include "shell/settings_file.h"
 #include "shell/users.h"
 #include "store/database_file.h"
 #include "store/migration.h"
@@ -49,15 +50,6 @@ const std::array<KeptPath, 5> kKeptPaths{{
     {keys::kHaloScanIni, &Session::HaloScanIniFile, files::kHaloScanIni},
     {keys::kBlogIni, &Session::BlogIniFile, files::kBlogIni},
 }};
-
-/// A settings file that is no text at all would read as if every key were missing, and so would one behind a link that
-/// leads nowhere.
-void refuseUnreadable(const QString& file) {
-    const std::optional<QByteArray> bytes = platform::readFileIfThere(existingPath(file));
-    if (bytes && bytes->contains('\0'))
-        throw platform::Failure(u"設定ファイルを読み取れません。"_s, file, u"テキストではありません"_s,
-                                u"バックアップから戻すか、削除してからもう一度実行してください。"_s);
-}
 
 } // namespace
 
@@ -104,7 +96,7 @@ StartResult Startup::resolveUser(const std::optional<Login>& login) {
     }
     if (!login)
         return StartResult::Ended;
-    refuseUnreadable(factory().path(files::kUsers.name));
+    refuseUnreadableSettings(factory().path(files::kUsers.name));
     users.rememberLogin(login->id);
     if (!users.UserCheck(login->id, login->password)) {
         m_desk.message(MessageKind::Critical, u"不正なユーザもしくはパスワードです。\r\nVelloriaを終了します。"_s);
@@ -153,13 +145,13 @@ bool Startup::copyFirstSettings() const {
     if (fileExists(m_session.DiaryIniFile))
         return false;
     if (factory().has(files::kSettings.name)) {
-        refuseUnreadable(factory().path(files::kSettings.name));
+        refuseUnreadableSettings(factory().path(files::kSettings.name));
         factory().copy(files::kSettings.name, m_session.DiaryIniFile, kOwnerOnly);
         return false;
     }
     if (!factory().has(files::kFirstSettings.name))
         return false;
-    refuseUnreadable(factory().path(files::kFirstSettings.name));
+    refuseUnreadableSettings(factory().path(files::kFirstSettings.name));
     // In one piece: settings without a data folder would ask for one at the next start.
     const QByteArray settings = platform::changedProfile(
         platform::readFile(factory().path(files::kFirstSettings.name)), keys::kDataPath.section.toString(),
@@ -180,7 +172,7 @@ void Startup::copyFirstDiary() const {
 }
 
 void Startup::readStoredPaths() {
-    refuseUnreadable(m_session.DiaryIniFile);
+    refuseUnreadableSettings(m_session.DiaryIniFile);
     const Settings settings(m_session);
     m_session.DataPath = folderOfSetting(settings.text(keys::kDataPath));
     m_session.FilePath = folderOfSetting(settings.text(keys::kSaveFilePath));
@@ -237,11 +229,11 @@ void Startup::findSettingsFiles() {
         QString path = Settings(m_session).text(file.setting);
         // What is there and can't be read is not missing: the default does not take its place.
         if (isAbsoluteFolder(path) && !QFileInfo(existingPath(path)).isDir())
-            refuseUnreadable(path);
+            refuseUnreadableSettings(path);
         if (!isAbsoluteFolder(path) || !fileExists(path)) {
             path = file.standard.in(m_session);
             defaults.set(m_session, file.setting, path);
-            refuseUnreadable(path);
+            refuseUnreadableSettings(path);
         }
         m_session.*file.path = path;
     }

@@ -8,6 +8,7 @@
 #include "platform/directory.h"
 #include "platform/file_read.h"
 #include "platform/profile_sections.h"
+#include "shell/settings_file.h"
 
 #include <algorithm>
 
@@ -20,6 +21,11 @@ namespace {
 /// The section that every try to log in writes: whoever types its name must not become a user by that.
 bool isOfLastLogin(const QString& section) {
     return section.compare(kPreviousUser.section, Qt::CaseInsensitive) == 0;
+}
+
+/// Whether both names find the same section.
+bool areOneSection(const QString& left, const QString& right) {
+    return left.toUtf8().toLower() == right.toUtf8().toLower(); // lower case of UTF-8 is that of ASCII alone
 }
 
 } // namespace
@@ -37,9 +43,10 @@ bool Users::exist() const {
 std::vector<User> Users::all() const {
     const core::IniReader file(m_file);
     std::vector<User> users;
-    for (const QString& section : platform::profileSections(m_file)) {
-        if (!isOfLastLogin(section) && file.text(core::inSection(kUserId, section)) == section)
-            users.push_back({section, folderOf(file, section)});
+    for (const QString& section : sections()) {
+        const QString id = file.text(core::inSection(kUserId, section));
+        if (!isOfLastLogin(section) && areOneSection(id, section))
+            users.push_back({id, folderOf(file, id)});
     }
     return users;
 }
@@ -57,8 +64,8 @@ bool Users::hasAny() const {
 
 bool Users::isTaken(const QString& id) const {
     const core::IniReader file(m_file);
-    const QStringList sections = platform::profileSections(m_file);
-    return std::any_of(sections.begin(), sections.end(), [&](const QString& section) {
+    const QStringList names = sections();
+    return std::any_of(names.begin(), names.end(), [&](const QString& section) {
         return section.compare(id, Qt::CaseInsensitive) == 0 && !file.text(core::inSection(kUserId, section)).isEmpty();
     });
 }
@@ -87,6 +94,11 @@ void Users::rememberLogin(const QString& id) const {
     core::SettingsChange login;
     login.set(m_file, kPreviousUser, id);
     login.writeQuietly();
+}
+
+QStringList Users::sections() const {
+    refuseUnreadableSettings(m_file);
+    return platform::profileSections(m_file);
 }
 
 QString Users::folderOf(const core::IniReader& file, const QString& id) const {

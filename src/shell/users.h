@@ -22,7 +22,9 @@ public:
 
     /// Whether there is a user file at all, even an empty one. Throws platform::Failure for a link that leads nowhere.
     bool exist() const;
-    /// The sections that hold their own name, in the file's order, however many there are.
+    /// The sections that hold their own name as `ID`, in the file's order, however many there are. The letters of the
+    /// `ID` count: a section is found whatever its case, so that a user may have got that of a deleted "Taro" as
+    /// "taro". This and what rests on it throws platform::Failure for a file that is no text.
     std::vector<User> all() const;
     QStringList ids() const;
     /// Whether any section names a user.
@@ -51,6 +53,7 @@ public:
     void rememberLogin(const QString& id) const;
 
 private:
+    QStringList sections() const;
     QString folderOf(const core::IniReader& file, const QString& id) const;
     QString valueOf(const core::Setting& setting, const QString& id) const;
 

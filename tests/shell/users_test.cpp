@@ -38,6 +38,22 @@ TEST_F(Users, AreTheSectionsThatHoldTheirOwnName) {
     EXPECT_TRUE(users().hasAny());
 }
 
+/// As it is found: somebody made anew where "Taro" was deleted has the section of that one.
+TEST_F(Users, MayHaveASectionThatIsSpeltInAnotherCase) {
+    put("[Taro]\r\nPath=/t/\r\nID=taro\r\n[a]\r\nID=A\r\n[b]\r\nID=a\r\n[Ｃ]\r\nID=ｃ\r\n");
+    EXPECT_EQ(users().ids(), (QStringList{u"taro"_s, u"A"_s}));
+    EXPECT_EQ(users().all().front().folder, u"/t/"_s);
+    for (const QString& id : users().ids())
+        EXPECT_TRUE(users().UserExists(id)) << id.toStdString();
+}
+
+TEST_F(Users, OfAFileThatIsNoTextAreNotTakenForNone) {
+    put(QByteArray("[\0t\0a\0r\0o\0]\0", 12));
+    const QString failure = failureOf([&] { users().hasAny(); });
+    EXPECT_TRUE(failure.contains(u"設定ファイルを読み取れません。"_s) && failure.contains(file()));
+    EXPECT_NE(failureOf([&] { users().isTaken(u"taro"_s); }), QString());
+}
+
 TEST_F(Users, ExistByTheLetterOfTheirName) {
     put("[Taro]\r\nID=Taro\r\n[hanako]\r\nPath=/h/\r\n");
     EXPECT_TRUE(users().UserExists(u"Taro"_s));
