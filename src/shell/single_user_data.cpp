@@ -8,6 +8,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "shell/settings_file.h"
 #include "store/database_file.h"
 
 #include <QFile>
@@ -115,7 +116,9 @@ void copyBesides(const QString& from, const QString& to, unsigned mode) {
 
 QString firstOf(const core::File& file, std::initializer_list<QString> folders) {
     for (const QString& folder : folders) {
-        if (const QString path = platform::existingPath(file.below(folder)); platform::fileExists(path))
+        const QString path = platform::existingPath(file.below(folder));
+        platform::refuseLostLink(path); // to a disk that is not there: what lies in the next folder is older
+        if (platform::fileExists(path))
             return path;
     }
     return {};
@@ -149,8 +152,10 @@ SingleUserData findSingleUserData(const core::Session& session) {
 }
 
 void moveSingleUserData(const SingleUserData& data, const QString& folder) {
+    // A user whose start can't read them could not go back alone.
     if (!data.diary.isEmpty())
-        store::requireDiaryFormat(data.diary);
+        store::GetDBVersion(data.diary);
+    refuseUnreadableSettings(data.settings);
     platform::makeFolder(core::GetParentFolder(folder), 0700);
     // Two moves to one user come one after the other: each backup gets a name of its own.
     const platform::FolderLock lock(core::GetParentFolder(folder));

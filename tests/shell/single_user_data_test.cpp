@@ -188,6 +188,34 @@ TEST_F(SingleUserData, ThatIsNoDiaryTakesNoPlace) {
     EXPECT_TRUE(contentOf(home.path()) == before);
 }
 
+/// The user could not start with any of them.
+TEST_F(SingleUserData, ThatNoStartCanReadTakesNoPlace) {
+    const auto expectRefusal = [this](const QString& name, const QString& reason) {
+        const auto before = contentOf(home.path());
+        const QString failure = failureOf([&] { take(); });
+        EXPECT_TRUE(failure.contains(reason) && failure.contains(path(u"UserData/"_s) + name)) << failure.toStdString();
+        EXPECT_TRUE(contentOf(home.path()) == before);
+    };
+    const QByteArray diary = bytesOf(path(u"UserData/diary.mdb"_s));
+    sql(u"DROP TABLE Contents"_s);
+    sql(u"DROP TABLE DBInfo"_s);
+    expectRefusal(u"diary.mdb"_s, u"日記データベースではありません。"_s);
+    writeFile(path(u"UserData/diary.mdb"_s), QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, '\0'));
+    expectRefusal(u"diary.mdb"_s, u"旧形式(Jet)の日記データベースです。"_s);
+    writeFile(path(u"UserData/diary.mdb"_s), diary);
+    writeFile(path(u"UserData/diary.ini"_s), QByteArray("[\0A\0L\0L\0]\0", 10));
+    expectRefusal(u"diary.ini"_s, u"設定ファイルを読み取れません。"_s);
+}
+
+/// What lies beside the program would be an older diary.
+TEST_F(SingleUserData, BehindALinkThatLeadsNowhereIsNotTakenForMissing) {
+    QFile::rename(path(u"UserData/diary.mdb"_s), path(u"diary.mdb"_s));
+    ASSERT_TRUE(QFile::link(path(u"gone.mdb"_s), path(u"UserData/diary.mdb"_s)));
+    const auto before = contentOf(taro());
+    EXPECT_NE(failureOf([&] { take(); }), QString());
+    EXPECT_TRUE(contentOf(taro()) == before);
+}
+
 /// A journal of the replaced diary would be rolled into the new one.
 TEST_F(SingleUserData, LeavesNoJournalBesideTheNewDiary) {
     writeFile(taro(u"diary.mdb-journal"_s), "");
