@@ -68,8 +68,7 @@ std::optional<QString> TerminalDesk::answerSecret(const QJsonObject& question) {
         return scriptedText();
     // Both: of two lines one after the other the text tells which one is meant.
     const QString prompt = question[u"title"_s].toString() + u" - "_s + question[u"text"_s].toString() + u": "_s;
-    const std::optional<QString> line = askOnTerminal(prompt, Echo::Off);
-    return line && !line->isEmpty() ? line : std::nullopt;
+    return askOnTerminal(prompt, Echo::Off); // an empty one is that of a user without a password
 }
 
 void TerminalDesk::showProgress(const QJsonObject& event) {

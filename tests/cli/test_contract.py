@@ -474,6 +474,17 @@ class Terminal(CliTest):
         self.assertNotIn("tecres", shown)
         self.assertIn("Pass=tfsdfu", read(self.home + "/velluser.ini").decode())
 
+    def test_a_user_without_a_password_presses_enter(self):
+        write(self.home + "/velluser.ini", "[taro]\r\nID=taro\r\n")
+        master, slave = pty.openpty()
+        self.addCleanup(os.close, master)
+        program = subprocess.Popen(self.command("user", "list", user="taro"), env=self.environment(), stdin=slave,
+                                   stdout=slave, stderr=slave, start_new_session=True)
+        os.close(slave)
+        os.read(master, 4096)
+        os.write(master, b"\n")
+        self.assertEqual(program.wait(600), 0)
+
     def test_a_password_is_not_shown(self):
         write(self.home + "/velluser.ini", "[taro]\r\nID=taro\r\nPass=ufsdft\r\n")
         master, slave = pty.openpty()
