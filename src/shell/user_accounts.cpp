@@ -155,16 +155,30 @@ void UserAccounts::furnish(const QString& id, const QString& password) const {
     user.write();
 }
 
-/// A user file that names nobody would keep everybody out.
+/// A user file that names nobody would keep everybody out: one that was made for this user goes as a whole.
 void UserAccounts::takeIdBack(const QString& id, bool isFirst) const {
-    core::SettingsChange end;
-    end.remove(m_users.file(), of(id, kUserId));
-    end.write();
-    if (!isFirst)
-        return;
+    try {
+        if (isFirst && removeFileOfNobodyBut(id))
+            return;
+        core::SettingsChange end;
+        end.remove(m_users.file(), of(id, kUserId));
+        end.write();
+        if (isFirst) // the others may have gone meanwhile
+            removeFileOfNobodyBut(id);
+    } catch (platform::Failure& failure) {
+        failure.addStage(u"ユーザー「%1」がパスワードなしで残っています"_s.arg(id));
+        throw;
+    }
+}
+
+/// Whether it did: another program may have made a user meanwhile.
+bool UserAccounts::removeFileOfNobodyBut(const QString& id) const {
     const platform::FolderLock lock(core::GetParentFolder(m_users.file()));
-    if (!m_users.hasAny()) // another program may have made one meanwhile
-        platform::removeFile(m_users.file());
+    const QStringList ids = m_users.ids();
+    if (!std::all_of(ids.begin(), ids.end(), [&](const QString& user) { return user == id; }))
+        return false;
+    platform::removeFile(m_users.file());
+    return true;
 }
 
 Outcome UserAccounts::changePassword() {

@@ -18,7 +18,8 @@ public:
 
     /// Makes a user with a folder, and with the first one the user file. The name is asked for unless it is `told`.
     /// When the password is cancelled (Refused) the user stays, without password and `Path`; when its two lines differ
-    /// the user goes again, and so does a file that was made for nobody else.
+    /// the user goes again, and so does a file that was made for nobody else. A user whom the machine does not let go
+    /// stays without a password too, which the Failure says.
     platform::Outcome makeUser(const std::optional<QString>& told = {});
 
     /// Of the logged-in user, who is not asked for the old one.
@@ -43,6 +44,7 @@ private:
     void furnish(const QString& id, const QString& password) const;
     void takeIdBack(const QString& id, bool isFirst) const;
     platform::Outcome refuse(const QString& text) const;
+    bool removeFileOfNobodyBut(const QString& id) const;
 
     core::Session& m_session;
     platform::Desk& m_desk;

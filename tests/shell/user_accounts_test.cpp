@@ -5,6 +5,7 @@
 #include "core/program_keys.h"
 #include "platform/code_page.h"
 #include "platform/profile_file.h"
+#include "support/faulty_disk.h"
 #include "support/test_home.h"
 
 #include <QDir>
@@ -227,6 +228,62 @@ TEST_F(UserAccounts, KeepTheirPasswordWhenTheChangeIsRefused) {
     const struct {
         QJsonArray answers;
         QStringList boxes;
+// ---- disks that refuse, at every call of the making
+
+class MakingOnABadDisk : public UserAccounts {
+protected:
+    /// False when the command came to its end before the n-th call.
+    bool step(const QByteArray& before, const QString& confirmation, Fault fault, int n) {
+        QDir(path(u"taro"_s)).removeRecursively();
+        QFile::remove(file());
+        if (!before.isNull())
+            writeFile(file(), before);
+        answer({u"taro"_s, u"abc"_s, confirmation});
+        QString refusal;
+        bool hasFailed = false;
+        if (fault == Fault::KilledProgram) {
+            hasFailed = !holdsInChild([&] {
+                FaultyDisk disk(home.path());
+                disk.failAt(fault, n);
+                failureOf([&] { accounts().makeUser(); });
+                return true;
+            });
+        } else {
+            FaultyDisk disk(home.path());
+            disk.failAt(fault, n);
+            refusal = failureOf([&] { accounts().makeUser(); });
+            hasFailed = disk.hasFailed();
+        }
+        const QByteArray after = users().exist() ? bytesOf(file()) : QByteArray();
+        const std::string what = "fault " + std::to_string(int(fault)) + " at call " + std::to_string(n) + " " +
+                                 refusal.toStdString() + " " + after.toStdString();
+        EXPECT_TRUE(!users().exist() || users().hasAny()) << what << ": nobody can log in";
+        EXPECT_TRUE(after.startsWith(before)) << what;
+        const bool isThere = users().exist() && users().ids().contains(u"taro"_s);
+        EXPECT_TRUE(!isThere || users().UserCheck(u"taro"_s, u"abc"_s) || users().UserCheck(u"taro"_s, {})) << what;
+        if (!refusal.isEmpty()) {
+            EXPECT_EQ(isThere, refusal.startsWith(u"ユーザー「taro」がパスワードなしで残っています: "_s)) << what;
+            EXPECT_FALSE(exists(path(u"taro"_s)) && fault == Fault::FullDisk) << what;
+        }
+        return hasFailed && !HasFailure();
+    }
+};
+
+TEST_F(MakingOnABadDisk, KeepsNobodyOut) {
+    int faults = 0;
+    for (const QByteArray& before : {QByteArray(), QByteArray("[hanako]\r\nID=hanako\r\n")}) {
+        for (const QString& confirmation : {u"abc"_s, u"slip"_s}) {
+            for (const Fault fault : {Fault::FullDisk, Fault::IoError, Fault::BrokenDisk, Fault::KilledProgram}) {
+                int n = 1;
+                while (step(before, confirmation, fault, n))
+                    ++n;
+                faults += n - 1;
+            }
+        }
+    }
+    EXPECT_GT(faults, 100);
+}
+
     } cases[] = {
         {{kCancel}, {}},
         {{u"x"_s, kCancel}, {}},
