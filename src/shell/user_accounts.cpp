@@ -52,6 +52,12 @@ QString realFolder(const QString& folder) {
     return core::withSeparator(real.isEmpty() ? QDir::cleanPath(folder) : real);
 }
 
+/// The folder without "..", as the system follows them: behind a link they lead elsewhere than the name says.
+QString plainFolder(const QString& folder) {
+    const QString plain = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    return platform::isSameFile(plain, folder) ? core::withSeparator(plain) : realFolder(folder);
+}
+
 QString withoutSeparator(const QString& folder) {
     return core::GetParentFolder(folder);
 }
@@ -244,7 +250,7 @@ Outcome UserAccounts::changePath(const QString& id, const std::optional<QString>
         told ? told : m_desk.choosePath({platform::PathMode::Folder, u"ユーザーパスの指定"_s, {}, m_users.folder(id)});
     if (!chosen || chosen->isEmpty() || !QFileInfo(*chosen).isDir())
         return refuse(u"パスが不正なため、ユーザーパスの変更を中止します。"_s);
-    const QString folder = core::withSeparator(QDir::cleanPath(QFileInfo(*chosen).absoluteFilePath()));
+    const QString folder = plainFolder(*chosen);
     if (!isFolderFor(id, folder))
         return Outcome::Refused;
     core::SettingsChange change;

@@ -469,6 +469,20 @@ TEST_F(UserPath, IsOneThatTheFileCanKeep) {
 TEST_F(UserPath, OfCharactersThatTheCodePageLacksComesBack) {
     const QString folder = path(u"é〜😀"_s);
     ASSERT_TRUE(QDir().mkpath(folder));
+/// The system follows a link before it goes up.
+TEST_F(UserPath, BehindALinkIsTheFolderThatTheSystemFinds) {
+    QDir(home.path()).mkpath(u"disk/deep"_s);
+    QDir(home.path()).mkpath(u"disk/new"_s);
+    ASSERT_TRUE(QFile::link(path(u"disk/deep"_s), path(u"link"_s)));
+    answer({u"abc"_s});
+    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link/../new"_s)), Outcome::Done);
+    EXPECT_EQ(QFileInfo(key(u"taro"_s, u"Path"_s)).canonicalFilePath(),
+              QFileInfo(path(u"disk/new"_s)).canonicalFilePath());
+    answer({u"abc"_s});
+    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link"_s)), Outcome::Done);
+    EXPECT_EQ(key(u"taro"_s, u"Path"_s), path(u"link/"_s)) << "a link by its own name";
+}
+
     answer({u"abc"_s, folder});
     EXPECT_EQ(accounts().changePath(u"taro"_s), Outcome::Done);
     EXPECT_EQ(users().folder(u"taro"_s), folder + u'/');
