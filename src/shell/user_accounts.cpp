@@ -133,16 +133,29 @@ bool UserAccounts::isFree(const QString& id) const {
         refuse(u"その名前は使用できません。"_s);
     else if (m_users.isTaken(id))
         refuse(u"すでにそのユーザーは存在します。"_s);
+    else if (isAnothersFolder(id))
+        refuse(u"その名前のフォルダは、ほかのユーザーが使用しています。\r\n別の名前を指定してください。"_s);
     else
         return !QFileInfo::exists(m_users.defaultFolder(id)) || canWorkIn(m_users.defaultFolder(id));
     return false;
 }
 
+/// Whether the folder that the user would get is one of somebody else's. Who has chosen the program's own folder has
+/// everybody's in it, and keeps nobody out by that.
+bool UserAccounts::isAnothersFolder(const QString& id) const {
+    const QStringList around = othersAround(m_users.defaultFolder(id), id);
+    const QString home = realFolder(m_session.MyPath);
+    return !std::all_of(around.begin(), around.end(), [&](const QString& folder) { return home.startsWith(folder); });
+}
+
 /// It becomes a section, a value and a folder beside the program, where some names have another meaning.
 bool UserAccounts::isUsableName(const QString& id) const {
     constexpr qsizetype kLongestFileName = 255; // bytes, of every usual file system
-    const QString own[] = {kPreviousUser.section.toString(), core::files::kUserData.name,
-                           core::files::kFirstCustomize.name};
+    // What the program may still make there for itself.
+    const QString own[] = {kPreviousUser.section.toString(),   core::files::kUsers.name,
+                           core::files::kUserData.name,        core::files::kFirstCustomize.name,
+                           core::files::kCustomizeBackup.name, core::files::kCustomizeBackupOf.name,
+                           core::files::kOffers.name,          core::files::kArchives.name};
     const auto isOwn = [&id](const QString& name) { return id.compare(name, Qt::CaseInsensitive) == 0; };
     const auto isForbidden = [](QChar c) { return u"[]="_s.contains(c) || c.category() == QChar::Other_Control; };
     const QFileInfo there(withoutSeparator(m_users.defaultFolder(id)));
@@ -262,17 +275,21 @@ Outcome UserAccounts::changePath(const QString& id, const std::optional<QString>
 
 /// Says why when it is not.
 bool UserAccounts::isFolderFor(const QString& id, const QString& folder) const {
-    if (!isWithinAnothers(folder, id))
+    if (othersAround(folder, id).isEmpty())
         return mayBeDataFolder(folder, m_desk) && canWorkIn(folder);
     refuse(u"ほかのユーザーのフォルダは指定できません。\r\n別のフォルダを指定してください。"_s);
     return false;
 }
 
-bool UserAccounts::isWithinAnothers(const QString& folder, const QString& id) const {
+/// The folders of other users in which `folder` lies, or which it is.
+QStringList UserAccounts::othersAround(const QString& folder, const QString& id) const {
     const QString real = realFolder(folder);
-    const std::vector<User> users = m_users.all();
-    return std::any_of(users.begin(), users.end(),
-                       [&](const User& other) { return other.id != id && real.startsWith(realFolder(other.folder)); });
+    QStringList around;
+    for (const User& other : m_users.all()) {
+        if (const QString others = realFolder(other.folder); other.id != id && real.startsWith(others))
+            around += others;
+    }
+    return around;
 }
 
 bool UserAccounts::canWorkIn(const QString& folder) const {

@@ -38,13 +38,14 @@ private:
     bool isFree(const QString& id) const;
     bool isUsableName(const QString& id) const;
     bool canWorkIn(const QString& folder) const;
-    bool isWithinAnothers(const QString& folder, const QString& id) const;
+    bool isAnothersFolder(const QString& id) const;
+    QStringList othersAround(const QString& folder, const QString& id) const;
     bool isFolderFor(const QString& id, const QString& folder) const;
     bool hasPassword(const QString& id, const QString& whatStops) const;
     void furnish(const QString& id, const QString& password) const;
     void takeIdBack(const QString& id, bool isFirst) const;
-    platform::Outcome refuse(const QString& text) const;
     bool removeFileOfNobodyBut(const QString& id) const;
+    platform::Outcome refuse(const QString& text) const;
 
     core::Session& m_session;
     platform::Desk& m_desk;

@@ -151,12 +151,60 @@ TEST_F(UserAccounts, WithoutIdAreMadeAgain) {
     EXPECT_EQ(users().folder(u"taro"_s), path(u"taro/"_s));
 }
 
+TEST_F(UserAccounts, MadeWhereOneOfAnotherCaseWasDeletedAreUsersLikeAllOthers) {
+    writeFile(file(), "[Taro]\r\nPath=/old/\r\n");
+    EXPECT_EQ(make({u"taro"_s, u"abc"_s, u"abc"_s}), Outcome::Done);
+    EXPECT_EQ(users().ids(), QStringList{u"taro"_s});
+    EXPECT_TRUE(users().UserCheck(u"taro"_s, u"abc"_s));
+    EXPECT_EQ(users().folder(u"taro"_s), path(u"taro/"_s));
+    answer({u"abc"_s});
+    EXPECT_EQ(accounts().deleteUser(u"taro"_s), Outcome::Done);
+    EXPECT_FALSE(users().hasAny());
+}
+
+/// They would read and write one diary.
+TEST_F(UserAccounts, DoNotGetTheFolderOfAnother) {
+    addUser(u"hanako"_s, u"x"_s, path(u"taro"_s));
+    addUser(u"jiro"_s, u"x"_s, path(u"inner/"_s));
+    QDir(home.path()).mkpath(u"inner/deep"_s);
+    ASSERT_TRUE(QFile::link(path(u"inner/deep"_s), path(u"link"_s)));
+    const QByteArray before = bytesOf(file());
+    for (const QString& name : {u"taro"_s, u"link"_s}) {
+        EXPECT_EQ(make({name}), Outcome::Refused);
+        EXPECT_EQ(boxes(), QStringList{u"critical: その名前のフォルダは、ほかのユーザーが使用しています。\r\n"
+                                       "別の名前を指定してください。"_s});
+        EXPECT_TRUE(bytesOf(file()) == before);
+    }
+    // One who works beside the program has everybody's folder in theirs.
+    addUser(u"jiro"_s, u"x"_s, home.path() + u'/');
+    EXPECT_EQ(make({u"saburo"_s, u"p"_s, u"p"_s}), Outcome::Done);
+}
+
 TEST_F(UserAccounts, BearNoNameThatMeansSomethingElse) {
     writeFile(path(u"plainfile"_s), "");
-    QStringList names{
-        u" "_s,  u"　"_s,     u"Previous"_s,    u"previous"_s,      u"UserData"_s,       u"USERDATA"_s, u"Customize"_s,
-        u"."_s,  u".."_s,     u"a:b"_s,         QString(300, u'a'), QString(300, u'あ'), u"😀"_s,        u"é"_s,
-        u"〜"_s, u"&#233;"_s, u"default.ini"_s, u"plainfile"_s,     QString(90, u'あ'),  u"a\u007Fb"_s};
+    QStringList names{u" "_s,
+                      u"　"_s,
+                      u"Previous"_s,
+                      u"previous"_s,
+                      u"UserData"_s,
+                      u"USERDATA"_s,
+                      u"Customize"_s,
+                      u"velluser.ini"_s,
+                      u"Customize.bak"_s,
+                      u"update.lst"_s,
+                      u"."_s,
+                      u".."_s,
+                      u"a:b"_s,
+                      QString(300, u'a'),
+                      QString(300, u'あ'),
+                      u"😀"_s,
+                      u"é"_s,
+                      u"〜"_s,
+                      u"&#233;"_s,
+                      u"default.ini"_s,
+                      u"plainfile"_s,
+                      QString(90, u'あ'),
+                      u"a\u007Fb"_s};
     for (const char16_t c : u"/\\[]=\t\n\x01"_s.toStdU16String())
         names += u"a"_s + QChar(c) + u"b"_s;
     for (const QString& name : names) {
@@ -180,54 +228,6 @@ TEST_F(UserAccounts, MayBearAnyOtherName) {
     EXPECT_EQ(users().ids().size(), 9);
 }
 
-TEST_F(UserAccounts, AreNotMadeWhenTheFileIsReadOnly) {
-    addUser(u"hanako"_s, u"x"_s);
-    const QByteArray before = bytesOf(file());
-    QFile::setPermissions(file(), QFile::ReadOwner);
-    answer({u"taro"_s});
-    EXPECT_NE(failureOf([&] { accounts().makeUser(); }), QString());
-    EXPECT_TRUE(bytesOf(file()) == before);
-    EXPECT_FALSE(exists(path(u"taro"_s)));
-}
-
-TEST_F(UserAccounts, AreNotMadeOverAFolderThatTakesNothing) {
-    QDir(home.path()).mkpath(u"taro"_s);
-    ASSERT_EQ(::chmod(QFile::encodeName(home.path()).constData(), 0777), 0);
-    ASSERT_EQ(::chmod(QFile::encodeName(path(u"taro"_s)).constData(), 0555), 0);
-    EXPECT_TRUE(holdsForNobody([&] {
-        answer({u"taro"_s});
-        return accounts().makeUser() == Outcome::Refused && !exists(file()) &&
-               boxes() == QStringList{u"critical: フォルダに書き込めません。\r\n"_s + path(u"taro/"_s)};
-    }));
-}
-
-// ---- changing a password
-
-TEST_F(UserAccounts, ChangeTheirPassword) {
-    addUser(u"taro"_s, u"abc"_s);
-    session.UserID = u"taro"_s;
-    answer({u"new"_s, u"new"_s});
-    EXPECT_EQ(accounts().changePassword(), Outcome::Done);
-    EXPECT_EQ(prompts(), (QStringList{u"新しいパスワードの入力: パスワード"_s,
-                                      u"新しいパスワードの入力: パスワード（確認用）"_s}));
-    EXPECT_EQ(boxes(), QStringList{u"plain: パスワードの変更が完了しました！"_s});
-    EXPECT_TRUE(users().UserCheck(u"taro"_s, u"new"_s));
-}
-
-TEST_F(UserAccounts, ChangeNoPasswordWithoutALogin) {
-    addUser(u"taro"_s, u"abc"_s);
-    answer({});
-    EXPECT_EQ(accounts().changePassword(), Outcome::Refused);
-    EXPECT_EQ(boxes(), QStringList{u"critical: ユーザー名が空白の場合は、パスワードの変更はできません。"_s});
-}
-
-TEST_F(UserAccounts, KeepTheirPasswordWhenTheChangeIsRefused) {
-    addUser(u"taro"_s, u"abc"_s);
-    session.UserID = u"taro"_s;
-    const QByteArray before = bytesOf(file());
-    const struct {
-        QJsonArray answers;
-        QStringList boxes;
 // ---- disks that refuse, at every call of the making
 
 class MakingOnABadDisk : public UserAccounts {
@@ -284,6 +284,54 @@ TEST_F(MakingOnABadDisk, KeepsNobodyOut) {
     EXPECT_GT(faults, 100);
 }
 
+TEST_F(UserAccounts, AreNotMadeWhenTheFileIsReadOnly) {
+    addUser(u"hanako"_s, u"x"_s);
+    const QByteArray before = bytesOf(file());
+    QFile::setPermissions(file(), QFile::ReadOwner);
+    answer({u"taro"_s});
+    EXPECT_NE(failureOf([&] { accounts().makeUser(); }), QString());
+    EXPECT_TRUE(bytesOf(file()) == before);
+    EXPECT_FALSE(exists(path(u"taro"_s)));
+}
+
+TEST_F(UserAccounts, AreNotMadeOverAFolderThatTakesNothing) {
+    QDir(home.path()).mkpath(u"taro"_s);
+    ASSERT_EQ(::chmod(QFile::encodeName(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(path(u"taro"_s)).constData(), 0555), 0);
+    EXPECT_TRUE(holdsForNobody([&] {
+        answer({u"taro"_s});
+        return accounts().makeUser() == Outcome::Refused && !exists(file()) &&
+               boxes() == QStringList{u"critical: フォルダに書き込めません。\r\n"_s + path(u"taro/"_s)};
+    }));
+}
+
+// ---- changing a password
+
+TEST_F(UserAccounts, ChangeTheirPassword) {
+    addUser(u"taro"_s, u"abc"_s);
+    session.UserID = u"taro"_s;
+    answer({u"new"_s, u"new"_s});
+    EXPECT_EQ(accounts().changePassword(), Outcome::Done);
+    EXPECT_EQ(prompts(), (QStringList{u"新しいパスワードの入力: パスワード"_s,
+                                      u"新しいパスワードの入力: パスワード（確認用）"_s}));
+    EXPECT_EQ(boxes(), QStringList{u"plain: パスワードの変更が完了しました！"_s});
+    EXPECT_TRUE(users().UserCheck(u"taro"_s, u"new"_s));
+}
+
+TEST_F(UserAccounts, ChangeNoPasswordWithoutALogin) {
+    addUser(u"taro"_s, u"abc"_s);
+    answer({});
+    EXPECT_EQ(accounts().changePassword(), Outcome::Refused);
+    EXPECT_EQ(boxes(), QStringList{u"critical: ユーザー名が空白の場合は、パスワードの変更はできません。"_s});
+}
+
+TEST_F(UserAccounts, KeepTheirPasswordWhenTheChangeIsRefused) {
+    addUser(u"taro"_s, u"abc"_s);
+    session.UserID = u"taro"_s;
+    const QByteArray before = bytesOf(file());
+    const struct {
+        QJsonArray answers;
+        QStringList boxes;
     } cases[] = {
         {{kCancel}, {}},
         {{u"x"_s, kCancel}, {}},
@@ -421,6 +469,20 @@ TEST_F(UserPath, IsTheFolderThatIsChosenAndNothingMoves) {
     EXPECT_FALSE(exists(path(u"new/diary.ini"_s)));
 }
 
+/// The system follows a link before it goes up.
+TEST_F(UserPath, BehindALinkIsTheFolderThatTheSystemFinds) {
+    QDir(home.path()).mkpath(u"disk/deep"_s);
+    QDir(home.path()).mkpath(u"disk/new"_s);
+    ASSERT_TRUE(QFile::link(path(u"disk/deep"_s), path(u"link"_s)));
+    answer({u"abc"_s});
+    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link/../new"_s)), Outcome::Done);
+    EXPECT_EQ(QFileInfo(key(u"taro"_s, u"Path"_s)).canonicalFilePath(),
+              QFileInfo(path(u"disk/new"_s)).canonicalFilePath());
+    answer({u"abc"_s});
+    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link"_s)), Outcome::Done);
+    EXPECT_EQ(key(u"taro"_s, u"Path"_s), path(u"link/"_s)) << "a link by its own name";
+}
+
 TEST_F(UserPath, ThatIsToldIsNotAskedFor) {
     answer({u"xyz"_s});
     EXPECT_EQ(accounts().changePath(u"hanako"_s, path(u"new"_s)), Outcome::Done);
@@ -469,20 +531,6 @@ TEST_F(UserPath, IsOneThatTheFileCanKeep) {
 TEST_F(UserPath, OfCharactersThatTheCodePageLacksComesBack) {
     const QString folder = path(u"é〜😀"_s);
     ASSERT_TRUE(QDir().mkpath(folder));
-/// The system follows a link before it goes up.
-TEST_F(UserPath, BehindALinkIsTheFolderThatTheSystemFinds) {
-    QDir(home.path()).mkpath(u"disk/deep"_s);
-    QDir(home.path()).mkpath(u"disk/new"_s);
-    ASSERT_TRUE(QFile::link(path(u"disk/deep"_s), path(u"link"_s)));
-    answer({u"abc"_s});
-    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link/../new"_s)), Outcome::Done);
-    EXPECT_EQ(QFileInfo(key(u"taro"_s, u"Path"_s)).canonicalFilePath(),
-              QFileInfo(path(u"disk/new"_s)).canonicalFilePath());
-    answer({u"abc"_s});
-    EXPECT_EQ(accounts().changePath(u"taro"_s, path(u"link"_s)), Outcome::Done);
-    EXPECT_EQ(key(u"taro"_s, u"Path"_s), path(u"link/"_s)) << "a link by its own name";
-}
-
     answer({u"abc"_s, folder});
     EXPECT_EQ(accounts().changePath(u"taro"_s), Outcome::Done);
     EXPECT_EQ(users().folder(u"taro"_s), folder + u'/');
