@@ -31,6 +31,7 @@ namespace {
 constexpr unsigned kOwnersFolder = 0700;
 
 const QString kPasswordCaption = u"パスワードの入力"_s;
+const QString kTaken = u"すでにそのユーザーは存在します。"_s;
 const QString kChooseUser = u"ユーザーを選択してください。"_s;
 const QString kRestart = u"Velloriaを再起動してください。"_s;
 
@@ -98,9 +99,8 @@ Outcome UserAccounts::makeUser(const std::optional<QString>& told) {
     if ((!told && name.isEmpty()) || !isFree(id))
         return Outcome::Refused;
     const bool isFirst = !m_users.exist();
-    core::SettingsChange start;
-    start.set(m_users.file(), of(id, kUserId), id);
-    start.write();
+    if (!m_users.add(id))
+        return refuse(kTaken);
     const std::optional<platform::Passwords> typed =
         m_desk.passwords(kPasswordCaption, PasswordLines::WithConfirmation);
     if (!typed) {
@@ -132,7 +132,7 @@ bool UserAccounts::isFree(const QString& id) const {
     if (!isUsableName(id))
         refuse(u"その名前は使用できません。"_s);
     else if (m_users.isTaken(id))
-        refuse(u"すでにそのユーザーは存在します。"_s);
+        refuse(kTaken);
     else if (isAnothersFolder(id))
         refuse(u"その名前のフォルダは、ほかのユーザーが使用しています。\r\n別の名前を指定してください。"_s);
     else

@@ -7,8 +7,11 @@
 #include "core/settings_change.h"
 #include "platform/directory.h"
 #include "platform/file_read.h"
+#include "platform/file_write.h"
 #include "platform/profile_sections.h"
 #include "shell/settings_file.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -68,6 +71,21 @@ bool Users::isTaken(const QString& id) const {
     return std::any_of(names.begin(), names.end(), [&](const QString& section) {
         return section.compare(id, Qt::CaseInsensitive) == 0 && !file.text(core::inSection(kUserId, section)).isEmpty();
     });
+}
+
+bool Users::add(const QString& id) const {
+    constexpr unsigned kOwnerOnly = 0600;
+    platform::refuseLostLink(m_file);
+    const QFileInfo info(m_file);
+    const QString file = info.exists() ? info.canonicalFilePath() : m_file;
+    // Held over both: of two programs that make the same user the later one would take over the other's.
+    const platform::FolderLock lock(QFileInfo(file).path());
+    if (isTaken(id))
+        return false;
+    const QByteArray before = platform::readFileIfThere(file).value_or(QByteArray());
+    platform::replaceFile(file, platform::changedProfile(before, id, kUserId.name.toString(), id),
+                          platform::Durability::Durable, kOwnerOnly);
+    return true;
 }
 
 bool Users::UserCheck(const QString& id, const QString& password) const {

@@ -33,6 +33,10 @@ public:
     /// meant.
     bool isTaken(const QString& id) const;
 
+    /// Makes a user of nothing but the `ID`, and the file if need be. False when the name is taken, if only by another
+    /// program a moment ago. Throws platform::Failure when the machine refuses.
+    bool add(const QString& id) const;
+
     /// Whether key `ID` of section `id` equals `id` and the unscrambled `Pass` equals `password`. Both keys read as ""
     /// when they are missing, so an empty id with an empty password passes. The section of the last login is nobody's.
     bool UserCheck(const QString& id, const QString& password) const;

@@ -1,5 +1,6 @@
 """User accounts by command: made, listed, changed, deleted, and given what a single user has written."""
 
+import concurrent.futures
 import os
 import stat
 import unittest
@@ -111,6 +112,16 @@ class Add(AccountsTest):
         result = self.user("add", "taro", answers=["new", "new"])
         self.assertEqual(result.boxes[-1], made("taro"))
         self.assertEqual(self.user("list", login="taro", password="new").rows, [["taro", self.home + "/taro/"]])
+
+    def test_of_the_same_name_at_once_one_is_made(self):
+        self.add("taro")
+        for name in ("a", "b", "c"):
+            line = self.command("--events", "user", "add", name, answers=["p", "p"], user="taro")
+            with concurrent.futures.ThreadPoolExecutor(8) as pool:
+                results = list(pool.map(lambda _: self.execute(line, environment={"VELLORIA_PASSWORD": "abc"}), range(8)))
+            self.assertEqual(sorted(result.boxes for result in results),
+                             [["critical: すでにそのユーザーは存在します。"]] * 7 + [[made(name)]])
+            self.assertEqual([result.code for result in results].count(0), 1)
 
     def test_a_read_only_file(self):
         self.add("taro")

@@ -38,6 +38,21 @@ TEST_F(Users, AreTheSectionsThatHoldTheirOwnName) {
     EXPECT_TRUE(users().hasAny());
 }
 
+TEST_F(Users, AreAddedOnce) {
+    EXPECT_TRUE(users().add(u"taro"_s));
+    EXPECT_FALSE(users().add(u"Taro"_s));
+    EXPECT_EQ(bytesOf(file()), "[taro]\r\nID=taro\r\n");
+    EXPECT_EQ(modeOf(file()), 0600U);
+    put("[taro]\r\nPath=/x/\r\n");
+    EXPECT_TRUE(users().add(u"taro"_s));
+    EXPECT_EQ(bytesOf(file()), "[taro]\r\nPath=/x/\r\nID=taro\r\n");
+    put("");
+    QFile::rename(file(), path(u"elsewhere.ini"_s));
+    ASSERT_TRUE(QFile::link(path(u"elsewhere.ini"_s), file()));
+    EXPECT_TRUE(users().add(u"taro"_s));
+    EXPECT_TRUE(QFileInfo(file()).isSymLink());
+}
+
 /// As it is found: somebody made anew where "Taro" was deleted has the section of that one.
 TEST_F(Users, MayHaveASectionThatIsSpeltInAnotherCase) {
     put("[Taro]\r\nPath=/t/\r\nID=taro\r\n[a]\r\nID=A\r\n[b]\r\nID=a\r\n[Ｃ]\r\nID=ｃ\r\n");
