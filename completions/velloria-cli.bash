@@ -9,7 +9,7 @@ _velloria_cli() {
     done
     for ((i = 0; i < ${#before[@]}; ++i)); do
         case ${before[i]} in
-        --home|--user|--now|--day|--answers|--month|--from|--to|--as|--genre|--period|--format|--contents|--unit|--name|--sort|--out|--plain|--ini|--set) ((++i)) ;;
+        --home|--user|--now|--day|--answers|--month|--from|--to|--as|--genre|--period|--format|--contents|--unit|--name|--sort|--out|--plain|--ini|--set|--url|--email) ((++i)) ;;
         -*) ;;
         *) plain+=("${before[i]}") ;;
         esac
@@ -32,13 +32,14 @@ _velloria_cli() {
     "import clipboard" | "import clipboard "*) options+=" --formatted --plain" ;;
     "convert html2text" | "convert html2text "*) options+=" --ini --set" ;;
     "file add" | "file add "*) options+=" --as" ;;
+    "customize export" | "customize export "*) options+=" --format --name --url --email --out" ;;
     esac
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log upload ping update db user" ;;
+    "") words="start entry genre site export import convert ini file log upload ping update db customize user" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
@@ -49,6 +50,7 @@ _velloria_cli() {
     "log") words="list add delete" ;;
     "update") words="check" ;;
     "db") words="version check restore" ;;
+    "customize") words="list select import export" ;;
     "user") words="list add password delete path take" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
@@ -67,6 +69,7 @@ _velloria_cli() {
     "log add") _velloria_cli_files -f; return ;;
     "db version") _velloria_cli_files -f; return ;;
     "db restore") _velloria_cli_files -f; return ;;
+    "customize import") _velloria_cli_files -f; return ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }

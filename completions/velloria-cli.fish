@@ -10,7 +10,7 @@ function __velloria_cli_behind
             continue
         end
         switch $word
-            case --home --user --now --day --answers --month --from --to --as --genre --period --format --contents --unit --name --sort --out --plain --ini --set
+            case --home --user --now --day --answers --month --from --to --as --genre --period --format --contents --unit --name --sort --out --plain --ini --set --url --email
                 set is_value 1
             case '-*'
             case '*'
@@ -32,7 +32,7 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db user'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db customize user'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
@@ -43,6 +43,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "update"' -a 'check'
 complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check restore'
+complete -c velloria-cli -n '__velloria_cli_behind "customize"' -a 'list select import export'
 complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password delete path take'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
@@ -61,6 +62,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "file delete *"' -a 'DAY ALL'
 complete -c velloria-cli -n '__velloria_cli_behind "log add"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db version"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db restore"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "customize import"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l month -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l from -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l to -x
@@ -87,3 +89,8 @@ complete -c velloria-cli -n '__velloria_cli_behind "import clipboard*"' -l plain
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l ini -r -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l set -x
 complete -c velloria-cli -n '__velloria_cli_behind "file add*"' -l as -x
+complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l format -x
+complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l name -x
+complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l url -x
+complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l email -x
+complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l out -r -F

@@ -95,9 +95,10 @@ void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
 
 void shootToolWindows(desktop::Context& context, const QString& folder) {
     auto& top = context.windows.get<shell::MDIFormTop>();
-    for (const QString& command : {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s,
-                                   u"MnuMakeLog"_s, u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuPref"_s,
-                                   u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s}) {
+    for (const QString& command :
+         {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s, u"MnuMakeLog"_s,
+          u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuPref"_s, u"mnuExportCust"_s, u"MnuCustomizeSelect"_s,
+          u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s}) {
         top.command(command)->trigger();
         shootToolWindow(top, folder);
     }

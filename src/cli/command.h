@@ -103,6 +103,7 @@ std::vector<Command> uploadCommands();
 std::vector<Command> pingCommands();
 std::vector<Command> updateCommands();
 std::vector<Command> databaseCommands();
+std::vector<Command> customizeCommands();
 std::vector<Command> userCommands();
 
 /// An entry number, 1 to 32767.

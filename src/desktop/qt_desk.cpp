@@ -192,6 +192,7 @@ std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) 
     dialog->setAcceptMode(request.mode == platform::PathMode::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(fileModeOf(request.mode));
     dialog->setOption(QFileDialog::HideNameFilterDetails);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.asksBeforeReplacing);
     dialog->setOption(QFileDialog::ShowDirsOnly, request.mode == platform::PathMode::Folder);
     QStringList filters;
     for (const FileFilter& filter : parseFilter(request.filter))

@@ -30,7 +30,8 @@ struct PathRequest {
     QString folder; ///< where it starts; the user's home folder when it is missing
     /// Without the dot; what the dialog adds to a name without an ending, so that it can ask before it replaces a file.
     QString defaultSuffix = {};
-    QString name = {}; ///< the file name that a dialog to save proposes
+    QString name = {};               ///< the file name that a dialog to save proposes
+    bool asksBeforeReplacing = true; ///< a dialog to save does; not where whoever asks for the name has a question
 };
 
 /// What the one progress window of network work shows.

@@ -71,10 +71,15 @@ QString selectedCustomizeSet(const core::Session& session) {
 
 QString existingSetFile(const core::Session& session, const QString& name) {
     const QString file = customizeSetFile(session, name);
-    if (platform::fileExists(file))
-        return file;
-    throw platform::Failure(u"カスタマイズセットを選択できません。"_s, file, u"ファイルがありません"_s,
-                            u"選択は元のままです。ほかのカスタマイズセットを選択してください。"_s);
+    const auto refuse = [&](const QString& reason) {
+        throw platform::Failure(u"カスタマイズセットを選択できません。"_s, file, reason,
+                                u"選択は元のままです。ほかのカスタマイズセットを選択してください。"_s);
+    };
+    if (!core::isBareName(name) || !platform::fileExists(file))
+        refuse(u"ファイルがありません"_s);
+    if (!core::fitsSetting(file))
+        refuse(u"名前が長すぎて設定に保存できません"_s);
+    return file;
 }
 
 void selectCustomizeSet(core::Session& session, const QString& name) {

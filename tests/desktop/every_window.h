@@ -9,11 +9,13 @@
 #include "editor/forms/frmHTMLMakeList.h"
 #include "exchange/forms/frmDeleteImportDiary.h"
 #include "exchange/forms/frmExport.h"
+#include "exchange/forms/frmExportCust.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmOptions.h"
 #include "shell/forms/frmUserManager.h"
 #include "site/forms/frmCustomize.h"
+#include "site/forms/frmCustomizeSelection.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -38,9 +40,10 @@ void lookAtEach(desktop::Context& context, const Look& look) {
 template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
-               editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, registers::frmResistFiles,
-               registers::frmResistLogs, shell::frmOptions, shell::frmUserManager, site::frmCustomize, site::frmFind,
-               site::frmSaveLog, site::frmSetting>(context, look);
+               editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, exchange::frmExportCust,
+               registers::frmResistFiles, registers::frmResistLogs, shell::frmOptions, shell::frmUserManager,
+               site::frmCustomize, site::frmCustomizeSelection, site::frmFind, site::frmSaveLog, site::frmSetting>(
+        context, look);
 }
 
 } // namespace velloria::tests

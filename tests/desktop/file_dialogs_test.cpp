@@ -1,6 +1,7 @@
 // What the file dialogs show at their start: a folder that is there, and a name where a file is to be saved.
 #include "core/day_key.h"
 #include "desktop/qt_desk.h"
+#include "exchange/customize_exchange.h"
 #include "exchange/export.h"
 #include "site/save_html.h"
 #include "support/desktop_home.h"
@@ -89,6 +90,23 @@ TEST_F(FileDialogs, AWrongMonthProposesNoOtherFolder) {
     exchange::ExportSettings settings;
     settings.period = {store::Period::Kind::Month, u"../x/"_s, {}};
     EXPECT_EQ(proposedFor(settings), u"___x.txt"_s);
+}
+
+TEST_F(FileDialogs, WhoHasAQuestionOfTheirOwnBeforeReplacingIsNotAskedByTheDialogAsWell) {
+    const auto asks = [&](const std::function<void()>& action) {
+        bool isAsking = false;
+        whenShown<QFileDialog>([&](QFileDialog& dialog) {
+            isAsking = !dialog.testOption(QFileDialog::DontConfirmOverwrite);
+            QTimer::singleShot(0, &dialog, &QDialog::reject);
+        });
+        action();
+        return isAsking;
+    };
+    const core::Run shown{session, clock, qtDesk};
+    EXPECT_TRUE(asks([&] { site::SaveHtml(shown).saveAsCommand(); }));
+    EXPECT_FALSE(asks([&] {
+        exchange::CustomizeExchange(shown).ExportCustomize(u"Customize"_s, exchange::CustomizeFormat::Ini, {});
+    }));
 }
 
 } // namespace

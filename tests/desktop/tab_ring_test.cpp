@@ -3,6 +3,7 @@
 #include "editor/forms/frmHTMLMakeImage.h"
 #include "exchange/forms/frmDeleteImportDiary.h"
 #include "exchange/forms/frmExport.h"
+#include "exchange/forms/frmExportCust.h"
 #include "makers_home.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
@@ -12,6 +13,7 @@
 #include "shell/forms/frmPassword.h"
 #include "shell/forms/frmUserManager.h"
 #include "site/forms/frmCustomize.h"
+#include "site/forms/frmCustomizeSelection.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -181,6 +183,9 @@ TEST_F(TabRing, OfTheOthers) {
     expectRingOf<shell::frmOptions>({kTabs, u"txtSaveFolder"_s, u"BtnOpenFolder"_s, u"optMnuLanguageJap"_s,
                                      u"chkOpenWindowMaximize"_s, u"chkShowStartUpForm"_s, u"optOpenWindowPos_Std"_s,
                                      u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<exchange::frmExportCust>(
+        {u"cmbCustomize"_s, u"optCst"_s, u"txtName"_s, u"txtURL"_s, u"txtEmail"_s, u"Btn_Exec"_s, u"Btn_Cancel"_s});
+    expectRingOf<site::frmCustomizeSelection>({u"cmbSelectCustomize"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<exchange::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
 }
 

@@ -60,6 +60,13 @@ TEST_F(CustomizeSets, OneThatIsGoneIsRefusedAndTheOldOneStays) {
     const QString old = session.CustIniFile;
     EXPECT_TRUE(
         failureOf([this] { site::selectCustomizeSet(session, u"gone"_s); }).contains(u"ファイルがありません"_s));
+    // One that lies elsewhere is none, and one that the settings would give back cut would be lost at the next start.
+    writeFile(session.DataPath + u"elsewhere.ini"_s, "");
+    EXPECT_NE(failureOf([this] { site::selectCustomizeSet(session, u"../elsewhere"_s); }), u""_s);
+    const QString longName(240, u'a');
+    makeSet(longName);
+    EXPECT_TRUE(
+        failureOf([&] { site::selectCustomizeSet(session, longName); }).contains(u"長すぎて設定に保存できません"_s));
     EXPECT_EQ(session.CustIniFile, old);
     EXPECT_EQ(core::Settings(session).text(core::keys::kCustomizeIni), old);
 }

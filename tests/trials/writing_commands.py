@@ -7,6 +7,7 @@ import glob
 import json
 import os
 import random
+import re
 import shutil
 import sqlite3
 from contextlib import closing
@@ -144,6 +145,13 @@ COMMANDS = [
     WritingCommand("user path", user_command("user", "path", "moved{0}", "{root}/as{0}", login="kept", answers=("old",)),
                    account("Path", "moved{0}", "{root}/as{0}/")),
     WritingCommand("user take", user_command("user", "take", "u{0}", login="kept", answers=("old",)), has_taken),
+    WritingCommand("select set", lambda t, v: ["customize", "select", f"set{v}"],
+                   lambda t, v: re.search(r"/set[01]\.ini$", t.ini("diary.ini", "Customize", "IniFileName").strip())),
+    WritingCommand("import set", lambda t, v: ["customize", "import", t.inputs + f"/look{v}.cst"],
+                   has_file("home/UserData/Customize/look{}.ini", "BackColor=look"), repeatable=False),
+    WritingCommand("export set", lambda t, v: ["customize", "export", f"set{v}", "--format", "cst", "--name", "n",
+                                               "--out", t.root + f"/set{v}"],
+                   lambda t, v: has_file("set{}.cst", "HPTitle=\r\n")(t, v) and has_file("set{}.cst", "[Author]")(t, v)),
 ]
 
 
@@ -162,6 +170,8 @@ class TrialTest(CliTest):
             write(self.inputs + f"/old{i}.gif", f"old picture {i} " * 400)
             write(self.inputs + f"/page{i}.htm", f"<p>page {i}</p>\r\n")
             write(self.inputs + f"/registered{i}.htm", f"<p>registered {i}</p>\r\n")
+            write(self.inputs + f"/look{i}.cst", f"[Body]\r\nBackColor=look{i}\r\n")
+            write(self.data + f"Customize/set{i}.ini", f"[General]\r\nHPTitle=set {i}\r\n" + "; line\r\n" * 4000)
             os.makedirs(self.root + f"/as{i}")
         self.put(*rows, options=["--keep-time"])
         for i in range(2):

@@ -2,8 +2,10 @@
 
 #include "desktop/clipboard.h"
 #include "exchange/clipboard_import.h"
+#include "exchange/customize_exchange.h"
 #include "exchange/forms/frmDeleteImportDiary.h"
 #include "exchange/forms/frmExport.h"
+#include "exchange/forms/frmExportCust.h"
 #include "site/save_html.h"
 
 using namespace Qt::StringLiterals;
@@ -26,6 +28,8 @@ desktop::MenuCommands exchangeCommands(desktop::Context& context) {
          [&context] { importClipboard(context, ClipboardForm::Formatted); }},
         {"mnu_DiaryfromClipboard_UsePlainText"_L1, {}, [&context] { importClipboard(context, ClipboardForm::Plain); }},
         {"MnuTextExport"_L1, {}, [&context] { context.windows.get<frmExport>().showWindow(); }},
+        {"mnuImportCust"_L1, {}, [&context] { CustomizeExchange(context).importCommand(); }},
+        {"mnuExportCust"_L1, {}, [&context] { context.windows.get<frmExportCust>().showWindow(); }},
         {"MnuDeleteImportDiary"_L1, {}, [&context] { context.windows.get<frmDeleteImportDiary>().showWindow(); }},
     };
 }

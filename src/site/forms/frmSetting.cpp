@@ -6,6 +6,8 @@
 #include "core/site_keys.h"
 #include "ui_frmSetting.h"
 
+#include <QLineEdit>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::site {
@@ -35,6 +37,8 @@ frmSetting::frmSetting(desktop::Context& context)
         ui->cmbDiaryTerm->addItem(QString::number(days));
     setUp(rows(), {ui->Btn_OK, ui->Btn_Cancel, ui->Btn_Apply});
     connectControls();
+    for (QLineEdit* box : findChildren<QLineEdit*>())
+        box->setCursorPosition(0); // a long address is known by its beginning
 }
 
 frmSetting::~frmSetting() = default;

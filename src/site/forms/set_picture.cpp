@@ -9,6 +9,7 @@
 #include "site/customize_sets.h"
 #include "site/month_page.h"
 
+#include <QChildEvent>
 #include <QVBoxLayout>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
@@ -39,6 +40,19 @@ public:
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
         return isMainFrame && type == NavigationTypeTyped && url.isLocalFile();
+    }
+};
+
+class PictureView : public QWebEngineView {
+public:
+    using QWebEngineView::QWebEngineView;
+
+protected:
+    /// The engine's own surface comes with the first page, and would take the keys.
+    void childEvent(QChildEvent* event) override {
+        QWebEngineView::childEvent(event);
+        if (event->polished() && event->child()->isWidgetType())
+            static_cast<QWidget*>(event->child())->setFocusPolicy(Qt::NoFocus);
     }
 };
 
@@ -93,7 +107,8 @@ void SetPicture::startEngine() {
     if (m_view)
         return;
     m_profile = m_context.windows.get<browser::frmBrowser>().profile();
-    m_view = new QWebEngineView(this);
+    m_view = new PictureView(this);
+    m_view->setFocusPolicy(Qt::NoFocus);
     m_view->setObjectName(u"SetPictureView"_s);
     m_view->setPage(new PicturePage(*m_profile, m_view));
     m_view->setZoomFactor(kZoom);

@@ -2,6 +2,7 @@
 
 #include "site/customize_backup.h"
 #include "site/forms/frmCustomize.h"
+#include "site/forms/frmCustomizeSelection.h"
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
@@ -27,6 +28,7 @@ desktop::MenuCommands siteCommands(desktop::Context& context) {
         {"MnuSaveHTML_D"_L1, {}, save},
         {"MnuSaveHTMLAS"_L1, {}, [&context] { SaveHtml(context).saveAsCommand(); }},
         {"MnuMakeLog"_L1, {}, [&context] { context.windows.get<frmSaveLog>().showWindow(); }},
+        {"MnuCustomizeSelect"_L1, {}, [&context] { context.windows.get<frmCustomizeSelection>().showWindow(); }},
         {"mnuEnvironment"_L1, {}, [&context] { context.windows.get<frmSetting>().showWindow(); }},
         {"MnuCustomize"_L1, {}, [&context] { customize(context); }},
         {"MnuFindDiary"_L1, {Qt::CTRL | Qt::Key_F}, [&context] { context.windows.get<frmFind>().showWindow(); }},
