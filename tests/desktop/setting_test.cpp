@@ -3,6 +3,7 @@
 #include "core/ini.h"
 #include "core/keys.h"
 #include "core/program_keys.h"
+#include "site/log_archive.h"
 #include "site/save_html.h"
 #include "support/desktop_home.h"
 #include "support/disk_watch.h"
@@ -286,6 +287,85 @@ TEST_F(SiteStructure, NothingIsGeneratedAndAWordlessBorderShowsWithTheNextPage) 
     EXPECT_FALSE(pageOf(session.FilePath + u"index.htm"_s).contains(u"FRAMESET"_s));
     EXPECT_TRUE(QFile::exists(session.FilePath + u"index_C.htm"_s));
     EXPECT_TRUE(QFile::exists(session.FilePath + u"index_D.htm"_s));
+}
+
+/// What a control changes in the site: it says `effect` with the value and not before. The keys of posts come with
+/// these.
+TEST_F(SiteStructure, EachControlHasItsEffectOnTheSite) {
+    using Settings = std::vector<std::pair<core::Setting, QString>>;
+    namespace divide = keys::divide;
+    const Settings frames{{keys::frame::kFrameOn, u"1"_s}};
+    const Settings feeds{{keys::rss::kRSSOn, u"1"_s}, {keys::rss::kDiaryURL, u"http://a.example/d.htm"_s}};
+    const auto days = [](const QString& isDivided, const QString& term, const QString& isNamed, const QString& onTop) {
+        return Settings{{divide::kDiaryDivide, isDivided},
+                        {divide::kDiaryTerm, term},
+                        {divide::kUseFileName2Day, isNamed},
+                        {divide::kDiaryOnTop, onTop}};
+    };
+    const struct {
+        QString control;
+        QString value;
+        Settings before;
+        QString effect;
+    } cases[] = {
+        {u"chkDiaryDivide"_s, u"1"_s, days(u"0"_s, u"1"_s, u"1"_s, u"0"_s), u"2004_05_05.htm"_s},
+        {u"cmbDiaryTerm"_s, u"1"_s, days(u"1"_s, u"31"_s, u"1"_s, u"0"_s), u"2004_05_05.htm"_s},
+        {u"chkUseFileName2Day"_s, u"1"_s, days(u"1"_s, u"1"_s, u"0"_s, u"0"_s), u"2004_05_05.htm"_s},
+        {u"chkDiaryOnTop"_s, u"0"_s, days(u"1"_s, u"1"_s, u"1"_s, u"1"_s), u"2004_05_06.htm"_s},
+        {u"optTopLink_TopPage"_s, u"1"_s, days(u"1"_s, u"1"_s, u"0"_s, u"0"_s), u"top of month"_s},
+        {u"chkUseFrame"_s, u"1"_s, {}, u"<FRAMESET"_s},
+        {u"txtCalenderFrameSize"_s, u"20%"_s, frames, u"COLS=20%,*"_s},
+        {u"txtFRAMEBORDER"_s, u"1"_s, frames, u"FRAMEBORDER=\"YES\""_s},
+        {u"chkScrolling"_s, u"1"_s, frames, u"Scrolling=\"YES\""_s},
+        {u"chkResize"_s, u"1"_s, frames, u"\" RESIZE>"_s},
+        {u"chkUseRSS"_s, u"1"_s, {feeds[1]}, u"<rss version=\"2.0\""_s},
+        {u"txtRSS_DiaryURL"_s, u"http://b.example/d.htm"_s, {feeds[0]}, u"http://b.example/d"_s},
+        {u"txtRSS_Title"_s, u"FeedTitle"_s, feeds, u"FeedTitle"_s},
+        {u"txtRSS_HPURL"_s, u"http://home.example/"_s, feeds, u"http://home.example/"_s},
+        {u"txtRSS_Description"_s, u"FeedWords"_s, feeds, u"FeedWords"_s},
+        {u"txtRSS_ManagingAuthor"_s, u"m@a.example"_s, feeds, u"m@a.example"_s},
+        {u"txtRSS_WebMaster"_s, u"w@a.example"_s, feeds, u"w@a.example"_s},
+        {u"txtATOM_Author"_s, u"FeedAuthor"_s, feeds, u"FeedAuthor"_s},
+        {u"chkUseHaloScan"_s, u"1"_s, {{keys::halo_scan::kUserName, u"tarouser"_s}}, u"tarouser"_s},
+        {u"txtHaloScanUserName"_s, u"tarouser"_s, {{keys::halo_scan::kHaloScanOn, u"1"_s}}, u"tarouser"_s},
+    };
+    useSite();
+    write(u"2004/05/05"_s, u"yesterday"_s);
+    write(u"2004/05/06"_s, u"today"_s);
+    const auto site = [this] {
+        QDir(session.FilePath).removeRecursively();
+        QDir().mkpath(session.FilePath);
+        site::SaveHtml(context).SaveHTML();
+        const QMap<QString, QByteArray> pages = contentOf(session.FilePath);
+        return QString::fromLatin1(pages.keys().join(u' ').toLatin1() + pages.values().join());
+    };
+    for (const auto& c : cases) {
+        for (const QString& file : files())
+            writeFile(file, "");
+        for (const auto& [setting, value] : c.before)
+            setSetting(setting, value);
+        EXPECT_FALSE(site().contains(c.effect)) << c.control.toStdString();
+        open();
+        give(c.control, c.value);
+        press(u"Btn_OK"_s);
+        EXPECT_TRUE(site().contains(c.effect)) << c.control.toStdString();
+    }
+}
+
+TEST_F(SiteStructure, DividedLogsAreDividedWithTheNextLog) {
+    write(u"2004/04/05"_s, u"a"_s);
+    write(u"2004/04/06"_s, u"b"_s);
+    useSite();
+    writeFile(session.FrameIniFile, "[Divide]\r\nDiaryDivide=1\r\nDiaryTerm=1\r\nUseFileName2Day=1\r\n");
+    const auto hasDayPage = [this] {
+        site::LogArchive(context).save(u"2004"_s, u"4"_s);
+        return !contentOf(session.FilePath).keys().filter(u"2004_04_05.htm"_s).isEmpty();
+    };
+    EXPECT_FALSE(hasDayPage());
+    open();
+    give(u"chkLogDivide"_s, u"1"_s);
+    press(u"Btn_OK"_s);
+    EXPECT_TRUE(hasDayPage());
 }
 
 TEST_F(SiteStructure, TheLinkLeadsTheBrowserToTheCommentService) {
