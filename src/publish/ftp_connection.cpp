@@ -109,6 +109,11 @@ bool FtpConnection::open(const FtpLogin& login) {
     return true;
 }
 
+/// Without the password, which a server may repeat in any answer.
+QString FtpConnection::lastResponse() const {
+    return m_replies.isTooLong() ? m_replies.lastText() : textFromWire(m_trace.withoutSecrets(m_replies.last()));
+}
+
 bool FtpConnection::findFile(const QString& name) {
     const std::optional<QByteArray> wire = wireName(name);
     if (!wire)

@@ -32,7 +32,7 @@ public:
     void close();
 
     int lastError() const { return m_lastError; }
-    QString lastResponse() const { return m_replies.lastText(); }
+    QString lastResponse() const;
     QString lastDetail() const { return m_detail; }
 
 private:

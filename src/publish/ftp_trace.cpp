@@ -55,11 +55,14 @@ void FtpTrace::remarked(QByteArrayView bytes) const {
     add(u"* "_s, bytes);
 }
 
-QString FtpTrace::shown(const QByteArray& bytes) const {
-    QByteArray clean = bytes;
+QByteArray FtpTrace::withoutSecrets(QByteArray bytes) const {
     for (const QByteArray& secret : m_secrets)
-        removeSecret(clean, secret);
-    return textFromWire(clean).simplified();
+        removeSecret(bytes, secret);
+    return bytes;
+}
+
+QString FtpTrace::shown(const QByteArray& bytes) const {
+    return textFromWire(withoutSecrets(bytes)).simplified();
 }
 
 void FtpTrace::add(const QString& mark, QByteArrayView bytes) const {

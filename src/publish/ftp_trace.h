@@ -25,7 +25,9 @@ public:
     void received(QByteArrayView bytes) const;
     void remarked(QByteArrayView bytes) const;
 
-    /// The text without what is hidden, in one line.
+    /// The bytes without what is hidden.
+    QByteArray withoutSecrets(QByteArray bytes) const;
+    /// The same as text, in one line.
     QString shown(const QByteArray& bytes) const;
 
 private:

@@ -69,6 +69,18 @@ TEST_F(ConnectionTest, ARefusedLoginIsToldInTheServersWordsInOneLine) {
     EXPECT_FALSE(finding.line.contains(u'\n'));
 }
 
+TEST_F(ConnectionTest, NoReplyShowsThePassword) {
+    login.password = u"geheim-42"_s;
+    for (const QString& verb : {u"PASS"_s, u"NOOP"_s, u"CWD"_s}) {
+        for (const QString& code : {u"250"_s, u"530"_s, u"550"_s}) {
+            server.on(verb, reply(code + u" You said geheim-42\r\n"_s));
+            const QString line = found(u"diary"_s).line;
+            EXPECT_FALSE(line.contains(u"geheim-42"_s)) << line.toStdString();
+        }
+        server.on(verb, {});
+    }
+}
+
 TEST_F(ConnectionTest, AnAccountWithoutServerOrIdIsNotTried) {
     for (QString FtpLogin::*part : {&FtpLogin::host, &FtpLogin::user}) {
         const FtpLogin whole = login;
@@ -82,6 +94,50 @@ TEST_F(ConnectionTest, AnAccountWithoutServerOrIdIsNotTried) {
 TEST_F(ConnectionTest, AServerNameWithMoreThanANameIsRefused) {
     login.host = u"ftp://"_s + server.host();
     EXPECT_EQ(found().line, u"URLが無効です。"_s);
+}
+
+TEST_F(ConnectionTest, OtherServerNamesThatAreNoneAreRefused) {
+    for (const QString& host : {u"::1"_s, u"[::1]"_s, u"host/"_s, u"host:21"_s, u"u@host"_s, u" host"_s, u"a b"_s}) {
+        login.host = host;
+        EXPECT_EQ(found().line, u"URLが無効です。"_s) << host.toStdString();
+    }
+    EXPECT_EQ(server.countOf("connected"), 0);
+}
+
+TEST_F(ConnectionTest, AServerThatHangsUpIsToldAsThat) {
+    for (const QString& command : {u"GREETING"_s, u"USER"_s, u"PASS"_s}) {
+        server.on(command, QJsonObject{{u"cut"_s, true}});
+        const ConnectionFinding finding = found();
+        EXPECT_FALSE(finding.isGood);
+        EXPECT_TRUE(finding.line.startsWith(u"サーバー"_s)) << finding.line.toStdString();
+        server.on(command, {});
+    }
+    server.on(u"CWD"_s, QJsonObject{{u"cut"_s, true}});
+    EXPECT_EQ(found(u"diary"_s).line,
+              u"ログインできましたが、フォルダ「diary」に入れません。サーバーとの接続が終了しました。"_s);
+}
+
+TEST_F(ConnectionTest, AReplyOfSeveralLinesIsOneLine) {
+    server.on(u"CWD"_s, reply(u"250-Welcome\r\n read me\r\n250 Here\r\n"_s));
+    EXPECT_EQ(found(u"diary"_s).line,
+              u"接続できました（暗号化なし）。フォルダ「diary」に入れました。250-Welcome read me 250 Here"_s);
+}
+
+TEST_F(ConnectionTest, ACertificateThatIsNotTrustedOrOfAnotherServerIsToldAndGetsNoPassword) {
+    const Authority authority;
+    server.on(u"certificate"_s, authority.certificate(server.host()));
+    for (const Tls tls : {Tls::WhenOffered, Tls::Required}) {
+        login.tls = tls;
+        const QString line = found().line;
+        EXPECT_TRUE(line.contains(u"サーバーの証明書を発行したところを信頼できません。"_s)) << line.toStdString();
+    }
+    qputenv("SSL_CERT_FILE", authority.file().toUtf8());
+    server.on(u"certificate"_s, authority.certificate(u"192.0.2.1"_s));
+    const QString line = found().line;
+    EXPECT_TRUE(line.contains(u"サーバーの証明書は「%1」のものではありません。"_s.arg(server.host())))
+        << line.toStdString();
+    qunsetenv("SSL_CERT_FILE");
+    EXPECT_EQ(server.countOf("PASS p"), 0);
 }
 
 TEST_F(ConnectionTest, ASilentServerIsGivenUpAfterItsTime) {
