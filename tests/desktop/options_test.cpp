@@ -178,6 +178,40 @@ TEST_F(Options, AnUnknownLanguageLeavesBothOffAndStays) {
     EXPECT_EQ(key("ALL", "MenuLanguage"), u"Latin"_s);
 }
 
+TEST_F(Options, WhatCanBeTickedIsOnWhereTheProgramTakesItSo) {
+    const struct {
+        const char* control;
+        const char* section;
+        const char* key;
+        const char* stored;
+        bool isOn;
+    } flags[] = {{"chkFTP_PASV", "FTP", "PASV", "2", true},
+                 {"chkFTP_PING", "FTP", "PING", "-1", true},
+                 {"chkHTMLOnlyUp", "FTP2", "HTMLOnlyUpload", "2", true},
+                 {"chkClipWithHTML", "ALL", "ClipWithHTML", "2", true},
+                 {"chkClipWithHTML", "ALL", "ClipWithHTML", "-1", false},
+                 {"chkFTP_PASV", "FTP", "PASV", "x", false},
+                 {"chkRealtimeCust", "Customize", "RealTime", "1x", true},
+                 {"chkRealtimeCust", "Customize", "RealTime", "2", false},
+                 {"chkFavoriteSort", "Browser", "FavoriteSort", "2", false}};
+    for (const auto& flag : flags) {
+        setKey(flag.section, flag.key, s(flag.stored));
+        open();
+        EXPECT_EQ(box<QCheckBox>(flag.control).isChecked(), flag.isOn) << flag.control << ' ' << flag.stored;
+        press("Btn_Cancel");
+    }
+}
+
+TEST_F(Options, AnUnknownArrangementLeavesAllOffAndStays) {
+    setKey("Initialize", "WindowPosition", u"7"_s);
+    open();
+    for (const char* option : {"optOpenWindowPos_Std", "optOpenWindowPos_Saved", "optOpenWindowPos_Nothing"})
+        EXPECT_FALSE(box<QRadioButton>(option).isChecked()) << option;
+    change(box<QWidget>("chkFTP_PING"), u"1"_s);
+    press("Btn_OK");
+    EXPECT_EQ(key("Initialize", "WindowPosition"), u"7"_s);
+}
+
 TEST_F(Options, TheMenusSpeakTheChosenLanguageAtOnce) {
     open();
     box<QRadioButton>("optMnuLanguageEng").click();

@@ -34,6 +34,14 @@ QString keptFontSize(const QString& text) {
     return core::numericValue(text).value_or(0) > 0 ? text : u"12"_s;
 }
 
+QString ticked(bool isOn) {
+    return isOn ? u"1"_s : u"0"_s;
+}
+
+// A tick for what the program takes as yes: somebody may have written another number by hand.
+const desktop::SettingsHooks kUnlessZero{[](const QString& number) { return ticked(number != u"0"); }, {}};
+const desktop::SettingsHooks kAboveZero{[](const QString& number) { return ticked(number.toInt() > 0); }, {}};
+
 } // namespace
 
 frmOptions::frmOptions(desktop::Context& context)
@@ -73,7 +81,7 @@ std::vector<desktop::SettingsRow> frmOptions::rows() const {
          keys::kWindowPosition,
          {}},
         {ui->txtSaveFolder, keys::kDataPath, {core::withSeparator, {}}},
-        {ui->chkClipWithHTML, keys::kClipWithHTML, {}},
+        {ui->chkClipWithHTML, keys::kClipWithHTML, kAboveZero},
         {desktop::Choice{{{ui->optMnuLanguageJap, u"Japanese"_s}, {ui->optMnuLanguageEng, u"English"_s}}},
          keys::kMenuLanguage,
          {}},
@@ -81,10 +89,10 @@ std::vector<desktop::SettingsRow> frmOptions::rows() const {
         {ui->txtFTP_Pass, keys::kFtpPass, scrambled},
         {ui->txtFTP_URL, keys::kFtpUrl, {}},
         {ui->txtFTP_Folder, keys::kFtpStartFolder, {}},
-        {ui->chkHTMLOnlyUp, keys::kHtmlOnlyUpload, {}},
+        {ui->chkHTMLOnlyUp, keys::kHtmlOnlyUpload, kUnlessZero},
         {ui->txtFTPCompleteSound, keys::kSoundFile, {}},
-        {ui->chkFTP_PASV, keys::kFtpPassive, {}},
-        {ui->chkFTP_PING, keys::kFtpPing, {}},
+        {ui->chkFTP_PASV, keys::kFtpPassive, kUnlessZero},
+        {ui->chkFTP_PING, keys::kFtpPing, kUnlessZero},
         {ui->chkFavoriteSort, keys::kFavoriteSort, {}},
         {ui->chkFindHist, keys::kFindHistory, {}},
         {ui->chkURLHist, keys::kUrlHistory, {}},
