@@ -1,7 +1,11 @@
 // The data folder in the options: what is kept of it, and a whole program that works in another one from then on.
 #include "browser_home.h"
 #include "options_home.h"
+#include "platform/directory.h"
+#include "platform/failure.h"
+#include "platform/file_write.h"
 #include "registers/file_registration.h"
+#include "shell/data_folder.h"
 
 #include <QDir>
 
@@ -75,6 +79,17 @@ TEST_F(OptionsFolder, WhatIsNoFolderIsKeptAndTheDialogSaysSoAndStays) {
                                u"有効なデータ保存先フォルダを指定して下さい。"_s);
 }
 
+TEST_F(OptionsFolder, ANameThatIsNoPathLeadsToNoFolderOfTheDisk) {
+    for (const QString& typed : {u""_s, u"tmp"_s, u"../../tmp"_s, u"C:\\Diary"_s}) {
+        type(typed);
+        press("Btn_Apply");
+        EXPECT_FALSE(QFileInfo::exists(session.DataPath)) << session.DataPath.toStdString();
+        EXPECT_THROW(platform::makeFolder(session.DataPath), platform::Failure);
+        EXPECT_EQ(platform::listFolder(session.DataPath, u"*"_s), QStringList());
+    }
+    press("Btn_Cancel");
+}
+
 TEST_F(OptionsFolder, ABadOneThatHasComeMeanwhileIsTaken) {
     type(path(u"late"_s));
     press("Btn_OK");
@@ -123,6 +138,26 @@ TEST_F(OptionsFolder, StaysWhileAnUploadRuns) {
     press("Btn_OK");
     EXPECT_FALSE(isOpen());
     EXPECT_EQ(session.DataPath, other() + u'/');
+}
+
+TEST_F(OptionsFolder, TheOneInUseMayBeKeptWhileAnUploadRunsHoweverItIsSpelt) {
+    setKey("ALL", "DataPath", session.DataPath.chopped(1).replace(u"UserData"_s, u"USERDATA"_s));
+    open();
+    ASSERT_NE(line("txtSaveFolder").text(), session.DataPath);
+    context.runs.run(desktop::LongRoutine::Upload, [&] { press("Btn_OK"); });
+    EXPECT_EQ(boxes(), QStringList());
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(OptionsFolder, AChosenOneWhoseNameEndsInABlankIsTheOneThatIsMeant) {
+    const QString blank = other() + u' ';
+    ASSERT_TRUE(QDir().mkdir(blank));
+    open();
+    desk.answers = {blank};
+    press("BtnOpenFolder");
+    press("Btn_OK");
+    EXPECT_EQ(session.DataPath, blank + u'/');
+    EXPECT_EQ(shell::folderOfSetting(key("ALL", "DataPath")), session.DataPath);
 }
 
 TEST_F(OptionsFolder, IsChosenInADialog) {
@@ -219,6 +254,31 @@ TEST_F(OptionsFolder, OfAUserWhoLoggedInNoLocalPageStaysInTheOldOne) {
     session.IsLogin = false;
 }
 
+TEST_F(OptionsFolder, AnotherNameOfTheSameOneTakesNoPageAway) {
+    const QString before = session.DataPath;
+    ASSERT_TRUE(QFile::link(before.chopped(1), path(u"link"_s)));
+    session.IsLogin = true;
+    for (const QString& typed : {path(u"link"_s), before + u"/./"_s}) {
+        writeFile(before + u"tmp.htm"_s, "x");
+        type(typed);
+        press("Btn_OK");
+        EXPECT_FALSE(isOpen());
+        EXPECT_TRUE(exists(before + u"tmp.htm"_s)) << typed.toStdString();
+    }
+    session.IsLogin = false;
+}
+
+TEST_F(OptionsFolder, OfAUserWhoLoggedInNoLocalPageStaysAfterABadOneEither) {
+    const QString before = session.DataPath;
+    session.IsLogin = true;
+    writeFile(before + u"tmp.htm"_s, "x");
+    type(path(u"bad"_s));
+    press("Btn_Apply");
+    EXPECT_FALSE(exists(before + u"tmp.htm"_s));
+    press("Btn_Cancel");
+    session.IsLogin = false;
+}
+
 TEST_F(OptionsFolder, TheOpenEntryStaysWithItsMark) {
     clickDay({2004, 5, 6});
     title().insert(u"T"_s);
@@ -257,6 +317,23 @@ TEST_F(OptionsBrowser, APageOfTheOldFolderGivesWayToThePreviewFromTheNewOne) {
     EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{path(u"other/tmp.htm"_s)});
     EXPECT_TRUE(exists(path(u"other/tmp.htm"_s)));
     EXPECT_EQ(desk.texts(u"failure"_s), QStringList());
+}
+
+TEST_F(OptionsBrowser, TheSameHoldsWhenABadFolderCameBetween) {
+    writePage(u"tmp.htm"_s, "old");
+    open(pagePath(u"tmp.htm"_s));
+    ASSERT_TRUE(waitFor([this] { return !browser().LocationURL().isEmpty(); }));
+    top().command(u"MnuPref"_s)->trigger();
+    auto& options = context.windows.get<shell::frmOptions>();
+    control<QLineEdit>(options, u"txtSaveFolder"_s).setText(path(u"bad"_s));
+    control<QPushButton>(options, u"Btn_OK"_s).click();
+    settle();
+    ASSERT_TRUE(QDir().mkdir(path(u"other"_s)));
+    control<QLineEdit>(options, u"txtSaveFolder"_s).setText(path(u"other"_s));
+    desk.events = {};
+    control<QPushButton>(options, u"Btn_OK"_s).click();
+    settle();
+    EXPECT_EQ(desk.texts(u"navigate"_s), QStringList{path(u"other/tmp.htm"_s)});
 }
 
 TEST_F(OptionsBrowser, APageOfAnotherPlaceStays) {

@@ -7,6 +7,7 @@
 #include "editor/forms/frmContents.h"
 #include "editor/open_day.h"
 #include "exchange/forms/frmExport.h"
+#include "platform/file_write.h"
 #include "shell/forms/arrangement.h"
 #include "shell/shutdown.h"
 #include "site/forms/frmFind.h"
@@ -24,6 +25,12 @@ bool showsPageOf(const desktop::Context& context, const QString& folder) {
 
 } // namespace
 
+void leaveDataFolder(desktop::Context& context, const QString& before) {
+    const core::Session& session = context.session;
+    if (session.IsLogin && core::isAbsoluteFolder(before) && !platform::isSameFile(before, session.DataPath))
+        desktop::runCommand(context.desk, [&] { removeLocalPages(before); });
+}
+
 void followDataFolder(desktop::Context& context, const QString& before) {
     const auto step = [&context](const std::function<void()>& action) { desktop::runCommand(context.desk, action); };
     if (context.windows.find<editor::frmContents>())
@@ -38,9 +45,7 @@ void followDataFolder(desktop::Context& context, const QString& before) {
         step([&] { site::SaveHtml(context).SaveTmpFile(); });
         Arrangement(context).showStartPage();
     }
-    // Several users share the machine, and what their pages show of private entries is no one else's.
-    if (context.session.IsLogin && core::isAbsoluteFolder(before))
-        step([&] { removeLocalPages(before); });
+    leaveDataFolder(context, before);
 }
 
 } // namespace velloria::shell

@@ -17,6 +17,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
@@ -46,7 +48,8 @@ const desktop::SettingsHooks kAboveZero{[](const QString& number) { return ticke
 
 frmOptions::frmOptions(desktop::Context& context)
     : SettingsDialog(context, u"frmOptions"_s, Blocks::Nothing, &keys::kPreferencePlace)
-    , ui(std::make_unique<Ui::frmOptions>()) {
+    , ui(std::make_unique<Ui::frmOptions>())
+    , m_shownFolder(context.session.DataPath) {
     ui->setupUi(this);
     desktop::keepShort(*ui->txtMakeDiaryFontSize, 6);
     makePasswordBox(*ui->txtFTP_Pass);
@@ -123,12 +126,11 @@ void frmOptions::fitToTexts() {
     ui->buttonSpacer->changeSize(width - ui->Btn_OK->sizeHint().width(), 0, QSizePolicy::Expanding);
 }
 
-/// With what the next start will read. A relative name must not lead to whatever lies in the folder that the program
-/// was started from.
+/// With what the next start will read. What is no path leads nowhere, below a file: it must not lead to whatever lies
+/// in the folder that the program was started from, or in the root.
 QString frmOptions::newDataPath() const {
-    const QString kept = core::keptOfPath(ui->txtSaveFolder->text());
-    const QString folder = folderOfSetting(kept);
-    return folder.isEmpty() ? core::withSeparator(core::nativeSeparator() + kept) : folder;
+    const QString folder = folderOfSetting(core::keptOfPath(ui->txtSaveFolder->text()));
+    return folder.isEmpty() ? core::withSeparator(m_context.session.DiaryIniFile) : folder;
 }
 
 bool frmOptions::isFolderThere() const {
@@ -139,8 +141,10 @@ bool frmOptions::isFolderThere() const {
 void frmOptions::chooseFolder() {
     const std::optional<QString> folder =
         m_context.desk.choosePath({platform::PathMode::Folder, u"フォルダの選択"_s, {}, ui->txtSaveFolder->text()});
-    if (folder && !folder->isEmpty() && mayBeDataFolder(*folder, m_context.desk))
-        ui->txtSaveFolder->setText(QDir::toNativeSeparators(*folder));
+    if (!folder || folder->isEmpty() || !mayBeDataFolder(*folder, m_context.desk))
+        return;
+    const QString name = QDir::toNativeSeparators(*folder);
+    ui->txtSaveFolder->setText(core::fitsSetting(name) ? name : core::withSeparator(name)); // a blank at its end stays
 }
 
 void frmOptions::chooseSound() {
@@ -163,14 +167,13 @@ void frmOptions::txtMakeDiaryFontSize_LostFocus() {
 }
 
 bool frmOptions::mayApply() {
-    const QString folder = ui->txtSaveFolder->text();
-    if (core::withSeparator(folder) == m_context.session.DataPath)
+    if (newDataPath() == m_context.session.DataPath)
         return true;
     if (m_context.runs.isAnyRunning()) { // it would find half of its files in the one folder and half in the other
         m_context.desk.message(MessageKind::Critical, u"通信が終わってから、データ保存先フォルダを変えてください。"_s);
         return false;
     }
-    return mayBeDataFolder(folder, m_context.desk);
+    return mayBeDataFolder(ui->txtSaveFolder->text(), m_context.desk);
 }
 
 /// A folder that can't take the working folders is refused before anything is written.
@@ -181,14 +184,17 @@ void frmOptions::write(const core::SettingsChange& change) {
     if (isFolderThere())
         makeWorkingFolders(changed);
     SettingsDialog::write(change);
-    m_folderBefore = session.DataPath == changed.DataPath ? QString() : session.DataPath;
     session.DataPath = changed.DataPath;
 }
 
 void frmOptions::applied() {
     m_context.requests.setMenuBarString();
-    if (!m_folderBefore.isEmpty() && isFolderThere())
-        followDataFolder(m_context, m_folderBefore);
+    const QString& folder = m_context.session.DataPath;
+    m_isFolderLeft = m_isFolderLeft || folder != m_shownFolder;
+    if (m_isFolderLeft && !isFolderThere())
+        leaveDataFolder(m_context, m_shownFolder);
+    else if (std::exchange(m_isFolderLeft, false))
+        followDataFolder(m_context, std::exchange(m_shownFolder, folder));
 }
 
 bool frmOptions::mayClose() {

@@ -36,7 +36,8 @@ private:
     void txtMakeDiaryFontSize_LostFocus();
 
     std::unique_ptr<Ui::frmOptions> ui;
-    QString m_folderBefore; ///< the data folder that the last Apply has left, "" when it stayed
+    QString m_shownFolder;       ///< the data folder that the windows work with, good or bad when the dialog came up
+    bool m_isFolderLeft = false; ///< an Apply has left that one for one that is not there
 };
 
 } // namespace velloria::shell
