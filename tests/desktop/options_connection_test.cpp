@@ -68,6 +68,18 @@ TEST_F(OptionsConnection, TriesWhatTheBoxesHoldAndKeepsNothing) {
     leave();
 }
 
+TEST_F(OptionsConnection, ALongWordOfTheServerLeavesTheWindowOnTheScreen) {
+    const int width = window()->width();
+    server.on(u"PASS"_s, QJsonObject{{u"reply"_s, u"530 "_s + QString(200, u'x') + u"\r\n"_s}});
+    test();
+    ASSERT_TRUE(ends());
+    settle();
+    EXPECT_EQ(window()->width(), width);
+    EXPECT_EQ(box<QLabel>("labelFTP_Test").toolTip(), found()) << "to be read whole";
+    EXPECT_TRUE(found().contains(QString(200, u'x')));
+    leave();
+}
+
 TEST_F(OptionsConnection, TheKindOfEncryptionIsThatOfTheBoxes) {
     box<QRadioButton>("optTLS_Required").click();
     test();
