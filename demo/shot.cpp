@@ -28,6 +28,7 @@
 #include "site/same_day_page.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMenu>
@@ -77,7 +78,7 @@ void shootWindow(QWidget& window, const QString& picture) {
     window.hide();
 }
 
-/// The window that is open beside the main window, which it ends; each of its tabs has a picture.
+/// The window that is open beside the main window, which it ends; each of its tabs and categories has a picture.
 void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
     for (auto* window : top.findChildren<desktop::ToolWindow*>()) {
         waitForDrawing();
@@ -85,6 +86,13 @@ void shootToolWindow(shell::MDIFormTop& top, const QString& folder) {
         auto* tabs = window->findChild<QTabWidget*>();
         for (int i = 1; tabs && i < tabs->count(); ++i) {
             tabs->setCurrentIndex(i);
+            waitForDrawing();
+            save(*window, folder + window->objectName() + u'_' + QString::number(i + 1) + u".png"_s);
+        }
+        auto* categories = window->findChild<QComboBox*>(u"cmbCategory"_s);
+        for (int i = 1; categories && i < categories->count(); ++i) {
+            categories->setCurrentIndex(i);
+            Q_EMIT categories->activated(i);
             waitForDrawing();
             save(*window, folder + window->objectName() + u'_' + QString::number(i + 1) + u".png"_s);
         }
@@ -98,7 +106,7 @@ void shootToolWindows(desktop::Context& context, const QString& folder) {
     for (const QString& command :
          {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s, u"MnuMakeLog"_s,
           u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuPref"_s, u"mnuExportCust"_s, u"MnuCustomizeSelect"_s,
-          u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s}) {
+          u"MnuCustomize"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s}) {
         top.command(command)->trigger();
         shootToolWindow(top, folder);
     }

@@ -5,6 +5,17 @@
 #include "site/customize_sets.h"
 
 namespace velloria::site {
+namespace {
+
+bool hasLongLine(QStringView text) {
+    for (const QStringView line : text.tokenize(u'\n')) {
+        if (line.size() > kLongestLine)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
 
 TextPiece readTextPiece(const core::Session& session, const QString& name) {
     if (name.isEmpty())
@@ -15,7 +26,8 @@ TextPiece readTextPiece(const core::Session& session, const QString& name) {
         return {};
     if (bytes->size() > kMostPieceBytes)
         return {{}, true};
-    return {platform::decodeReferences(platform::fromCodePage(*bytes))};
+    const QString text = platform::decodeReferences(platform::fromCodePage(*bytes));
+    return hasLongLine(text) ? TextPiece{{}, true} : TextPiece{text};
 }
 
 void writeTextPiece(const core::Session& session, const QString& name, const QString& text) {

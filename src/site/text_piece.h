@@ -7,12 +7,13 @@
 
 namespace velloria::site {
 
-/// More than this is no text for a box in a dialog.
+/// A longer piece, and one with a longer line, is no text for a box in a dialog: each key would take it too long.
 inline constexpr qint64 kMostPieceBytes = 1 << 20;
+inline constexpr qsizetype kLongestLine = 1 << 15;
 
 struct TextPiece {
     QString text;           ///< as somebody would type it: references that stand for characters are turned back
-    bool isTooLong = false; ///< over `kMostPieceBytes`; `text` is empty then
+    bool isTooLong = false; ///< `text` is empty then
 };
 
 /// A missing piece, and no name, is an empty one. Throws platform::Failure when it can't be read.

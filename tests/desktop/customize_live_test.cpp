@@ -1,6 +1,7 @@
 // The customize dialog with live changes: each is written and shown at once, and can be taken back.
 #include "browser/forms/frmHTMLBrowser.h"
 #include "customize_home.h"
+#include "support/disk_watch.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -78,6 +79,11 @@ TEST_F(LiveCustomize, ThePreviewCanBeScrolledWhileTheMainWindowIsBlocked) {
     EXPECT_EQ(QApplication::activeModalWidget(), window());
     preview()->activateWindow();
     EXPECT_TRUE(becomesActive(*preview()));
+    // Keys come to a window that is not blocked.
+    QTest::keyClick(preview()->windowHandle(), Qt::Key_Escape);
+    settle();
+    EXPECT_FALSE(preview());
+    EXPECT_TRUE(isOpen());
 }
 
 TEST_F(LiveCustomize, ABoxIsShownWhenItIsLeft) {
@@ -308,16 +314,21 @@ TEST_F(LiveCustomize, AStaleBackupTakesNothingBack) {
 }
 
 TEST_F(LiveCustomize, WithoutABackupNothingIsLive) {
-    ASSERT_TRUE(QDir().mkpath(session.MyPath + u"Customize.bak"_s));
-    writeFile(session.MyPath + u"Customize.bak/x"_s, "");
     const QByteArray before = set();
-    top().command(u"MnuCustomize"_s)->trigger();
-    settle();
-    EXPECT_FALSE(desk.texts(u"failure"_s).isEmpty());
-    if (!isOpen())
-        return;
+    {
+        DiskWatch watch;
+        watch.refuse(u""_s);
+        open();
+    }
+    EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
     field<QCheckBox>(u"chkGenre"_s).click();
+    settle();
     EXPECT_EQ(set(), before);
+    EXPECT_TRUE(canApply());
+    EXPECT_FALSE(preview());
+    EXPECT_FALSE(hasBackup());
+    press(u"Btn_OK"_s);
+    EXPECT_NE(set(), before);
 }
 
 TEST_F(LiveCustomize, ALiveChangeThatFailsLosesNothing) {

@@ -1,5 +1,6 @@
 // Text pieces and sets in the customize dialog.
 #include "customize_home.h"
+#include "site/text_piece.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -252,6 +253,27 @@ TEST_F(CustomizePieces, OneOfTenMegabytesStaysOutOfTheBox) {
     press(u"Btn_OK"_s);
     EXPECT_EQ(piece(u"one"_s).size(), big.size());
     EXPECT_EQ(stored(keys::body::kUpText), u"one"_s);
+}
+
+/// As long as those that are shown may be, in all and in one line.
+TEST_F(CustomizePieces, TheLongestOnesDoNotHangTheWindow) {
+    const QByteArray line(site::kLongestLine - 1, 'x');
+    for (const QByteArray& text : {line + '\n', QByteArray(99, 'x').append('\n').repeated(10'000)}) {
+        writePiece(u"one"_s, text);
+        open();
+        QElapsedTimer timer;
+        timer.start();
+        category(u"上下追加テキスト"_s);
+        EXPECT_LT(timer.elapsed(), 3000);
+        timer.start();
+        QTest::keyClick(&pane(kPane), Qt::Key_A);
+        settle();
+        EXPECT_LT(timer.elapsed(), 1000);
+        EXPECT_TRUE(pane(kPane).text().startsWith(u"ax"_s));
+        desk.answers = {u"no"_s};
+        press(u"Btn_Cancel"_s);
+        EXPECT_EQ(piece(u"one"_s), text);
+    }
 }
 
 // ---- sets

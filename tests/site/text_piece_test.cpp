@@ -32,8 +32,12 @@ TEST_F(TextPiece, OfTenMegabytesIsNotReadIntoABox) {
     writePiece(u"big"_s, QByteArray(10'000'000, 'x'));
     EXPECT_TRUE(site::readTextPiece(session, u"big"_s).isTooLong);
     EXPECT_EQ(site::readTextPiece(session, u"big"_s).text, u""_s);
-    writePiece(u"most"_s, QByteArray(site::kMostPieceBytes, 'x'));
+    writePiece(u"most"_s, QByteArray("xx\r\n").repeated(site::kMostPieceBytes / 4));
     EXPECT_EQ(site::readTextPiece(session, u"most"_s).text.size(), site::kMostPieceBytes);
+    writePiece(u"line"_s, "a\r\n" + QByteArray(site::kLongestLine, 'x'));
+    EXPECT_FALSE(site::readTextPiece(session, u"line"_s).isTooLong);
+    writePiece(u"line"_s, "a\n" + QByteArray(site::kLongestLine + 1, 'x') + "\nb");
+    EXPECT_TRUE(site::readTextPiece(session, u"line"_s).isTooLong);
 }
 
 TEST_F(TextPiece, IsCopiedByteByByte) {
