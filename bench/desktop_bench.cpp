@@ -2,19 +2,27 @@
 //
 //     scripts/with-display desktop_bench HOME DAY OTHER_DAY [OPTIONS OF GOOGLE BENCHMARK]
 //
-// HOME is a program folder with a diary in it; both days must have entries. The pages are written, the browser stays
-// out.
+// HOME is a program folder with a diary in it; both days must have entries. The pages are written, and the browser
+// stays out, but for the page that shows a change of the look: that is over when the page is there.
+#include "browser/forms/frmHTMLBrowser.h"
+#include "core/keys.h"
+#include "core/settings_change.h"
 #include "desktop/context.h"
 #include "desktop/text_pane.h"
 #include "editor/forms/frmCalender.h"
 #include "editor/forms/frmContents.h"
 #include "shell/forms/desktop_start.h"
 #include "silent_desk.h"
+#include "site/forms/frmCustomize.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTextCursor>
+#include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +66,33 @@ void typeInto(benchmark::State& state, desktop::Context& context, const QString&
     context.windows.unload<editor::frmContents>(); // nobody is there to be asked
 }
 
+/// From the click to the page, with the set written in between.
+void changeLook(benchmark::State& state, desktop::Context& context) {
+    core::SettingsChange live;
+    live.set(context.session, core::keys::kRealTime, u"1"_s);
+    live.write();
+    auto& window = context.windows.get<site::frmCustomize>();
+    window.showWindow();
+    while (!context.windows.find<browser::frmHTMLBrowser>())
+        settle();
+    auto* view = context.windows.get<browser::frmHTMLBrowser>().findChild<QWebEngineView*>();
+    QEventLoop isShown;
+    QObject::connect(view, &QWebEngineView::loadFinished, &isShown, &QEventLoop::quit);
+    isShown.exec();
+    auto* genre = window.findChild<QCheckBox*>(u"chkGenre"_s);
+    QElapsedTimer click;
+    qint64 busyNs = 0; // when the window takes the next key
+    for (auto _ : state) {
+        click.start();
+        genre->click();
+        busyNs += click.nsecsElapsed();
+        isShown.exec();
+    }
+    state.counters["busy_ms"] = benchmark::Counter(double(busyNs) / 1e6, benchmark::Counter::kAvgIterations);
+    window.reject();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 } // namespace
 } // namespace velloria::bench
 
@@ -80,6 +115,7 @@ int main(int argc, char** argv) {
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("saveAndPreview", bench::saveAndPreview, std::ref(context), words[2])
         ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("changeLook", bench::changeLook, std::ref(context))->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("typeInto", bench::typeInto, std::ref(context), words[2])
         ->Arg(2'000)
         ->Arg(200'000)
