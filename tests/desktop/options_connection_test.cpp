@@ -74,7 +74,7 @@ TEST_F(OptionsConnection, ALongWordOfTheServerLeavesTheWindowOnTheScreen) {
     test();
     ASSERT_TRUE(ends());
     settle();
-    EXPECT_EQ(window()->width(), width);
+    EXPECT_LE(window()->minimumSizeHint().width(), width) << "what the layout will ask for";
     EXPECT_EQ(box<QLabel>("labelFTP_Test").toolTip(), found()) << "to be read whole";
     EXPECT_TRUE(found().contains(QString(200, u'x')));
     leave();
