@@ -3,12 +3,12 @@
 #include "core/files.h"
 #include "core/keys.h"
 #include "core/path_names.h"
+#include "core/settings_file.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
-#include "shell/settings_file.h"
 #include "store/database_file.h"
 
 #include <QFile>
@@ -155,7 +155,7 @@ void moveSingleUserData(const SingleUserData& data, const QString& folder) {
     // A user whose start can't read them could not go back alone.
     if (!data.diary.isEmpty())
         store::GetDBVersion(data.diary);
-    refuseUnreadableSettings(data.settings);
+    core::refuseUnreadableSettings(data.settings);
     platform::makeFolder(core::GetParentFolder(folder), 0700);
     // Two moves to one user come one after the other: each backup gets a name of its own.
     const platform::FolderLock lock(core::GetParentFolder(folder));

@@ -5,11 +5,11 @@
 #include "core/program_keys.h"
 #include "core/settings.h"
 #include "core/settings_change.h"
+#include "core/settings_file.h"
 #include "platform/directory.h"
 #include "platform/file_read.h"
 #include "platform/file_write.h"
 #include "platform/profile_sections.h"
-#include "shell/settings_file.h"
 
 #include <QFileInfo>
 
@@ -115,7 +115,7 @@ void Users::rememberLogin(const QString& id) const {
 }
 
 QStringList Users::sections() const {
-    refuseUnreadableSettings(m_file);
+    core::refuseUnreadableSettings(m_file);
     return platform::profileSections(m_file);
 }
 

@@ -7,6 +7,7 @@
 #include "site/customize_sets.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velloria::site {
 namespace {
@@ -23,13 +24,27 @@ void bringBack(const QString& file, const std::optional<QByteArray>& bytes) {
     }
 }
 
-/// The one that comes into the place of the set in the list; "" when it is the last of all.
+bool canBeSelected(const core::Session& session, const QString& name) {
+    try {
+        existingSetFile(session, name);
+        return true;
+    } catch (const platform::Failure&) {
+        return false;
+    }
+}
+
+/// The one that comes into the place of the set in the list, or the nearest that can be selected; "" when it is the
+/// last of all.
 QString nextSet(const core::Session& session, const QString& name) {
     QStringList names = customizeSets(session);
     const qsizetype at = names.indexOf(name);
     if (at >= 0)
         names.removeAt(at);
-    return names.isEmpty() ? QString() : names.at(std::clamp<qsizetype>(at, 0, names.size() - 1));
+    const qsizetype place = qMax<qsizetype>(at, 0);
+    QStringList order = names.sliced(place);
+    std::ranges::reverse_copy(names.first(place), std::back_inserter(order));
+    const auto found = std::ranges::find_if(order, [&](const QString& other) { return canBeSelected(session, other); });
+    return found == order.end() ? order.value(0) : *found;
 }
 
 } // namespace

@@ -4,10 +4,13 @@
 #include "core/keys.h"
 #include "core/path_names.h"
 #include "core/settings_change.h"
+#include "core/settings_file.h"
 #include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -19,6 +22,9 @@ namespace {
 constexpr QLatin1StringView kSetEnding(".ini");
 constexpr QLatin1StringView kPieceEnding(".htm");
 
+/// Each page reads its set whole. No set comes near it, and a larger file is none.
+constexpr qint64 kMostBytes = 16 * 1024 * 1024;
+
 QString folderOf(const core::Session& session) {
     return platform::existingPath(core::files::kCustomize.in(session)) + core::nativeSeparator();
 }
@@ -27,6 +33,7 @@ QStringList namesWithout(QLatin1StringView ending, const core::Session& session)
     QStringList names = platform::listFolder(folderOf(session), u'*' + ending);
     for (QString& name : names)
         name.chop(ending.size());
+    names.removeAll(QString()); // a file that is nothing but an ending
     return names;
 }
 
@@ -79,6 +86,10 @@ QString existingSetFile(const core::Session& session, const QString& name) {
         refuse(u"ファイルがありません"_s);
     if (!core::fitsSetting(file))
         refuse(u"名前が長すぎて設定に保存できません"_s);
+    if (QFileInfo(file).size() > kMostBytes)
+        refuse(u"ファイルが大きすぎます"_s);
+    if (!core::isSettingsText(file))
+        refuse(u"テキストではありません"_s); // the next start would refuse it
     return file;
 }
 

@@ -19,7 +19,7 @@ QStringList textPieces(const core::Session& session);
 QString customizeSetFile(const core::Session& session, const QString& name);
 QString textPieceFile(const core::Session& session, const QString& name);
 
-/// That of a set that is there. Throws platform::Failure for any other.
+/// That of a set that is there and can be one: text of a moderate size. Throws platform::Failure for any other.
 QString existingSetFile(const core::Session& session, const QString& name);
 
 /// Whether a set or a piece may be called so: not an empty name, a name on any disk, all of it in code page 932, and
@@ -29,7 +29,7 @@ bool isCustomizeName(const core::Session& session, const QString& name);
 /// The name of the set that is selected.
 QString selectedCustomizeSet(const core::Session& session);
 /// Selects the set, in the settings first and then in the session. Throws platform::Failure with both as they were,
-/// also for a set that is not there.
+/// also for what existingSetFile refuses.
 void selectCustomizeSet(core::Session& session, const QString& name);
 
 } // namespace velloria::site

@@ -56,6 +56,11 @@ class Selection(CustomizeTest):
             self.refused("customize", "select", name, naming=[name])
         self.assertEqual(self.selected(), ["Customize"])
 
+    def test_a_set_that_no_start_could_read_is_not_selected(self):
+        self.must("customize", "import", self.input_file("wide.cst", SET.decode().encode("utf-16")))
+        self.refused("customize", "select", "wide", naming=["wide.ini", "テキストではありません"])
+        self.assertEqual(self.selected(), ["Customize"])
+
     def test_settings_that_cant_be_written_keep_the_old_set(self):
         os.chmod(self.diary_ini, 0o400)
         self.refused("customize", "select", "mine", naming=["diary.ini"])
@@ -151,6 +156,7 @@ class Export(CustomizeTest):
         self.refused("customize", "export", "mine", "--format", "ini", "--out", "")
         self.refused("--yes", "customize", "export", "mine", "--format", "ini", "--out", self.diary_ini)
         self.refused("customize", "export", "mine", "--format", "ini", "--out", self.root + "/nowhere/a")
+        self.refused("customize", "export", "mine", "--format", "ini", "--out", self.out, naming=["ファイル名がありません"])
         result = self.run_cli("--events", "customize", "export", "mine", "--format", "ini", "--out", "")
         self.assertEqual(result.statuses, [FAILED_OUT])
 

@@ -87,6 +87,18 @@ TEST_F(CustomizeSetCommands, DeletingGoesOnWithTheNextOfTheList) {
     EXPECT_EQ(site::selectedCustomizeSet(session), u"a"_s);
 }
 
+TEST_F(CustomizeSetCommands, DeletingPassesOverWhatCantBeSelected) {
+    const QByteArray noText("[m]\0", 4);
+    writeFile(set(u"a"_s), "[a]");
+    writeFile(set(u"m"_s), noText);
+    site::deleteCustomizeSet(session, backup, u"Customize"_s);
+    EXPECT_EQ(site::selectedCustomizeSet(session), u"a"_s);
+    // Where nothing else is left, it is told and not replaced.
+    EXPECT_NE(failureOf([this] { site::deleteCustomizeSet(session, backup, u"a"_s); }), u""_s);
+    EXPECT_EQ(bytes(u"a"_s), "[a]");
+    EXPECT_EQ(bytes(u"m"_s), noText);
+}
+
 TEST_F(CustomizeSetCommands, DeletingWithABackupTakesThatOfTheNextSet) {
     writeFile(set(u"z"_s), "[z]");
     backup.take();

@@ -32,6 +32,27 @@ TEST_F(CustomizeSets, PiecesAreTheOtherFiles) {
     EXPECT_EQ(bytesOf(site::textPieceFile(session, u"上"_s)), "up");
 }
 
+TEST_F(CustomizeSets, AFileThatIsNothingButAnEndingIsNone) {
+    makeSet(u""_s);
+    writePiece(u""_s, "");
+    EXPECT_EQ(site::allCustomizeSets(session), QStringList{u"Customize"_s});
+    EXPECT_EQ(site::textPieces(session), QStringList());
+}
+
+/// The next start would refuse it, and nobody could select another one.
+TEST_F(CustomizeSets, WhatIsNoTextOrBeyondAllMeasureIsNotSelected) {
+    const QString old = session.CustIniFile;
+    writeFile(site::customizeSetFile(session, u"wide"_s), QByteArray("\xff\xfe[\0G\0]\0", 8));
+    EXPECT_TRUE(
+        failureOf([this] { site::selectCustomizeSet(session, u"wide"_s); }).contains(u"テキストではありません"_s));
+    writeFile(site::customizeSetFile(session, u"huge"_s), "[General]\r\n");
+    ASSERT_TRUE(QFile::resize(site::customizeSetFile(session, u"huge"_s), qint64(10) << 30)); // takes no room
+    EXPECT_TRUE(
+        failureOf([this] { site::selectCustomizeSet(session, u"huge"_s); }).contains(u"ファイルが大きすぎます"_s));
+    EXPECT_EQ(session.CustIniFile, old);
+    EXPECT_EQ(core::Settings(session).text(core::keys::kCustomizeIni), old);
+}
+
 TEST_F(CustomizeSets, ASetIsFoundWhateverTheCaseOfItsFile) {
     QDir(session.DataPath).rename(u"Customize"_s, u"CUSTOMIZE"_s);
     QFile::rename(session.DataPath + u"CUSTOMIZE/Customize.ini"_s, session.DataPath + u"CUSTOMIZE/NIGHT.INI"_s);

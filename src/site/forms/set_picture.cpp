@@ -3,7 +3,6 @@
 #include "browser/forms/frmBrowser.h"
 #include "core/day_key.h"
 #include "core/files.h"
-#include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "site/customize_sets.h"
@@ -78,19 +77,14 @@ SetPicture::~SetPicture() {
 
 void SetPicture::showSet(const QString& name) {
     try {
-        const QString file = customizeSetFile(m_context.session, name);
-        if (platform::fileExists(file)) {
-            makePage(file);
-            startEngine();
-            m_view->load(QUrl::fromLocalFile(core::files::kSetPicture.in(m_context.session)));
-            m_view->show();
-            return;
-        }
+        makePage(existingSetFile(m_context.session, name));
+        startEngine();
+        m_view->load(QUrl::fromLocalFile(core::files::kSetPicture.in(m_context.session)));
+        m_view->show();
     } catch (const platform::Failure&) {
-        // An empty picture says it.
+        if (m_view)
+            m_view->hide(); // an empty picture says it
     }
-    if (m_view)
-        m_view->hide();
 }
 
 void SetPicture::makePage(const QString& setFile) const {
