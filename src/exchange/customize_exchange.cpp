@@ -69,6 +69,16 @@ std::vector<platform::ProfileChange> signature(CustomizeFormat format, const Cus
     return changes;
 }
 
+/// Whether a new file in the place of `target` would be the new `source`: not so for a hard link.
+bool isReplacedWith(const QString& source, const QString& target) {
+    return QFileInfo(source).canonicalFilePath() == QFileInfo(target).canonicalFilePath();
+}
+
+[[noreturn]] void refuse(const QString& target, const QString& reason) {
+    throw platform::Failure(u"カスタマイズファイルを保存できません。"_s, target, reason,
+                            u"別のファイル名を指定してください。元のファイルはそのままです。"_s);
+}
+
 /// In one piece: at no moment there is a file for others that still says who made it.
 void writeCopy(const QString& source, const QString& target, const std::vector<platform::ProfileChange>& changes) {
     QByteArray bytes = platform::readFile(source);
@@ -84,7 +94,7 @@ CustomizeExchange::CustomizeExchange(const core::Run& run, std::optional<QString
     , m_path(std::move(path)) {}
 
 QString CustomizeExchange::setFolder() const {
-    return core::withSeparator(core::GetParentFolder(m_run.session.CustIniFile));
+    return core::withSeparator(platform::existingPath(core::GetParentFolder(m_run.session.CustIniFile)));
 }
 
 bool CustomizeExchange::importCommand() {
@@ -122,6 +132,10 @@ std::optional<QString> CustomizeExchange::targetOfImport(const QString& source) 
     QString name = core::GetFileName(source);
     if (formatOf(source) == CustomizeFormat::Cst)
         name = core::GetBaseName(name) + kIniEnding;
+    if (core::GetBaseName(name).isEmpty())
+        throw platform::Failure(u"カスタマイズファイルを取り込めません。"_s, source,
+                                u"ファイル名に、セットの名前になる部分がありません"_s,
+                                u"何も取り込んでいません。ファイル名を変えてから、もう一度実行してください。"_s);
     const QString target = setFolder() + name;
     if (!QFileInfo::exists(platform::existingPath(target)))
         return target;
@@ -149,11 +163,11 @@ bool CustomizeExchange::ExportCustomize(const QString& setName, CustomizeFormat 
     const std::optional<QString> target = chosenTarget(format);
     if (!target)
         return false;
-    requireNoOwnFile(*target);
+    requireFreeName(*target);
     const QString source = platform::existingPath(setFolder() + setName + kIniEnding);
     const bool isThere = QFileInfo::exists(*target);
     const bool isCopied = !isThere || m_run.desk.ask(u"同名のファイルが存在します。\r\n上書きしますか？"_s);
-    if (isThere && platform::isSameFile(source, *target))
+    if (isThere && isReplacedWith(source, *target))
         platform::writeProfile(*target, signature(CustomizeFormat::Ini, author));
     else if (isCopied)
         writeCopy(source, *target, signature(format, author));
@@ -164,7 +178,7 @@ bool CustomizeExchange::ExportCustomize(const QString& setName, CustomizeFormat 
     return true;
 }
 
-/// With its ending; nothing after a cancel.
+/// With its ending; nothing after a cancel. Beside the sets it is the one that differs in case alone.
 std::optional<QString> CustomizeExchange::chosenTarget(CustomizeFormat format) const {
     std::optional<QString> chosen = m_path;
     if (!chosen) {
@@ -178,13 +192,16 @@ std::optional<QString> CustomizeExchange::chosenTarget(CustomizeFormat format) c
     }
     if (!chosen || chosen->isEmpty())
         return std::nullopt;
+    if (core::GetFileName(*chosen).isEmpty())
+        refuse(*chosen, u"ファイル名がありません"_s);
     if (!chosen->toLower().endsWith(endingOf(format)))
         *chosen += endingOf(format);
-    return chosen;
+    const bool isBesideSets = platform::isSameFile(core::GetParentFolder(*chosen), setFolder());
+    return isBesideSets ? platform::existingPath(*chosen) : *chosen;
 }
 
 /// Settings of the program bear the same ending, and lie where the first export begins.
-void CustomizeExchange::requireNoOwnFile(const QString& target) const {
+void CustomizeExchange::requireFreeName(const QString& target) const {
     const core::Session& session = m_run.session;
     namespace files = core::files;
     QStringList own{session.DiaryIniFile, session.FrameIniFile, session.RSSIniFile, session.HaloScanIniFile,
@@ -193,8 +210,7 @@ void CustomizeExchange::requireNoOwnFile(const QString& target) const {
                                    files::kHtmlToText, files::kFeedHtmlToText})
         own += file.in(session);
     if (std::ranges::any_of(own, [&](const QString& file) { return platform::isSameFile(file, target); }))
-        throw platform::Failure(u"カスタマイズファイルを保存できません。"_s, target, u"日記に必要なファイルです"_s,
-                                u"別のファイル名を指定してください。元のファイルはそのままです。"_s);
+        refuse(target, u"日記に必要なファイルです"_s);
 }
 
 } // namespace velloria::exchange

@@ -38,7 +38,7 @@ public:
 
     /// Writes the set to a file that somebody chooses, with the author's name below it. False after a cancel. Who does
     /// not want the file there replaced gets it with no more than the signature, and for others the blanks, written
-    /// into it, which is a success. The set's own file gets the signature alone.
+    /// into it, which is a success. The set's own file, also behind a symbolic link, gets the signature alone.
     bool ExportCustomize(const QString& setName, CustomizeFormat format, const CustomizeAuthor& author);
     /// The same as a command.
     bool exportCommand(const QString& setName, CustomizeFormat format, const CustomizeAuthor& author);
@@ -50,7 +50,7 @@ private:
     std::optional<QString> chosenSource() const;
     std::optional<QString> targetOfImport(const QString& source) const;
     std::optional<QString> chosenTarget(CustomizeFormat format) const;
-    void requireNoOwnFile(const QString& target) const;
+    void requireFreeName(const QString& target) const;
 
     core::Run m_run;
     std::optional<QString> m_path;

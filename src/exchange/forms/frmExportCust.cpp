@@ -28,7 +28,8 @@ frmExportCust::~frmExportCust() = default;
 
 void frmExportCust::fill() {
     ui->cmbCustomize->addItems(site::allCustomizeSets(m_context.session));
-    ui->cmbCustomize->setCurrentIndex(ui->cmbCustomize->findText(site::selectedCustomizeSet(m_context.session)));
+    const QString selected = site::selectedCustomizeSet(m_context.session);
+    ui->cmbCustomize->setCurrentIndex(ui->cmbCustomize->findText(selected, Qt::MatchFixedString));
     const auto allow = [this] { ui->Btn_Exec->setEnabled(ui->cmbCustomize->currentIndex() >= 0); };
     connect(ui->cmbCustomize, &QComboBox::currentIndexChanged, this, allow);
     allow();
