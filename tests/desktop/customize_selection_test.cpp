@@ -64,6 +64,12 @@ TEST_F(Selection, ListsTheSetsWithoutTheFeedsAndShowsTheSelectedOne) {
     EXPECT_EQ(sets().currentText(), u"Customize"_s);
 }
 
+TEST_F(Selection, TheSelectedSetIsFoundWhateverTheCaseInTheSettings) {
+    session.CustIniFile = folder() + u"cUSTOMIZE.INI"_s;
+    open();
+    EXPECT_EQ(sets().currentText(), u"Customize"_s);
+}
+
 TEST_F(Selection, OkSelectsTheSetAndShowsItsPreview) {
     open();
     sets().setCurrentText(u"red"_s);
@@ -202,6 +208,11 @@ TEST_F(Selection, APictureThatCantBeMadeIsEmptyAndBreaksNothing) {
     sets().setCurrentText(u"red"_s);
     EXPECT_TRUE(control(*window(), u"SetPictureView"_s).isVisible());
     ASSERT_TRUE(QFile::remove(folder() + u"blue.ini"_s));
+    sets().setCurrentText(u"blue"_s);
+    EXPECT_FALSE(control(*window(), u"SetPictureView"_s).isVisible());
+    writeSet(u"blue"_s, "#0000ff");
+    ASSERT_TRUE(QFile::resize(folder() + u"blue.ini"_s, qint64(10) << 30)); // takes no room
+    sets().setCurrentText(u"red"_s);
     sets().setCurrentText(u"blue"_s);
     EXPECT_FALSE(control(*window(), u"SetPictureView"_s).isVisible());
     EXPECT_TRUE(desk.texts(u"failure"_s).isEmpty());

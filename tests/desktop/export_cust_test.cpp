@@ -56,6 +56,12 @@ TEST_F(CustomizeExport, ListsAllSetsAndBeginsWithTheSelectedOne) {
     EXPECT_TRUE(field<QRadioButton>(u"optCst"_s).isChecked());
 }
 
+TEST_F(CustomizeExport, TheSelectedSetIsFoundWhateverTheCaseInTheSettings) {
+    session.CustIniFile = folder() + u"cUSTOMIZE.INI"_s;
+    open();
+    EXPECT_EQ(sets().currentText(), u"Customize"_s);
+}
+
 TEST_F(CustomizeExport, WritesTheChosenSetInEitherFormatAndKeepsItsAuthor) {
     for (const bool isCst : {true, false}) {
         open();

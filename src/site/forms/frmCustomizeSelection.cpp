@@ -35,7 +35,8 @@ void frmCustomizeSelection::fill() {
     const QSignalBlocker blocker(ui->cmbSelectCustomize);
     ui->cmbSelectCustomize->clear();
     ui->cmbSelectCustomize->addItems(customizeSets(m_context.session));
-    ui->cmbSelectCustomize->setCurrentIndex(ui->cmbSelectCustomize->findText(selectedCustomizeSet(m_context.session)));
+    const QString selected = selectedCustomizeSet(m_context.session);
+    ui->cmbSelectCustomize->setCurrentIndex(ui->cmbSelectCustomize->findText(selected, Qt::MatchFixedString));
     ui->Btn_OK->setEnabled(ui->cmbSelectCustomize->currentIndex() >= 0);
 }
 
