@@ -127,7 +127,7 @@ inline constexpr Setting kResize = kSection.flag(u"Resize");
 } // namespace frame
 
 namespace rss {
-inline constexpr SettingsSection kGeneral{SettingsFile::Rss, u"GENERAL"};
+inline constexpr SettingsSection kGeneral{SettingsFile::Rss, u"General"};
 inline constexpr Setting kRSSOn = kGeneral.flag(u"RSSOn");
 inline constexpr SettingsSection kSetting{SettingsFile::Rss, u"Setting"};
 inline constexpr Setting kTitle = kSetting.text(u"Title", u"日記");

@@ -185,7 +185,7 @@ TEST_F(SiteStructure, ApplyWritesEveryKeyInTheOrderOfTheTableAlsoOfDisabledContr
     }
     EXPECT_EQ(names, "[Divide]DiaryDivide DiaryTerm DiaryOnTop LogDivide TopLink UseFileName2Day "
                      "[Frame]FrameOn CalenderFrameSize Border Scrolling Resize "
-                     "[GENERAL]RSSOn [Setting]Title HPURL DiaryURL Description [RSS2.0]ManagingAuthor WebMaster "
+                     "[General]RSSOn [Setting]Title HPURL DiaryURL Description [RSS2.0]ManagingAuthor WebMaster "
                      "[ATOM]Author [GENERAL]HaloScanOn UserName "
                      "[SIMPLE]Status AcceptComment AcceptTrackBack [PandBRTag]Type ");
 }
