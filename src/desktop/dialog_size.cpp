@@ -56,6 +56,7 @@ void sizeInto(QDialog& dialog, const QSize& room) {
         wanted +=
             QSize(area->verticalScrollBar()->sizeHint().width(), area->horizontalScrollBar()->sizeHint().height());
     }
+    dialog.setMinimumSize(dialog.minimumSize().boundedTo(room)); // of a form that is wide for the eye alone
     dialog.resize(wanted.boundedTo(room));
 }
 

@@ -181,6 +181,18 @@ TEST_P(LargeFont, TheContentsScrollAboveTheButtons) {
 INSTANTIATE_TEST_SUITE_P(Fonts, LargeFont, testing::Values(FontCase{"Points30", 30, QFont::Normal}),
                          [](const auto& font) { return font.param.name; });
 
+TEST(DialogSize, AWideFormGivesWayToANarrowScreen) {
+    QDialog dialog;
+    dialog.setMinimumSize(400, 0);
+    auto* rows = new QVBoxLayout(&dialog);
+    rows->addWidget(new QLabel(u"text"_s, &dialog));
+    rows->addWidget(new QPushButton(u"OK"_s, &dialog));
+    desktop::sizeInto(dialog, {800, 600});
+    EXPECT_EQ(dialog.width(), 400);
+    desktop::sizeInto(dialog, {300, 200});
+    EXPECT_EQ(dialog.width(), 300);
+}
+
 TEST(DialogSize, KeepsWhatIsHiddenHiddenAndAlignmentAndStretch) {
     QDialog dialog;
     auto* rows = new QVBoxLayout(&dialog);
