@@ -84,8 +84,8 @@ bool mayBeDataFolder(const QString& folder, platform::Desk& desk) {
 void makeCustomizeFolder(const Session& session) {
     makeFilledFolder(files::kCustomize.in(session), [&session](const QString& unfinished) {
         const QString sets = existingPath(files::kFirstCustomize.in(session)) + u'/';
-        // A user may be called like the folder: what lies there is theirs then.
-        if (!fileExists(files::kSettings.below(sets)))
+        // A user may be called like the folder, or keep their site beside the program: what lies there is theirs then.
+        if (!fileExists(files::kSettings.below(sets)) && !fileExists(sets + files::kFirstCustomizeIni.name))
             copyFilesOf(sets.chopped(1), unfinished);
     });
     makeFolder(existingPath(files::kCustomize.in(session))); // which tells what else may bear the name

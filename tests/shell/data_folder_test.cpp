@@ -105,6 +105,15 @@ TEST_F(DataFolder, AProgramWithoutFurtherSetsMakesTheFolderForItsOne) {
     EXPECT_EQ(platform::listFolder(core::files::kCustomize.in(other), u"*"_s), QStringList{u"Customize.ini"_s});
 }
 
+TEST_F(DataFolder, TheSetsOfASiteBesideTheProgramStayThere) {
+    bringCustomizeSets(home.path());
+    writeFile(core::files::kFirstCustomize.in(session) + u"/Customize.ini"_s, "[General]\r\nHPTitle=mine\r\n");
+    const core::Session other = elsewhere();
+    shell::makeWorkingFolders(other);
+    EXPECT_EQ(platform::listFolder(core::files::kCustomize.in(other), u"*"_s), QStringList{u"Customize.ini"_s});
+    EXPECT_EQ(bytesOf(core::files::kCustomizeIni.in(other)), bytesOf(core::files::kFirstCustomizeIni.in(session)));
+}
+
 TEST_F(DataFolder, AUserWhoIsCalledLikeTheFolderKeepsWhatIsTheirs) {
     bringCustomizeSets(home.path());
     writeFile(core::files::kFirstCustomize.in(session) + u"/Diary.ini"_s, "passwords");
