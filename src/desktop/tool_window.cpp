@@ -5,8 +5,11 @@
 #include "desktop/window_place.h"
 
 #include <QMdiArea>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+
+using namespace Qt::StringLiterals;
 
 namespace velloria::desktop {
 
@@ -33,6 +36,9 @@ ToolWindow::~ToolWindow() {
 
 void ToolWindow::showWindow() {
     if (!m_wasShown) {
+        // With the focus on it, Enter is its own and not OK's.
+        if (auto* cancel = findChild<QPushButton*>(u"Btn_Cancel"_s))
+            cancel->setAutoDefault(true);
         takeItsPlace();
         m_wasShown = true;
     }

@@ -3,8 +3,10 @@
 #include "core/keys.h"
 #include "desktop/window_place.h"
 #include "editor_home.h"
+#include "every_window.h"
 
 #include <QMdiArea>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +48,27 @@ TEST_F(ToolWindow, IsDestroyedHoweverItCloses) {
         settle();
         EXPECT_EQ(context.windows.find<Beside>(), nullptr);
     }
+}
+
+TEST_F(ToolWindow, EnterOnTheCancelButtonOfAnyOfThemCancels) {
+    int tried = 0;
+    forEveryWindow(context, [&](desktop::ToolWindow& window) {
+        auto* cancel = window.findChild<QPushButton*>(u"Btn_Cancel"_s);
+        if (!cancel || !becomesActive(window))
+            return;
+        for (const QPushButton* button : window.findChildren<QPushButton*>())
+            QObject::disconnect(button, &QPushButton::clicked, nullptr, nullptr);
+        QStringList pressed;
+        for (QPushButton* button : window.findChildren<QPushButton*>())
+            QObject::connect(button, &QPushButton::clicked, &window, [&, button] { pressed += button->objectName(); });
+        cancel->setFocus();
+        QTest::keyClick(cancel, Qt::Key_Return);
+        EXPECT_EQ(pressed, QStringList{u"Btn_Cancel"_s}) << window.objectName().toStdString();
+        for (const QPushButton* button : window.findChildren<QPushButton*>())
+            QObject::disconnect(button, &QPushButton::clicked, nullptr, nullptr);
+        ++tried;
+    });
+    EXPECT_GT(tried, 8);
 }
 
 TEST_F(ToolWindow, ComesUpInTheMiddleOfTheMainWindowAndThenWhereItWasLeft) {
