@@ -257,6 +257,8 @@ TEST_F(Customize, TakesTheColourOfTheDialog) {
     EXPECT_TRUE(canApply());
     EXPECT_EQ(choose(u"red"_s, true), u"#0102AB"_s);
     EXPECT_EQ(start, QColor(0, 0, 0)) << "a name is no start";
+    EXPECT_EQ(choose(u"#zzzzzz"_s, true), u"#0102AB"_s);
+    EXPECT_EQ(start, QColor(0, 0, 0)) << "nor is a number that is none";
     EXPECT_EQ(choose(u"#102030"_s, false), u"#102030"_s);
     EXPECT_FALSE(canApply());
     EXPECT_TRUE(boxes().isEmpty());

@@ -62,13 +62,15 @@ void ColourRow::show(const QString& colour) {
     Q_EMIT chosen();
 }
 
-/// Black where there is nothing to start at; nothing for a text that is no colour, which this command says nothing
-/// about.
+/// Black where there is nothing to start at. Nothing for a text in any form that is no colour, which this command says
+/// nothing about.
 std::optional<OleColour> ColourRow::shownColour() const {
     QString text = m_box.currentText();
     const bool isStart = m_startsAt == StartsAt::AnyForm ? !text.isEmpty() : text.startsWith(u'#');
     if (!isStart)
         return 0;
+    if (m_startsAt == StartsAt::NumberOnly)
+        return colourValue(text.sliced(1)).value_or(0);
     try {
         if (!text.startsWith(u'#'))
             text = exchangeColour(m_context.session.MyPath, text);
