@@ -154,6 +154,25 @@ TEST_F(CustomizePieces, LeavingAnUnsavedTextAsks) {
     EXPECT_EQ(box(kBox).currentIndex(), -1);
 }
 
+/// The list tells of the item that is chosen already as well.
+TEST_F(CustomizePieces, ThePresentCategoryAgainLeavesNothing) {
+    openTexts();
+    pane(kPane).setText(u"typed"_s);
+    category(u"上下追加テキスト"_s);
+    EXPECT_EQ(pane(kPane).text(), u"typed"_s);
+    EXPECT_TRUE(asked().isEmpty());
+    press(u"Btn_OK"_s);
+    EXPECT_EQ(piece(u"one"_s), "typed");
+}
+
+TEST_F(CustomizePieces, AnEditKeepsOddCharacters) {
+    writePiece(u"one"_s, QByteArray("a\0b \xa0 &#160;&#8232;&nbsp;&#60; \xfa\x55", 31));
+    openTexts();
+    QTest::keyClick(&pane(kPane), Qt::Key_X);
+    press(u"Btn_Apply"_s);
+    EXPECT_EQ(piece(u"one"_s), "x" + QByteArray("a\0b \xa0 &#160;&#8232;&nbsp;&#60; \xfa\x55", 31));
+}
+
 TEST_F(CustomizePieces, ATextThatCantBeSavedKeepsItsPlace) {
     openTexts();
     pane(kPane).setText(u"typed"_s);

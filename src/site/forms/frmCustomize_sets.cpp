@@ -25,8 +25,10 @@ bool frmCustomize::mayLeaveText() {
 }
 
 void frmCustomize::chooseCategory() {
+    if (ui->cmbCategory->currentIndex() == m_category)
+        return;
     bool isLeft = false;
-    run([&] { isLeft = ui->cmbCategory->currentIndex() == m_category || mayLeaveText(); });
+    run([&] { isLeft = mayLeaveText(); });
     if (isLeft)
         m_category = ui->cmbCategory->currentIndex();
     else
