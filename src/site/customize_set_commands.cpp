@@ -49,7 +49,7 @@ QString nextSet(const core::Session& session, const QString& name) {
 
 } // namespace
 
-void makeCustomizeSet(core::Session& session, CustomizeBackup& backup, const QString& name,
+void makeCustomizeSet(core::Session& session, const CustomizeBackup& backup, const QString& name,
                       const std::function<void()>& apply) {
     const QString old = session.CustIniFile;
     const QString made = customizeSetFile(session, name);
@@ -61,19 +61,16 @@ void makeCustomizeSet(core::Session& session, CustomizeBackup& backup, const QSt
     session.CustIniFile = made;
     try {
         apply();
+        if (isOther)
+            backup.restore();
     } catch (...) {
         session.CustIniFile = old;
         bringBack(made, replaced);
         throw;
     }
-    if (!backup.isTaken())
-        return;
-    if (isOther)
-        backup.restore();
-    backup.take();
 }
 
-void deleteCustomizeSet(core::Session& session, CustomizeBackup& backup, const QString& name) {
+void deleteCustomizeSet(core::Session& session, const QString& name) {
     const QString old = selectedCustomizeSet(session);
     const QString deleted = customizeSetFile(session, name);
     const QString next = nextSet(session, name);
@@ -90,8 +87,6 @@ void deleteCustomizeSet(core::Session& session, CustomizeBackup& backup, const Q
             throw;
         }
     }
-    if (backup.isTaken())
-        backup.take();
 }
 
 } // namespace velloria::site

@@ -12,7 +12,7 @@ namespace velloria::site {
 /// Remembers what the selected set held when its dialog last read or wrote it.
 class SetWatch {
 public:
-    /// `run` as the dialog has it; what it refers to outlives this.
+    /// `run` is that of the dialog and outlives this.
     explicit SetWatch(const core::Run& run);
 
     /// What the set holds now is known. Throws platform::Failure when it can't be read.
@@ -25,7 +25,7 @@ public:
     bool mayTakeBack();
 
 private:
-    core::Run m_run;
+    const core::Run* m_run;
     std::optional<QByteArray> m_known;
 };
 

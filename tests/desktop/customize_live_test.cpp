@@ -331,6 +331,68 @@ TEST_F(LiveCustomize, WithoutABackupNothingIsLive) {
     EXPECT_NE(set(), before);
 }
 
+/// Where the dialog goes on without live changes, a change waits for its Apply.
+TEST_F(LiveCustomize, WithoutABackupOfTheNextSetNothingIsLiveAnyMore) {
+    writeFile(setFile(u"zz"_s), "[Body]\r\nTextColor=#0a0a0a\r\n");
+    const QString backup = session.MyPath + u"Customize.bak"_s;
+    for (const QString& way : {u"choose"_s, u"Btn_New"_s, u"Btn_Delete"_s}) {
+        SCOPED_TRACE(way.toStdString());
+        openBody();
+        ASSERT_TRUE(QFile::remove(backup));
+        ASSERT_TRUE(QDir().mkpath(backup)); // which nothing can replace
+        desk.events = {};
+        if (way == u"choose") {
+            pick(u"cmbSelectCustomize"_s, u"zz"_s);
+        } else {
+            desk.answers = {way == u"Btn_New" ? u"青"_s : u"yes"_s};
+            press(way);
+        }
+        EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
+        EXPECT_EQ(box(u"cmbSelectCustomize"_s).currentText(), site::selectedCustomizeSet(session));
+        EXPECT_EQ(box(u"cmbColor_Text"_s).currentText(), stored(keys::body::kTextColor));
+        EXPECT_FALSE(preview());
+        const QByteArray before = set();
+        writeColour(u"#010203"_s);
+        EXPECT_EQ(set(), before);
+        EXPECT_TRUE(canApply());
+        desk.answers = {u"no"_s};
+        press(u"Btn_Cancel"_s);
+        ASSERT_TRUE(QDir().rmdir(backup));
+    }
+}
+
+TEST_F(LiveCustomize, ANewSetThatFailsLeavesTheOldOneAndItsBackup) {
+    openBody();
+    const QByteArray before = set();
+    const QString old = session.CustIniFile;
+    writeColour(u"#010203"_s);
+    ASSERT_TRUE(QFile::setPermissions(old, QFile::ReadOwner));
+    desk.answers = {u"青"_s};
+    press(u"Btn_New"_s);
+    EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
+    EXPECT_FALSE(exists(setFile(u"青"_s)));
+    EXPECT_EQ(session.CustIniFile, old);
+    ASSERT_TRUE(QFile::setPermissions(old, QFile::ReadOwner | QFile::WriteOwner));
+    press(u"Btn_Cancel"_s);
+    EXPECT_EQ(set(), before);
+    EXPECT_TRUE(asked().isEmpty());
+}
+
+TEST_F(LiveCustomize, ANewSetTakesNothingBackUnaskedThatSomebodyElseChanged) {
+    openBody();
+    const QString old = session.CustIniFile;
+    writeColour(u"#010203"_s);
+    setSetting(keys::general::kHPTitle, u"theirs"_s);
+    const QByteArray theirs = set();
+    desk.answers = {u"青"_s, u"no"_s};
+    press(u"Btn_New"_s);
+    EXPECT_TRUE(asked().first().startsWith(u"カスタマイズセット「Customize」は、ほかで変更されています。"_s));
+    EXPECT_EQ(bytesOf(old), theirs);
+    EXPECT_EQ(site::selectedCustomizeSet(session), u"青"_s);
+    press(u"Btn_Cancel"_s);
+    EXPECT_EQ(bytesOf(old), theirs);
+}
+
 TEST_F(LiveCustomize, ALiveChangeThatFailsLosesNothing) {
     openBody();
     const QByteArray before = set();

@@ -381,5 +381,24 @@ TEST_F(CustomizePieces, ASetThatVanishedIsToldAndTheOldOneStays) {
     EXPECT_EQ(stored(keys::general::kHPTitle), u"新"_s);
 }
 
+/// A choice that comes to nothing does not hide that somebody else has changed the set that is shown.
+TEST_F(CustomizePieces, ASetThatCantBeReadOrMadeForgetsNoOtherProgram) {
+    ASSERT_TRUE(QDir().mkpath(setFile(u"zz"_s)));
+    writeFile(setFile(u"yy"_s), "[General]\r\n");
+    open();
+    line(u"txtHPTitle"_s).setText(u"新"_s);
+    setSetting(keys::body::kTextColor, u"#010203"_s);
+    ASSERT_TRUE(QFile::setPermissions(setFile(u"yy"_s), QFile::ReadOwner));
+    desk.answers = {u"yy"_s, u"yes"_s};
+    press(u"Btn_New"_s);
+    EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
+    EXPECT_TRUE(canApply());
+    desk.events = {};
+    desk.answers = {u"no"_s};
+    press(u"Btn_Apply"_s);
+    EXPECT_EQ(asked().size(), 1);
+    EXPECT_EQ(stored(keys::body::kTextColor), u"#010203"_s);
+}
+
 } // namespace
 } // namespace velloria::tests

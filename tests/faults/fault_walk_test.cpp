@@ -349,9 +349,8 @@ TEST_F(FaultWalk, DeletingACustomizeSet) {
     writeFile(site::customizeSetFile(session, u"next"_s), "[General]\r\n");
     const QString name = site::selectedCustomizeSet(session);
     walk({[this, name] {
-        site::CustomizeBackup backup(session);
         if (exists(site::customizeSetFile(session, name)))
-            site::deleteCustomizeSet(session, backup, name);
+            site::deleteCustomizeSet(session, name);
     }});
 }
 

@@ -48,10 +48,23 @@ TEST_F(CustomizeSetCommands, ANewSetLeavesTheOldOneAsItWasBeforeItsLiveChanges) 
     make(u"青"_s);
     EXPECT_EQ(bytes(u"Customize"_s), "old");
     EXPECT_EQ(bytes(u"青"_s), "old+live+applied");
-    EXPECT_EQ(bytesOf(core::files::kCustomizeBackup.in(session)), "old+live+applied");
-    apply("+more");
-    backup.restore();
-    EXPECT_EQ(bytes(u"青"_s), "old+live+applied");
+    EXPECT_TRUE(backup.isTaken()) << "that of the old one, until the next is taken";
+    EXPECT_FALSE(backup.isSetChanged());
+}
+
+TEST_F(CustomizeSetCommands, ANewSetIsNoneWhenTheOldOneCantBePutBack) {
+    writeFile(set(u"青"_s), "replaced");
+    backup.take();
+    apply("+live");
+    const QString old = session.CustIniFile;
+    ASSERT_TRUE(QFile::setPermissions(old, QFile::ReadOwner));
+    for (const QString& name : {u"青"_s, u"new"_s}) {
+        EXPECT_NE(failureOf([&] { make(name); }), u""_s);
+        EXPECT_EQ(session.CustIniFile, old);
+    }
+    EXPECT_EQ(bytes(u"青"_s), "replaced");
+    EXPECT_FALSE(exists(set(u"new"_s)));
+    EXPECT_TRUE(backup.isSetChanged()) << "and can be put back later";
 }
 
 TEST_F(CustomizeSetCommands, ANewSetMayTakeThePlaceOfAnotherOrOfItself) {
@@ -78,12 +91,12 @@ TEST_F(CustomizeSetCommands, ANewSetThatFailsLeavesEverything) {
 TEST_F(CustomizeSetCommands, DeletingGoesOnWithTheNextOfTheList) {
     for (const QString& name : {u"a"_s, u"z"_s})
         writeFile(set(name), "[" + name.toLatin1() + "]");
-    site::deleteCustomizeSet(session, backup, u"Customize"_s);
+    site::deleteCustomizeSet(session, u"Customize"_s);
     EXPECT_EQ(site::customizeSets(session), (QStringList{u"a"_s, u"z"_s}));
     EXPECT_EQ(site::selectedCustomizeSet(session), u"z"_s);
     EXPECT_EQ(selectedInSettings(), session.CustIniFile);
     EXPECT_FALSE(exists(core::files::kCustomizeBackup.in(session)));
-    site::deleteCustomizeSet(session, backup, u"z"_s);
+    site::deleteCustomizeSet(session, u"z"_s);
     EXPECT_EQ(site::selectedCustomizeSet(session), u"a"_s);
 }
 
@@ -91,30 +104,23 @@ TEST_F(CustomizeSetCommands, DeletingPassesOverWhatCantBeSelected) {
     const QByteArray noText("[m]\0", 4);
     writeFile(set(u"a"_s), "[a]");
     writeFile(set(u"m"_s), noText);
-    site::deleteCustomizeSet(session, backup, u"Customize"_s);
+    site::deleteCustomizeSet(session, u"Customize"_s);
     EXPECT_EQ(site::selectedCustomizeSet(session), u"a"_s);
     // Where nothing else is left, it is told and not replaced.
-    EXPECT_NE(failureOf([this] { site::deleteCustomizeSet(session, backup, u"a"_s); }), u""_s);
+    EXPECT_NE(failureOf([this] { site::deleteCustomizeSet(session, u"a"_s); }), u""_s);
     EXPECT_EQ(bytes(u"a"_s), "[a]");
     EXPECT_EQ(bytes(u"m"_s), noText);
 }
 
-TEST_F(CustomizeSetCommands, DeletingWithABackupTakesThatOfTheNextSet) {
-    writeFile(set(u"z"_s), "[z]");
-    backup.take();
-    site::deleteCustomizeSet(session, backup, u"Customize"_s);
-    EXPECT_EQ(bytesOf(core::files::kCustomizeBackup.in(session)), "[z]");
-}
-
 TEST_F(CustomizeSetCommands, DeletingTheLastOneBringsThatOfTheProgram) {
     const QByteArray first = bytesOf(core::files::kFirstCustomizeIni.in(session));
-    site::deleteCustomizeSet(session, backup, u"Customize"_s);
+    site::deleteCustomizeSet(session, u"Customize"_s);
     EXPECT_EQ(bytes(u"Customize"_s), first);
     EXPECT_EQ(site::selectedCustomizeSet(session), u"Customize"_s);
     writeFile(set(u"only"_s), "only");
     ASSERT_TRUE(QFile::remove(set(u"Customize"_s)));
     site::selectCustomizeSet(session, u"only"_s);
-    site::deleteCustomizeSet(session, backup, u"only"_s);
+    site::deleteCustomizeSet(session, u"only"_s);
     EXPECT_EQ(site::customizeSets(session), QStringList{u"Customize"_s});
     EXPECT_EQ(selectedInSettings(), set(u"Customize"_s));
 }
@@ -123,7 +129,7 @@ TEST_F(CustomizeSetCommands, DeletingThatFailsKeepsSetAndChoice) {
     writeFile(set(u"z"_s), "[z]");
     const QString old = session.CustIniFile;
     ASSERT_TRUE(QFile::setPermissions(session.DiaryIniFile, QFile::ReadOwner));
-    EXPECT_NE(failureOf([this] { site::deleteCustomizeSet(session, backup, u"Customize"_s); }), u""_s);
+    EXPECT_NE(failureOf([this] { site::deleteCustomizeSet(session, u"Customize"_s); }), u""_s);
     EXPECT_EQ(session.CustIniFile, old);
     EXPECT_EQ(bytes(u"Customize"_s), "old");
 }

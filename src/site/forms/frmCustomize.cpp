@@ -49,14 +49,14 @@ frmCustomize::frmCustomize(desktop::Context& context)
     loadSet();
     const core::Settings settings(context.session);
     m_realTime = settings.isOn(core::keys::kRealTime) && platform::fileExists(context.session.CustIniFile);
+    // The window of the preview is its better picture.
+    m_picture->setVisible(!m_realTime);
     run([this] {
         if (m_realTime)
             startLive();
         else
             LivePreview::settlePage(m_context.session);
     });
-    // The window of the preview is its better picture.
-    m_picture->setVisible(!m_realTime);
 }
 
 frmCustomize::~frmCustomize() = default;
@@ -168,6 +168,8 @@ void frmCustomize::startLive() {
         m_backup.take();
     } catch (...) {
         m_realTime = false;
+        m_preview.close();
+        m_picture->show();
         throw;
     }
 }

@@ -84,6 +84,7 @@ private:
     void changeToSet(const QString& name);
     void newSet();
     void deleteSet();
+    void goOnLive();
 
     std::unique_ptr<Ui::frmCustomize> ui;
     std::map<CustomizePanel, QWidget*> m_panels;

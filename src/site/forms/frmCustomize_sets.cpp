@@ -134,26 +134,31 @@ void frmCustomize::changeToSet(const QString& name) {
         loadSet();
     } catch (...) {
         session.CustIniFile = old;
-        m_watch.look();
         throw;
     }
-    if (m_realTime)
-        startLive();
+    goOnLive();
     refresh();
 }
 
 void frmCustomize::newSet() {
     newCommand(m_context, kSetTalk, allCustomizeSets(m_context.session), [this](const QString& name) {
+        // What somebody else has written to the old set is what it goes back to then.
+        if (m_backup.isTaken() && !m_watch.mayTakeBack())
+            startLive();
+        const SetWatch ofOld = m_watch;
+        const bool wasChanged = m_changed;
         try {
             makeCustomizeSet(m_context.session, m_backup, name, [this] {
                 m_watch.look();
                 apply();
             });
         } catch (...) {
-            m_watch.look();
+            m_watch = ofOld;
+            setChanged(m_changed || wasChanged);
             throw;
         }
         fillSets();
+        goOnLive();
         refresh();
     });
 }
@@ -162,11 +167,20 @@ void frmCustomize::deleteSet() {
     const QString name = ui->cmbSelectCustomize->currentText();
     if (!mayDelete(m_context, kSetTalk, name))
         return;
-    deleteCustomizeSet(m_context.session, m_backup, name);
+    deleteCustomizeSet(m_context.session, name);
     tellDeleted(m_context, kSetTalk, name);
     fillSets();
+    goOnLive();
     loadSet();
     refresh();
+}
+
+/// With the set that is selected now. Where that can't be, the dialog goes on without.
+void frmCustomize::goOnLive() {
+    run([this] {
+        if (m_realTime)
+            startLive();
+    });
 }
 
 } // namespace velloria::site

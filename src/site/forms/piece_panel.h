@@ -25,7 +25,7 @@ public:
     PiecePanel(desktop::Context& context, CustomizePanel panel, QWidget& cancel);
 
     /// The pieces that there are now, this one chosen, with its text. A name that is not among them is none. Throws
-    /// platform::Failure when it can't be read, with no piece chosen.
+    /// platform::Failure when it can't be read, with the piece chosen and the box empty and disabled.
     void show(const QString& name);
     /// The piece whose text is shown, "" for none, whatever somebody picks meanwhile.
     const QString& name() const { return m_name; }
