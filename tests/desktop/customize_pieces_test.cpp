@@ -400,5 +400,20 @@ TEST_F(CustomizePieces, ASetThatCantBeReadOrMadeForgetsNoOtherProgram) {
     EXPECT_EQ(stored(keys::body::kTextColor), u"#010203"_s);
 }
 
+/// A data folder of another time may hold the selected set.
+TEST_F(CustomizePieces, ASetThatLiesElsewhereIsEditedAndStaysSelected) {
+    const QString elsewhere = path(u"elsewhere.ini"_s);
+    writeFile(elsewhere, "[General]\r\n");
+    setSetting(keys::kCustomizeIni, elsewhere);
+    session.CustIniFile = elsewhere;
+    open();
+    line(u"txtHPTitle"_s).setText(u"新"_s);
+    press(u"Btn_OK"_s);
+    EXPECT_TRUE(desk.texts(u"failure"_s).isEmpty());
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(core::Settings(session).text(keys::kCustomizeIni), elsewhere);
+    EXPECT_EQ(stored(keys::general::kHPTitle), u"新"_s);
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -262,7 +262,10 @@ void frmCustomize::Btn_Apply_Click() {
 void frmCustomize::Btn_OK_Click() {
     if (!apply())
         return;
-    selectCustomizeSet(m_context.session, selectedCustomizeSet(m_context.session));
+    // A set that lies elsewhere, in the data folder of another time, stays the selected one.
+    const QString name = selectedCustomizeSet(m_context.session);
+    if (platform::fileExists(customizeSetFile(m_context.session, name)))
+        selectCustomizeSet(m_context.session, name);
     if (m_backup.isTaken())
         m_backup.drop();
     SaveHtml preview(m_context);
