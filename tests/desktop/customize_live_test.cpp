@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QScreen>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
@@ -69,6 +70,19 @@ TEST_F(LiveCustomize, OpensWithABackupThePageAndItsWindow) {
     EXPECT_FALSE(preview());
     EXPECT_FALSE(hasBackup());
     EXPECT_EQ(set(), before);
+}
+
+/// Nothing of the dialog is hidden, and the page has all the room that is left.
+TEST_F(LiveCustomize, TheDialogMakesRoomForTheFirstPreview) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return preview() && preview()->isVisible(); }));
+    settle();
+    const QRect dialog = window()->frameGeometry();
+    const QRect page = preview()->frameGeometry();
+    const int room = window()->screen()->availableGeometry().width() - dialog.width();
+    EXPECT_FALSE(page.intersects(dialog));
+    EXPECT_GE(page.width(), std::min(room - 1, 600));
+    EXPECT_TRUE(window()->screen()->availableGeometry().contains(dialog));
 }
 
 /// Windows of the dialog are not blocked by it.
@@ -149,6 +163,46 @@ TEST_F(LiveCustomize, AMenuOrAnotherWindowLeavesNoBox) {
     settle();
     EXPECT_EQ(tag(text), u"Yes"_s);
     EXPECT_NE(stored(keys::body::kTextColor), u"#010203"_s);
+}
+
+/// Who goes to Cancel from a box wants nothing of it shown.
+TEST_F(LiveCustomize, CancelLeavesNoBox) {
+    openBody();
+    const QByteArray before = set();
+    auto& text = box(u"cmbColor_Text"_s);
+    auto& cancel = button(u"Btn_Cancel"_s);
+    text.setFocus();
+    settle();
+    text.setEditText(u"#010203"_s);
+    QTest::mousePress(&cancel, Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(cancel.hasFocus());
+    EXPECT_EQ(set(), before);
+    desk.answers = {u"no"_s};
+    QTest::mouseRelease(&cancel, Qt::LeftButton);
+    settle();
+    EXPECT_EQ(asked(), QStringList{u"変更されていますが、保存しますか？"_s});
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(set(), before);
+}
+
+/// Its text is written before the other one comes, so that nothing is asked.
+TEST_F(LiveCustomize, TheOtherHalfLeavesTheTextOfTheFirst) {
+    writePiece(u"one"_s, "1");
+    setSetting(keys::body::kUpText, u"one"_s);
+    open();
+    category(u"上下追加テキスト"_s);
+    pane(u"txtUpDownText"_s).setFocus();
+    settle();
+    pane(u"txtUpDownText"_s).setText(u"typed"_s);
+    auto& down = field<QRadioButton>(u"OptUpDownDown"_s);
+    QTest::mousePress(&down, Qt::LeftButton);
+    settle();
+    QTest::mouseRelease(&down, Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(asked().isEmpty());
+    EXPECT_EQ(piece(u"one"_s), "typed");
+    EXPECT_EQ(tag(field<QWidget>(u"OptUpDownState"_s)), u"Foot"_s);
 }
 
 TEST_F(LiveCustomize, CancelTakesAllBackWithoutAWord) {

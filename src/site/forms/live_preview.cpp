@@ -13,6 +13,8 @@
 
 #include <QScreen>
 
+#include <algorithm>
+
 namespace velloria::site {
 
 LivePreview::LivePreview(desktop::Context& context, QWidget& dialog)
@@ -26,16 +28,28 @@ void LivePreview::show() {
     window.setParent(&m_dialog, window.windowFlags());
     window.move(place);
     window.setAttribute(Qt::WA_ShowWithoutActivating);
-    if (!desktop::readPlace(m_context.session, core::keys::kMiniBrowserPlace).left) {
-        const QMargins frame = desktop::frameOf(m_dialog);
-        const QPoint top(0, m_dialog.frameGeometry().top());
-        const QRect beside = desktop::movedBeside(QRect(top, window.size().grownBy(frame)), m_dialog.frameGeometry(),
-                                                  m_dialog.screen()->availableGeometry());
-        window.resize(beside.size().shrunkBy(frame));
-        window.move(beside.topLeft());
-    }
+    if (!desktop::readPlace(m_context.session, core::keys::kMiniBrowserPlace).left)
+        putBeside(window);
     window.show();
     m_dialog.activateWindow();
+}
+
+/// Where the room on both sides is too small for the page, the dialog moves to one of them.
+void LivePreview::putBeside(QWidget& window) const {
+    const QMargins frame = desktop::frameOf(m_dialog);
+    const QRect area = m_dialog.screen()->availableGeometry();
+    const QSize wanted = window.size().grownBy(frame);
+    QRect dialog = m_dialog.frameGeometry();
+    const int left = dialog.left() - area.left();
+    const int right = area.right() - dialog.right();
+    const int step = std::clamp(wanted.width() - std::max(left, right), 0, std::max(std::min(left, right), 0));
+    if (step > 0) {
+        dialog.translate(right >= left ? -step : step, 0);
+        m_dialog.move(dialog.topLeft());
+    }
+    const QRect beside = desktop::movedBeside(QRect(QPoint(0, dialog.top()), wanted), dialog, area);
+    window.resize(beside.size().shrunkBy(frame));
+    window.move(beside.topLeft());
 }
 
 void LivePreview::refresh() {

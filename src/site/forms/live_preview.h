@@ -22,6 +22,7 @@ public:
     void close();
 
 private:
+    void putBeside(QWidget& window) const;
     void makePage();
 
     desktop::Context& m_context;
