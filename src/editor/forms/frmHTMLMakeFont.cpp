@@ -1,7 +1,7 @@
 #include "editor/forms/frmHTMLMakeFont.h"
 
-#include "desktop/line_box.h"
 #include "convert/forms/colour_row.h"
+#include "desktop/line_box.h"
 #include "editor/makers.h"
 #include "editor/open_day.h"
 #include "ui_frmHTMLMakeFont.h"
