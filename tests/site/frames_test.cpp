@@ -153,6 +153,27 @@ TEST_F(Frames, AnyValueButOneSwitchesThemOff) {
     EXPECT_FALSE(siteHas(u"x_C.htm"_s));
 }
 
+TEST_F(Frames, TurnedOnOrOffTheyTakeNoPageAway) {
+    write(u"2004/05/05"_s, u"older"_s);
+    write(u"2004/05/06"_s, u"newer"_s);
+    divide(1, false);
+    setSetting(keys::frame::kFrameOn, u"0"_s);
+    makeMonth();
+    const QStringList withoutFrames = QDir(path(u"site"_s)).entryList(QDir::Files);
+    EXPECT_GT(withoutFrames.size(), 2);
+    setSetting(keys::frame::kFrameOn, u"1"_s);
+    makeMonth();
+    for (const QString& page : withoutFrames)
+        EXPECT_TRUE(siteHas(page)) << page.toStdString();
+    const QString column = sitePage(u"x_C.htm"_s);
+    const QString diary = sitePage(u"x_D.htm"_s);
+    setSetting(keys::frame::kFrameOn, u"0"_s);
+    EXPECT_TRUE(lacks(makeMonth(), u"FRAMESET"_s));
+    EXPECT_EQ(sitePage(u"x_C.htm"_s), column);
+    EXPECT_EQ(sitePage(u"x_D.htm"_s), diary);
+    EXPECT_FALSE(column.isEmpty() || diary.isEmpty());
+}
+
 class LogList : public SiteHome {
 protected:
     LogList() {
