@@ -75,6 +75,11 @@ std::optional<QString> valueOf(const SettingsRow& row) {
 
 } // namespace
 
+SettingsHooks onUnlessZero(const QString& on) {
+    return {[](const QString& stored) { return ticked(stored != u"0"); },
+            [on](const QString& shown) { return shown == u"1" ? on : u"0"_s; }};
+}
+
 void SettingsTable::load(const core::Session& session) {
     fill([&session](core::SettingsFile file) { return core::Settings(session).file(file); });
 }

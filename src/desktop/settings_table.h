@@ -29,6 +29,9 @@ struct SettingsHooks {
     std::function<QString(const QString&)> stored;
 };
 
+/// For what can be ticked: on for every number but 0; `on` is what the file gets.
+SettingsHooks onUnlessZero(const QString& on);
+
 /// What a row without a control stores comes from its hook.
 struct NoControl {};
 

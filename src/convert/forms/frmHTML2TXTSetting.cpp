@@ -9,15 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::convert {
-namespace {
-
-/// On for every number but 0; `on` is what the file gets.
-desktop::SettingsHooks onUnlessZero(const QString& on) {
-    return {[](const QString& stored) { return stored == u"0" ? u"0"_s : u"1"_s; },
-            [on](const QString& shown) { return shown == u"1" ? on : u"0"_s; }};
-}
-
-} // namespace
 
 frmHTML2TXTSetting::frmHTML2TXTSetting(desktop::Context& context)
     : SettingsDialog(context, u"frmHTML2TXTSetting"_s, Blocks::Nothing)
@@ -60,10 +51,10 @@ desktop::SettingsRow frmHTML2TXTSetting::row(const HtmlSetting& setting) const {
                                          }}};
     }
     if (auto* box = findChild<QCheckBox*>(u"chk"_s + setting.name.toString()))
-        return {box, setting.setting, onUnlessZero(u"1"_s)};
+        return {box, setting.setting, desktop::onUnlessZero(u"1"_s)};
     for (int i = 0; i < ui->ListView1->count(); ++i) {
         if (setting.name == u"HTML_"_s + ui->ListView1->item(i)->text())
-            return {ui->ListView1->item(i), setting.setting, onUnlessZero(u"-1"_s)};
+            return {ui->ListView1->item(i), setting.setting, desktop::onUnlessZero(u"-1"_s)};
     }
     return {desktop::NoControl(), setting.setting, {{}, [](const QString&) { return u"0"_s; }}};
 }

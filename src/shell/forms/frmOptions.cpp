@@ -36,13 +36,9 @@ QString keptFontSize(const QString& text) {
     return core::numericValue(text).value_or(0) > 0 ? text : u"12"_s;
 }
 
-QString ticked(bool isOn) {
-    return isOn ? u"1"_s : u"0"_s;
-}
-
 // A tick for what the program takes as yes: somebody may have written another number by hand.
-const desktop::SettingsHooks kUnlessZero{[](const QString& number) { return ticked(number != u"0"); }, {}};
-const desktop::SettingsHooks kAboveZero{[](const QString& number) { return ticked(number.toInt() > 0); }, {}};
+const desktop::SettingsHooks kUnlessZero = desktop::onUnlessZero(u"1"_s);
+const desktop::SettingsHooks kAboveZero{[](const QString& number) { return number.toInt() > 0 ? u"1"_s : u"0"_s; }, {}};
 
 } // namespace
 
