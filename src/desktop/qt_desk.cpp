@@ -256,6 +256,16 @@ void QtDesk::closeProgressWindow() {
         endProgressWindow();
 }
 
+void QtDesk::updaterWindow(const platform::UpdaterWindow& shown) {
+    if (showUpdaterWindow)
+        showUpdaterWindow(shown);
+}
+
+void QtDesk::closeUpdaterWindow() {
+    if (endUpdaterWindow)
+        endUpdaterWindow();
+}
+
 void QtDesk::pump() {
     QCoreApplication::processEvents();
 }

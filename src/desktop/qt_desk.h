@@ -26,6 +26,8 @@ public:
     void progress(const QString& text, int value, int max) override;
     void progressWindow(const platform::ProgressWindow& shown) override;
     void closeProgressWindow() override;
+    void updaterWindow(const platform::UpdaterWindow& shown) override;
+    void closeUpdaterWindow() override;
     void pump() override;
     void sound(const QString& command) override;
     void navigate(const QString& url) override;
@@ -41,6 +43,8 @@ public:
     std::function<void(const QString&)> showPage;
     std::function<void(const platform::ProgressWindow&)> showProgressWindow;
     std::function<void()> endProgressWindow;
+    std::function<void(const platform::UpdaterWindow&)> showUpdaterWindow;
+    std::function<void()> endUpdaterWindow;
     std::function<void(const QString&)> playSound;
     /// `owner` is the window that asks, if there is one.
     std::function<std::optional<platform::Passwords>(QWidget* owner, const QString& caption,

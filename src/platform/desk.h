@@ -46,6 +46,13 @@ struct ProgressWindow {
     bool isStopEnabled = false;  ///< it has a button by which the user ends the work
 };
 
+/// What the window of a database update shows.
+struct UpdaterWindow {
+    QString text; ///< every line so far; line ends are CR LF
+    int max = 100;
+    int value = 0;
+};
+
 /// The desktop answers with windows, the command line tool with the terminal, tests with a script. Line ends within a
 /// text are CR LF.
 class Desk {
@@ -74,6 +81,10 @@ public:
     /// Shows the progress window as told; it is drawn when this returns.
     virtual void progressWindow(const ProgressWindow& shown) = 0;
     virtual void closeProgressWindow() = 0;
+    /// Shows the window of a database update as told. Until it is closed windows paint and timers run, but nothing of
+    /// what a person does reaches the program: the wish to close it is fulfilled after that.
+    virtual void updaterWindow(const UpdaterWindow& shown) = 0;
+    virtual void closeUpdaterWindow() = 0;
     /// Serves once what is waiting, the user's input too: other commands may run in here.
     virtual void pump() = 0;
     /// Passes a command such as `Play "x.wav"` to the player of sounds, which goes on by itself. What can't be played

@@ -126,6 +126,16 @@ void EventDesk::progressWindow(const ProgressWindow& shown) {
             {u"ok"_s, shown.isOkEnabled}});
 }
 
+void EventDesk::updaterWindow(const UpdaterWindow& shown) {
+    record({{u"event"_s, u"progress"_s},
+            {u"caption"_s, u"Velloria DB Updater"_s},
+            {u"title"_s, u""_s},
+            {u"text"_s, shown.text},
+            {u"max"_s, shown.max},
+            {u"value"_s, shown.value},
+            {u"ok"_s, false}});
+}
+
 void EventDesk::sound(const QString& command) {
     record({{u"event"_s, u"sound"_s}, {u"command"_s, command}});
 }

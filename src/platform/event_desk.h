@@ -20,6 +20,8 @@ public:
     void progress(const QString& text, int value, int max) override;
     void progressWindow(const ProgressWindow& shown) override;
     void closeProgressWindow() override {}
+    void updaterWindow(const UpdaterWindow& shown) override;
+    void closeUpdaterWindow() override {}
     void pump() override {}
     void sound(const QString& command) override;
     void navigate(const QString& url) override;

@@ -1,7 +1,7 @@
 #include "store/database_check.h"
 
 #include "core/day_key.h"
-#include "store/database_file.h"
+#include "store/database_format.h"
 #include "store/day_spellings.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"

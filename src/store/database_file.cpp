@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/file_lock.h"
 #include "platform/file_write.h"
+#include "store/database_format.h"
 #include "store/named_database.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
@@ -21,36 +22,6 @@ using sqlite::Connection;
 using sqlite::Statement;
 
 namespace {
-
-QString unchangedAndRestore() {
-    return u"ファイルは変更されていません。"_s + sqlite::restoreAdvice();
-}
-
-enum class Format { Sqlite, Jet, None };
-
-QByteArray headOf(const QString& path) {
-    constexpr qint64 kHeadBytes = 32;
-    try {
-        return platform::readFile(path, kHeadBytes);
-    } catch (const Failure& failure) {
-        throw Failure(u"日記データベースを開けません。"_s, path, failure.reason(),
-                      u"ファイルの場所を確認してください。"_s);
-    }
-}
-
-Format formatOf(const QString& path) {
-    platform::refuseLostLink(path);
-    const QByteArray head = headOf(path);
-    if (head.startsWith(QByteArrayView("SQLite format 3\0", 16)))
-        return Format::Sqlite;
-    if (head.startsWith(QByteArrayView("\0\1\0\0Standard Jet DB", 19)))
-        return Format::Jet;
-    return Format::None;
-}
-
-[[noreturn]] void refuseForeignFile(const QString& path) {
-    throw Failure(u"日記データベースではありません。"_s, path, {}, unchangedAndRestore());
-}
 
 bool hasPart(const Connection& connection, const QString& type, const QString& name) {
     Statement rows(connection, "SELECT 1 FROM sqlite_master WHERE type = ?1 AND name = ?2 COLLATE NOCASE");
@@ -107,7 +78,7 @@ QString freeNameFor(const QString& database) {
 /// The connection that keeps every other program out; nothing when the file can't be opened any more. Throws Busy when
 /// another program is at work.
 std::unique_ptr<Connection> lockedIfSound(const QString& database) {
-    if (formatOf(database) != Format::Sqlite)
+    if (formatOf(database) != DatabaseFormat::Sqlite)
         return nullptr;
     try {
         auto connection = std::make_unique<Connection>(database, Access::ReadWrite);
@@ -134,12 +105,12 @@ qint16 GetDBVersion(const QString& path) {
     if (!QFileInfo::exists(path))
         return 0;
     switch (formatOf(path)) {
-    case Format::Jet:
+    case DatabaseFormat::Jet:
         throw Failure(u"旧形式(Jet)の日記データベースです。"_s, path, {},
                       u"ファイルは変更されていません。この版では旧形式からの変換はまだできません。"_s);
-    case Format::None:
+    case DatabaseFormat::None:
         refuseForeignFile(path);
-    case Format::Sqlite:
+    case DatabaseFormat::Sqlite:
         break;
     }
     refuseCutOffPage(path);
@@ -171,7 +142,7 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) 
     const auto copy = [&] {
         platform::copyFile(from, to, newFileMode, platform::Durability::Durable, removeOldJournals);
     };
-    if (formatOf(from) != Format::Sqlite) {
+    if (formatOf(from) != DatabaseFormat::Sqlite) {
         copy();
         return;
     }
@@ -193,10 +164,10 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) 
 }
 
 void backUpDatabase(const QString& path, const QString& backup) {
-    const Format format = formatOf(path);
-    if (format == Format::None)
+    const DatabaseFormat format = formatOf(path);
+    if (format == DatabaseFormat::None)
         refuseForeignFile(path);
-    if (format == Format::Sqlite)
+    if (format == DatabaseFormat::Sqlite)
         refuseUnsoundDiary(path);
     const platform::FileTurn turn = turnAtBackups(core::GetParentFolder(backup));
     // Made again of the same diary it would only push out what the older backups hold. What another tool has in a log
@@ -222,7 +193,7 @@ QString restoreDatabase(const QString& path, const QString& backup) {
                       u"日記は変更されていません。別のファイルを指定してください。"_s);
     const NamedDatabase named(backup);
     named.told([](const QString& file) {
-        if (formatOf(file) != Format::Sqlite)
+        if (formatOf(file) != DatabaseFormat::Sqlite)
             refuseForeignFile(file);
         refuseCutOffPage(file);
         refuseUnsoundDiary(file);
@@ -248,11 +219,6 @@ QString restoreDatabase(const QString& path, const QString& backup) {
         throw;
     }
     return kept;
-}
-
-void requireDiaryFormat(const QString& path) {
-    if (formatOf(path) == Format::None)
-        refuseForeignFile(path);
 }
 
 } // namespace velloria::store

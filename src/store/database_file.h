@@ -28,7 +28,4 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode =
 /// and changes nothing. Throws platform::Failure.
 QString restoreDatabase(const QString& path, const QString& backup);
 
-/// Throws platform::Failure when the file has no format that a diary ever had.
-void requireDiaryFormat(const QString& path);
-
 } // namespace velloria::store
