@@ -199,17 +199,7 @@ StartResult Startup::checkDataFolder() {
 
 void Startup::checkDatabase() {
     m_session.dbFileName = GetFileName(existingPath(m_session.databaseFile()));
-    store::updateOldDiary(m_session, [this](store::UpdateStage stage) {
-        if (stage == store::UpdateStage::Done) {
-            m_desk.message(MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
-                                               u"念のためにVelloriaを再起動してください。"_s);
-            return;
-        }
-        addCustomizeFiles();
-        m_desk.message(MessageKind::Plain,
-                       u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
-                       u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
-    });
+    store::updateOldDiary({m_session, m_clock, m_desk}, [this] { addCustomizeFiles(); });
 }
 
 /// Old versions had none.

@@ -1,28 +1,24 @@
-// Brings an old diary database to the present version.
+// Brings a diary database of any older version and format to the present layout: all rows go, field by field, into a
+// fresh copy of the template.
 #pragma once
 
-#include "core/session.h"
+#include "core/run.h"
 
 #include <functional>
 
 namespace velloria::store {
 
-enum class UpdateStage {
-    Begins, ///< nothing has been touched yet
-    Done,
-};
-
-/// Hears of each stage as it is reached.
-using UpdateProgress = std::function<void(UpdateStage)>;
-
 /// What a start does with the diary of the session. One of this program's version or a later one stays as it is, and
-/// nothing is told. An older one goes to the backup; then it is converted if its version is one that was ever given
-/// out, else it stays as it is; last the settings record the present version. Throws platform::Failure, with the diary
-/// as it was and no new version on record.
-void updateOldDiary(const core::Session& session, const UpdateProgress& progress);
+/// nothing is told. Of an older one, and of one in the old format whatever its version, the person hears first. Then it
+/// goes to the backup; it is converted if its version is one that was ever given out; last the settings record the
+/// present version. `addCustomizeFiles` is called when nothing has been touched yet. Throws platform::Failure, with the
+/// diary as it was and no new version on record.
+void updateOldDiary(const core::Run& run, const std::function<void()>& addCustomizeFiles);
 
-/// Puts a fresh diary from the template "default.mdb" in place when there is no "diary.mdb" at all. The conversion of
-/// an older file is not part of this version: it is refused with platform::Failure, and the file stays as it was.
-void UpdateDatabase(const core::Session& session, qint16 oldVersion);
+/// Copies the diary of the session, which is of this version, into a fresh "default.mdb" and puts that in its place.
+/// Tells all of it to the updater's window, which is shown already and whose text is the first line. Without a diary a
+/// fresh one is put there. Throws platform::Failure: the diary is then as it was, the working files "old.mdb" and
+/// "new.mdb" may be left for the next run to remove.
+void UpdateDatabase(const core::Run& run, qint16 oldVersion);
 
 } // namespace velloria::store
