@@ -5,6 +5,8 @@
 
 #include <sqlite3.h>
 
+#include <cmath>
+
 namespace velloria::store::sqlite {
 
 Statement::Statement(const Connection& connection, const QByteArray& sql)
@@ -16,6 +18,20 @@ Statement::Statement(const Connection& connection, const QByteArray& sql)
 
 Statement::~Statement() {
     sqlite3_finalize(m_handle);
+}
+
+Statement& Statement::bind(const std::vector<Value>& values) {
+    int parameter = 0;
+    for (const Value& value : values) {
+        ++parameter;
+        if (const auto* number = std::get_if<qint64>(&value))
+            bindAt(parameter, *number);
+        else if (const auto* utf8 = std::get_if<QByteArray>(&value))
+            bindAt(parameter, QByteArrayView(*utf8));
+        else
+            bindAt(parameter, QString());
+    }
+    return *this;
 }
 
 bool Statement::next() {
@@ -49,15 +65,40 @@ qint64 Statement::integer64(int column) const {
     return sqlite3_column_int64(m_handle, column);
 }
 
-void Statement::bindAt(int parameter, const QString& text) {
-    int code = SQLITE_OK;
-    if (text.isNull()) {
-        code = sqlite3_bind_null(m_handle, parameter);
-    } else {
-        const QByteArray utf8 = text.toUtf8();
-        code = sqlite3_bind_text64(m_handle, parameter, utf8.constData(), sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT,
-                                   SQLITE_UTF8);
+Value Statement::value(int column) const {
+    switch (sqlite3_column_type(m_handle, column)) {
+    case SQLITE_NULL:
+        return {};
+    case SQLITE_INTEGER:
+        return integer64(column);
+    case SQLITE_FLOAT: {
+        constexpr double kExactBelow = 9007199254740992.0;
+        const double number = sqlite3_column_double(m_handle, column);
+        if (std::trunc(number) == number && std::abs(number) < kExactBelow)
+            return qint64(number);
+        break;
     }
+    default:
+        break;
+    }
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
+    return QByteArray(bytes, sqlite3_column_bytes(m_handle, column));
+}
+
+void Statement::bindAt(int parameter, const QString& text) {
+    if (!text.isNull()) {
+        bindAt(parameter, QByteArrayView(text.toUtf8()));
+        return;
+    }
+    const int code = sqlite3_bind_null(m_handle, parameter);
+    if (code != SQLITE_OK)
+        m_connection.fail(code);
+}
+
+void Statement::bindAt(int parameter, QByteArrayView utf8) {
+    const char* bytes = utf8.isEmpty() ? "" : utf8.data(); // without an address it would be NULL
+    const int code =
+        sqlite3_bind_text64(m_handle, parameter, bytes, sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
     if (code != SQLITE_OK)
         m_connection.fail(code);
 }

@@ -1,13 +1,20 @@
 // One prepared SQLite statement. Values are bound, never put into the text.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+
+#include <variant>
+#include <vector>
 
 struct sqlite3_stmt;
 
 namespace velloria::store::sqlite {
 
 class Connection;
+
+/// As it is in the file: NULL, a whole number, or the bytes of a text in UTF-8.
+using Value = std::variant<std::monostate, qint64, QByteArray>;
 
 /// Parameters count from 1, columns from 0. No row is no failure; what the engine refuses is thrown as
 /// platform::Failure.
@@ -30,6 +37,7 @@ public:
         (bindAt(++parameter, values), ...);
         return *this;
     }
+    Statement& bind(const std::vector<Value>& values);
 
     /// Whether there is a (further) row.
     bool next();
@@ -43,9 +51,12 @@ public:
     int integer(int column) const;
     qint64 integer64(int column) const;
     bool boolean(int column) const { return integer(column) != 0; }
+    /// A number with a fraction is its text, and any other bytes are themselves.
+    Value value(int column) const;
 
 private:
     void bindAt(int parameter, const QString& text); ///< a null QString binds NULL
+    void bindAt(int parameter, QByteArrayView utf8); ///< never NULL
     void bindAt(int parameter, qint64 number);
     void bindAt(int parameter, int number) { bindAt(parameter, qint64(number)); }
     void bindAt(int parameter, bool flag) { bindAt(parameter, qint64(flag)); }
