@@ -5,7 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <memory>
 #include <variant>
 #include <vector>
 
@@ -34,8 +33,5 @@ public:
     /// The next row's values in the order of the columns; false behind the last row.
     virtual bool next(std::vector<OldValue>& row) = 0;
 };
-
-/// By the format of the file. Throws platform::Failure for one that is no diary.
-std::unique_ptr<OldDiary> openOldDiary(const QString& file);
 
 } // namespace velloria::store

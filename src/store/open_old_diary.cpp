@@ -1,4 +1,4 @@
-#include "store/old_diary.h"
+#include "store/open_old_diary.h"
 
 #include "platform/failure.h"
 #include "store/database_format.h"
