@@ -79,6 +79,9 @@ inline constexpr File kDiary = ofUser("diary.mdb");
 inline constexpr File kBackup = ofUser("diarymdb.bak"); ///< older ones end in ".1" to ".3" behind that
 inline constexpr File kBackupLock = ofUser("diarymdb.lock");
 inline constexpr File kReplacedDiary = ofUser("diarymdb.replaced.bak");
+/// A copy of the diary for each day, "diary-yyyymmdd.mdb" (store/backup_names.h), and the one that is being made.
+inline constexpr File kBackups = ofUser("Backup");
+inline constexpr File kBackupInWork = ofUser("Backup/diary-backup.tmp");
 inline constexpr File kRescue = ofUser("rescue.jsonl");
 inline constexpr File kDamagedRescue = ofUser("rescue.damaged");
 inline constexpr File kDraft = ofUser("draft.json");

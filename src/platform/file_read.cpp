@@ -114,6 +114,23 @@ std::optional<QByteArray> readEndIfThere(const QString& file, qint64 mostBytes) 
     return bytesOf(file, source, status, mostBytes);
 }
 
+bool haveSameBytes(const QString& left, const QString& right) {
+    constexpr qint64 kPiece = 1 << 18;
+    struct stat leftStatus;
+    struct stat rightStatus;
+    const Descriptor one = openRegularFile(left, kCantOpen, leftStatus);
+    const Descriptor other = openRegularFile(right, kCantOpen, rightStatus);
+    if (leftStatus.st_size != rightStatus.st_size)
+        return false;
+    for (;;) {
+        const QByteArray piece = bytesOf(left, one, leftStatus, kPiece);
+        if (piece != bytesOf(right, other, rightStatus, kPiece))
+            return false;
+        if (piece.isEmpty())
+            return true;
+    }
+}
+
 QByteArray readAnything(const QString& file) {
     const Descriptor source(::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC));
     struct stat status;

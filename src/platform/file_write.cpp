@@ -257,6 +257,19 @@ void placeFile(const QString& from, const QString& to) {
         copyInto(from, to, 0666, Link::Replaced, Durability::Derived, {});
 }
 
+void moveFile(const QString& from, const QString& to) {
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    {
+        const Descriptor file(::open(source.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file.value() < 0 || ::fsync(file.value()) != 0)
+            refuse(kCantSave, to, errno);
+    }
+    if (::rename(source.constData(), target.constData()) != 0)
+        refuse(kCantSave, to, errno);
+    syncFolder(target.left(target.lastIndexOf('/') + 1));
+}
+
 bool isInPlace(const QString& from, const QString& to) {
     return isSameFile(from, to) && (!isLink(QFile::encodeName(to)) || isSameLink(from, to));
 }

@@ -44,6 +44,10 @@ void copyFile(const QString& from, const QString& to, unsigned newFileMode = 066
 /// copies: who follows a link there writes to a file that is none of it.
 void placeFile(const QString& from, const QString& to);
 
+/// Gives a whole file the name `to` within its folder; what bears that name goes. Bytes and name have reached the disk
+/// when this returns. Throws Failure, and both are as they were.
+void moveFile(const QString& from, const QString& to);
+
 /// Whether there is nothing to place: `to` is this file already, and no link to it.
 bool isInPlace(const QString& from, const QString& to);
 

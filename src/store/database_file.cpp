@@ -3,7 +3,6 @@
 #include "core/files.h"
 #include "core/path_names.h"
 #include "platform/failure.h"
-#include "platform/file_lock.h"
 #include "platform/file_write.h"
 #include "store/database_format.h"
 #include "store/named_database.h"
@@ -31,22 +30,6 @@ bool hasPart(const Connection& connection, const QString& type, const QString& n
 
 bool hasTable(const Connection& connection, const QString& name) {
     return hasPart(connection, u"table"_s, name);
-}
-
-/// The engine takes a last page that is cut off for one that ends in zeros.
-void refuseCutOffPage(const QString& path) {
-    Connection connection(path, Access::ReadOnly);
-    const auto number = [&connection](const char* query) {
-        Statement row(connection, query);
-        return row.next() ? row.integer64(0) : 0;
-    };
-    connection.execute("BEGIN");
-    number("SELECT count(*) FROM sqlite_master"); // from here on no writer changes the length
-    if (connection.hasWriteAheadLog())
-        return; // its last pages are still in the log
-    if (QFileInfo(path).size() < number("PRAGMA page_count") * number("PRAGMA page_size"))
-        throw Failure(u"日記データベースが壊れています。"_s, path, u"ファイルの終わりが欠けています"_s,
-                      unchangedAndRestore());
 }
 
 /// Neither a file without entries nor a damaged diary takes the place of a good backup.
@@ -91,11 +74,6 @@ std::unique_ptr<Connection> lockedIfSound(const QString& database) {
     } catch (const Failure&) {
         return nullptr;
     }
-}
-
-/// Backups move from name to name: of two programs that move them at once each takes its turn.
-platform::FileTurn turnAtBackups(const QString& folder) {
-    return {core::files::kBackupLock.below(folder + u'/'), u"日記のバックアップは他のプログラムが使用中です。"_s};
 }
 
 } // namespace
@@ -161,6 +139,25 @@ void copyDatabase(const QString& from, const QString& to, unsigned newFileMode) 
     else
         copy();
     connection.execute("COMMIT");
+}
+
+void refuseCutOffPage(const QString& path) {
+    Connection connection(path, Access::ReadOnly);
+    const auto number = [&connection](const char* query) {
+        Statement row(connection, query);
+        return row.next() ? row.integer64(0) : 0;
+    };
+    connection.execute("BEGIN");
+    number("SELECT count(*) FROM sqlite_master"); // from here on no writer changes the length
+    if (connection.hasWriteAheadLog())
+        return; // its last pages are still in the log
+    if (QFileInfo(path).size() < number("PRAGMA page_count") * number("PRAGMA page_size"))
+        throw Failure(u"日記データベースが壊れています。"_s, path, u"ファイルの終わりが欠けています"_s,
+                      unchangedAndRestore());
+}
+
+platform::FileTurn turnAtBackups(const QString& folder) {
+    return {core::files::kBackupLock.below(folder + u'/'), u"日記のバックアップは他のプログラムが使用中です。"_s};
 }
 
 void backUpDatabase(const QString& path, const QString& backup) {

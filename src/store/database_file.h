@@ -2,6 +2,8 @@
 // machine refuses is thrown as platform::Failure; a target is replaced whole or stays as it was.
 #pragma once
 
+#include "platform/file_lock.h"
+
 #include <QString>
 
 namespace velloria::store {
@@ -17,6 +19,14 @@ qint16 versionOfNamed(const QString& file);
 /// is equal to the diary already. The source is checked first, so a file that is no diary never takes the place of a
 /// good backup. Nobody may read a backup who may not read the diary. Throws platform::Failure.
 void backUpDatabase(const QString& path, const QString& backup);
+
+/// Throws platform::Failure for an SQLite file that is shorter than it says: the engine would take what is missing for
+/// zeros.
+void refuseCutOffPage(const QString& path);
+
+/// Backups move from name to name: of two programs that move them at once each takes its turn. `folder` is that of the
+/// diary. Held by one command at a time: none that takes it calls another one that does.
+platform::FileTurn turnAtBackups(const QString& folder);
 
 /// Copies a diary database (or its template) over `to`, settled first: a journal that was left behind is rolled back,
 /// what another tool has written into a log beside it comes along, none is copied, and none stays beside the copy. A

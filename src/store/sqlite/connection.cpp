@@ -147,6 +147,17 @@ QByteArray Connection::bytes() const {
     return bytes;
 }
 
+void Connection::copyTo(const Connection& target) const {
+    constexpr int kAllPages = -1;
+    sqlite3_backup* const copy = sqlite3_backup_init(target.m_handle, "main", m_handle, "main");
+    if (!copy)
+        target.fail(sqlite3_extended_errcode(target.m_handle));
+    const int code = sqlite3_backup_step(copy, kAllPages);
+    sqlite3_backup_finish(copy);
+    if (code != SQLITE_DONE)
+        target.fail(code);
+}
+
 void Connection::execute(const char* sql) {
     const int code = sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr);
     if (code != SQLITE_OK)

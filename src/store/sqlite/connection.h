@@ -49,6 +49,8 @@ public:
     bool hasWriteAheadLog() const;
     /// The diary as one file without a log, in the state of the transaction under way.
     QByteArray bytes() const;
+    /// Fills the empty file of `target` with the diary in the state of the transaction under way, page by page.
+    void copyTo(const Connection& target) const;
     sqlite3* handle() const { return m_handle; }
     [[noreturn]] void fail(int code) const;
 
