@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "store/database_format.h"
+#include "store/jet_diary.h"
 #include "store/named_database.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
@@ -76,21 +77,7 @@ std::unique_ptr<Connection> lockedIfSound(const QString& database) {
     }
 }
 
-} // namespace
-
-qint16 GetDBVersion(const QString& path) {
-    platform::refuseLostLink(path);
-    if (!QFileInfo::exists(path))
-        return 0;
-    switch (formatOf(path)) {
-    case DatabaseFormat::Jet:
-        throw Failure(u"旧形式(Jet)の日記データベースです。"_s, path, {},
-                      u"ファイルは変更されていません。この版では旧形式からの変換はまだできません。"_s);
-    case DatabaseFormat::None:
-        refuseForeignFile(path);
-    case DatabaseFormat::Sqlite:
-        break;
-    }
+qint64 versionOfSqlite(const QString& path) {
     refuseCutOffPage(path);
     const Connection connection(path, Access::ReadOnly);
     if (!hasTable(connection, u"DBInfo"_s)) {
@@ -102,7 +89,19 @@ qint16 GetDBVersion(const QString& path) {
         return 0;
     }
     Statement rows(connection, "SELECT VersionInfo FROM DBInfo ORDER BY rowid");
-    const qint64 version = rows.next() ? rows.integer64(0) : 0;
+    return rows.next() ? rows.integer64(0) : 0;
+}
+
+} // namespace
+
+qint16 GetDBVersion(const QString& path) {
+    platform::refuseLostLink(path);
+    if (!QFileInfo::exists(path))
+        return 0;
+    const DatabaseFormat format = formatOf(path);
+    if (format == DatabaseFormat::None)
+        refuseForeignFile(path);
+    const qint64 version = format == DatabaseFormat::Jet ? JetDiary(path).version() : versionOfSqlite(path);
     if (version != qint16(version))
         throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, QString::number(version),
                       unchangedAndRestore());

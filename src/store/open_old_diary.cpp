@@ -1,10 +1,8 @@
 #include "store/open_old_diary.h"
 
-#include "platform/failure.h"
 #include "store/database_format.h"
+#include "store/jet_diary.h"
 #include "store/sqlite_diary.h"
-
-using namespace Qt::StringLiterals;
 
 namespace velloria::store {
 
@@ -13,8 +11,7 @@ std::unique_ptr<OldDiary> openOldDiary(const QString& file) {
     case DatabaseFormat::Sqlite:
         return std::make_unique<SqliteDiary>(file);
     case DatabaseFormat::Jet:
-        throw platform::Failure(u"旧形式(Jet)の日記データベースです。"_s, file, {},
-                                u"ファイルは変更されていません。この版では旧形式からの変換はまだできません。"_s);
+        return std::make_unique<JetDiary>(file);
     case DatabaseFormat::None:
         break;
     }

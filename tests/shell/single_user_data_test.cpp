@@ -201,7 +201,7 @@ TEST_F(SingleUserData, ThatNoStartCanReadTakesNoPlace) {
     sql(u"DROP TABLE DBInfo"_s);
     expectRefusal(u"diary.mdb"_s, u"日記データベースではありません。"_s);
     writeFile(path(u"UserData/diary.mdb"_s), QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, '\0'));
-    expectRefusal(u"diary.mdb"_s, u"旧形式(Jet)の日記データベースです。"_s);
+    expectRefusal(u"diary.mdb"_s, u"旧形式(Jet)の日記データベースが壊れています。"_s);
     writeFile(path(u"UserData/diary.mdb"_s), diary);
     writeFile(path(u"UserData/diary.ini"_s), QByteArray("[\0A\0L\0L\0]\0", 10));
     expectRefusal(u"diary.ini"_s, u"設定ファイルを読み取れません。"_s);
