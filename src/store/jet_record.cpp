@@ -19,7 +19,7 @@ QDataStream& operator>>(QDataStream& in, OldValue& value) {
     quint8 kind = 0;
     in >> kind;
     if (kind == 0) {
-        value = {};
+        value.emplace<std::monostate>();
     } else if (kind == 1) {
         qint64 number = 0;
         in >> number;
