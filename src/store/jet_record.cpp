@@ -18,19 +18,14 @@ QDataStream& operator<<(QDataStream& out, const OldValue& value) {
 QDataStream& operator>>(QDataStream& in, OldValue& value) {
     quint8 kind = 0;
     in >> kind;
-    if (kind == 0) {
+    if (kind == 1)
+        in >> value.emplace<qint64>();
+    else if (kind == 2)
+        in >> value.emplace<QByteArray>();
+    else if (kind == 0)
         value.emplace<std::monostate>();
-    } else if (kind == 1) {
-        qint64 number = 0;
-        in >> number;
-        value = number;
-    } else if (kind == 2) {
-        QByteArray text;
-        in >> text;
-        value = std::move(text);
-    } else {
+    else
         in.setStatus(QDataStream::ReadCorruptData);
-    }
     return in;
 }
 

@@ -16,6 +16,14 @@ constexpr qint64 kPageMask = 0xffffff;
 } // namespace
 
 JetCatalog::JetCatalog(const JetFile& file, const std::function<void()>& progress) {
+    try {
+        read(file, progress);
+    } catch (const JetError& error) {
+        throw damaged(u"表の一覧が壊れています: "_s + error.reason()); // its counts are no rows of a diary
+    }
+}
+
+void JetCatalog::read(const JetFile& file, const std::function<void()>& progress) {
     const JetTable list(file, kCatalogPage, u"MSysObjects"_s);
     const int columns[] = {list.column(u"Id"_s), list.column(u"Name"_s), list.column(u"Type"_s),
                            list.column(u"Flags"_s)};
@@ -26,7 +34,7 @@ JetCatalog::JetCatalog(const JetFile& file, const std::function<void()>& progres
     for (const int column : columns)
         requireKnownKind(list.columns()[column]);
     if (!isNumber(columns[0]) || !isNumber(columns[2]) || !isNumber(columns[3]))
-        throw damaged(u"表の一覧が壊れています"_s);
+        throw damaged(u"列の種類が違います"_s);
 
     for (const Place& place : list.scan(progress)) {
         const std::vector<Field> fields = list.fieldsAt(place);

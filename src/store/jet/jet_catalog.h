@@ -24,6 +24,8 @@ public:
     const CatalogTable* find(const QString& name) const;
 
 private:
+    void read(const JetFile& file, const std::function<void()>& progress);
+
     std::vector<CatalogTable> m_tables;
 };
 

@@ -2,6 +2,8 @@
 
 #include "store/jet/jet_error.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <tuple>
 
@@ -20,11 +22,16 @@ void requireSoundDefinition(const MdbTableDef& table) {
         throw damaged(u"表のページの一覧が壊れています"_s);
 }
 
+JetError damagedRow(const Place& place) {
+    return damaged(u"ページ%1の行%2が壊れています"_s.arg(place.page).arg(place.slot));
+}
+
 } // namespace
 
 /// A scan goes on behind damage, to tell how much is readable.
 struct JetTable::Scan {
     std::vector<Found> found;
+    QSet<quint32> pages;
     QString firstDamage;
 
     void note(const QString& damage) {
@@ -47,13 +54,14 @@ JetTable::JetTable(const JetFile& file, quint32 page, const QString& name)
         throw damaged(u"表の定義が壊れています"_s);
     try {
         requireSoundDefinition(*m_table);
+        m_mostColumns = mdb_get_int16(file.handle()->pg_buf, file.handle()->fmt->tab_num_cols_offset - 4);
         const GPtrArray* columns = mdb_read_columns(m_table); // goes on from the page that was read
         if (!columns || columns->len != m_table->num_cols)
             throw damaged(u"表の列の定義が壊れています"_s);
         for (guint i = 0; i < columns->len; ++i) {
             const auto* column = static_cast<const MdbColumn*>(g_ptr_array_index(columns, i));
             m_columns.push_back({QString::fromUtf8(column->name), column->col_type, column->col_size,
-                                 column->is_fixed != 0, column->is_long_auto != 0});
+                                 column->is_fixed != 0, column->is_long_auto != 0, column->row_col_num});
             if (m_columns.back().isCounter && column->col_type == MDB_LONGINT)
                 m_counter = int(i);
         }
@@ -102,7 +110,9 @@ JetTable::Found JetTable::foundAt(const Place& place) const {
     if (m_counter < 0)
         return {0, place};
     const OldValue number = valueOf(m_file, m_columns[m_counter], fields[m_counter]);
-    return {std::holds_alternative<qint64>(number) ? std::get<qint64>(number) : 0, place};
+    if (!std::holds_alternative<qint64>(number))
+        throw damagedRow(place);
+    return {std::get<qint64>(number), place};
 }
 
 void JetTable::scanPage(quint32 page, Scan& scan) const {
@@ -124,11 +134,24 @@ void JetTable::scanPage(quint32 page, Scan& scan) const {
     }
 }
 
+/// Where the definition doesn't say how many rows there are, no page with live ones may be missing in its list.
+void JetTable::noteForgottenPages(Scan& scan) const {
+    for (quint32 page = 1; page < m_file.pageCount(); ++page) {
+        if (scan.pages.contains(page) || !m_file.readRows(page, quint32(m_entry.table_pg)))
+            continue;
+        for (int slot = 0; slot < m_file.slotCount(); ++slot) {
+            if ((m_file.slotAt(slot) & JetFile::kNotLive) == 0)
+                scan.note(u"ページ%1が一覧にありません"_s.arg(page));
+        }
+    }
+}
+
 std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
     Scan scan;
     try {
         for (std::optional<quint32> page = nextPage(0); page; page = nextPage(*page)) {
             progress();
+            scan.pages.insert(*page);
             scanPage(*page, scan);
         }
     } catch (const JetError& error) {
@@ -137,6 +160,8 @@ std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
     const auto count = qint64(scan.found.size());
     if (definedCount() != 0 && count != definedCount())
         scan.note(u"件数が合いません"_s);
+    if (definedCount() == 0 && count != 0)
+        noteForgottenPages(scan);
 
     const auto placeOf = [](const Found& found) { return std::tuple(found.place.page, found.place.slot); };
     std::vector<Found> byPlace = scan.found;
@@ -160,16 +185,36 @@ std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
     return places;
 }
 
+/// A row that says that it is older than some columns must not hold fields of them: with a wrong count of its columns
+/// it would lose values in silence.
+void JetTable::requireSoundCounts(const RowBytes& row, const Place& place) const {
+    const bool isJet3 = m_file.isJet3();
+    const int countBytes = isJet3 ? 1 : 2;
+    const auto countAt = [&](int at) {
+        if (at < row.start || at + countBytes > row.start + row.length)
+            throw damagedRow(place);
+        return isJet3 ? mdb_get_byte(m_file.handle()->pg_buf, at) : mdb_get_int16(m_file.handle()->pg_buf, at);
+    };
+    const int columns = countAt(row.start);
+    if (columns > m_mostColumns)
+        throw damagedRow(place);
+    if (m_table->num_var_cols == 0 || m_mostColumns != int(m_columns.size()))
+        return; // no fields of varying length, or a column was deleted and is still counted
+    const int nullBytes = (columns + 7) / 8;
+    const int varying = countAt(row.start + row.length - nullBytes - countBytes);
+    const auto isVarying = [&](const Column& column) { return !column.isFixed && column.number < columns; };
+    if (varying > std::count_if(m_columns.begin(), m_columns.end(), isVarying))
+        throw damagedRow(place);
+}
+
 std::vector<Field> JetTable::fieldsAt(const Place& place) const {
     if (!m_file.readRows(place.page, quint32(m_entry.table_pg)))
         throw damaged(u"ページ%1はこの表のページではありません"_s.arg(place.page));
     const RowBytes row = m_file.rowAt(place.slot);
-    const auto refuse = [&place]() -> JetError {
-        return damaged(u"ページ%1の行%2が壊れています"_s.arg(place.page).arg(place.slot));
-    };
+    requireSoundCounts(row, place);
     std::vector<MdbField> cracked(m_columns.size());
     if (mdb_crack_row(m_table, row.start, size_t(row.length), cracked.data()) < 0)
-        throw refuse();
+        throw damagedRow(place);
     const auto* page = reinterpret_cast<const char*>(m_file.handle()->pg_buf);
     const QByteArrayView rowBytes(page + row.start, row.length);
     std::vector<Field> fields;
@@ -182,7 +227,7 @@ std::vector<Field> JetTable::fieldsAt(const Place& place) const {
         }
         const auto* value = static_cast<const char*>(cracked[i].value);
         if (!value || cracked[i].siz < 0 || value < rowBytes.begin() || cracked[i].siz > rowBytes.end() - value)
-            throw refuse();
+            throw damagedRow(place);
         fields.push_back({false, QByteArrayView(value, cracked[i].siz)});
     }
     return fields;

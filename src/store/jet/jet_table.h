@@ -43,12 +43,15 @@ private:
     void scanPage(quint32 page, Scan& scan) const;
     Place resolved(const Place& place) const;
     Found foundAt(const Place& place) const;
+    void noteForgottenPages(Scan& scan) const;
+    void requireSoundCounts(const RowBytes& row, const Place& place) const;
 
     const JetFile& m_file;
     MdbCatalogEntry m_entry{};
     MdbTableDef* m_table = nullptr;
     std::vector<Column> m_columns;
     int m_counter = -1;
+    int m_mostColumns = 0; ///< that a row may have, with deleted columns
 };
 
 } // namespace velloria::store::jet

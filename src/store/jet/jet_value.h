@@ -13,6 +13,7 @@ struct Column {
     int size; ///< in bytes
     bool isFixed;
     bool isCounter;
+    int number; ///< in the rows; a row that has fewer columns is older than this one
 };
 
 /// One field of a row; a column that a row is older than is missing in it.

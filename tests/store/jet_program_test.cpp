@@ -1,0 +1,188 @@
+#include "store/database_file.h"
+#include "store/jet_home.h"
+#include "store/jet_record.h"
+
+#include <QElapsedTimer>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+using namespace std::chrono_literals;
+using store::JetDiary;
+using store::JetProgram;
+using store::OldValue;
+namespace jet = store::jet;
+
+/// A program in the place of "velloria-jet" that answers as it is told, then does something.
+class JetStub : public JetHome {
+protected:
+    QByteArray answerOf(const std::vector<jet::Record>& records) const {
+        QByteArray bytes;
+        for (const jet::Record& record : records)
+            bytes += jet::toBytes(record);
+        return bytes;
+    }
+    JetProgram program(const QByteArray& answer, const QString& then = u"exit 0"_s) const {
+        writeFile(path(u"answer"_s), answer);
+        const QString script = path(u"stub"_s);
+        writeFile(script,
+                  u"#!/bin/sh\necho $$ >'%1'\ncat '%2'\n%3\n"_s.arg(path(u"id"_s), path(u"answer"_s), then).toUtf8());
+        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return {script, 500ms};
+    }
+    JetProgram program(const std::vector<jet::Record>& records, const QString& then = u"exit 0"_s) const {
+        return program(answerOf(records), then);
+    }
+    /// What reading one column of one table comes to: the number of rows, or the refusal.
+    QString readWith(const JetProgram& stub) const {
+        JetDiary diary(path(u"diary.mdb"_s), stub);
+        QString rows;
+        const QString failure =
+            failureOf([&] { rows = QString::number(rowsOf(diary, u"Contents"_s, {u"Day"_s}).size()); });
+        return failure.isEmpty() ? rows : failure;
+    }
+
+    static jet::Row row() { return {{OldValue(QByteArray("2004/05/06"))}}; }
+};
+
+TEST_F(JetStub, ThatAnswersWellIsRead) {
+    EXPECT_EQ(readWith(program({jet::Begin{2}, row(), row(), jet::End{2, 2}})), u"2"_s);
+    EXPECT_EQ(readWith(program({jet::Progress{}, jet::Begin{0}, jet::Progress{}, jet::End{0, 0}})), u"0"_s);
+    EXPECT_EQ(readWith(program({jet::Begin{1}, row(), jet::End{1, 0}})), u"1"_s) << "not closed properly";
+}
+
+TEST_F(JetStub, ThatEndsInTheMiddleIsNoEndOfTheTable) {
+    const std::vector<jet::Record> half{jet::Begin{3}, row(), row()};
+    const QString counts = u"「Contents」は3件のうち2件まで読めました"_s;
+    for (const QString& end : {u"exit 0"_s, u"exit 1"_s, u"kill -9 $$"_s, u"kill -SEGV $$"_s, u"exec sleep 60"_s}) {
+        const QString failure = readWith(program(half, end));
+        EXPECT_TRUE(failure.contains(counts) && failure.contains(u"変更されていません"_s)) << failure.toStdString();
+    }
+    EXPECT_TRUE(readWith(program(half, u"kill -9 $$"_s)).contains(u"シグナル9"_s));
+    EXPECT_TRUE(readWith(program(half, u"exit 3"_s)).contains(u"終了コード3"_s));
+    EXPECT_TRUE(readWith(program(half, u"exec sleep 60"_s)).contains(u"0.5秒間進みません"_s));
+}
+
+TEST_F(JetStub, ThatEndsWithinARecordIsNoEndOfTheTable) {
+    const QByteArray whole = answerOf({jet::Begin{1}, row(), jet::End{1, 1}});
+    ASSERT_EQ(readWith(program(whole)), u"1"_s);
+    for (qsizetype length = 0; length < whole.size(); ++length)
+        EXPECT_TRUE(readWith(program(whole.first(length))).contains(u"壊れています"_s)) << length;
+}
+
+TEST_F(JetStub, WhoseCountsDisagreeIsRefused) {
+    const std::vector<std::vector<jet::Record>> answers{
+        {jet::Begin{2}, row(), jet::End{2, 2}},
+        {jet::Begin{2}, row(), jet::End{1, 1}},
+        {jet::Begin{1}, row(), row(), jet::End{2, 2}},
+        {jet::Begin{1}, row(), jet::End{1, 2}},
+        {jet::Begin{0}, jet::End{0, 5}},
+        {jet::Begin{1}, jet::Row{{OldValue(), OldValue()}}, jet::End{1, 1}},
+        {jet::Begin{1}, jet::Row{}, jet::End{1, 1}},
+        {jet::End{0, 0}},
+        {jet::Version{220}},
+        {row(), jet::End{1, 1}},
+        {jet::Begin{-1}, jet::End{-1, -1}},
+    };
+    for (const auto& answer : answers)
+        EXPECT_TRUE(readWith(program(answer)).contains(u"壊れています"_s)) << &answer - answers.data();
+}
+
+TEST_F(JetStub, ThatEndsBadlyBehindItsLastRecordIsRefused) {
+    const std::vector<jet::Record> whole{jet::Begin{1}, row(), jet::End{1, 1}};
+    for (const QString& end : {u"exit 1"_s, u"kill -9 $$"_s, u"echo more"_s, u"exec sleep 60"_s})
+        EXPECT_TRUE(readWith(program(whole, end)).contains(u"壊れています"_s)) << end.toStdString();
+}
+
+TEST_F(JetStub, ThatSaysNonsenseIsRefused) {
+    for (const QByteArray& answer : {QByteArray("hello, world, this is no record"), QByteArray(100, '\0'),
+                                     QByteArray(100, '\xff'), QByteArray("\1\0\0\0\x9", 5)})
+        EXPECT_TRUE(readWith(program(answer)).contains(u"壊れています"_s)) << answer.toHex().toStdString();
+}
+
+TEST_F(JetStub, ThatReportsWhatIsMissingOrDamagedIsPassedOn) {
+    const auto failure = [this](jet::Fault fault) {
+        return readWith(program({jet::Begin{5}, row(), jet::Error{fault, u"理由"_s, 1, 5}}));
+    };
+    EXPECT_TRUE(failure(jet::Fault::NoTable).contains(u"必要な表がありません"_s));
+    EXPECT_TRUE(failure(jet::Fault::NoColumn).contains(u"必要な列がありません"_s));
+    EXPECT_TRUE(failure(jet::Fault::NotReadable).contains(u"読み取れません"_s));
+    EXPECT_TRUE(failure(jet::Fault::Damaged).contains(u"「Contents」は5件のうち1件まで読めました: 理由"_s));
+}
+
+TEST_F(JetStub, ThatIsMissingOrMayNotRunHasItsOwnFailure) {
+    JetProgram stub = program({jet::Version{0}});
+    QFile::setPermissions(stub.file, QFile::ReadOwner | QFile::WriteOwner);
+    for (const QString& file : {stub.file, path(u"no/such/program"_s)}) {
+        const QString failure = readWith({file, 1s});
+        EXPECT_TRUE(failure.contains(u"読むプログラムを起動できません"_s) && failure.contains(file))
+            << failure.toStdString();
+        EXPECT_TRUE(failure.contains(u"日記は変更されていません"_s));
+    }
+    // What the loader does when a library is missing.
+    EXPECT_TRUE(readWith(program(QByteArray(), u"exit 127"_s)).contains(u"読むプログラムを起動できません"_s));
+}
+
+TEST_F(JetStub, DoesNotOutliveTheDiary) {
+    const auto process = [this] { return bytesOf(path(u"id"_s)).trimmed().toInt(); };
+    const JetProgram stub = program({jet::Begin{3}, row()}, u"exec sleep 60"_s);
+    auto diary = std::make_unique<JetDiary>(path(u"diary.mdb"_s), stub);
+    diary->open(u"Contents"_s, {u"Day"_s});
+    const pid_t first = process();
+    ASSERT_EQ(::kill(first, 0), 0);
+    diary->open(u"Contents"_s, {u"Day"_s});
+    EXPECT_NE(::kill(first, 0), 0) << "another table, another child";
+    const pid_t second = process();
+    ASSERT_EQ(::kill(second, 0), 0);
+    diary.reset();
+    EXPECT_NE(::kill(second, 0), 0);
+}
+
+class JetProgramTest : public JetHome {};
+
+TEST_F(JetProgramTest, KilledInTheMiddleIsDamageAndNotTheEnd) {
+    // More than a pipe holds, so that it still has rows to tell when the first one comes.
+    JetDiary diary(sample(u"v220"_s));
+    ASSERT_EQ(diary.open(u"Contents"_s, {u"Day"_s, u"Contents"_s, u"Contents"_s, u"Contents"_s}), 51);
+    const QStringList children =
+        QString::fromLatin1(bytesOf(u"/proc/%1/task/%1/children"_s.arg(::getpid()))).split(u' ', Qt::SkipEmptyParts);
+    ASSERT_EQ(children.size(), 1);
+    ::kill(children.first().toInt(), SIGKILL);
+    std::vector<OldValue> row;
+    const QString failure = failureOf([&] {
+        while (diary.next(row)) {
+        }
+    });
+    EXPECT_TRUE(failure.contains(u"シグナル9"_s) && failure.contains(u"51件のうち"_s)) << failure.toStdString();
+}
+
+TEST_F(JetProgramTest, HasNoRightsToTheFile) {
+    const QString file = path(u"mine.mdb"_s);
+    writeFile(file, bytesOf(sample(u"v220"_s)));
+    QFile::setPermissions(file, QFile::Permissions());
+    EXPECT_TRUE(holdsForNobody([&] {
+        const QString failure = failureOf([&] { JetDiary(file).open(u"Contents"_s, {u"Day"_s}); });
+        return failure.contains(file) && failure.contains(u"読み取れません"_s);
+    }));
+}
+
+TEST_F(JetProgramTest, RefusesTablesAndColumnsThatAreNotThere) {
+    JetDiary diary(sample(u"v0"_s));
+    EXPECT_TRUE(failureOf([&] { diary.open(u"LogDB"_s, {u"LogMonth"_s}); }).contains(u"必要な表がありません"_s));
+    EXPECT_TRUE(failureOf([&] { diary.open(u"Contents"_s, {u"Day"_s, u"Genre"_s}); }).contains(u"「Genre」"_s));
+    EXPECT_EQ(diary.open(u"CONTENTS"_s, {u"day"_s}), 38) << "and reads on";
+}
+
+TEST_F(JetProgramTest, ReadsAFileOfAnyName) {
+    for (const QString& name : {u"-x.mdb"_s, u"日記 の'\"*.mdb"_s, u"a\nb.mdb"_s}) {
+        writeFile(path(name), bytesOf(sample(u"v110"_s)));
+        EXPECT_EQ(store::GetDBVersion(path(name)), 110) << name.toStdString();
+    }
+}
+
+} // namespace
+} // namespace velloria::tests
