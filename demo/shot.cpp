@@ -21,6 +21,7 @@
 #include "publish/forms/frmProgress.h"
 #include "shell/forms/desktop_start.h"
 #include "shell/forms/frmAbout.h"
+#include "shell/forms/frmDBUpdater.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/frmPassword.h"
 #include "shell/forms/MDIFormTop.h"
@@ -76,6 +77,17 @@ void shootWindow(QWidget& window, const QString& picture) {
     waitForDrawing();
     save(window, picture);
     window.hide();
+}
+
+/// In the middle of its work.
+void shootUpdater(desktop::Context& context, const QString& picture) {
+    auto& updater = context.windows.get<shell::frmDBUpdater>();
+    updater.display(
+        {u"アップデートを開始します。\r\nテンポラリファイル作成中。\r\nテンポラリファイル作成完了。\r\n"
+         "日記の内容のコピーを開始。\r\n日記の内容のコピーを終了。\r\nファイル登録データベースのコピーを開始。"_s,
+         120, 48});
+    shootWindow(updater, picture);
+    context.windows.unload<shell::frmDBUpdater>();
 }
 
 /// The window that is open beside the main window, which it ends; each of its tabs and categories has a picture.
@@ -141,6 +153,7 @@ void shootAll(desktop::Context& context, const QString& folder) {
     progress.display({u"FTP by Velloria"_s, u"HTMLファイルアップロード"_s,
                       u"ファイル「diary200405.htm」のアップロードに成功しました。(3/12)"_s, 12, 3});
     shootWindow(progress, folder + u"frmProgress.png"_s);
+    shootUpdater(context, folder + u"frmDBUpdater.png"_s);
     auto& viewer = context.windows.get<browser::frmPrevDiaryViewer>();
     const QString oldPage = context.session.DataPath + u"oldtmp.htm"_s;
     site::MakeSameDayPage(context, oldPage, context.session.EnterDay);

@@ -15,6 +15,7 @@
 #include "shell/forms/frmPassword.h"
 #include "shell/forms/MDIFormTop.h"
 #include "shell/forms/StartForm.h"
+#include "shell/forms/updater_view.h"
 #include "shell/home.h"
 
 #include <QApplication>
@@ -31,10 +32,11 @@ using shell::MDIFormTop;
 
 /// The windows behind the ports.
 void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::SoundPlayer& player,
-                 desktop::WaitBox& waits) {
-    desk.beforeBox = [&context, &waits] {
+                 desktop::WaitBox& waits, shell::UpdaterView& updates) {
+    desk.beforeBox = [&context, &waits, &updates] {
         context.windows.unload<shell::StartForm>();
         waits.end();
+        updates.makeWayForBox();
     };
     desk.showStatus = [&context](const QString& text) {
         if (auto* top = context.windows.find<MDIFormTop>())
@@ -51,6 +53,8 @@ void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::Soun
         context.windows.get<publish::frmProgress>().display(shown);
     };
     desk.endProgressWindow = [&context] { context.windows.unload<publish::frmProgress>(); };
+    desk.showUpdaterWindow = [&updates](const platform::UpdaterWindow& shown) { updates.show(shown); };
+    desk.endUpdaterWindow = [&updates] { updates.close(); };
     desk.askPasswords = shell::askPasswords;
     desk.playSound = [&player](const QString& command) { player.execute(command); };
 }
@@ -62,7 +66,8 @@ int run(QApplication& application) {
     desktop::SoundPlayer player(QCoreApplication::applicationDirPath() + u"/velloria-sound"_s);
     desktop::WaitBox waits;
     desktop::Context context{{session, clock, desk}};
-    connectDesk(desk, context, player, waits);
+    shell::UpdaterView updates(context);
+    connectDesk(desk, context, player, waits, updates);
     try {
         const QString home = shell::findHome({}, QCoreApplication::applicationDirPath());
         const platform::InstanceLock lock(QFileInfo(home).canonicalFilePath());

@@ -1,4 +1,4 @@
-// Routines that work on while other commands may run: the upload, the check for a new version.
+// Routines that work on while events are served: the upload, the check for a new version, the optimise.
 #pragma once
 
 #include <QPointer>
@@ -9,7 +9,7 @@
 
 namespace velloria::desktop {
 
-enum class LongRoutine { Upload, UpdateCheck };
+enum class LongRoutine { Upload, UpdateCheck, Optimize };
 
 /// Keeps each of them from starting inside itself, and the main window from closing under any.
 class LongRuns {

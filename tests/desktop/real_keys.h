@@ -22,6 +22,7 @@ protected:
     void SetUp() override {
         top().resize(1100, 800);
         top().show();
+        top().activateWindow();
         ASSERT_TRUE(becomesActive(top()));
         calendar().place({0, 0, 279, 214});
         calendar().showChild();

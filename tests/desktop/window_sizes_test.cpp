@@ -6,6 +6,7 @@
 #include "editor_home.h"
 #include "every_window.h"
 #include "shell/forms/frmAbout.h"
+#include "shell/forms/frmDBUpdater.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/frmPassword.h"
 
@@ -78,7 +79,9 @@ protected:
         shell::frmPassword password(u"新しいパスワードの入力"_s, platform::PasswordLines::WithConfirmation, nullptr);
         shell::frmAbout about(context);
         browser::frmGetImg images(context);
-        for (QDialog* dialog : std::initializer_list<QDialog*>{&login, &password, &about, &images}) {
+        shell::frmDBUpdater updater(context);
+        updater.display({u"ファイル登録データベースのコピーを開始。"_s, 100, 50});
+        for (QWidget* dialog : std::initializer_list<QWidget*>{&login, &password, &about, &images, &updater}) {
             dialog->show();
             EXPECT_TRUE(becomesVisible(*dialog));
             look(*dialog);
