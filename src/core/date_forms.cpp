@@ -129,6 +129,23 @@ std::optional<QDateTime> parseDate(QStringView text, int yearNow) {
     return QDateTime(*day, time, Qt::UTC);
 }
 
+std::optional<QDate> fullDay(QStringView text) {
+    static const QRegularExpression form(
+        uR"(^(?:([0-9]{4})(?: ?([/.-]) ?([0-9]{1,2}) ?\2 ?([0-9]{1,2})|年 ?([0-9]{1,2})月 ?([0-9]{1,2})日))"_s
+        uR"(|(?:明治|大正|昭和|平成|令和)(?:[0-9]{1,2}|元)年 ?[0-9]{1,2}月 ?[0-9]{1,2}日)(?: 0?0:00(?::00)?)?$)"_s);
+    const QString plain = platform::fold(text).simplified();
+    const QRegularExpressionMatch match = form.match(plain);
+    if (!match.hasMatch())
+        return std::nullopt;
+    if (match.hasCaptured(1)) {
+        const int first = match.hasCaptured(3) ? 3 : 5;
+        const QDate day(match.captured(1).toInt(), match.captured(first).toInt(), match.captured(first + 1).toInt());
+        return day.isValid() ? std::optional(day) : std::nullopt;
+    }
+    const std::optional<QDateTime> moment = parseDate(plain, 0); // an era has its own year
+    return moment ? std::optional(moment->date()) : std::nullopt;
+}
+
 QString formatDate(const QDateTime& moment, QStringView form) {
     QString pattern = form.toString().toLower();
     pattern.replace(u'm', u'M').replace(u'n', u'm').replace(u'h', u'H');

@@ -17,6 +17,11 @@ namespace velloria::core {
 /// means 1930 to 1999. A time alone is one of 1899/12/30. Width makes no difference, and a tab is a blank.
 std::optional<QDateTime> parseDate(QStringView text, int yearNow);
 
+/// The day of a text that names year, month and day in this order, whatever the year now: "2004/5/6", "2004-05-06",
+/// "2004.5.6", "2004年5月6日", "平成16年5月6日", digits of any width, with or without a midnight behind it. Nothing for
+/// a year of two digits and what else has more than one reading.
+std::optional<QDate> fullDay(QStringView text);
+
 /// `moment` in a form such as "yyyy/mm/dd hh:nn:ss" or "dddd, d mmm yyyy": "yyyy", "mm" and "dd" with zeros in front,
 /// "d" without, "hh" (of 24), "nn" and "ss" for the time, "mmm", "ddd" and "dddd" for English names. Capitals make no
 /// difference, other letters have no place in a form.

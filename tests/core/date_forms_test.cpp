@@ -213,5 +213,18 @@ TEST(DateForms, ATabIsABlankBesideADate) {
     EXPECT_EQ(read(u"\t"_s), u""_s);
 }
 
+TEST(DateForms, AFullDayHasOneReadingWhateverTheYearNow) {
+    const QDate day(2004, 3, 5);
+    for (const QString& text :
+         {u"2004/03/05"_s, u"2004/3/5"_s, u"2004-03-05"_s, u"2004.3.5"_s, u"2004年3月5日"_s, u"２００４／３／５"_s,
+          u"平成16年3月5日"_s, u" 2004 / 3 / 5 0:00:00"_s, u"2004/3/5 00:00"_s})
+        EXPECT_EQ(core::fullDay(text), day) << text.toStdString();
+    EXPECT_EQ(core::fullDay(u"昭和元年12月30日"), QDate(1926, 12, 30));
+    for (const QString& text :
+         {u""_s, u"3/5"_s, u"2004/3"_s, u"04/3/5"_s, u"5/3/2004"_s, u"2004/3-5"_s, u"2004/13/5"_s, u"2003/2/29"_s,
+          u"16年3月5日"_s, u"3月5日"_s, u"38000"_s, u"2004/3/5 12:30"_s, u"0000/1/1"_s, u"nonsense"_s})
+        EXPECT_EQ(core::fullDay(text), std::nullopt) << text.toStdString();
+}
+
 } // namespace
 } // namespace velloria::tests
