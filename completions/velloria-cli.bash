@@ -32,6 +32,7 @@ _velloria_cli() {
     "import clipboard" | "import clipboard "*) options+=" --formatted --plain" ;;
     "convert html2text" | "convert html2text "*) options+=" --ini --set" ;;
     "file add" | "file add "*) options+=" --as" ;;
+    "db check" | "db check "*) options+=" --repair" ;;
     "customize export" | "customize export "*) options+=" --format --name --url --email --out" ;;
     esac
     if [[ $current == -* ]]; then

@@ -89,6 +89,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "import clipboard*"' -l plain
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l ini -r -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text*"' -l set -x
 complete -c velloria-cli -n '__velloria_cli_behind "file add*"' -l as -x
+complete -c velloria-cli -n '__velloria_cli_behind "db check*"' -l repair
 complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l format -x
 complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l name -x
 complete -c velloria-cli -n '__velloria_cli_behind "customize export*"' -l url -x

@@ -1,12 +1,13 @@
 #include "store/database_check.h"
 
-#include "core/day_key.h"
+#include "core/session.h"
+#include "store/database_file.h"
 #include "store/database_format.h"
-#include "store/day_spellings.h"
+#include "store/named_database.h"
+#include "store/register_check.h"
+#include "store/row_check.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -20,8 +21,10 @@ using sqlite::Statement;
 
 class Checker {
 public:
-    explicit Checker(const QString& path)
-        : m_connection(path, Access::ReadOnly) {}
+    Checker(const QString& path, const std::optional<QString>& dataFolder)
+        : m_path(path)
+        , m_dataFolder(dataFolder)
+        , m_connection(path, Access::ReadOnly) {}
 
     QStringList run() {
         try {
@@ -38,13 +41,10 @@ public:
         if (!m_findings.isEmpty())
             return m_findings; // the tables can't be trusted any more
         checkForeignParts();
-        try {
-            checkDays();
-            checkNumbers();
-            checkFiles();
-        } catch (const Failure&) {
-            if (m_findings.isEmpty()) // else a view stands in the place of a table
-                throw;
+        checkVersion();
+        if (hasAllTables()) {
+            checkRows(m_connection, m_findings);
+            checkRegisters(m_connection, m_dataFolder, m_findings);
         }
         return m_findings;
     }
@@ -63,44 +63,6 @@ private:
         }
     }
 
-    void checkDays() {
-        Statement rows(m_connection, "SELECT Day, count(*) FROM Contents GROUP BY Day ORDER BY Day");
-        while (rows.next()) {
-            if (!core::isDayKey(rows.text(0)))
-                m_findings += u"日付として読めない日: 「%1」(%2件)"_s.arg(rows.text(0)).arg(rows.integer(1));
-        }
-    }
-
-    void checkNumbers() {
-        Statement rows(m_connection, "SELECT Day, group_concat(Number, ' ') FROM (SELECT Day, Number FROM Contents "
-                                     "ORDER BY Day, Number) GROUP BY Day HAVING count(*) <> max(Number) OR "
-                                     "min(Number) <> 1 OR count(DISTINCT Number) <> count(*) ORDER BY Day");
-        while (rows.next())
-            m_findings += u"番号が1からの連番でない日: %1 (%2)"_s.arg(rows.text(0), rows.text(1));
-    }
-
-    void checkFiles() {
-        Statement rows(m_connection, "SELECT FileName, Day, Number FROM FileDB WHERE Day IS NOT 'ALL' AND NOT EXISTS "
-                                     "(SELECT 1 FROM Contents WHERE Contents.Day = FileDB.Day AND Contents.Number = "
-                                     "FileDB.Number) ORDER BY Day, Number, FileID");
-        while (rows.next()) {
-            if (!hasEntry(rows.text(1), rows.integer(2)))
-                m_findings +=
-                    u"日記のない登録ファイル: %1 (%2 %3)"_s.arg(rows.text(0), rows.text(1)).arg(rows.integer(2));
-        }
-    }
-
-    /// In whatever form the days are written.
-    bool hasEntry(const QString& day, int number) {
-        Statement rows(m_connection, "SELECT 1 FROM Contents WHERE Day = ?1 AND Number = ?2");
-        const QStringList spellings = m_days.of(day);
-        return std::any_of(spellings.begin(), spellings.end(), [&](const QString& spelling) {
-            rows.reset();
-            rows.bind(spelling, number);
-            return rows.next();
-        });
-    }
-
     /// They do nothing here, but another program may let them.
     void checkForeignParts() {
         Statement rows(m_connection,
@@ -116,16 +78,91 @@ private:
         }
     }
 
+    /// A file without any version may be an old one or have lost its row: what it is, its tables tell.
+    void checkVersion() {
+        if (!isTable(u"DBInfo"_s) && !m_findings.isEmpty())
+            return; // one of the foreign parts bears the name
+        qint64 count = 0;
+        if (isTable(u"DBInfo"_s)) {
+            Statement rows(m_connection, "SELECT count(*) FROM DBInfo");
+            count = rows.next() ? rows.integer64(0) : 0;
+        }
+        if (count == 0 && isTable(u"DBInfo"_s) && missingColumns(u"Contents"_s).isEmpty()) {
+            m_findings += u"バージョンの行がありません (DBInfo)"_s;
+            return;
+        }
+        refuseOldDiary(m_path);
+        if (count > 1)
+            m_findings += u"バージョンの行が%1つあります (DBInfo)"_s.arg(count);
+    }
+
+    bool hasAllTables() {
+        bool hasAll = true;
+        for (const auto& [table, columns] : kTables) {
+            if (!isTable(table)) {
+                m_findings += u"表がありません: %1"_s.arg(table);
+                hasAll = false;
+            } else if (const QStringList missing = missingColumns(table); !missing.isEmpty()) {
+                m_findings += u"列がありません: %1 (%2)"_s.arg(table, missing.join(u"、"_s));
+                hasAll = false;
+            }
+        }
+        return hasAll;
+    }
+
+    bool isTable(const QString& name) {
+        Statement rows(m_connection, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
+        rows.bind(name);
+        return rows.next();
+    }
+
+    QStringList missingColumns(const QString& table) {
+        QStringList missing;
+        for (const auto& [name, columns] : kTables) {
+            if (name == table)
+                missing = QString(columns).split(u' ');
+        }
+        Statement rows(m_connection, "PRAGMA table_info(" + table.toLatin1() + ")");
+        while (rows.next())
+            missing.removeIf([&](const QString& column) { return !column.compare(rows.text(1), Qt::CaseInsensitive); });
+        return missing;
+    }
+
+    static constexpr std::pair<QLatin1StringView, QLatin1StringView> kTables[] = {
+        {"Contents"_L1, "RecordID Day Number Title Contents Extend Excerpt Weather Genre PublishTime Private TrackBack "
+                        "ImportMark"_L1},
+        {"FileDB"_L1, "FileID FileName Day Number Uploaded Logged"_L1},
+        {"LogDB"_L1, "LogMonth LogFileName"_L1},
+        {"Memo"_L1, "PublishTime Title Memo No Category IsPass"_L1},
+        {"DBInfo"_L1, "VersionInfo IsMemoPass IsPass"_L1},
+    };
+
+    QString m_path;
+    std::optional<QString> m_dataFolder;
     Connection m_connection;
-    DaySpellings m_days{m_connection, "Contents"};
     QStringList m_findings;
 };
 
+void refuseToBeConverted(const QString& path, const QString& form) {
+    throw Failure(
+        u"まだ変換されていない日記データベースです。"_s, path, form,
+        u"ファイルは変更されていません。次の起動で変換されます。変換したあとで、もう一度実行してください。"_s);
+}
+
 } // namespace
 
-QStringList checkDatabase(const QString& path) {
+QStringList checkDatabase(const QString& path, const std::optional<QString>& dataFolder) {
     requireDiaryFormat(path);
-    return Checker(path).run();
+    if (formatOf(path) == DatabaseFormat::Jet)
+        refuseOldDiary(path);
+    return NamedDatabase(path).told([&](const QString& file) { return Checker(file, dataFolder).run(); });
+}
+
+void refuseOldDiary(const QString& path) {
+    if (formatOf(path) == DatabaseFormat::Jet)
+        refuseToBeConverted(path, u"旧形式(Jet)"_s);
+    if (const qint16 version = GetDBVersion(path); version < core::kDatabaseVersion)
+        refuseToBeConverted(path, u"バージョン%1"_s.arg(version));
 }
 
 } // namespace velloria::store

@@ -3,6 +3,7 @@
 #include "core/files.h"
 #include "platform/file_read.h"
 #include "platform/file_write.h"
+#include "store/sqlite/connection.h"
 
 #include <QFileInfo>
 
@@ -40,7 +41,7 @@ void copyAsItLies(const QString& database, const QString& copy) {
 NamedDatabase::NamedDatabase(const QString& file)
     : m_file(file)
     , m_path(file) {
-    if (!QFileInfo(file).isFile() || !isUnfinished(file))
+    if (!QFileInfo(file).isFile() || !isUnfinished(file) || sqlite::isBeingWritten(file))
         return;
     m_folder.emplace();
     if (!m_folder->isValid())

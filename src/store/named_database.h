@@ -22,7 +22,8 @@ QString fileBeside(const QString& database, QLatin1StringView ending);
 void copyAsItLies(const QString& database, const QString& copy);
 
 /// Reading leaves the named file and what lies beside it as they are. The engine would roll a journal back and put a
-/// log's entries into the file: where there is one, it gets a copy of them, which lives as long as this.
+/// log's entries into the file: where there is one, it gets a copy of them, which lives as long as this. A journal of a
+/// program at work is left alone by the engine and needs no copy.
 ///
 ///     const NamedDatabase named(backup);
 ///     const qint16 version = named.told(GetDBVersion);

@@ -1,6 +1,7 @@
 """Entries, genres, the rescue file and the check of the diary."""
 
 import contextlib
+import glob
 import json
 import os
 import shutil
@@ -390,7 +391,7 @@ class Places(CliTest):
 
     def test_every_command_rolls_a_kill_behind_a_link_back(self):
         self.move_behind_link()
-        for words in (["entry", "list"], ["db", "check"], ["db", "version"], ["site", "preview"], ["start"],
+        for words in (["entry", "list"], ["db", "check", "--repair"], ["db", "version"], ["site", "preview"], ["start"],
                       ["file", "list"], ["genre", "rebuild"]):
             self.tear()
             self.assertTrue(os.path.exists(self.end + "-journal"))
@@ -400,6 +401,9 @@ class Places(CliTest):
         self.tear()
         self.assertEqual(self.must("db", "version", self.database).text, "220\n")
         self.assertTrue(os.path.exists(self.end + "-journal"), "a file that is named stays as it is")
+        before = snapshot(self.root)
+        self.assertEqual(self.must("db", "check").out, b"")
+        self.assertEqual(snapshot(self.root), before, "the check changed something")
         self.put(entry("2004/02/01", "more"))
         self.assertEqual(self.titles(), ["more", "new", "old"])
 
@@ -524,12 +528,79 @@ class Checking(CliTest):
             self.assertIn(f"「{day}」", finding)
 
     def test_it_reports_registered_files_that_point_nowhere(self):
+        for name in ("a.gif", "b.gif", "c.css", "d.gif"):
+            write(self.data + "DiaryParts/" + name, name)
         self.sql("INSERT INTO FileDB (FileName, Day, Number) VALUES ('a.gif', '2004/02/01', 4), "
                  "('b.gif', '2004/02/01', 3), ('c.css', 'ALL', 0), ('d.gif', '2004/02/02', 1)")
         found = self.findings()
         self.assertEqual(len(found), 2, found)
         self.assertIn("a.gif", found[0])
         self.assertIn("d.gif", found[1])
+
+    def test_it_reports_what_is_registered_and_not_on_the_disk(self):
+        self.sql("INSERT INTO FileDB (FileName, Day, Number) VALUES ('gone.gif', '2004/02/01', 1)")
+        self.sql("INSERT INTO LogDB VALUES ('2004/01', '200401.htm')")
+        self.assertEqual(self.findings(), ["ディスクにない登録ファイル: gone.gif (2004/02/01 1)",
+                                           "ディスクにない登録ログ: 200401.htm (2004/01)"])
+
+    def test_it_reports_rows_that_lack_something_or_stand_alone(self):
+        self.sql("UPDATE Contents SET Title = '', Contents = '\ufffd', ImportMark = 'alone', PublishTime = NULL "
+                 "WHERE Title = 'b'")
+        self.assertEqual(self.findings(), ["値のない日記: 2004/02/01 2 (保存日時)", "文字の壊れた日記: 2004/02/01 2 (内容)",
+                                           "タイトルのない日記: 2004/02/01 2",
+                                           "日記が一つだけの読み込みグループ: 「alone」(2004/02/01 2)"])
+
+    def test_an_old_diary_is_not_checked_before_it_is_converted(self):
+        self.sql("UPDATE DBInfo SET VersionInfo = 200")
+        for words in (["db", "check"], ["db", "check", "--repair"]):
+            self.refused(*words, naming=[self.database, "バージョン200", "変換"])
+        write(self.database, b"\0\1\0\0Standard Jet DB" + bytes(4077))
+        for words in (["db", "check"], ["db", "check", "--repair"]):
+            self.refused(*words, naming=[self.database, "Jet", "変換"])
+
+    def test_what_has_one_right_answer_is_mended_behind_a_backup(self):
+        self.sql("UPDATE Contents SET Number = 5 WHERE Title = 'c'")
+        self.sql("UPDATE Contents SET Day = '2004/2/1', Number = 1 WHERE Title = 'b'")
+        self.assertEqual(len(self.findings()), 2)
+        lines = ["日付の形を直しました: 「2004/2/1」→2004/02/01 (1件)",
+                 "番号を付け直しました: 2004/02/01 (「2004/2/1」の1→2、5→3)"]
+        before = read(self.database)
+        self.assertEqual(self.must("db", "check", "--repair").text.splitlines(), lines)
+        self.assertEqual(self.listed(), [("2004/02/01", 3, "c"), ("2004/02/01", 2, "b"), ("2004/02/01", 1, "a")])
+        self.assert_sound()
+        (backup,) = glob.glob(self.data + "Backup/*.mdb")
+        write(self.database, before)
+        self.assertEqual(self.sql("SELECT Day, Number, Title FROM Contents ORDER BY Title"),
+                         [("2004/02/01", 1, "a"), ("2004/2/1", 1, "b"), ("2004/02/01", 5, "c")])
+        self.assertEqual(self.must("--json", "db", "check", "--repair").json, {"mended": lines, "remaining": []})
+        self.assertEqual(self.findings(), [])
+        os.remove(backup)
+        before = snapshot(self.root)
+        self.assertEqual(self.must("db", "check", "--repair").out, b"")
+        self.assertEqual(snapshot(self.root), before, "there was nothing to mend")
+
+    def test_what_can_not_be_mended_remains_and_is_a_refusal(self):
+        self.sql("UPDATE Contents SET Number = 5 WHERE Title = 'c'")
+        self.sql("UPDATE Contents SET Title = '' WHERE Title = 'a'")
+        result = self.run_cli("db", "check", "--repair")
+        self.assertEqual(result.code, 1, result)
+        self.assertEqual(result.text.splitlines(), ["番号を付け直しました: 2004/02/01 (5→3)",
+                                                    "タイトルのない日記: 2004/02/01 1"])
+        self.assertEqual(len(result.error_lines), 1, result)
+
+    def test_a_repair_of_a_damaged_or_busy_diary_is_refused(self):
+        self.sql("UPDATE Contents SET Number = 5 WHERE Title = 'c'")
+        with contextlib.closing(sqlite3.connect(self.database, isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            result = self.run_cli("db", "check", "--repair")
+            self.assertIn("使用中", self.assert_refusal(result, 1))
+            other.execute("ROLLBACK")
+        self.put(*[entry("2004/02/02", str(i), Contents="x" * 2000) for i in range(100)])
+        base = bytearray(read(self.database))
+        middle = len(base) // 2 // 4096 * 4096
+        base[middle:middle + 4096] = b"\xa5" * 4096
+        write(self.database, bytes(base))
+        self.refused("db", "check", "--repair", naming=[self.database, "db restore"])
 
     def test_it_reports_triggers_and_views_which_do_nothing(self):
         self.sql("CREATE TRIGGER evil AFTER INSERT ON Contents BEGIN DELETE FROM Contents WHERE Title = 'a'; END")

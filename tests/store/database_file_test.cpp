@@ -260,46 +260,6 @@ TEST_F(DatabaseFile, MeetsNoJournalOfTheFileThatLayThere) {
     EXPECT_TRUE(bytesOf(other) == whole);
 }
 
-TEST_F(DatabaseFile, ThatIsSoundHasNoFindings) {
-    write(u"2004/05/06"_s, u"a"_s);
-    write(u"2004/05/06"_s, u"b"_s);
-    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('a', '2004/05/06', 2), ('b', 'ALL', 0)"_s);
-    EXPECT_EQ(checkDatabase(file()), QStringList());
-}
-
-TEST_F(DatabaseFile, IsCheckedForDaysNumbersAndFilesAndNotChanged) {
-    sql(u"INSERT INTO Contents (Day, Number) VALUES ('2004/05/06', 1), ('2004/05/06', 3), ('2004/05/07', 2), "
-        "('2004/05/08', 1), ('2004/05/08', 1), ('2004/3/5', 1), ('', 1), ('2003/02/29', 1), ('2004/05/09', 1), "
-        "('2004/05/10', 0), "
-        "('2004/05/10', 2)"_s);
-    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('good', '2004/05/09', 1), ('all', 'ALL', 0), "
-        "('gone', '2004/05/09', 2), ('never', '2001/01/01', 1), ('nowhere', NULL, 0)"_s);
-    const QByteArray before = bytesOf(file());
-    const QString findings = checkDatabase(file()).join(u'\n');
-    EXPECT_TRUE(bytesOf(file()) == before);
-    for (const QString& part : {u"「2004/3/5」"_s, u"「」"_s, u"「2003/02/29」"_s, u"2004/05/06 (1 3)"_s,
-                                u"2004/05/07 (2)"_s, u"2004/05/08 (1 1)"_s, u"2004/05/10 (0 2)"_s,
-                                u"gone (2004/05/09 2)"_s, u"never (2001/01/01 1)"_s, u"nowhere"_s})
-        EXPECT_EQ(findings.count(part), 1) << part.toStdString() << '\n' << findings.toStdString();
-    for (const QString& part : {u"2004/05/09 ("_s, u"good"_s, u"all"_s})
-        EXPECT_EQ(findings.count(part), 0) << part.toStdString();
-    EXPECT_EQ(findings.count(u'\n'), 9);
-}
-
-TEST_F(DatabaseFile, ThatIsDamagedIsReportedOrRefused) {
-    for (int i = 0; i < 50; ++i)
-        write(u"2004/05/06"_s, u"a"_s, QString(1000, u'x'));
-    QByteArray damaged = bytesOf(file());
-    writeFile(file(), damaged.replace(damaged.size() - 9000, 4096, QByteArray(4096, '\xAA')));
-    QStringList findings;
-    const QString failure = failureOf([&] { findings = checkDatabase(file()); });
-    EXPECT_TRUE(!findings.isEmpty() || failure.contains(file()));
-    for (const QByteArray& bytes : noDiaries().first(5)) {
-        writeFile(path(u"x.mdb"_s), bytes);
-        EXPECT_THROW(checkDatabase(path(u"x.mdb"_s)), platform::Failure);
-    }
-}
-
 TEST_F(DatabaseFile, ABackupIsReadByWhoMayReadTheDiary) {
     for (const mode_t mode : {0600, 0640}) {
         write(u"2004/05/06"_s, u"x"_s);

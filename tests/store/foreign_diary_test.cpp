@@ -191,7 +191,8 @@ TEST_F(ForeignDiary, AFileOfADayInAnotherFormHasItsEntry) {
     const registers::FileRegister files(file());
     files.addFile({0, u"a.gif"_s, u"2004/5/6"_s, 1, false, false});
     files.addFile({0, u"b.gif"_s, u"2004/5/6"_s, 4, false, false});
-    EXPECT_EQ(store::checkDatabase(file()), QStringList{u"日記のない登録ファイル: b.gif (2004/5/6 4)"_s});
+    EXPECT_EQ(store::checkDatabase(file()).filter(u"日記のない"_s),
+              QStringList{u"日記のない登録ファイル: b.gif (2004/5/6 4)"_s});
 }
 
 TEST_F(ForeignDiary, WithAWriteAheadLogIsOneFileAgainAtTheNextOpening) {

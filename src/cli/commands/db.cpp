@@ -5,6 +5,7 @@
 #include "platform/directory.h"
 #include "store/database_check.h"
 #include "store/database_file.h"
+#include "store/database_repair.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -21,14 +22,30 @@ void version(Invocation& invocation) {
     invocation.print(QJsonObject{{u"version"_s, version}}, {{QString::number(version)}});
 }
 
-void check(Invocation& invocation) {
-    const QStringList findings = store::checkDatabase(invocation.session.databaseFile());
-    if (findings.isEmpty())
-        store::GetDBVersion(invocation.session.databaseFile()); // refuses what is no version
+std::vector<QStringList> harmlessRows(const QStringList& lines) {
     std::vector<QStringList> rows;
-    for (const QString& finding : findings)
-        rows.push_back({harmless(finding)});
-    invocation.print(QJsonArray::fromStringList(findings), rows);
+    for (const QString& line : lines)
+        rows.push_back({harmless(line)});
+    return rows;
+}
+
+void repair(Invocation& invocation) {
+    const auto [mended, remaining] = store::repairDatabase(invocation);
+    invocation.print(QJsonObject{{u"mended"_s, QJsonArray::fromStringList(mended)},
+                                 {u"remaining"_s, QJsonArray::fromStringList(remaining)}},
+                     harmlessRows(mended + remaining));
+    if (!remaining.isEmpty())
+        throw Refusal(u"%1件を直しました。日記データベースに%2件の異常が残っています。"_s.arg(mended.size())
+                          .arg(remaining.size()));
+}
+
+void check(Invocation& invocation) {
+    if (invocation.has(u"--repair"_s)) {
+        repair(invocation);
+        return;
+    }
+    const QStringList findings = store::checkDatabase(invocation.session.databaseFile(), invocation.session.DataPath);
+    invocation.print(QJsonArray::fromStringList(findings), harmlessRows(findings));
     if (!findings.isEmpty())
         throw Refusal(u"日記データベースに%1件の異常があります。何も変更していません。"_s.arg(findings.size()));
 }
@@ -57,7 +74,14 @@ std::vector<Command> databaseCommands() {
          u"日記データベースのバージョン (FILEを指定すると起動しない)"_s,
          Start::UnlessArgument,
          version},
-        {u"db check"_s, {}, 0, 0, {}, u"日記データベースの異常を報告する (何も変更しない)"_s, Start::User, check},
+        {u"db check"_s,
+         u"[--repair]"_s,
+         0,
+         0,
+         {{u"--repair"_s, {}}},
+         u"日記データベースの異常を報告する (--repair: 日付の形と番号を直す。ほかは何も変更しない)"_s,
+         Start::User,
+         check},
         {u"db restore"_s,
          u"[FILE]"_s,
          0,

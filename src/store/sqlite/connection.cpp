@@ -82,6 +82,18 @@ Busy::Busy(const QString& file, const QString& reason)
     : Failure(kBusy, file, reason,
               u"データベースは変更されていません。そのプログラムを終了してから、もう一度実行してください。"_s) {}
 
+bool isBeingWritten(const QString& file) {
+    sqlite3* handle = nullptr;
+    const int code = sqlite3_open_v2(QFile::encodeName(file).constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_file* opened = nullptr;
+    int isReserved = 0;
+    if (code == SQLITE_OK && sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &opened) == SQLITE_OK &&
+        opened->pMethods)
+        opened->pMethods->xCheckReservedLock(opened, &isReserved);
+    sqlite3_close(handle);
+    return isReserved != 0;
+}
+
 Connection::Connection(const QString& file, Access access)
     : m_file(file) {
     platform::refuseLostLink(file);

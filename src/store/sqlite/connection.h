@@ -24,6 +24,9 @@ public:
 /// How to get a backup back.
 QString restoreAdvice();
 
+/// Whether a program is in the middle of a change. Changes nothing of the file or beside it.
+bool isBeingWritten(const QString& file);
+
 /// Opens an existing file; never makes one. What a killed program left half done is rolled back, and a file that
 /// another tool keeps with a write-ahead log is put back to one file. The file's own triggers, views and foreign keys
 /// do nothing. Registered are the collation JET, the function Fold(text) and the operator LIKE with the diary's
