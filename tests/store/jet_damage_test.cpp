@@ -66,6 +66,20 @@ public:
         char& eight = bytes.data()[listed(quint32(page / kPage))];
         eight = char(eight & ~(1 << page / kPage % 8));
     }
+    /// The one row of the table DBInfo begins with it, behind the count of its columns.
+    void setVersion(int old, int version) {
+        int found = 0;
+        for (qsizetype at = 0; at < bytes.size(); at += kPage) {
+            const qsizetype row = at + (at16(at + 14) & 0x1fff);
+            const int columns = old == 220 ? 3 : 1;
+            if (bytes[at] != 1 || at16(at + 12) != 1 || row + 4 > bytes.size() || at16(row) != columns ||
+                at16(row + 2) != old)
+                continue;
+            set16(row + 2, version);
+            ++found;
+        }
+        EXPECT_EQ(found, 1);
+    }
     /// Where the entry of a column begins, the first of which are counted from 0.
     qsizetype column(int number) const {
         const qsizetype at = definition();
@@ -247,6 +261,28 @@ TEST_F(JetDamage, ALostNumberOfTheVersionIsNoVersionZero) {
         bytes.bytes.replace("DBInfo", "DBInfx");
     });
     EXPECT_TRUE(failureOf([&] { GetDBVersion(file); }).contains(u"表「DBInfo」がありません"_s));
+}
+
+TEST_F(JetDamage, AVersionThatIsOlderThanTheTablesIsRefused) {
+    for (const int version : {0, 101, 120, 200, 219}) {
+        const QString file = damagedCopy([version](JetBytes& bytes) { bytes.setVersion(220, version); });
+        const QString failure = failureOf([&] { GetDBVersion(file); });
+        EXPECT_TRUE(failure.contains(u"バージョン%1の日記に"_s.arg(version))) << version << failure.toStdString();
+    }
+    const QString odd = damagedCopy([](JetBytes& bytes) { bytes.setVersion(150, 199); }, u"v150"_s);
+    EXPECT_EQ(GetDBVersion(odd), 199);
+    const QString withOption = damagedCopy([](JetBytes& bytes) { bytes.setVersion(100, 101); }, u"v100"_s);
+    EXPECT_TRUE(failureOf([&] { GetDBVersion(withOption); }).contains(u"「Option」があります"_s));
+}
+
+TEST_F(JetDamage, APageInThePlaceOfAnotherIsTold) {
+    const QList<qsizetype> pages = JetBytes(bytesOf(sample(u"v220"_s))).pages();
+    const QString file = damagedCopy([&](JetBytes& bytes) {
+        bytes.bytes.replace(pages.constLast(), kPage, bytes.bytes.mid(pages.constFirst(), kPage));
+        bytes.set32(bytes.definition() + 16, 0); // no count could tell
+    });
+    const QString failure = failureOf([&] { rowsOf(file, u"Contents"_s, {u"Day"_s}); });
+    EXPECT_TRUE(failure.contains(u"同じ行が二度現れます"_s)) << failure.toStdString();
 }
 
 TEST_F(JetDamage, WhatIsReadableIsTold) {

@@ -2,6 +2,7 @@
 
 #include "store/jet/jet_catalog.h"
 #include "store/jet/jet_error.h"
+#include "store/jet/jet_layout.h"
 #include "store/jet/jet_table.h"
 
 using namespace Qt::StringLiterals;
@@ -27,33 +28,37 @@ Row rowAt(const JetFile& file, const JetTable& table, const std::vector<int>& co
     return row;
 }
 
+/// That of its first row; 0 without a row.
+qint64 versionOf(const JetFile& file, const JetCatalog& catalog, const std::function<void()>& progress) {
+    const CatalogTable* entry = catalog.find(u"DBInfo"_s);
+    if (!entry) {
+        // Both came with the same version: without its number every later column would be left behind.
+        if (catalog.find(u"LogDB"_s))
+            throw damaged(u"表「DBInfo」がありません"_s);
+        return 0;
+    }
+    const JetTable table(file, entry->page, entry->name);
+    const std::vector<int> columns = columnsOf(table, {u"VersionInfo"_s});
+    const std::vector<Place> places = table.scan(progress);
+    if (places.empty())
+        return 0;
+    const OldValue value = rowAt(file, table, columns, places.front()).values.front();
+    if (std::holds_alternative<QByteArray>(value))
+        throw damaged(u"「VersionInfo」が数ではありません"_s);
+    const auto* number = std::get_if<qint64>(&value);
+    return number ? *number : 0;
+}
+
 } // namespace
 
 void tellVersion(const QString& name, JetOutput& output) {
     const JetFile file(name);
     const auto progress = [&output] { output.showProgress(); };
     const JetCatalog catalog(file, progress);
-    const CatalogTable* entry = catalog.find(u"DBInfo"_s);
-    if (!entry) {
-        // Both came with the same version: without its number every later column would be left behind.
-        if (catalog.find(u"LogDB"_s))
-            throw damaged(u"表「DBInfo」がありません"_s);
-        if (!catalog.find(u"Contents"_s))
-            throw JetError(Fault::NotReadable, u"日記の表がありません"_s);
-        output.write(Version{0});
-        return;
-    }
-    const JetTable table(file, entry->page, entry->name);
-    const std::vector<int> columns = columnsOf(table, {u"VersionInfo"_s});
-    const std::vector<Place> places = table.scan(progress);
-    Version version{0};
-    if (!places.empty()) {
-        const OldValue value = rowAt(file, table, columns, places.front()).values.front();
-        if (std::holds_alternative<QByteArray>(value))
-            throw damaged(u"「VersionInfo」が数ではありません"_s);
-        if (const auto* number = std::get_if<qint64>(&value))
-            version.number = *number;
-    }
+    if (!catalog.find(u"DBInfo"_s) && !catalog.find(u"Contents"_s))
+        throw JetError(Fault::NotReadable, u"日記の表がありません"_s);
+    const Version version{versionOf(file, catalog, progress)};
+    requireLayout(file, catalog, version.number);
     output.write(version);
 }
 

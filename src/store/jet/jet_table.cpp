@@ -170,19 +170,36 @@ std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
                            [&](const Found& a, const Found& b) { return placeOf(a) == placeOf(b); }) != byPlace.end())
         scan.note(u"同じ行が二度現れます"_s);
 
+    std::stable_sort(scan.found.begin(), scan.found.end(),
+                     [](const Found& a, const Found& b) { return a.number < b.number; });
+    if (m_counter >= 0 && isAnyRowDouble(scan.found))
+        scan.note(u"同じ行が二度現れます"_s);
+
     if (!scan.firstDamage.isEmpty()) {
         JetError error = damaged(scan.firstDamage);
         error.read = count;
         error.expected = definedCount() != 0 ? definedCount() : -1;
         throw error;
     }
-    std::stable_sort(scan.found.begin(), scan.found.end(),
-                     [](const Found& a, const Found& b) { return a.number < b.number; });
     std::vector<Place> places;
     places.reserve(scan.found.size());
     for (const Found& found : scan.found)
         places.push_back(found.place);
     return places;
+}
+
+/// A page that was written in the place of another has rows that are there already, to the byte; those of the other are
+/// lost. The counts may agree by chance. `found` is in the order of the counter.
+bool JetTable::isAnyRowDouble(const std::vector<Found>& found) const {
+    const auto bytesAt = [this](const Place& place) {
+        m_file.readRows(place.page, quint32(m_entry.table_pg));
+        const RowBytes row = m_file.rowAt(place.slot);
+        return QByteArray(reinterpret_cast<const char*>(m_file.handle()->pg_buf) + row.start, row.length);
+    };
+    const auto isDouble = [&](const Found& a, const Found& b) {
+        return a.number == b.number && bytesAt(a.place) == bytesAt(b.place);
+    };
+    return std::adjacent_find(found.begin(), found.end(), isDouble) != found.end();
 }
 
 /// A row that says that it is older than some columns must not hold fields of them: with a wrong count of its columns

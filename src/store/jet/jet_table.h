@@ -44,6 +44,7 @@ private:
     Place resolved(const Place& place) const;
     Found foundAt(const Place& place) const;
     void noteForgottenPages(Scan& scan) const;
+    bool isAnyRowDouble(const std::vector<Found>& found) const;
     void requireSoundCounts(const RowBytes& row, const Place& place) const;
 
     const JetFile& m_file;
