@@ -14,6 +14,7 @@
 #include "site/site_rebuild.h"
 #include "site/text_piece.h"
 #include "store/database_file.h"
+#include "store/database_repair.h"
 #include "store/genre_list.h"
 #include "support/faulty_disk.h"
 
@@ -49,7 +50,7 @@ struct Command {
 
 /// A copy of whoever broke off: the next command takes these away or, the journal, back.
 bool isLeftover(const QString& file) {
-    return file.contains(u"/.velltmp-"_s) || file.endsWith(u"-journal"_s);
+    return file.contains(u"/.velltmp-"_s) || file.endsWith(u"-journal"_s) || file.endsWith(u"/diary-backup.tmp"_s);
 }
 
 /// Whether each line stands in one of the others.
@@ -357,6 +358,13 @@ TEST_F(FaultWalk, DeletingACustomizeSet) {
 TEST_F(FaultWalk, SavingATextPiece) {
     site::writeTextPiece(session, u"one"_s, u"old"_s);
     walk({[this] { site::writeTextPiece(session, u"one"_s, u"new"_s); }});
+}
+
+TEST_F(FaultWalk, RepairingTheDiary) {
+    sql(u"UPDATE Contents SET Number = Number + 3 WHERE Day = '2004/05/06'"_s);
+    sql(u"UPDATE Contents SET Day = '2004/3/5' WHERE Day = '2004/03/05'"_s);
+    sql(u"UPDATE FileDB SET Number = 4"_s);
+    walk({[this] { store::repairDatabase(run); }});
 }
 
 TEST_F(FaultWalk, BackingTheDiaryUp) {
