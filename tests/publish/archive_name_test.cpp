@@ -27,6 +27,7 @@ TEST(ArchiveName, IsNoneThatTheProgramReadsLoadsOrStarts) {
                                 u"VellMemo.exe"_s,
                                 u"Velloria.exe"_s,
                                 u"velloria-cli.exe"_s,
+                                u"velloria-jet.exe"_s,
                                 u"velloria-sound.exe"_s,
                                 u"diary.mdb"_s,
                                 u"default.mdb"_s,
