@@ -82,6 +82,10 @@ inline constexpr File kReplacedDiary = ofUser("diarymdb.replaced.bak");
 /// A copy of the diary for each day, "diary-yyyymmdd.mdb" (store/backup_names.h), and the one that is being made.
 inline constexpr File kBackups = ofUser("Backup");
 inline constexpr File kBackupInWork = ofUser("Backup/diary-backup.tmp");
+inline constexpr File kJetDiary = ofUser("diary_jet.mdb"); ///< as the older programs left it
+/// What an update works on: a copy of the diary, and the one that is to take its place.
+inline constexpr File kUpdatedDiary = ofUser("old.mdb");
+inline constexpr File kFreshDiary = ofUser("new.mdb");
 inline constexpr File kRescue = ofUser("rescue.jsonl");
 inline constexpr File kDamagedRescue = ofUser("rescue.damaged");
 inline constexpr File kDraft = ofUser("draft.json");
@@ -113,6 +117,11 @@ inline constexpr File kParts = ofData("DiaryParts");
 inline constexpr File kLogs = ofData("DiaryLog");
 inline constexpr File kLogParts = ofData("DiaryLog/DiaryParts");
 inline constexpr File kCustomize = ofData("Customize");
+/// Text pieces that the oldest programs kept in the diary.
+inline constexpr File kDefaultHeader = ofData("Customize/default_up.htm");
+inline constexpr File kDefaultFooter = ofData("Customize/default_down.htm");
+inline constexpr File kDefaultLogHeader = ofData("Customize/default_up_log.htm");
+inline constexpr File kDefaultLogFooter = ofData("Customize/default_down_log.htm");
 inline constexpr File kExportFormats = ofData("ExportFormat");
 inline constexpr File kBlogTemplates = ofData("BlogTemplate");
 inline constexpr File kKeptPages = ofData("Kept"); ///< pages of somebody else that the end of a run puts aside

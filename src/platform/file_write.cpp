@@ -2,7 +2,6 @@
 
 #include "platform/descriptor.h"
 #include "platform/failure.h"
-#include "platform/waiting.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -11,9 +10,9 @@
 #include <QSet>
 
 #include <cerrno>
-#include <chrono>
 #include <dirent.h>
 #include <fcntl.h>
+#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,9 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::platform {
 namespace {
-
-/// A change of a file takes milliseconds: who holds the lock longer hangs.
-constexpr std::chrono::seconds kLockPatience(5);
 
 const QString kCantSave = u"ファイルを保存できません。"_s;
 
@@ -95,6 +91,39 @@ bool isSameLink(const QString& left, const QString& right) {
            ::lstat(QFile::encodeName(right).constData(), &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
+[[noreturn]] void refuseSaving(const QString& file, int errorNumber) {
+    const QString advice = errorNumber == ENOSPC || errorNumber == EDQUOT
+                               ? u"空き容量を増やしてから、もう一度実行してください。元のファイルはそのままです。"_s
+                               : u"保存先を確認してください。元のファイルはそのままです。"_s;
+    refuse(kCantSave, file, errorNumber, advice);
+}
+
+/// The file behind a symbolic link, so that the link stays.
+QByteArray resolved(const QString& file) {
+    const QFileInfo info(file);
+    if (info.isSymLink()) {
+        const QString end = info.canonicalFilePath();
+        return QFile::encodeName(end.isEmpty() ? info.symLinkTarget() : end);
+    }
+    return QFile::encodeName(file);
+}
+
+QByteArray folderOf(const QByteArray& file) {
+    return file.left(file.lastIndexOf('/') + 1);
+}
+
+/// The status of the file at `target` that is to be replaced; nothing when there is none.
+std::optional<struct stat> replaceable(const QString& file, const QByteArray& target) {
+    struct stat old;
+    if (isLink(target) || ::stat(target.constData(), &old) != 0)
+        return std::nullopt;
+    requireRegular(file, kCantSave, old); // a rename would put a file in the place of a device
+    // A rename would also replace a file that is set read-only; even the superuser means it so.
+    if ((old.st_mode & S_IWUSR) == 0 || ::access(target.constData(), W_OK) != 0)
+        refuseSaving(file, EACCES);
+    return old;
+}
+
 /// A file beside the target that takes the target's place at the end, and vanishes if that end is not reached.
 class Replacement {
 public:
@@ -103,17 +132,11 @@ public:
         , m_target(link == Link::Kept ? resolved(file) : QFile::encodeName(file)) {
         if (link == Link::Kept)
             refuseLostLink(file);
-        struct stat old;
-        const bool isThere = !isLink(m_target) && ::stat(m_target.constData(), &old) == 0;
-        if (isThere)
-            requireRegular(file, kCantSave, old); // a rename would put a file in the place of a device
-        // A rename would also replace a file that is set read-only; even the superuser means it so.
-        if (isThere && ((old.st_mode & S_IWUSR) == 0 || ::access(m_target.constData(), W_OK) != 0))
-            fail(EACCES);
+        const std::optional<struct stat> old = replaceable(file, m_target);
         removeLeftoversOnce(folder());
-        openTemporary(isThere ? 0600 : newFileMode);
-        if (isThere)
-            ::fchmod(m_file.value(), old.st_mode & 07777);
+        openTemporary(old ? 0600 : newFileMode);
+        if (old)
+            ::fchmod(m_file.value(), old->st_mode & 07777);
     }
     ~Replacement() {
         if (!m_isDone)
@@ -148,17 +171,7 @@ public:
     }
 
 private:
-    /// The file behind a symbolic link, so that the link stays.
-    static QByteArray resolved(const QString& file) {
-        const QFileInfo info(file);
-        if (info.isSymLink()) {
-            const QString end = info.canonicalFilePath();
-            return QFile::encodeName(end.isEmpty() ? info.symLinkTarget() : end);
-        }
-        return QFile::encodeName(file);
-    }
-
-    QByteArray folder() const { return m_target.left(m_target.lastIndexOf('/') + 1); }
+    QByteArray folder() const { return folderOf(m_target); }
 
     /// The mode passes the umask here, which can't be asked for without changing it for all threads. The name has
     /// nothing of the target's, which may be as long as a name can be, and never comes back: a program that looks for
@@ -184,12 +197,7 @@ private:
         return ::fstat(m_file.value(), &status) == 0 && status.st_nlink > 0;
     }
 
-    [[noreturn]] void fail(int errorNumber) {
-        const QString advice = errorNumber == ENOSPC || errorNumber == EDQUOT
-                                   ? u"空き容量を増やしてから、もう一度実行してください。元のファイルはそのままです。"_s
-                                   : u"保存先を確認してください。元のファイルはそのままです。"_s;
-        refuse(kCantSave, m_shownName, errorNumber, advice);
-    }
+    [[noreturn]] void fail(int errorNumber) { refuseSaving(m_shownName, errorNumber); }
 
     QString m_shownName;
     QByteArray m_target;
@@ -267,7 +275,37 @@ void moveFile(const QString& from, const QString& to) {
     }
     if (::rename(source.constData(), target.constData()) != 0)
         refuse(kCantSave, to, errno);
-    syncFolder(target.left(target.lastIndexOf('/') + 1));
+    syncFolder(folderOf(target));
+}
+
+void syncFile(const QString& file) {
+    struct stat status;
+    const Descriptor descriptor = openRegularFile(file, kCantSave, status);
+    if (::fsync(descriptor.value()) != 0)
+        refuseSaving(file, errno);
+}
+
+void requireReplaceable(const QString& file) {
+    refuseLostLink(file);
+    replaceable(file, resolved(file));
+}
+
+void moveOver(const QString& from, const QString& to, const std::function<void()>& whenWhole) {
+    refuseLostLink(to);
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = resolved(to);
+    if (const std::optional<struct stat> old = replaceable(to, target))
+        ::chmod(source.constData(), old->st_mode & 07777);
+    if (whenWhole)
+        whenWhole();
+    if (::rename(source.constData(), target.constData()) == 0) {
+        syncFolder(folderOf(target));
+        return;
+    }
+    if (errno != EXDEV)
+        refuseSaving(to, errno);
+    copyFile(from, to, 0600, Durability::Durable);
+    removeFile(from);
 }
 
 bool isInPlace(const QString& from, const QString& to) {
@@ -298,7 +336,7 @@ void appendToFile(const QString& file, QByteArrayView bytes, unsigned newFileMod
     if (::fdatasync(target.value()) != 0)
         takeBack(errno);
     if (isNew)
-        syncFolder(name.left(name.lastIndexOf('/') + 1));
+        syncFolder(folderOf(name));
 }
 
 bool isSameFile(const QString& left, const QString& right) {
@@ -328,30 +366,6 @@ void makeFolder(const QString& folder, unsigned mode) {
 void removeFile(const QString& file) {
     if (::unlink(QFile::encodeName(file).constData()) != 0 && errno != ENOENT && errno != ENOTDIR)
         refuse(u"ファイルを削除できません。"_s, file, errno);
-}
-
-FolderLock::FolderLock(const QString& folder)
-    : m_descriptor(::open(folder.isEmpty() ? "." : QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC)) {
-    if (m_descriptor < 0)
-        refuse(u"フォルダを開けません。"_s, folder, errno);
-    const auto begin = std::chrono::steady_clock::now();
-    while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EINTR)
-            continue;
-        if (errno != EWOULDBLOCK)
-            break; // some network disks know no locks: one writer at a time is then the user's own care
-        const auto waited =
-            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
-        if (waited >= kLockPatience || !waitOn(u"フォルダ「%1」は他のプログラムが使用中です。"_s.arg(folder), waited)) {
-            ::close(m_descriptor);
-            throw Failure(u"フォルダは使用中です。"_s, folder, u"他のプログラムが処理を終えていません"_s,
-                          u"そのプログラムを終了してから、もう一度実行してください。"_s);
-        }
-    }
-}
-
-FolderLock::~FolderLock() {
-    ::close(m_descriptor);
 }
 
 } // namespace velloria::platform

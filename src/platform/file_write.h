@@ -48,6 +48,18 @@ void placeFile(const QString& from, const QString& to);
 /// when this returns. Throws Failure, and both are as they were.
 void moveFile(const QString& from, const QString& to);
 
+/// Brings a file that somebody else wrote to the disk. Throws Failure.
+void syncFile(const QString& file);
+
+/// Throws Failure, as every replacement does, for a file that is set read-only, a device, and a link that leads
+/// nowhere.
+void requireReplaceable(const QString& file);
+
+/// Gives a whole file, which has reached the disk, the name `to`. Mode and symbolic link of an existing file are kept;
+/// behind a link to another disk it becomes a copy. `whenWhole` is called when it is about to take its place. On
+/// failure, which is thrown, the old file stays.
+void moveOver(const QString& from, const QString& to, const std::function<void()>& whenWhole = {});
+
 /// Whether there is nothing to place: `to` is this file already, and no link to it.
 bool isInPlace(const QString& from, const QString& to);
 

@@ -43,12 +43,6 @@ void refuseUnsoundDiary(const QString& path) {
         throw Failure(u"日記データベースが壊れています。"_s, path, check.text(0), unchangedAndRestore());
 }
 
-/// A journal that was left beside a file which gets another one's bytes would be rolled into these.
-void removeJournals(const QString& database) {
-    for (const QLatin1StringView ending : kJournals)
-        platform::removeFile(fileBeside(database, ending));
-}
-
 /// Where a diary that another one replaces is kept, beside it.
 QString freeNameFor(const QString& database) {
     const QString folder = core::GetParentFolder(database) + u'/';
@@ -169,7 +163,7 @@ void backUpDatabase(const QString& path, const QString& backup) {
     // Made again of the same diary it would only push out what the older backups hold. What another tool has in a log
     // beside the file is not to be seen in it.
     if (!QFileInfo::exists(fileBeside(path, "-wal"_L1)) && QFileInfo::exists(backup) &&
-        platform::readFile(backup) == platform::readFile(path))
+        platform::haveSameBytes(backup, path))
         return;
     const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };

@@ -5,7 +5,13 @@
 #include "core/settings_change.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
+#include "platform/file_write.h"
 #include "store/database_file.h"
+#include "store/database_format.h"
+#include "store/database_update.h"
+#include "store/disk_room.h"
+#include "store/jet_original.h"
+#include "store/updater.h"
 
 #include <QFileInfo>
 
@@ -14,20 +20,43 @@
 using namespace Qt::StringLiterals;
 
 namespace velloria::store {
+namespace {
+
+/// Whether a diary of this version was ever given out, or is one of those that are read whatever they say.
+bool isConverted(qint16 version, DatabaseFormat format) {
+    constexpr qint16 kGivenOut[] = {0, 100, 101, 110, 150, 200, 210};
+    return format == DatabaseFormat::Jet || std::ranges::find(kGivenOut, version) != std::end(kGivenOut);
+}
+
+void refuseLaterJet(const QString& diary, qint16 version) {
+    if (version > core::kDatabaseVersion)
+        throw platform::Failure(u"新しすぎる日記データベースです。"_s, diary, u"バージョン%1"_s.arg(version),
+                                u"ファイルは変更されていません。新しいVelloriaで開いてください。"_s);
+}
+
+} // namespace
 
 void updateOldDiary(const core::Run& run, const std::function<void()>& addCustomizeFiles) {
-    constexpr qint16 kGivenOut[] = {0, 100, 101, 110, 150, 200, 210};
     const QString diary = run.session.databaseFile();
     const qint16 version = GetDBVersion(diary);
-    if (version >= core::kDatabaseVersion)
+    const bool isThere = QFileInfo::exists(diary);
+    const DatabaseFormat format = isThere ? formatOf(diary) : DatabaseFormat::Sqlite;
+    const bool isJet = format == DatabaseFormat::Jet;
+    if (version >= core::kDatabaseVersion && !isJet)
         return;
+    refuseLaterJet(diary, version);
+    if (isThere)
+        requireRoomForUpdate(run.session);
     addCustomizeFiles();
     run.desk.message(platform::MessageKind::Plain,
                      u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                      u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
-    if (QFileInfo::exists(diary))
+    if (isThere)
         backUpDatabase(diary, core::files::kBackup.in(run.session));
-    if (std::ranges::find(kGivenOut, version) != std::end(kGivenOut))
+    if (isJet)
+        keepJetOriginal(run.session);
+    const ShownUpdater window(run.desk);
+    if (isConverted(version, format))
         UpdateDatabase(run, version);
     run.desk.message(platform::MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
                                                    u"念のためにVelloriaを再起動してください。"_s);
@@ -36,12 +65,12 @@ void updateOldDiary(const core::Run& run, const std::function<void()>& addCustom
 
 void UpdateDatabase(const core::Run& run, qint16 oldVersion) {
     const QString diary = run.session.databaseFile();
-    if (!platform::fileExists(diary)) {
+    platform::refuseLostLink(diary);
+    if (!QFileInfo::exists(diary)) {
         copyDatabase(platform::existingPath(core::files::kFirstDiary.in(run.session)), diary);
         return;
     }
-    throw platform::Failure(u"バージョン%1の日記データベースはまだ変換できません。"_s.arg(oldVersion), diary, {},
-                            u"「diary.mdb」は変更されていません。「diarymdb.bak」に写しがあります。"_s);
+    DatabaseUpdate(run, oldVersion).run();
 }
 
 } // namespace velloria::store

@@ -30,6 +30,11 @@ QString fileBeside(const QString& database, QLatin1StringView ending) {
     return (end.isEmpty() ? database : end) + ending;
 }
 
+void removeJournals(const QString& database) {
+    for (const QLatin1StringView ending : kJournals)
+        platform::removeFile(fileBeside(database, ending));
+}
+
 void copyAsItLies(const QString& database, const QString& copy) {
     platform::copyFile(database, copy, 0600, platform::Durability::Durable);
     for (const QLatin1StringView ending : kJournals) {

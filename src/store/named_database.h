@@ -17,6 +17,10 @@ inline constexpr QLatin1StringView kJournals[] = {QLatin1StringView("-journal"),
 /// It has its own files beside the end of a link.
 QString fileBeside(const QString& database, QLatin1StringView ending);
 
+/// A journal that was left beside a file which gets another one's bytes would be rolled into these. Throws
+/// platform::Failure.
+void removeJournals(const QString& database);
+
 /// A database, damaged perhaps, and what the engine left beside it: together they may still give somebody their
 /// entries. Throws platform::Failure.
 void copyAsItLies(const QString& database, const QString& copy);

@@ -3,7 +3,8 @@
 
 #include "core/ini.h"
 #include "platform/file_write.h"
-#include "store/diary_home.h"
+#include "store/database_file.h"
+#include "store/old_diary_home.h"
 #include "support/factory_sets.h"
 
 #include <QDir>
@@ -22,7 +23,7 @@ const QString kUpdateBox = u"plain: diary.mdbがアップデートされてい�
 const QString kDoneBox =
     u"plain: diary.mdbのアップデートは完了しました。\r\n念のためにVelloriaを再起動してください。"_s;
 
-class StartupDatabase : public DiaryHome {
+class StartupDatabase : public OldDiaryHome {
 protected:
     StartupDatabase() {
         write(u"2004/05/06"_s, u"dear"_s);
@@ -90,28 +91,38 @@ TEST_F(StartupDatabase, OfAnOldVersionGetsTheCustomizeFilesThatItNeverHad) {
     EXPECT_EQ(bytesOf(session.DataPath + u"CUSTOMIZE/Customize.ini"_s), "[Mine]\r\n");
 }
 
-TEST_F(StartupDatabase, OfAKnownOldVersionIsBackedUpAndNotTouched) {
+TEST_F(StartupDatabase, OfAKnownOldVersionIsBackedUpAndConverted) {
     for (const int version : {0, 100, 101, 110, 150, 200, 210}) {
-        setVersion(version);
+        fillOld(version);
         const QByteArray before = bytesOf(file());
+        core::WriteIni(session.DiaryIniFile, u"ALL"_s, u"DBVersion"_s, u"7"_s);
         desk.events = {};
-        const QString failure = failureOf([&] { start(); });
-        EXPECT_TRUE(failure.contains(u"バージョン%1の"_s.arg(version))) << failure.toStdString();
-        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
-        EXPECT_EQ(boxes(), QStringList{kUpdateBox});
-        EXPECT_TRUE(bytesOf(file()) == before) << version;
+        ASSERT_EQ(start(), StartResult::Ready) << version;
+        EXPECT_EQ(boxes(), (QStringList{kUpdateBox, kDoneBox})) << version;
         EXPECT_TRUE(bytesOf(backup()) == before) << version;
-        EXPECT_EQ(setting(u"ALL"_s, u"DBVersion"_s), u"7"_s) << "not yet at 220";
+        EXPECT_EQ(store::GetDBVersion(file()), 220) << version;
+        EXPECT_EQ(rows(u"SELECT Day, Title FROM Contents WHERE Title = 'last'"_s), QStringList{u"2001/03/04|last"_s});
+        EXPECT_EQ(setting(u"ALL"_s, u"DBVersion"_s), u"220"_s) << version;
         EXPECT_EQ(desk.events.last()[u"shape"_s], u"default"_s);
+        const auto converted = contentOf(home.path());
+        desk.events = {};
+        start();
+        EXPECT_EQ(boxes(), QStringList()) << "the next start has nothing to do";
+        EXPECT_EQ(contentOf(home.path()), converted);
     }
 }
 
-TEST_F(StartupDatabase, WithoutAVersionTableIsOfVersionZero) {
-    sql(u"DROP TABLE DBInfo"_s);
+TEST_F(StartupDatabase, ThatCantBeConvertedEndsTheStart) {
+    fillOld(150);
+    sqlOn(file(), u"DROP TABLE FileDB"_s);
     const QByteArray before = bytesOf(file());
-    EXPECT_TRUE(failureOf([&] { start(); }).contains(u"バージョン0の"_s));
+    const QString failure = failureOf([&] { start(); });
+    EXPECT_TRUE(failure.contains(u"FileDB"_s) && failure.contains(file())) << failure.toStdString();
+    EXPECT_EQ(boxes(), QStringList{kUpdateBox});
     EXPECT_TRUE(bytesOf(file()) == before);
     EXPECT_TRUE(bytesOf(backup()) == before);
+    EXPECT_EQ(setting(u"ALL"_s, u"DBVersion"_s), u"7"_s) << "not yet at 220";
+    EXPECT_EQ(desk.events.last()[u"shape"_s], u"default"_s);
 }
 
 TEST_F(StartupDatabase, OlderBackupsMoveOn) {

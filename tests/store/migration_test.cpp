@@ -3,39 +3,480 @@
 #include "core/keys.h"
 #include "core/settings.h"
 #include "core/settings_change.h"
+#include "platform/code_page.h"
 #include "platform/file_write.h"
 #include "store/database_file.h"
-#include "support/test_home.h"
+#include "store/old_diary_home.h"
+#include "store/optimize_command.h"
+#include "support/faulty_disk.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
 namespace {
 
-class Migration : public TestHome {
+constexpr int kGivenOut[] = {0, 100, 101, 110, 150, 200, 210, 220};
+
+const QString kAllContents = u"SELECT Day, Title, Contents, Weather, Genre, Number, PublishTime, Private, TrackBack, "
+                             "Extend, Excerpt, ImportMark FROM Contents ORDER BY RecordID"_s;
+const QString kAllFiles = u"SELECT FileName, Day, Number, Uploaded, Logged FROM FileDB ORDER BY FileID"_s;
+
+class Migration : public OldDiaryHome {
 protected:
-    /// What a start with a diary of this version tells.
-    QStringList boxesOf(int version) {
-        sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
+    void update(int version) {
         desk.events = {};
-        m_boxesBefore = -1;
-        m_failure = failureOf([&] { store::updateOldDiary(run, [&] { m_boxesBefore = int(boxes().size()); }); });
-        return boxes();
+        store::UpdateDatabase(run, qint16(version));
+    }
+    QString failureOfUpdate(int version) {
+        return failureOf([&] { update(version); });
+    }
+    bool optimize(const QJsonArray& answers = {u"yes"_s}) {
+        desk.events = {};
+        desk.answers = answers;
+        return store::optimizeCommand(run);
     }
 
-    QString m_failure;
-    int m_boxesBefore = -1; ///< those that were shown when the customize files were asked for
+    /// What the updater's window was told, as "max:value" of its bar and the lines that each telling added.
+    QStringList shown() const {
+        QStringList shown;
+        QString before = u"アップデートを開始します。"_s;
+        QString lastBar;
+        for (const QJsonValue& event : desk.events) {
+            if (event[u"caption"_s] != u"Velloria DB Updater"_s)
+                continue;
+            const QString text = event[u"text"_s].toString();
+            EXPECT_TRUE(text.startsWith(before)) << "a line is gone";
+            const QString added = text.sliced(before.size());
+            EXPECT_TRUE(added.isEmpty() || added.startsWith(u"\r\n"_s));
+            const QString bar = u"%1:%2"_s.arg(event[u"max"_s].toInt()).arg(event[u"value"_s].toInt());
+            if (!added.isEmpty())
+                shown += added.sliced(2);
+            if (bar != lastBar)
+                shown += bar;
+            before = text;
+            lastBar = bar;
+        }
+        return shown;
+    }
+    QStringList lines() const {
+        QStringList lines = shown();
+        lines.removeIf([](const QString& line) { return line.contains(u':'); });
+        return lines;
+    }
+
+    QString piece(const QString& name) const { return session.DataPath + u"Customize/"_s + name; }
+    QStringList leftBehind() const {
+        QStringList left;
+        for (const QString& name : {old(), fresh()}) {
+            for (const QString& ending : {u""_s, u"-journal"_s, u"-wal"_s})
+                left += exists(name + ending) ? QStringList{QFileInfo(name + ending).fileName()} : QStringList();
+        }
+        return left;
+    }
 };
 
-TEST_F(Migration, RefusesAnOlderDiaryAndLeavesItAlone) {
-    write(u"2004/05/06"_s, u"a"_s);
-    for (const int version : {0, 100, 101, 110, 150, 200, 210}) {
-        const auto before = contentOf(home.path());
-        const QString failure = failureOf([&] { store::UpdateDatabase(run, qint16(version)); });
-        EXPECT_TRUE(failure.contains(u"バージョン%1の"_s.arg(version))) << failure.toStdString();
-        EXPECT_TRUE(failure.contains(session.databaseFile())) << failure.toStdString();
-        EXPECT_EQ(contentOf(home.path()), before);
+// ---- what comes along, by version
+
+/// The present form of the rows that fillOld wrote.
+QStringList contentsFrom(int version) {
+    const auto since = [version](int first, const QString& there, const QString& missing) {
+        return version >= first ? there : missing;
+    };
+    const auto row = [&](const QString& first, const QString& weather, const QString& genre, const QString& number,
+                         const QString& time, const QString& day, const QString& flags, const QString& mark) {
+        return first + u'|' + since(110, weather + u'|' + genre, u"-|一般"_s) + u'|' + since(150, number, u"1"_s) +
+               u'|' + since(150, time, day + u" 00:00:00"_s) + u'|' + since(200, flags, u"0|||"_s) + u'|' +
+               since(210, mark, u""_s);
+    };
+    return {row(u"2001/03/04|表 '\"|a\r\n𠮷"_s, u"晴れ"_s, u"映画"_s, u"2"_s, u"2001/03/05 01:02:03"_s, u"2001/3/4"_s,
+                u"1|t|e|x"_s, u"m"_s),
+            row(u"|NULL|NULL"_s, u"NULL"_s, u"NULL"_s, u"1"_s, u"NULL"_s, u""_s, u"0|NULL|NULL|NULL"_s, u"NULL"_s),
+            row(u"someday||"_s, u""_s, u""_s, u"3"_s, u""_s, u"someday"_s, u"0|||"_s, u""_s),
+            row(u"2001/03/04|last|b"_s, u"-"_s, u"一般"_s, u"1"_s, u"2001/03/04 00:00:00"_s, u"2001/03/04"_s,
+                u"0||NULL|NULL"_s, u""_s)};
+}
+
+TEST_F(Migration, BringsWhatEachVersionHasAndFillsTheRest) {
+    for (const int version : kGivenOut) {
+        fillOld(version);
+        update(version);
+        EXPECT_EQ(rows(kAllContents), contentsFrom(version)) << version;
+        const bool hasNumber = version >= 150;
+        EXPECT_EQ(rows(kAllFiles),
+                  (QStringList{u"a.gif|ALL|0|1|0"_s, hasNumber ? u"b.gif|2001/3/4|2|0|1"_s : u"b.gif|2001/3/4|1|0|1"_s,
+                               hasNumber ? u"c.gif|NULL|0|0|0"_s : u"c.gif|NULL|1|0|0"_s}))
+            << version;
+        EXPECT_EQ(rows(u"SELECT * FROM LogDB"_s),
+                  version >= 100 ? (QStringList{u"2001/03|log.htm"_s, u"NULL|NULL"_s}) : QStringList())
+            << version;
+        EXPECT_EQ(rows(u"SELECT * FROM Memo"_s),
+                  version >= 220 ? (QStringList{u"2001/03/04|t|memo|0||0"_s, u"NULL|NULL|NULL|0||0"_s}) : QStringList())
+            << version;
+        EXPECT_EQ(rows(u"SELECT * FROM DBInfo"_s), QStringList{version >= 220 ? u"220|1|0"_s : u"220|0|0"_s})
+            << version;
+        EXPECT_EQ(store::GetDBVersion(file()), 220) << version;
+        EXPECT_EQ(leftBehind(), QStringList()) << version;
     }
+}
+
+TEST_F(Migration, MakesTheFreshDiaryFromTheTemplate) {
+    sqlOn(path(u"default.mdb"_s), u"CREATE TABLE Mine (x); UPDATE DBInfo SET VersionInfo = 221"_s);
+    fillOld(150);
+    update(150);
+    EXPECT_EQ(rows(u"SELECT name FROM sqlite_master WHERE name IN ('Mine', 'ContentsByDay') ORDER BY name"_s),
+              (QStringList{u"ContentsByDay"_s, u"Mine"_s}));
+    EXPECT_EQ(store::GetDBVersion(file()), 221);
+}
+
+TEST_F(Migration, WritesTheOptionsOfTheOldestIntoFiles) {
+    for (const int version : {0, 100}) {
+        fillOld(version);
+        update(version);
+        EXPECT_EQ(bytesOf(piece(u"default_up.htm"_s)), platform::toCodePage(u"<b>頭</b>\r\n"_s));
+        EXPECT_EQ(bytesOf(piece(u"default_down.htm"_s)), "&#233;\r\n");
+        EXPECT_EQ(bytesOf(piece(u"default_up_log.htm"_s)), "\r\n");
+        EXPECT_EQ(bytesOf(piece(u"default_down_log.htm"_s)), "\r\n");
+        EXPECT_EQ(rows(u"SELECT count(*) FROM sqlite_master WHERE name = 'Option'"_s), QStringList{u"0"_s});
+        EXPECT_EQ(boxes(), QStringList());
+        for (const QString& name : QDir(piece(u""_s)).entryList({u"default_*"_s}))
+            platform::removeFile(piece(name));
+    }
+    for (const int version : {101, 110, 220}) {
+        fillOld(version);
+        update(version);
+        EXPECT_EQ(QDir(piece(u""_s)).entryList({u"default_*"_s}), QStringList()) << version;
+    }
+}
+
+TEST_F(Migration, KeepsTheTextPieceThatAnOptionReplaces) {
+    writeFile(piece(u"default_up.htm"_s), "mine");
+    writeFile(piece(u"default_up.bak"_s), "older");
+    writeFile(piece(u"default_down.htm"_s), "&#233;\r\n");
+    fillOld(0);
+    update(0);
+    EXPECT_EQ(bytesOf(piece(u"default_up-2.bak"_s)), "mine");
+    EXPECT_EQ(bytesOf(piece(u"default_up.bak"_s)), "older");
+    EXPECT_EQ(bytesOf(piece(u"default_up.htm"_s)), platform::toCodePage(u"<b>頭</b>\r\n"_s));
+    EXPECT_FALSE(exists(piece(u"default_down.bak"_s))) << "the same already";
+    EXPECT_EQ(boxes(), QStringList{u"plain: 今までの「default_up.htm」は「default_up-2.bak」に残しました。"_s});
+}
+
+TEST_F(Migration, TakesTheTextPiecesBackWhenItFails) {
+    writeFile(piece(u"default_up.htm"_s), "mine");
+    fillOld(0);
+    const auto before = contentOf(piece(u""_s));
+    // Found when the copy is read back: the number is no longer the text that was written.
+    sqlOn(path(u"default.mdb"_s), u"DROP TABLE FileDB; CREATE TABLE FileDB (FileID INTEGER PRIMARY KEY, FileName "
+                                  "INTEGER, Day TEXT, Number INTEGER, Uploaded INTEGER, Logged INTEGER)"_s);
+    sqlOn(file(), u"UPDATE FileDB SET FileName = '12'"_s);
+    const QByteArray diaryBefore = bytesOf(file());
+    const QString failure = failureOfUpdate(0);
+    EXPECT_TRUE(failure.contains(u"一致しません"_s)) << failure.toStdString();
+    EXPECT_TRUE(lines().contains(u"オプションの書き出しを終了。"_s));
+    EXPECT_EQ(contentOf(piece(u""_s)), before);
+    EXPECT_TRUE(bytesOf(file()) == diaryBefore);
+}
+
+// ---- days and numbers
+
+TEST_F(Migration, WritesEveryDateInOneFormAndNothingElseAnew) {
+    const std::pair<QString, QString> days[] = {
+        {u"2003/1/6"_s, u"2003/01/06"_s},   {u"03-01-05"_s, u"2003/01/05"_s},     {u"2003-01-07"_s, u"2003/01/07"_s},
+        {u"03/1/8"_s, u"2003/01/08"_s},     {u"2003年1月9日"_s, u"2003/01/09"_s}, {u"２００３/1/10"_s, u"2003/01/10"_s},
+        {u"2003/02/30"_s, u"2003/02/30"_s}, {u"1/5"_s, u"2004/01/05"_s},          {u"0050/01/02"_s, u"1950/01/02"_s}};
+    for (const int version : {0, 220}) {
+        makeOld(version);
+        QStringList expected;
+        for (const auto& [day, inOneForm] : days) {
+            sqlOn(file(),
+                  u"INSERT INTO Contents (Day) VALUES ('%1'); INSERT INTO FileDB (Day) VALUES ('%1')"_s.arg(day));
+            expected += inOneForm;
+        }
+        const QStringList filesBefore = rows(u"SELECT Day FROM FileDB ORDER BY FileID"_s);
+        update(version);
+        EXPECT_EQ(rows(u"SELECT Day FROM Contents ORDER BY RecordID"_s), expected) << version;
+        EXPECT_EQ(rows(u"SELECT Day FROM FileDB ORDER BY FileID"_s), filesBefore) << version;
+    }
+}
+
+TEST_F(Migration, CopiesTheBytesOfATextWhateverTheyAre) {
+    makeOld(220);
+    sqlOn(file(), u"INSERT INTO Contents (Day, Title, Contents, Genre) VALUES ('2001/01/01', CAST(x'e8a1' AS TEXT), "
+                  "CAST(x'610062' AS TEXT), 5), ('2001/01/02', CAST(x'efbbbf61' AS TEXT), 2.5, x'ff')"_s);
+    update(220);
+    EXPECT_EQ(rows(u"SELECT hex(Title), hex(Contents), hex(Genre), typeof(Genre), Number FROM Contents"_s),
+              (QStringList{u"E8A1|610062|35|text|1"_s, u"EFBBBF61|322E35|FF|text|1"_s}));
+}
+
+TEST_F(Migration, NamesTheRowWhoseNumberFitsNowhere) {
+    for (const QString& number : {u"40000"_s, u"-32769"_s, u"'x'"_s, u"1.5"_s, u"9223372036854775807"_s}) {
+        makeOld(220);
+        sqlOn(file(), u"INSERT INTO Contents (Day, Title, Number) VALUES ('2001/01/01', 'good', 32767), ('2001/01/02', "
+                      "'bad', %1)"_s.arg(number));
+        const QByteArray before = bytesOf(file());
+        const QString failure = failureOfUpdate(220);
+        EXPECT_TRUE(failure.contains(u"2行目(2001/01/02 bad)"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(u"「diary.mdb」は元のままです"_s)) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(file())) << failure.toStdString();
+        EXPECT_TRUE(bytesOf(file()) == before);
+    }
+}
+
+TEST_F(Migration, TakesAnyNumberButZeroForTrue) {
+    makeOld(220);
+    sqlOn(file(), u"INSERT INTO Contents (Day, Private) VALUES ('a', -1), ('b', 0), ('c', 2), ('d', '1')"_s);
+    update(220);
+    EXPECT_EQ(rows(u"SELECT Private FROM Contents"_s), (QStringList{u"1"_s, u"0"_s, u"1"_s, u"1"_s}));
+}
+
+TEST_F(Migration, KeepsTheOrderOfTheRows) {
+    makeOld(220);
+    sqlOn(file(), u"INSERT INTO Contents (RecordID, Day, Title) VALUES (7, '2001/01/03', 'third'), (2, '2001/01/09', "
+                  "'first'), (5, '2001/01/01', 'second')"_s);
+    update(220);
+    EXPECT_EQ(rows(u"SELECT RecordID, Title FROM Contents ORDER BY RecordID"_s),
+              (QStringList{u"1|first"_s, u"2|second"_s, u"3|third"_s}));
+}
+
+// ---- what a person sees
+
+QStringList tableLines(int version) {
+    QStringList lines{u"テンポラリファイル作成中。"_s,
+                      u"テンポラリファイル作成完了。"_s,
+                      u"日記の内容のコピーを開始。"_s,
+                      u"日記の内容のコピーを終了。"_s,
+                      u"ファイル登録データベースのコピーを開始。"_s,
+                      u"ファイル登録データベースのコピーを終了。"_s};
+    if (version >= 100)
+        lines += {u"ログ登録データベースのコピーを開始。"_s, u"ログ登録データベースのコピーを終了。"_s};
+    else
+        lines += u"ログ登録データベースのコピーはスキップ。"_s;
+    if (version >= 220)
+        lines += {u"ベロリアメモデータのコピーを開始。"_s, u"ベロリアメモデータのコピーを終了。"_s};
+    if (version < 101)
+        lines += {u"オプションの書き出し開始。"_s, u"オプションの書き出しを終了。"_s};
+    if (version >= 220)
+        lines += {u"Database Informationのコピーを開始。"_s, u"Database Informationのコピーを終了。"_s};
+    return lines + QStringList{u"データベースの更新終了。"_s, u"復元中。"_s, u"復元完了。"_s,
+                               u"テンポラリファイルの削除中。"_s, u"テンポラリファイルの削除完了。"_s};
+}
+
+TEST_F(Migration, TellsEachStepInItsTurn) {
+    for (const int version : kGivenOut) {
+        fillOld(version);
+        update(version);
+        EXPECT_EQ(lines(), tableLines(version)) << version;
+        EXPECT_EQ(turns(), (QStringList{u"hourglass"_s, u"default"_s})) << version;
+    }
+}
+
+TEST_F(Migration, MovesTheBarWithEachRow) {
+    fillOld(0);
+    update(0);
+    EXPECT_EQ(shown(), (QStringList{u"テンポラリファイル作成中。"_s,
+                                    u"100:0"_s,
+                                    u"テンポラリファイル作成完了。"_s,
+                                    u"日記の内容のコピーを開始。"_s,
+                                    u"4:0"_s,
+                                    u"4:1"_s,
+                                    u"4:2"_s,
+                                    u"4:3"_s,
+                                    u"4:4"_s,
+                                    u"日記の内容のコピーを終了。"_s,
+                                    u"ファイル登録データベースのコピーを開始。"_s,
+                                    u"3:0"_s,
+                                    u"3:1"_s,
+                                    u"3:2"_s,
+                                    u"3:3"_s,
+                                    u"ファイル登録データベースのコピーを終了。"_s,
+                                    u"ログ登録データベースのコピーはスキップ。"_s,
+                                    u"オプションの書き出し開始。"_s,
+                                    u"4:0"_s,
+                                    u"4:1"_s,
+                                    u"4:2"_s,
+                                    u"4:3"_s,
+                                    u"4:4"_s,
+                                    u"オプションの書き出しを終了。"_s,
+                                    u"データベースの更新終了。"_s,
+                                    u"復元中。"_s,
+                                    u"復元完了。"_s,
+                                    u"テンポラリファイルの削除中。"_s,
+                                    u"テンポラリファイルの削除完了。"_s}));
+}
+
+TEST_F(Migration, OfEmptyTablesShowsAnEmptyBarOfAHundred) {
+    makeOld(220);
+    update(220);
+    QStringList bars = shown();
+    bars.removeIf([](const QString& line) { return !line.contains(u':'); });
+    EXPECT_EQ(bars, (QStringList{u"100:0"_s, u"1:1"_s})) << "the last one is the information's";
+    EXPECT_EQ(rows(u"SELECT (SELECT count(*) FROM Contents) + (SELECT count(*) FROM Memo)"_s), QStringList{u"0"_s});
+}
+
+// ---- the change of places
+
+TEST_F(Migration, RemovesWhatABrokenOffRunHasLeft) {
+    for (const QString& left : {old(), old() + u"-journal"_s, fresh(), fresh() + u"-journal"_s, file() + u"-journal"_s})
+        writeFile(left, "left");
+    fillOld(210);
+    writeFile(file() + u"-journal"_s, "");
+    update(210);
+    EXPECT_EQ(leftBehind(), QStringList());
+    EXPECT_FALSE(exists(file() + u"-journal"_s));
+    EXPECT_EQ(rows(kAllContents), contentsFrom(210));
+}
+
+TEST_F(Migration, RollsBackWhatAKilledProgramLeft) {
+    write(kDay, u"a"_s);
+    tear(file());
+    ASSERT_TRUE(exists(file() + u"-journal"_s));
+    update(220);
+    EXPECT_EQ(rows(u"SELECT Title FROM Contents"_s), QStringList{u"a"_s});
+    EXPECT_FALSE(exists(file() + u"-journal"_s));
+}
+
+TEST_F(Migration, KeepsTheRightsOfTheFile) {
+    fillOld(210);
+    QFile::setPermissions(file(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    update(210);
+    EXPECT_EQ(modeOf(file()), 0640U);
+}
+
+TEST_F(Migration, LeavesALinkALink) {
+    for (const QString& disk : {path(u"disk/"_s), u"/dev/shm/"_s}) {
+        QDir().mkpath(disk);
+        const QTemporaryDir folder(disk + u"velloria-XXXXXX"_s);
+        const QString end = folder.filePath(u"mine.mdb"_s);
+        fillOld(210);
+        ASSERT_TRUE(QFile::copy(file(), end));
+        ASSERT_TRUE(QFile::remove(file()) && QFile::link(end, file()));
+        update(210);
+        EXPECT_TRUE(QFileInfo(file()).isSymLink());
+        EXPECT_EQ(rowsOf(end, kAllContents), contentsFrom(210));
+        EXPECT_EQ(leftBehind(), QStringList());
+        QFile::remove(file());
+    }
+}
+
+TEST_F(Migration, BringsTheCopyToTheDiskBeforeItTakesItsPlace) {
+    fillOld(210);
+    FaultyDisk disk(home.path());
+    update(210);
+    const std::string turns = disk.turns();
+    const auto rename = turns.rfind('r');
+    ASSERT_NE(rename, std::string::npos);
+    EXPECT_EQ(turns.substr(rename - 1), "frd") << turns;
+}
+
+/// Whoever writes meanwhile would write into a file that is about to go.
+TEST_F(Migration, KeepsOtherProgramsFromWritingMeanwhile) {
+    class Desk : public ScriptedDesk {
+    public:
+        explicit Desk(const QString& diary)
+            : m_diary(diary) {}
+        void updaterWindow(const platform::UpdaterWindow& shown) override {
+            const bool isOver = shown.text.endsWith(u"復元完了。"_s) || shown.text.contains(u"削除"_s);
+            if (shown.text.endsWith(u"作成中。"_s) || isOver)
+                return;
+            ++times;
+            refused += holdsInChild([&] {
+                sqlite3* handle = nullptr;
+                sqlite3_open_v2(QFile::encodeName(m_diary).constData(), &handle, SQLITE_OPEN_READWRITE, nullptr);
+                return sqlite3_exec(handle, "UPDATE Contents SET Title = 'lost'", nullptr, nullptr, nullptr) ==
+                       SQLITE_BUSY;
+            });
+        }
+        int times = 0;
+        int refused = 0;
+
+    private:
+        QString m_diary;
+    };
+    fillOld(210);
+    Desk other(file());
+    store::UpdateDatabase({session, clock, other}, 210);
+    EXPECT_GT(other.times, 10);
+    EXPECT_EQ(other.refused, other.times);
+    EXPECT_EQ(rows(kAllContents), contentsFrom(210));
+}
+
+// ---- refusals
+
+TEST_F(Migration, WithoutATemplateLeavesTheDiaryAndItsCopy) {
+    fillOld(210);
+    const QByteArray before = bytesOf(file());
+    const QByteArray first = bytesOf(path(u"default.mdb"_s));
+    platform::removeFile(path(u"default.mdb"_s));
+    const QString failure = failureOfUpdate(210);
+    EXPECT_TRUE(failure.contains(path(u"default.mdb"_s))) << failure.toStdString();
+    EXPECT_TRUE(failure.contains(u"「diary.mdb」は元のままです"_s)) << failure.toStdString();
+    EXPECT_TRUE(bytesOf(file()) == before);
+    EXPECT_EQ(leftBehind(), QStringList{u"old.mdb"_s});
+    EXPECT_EQ(turns(), (QStringList{u"hourglass"_s, u"default"_s}));
+    writeFile(path(u"default.mdb"_s), first);
+    update(210);
+    EXPECT_EQ(leftBehind(), QStringList());
+    EXPECT_EQ(rows(kAllContents), contentsFrom(210));
+}
+
+TEST_F(Migration, MissesWhatAVersionPromises) {
+    const std::tuple<int, QString, QString> cases[] = {
+        {0, u"DROP TABLE Contents"_s, u"テーブル「Contents」がありません"_s},
+        {100, u"DROP TABLE FileDB"_s, u"テーブル「FileDB」がありません"_s},
+        {100, u"DROP TABLE [Option]"_s, u"テーブル「Option」がありません"_s},
+        {101, u"DROP TABLE LogDB"_s, u"テーブル「LogDB」がありません"_s},
+        {110, u"ALTER TABLE Contents DROP COLUMN Genre"_s, u"列「Genre」がありません"_s},
+        {150, u"ALTER TABLE FileDB DROP COLUMN Number"_s, u"列「Number」がありません"_s},
+        {200, u"ALTER TABLE Contents RENAME COLUMN Extend TO Extent"_s, u"列「Extend」がありません"_s},
+        {210, u"DROP TABLE Contents; CREATE VIEW Contents AS SELECT * FROM FileDB"_s,
+         u"テーブル「Contents」がありません"_s},
+        {220, u"DROP TABLE Memo"_s, u"テーブル「Memo」がありません"_s},
+    };
+    for (const auto& [version, change, reason] : cases) {
+        fillOld(version);
+        sqlOn(file(), change);
+        const QByteArray before = bytesOf(file());
+        const QString failure = failureOfUpdate(version);
+        EXPECT_TRUE(failure.contains(reason) && failure.contains(file())) << version << failure.toStdString();
+        EXPECT_TRUE(bytesOf(file()) == before) << version;
+        EXPECT_EQ(leftBehind(), (QStringList{u"old.mdb"_s, u"new.mdb"_s})) << version;
+    }
+}
+
+TEST_F(Migration, IsRefusedByATemplateThatHoldsLess) {
+    fillOld(210);
+    const QByteArray before = bytesOf(file());
+    for (const QByteArray& bytes : {QByteArray("no database"), QByteArray()}) {
+        writeFile(path(u"default.mdb"_s), bytes);
+        EXPECT_NE(failureOfUpdate(210), QString());
+        EXPECT_TRUE(bytesOf(file()) == before);
+    }
+}
+
+TEST_F(Migration, IsRefusedByAFileThatIsSetReadOnly) {
+    fillOld(210);
+    QFile::setPermissions(file(), QFile::ReadOwner);
+    const auto before = contentOf(home.path());
+    EXPECT_TRUE(failureOfUpdate(210).contains(file()));
+    EXPECT_EQ(contentOf(home.path()), before);
+}
+
+TEST_F(Migration, WaitsForNobodyWhoKeepsALogBesideTheDiary) {
+    fillOld(210);
+    sqlite3* handle = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(file()).constData(), &handle), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(handle, "PRAGMA journal_mode = WAL; UPDATE Contents SET Title = 'in the log'", nullptr,
+                           nullptr, nullptr),
+              SQLITE_OK);
+    const QString failure = failureOfUpdate(210);
+    EXPECT_TRUE(failure.contains(u"他のプログラムが使用中です"_s)) << failure.toStdString();
+    EXPECT_EQ(leftBehind(), QStringList());
+    sqlite3_close(handle);
+    update(210);
+    EXPECT_EQ(rows(u"SELECT DISTINCT Title FROM Contents"_s), QStringList{u"in the log"_s});
 }
 
 TEST_F(Migration, PutsAFreshDiaryWhereThereIsNone) {
@@ -49,6 +490,9 @@ TEST_F(Migration, PutsAFreshDiaryWhereThereIsNone) {
 TEST_F(Migration, FindsATemplateOfAWindowsDisk) {
     platform::copyFile(path(u"default.mdb"_s), path(u"DEFAULT.MDB"_s));
     platform::removeFile(path(u"default.mdb"_s));
+    fillOld(210);
+    update(210);
+    EXPECT_EQ(rows(kAllContents), contentsFrom(210));
     platform::removeFile(session.databaseFile());
     store::UpdateDatabase(run, 0);
     EXPECT_TRUE(exists(session.databaseFile()));
@@ -61,26 +505,173 @@ TEST_F(Migration, FailsAloudWithoutATemplate) {
     EXPECT_FALSE(exists(session.databaseFile()));
 }
 
-TEST_F(Migration, OfAPresentDiaryDoesAndTellsNothing) {
+// ---- a start
+
+class StartMigration : public Migration {
+protected:
+    QString updateAtStart() {
+        desk.events = {};
+        m_boxesBefore = -1;
+        return failureOf([&] { store::updateOldDiary(run, [&] { m_boxesBefore = int(boxes().size()); }); });
+    }
+    QString recorded() const { return core::Settings(session).text(core::keys::kDBVersion); }
+
+    int m_boxesBefore = -1; ///< those that were shown when the customize files were asked for
+};
+
+TEST_F(StartMigration, OfAPresentDiaryDoesAndTellsNothing) {
     for (const int version : {220, 221}) {
         sql(u"UPDATE DBInfo SET VersionInfo = %1"_s.arg(version));
         const auto before = contentOf(home.path());
-        EXPECT_TRUE(boxesOf(version).isEmpty()) << version;
+        EXPECT_EQ(updateAtStart(), QString());
+        EXPECT_TRUE(desk.events.isEmpty()) << version;
         EXPECT_EQ(contentOf(home.path()), before) << version;
     }
 }
 
-TEST_F(Migration, AsksForTheCustomizeFilesAheadOfAll) {
+TEST_F(StartMigration, AsksForTheCustomizeFilesAheadOfAll) {
     core::writeQuietly(session, core::keys::kDBVersion, u"7"_s);
-    EXPECT_EQ(boxesOf(100).size(), 1);
+    fillOld(100);
+    const QByteArray before = bytesOf(file());
+    EXPECT_EQ(updateAtStart(), QString());
     EXPECT_EQ(m_boxesBefore, 0);
-    EXPECT_TRUE(m_failure.contains(u"バージョン100の"_s)) << m_failure.toStdString();
-    EXPECT_TRUE(exists(session.UserPath + u"diarymdb.bak"_s));
-    EXPECT_EQ(core::Settings(session).text(core::keys::kDBVersion), u"7"_s);
+    EXPECT_EQ(boxes().size(), 2);
+    EXPECT_TRUE(bytesOf(backup()) == before);
+    EXPECT_EQ(recorded(), u"220"_s);
+    EXPECT_EQ(rows(kAllContents), contentsFrom(100));
+}
 
-    EXPECT_EQ(boxesOf(120).size(), 2);
-    EXPECT_EQ(m_failure, QString());
-    EXPECT_EQ(core::Settings(session).text(core::keys::kDBVersion), u"220"_s);
+TEST_F(StartMigration, OfAVersionThatNobodyHadCopiesNothing) {
+    fillOld(100);
+    sqlOn(file(), u"UPDATE DBInfo SET VersionInfo = 120"_s);
+    const QByteArray before = bytesOf(file());
+    EXPECT_EQ(updateAtStart(), QString());
+    EXPECT_EQ(boxes().size(), 2);
+    EXPECT_EQ(lines(), QStringList());
+    EXPECT_TRUE(bytesOf(file()) == before);
+    EXPECT_EQ(recorded(), u"220"_s);
+}
+
+TEST_F(StartMigration, ThatFailsLeavesNoNewVersionOnRecord) {
+    core::writeQuietly(session, core::keys::kDBVersion, u"7"_s);
+    fillOld(100);
+    sqlOn(file(), u"DROP TABLE FileDB"_s);
+    EXPECT_TRUE(updateAtStart().contains(u"FileDB"_s));
+    EXPECT_EQ(boxes().size(), 1);
+    EXPECT_EQ(recorded(), u"7"_s);
+}
+
+TEST_F(StartMigration, WithoutADiaryMakesNoBackup) {
+    platform::removeFile(file());
+    EXPECT_EQ(updateAtStart(), QString());
+    EXPECT_EQ(boxes().size(), 2);
+    EXPECT_FALSE(exists(backup()));
+    EXPECT_EQ(store::GetDBVersion(file()), 220);
+    EXPECT_EQ(recorded(), u"220"_s);
+}
+
+TEST_F(StartMigration, WithoutRoomBeginsNothing) {
+    fillOld(100);
+    sqlOn(file(), u"INSERT INTO Contents (Day, Contents) VALUES ('2001/01/01', hex(zeroblob(2000000)))"_s);
+    const auto before = contentOf(home.path());
+    FaultyDisk disk(home.path());
+    disk.leaveRoom(QFileInfo(file()).size() * 11 / 10);
+    const QString failure = updateAtStart();
+    EXPECT_TRUE(failure.contains(u"17 MB必要ですが、空きは4 MBです"_s)) << failure.toStdString();
+    EXPECT_FALSE(disk.hasFailed()) << "it was tried all the same";
+    EXPECT_EQ(m_boxesBefore, -1);
+    EXPECT_TRUE(desk.events.isEmpty());
+    EXPECT_EQ(contentOf(home.path()), before);
+}
+
+TEST_F(StartMigration, WithJustEnoughRoomComesThrough) {
+    fillOld(100);
+    sqlOn(file(), u"INSERT INTO Contents (Day, Contents) VALUES ('2001/01/01', hex(zeroblob(2000000)))"_s);
+    FaultyDisk disk(home.path());
+    disk.leaveRoom(QFileInfo(file()).size() * 4 + 4096);
+    EXPECT_EQ(updateAtStart(), QString());
+    EXPECT_FALSE(disk.hasFailed());
+}
+
+// ---- the command
+
+TEST_F(Migration, IsAskedForByACommand) {
+    fillOld(220);
+    const QByteArray before = bytesOf(file());
+    EXPECT_TRUE(optimize());
+    EXPECT_EQ(boxes(), (QStringList{u"question: diary.mdbを最適化しますか？\r\n"_s
+                                    u"バックアップとして、現在のファイルを「diary.bak」として保存します。"_s,
+                                    u"plain: diary.mdbの最適化は完了しました。\r\n"_s
+                                    u"念のためにVelloriaを再起動してください。"_s}));
+    EXPECT_EQ(boxTitles(), QSet{u"Velloria"_s});
+    EXPECT_EQ(lines(), tableLines(220));
+    EXPECT_TRUE(bytesOf(backup()) == before);
+    EXPECT_EQ(rows(kAllContents), contentsFrom(220));
+    EXPECT_EQ(rows(u"SELECT No, Category, IsPass FROM Memo"_s), (QStringList{u"0||0"_s, u"0||0"_s}));
+}
+
+TEST_F(Migration, RefusedByAPersonTouchesNothing) {
+    fillOld(220);
+    const auto before = contentOf(home.path());
+    EXPECT_FALSE(optimize({u"no"_s}));
+    EXPECT_EQ(boxes().last(), u"plain: diary.mdbの最適化を中止しました。"_s);
+    EXPECT_EQ(lines(), QStringList());
+    EXPECT_EQ(contentOf(home.path()), before);
+}
+
+TEST_F(Migration, MakesTheFileSmallAgain) {
+    for (int i = 0; i < 200; ++i)
+        write(kDay, u"a"_s, QString(2000, u'x'));
+    sql(u"DELETE FROM Contents WHERE Number > 1"_s);
+    const qint64 before = QFileInfo(file()).size();
+    optimize();
+    EXPECT_LT(QFileInfo(file()).size(), before / 4);
+    EXPECT_EQ(titles(file()), u"a"_s);
+}
+
+/// A copy would drop it.
+TEST_F(Migration, RefusesToLoseWhatAnotherProgramPutIntoTheDiary) {
+    const std::pair<QString, QString> cases[] = {
+        {u"CREATE TABLE Photos (x); INSERT INTO Photos VALUES (1)"_s, u"テーブル「Photos」"_s},
+        {u"ALTER TABLE contents ADD COLUMN Mood TEXT; UPDATE Contents SET Mood = 'good' WHERE Title = 'last'"_s,
+         u"の列「Mood」"_s},
+        {u"CREATE TABLE \"a\"\"b\" (x); INSERT INTO \"a\"\"b\" VALUES (NULL)"_s, u"テーブル「a\"b」"_s},
+        {u"UPDATE DBInfo SET VersionInfo = 221"_s, u"バージョン221"_s},
+    };
+    for (const auto& [change, named] : cases) {
+        fillOld(220);
+        sqlOn(file(), change);
+        const auto before = contentOf(home.path());
+        const QString failure = failureOf([&] { optimize(); });
+        EXPECT_TRUE(failure.contains(named)) << failure.toStdString();
+        EXPECT_EQ(contentOf(home.path()), before);
+    }
+}
+
+TEST_F(Migration, DropsWhatHoldsNothing) {
+    fillOld(220);
+    sqlOn(file(), u"CREATE TABLE Empty (x); ALTER TABLE Contents ADD COLUMN Mood TEXT DEFAULT ''; CREATE VIEW Mine AS "
+                  "SELECT * FROM Contents; CREATE TRIGGER Bomb AFTER INSERT ON Contents BEGIN DELETE FROM Contents; "
+                  "END; CREATE INDEX Own ON Contents (Title)"_s);
+    EXPECT_TRUE(optimize());
+    EXPECT_EQ(rows(kAllContents), contentsFrom(220));
+    EXPECT_EQ(rows(u"SELECT name FROM sqlite_master WHERE name IN ('Empty', 'Mine', 'Bomb', 'Own')"_s), QStringList());
+}
+
+TEST_F(Migration, WithoutRoomMakesNoBackup) {
+    fillOld(220);
+    const auto before = contentOf(home.path());
+    FaultyDisk disk(home.path());
+    disk.leaveRoom(QFileInfo(file()).size() * 3);
+    EXPECT_TRUE(failureOf([&] { optimize(); }).contains(u"空き容量が足りません"_s));
+    EXPECT_EQ(contentOf(home.path()), before);
+    EXPECT_EQ(lines(), QStringList());
+}
+
+TEST_F(Migration, OfNoDiaryOptimizesNothing) {
+    platform::removeFile(file());
+    EXPECT_NE(failureOf([&] { optimize(); }), QString());
+    EXPECT_FALSE(exists(file()));
 }
 
 } // namespace

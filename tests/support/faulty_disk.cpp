@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -138,6 +139,14 @@ ssize_t writeOn(int descriptor, off_t place, std::size_t size, Write write) {
         return write(1);
     errno = reason;
     return -1;
+}
+
+/// The room of the disk, told by the place where it is mounted.
+template <typename Status>
+int tellRoom(const char* path, int result, Status* status) {
+    if (result == 0 && disk.isWatched && disk.size >= 0 && (isOnDisk(path) || disk.folder.starts_with(path)))
+        status->f_bavail = decltype(status->f_bavail)(qMax<qint64>(disk.size - bytesInFolder(), 0)) / status->f_frsize;
+    return result;
 }
 
 Call callOf(int flags) {
@@ -280,4 +289,14 @@ VELLORIA_IN_FRONT int mkdir(const char* path, mode_t mode) noexcept {
 
 VELLORIA_IN_FRONT int unlink(const char* path) noexcept {
     return refuses(Call::Removes, path) ? -1 : int(::syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+
+VELLORIA_IN_FRONT int statvfs(const char* path, struct statvfs* status) noexcept {
+    static const auto system = next<int(const char*, struct statvfs*)>("statvfs");
+    return tellRoom(path, system(path, status), status);
+}
+
+VELLORIA_IN_FRONT int statvfs64(const char* path, struct statvfs64* status) noexcept {
+    static const auto system = next<int(const char*, struct statvfs64*)>("statvfs64");
+    return tellRoom(path, system(path, status), status);
 }

@@ -26,7 +26,8 @@ public:
     /// The n-th call, from 1 on, that this fault can meet.
     void failAt(Fault fault, int n);
 
-    /// The folder takes so many bytes more and is full then, until something in it is removed.
+    /// The folder takes so many bytes more and is full then, until something in it is removed. Asked for its room, the
+    /// disk tells that.
     void leaveRoom(qint64 bytes);
 
     /// Whether the fault has come.

@@ -170,6 +170,23 @@ void Connection::copyTo(const Connection& target) const {
         target.fail(code);
 }
 
+void Connection::read(const std::function<void(QByteArrayView)>& take) const {
+    sqlite3_file* file = nullptr;
+    sqlite3_int64 size = 0;
+    int code = sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (code == SQLITE_OK)
+        code = file->pMethods->xFileSize(file, &size);
+    QByteArray block(1 << 18, Qt::Uninitialized);
+    for (sqlite3_int64 at = 0; code == SQLITE_OK && at < size; at += block.size()) {
+        block.resize(qMin<qint64>(block.size(), size - at));
+        code = file->pMethods->xRead(file, block.data(), int(block.size()), at);
+        if (code == SQLITE_OK)
+            take(block);
+    }
+    if (code != SQLITE_OK)
+        fail(code);
+}
+
 void Connection::execute(const char* sql) {
     const int code = sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr);
     if (code != SQLITE_OK)

@@ -50,6 +50,10 @@ void Statement::reset() {
     sqlite3_reset(m_handle);
 }
 
+int Statement::columns() const {
+    return sqlite3_column_count(m_handle);
+}
+
 QString Statement::text(int column) const {
     const auto* utf8 = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
     if (!utf8)

@@ -46,6 +46,9 @@ public:
     /// Back to before the first row.
     void reset();
 
+    /// How many columns a row has.
+    int columns() const;
+
     /// A missing value (NULL) reads as a null QString, 0 or false.
     QString text(int column) const;
     int integer(int column) const;
