@@ -5,6 +5,7 @@ import os
 import shutil
 import sys
 import tempfile
+from concurrent.futures import ThreadPoolExecutor
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 
@@ -30,13 +31,14 @@ def in_folder_of_its_own(options, seed, compare):
             return str(difference)
 
 
-def main(description, run_seed, reason_to_skip=lambda: None):
-    """run_seed(options, seed) gives None or what differs. What runs has a home folder of its own. Ends the program: 1 when
-    a seed differed."""
+def main(description, run_seed, reason_to_skip=lambda: None, summary=lambda: ""):
+    """run_seed(options, seed) gives None or what differs; --jobs calls it in several threads. What runs has a home folder
+    of its own. `summary` gives a last line. Ends the program: 1 when a seed differed."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--cli", required=True, help="the command line tool")
     parser.add_argument("--factory", required=True, help="folder of the factory files")
     parser.add_argument("--seeds", required=True, help="FROM:TO, both included")
+    parser.add_argument("--jobs", type=int, default=1, help="seeds at once")
     parser.add_argument("--keep", help="folder for the homes of failing seeds")
     options = parser.parse_args()
     if reason := reason_to_skip():
@@ -46,10 +48,12 @@ def main(description, run_seed, reason_to_skip=lambda: None):
     failed = 0
     with tempfile.TemporaryDirectory(prefix="velloria-home-", ignore_cleanup_errors=True) as home:
         take_home(home)
-        for seed in seeds:
-            difference = run_seed(options, seed)
-            if difference:
-                failed += 1
-                print(f"seed {seed}: {difference}", flush=True)
+        with ThreadPoolExecutor(options.jobs) as pool:
+            for seed, difference in zip(seeds, pool.map(lambda seed: run_seed(options, seed), seeds)):
+                if difference:
+                    failed += 1
+                    print(f"seed {seed}: {difference}", flush=True)
+    if summary():
+        print(summary())
     print(f"{len(seeds) - failed} passed, {failed} failed")
     sys.exit(1 if failed else 0)
