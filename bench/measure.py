@@ -137,6 +137,15 @@ def machine():
     return f"{cpu}, {os.cpu_count()} cores, {memory:.0f} GB, {system}, Linux {os.uname().release.split('-')[0]}"
 
 
+def literal(value):
+    """A value as a statement of SQL spells it."""
+    if value is None:
+        return "NULL"
+    if isinstance(value, (bool, int)):
+        return str(int(value))
+    return "'" + value.replace("'", "''") + "'"
+
+
 class Diary:
     """A copy of the program folder with a diary in it, and a site folder beside."""
 
