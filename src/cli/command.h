@@ -2,7 +2,8 @@
 //
 // A new one is a row of its file in commands/ and an item of docs/velloria-cli.1, in the same order; then
 // `scripts/make-completions` writes completions/ anew. One that writes into a diary's folders has a row in
-// tests/trials/writing_commands.py too, or a case in tests/trials/test_whole_diary.py when it changes the file as a whole.
+// tests/trials/writing_commands.py too, or, when it changes the diary as a file, a case in
+// tests/trials/test_whole_diary.py.
 #pragma once
 
 #include "core/run.h"
