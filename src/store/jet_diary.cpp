@@ -96,7 +96,6 @@ JetDiary::Answer JetDiary::nextAnswer() {
         if (std::holds_alternative<jet::Progress>(*record))
             continue;
         if (const auto* error = std::get_if<jet::Error>(&*record)) {
-            m_isAtEnd = true;
             m_read = error->read;
             switch (error->fault) {
             case jet::Fault::NoTable:
@@ -119,7 +118,6 @@ JetDiary::Answer JetDiary::nextAnswer() {
 
 /// The last record is only as good as the end of the program behind it.
 void JetDiary::requireGoodEnd() {
-    m_isAtEnd = true;
     QByteArray more;
     if (m_child->read(1, m_program.silence, more) != ChildProgram::Reading::End)
         refuseDamaged(u"読み取りが終わりません"_s, m_count);
@@ -128,6 +126,7 @@ void JetDiary::requireGoodEnd() {
         refuseDamaged(u"読み取りが終わりません"_s, m_count);
     if (end->bySignal || end->code != 0)
         refuseDamaged(reasonOf(*end), m_count);
+    m_isAtEnd = true;
     m_child.reset();
 }
 

@@ -2,9 +2,12 @@
 #include "store/jet_home.h"
 #include "store/jet_record.h"
 
-#include <QElapsedTimer>
+#include <QtEndian>
 
+#include <array>
 #include <csignal>
+#include <numeric>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -142,22 +145,52 @@ TEST_F(JetStub, DoesNotOutliveTheDiary) {
     EXPECT_NE(::kill(second, 0), 0);
 }
 
-class JetProgramTest : public JetHome {};
+class JetProgramTest : public JetHome {
+protected:
+    /// The one child of this process.
+    static pid_t child() {
+        QFile children(u"/proc/self/task/%1/children"_s.arg(::getpid()));
+        EXPECT_TRUE(children.open(QIODevice::ReadOnly));
+        const QByteArrayList found = children.readAll().trimmed().split(' ');
+        EXPECT_EQ(found.size(), 1);
+        return found.first().toInt();
+    }
+    static bool isRunning(pid_t process) {
+        QFile status(u"/proc/%1/stat"_s.arg(process));
+        return status.open(QIODevice::ReadOnly) && !status.readAll().contains(") Z ");
+    }
+};
 
 TEST_F(JetProgramTest, KilledInTheMiddleIsDamageAndNotTheEnd) {
     // More than a pipe holds, so that it still has rows to tell when the first one comes.
     JetDiary diary(sample(u"v220"_s));
     ASSERT_EQ(diary.open(u"Contents"_s, {u"Day"_s, u"Contents"_s, u"Contents"_s, u"Contents"_s}), 51);
-    const QStringList children =
-        QString::fromLatin1(bytesOf(u"/proc/%1/task/%1/children"_s.arg(::getpid()))).split(u' ', Qt::SkipEmptyParts);
-    ASSERT_EQ(children.size(), 1);
-    ::kill(children.first().toInt(), SIGKILL);
+    ::kill(child(), SIGKILL);
     std::vector<OldValue> row;
-    const QString failure = failureOf([&] {
+    const auto readOn = [&] {
         while (diary.next(row)) {
         }
+    };
+    for (int turn = 0; turn < 2; ++turn) { // asked again it is no end either
+        const QString failure = failureOf(readOn);
+        EXPECT_TRUE(failure.contains(u"シグナル9"_s) && failure.contains(u"51件のうち"_s)) << failure.toStdString();
+    }
+}
+
+TEST_F(JetProgramTest, EndsWithAKilledDiary) {
+    const QString id = path(u"id"_s);
+    holdsInChild([&]() -> bool {
+        JetDiary diary(sample(u"v220"_s));
+        diary.open(u"Contents"_s, {u"Day"_s, u"Contents"_s, u"Contents"_s, u"Contents"_s});
+        writeFile(id, QByteArray::number(child()));
+        ::kill(::getpid(), SIGKILL);
+        return true;
     });
-    EXPECT_TRUE(failure.contains(u"シグナル9"_s) && failure.contains(u"51件のうち"_s)) << failure.toStdString();
+    const pid_t process = bytesOf(id).toInt();
+    ASSERT_GT(process, 0);
+    for (int i = 0; i < 200 && isRunning(process); ++i)
+        std::this_thread::sleep_for(50ms);
+    EXPECT_FALSE(isRunning(process));
 }
 
 TEST_F(JetProgramTest, HasNoRightsToTheFile) {
@@ -175,6 +208,49 @@ TEST_F(JetProgramTest, RefusesTablesAndColumnsThatAreNotThere) {
     EXPECT_TRUE(failureOf([&] { diary.open(u"LogDB"_s, {u"LogMonth"_s}); }).contains(u"必要な表がありません"_s));
     EXPECT_TRUE(failureOf([&] { diary.open(u"Contents"_s, {u"Day"_s, u"Genre"_s}); }).contains(u"「Genre」"_s));
     EXPECT_EQ(diary.open(u"CONTENTS"_s, {u"day"_s}), 38) << "and reads on";
+}
+
+TEST_F(JetProgramTest, ReadsAFileWithACipherAndAPassword) {
+    JetDiary plain(sample(u"v110"_s));
+    const QStringList columns{u"Day"_s, u"Title"_s, u"Contents"_s, u"Genre"_s};
+    QByteArray bytes = bytesOf(sample(u"v110"_s));
+    constexpr int kPage = 4096;
+    constexpr quint32 kKey = 0x12345678;
+    const auto cipher = [&bytes](qsizetype at, qsizetype length, QByteArray key) {
+        std::array<quint8, 256> state;
+        std::iota(state.begin(), state.end(), quint8(0));
+        for (size_t i = 0, j = 0; i < 256; ++i) {
+            j = (j + state[i] + quint8(key[i % 4])) % 256;
+            std::swap(state[i], state[j]);
+        }
+        for (size_t n = 0, i = 0, j = 0; n < size_t(length); ++n) {
+            i = (i + 1) % 256;
+            j = (j + state[i]) % 256;
+            std::swap(state[i], state[j]);
+            char& byte = bytes.data()[at + qsizetype(n)];
+            byte = char(byte ^ state[(state[i] + state[j]) % 256]);
+        }
+    };
+    const auto bytesOfKey = [](quint32 key) {
+        QByteArray four(4, '\0');
+        qToLittleEndian(key, four.data());
+        return four;
+    };
+    // The head always has a cipher of its own, which everybody knows.
+    const QByteArray headKey = QByteArray::fromHex("c7da396b");
+    cipher(0x18, 128, headKey);
+    qToLittleEndian(kKey, bytes.data() + 0x3e);
+    bytes.replace(0x42, 4, "\x12\x34\x56\x78");
+    cipher(0x18, 128, headKey);
+    for (quint32 page = 1; page < quint32(bytes.size() / kPage); ++page)
+        cipher(page * kPage, kPage, bytesOfKey(kKey ^ page));
+    writeFile(path(u"x.mdb"_s), bytes);
+    EXPECT_EQ(store::GetDBVersion(path(u"x.mdb"_s)), 110);
+    EXPECT_TRUE(rowsOf(path(u"x.mdb"_s), u"Contents"_s, columns) == rowsOf(plain, u"Contents"_s, columns));
+}
+
+TEST_F(JetProgramTest, CountsWithoutAnyColumn) {
+    EXPECT_EQ(rowsOf(sample(u"v220"_s), u"Memo"_s, {}).size(), 4U);
 }
 
 TEST_F(JetProgramTest, ReadsAFileOfAnyName) {

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <QtEndian>
+
+#include <bit>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -14,8 +16,11 @@ using namespace Qt::StringLiterals;
 namespace velloria::tests {
 namespace {
 
+using store::OldValue;
+using store::jet::Column;
 using store::jet::dateOf;
 using store::jet::JetError;
+using store::jet::JetFile;
 using store::jet::textOfCodePage;
 using store::jet::textOfUnits;
 
@@ -88,6 +93,58 @@ TEST(JetDate, OutsideOfAllYearsIsDamage) {
     for (const double days : {-657436.0, 2958466.0, 1e300, -1e300, std::numeric_limits<double>::infinity(),
                               std::numeric_limits<double>::quiet_NaN()})
         EXPECT_THROW(dateOf(days), JetError) << days;
+}
+
+QByteArray bytesOf(double number) {
+    QByteArray bytes(8, '\0');
+    qToLittleEndian(std::bit_cast<quint64>(number), bytes.data());
+    return bytes;
+}
+
+TEST(JetValue, IsOfItsColumnsKind) {
+    const JetFile file(QStringLiteral(VELLORIA_TEST_DATA "/jet/v110.mdb"));
+    const auto value = [&file](int type, int size, const QByteArray& bytes, bool isNull = false) {
+        const Column column{u"x"_s, type, size, size != 0 || type == MDB_BOOL, false, 0};
+        store::jet::requireKnownKind(column);
+        return valueOf(file, column, {isNull, bytes});
+    };
+    EXPECT_EQ(value(MDB_BOOL, 0, {}), OldValue(qint64(1)));
+    EXPECT_EQ(value(MDB_BOOL, 1, {}, true), OldValue(qint64(0))) << "it has no missing value";
+    EXPECT_EQ(value(MDB_BYTE, 1, hex("ff")), OldValue(qint64(255)));
+    EXPECT_EQ(value(MDB_INT, 2, hex("feff")), OldValue(qint64(-2)));
+    EXPECT_EQ(value(MDB_LONGINT, 4, hex("00000080")), OldValue(qint64(-2147483648)));
+    EXPECT_EQ(value(MDB_DATETIME, 8, bytesOf(37622)), OldValue(QByteArray("2003/01/01")));
+    EXPECT_EQ(value(MDB_TEXT, 0, hex("188a")), OldValue(u"記"_s.toUtf8()));
+    EXPECT_EQ(value(MDB_TEXT, 0, {}), OldValue(QByteArray("")));
+    EXPECT_EQ(value(MDB_MEMO, 0, {}), OldValue(QByteArray("")));
+    EXPECT_EQ(value(MDB_MEMO, 0, hex("02000080 00000000 00000000 188a")), OldValue(u"記"_s.toUtf8()));
+    for (const auto& [type, size] :
+         std::vector<std::pair<int, int>>{{MDB_INT, 2}, {MDB_LONGINT, 4}, {MDB_DATETIME, 8}, {MDB_TEXT, 0}})
+        EXPECT_EQ(value(type, size, {}, true), OldValue()) << type;
+
+    for (const auto& [type, bytes] :
+         std::vector<std::pair<int, QByteArray>>{{MDB_INT, hex("01")},
+                                                 {MDB_LONGINT, hex("0102")},
+                                                 {MDB_TEXT, hex("01")},
+                                                 {MDB_MEMO, hex("00")},
+                                                 {MDB_MEMO, hex("03000080 00000000 00000000 188a")},
+                                                 {MDB_MEMO, hex("020000c0 00000000 00000000 188a")},
+                                                 {MDB_MEMO, hex("ffffff3f 01010000 00000000")},
+                                                 {MDB_MEMO, hex("02000000 00000000 00000000")},
+                                                 {MDB_MEMO, hex("02000040 ffffffff 00000000")}}) {
+        const int size = type == MDB_INT ? 2 : type == MDB_LONGINT ? 4 : 0;
+        EXPECT_THROW(value(type, size, bytes), JetError) << type << ' ' << bytes.toHex().toStdString();
+    }
+    for (const auto& [type, size] : std::vector<std::pair<int, int>>{{MDB_INT, 4},
+                                                                     {MDB_LONGINT, 2},
+                                                                     {MDB_DATETIME, 0},
+                                                                     {MDB_MONEY, 8},
+                                                                     {MDB_OLE, 0},
+                                                                     {MDB_DOUBLE, 8},
+                                                                     {MDB_MEMO, 12},
+                                                                     {0, 0},
+                                                                     {255, 0}})
+        EXPECT_THROW(value(type, size, {}, true), JetError) << type << ' ' << size;
 }
 
 } // namespace

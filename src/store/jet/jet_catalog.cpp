@@ -36,7 +36,8 @@ void JetCatalog::read(const JetFile& file, const std::function<void()>& progress
     if (!isNumber(columns[0]) || !isNumber(columns[2]) || !isNumber(columns[3]))
         throw damaged(u"列の種類が違います"_s);
 
-    for (const Place& place : list.scan(progress)) {
+    // A table that is missing is noticed when it is wanted.
+    for (const Place& place : list.scan(progress, Counts::Open)) {
         const std::vector<Field> fields = list.fieldsAt(place);
         const auto value = [&](int column) { return valueOf(file, list.columns()[column], fields[column]); };
         const auto number = [&](int column) {

@@ -135,8 +135,9 @@ void JetTable::scanPage(quint32 page, Scan& scan) const {
 }
 
 /// Where the definition doesn't say how many rows there are, no page with live ones may be missing in its list.
-void JetTable::noteForgottenPages(Scan& scan) const {
+void JetTable::noteForgottenPages(Scan& scan, const std::function<void()>& progress) const {
     for (quint32 page = 1; page < m_file.pageCount(); ++page) {
+        progress();
         if (scan.pages.contains(page) || !m_file.readRows(page, quint32(m_entry.table_pg)))
             continue;
         for (int slot = 0; slot < m_file.slotCount(); ++slot) {
@@ -146,7 +147,15 @@ void JetTable::noteForgottenPages(Scan& scan) const {
     }
 }
 
-std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
+void JetTable::compareCounts(Scan& scan, const std::function<void()>& progress) const {
+    const auto count = qint64(scan.found.size());
+    if (definedCount() != 0 && count != definedCount())
+        scan.note(u"件数が合いません"_s);
+    if (definedCount() == 0 && count != 0)
+        noteForgottenPages(scan, progress);
+}
+
+std::vector<Place> JetTable::scan(const std::function<void()>& progress, Counts counts) const {
     Scan scan;
     try {
         for (std::optional<quint32> page = nextPage(0); page; page = nextPage(*page)) {
@@ -158,11 +167,8 @@ std::vector<Place> JetTable::scan(const std::function<void()>& progress) const {
         scan.note(error.reason());
     }
     const auto count = qint64(scan.found.size());
-    if (definedCount() != 0 && count != definedCount())
-        scan.note(u"件数が合いません"_s);
-    if (definedCount() == 0 && count != 0)
-        noteForgottenPages(scan);
-
+    if (counts == Counts::MustAgree)
+        compareCounts(scan, progress);
     const auto placeOf = [](const Found& found) { return std::tuple(found.place.page, found.place.slot); };
     std::vector<Found> byPlace = scan.found;
     std::sort(byPlace.begin(), byPlace.end(), [&](const Found& a, const Found& b) { return placeOf(a) < placeOf(b); });

@@ -9,6 +9,9 @@
 
 namespace velloria::store::jet {
 
+/// Whether a table has as many rows as its definition says.
+enum class Counts { MustAgree, Open };
+
 /// All here throw JetError for a file that says what can't be.
 class JetTable {
 public:
@@ -25,9 +28,9 @@ public:
     qint64 definedCount() const { return m_table->num_rows; }
 
     /// Finds every live row, on whichever page it has come to lie. Throws JetError, with how many are readable, when a
-    /// page or a row isn't, or when there are not as many as the definition says. The order is that of the counting
-    /// column where there is one, else as they lie. Tells each page as progress.
-    std::vector<Place> scan(const std::function<void()>& progress) const;
+    /// page or a row isn't, or when the counts must agree and don't. The order is that of the counting column where
+    /// there is one, else as they lie. Tells each page as progress.
+    std::vector<Place> scan(const std::function<void()>& progress, Counts counts = Counts::MustAgree) const;
 
     /// The fields of a row, in the order of the columns, good until another page is read.
     std::vector<Field> fieldsAt(const Place& place) const;
@@ -43,7 +46,8 @@ private:
     void scanPage(quint32 page, Scan& scan) const;
     Place resolved(const Place& place) const;
     Found foundAt(const Place& place) const;
-    void noteForgottenPages(Scan& scan) const;
+    void noteForgottenPages(Scan& scan, const std::function<void()>& progress) const;
+    void compareCounts(Scan& scan, const std::function<void()>& progress) const;
     bool isAnyRowDouble(const std::vector<Found>& found) const;
     void requireSoundCounts(const RowBytes& row, const Place& place) const;
 

@@ -50,7 +50,7 @@ int run(const QStringList& arguments) {
     try {
         if (arguments.size() == 2 && arguments[0] == u"version"_s)
             tellVersion(arguments[1], output);
-        else if (arguments.size() > 3 && arguments[0] == u"table"_s)
+        else if (arguments.size() >= 3 && arguments[0] == u"table"_s)
             tellTable(arguments[1], arguments[2], arguments.sliced(3), output);
         else
             return kWrongCall;
