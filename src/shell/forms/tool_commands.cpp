@@ -6,6 +6,7 @@
 #include "shell/forms/frmUserManager.h"
 #include "shell/memo.h"
 #include "shell/plugins.h"
+#include "store/optimize_command.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +18,16 @@ void showVersion(desktop::Context& context, const core::File& file) {
     context.desk.message(platform::MessageKind::Plain, file.name + u" Version "_s + plugin.version(), file.name);
 }
 
+/// A close of the main window waits for its last box.
+void optimize(desktop::Context& context) {
+    if (context.runs.isAnyRunning()) { // it would go on with a diary that is another file now
+        context.desk.message(platform::MessageKind::Critical,
+                             u"通信が終わってから、データベースを最適化してください。"_s);
+        return;
+    }
+    context.runs.run(desktop::LongRoutine::Optimize, [&context] { store::optimizeCommand(context); });
+}
+
 } // namespace
 
 desktop::MenuCommands toolCommands(desktop::Context& context) {
@@ -24,6 +35,7 @@ desktop::MenuCommands toolCommands(desktop::Context& context) {
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},
         {"MnuUserManager"_L1, {}, [&context] { context.windows.get<frmUserManager>().showWindow(); }},
         {"MnuVellInfo"_L1, {}, [&context] { diaryInformationCommand(context); }},
+        {"MnuOptimize"_L1, {}, [&context] { optimize(context); }},
     };
     for (const PluginRow& plugin : plugins())
         commands.push_back({plugin.versionCommand, {}, [&context, &plugin] { showVersion(context, plugin.file); }});
