@@ -50,7 +50,7 @@ _velloria_cli() {
     "file") words="list add delete" ;;
     "log") words="list add delete" ;;
     "update") words="check" ;;
-    "db") words="version check restore" ;;
+    "db") words="version optimize check restore" ;;
     "customize") words="list select import export" ;;
     "user") words="list add password delete path take" ;;
     "entry put") _velloria_cli_files -f; return ;;

@@ -42,7 +42,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete
 complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "update"' -a 'check'
-complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version check restore'
+complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version optimize check restore'
 complete -c velloria-cli -n '__velloria_cli_behind "customize"' -a 'list select import export'
 complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password delete path take'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F

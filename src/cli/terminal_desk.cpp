@@ -17,7 +17,9 @@ void TerminalDesk::record(const QJsonObject& event) {
         return;
     }
     if (name == u"progress"_s) {
-        showProgress(event);
+        showProgress(event[u"text"_s].toString(), event[u"value"_s].toInt(), event[u"max"_s].toInt());
+        if (event[u"ok"_s].toBool())
+            endProgress();
     } else if (name == u"message"_s && event[u"buttons"_s] == u"ok"_s && event[u"kind"_s] != u"information"_s) {
         endProgress();
         writeError(event[u"text"_s].toString());
@@ -71,16 +73,27 @@ std::optional<QString> TerminalDesk::answerSecret(const QJsonObject& question) {
     return askOnTerminal(prompt, Echo::Off); // an empty one is that of a user without a password
 }
 
-void TerminalDesk::showProgress(const QJsonObject& event) {
+void TerminalDesk::updaterWindow(const platform::UpdaterWindow& shown) {
+    constexpr int kPauseMs = 100;
+    if (showsEvents) {
+        EventDesk::updaterWindow(shown);
+        return;
+    }
+    const bool isDue = !m_sinceUpdater.isValid() || m_sinceUpdater.hasExpired(kPauseMs);
+    if (!standardErrorIsTerminal() || (!isDue && shown.value < shown.max && shown.text == m_updaterText))
+        return;
+    m_updaterText = shown.text;
+    m_sinceUpdater.start();
+    showProgress(shown.text.sliced(shown.text.lastIndexOf(u'\n') + 1), shown.value, shown.max);
+}
+
+void TerminalDesk::showProgress(const QString& text, int value, int max) {
     if (!standardErrorIsTerminal())
         return;
     m_hasProgressLine = true;
-    const QString text = harmless(event[u"text"_s].toString().replace(u"\r\n"_s, u" "_s));
     constexpr auto kEraseToEndOfLine = "\x1b[K"_L1;
-    writeErrorPart(u"\r%1 %2/%3"_s.arg(text).arg(event[u"value"_s].toInt()).arg(event[u"max"_s].toInt()) +
+    writeErrorPart(u"\r%1 %2/%3"_s.arg(harmless(QString(text).replace(u"\r\n"_s, u" "_s))).arg(value).arg(max) +
                    kEraseToEndOfLine);
-    if (event[u"ok"_s].toBool())
-        endProgress();
 }
 
 void TerminalDesk::endProgress() {

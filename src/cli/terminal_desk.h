@@ -3,6 +3,7 @@
 
 #include "platform/event_desk.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 
 namespace velloria::cli {
@@ -15,6 +16,10 @@ public:
 
     /// Nobody sees a status text here but with the events.
     void status(const QString& text) override;
+
+    /// Told at every row of a diary, of which nobody could read each: the line is anew at a new text and now and then.
+    void updaterWindow(const platform::UpdaterWindow& shown) override;
+    void closeUpdaterWindow() override { endProgress(); }
 
     /// The event, and in every mode the reason in one line.
     void failure(const platform::Failure& failure) override;
@@ -30,9 +35,11 @@ protected:
 
 private:
     std::optional<QString> scriptedText();
-    void showProgress(const QJsonObject& event);
+    void showProgress(const QString& text, int value, int max);
 
     bool m_hasProgressLine = false;
+    QString m_updaterText;        ///< what the line was made of
+    QElapsedTimer m_sinceUpdater; ///< and since when it is there
 };
 
 } // namespace velloria::cli

@@ -9,6 +9,7 @@
 #include "store/named_database.h"
 #include "store/sqlite/connection.h"
 #include "store/sqlite/statement.h"
+#include "store/table_rules.h"
 
 #include <QFileInfo>
 
@@ -41,6 +42,20 @@ void refuseUnsoundDiary(const QString& path) {
     Statement check(connection, "PRAGMA quick_check(1)");
     if (check.next() && check.text(0) != u"ok"_s)
         throw Failure(u"日記データベースが壊れています。"_s, path, check.text(0), unchangedAndRestore());
+}
+
+/// The same for one of the old format, by reading it to its last row.
+void refuseUnsoundJet(const QString& path) {
+    JetDiary diary(path);
+    const qint64 version = diary.version();
+    std::vector<OldValue> row;
+    for (const TableRule& rule : tableRules()) {
+        if (version < rule.since)
+            continue;
+        diary.open(QString::fromLatin1(rule.name), rule.columnsOf(qint16(version)));
+        while (diary.next(row)) {
+        }
+    }
 }
 
 /// Where a diary that another one replaces is kept, beside it.
@@ -165,6 +180,8 @@ void backUpDatabase(const QString& path, const QString& backup) {
     if (!QFileInfo::exists(fileBeside(path, "-wal"_L1)) && QFileInfo::exists(backup) &&
         platform::haveSameBytes(backup, path))
         return;
+    if (format == DatabaseFormat::Jet && QFileInfo::exists(backup))
+        refuseUnsoundJet(path);
     const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
     for (int age = 3; age >= 1; --age) {

@@ -28,7 +28,7 @@ void refuseToLose(const QString& diary) {
 bool optimizeCommand(const core::Run& run) {
     if (!run.desk.ask(u"diary.mdbを最適化しますか？\r\n"_s
                       u"バックアップとして、現在のファイルを「diary.bak」として保存します。"_s)) {
-        run.desk.message(platform::MessageKind::Plain, kOptimizeRefused);
+        run.desk.message(platform::MessageKind::Plain, u"diary.mdbの最適化を中止しました。"_s);
         return false;
     }
     const QString diary = run.session.databaseFile();

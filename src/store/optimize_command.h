@@ -3,11 +3,7 @@
 
 #include "core/run.h"
 
-#include <QString>
-
 namespace velloria::store {
-
-inline const QString kOptimizeRefused = QStringLiteral("diary.mdbの最適化を中止しました。");
 
 /// Asks, backs the diary up, copies it into a fresh file and tells. False is the user's No, which has been told. Throws
 /// platform::Failure, with the diary as it was.

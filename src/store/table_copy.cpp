@@ -63,15 +63,11 @@ CopiedRows TableCopy::copy(const TableRule& rule, const std::function<void(qint6
                            const std::function<void(qint64)>& copied) {
     m_rule = &rule;
     m_rowNumber = 0;
-    QStringList sourceColumns;
+    const QStringList sourceColumns = rule.columnsOf(m_version);
+    const qsizetype day = sourceColumns.indexOf(u"Day"_s);
     QByteArrayList columns;
     QByteArrayList parameters;
-    int day = 0; // in the source
     for (const ColumnRule& column : rule.columns) {
-        if (qstrcmp(column.name, "Day") == 0)
-            day = int(sourceColumns.size());
-        if (m_version >= column.since)
-            sourceColumns += QString::fromLatin1(column.name);
         columns += column.name;
         parameters += "?";
     }

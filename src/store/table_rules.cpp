@@ -31,6 +31,15 @@ OldValue entryOf(const OldValue& day) {
 
 } // namespace
 
+QStringList TableRule::columnsOf(qint16 version) const {
+    QStringList names;
+    for (const ColumnRule& column : columns) {
+        if (version >= column.since)
+            names += QString::fromLatin1(column.name);
+    }
+    return names;
+}
+
 const std::vector<TableRule>& tableRules() {
     using enum ColumnKind;
     static const std::vector<TableRule> rules{

@@ -29,6 +29,9 @@ struct TableRule {
     QString begins;
     QString ends;
     std::vector<ColumnRule> columns; ///< in the order of copying
+
+    /// Those that a diary of this version has.
+    QStringList columnsOf(qint16 version) const;
 };
 
 /// In the order of copying. Autonumbers are not copied. "Memo" has three columns more, which no diary of up to version

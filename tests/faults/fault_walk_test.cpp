@@ -16,6 +16,8 @@
 #include "store/database_file.h"
 #include "store/database_repair.h"
 #include "store/genre_list.h"
+#include "store/migration.h"
+#include "store/optimize_command.h"
 #include "support/faulty_disk.h"
 
 #include <QDir>
@@ -51,6 +53,11 @@ struct Command {
 /// A copy of whoever broke off: the next command takes these away or, the journal, back.
 bool isLeftover(const QString& file) {
     return file.contains(u"/.velltmp-"_s) || file.endsWith(u"-journal"_s) || file.endsWith(u"/diary-backup.tmp"_s);
+}
+
+/// A working file of an update, which the next one makes anew.
+bool isWorkingFile(const QString& file) {
+    return file.endsWith(u"/old.mdb"_s) || file.endsWith(u"/new.mdb"_s);
 }
 
 /// Whether each line stands in one of the others.
@@ -128,7 +135,7 @@ private:
                             nullptr) != 0)
             return "cannot be opened";
         for (const char* query : {"PRAGMA integrity_check", "SELECT * FROM Contents ORDER BY RecordID",
-                                  "SELECT * FROM FileDB ORDER BY FileID", "SELECT * FROM LogDB ORDER BY LogID"}) {
+                                  "SELECT * FROM FileDB ORDER BY FileID", "SELECT * FROM LogDB ORDER BY rowid"}) {
             if (sqlite3_exec(handle, query, take, &rows, nullptr) != SQLITE_OK)
                 rows += sqlite3_errmsg(handle);
         }
@@ -252,7 +259,7 @@ void FaultWalk::expectWhole(const State& now, const Command& command, bool isCom
     QStringList names = now.files.keys() + m_before.files.keys() + m_after.files.keys();
     names.removeDuplicates();
     for (const QString& name : names) {
-        if ((isLeftover(name) && mayLeaveHalves) || name.endsWith(u".lock"_s))
+        if ((isLeftover(name) && mayLeaveHalves) || (isWorkingFile(name) && !isComplete) || name.endsWith(u".lock"_s))
             continue;
         const auto of = [&](const State& state) {
             return state.files.contains(name) ? std::optional(state.files[name]) : std::nullopt;
@@ -369,6 +376,24 @@ TEST_F(FaultWalk, RepairingTheDiary) {
 
 TEST_F(FaultWalk, BackingTheDiaryUp) {
     walk({[this] { store::backUpDatabase(session.databaseFile(), session.UserPath + u"diarymdb.bak"_s); }});
+}
+
+TEST_F(FaultWalk, OptimizingTheDiary) {
+    sql(u"DELETE FROM Contents WHERE Title = 'March'"_s);
+    desk.answers = {u"yes"_s};
+    walk({[this] {
+        desk.answers = {u"yes"_s};
+        store::optimizeCommand(run);
+    }});
+}
+
+/// Its layout is the present one, but for the table that becomes four files.
+TEST_F(FaultWalk, UpdatingAnOldDiary) {
+    sql(u"CREATE TABLE [Option] (Header TEXT, Footer TEXT, Header_Log TEXT, Footer_Log TEXT)"_s);
+    sql(u"INSERT INTO [Option] VALUES ('new', 'b', 'c', 'd')"_s);
+    sql(u"UPDATE DBInfo SET VersionInfo = 100"_s);
+    writeFile(session.DataPath + u"Customize/default_up.htm"_s, "mine");
+    walk({[this] { store::updateOldDiary(run, [] {}); }, {u"diary.ini"_s}});
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "store/database_file.h"
 #include "support/faulty_disk.h"
 #include "support/test_home.h"
+#include "support/vectors.h"
 
 #include <QDir>
 #include <QFile>
@@ -96,6 +97,32 @@ TEST_F(SingleUserData, LetsTheUserLogIn) {
     EXPECT_EQ(session.DataPath, taro());
     EXPECT_TRUE(exists(taro(u"DiaryParts/Shinny.gif"_s)));
     EXPECT_EQ(diary().LoadDay(u"2004/05/06"_s).front().title, u"single"_s);
+}
+
+/// What the older programs left, and an old one of this program: the user's first start updates it.
+TEST_F(SingleUserData, OfAnOlderVersionIsUpdatedAtTheUsersStart) {
+    for (const bool isJet : {true, false}) {
+        if (isJet) {
+            QFile::remove(path(u"UserData/diary.mdb"_s));
+            ASSERT_TRUE(QFile::copy(dataPath(u"jet/v150.mdb"_s), path(u"UserData/diary.mdb"_s)));
+        } else {
+            store::copyDatabase(path(u"default.mdb"_s), path(u"UserData/diary.mdb"_s));
+            writeDiary(path(u"UserData/"_s), u"single"_s);
+            sql(u"UPDATE DBInfo SET VersionInfo = 150"_s);
+        }
+        const QByteArray source = bytesOf(path(u"UserData/diary.mdb"_s));
+        EXPECT_EQ(take(), Outcome::Done);
+        EXPECT_TRUE(bytesOf(taro(u"diary.mdb"_s)) == source);
+        const core::Session single = session;
+        desk.events = {};
+        ASSERT_EQ(start(shell::Login{u"taro"_s, u"abc"_s}), shell::StartResult::Ready);
+        EXPECT_EQ(boxes().size(), 2);
+        EXPECT_EQ(store::GetDBVersion(taro(u"diary.mdb"_s)), 220);
+        EXPECT_FALSE(diary().AllEntryKeys().empty());
+        EXPECT_EQ(exists(taro(u"diary_jet.mdb"_s)), true);
+        session = single;
+    }
+    EXPECT_EQ(titleIn(taro(u"diary.mdb"_s)), u"single"_s);
 }
 
 TEST_F(SingleUserData, ForWhoeverIsLoggedInAsksForARestart) {

@@ -6,6 +6,7 @@
 #include "store/database_check.h"
 #include "store/database_file.h"
 #include "store/database_repair.h"
+#include "store/optimize_command.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -50,6 +51,11 @@ void check(Invocation& invocation) {
         throw Refusal(u"日記データベースに%1件の異常があります。何も変更していません。"_s.arg(findings.size()));
 }
 
+void optimize(Invocation& invocation) {
+    if (!store::optimizeCommand(invocation))
+        throw Refusal(u"最適化していません。"_s);
+}
+
 void restore(Invocation& invocation) {
     const QString backup = invocation.arguments.isEmpty()
                                ? platform::existingPath(core::files::kBackup.in(invocation.session))
@@ -74,6 +80,14 @@ std::vector<Command> databaseCommands() {
          u"日記データベースのバージョン (FILEを指定すると起動しない)"_s,
          Start::UnlessArgument,
          version},
+        {u"db optimize"_s,
+         {},
+         0,
+         0,
+         {},
+         u"日記データベースのファイルを小さくする (今までのものは diarymdb.bak に残す)"_s,
+         Start::User,
+         optimize},
         {u"db check"_s,
          u"[--repair]"_s,
          0,
