@@ -1,6 +1,6 @@
-"""The commands that change the diary as a file - the update of an old one at the start, and repair - killed at any
-moment, the reader of old formats killed beneath them, and on a disk with room for a tenth of the diary: the next start
-has the whole old or the whole new diary, every row of it, and the command works in the end."""
+"""The commands that change the diary as a file - the update of an old one at the start, optimising and repair - killed at
+any moment, the reader of old formats killed beneath them, and on a disk with room for a tenth of the diary: the next
+start has the whole old or the whole new diary, every row of it, and the command works in the end."""
 
 import glob
 import os
@@ -88,8 +88,15 @@ def out_of_order(trial):
         base.execute("UPDATE Contents SET Day = replace(Day, '/', '-') WHERE Day LIKE '%/02'")
 
 
+def with_gaps(trial):
+    """Rows that are gone leave room in the file."""
+    with closing(sqlite3.connect(trial.database)) as base, base:
+        base.execute("DELETE FROM Contents WHERE Day LIKE '%/03'")
+
+
 CASES = [jet(version) for version in JET_VERSIONS]
 CASES += [Case("update of an older one of ours", ["start"], old_sqlite, is_update=True),
+          Case("optimize", ["db", "optimize"], with_gaps),
           Case("repair", ["db", "check", "--repair"], out_of_order)]
 
 
