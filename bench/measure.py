@@ -55,14 +55,14 @@ def busy_seconds():
     return (user + nice + system + interrupts + soft + steal) / TICKS
 
 
-def once(command, cwd=None, stdin=None):
+def once(command, cwd=None, stdin=None, stderr=None):
     words = list(map(str, command))
     reader, writer = os.pipe()
     with open(stdin or os.devnull, "rb") as source:
         busy = busy_seconds()
         subprocess.run(
             [sys.executable, "-I", "-S", "-c", LAUNCHER, str(writer), *words],
-            cwd=cwd, stdin=source, stdout=subprocess.DEVNULL, pass_fds=[writer], check=True)
+            cwd=cwd, stdin=source, stdout=subprocess.DEVNULL, stderr=stderr, pass_fds=[writer], check=True)
         busy = busy_seconds() - busy
     os.close(writer)
     with os.fdopen(reader) as answer:
