@@ -25,14 +25,24 @@ namespace {
     return nullptr;
 }
 
+[[gnu::no_sanitize("vptr")]] std::vector<QPointer<QWidget>> visibleWindows() {
+    std::vector<QPointer<QWidget>> windows;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible())
+            windows.emplace_back(window);
+    }
+    return windows;
+}
+
+[[gnu::no_sanitize("vptr")]] const QWidget* windowBelow(const QWidget& window) {
+    return window.parentWidget() ? window.parentWidget()->window() : nullptr;
+}
+
 } // namespace
 
 InputBlock::InputBlock(QWidget* mainWindow)
-    : m_mainWindow(mainWindow) {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->isVisible())
-            m_before.emplace_back(window);
-    }
+    : m_mainWindow(mainWindow)
+    , m_before(visibleWindows()) {
     qApp->installEventFilter(this);
 }
 
@@ -105,8 +115,8 @@ bool InputBlock::isLaterBox(const QWidget& window) const {
     const bool isThere = std::ranges::any_of(m_before, [&](const auto& before) { return before == &window; });
     if (isThere)
         return false;
-    const QWidget* above = window.parentWidget();
-    return qobject_cast<const QDialog*>(&window) || (above && isLaterBox(*above->window()));
+    const QWidget* below = windowBelow(window);
+    return qobject_cast<const QDialog*>(&window) || (below && isLaterBox(*below));
 }
 
 bool InputBlock::drop(const QObject& watched, QEvent& event) {
