@@ -1,6 +1,7 @@
 #include "store/table_copy.h"
 
 #include "core/date_forms.h"
+#include "core/day_key.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
 #include "store/sqlite/statement.h"
@@ -26,6 +27,9 @@ QByteArray asText(const OldValue& value) {
 /// The date that a text means, in the one form; a text that is none as it stands.
 QByteArray asDay(const QByteArray& utf8, int yearNow) {
     const QString text = platform::fromUtf8(utf8);
+    // What nearly all are; a year below 1000 may mean another one.
+    if (core::isDayKey(text) && text[0] != u'0')
+        return utf8;
     const QString day = core::formatTextAsDate(text, u"yyyy/mm/dd", yearNow);
     return day == text ? utf8 : day.toUtf8();
 }
