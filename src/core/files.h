@@ -82,7 +82,7 @@ inline constexpr File kReplacedDiary = ofUser("diarymdb.replaced.bak");
 /// A copy of the diary for each day, "diary-yyyymmdd.mdb" (store/backup_names.h), and the one that is being made.
 inline constexpr File kBackups = ofUser("Backup");
 inline constexpr File kBackupInWork = ofUser("Backup/diary-backup.tmp");
-inline constexpr File kJetDiary = ofUser("diary_jet.mdb"); ///< as the older programs left it
+inline constexpr File kJetDiary = ofUser("diary_jet.mdb"); ///< as older programs left it; others end in "-2" and so on
 /// What an update works on: a copy of the diary, and the one that is to take its place.
 inline constexpr File kUpdatedDiary = ofUser("old.mdb");
 inline constexpr File kFreshDiary = ofUser("new.mdb");

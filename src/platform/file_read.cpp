@@ -114,7 +114,7 @@ std::optional<QByteArray> readEndIfThere(const QString& file, qint64 mostBytes) 
     return bytesOf(file, source, status, mostBytes);
 }
 
-bool haveSameBytes(const QString& left, const QString& right) {
+bool haveSameBytes(const QString& left, const QString& right, qint64 begin) {
     constexpr qint64 kPiece = 1 << 18;
     struct stat leftStatus;
     struct stat rightStatus;
@@ -122,6 +122,10 @@ bool haveSameBytes(const QString& left, const QString& right) {
     const Descriptor other = openRegularFile(right, kCantOpen, rightStatus);
     if (leftStatus.st_size != rightStatus.st_size)
         return false;
+    for (const auto& [file, source] : {std::pair(&left, &one), std::pair(&right, &other)}) {
+        if (::lseek(source->value(), begin, SEEK_SET) < 0)
+            refuseReading(*file, errno);
+    }
     for (;;) {
         const QByteArray piece = bytesOf(left, one, leftStatus, kPiece);
         if (piece != bytesOf(right, other, rightStatus, kPiece))

@@ -21,8 +21,9 @@ std::optional<QByteArray> readFileIfThere(const QString& file, qint64 mostBytes 
 /// The last `mostBytes` of the file, or all of a shorter one; nothing when there is no such file. Throws Failure.
 std::optional<QByteArray> readEndIfThere(const QString& file, qint64 mostBytes);
 
-/// Whether both files have the same bytes; neither is held in memory. Throws Failure when one can't be read.
-bool haveSameBytes(const QString& left, const QString& right);
+/// Whether both files have the same bytes, from `begin` on; neither is held in memory. Throws Failure when one can't be
+/// read.
+bool haveSameBytes(const QString& left, const QString& right, qint64 begin = 0);
 
 /// What somebody names to be read now, a pipe or the terminal too: waits for its end. Throws Failure.
 QByteArray readAnything(const QString& file);

@@ -164,6 +164,26 @@ void refuseCutOffPage(const QString& path) {
                       unchangedAndRestore());
 }
 
+void requireSoundDiary(const QString& path) {
+    requireDiaryFormat(path);
+    if (formatOf(path) == DatabaseFormat::Jet)
+        return refuseUnsoundJet(path);
+    refuseCutOffPage(path);
+    refuseUnsoundDiary(path);
+}
+
+bool holdSameDiary(const QString& left, const QString& right) {
+    constexpr qint64 kHeadEnd = 100;
+    constexpr std::pair<int, int> kCounters[] = {{24, 4}, {40, 4}, {92, 8}}; // changes, schema, who counted last
+    const auto headOf = [&](const QString& file) {
+        QByteArray head = platform::readFile(file, kHeadEnd);
+        for (const auto& [at, size] : kCounters)
+            head.replace(at, size, QByteArray(size, '\0'));
+        return head;
+    };
+    return headOf(left) == headOf(right) && platform::haveSameBytes(left, right, kHeadEnd);
+}
+
 platform::FileTurn turnAtBackups(const QString& folder) {
     return {core::files::kBackupLock.below(folder + u'/'), u"日記のバックアップは他のプログラムが使用中です。"_s};
 }
@@ -199,12 +219,7 @@ QString restoreDatabase(const QString& path, const QString& backup) {
         throw Failure(u"バックアップを復元できません。"_s, backup, u"今の日記そのものです"_s,
                       u"日記は変更されていません。別のファイルを指定してください。"_s);
     const NamedDatabase named(backup);
-    named.told([](const QString& file) {
-        if (formatOf(file) != DatabaseFormat::Sqlite)
-            refuseForeignFile(file);
-        refuseCutOffPage(file);
-        refuseUnsoundDiary(file);
-    });
+    named.told(requireSoundDiary);
     const platform::FileTurn turn = turnAtBackups(core::GetParentFolder(path));
     if (!QFileInfo::exists(path)) {
         copyDatabase(named.path(), path);

@@ -20,6 +20,13 @@ qint16 versionOfNamed(const QString& file);
 /// good backup. Nobody may read a backup who may not read the diary. Throws platform::Failure.
 void backUpDatabase(const QString& path, const QString& backup);
 
+/// Throws platform::Failure for a file that is no diary and for one that can't be read from its first row to its last,
+/// of either format.
+void requireSoundDiary(const QString& path);
+
+/// Whether the engine's copy of a diary and a file hold the same: all but the counters by which it knows its copies.
+bool holdSameDiary(const QString& left, const QString& right);
+
 /// Throws platform::Failure for an SQLite file that is shorter than it says: the engine would take what is missing for
 /// zeros.
 void refuseCutOffPage(const QString& path);

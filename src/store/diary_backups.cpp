@@ -130,7 +130,10 @@ private:
             --last;
         for (int copy = last; copy > 1; --copy) {
             const bool movesSpared = isSpared(file(copy - 1));
-            platform::moveFile(file(copy - 1), file(copy));
+            if (copy > 2)
+                platform::moveFile(file(copy - 1), file(copy));
+            else // its name is never without a copy of the day
+                platform::copyFile(file(1), file(2), platform::modeOf(file(1), 0600), platform::Durability::Durable);
             if (movesSpared)
                 m_spared = file(copy);
         }

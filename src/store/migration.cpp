@@ -9,6 +9,7 @@
 #include "store/database_file.h"
 #include "store/database_format.h"
 #include "store/database_update.h"
+#include "store/diary_backups.h"
 #include "store/disk_room.h"
 #include "store/jet_original.h"
 #include "store/updater.h"
@@ -51,8 +52,10 @@ void updateOldDiary(const core::Run& run, const std::function<void()>& addCustom
     run.desk.message(platform::MessageKind::Plain,
                      u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                      u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
-    if (isThere)
+    if (isThere) {
+        makeBackup(run);
         backUpDatabase(diary, core::files::kBackup.in(run.session));
+    }
     if (isJet)
         keepJetOriginal(run.session);
     const ShownUpdater window(run.desk);

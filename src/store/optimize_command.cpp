@@ -4,6 +4,7 @@
 #include "platform/failure.h"
 #include "store/database_file.h"
 #include "store/database_format.h"
+#include "store/diary_backups.h"
 #include "store/disk_room.h"
 #include "store/foreign_parts.h"
 #include "store/migration.h"
@@ -34,6 +35,7 @@ bool optimizeCommand(const core::Run& run) {
     const QString diary = run.session.databaseFile();
     refuseToLose(diary);
     requireRoomForUpdate(run.session);
+    makeBackup(run);
     backUpDatabase(diary, core::files::kBackup.in(run.session));
     const ShownUpdater window(run.desk);
     UpdateDatabase(run, core::kDatabaseVersion);
