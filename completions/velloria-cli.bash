@@ -40,7 +40,7 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log upload ping update db customize user" ;;
+    "") words="start entry genre site export import convert ini file log upload ping update db backup customize user" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
@@ -51,6 +51,7 @@ _velloria_cli() {
     "log") words="list add delete" ;;
     "update") words="check" ;;
     "db") words="version optimize check restore" ;;
+    "backup") words="list make restore" ;;
     "customize") words="list select import export" ;;
     "user") words="list add password delete path take" ;;
     "entry put") _velloria_cli_files -f; return ;;

@@ -32,7 +32,7 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db customize user'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db backup customize user'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
@@ -43,6 +43,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "log"' -a 'list add delete'
 complete -c velloria-cli -n '__velloria_cli_behind "update"' -a 'check'
 complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version optimize check restore'
+complete -c velloria-cli -n '__velloria_cli_behind "backup"' -a 'list make restore'
 complete -c velloria-cli -n '__velloria_cli_behind "customize"' -a 'list select import export'
 complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password delete path take'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F

@@ -42,7 +42,7 @@ const std::vector<Command>& allCommands() {
         for (const auto& part :
              {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(), importCommands(),
               convertCommands(), iniCommands(), fileCommands(), logCommands(), uploadCommands(), pingCommands(),
-              updateCommands(), databaseCommands(), customizeCommands(), userCommands()})
+              updateCommands(), databaseCommands(), backupCommands(), customizeCommands(), userCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

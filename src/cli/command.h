@@ -104,6 +104,7 @@ std::vector<Command> uploadCommands();
 std::vector<Command> pingCommands();
 std::vector<Command> updateCommands();
 std::vector<Command> databaseCommands();
+std::vector<Command> backupCommands();
 std::vector<Command> customizeCommands();
 std::vector<Command> userCommands();
 

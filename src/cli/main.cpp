@@ -92,7 +92,9 @@ void start(Invocation& invocation, Start needed) {
     const bool isUserAlone = needed == Start::User || needed == Start::FirstUser;
     const shell::StartResult result = isUserAlone ? startup.enter(home, login) : startup.run(home, login);
     if (result == shell::StartResult::Ended)
-        throw Refusal(u"起動を中止しました。"_s);
+        throw Refusal(startup.notice() + u"起動を中止しました。"_s);
+    if (!startup.notice().isEmpty())
+        reportReason(startup.notice());
     if (!invocation.global.day.isEmpty())
         invocation.session.EnterDay = invocation.global.day;
 }

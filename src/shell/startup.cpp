@@ -12,17 +12,17 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "platform/profile_file.h"
+#include "shell/backup_offer.h"
 #include "shell/data_folder.h"
 #include "shell/factory_files.h"
 #include "shell/plugins.h"
+#include "shell/settings_files.h"
 #include "shell/users.h"
 #include "store/database_file.h"
-#include "store/migration.h"
+#include "store/diary_backups.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>
-
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -34,29 +34,10 @@ using platform::fileExists;
 using platform::makeFolder;
 using platform::MessageKind;
 
-namespace {
-
-/// A settings file whose path the user's "diary.ini" keeps.
-struct KeptPath {
-    Setting setting;
-    QString Session::*path;
-    File standard; ///< where it lies until it is named
-};
-
-const std::array<KeptPath, 5> kKeptPaths{{
-    {keys::kCustomizeIni, &Session::CustIniFile, files::kCustomizeIni},
-    {keys::kFrameIni, &Session::FrameIniFile, files::kFrameIni},
-    {keys::kRssIni, &Session::RSSIniFile, files::kRssIni},
-    {keys::kHaloScanIni, &Session::HaloScanIniFile, files::kHaloScanIni},
-    {keys::kBlogIni, &Session::BlogIniFile, files::kBlogIni},
-}};
-
-} // namespace
-
 Startup::Startup(const Run& run)
-    : m_session(run.session)
-    , m_desk(run.desk)
-    , m_clock(run.clock) {}
+    : m_run(run)
+    , m_session(run.session)
+    , m_desk(run.desk) {}
 
 StartResult Startup::run(const QString& myPath, const std::optional<Login>& login) {
     return enter(myPath, login) == StartResult::Ended ? StartResult::Ended : prepare();
@@ -66,22 +47,25 @@ StartResult Startup::enter(const QString& myPath, const std::optional<Login>& lo
     m_session = Session();
     m_session.MyPath = withSeparator(myPath);
     m_session.CurrentVersion = kProgramVersion.joined();
-    if (resolveUser(login) == StartResult::Ended)
-        return StartResult::Ended;
     m_session.dbFileName = files::kDiary.name;
-    return StartResult::Ready;
+    return resolveUser(login);
 }
 
 StartResult Startup::prepare() {
+    const Offer offer = offerCopy(m_run);
+    m_notice = offer.reason;
+    if (offer.result == StartResult::Ended)
+        return StartResult::Ended;
     const platform::Hourglass hourglass(m_desk);
+    beginEmptyDiary();
     if (checkDataFolder() == StartResult::Ended)
         return StartResult::Ended;
     checkDatabase();
     makeWorkingFolders(m_session);
-    findSettingsFiles();
+    findSettingsFiles(m_session);
     m_session.FavoriteFolderPath =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/Favorites/"_s;
-    m_session.Today = dayKey(m_clock.now().date());
+    m_session.Today = dayKey(m_run.clock.now().date());
     m_session.EnterDay = m_session.Today;
     for (const PluginRow& plugin : plugins())
         m_session.*plugin.isThere = fileExists(plugin.file.in(m_session));
@@ -124,7 +108,9 @@ void Startup::resolveSingleUser() {
         m_session.DataPath = m_session.FilePath = m_session.UserPath;
         m_session.FileName = u""_s;
     }
-    copyFirstDiary();
+    // Whoever lost theirs is asked first what is to become of that.
+    if (!isDiaryLost(m_session))
+        copyFirstDiary();
 }
 
 /// Fresh settings take the user's folder as their data folder. The next start would not find it.
@@ -171,6 +157,14 @@ void Startup::copyFirstDiary() const {
         store::copyDatabase(factory().path(files::kFirstDiary.name), database);
 }
 
+/// The word of somebody who lost theirs and wants none of the copies.
+void Startup::beginEmptyDiary() const {
+    if (m_session.IsLogin || fileExists(m_session.databaseFile()))
+        return;
+    const platform::FolderLock lock(GetParentFolder(m_session.UserPath));
+    copyFirstDiary();
+}
+
 void Startup::readStoredPaths() {
     refuseUnreadableSettings(m_session.DiaryIniFile);
     const Settings settings(m_session);
@@ -199,35 +193,19 @@ StartResult Startup::checkDataFolder() {
 
 void Startup::checkDatabase() {
     m_session.dbFileName = GetFileName(existingPath(m_session.databaseFile()));
-    store::updateOldDiary({m_session, m_clock, m_desk}, [this] { addCustomizeFiles(); });
+    bringDiaryUpToDate(m_run);
+    backUpForToday();
 }
 
-/// Old versions had none.
-void Startup::addCustomizeFiles() {
-    makeCustomizeFolder(m_session);
-    SettingsChange defaults;
-    for (const KeptPath& file : kKeptPaths) {
-        if (file.path != &Session::RSSIniFile)
-            defaults.set(m_session, file.setting, file.standard.in(m_session));
+/// Behind the update, which makes a copy of its own before it begins: a diary that it made is the first one of which
+/// there can be a copy here. Nobody is kept from their diary by it.
+void Startup::backUpForToday() {
+    try {
+        store::makeBackupOfDay(m_run);
+    } catch (const platform::Failure& failure) {
+        m_notice = failure.line();
+        m_desk.notice(m_notice);
     }
-    defaults.writeQuietly();
-}
-
-void Startup::findSettingsFiles() {
-    SettingsChange defaults;
-    for (const KeptPath& file : kKeptPaths) {
-        QString path = Settings(m_session).text(file.setting);
-        // What is there and can't be read is not missing: the default does not take its place.
-        if (isAbsoluteFolder(path) && !QFileInfo(existingPath(path)).isDir())
-            refuseUnreadableSettings(path);
-        if (!isAbsoluteFolder(path) || !fileExists(path)) {
-            path = file.standard.in(m_session);
-            defaults.set(m_session, file.setting, path);
-            refuseUnreadableSettings(path);
-        }
-        m_session.*file.path = path;
-    }
-    defaults.writeQuietly();
 }
 
 } // namespace velloria::shell

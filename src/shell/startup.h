@@ -3,6 +3,7 @@
 
 #include "core/run.h"
 #include "shell/factory_files.h"
+#include "shell/start_result.h"
 
 #include <optional>
 
@@ -12,11 +13,6 @@ namespace velloria::shell {
 struct Login {
     QString id;
     QString password;
-};
-
-enum class StartResult {
-    Ready,
-    Ended, ///< the user cancelled, or a box has said why there is no going on
 };
 
 class Startup {
@@ -35,23 +31,28 @@ public:
     /// database refuses.
     StartResult prepare();
 
+    /// What went wrong on the way and kept nobody from their diary, or why the start has ended without a box that says
+    /// so; "" when nothing did. The former has been told as a notice, which windows that were not there could not show.
+    const QString& notice() const { return m_notice; }
+
 private:
     StartResult resolveUser(const std::optional<Login>& login);
     void resolveSingleUser();
     void requireStorableHome() const;
     bool copyFirstSettings() const;
     void copyFirstDiary() const;
+    void beginEmptyDiary() const;
     void readStoredPaths();
     StartResult checkDataFolder();
     void checkDatabase();
-    void addCustomizeFiles();
-    void findSettingsFiles();
+    void backUpForToday();
 
     FactoryFiles factory() const { return FactoryFiles(m_session); }
 
+    core::Run m_run;
     core::Session& m_session;
     platform::Desk& m_desk;
-    const platform::Clock& m_clock;
+    QString m_notice;
 };
 
 } // namespace velloria::shell

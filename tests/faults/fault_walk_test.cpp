@@ -8,6 +8,7 @@
 #include "exchange/clipboard_import.h"
 #include "registers/file_registration.h"
 #include "registers/log_registration.h"
+#include "shell/backup_commands.h"
 #include "site/customize_set_commands.h"
 #include "site/customize_sets.h"
 #include "site/site_home.h"
@@ -15,6 +16,7 @@
 #include "site/text_piece.h"
 #include "store/database_file.h"
 #include "store/database_repair.h"
+#include "store/diary_backups.h"
 #include "store/genre_list.h"
 #include "store/migration.h"
 #include "store/optimize_command.h"
@@ -48,6 +50,7 @@ struct Command {
     std::function<void()> run;
     QStringList quiet{}; ///< endings of files in which a change that is refused is passed over by rule
     Whole whole = Whole::Command;
+    QStringList halves{}; ///< endings of files that a command which is broken off leaves beside what it works on
 };
 
 /// A copy of whoever broke off: the next command takes these away or, the journal, back.
@@ -259,13 +262,14 @@ void FaultWalk::expectWhole(const State& now, const Command& command, bool isCom
     QStringList names = now.files.keys() + m_before.files.keys() + m_after.files.keys();
     names.removeDuplicates();
     for (const QString& name : names) {
-        if ((isLeftover(name) && mayLeaveHalves) || (isWorkingFile(name) && !isComplete) || name.endsWith(u".lock"_s))
+        const auto ends = [&](const QString& ending) { return name.endsWith(ending); };
+        const bool isHalf = isLeftover(name) || std::any_of(command.halves.begin(), command.halves.end(), ends);
+        if ((isHalf && mayLeaveHalves) || (isWorkingFile(name) && !isComplete) || name.endsWith(u".lock"_s))
             continue;
         const auto of = [&](const State& state) {
             return state.files.contains(name) ? std::optional(state.files[name]) : std::nullopt;
         };
-        const bool isQuiet = std::any_of(command.quiet.begin(), command.quiet.end(),
-                                         [&](const QString& ending) { return name.endsWith(ending); });
+        const bool isQuiet = std::any_of(command.quiet.begin(), command.quiet.end(), ends);
         const bool isList = isByLine && !isComplete && name.endsWith(u".tmp"_s);
         EXPECT_TRUE(isWhole(of(now), of(m_before), of(m_after), !isComplete || isQuiet) ||
                     (isList && hasLinesOf(now.files[name], listsOf(m_before.files), listsOf(m_after.files))))
@@ -297,6 +301,27 @@ TEST_F(FaultWalk, ImportingFromTheClipboard) {
           },
           {},
           Whole::Line});
+}
+
+TEST_F(FaultWalk, TheCopyOfADay) {
+    walk({[this] { store::makeBackup(run); }, {}, Whole::Command, {u"/diary-backup.tmp"_s}});
+}
+
+TEST_F(FaultWalk, AnotherCopyOfADay) {
+    store::makeBackup(run);
+    write(u"2004/05/06"_s, u"fourth"_s);
+    walk({[this] { store::makeBackup(run); }, {}, Whole::Command, {u"/diary-backup.tmp"_s}});
+}
+
+TEST_F(FaultWalk, RestoringACopy) {
+    store::makeBackup(run);
+    setNow(u"2004/05/07 08:00:00"_s);
+    write(u"2004/05/06"_s, u"fourth"_s);
+    desk.answers = {u"yes"_s};
+    walk({[this] { shell::restoreBackupCommand(run, u"diary-20040506.mdb"_s); },
+          {u"/diary-20040507.mdb"_s},
+          Whole::Command,
+          {u"/diary-backup.tmp"_s, u"/diarymdb.replaced.bak"_s}});
 }
 
 TEST_F(FaultWalk, SaveHtml) {

@@ -145,6 +145,7 @@ COMMANDS = [
     WritingCommand("user path", user_command("user", "path", "moved{0}", "{root}/as{0}", login="kept", answers=("old",)),
                    account("Path", "moved{0}", "{root}/as{0}/")),
     WritingCommand("user take", user_command("user", "take", "u{0}", login="kept", answers=("old",)), has_taken),
+    WritingCommand("backup", lambda t, v: ["backup", "make"], has_file("home/UserData/Backup/diary-20040229.mdb")),
     WritingCommand("select set", lambda t, v: ["customize", "select", f"set{v}"],
                    lambda t, v: re.search(r"/set[01]\.ini$", t.ini("diary.ini", "Customize", "IniFileName").strip())),
     WritingCommand("import set", lambda t, v: ["customize", "import", t.inputs + f"/look{v}.cst"],

@@ -1,8 +1,8 @@
 #include "cli/command.h"
 #include "cli/streams.h"
 #include "core/files.h"
-#include "core/path_names.h"
 #include "platform/directory.h"
+#include "shell/backup_commands.h"
 #include "store/database_check.h"
 #include "store/database_file.h"
 #include "store/database_repair.h"
@@ -60,10 +60,7 @@ void restore(Invocation& invocation) {
     const QString backup = invocation.arguments.isEmpty()
                                ? platform::existingPath(core::files::kBackup.in(invocation.session))
                                : invocation.argument(0);
-    const QString kept = store::restoreDatabase(platform::existingPath(invocation.session.databaseFile()), backup);
-    const QString told = core::GetFileName(backup) + u"を復元しました。"_s;
-    invocation.desk.status(
-        kept.isEmpty() ? told : told + u"今までの日記は「%1」に残しました。"_s.arg(core::GetFileName(kept)));
+    const QString kept = shell::restoreFile(invocation, backup).kept;
     invocation.print(QJsonObject{{u"kept"_s, kept.isEmpty() ? QJsonValue() : QJsonValue(kept)}},
                      kept.isEmpty() ? std::vector<QStringList>{} : std::vector<QStringList>{{kept}});
 }

@@ -1,0 +1,26 @@
+// A diary that is missing or empty while a copy of it has entries: nobody begins anew without knowing.
+#pragma once
+
+#include "core/run.h"
+#include "shell/start_result.h"
+
+#include <QString>
+
+namespace velloria::shell {
+
+/// Whether a start has something to offer in the place of a missing diary. Throws platform::Failure for a link that
+/// leads nowhere.
+bool isDiaryLost(const core::Session& session);
+
+/// How it ended; `reason` for somebody who was not there to answer.
+struct Offer {
+    StartResult result = StartResult::Ready;
+    QString reason = {};
+};
+
+/// Offers the newest sound copy with entries when the diary is missing, or has none. Yes puts it in the diary's place.
+/// A No goes on with a diary that is there; without one it needs a second word, and Ended means that nothing was made.
+/// Asks nothing where there is no such copy. Throws platform::Failure.
+Offer offerCopy(const core::Run& run);
+
+} // namespace velloria::shell
