@@ -159,6 +159,29 @@ void OpenDay::daysChanged(const QStringList& days) {
     show(std::max(count, 1), number, rowOf(picture.entries, number), picture.isInOtherYears);
 }
 
+bool OpenDay::replaceDiary(const std::function<bool()>& replace) {
+    const bool isDropped = m_view && settleChanges();
+    bool isReplaced = false;
+    try {
+        isReplaced = replace();
+    } catch (...) {
+        m_isDirty = m_isDirty || isDropped;
+        throw;
+    }
+    if (!isReplaced) {
+        m_isDirty = m_isDirty || isDropped;
+        return false;
+    }
+    if (isDropped && m_edited.keepDropped(fields(m_edited.number())))
+        m_run.desk.notice(u"保存されなかった内容は控え「rescue.jsonl」に残しました。"_s);
+    Q_EMIT diaryChanged();
+    store::addGenres(m_run, diary().ListGenres());
+    readGenres();
+    if (m_isOpen)
+        openDay(m_run.session.EnterDay);
+    return true;
+}
+
 store::Entry OpenDay::fields(int number) const {
     store::Entry entry = m_view->fields();
     entry.day = m_run.session.EnterDay;

@@ -81,6 +81,11 @@ public:
     /// anew; one with such changes stays, and the first status panel says so.
     void daysChanged(const QStringList& days);
 
+    /// Lets `replace` put another diary in the place of this one, of which it tells whether it has. Unsaved changes are
+    /// asked about before, and those of a No kept in the rescue file. The open day is read anew; genres that the list
+    /// lacks are added to it. What `replace` throws leaves the entry as it is, unsaved.
+    bool replaceDiary(const std::function<bool()>& replace);
+
     /// The typed text is another one.
     void edited();
     /// The same by an undo, which makes no entry a changed one.

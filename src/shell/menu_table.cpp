@@ -58,6 +58,7 @@ constexpr MenuRow kRows[] = {
     {1, "MnuMinus11"_L1, u"", u""},
     {1, "MnuVellInfo"_L1, u"Show Diary Information", u"日記情報表示"},
     {1, "MnuOptimize"_L1, u"&Optimize Database", u"データベースの最適化(&O)"},
+    {1, "MnuBackups"_L1, u"Diary &Backups ...", u"日記のバックアップ..."},
     {1, "MnuReConstructionGenre"_L1, u"ReConstruction Genre", u"ジャンルの再構成"},
     {1, "MnuOptionInternalBrowser"_L1, u"Flush History", u"各種履歴の削除"},
     {2, "MnuRefreshURLHist"_L1, u"Refresh &URL History", u"&URL履歴の削除"},

@@ -12,6 +12,7 @@
 #include "exchange/forms/frmExportCust.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
+#include "shell/forms/frmBackups.h"
 #include "shell/forms/frmOptions.h"
 #include "shell/forms/frmUserManager.h"
 #include "site/forms/frmCustomize.h"
@@ -41,9 +42,9 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
                editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, exchange::frmExportCust,
-               registers::frmResistFiles, registers::frmResistLogs, shell::frmOptions, shell::frmUserManager,
-               site::frmCustomize, site::frmCustomizeSelection, site::frmFind, site::frmSaveLog, site::frmSetting>(
-        context, look);
+               registers::frmResistFiles, registers::frmResistLogs, shell::frmBackups, shell::frmOptions,
+               shell::frmUserManager, site::frmCustomize, site::frmCustomizeSelection, site::frmFind, site::frmSaveLog,
+               site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

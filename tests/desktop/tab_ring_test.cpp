@@ -8,6 +8,7 @@
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmAbout.h"
+#include "shell/forms/frmBackups.h"
 #include "shell/forms/frmLogin.h"
 #include "shell/forms/frmOptions.h"
 #include "shell/forms/frmPassword.h"
@@ -254,6 +255,10 @@ TEST_F(TabRing, OfThePasswordWindow) {
             stops.removeOne(u"txtNewPassword"_s);
         expectRing(window, stops);
     }
+}
+
+TEST_F(TabRing, OfTheBackups) {
+    expectRingOf<shell::frmBackups>({u"BackupList"_s, u"Btn_Make"_s, u"Btn_Restore"_s, u"BtnClose"_s});
 }
 
 TEST_F(TabRing, OfTheUserManager) {

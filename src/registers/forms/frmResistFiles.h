@@ -22,13 +22,14 @@ public:
 
     /// Reads the register anew. Throws platform::Failure.
     void fillList();
+    /// Reads the entries to choose from anew. Throws platform::Failure.
+    void fillDays();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void fillDays();
     void BtnOpenFolder_Click();
     void BtnResist_Click();
     void BtnDelete_Click();

@@ -23,8 +23,10 @@ public:
     explicit frmResistLogs(desktop::Context& context);
     ~frmResistLogs() override;
 
-private:
+    /// Reads the register anew. Throws platform::Failure.
     void fillList();
+
+private:
     bool checkYear();
     void complain(const QString& problem, QWidget& box);
     void BtnOpenFolder_Click();

@@ -81,8 +81,9 @@ void showOptionalParts(const desktop::Context& context, const MDIFormTop& top) {
 }
 
 /// The part of the start that has windows, after the session's: the main window, the calendar, the arrangement, what
-/// the optional files beside the program switch on and off. A failure on the way is told and the rest goes on.
-void completeStart(desktop::Context& context) {
+/// the optional files beside the program switch on and off. A failure on the way is told and the rest goes on. What the
+/// part without windows had to say, `notice`, is still there at the end.
+void completeStart(desktop::Context& context, const QString& notice) {
     const core::Session& session = context.session;
     platform::Desk& desk = context.desk;
     auto& top = context.windows.get<MDIFormTop>();
@@ -113,8 +114,13 @@ void completeStart(desktop::Context& context) {
     desk.pointer(platform::Pointer::Default);
     top.SetMenuBarString();
     showOptionalParts(context, top);
+    QStringList notices;
+    if (!notice.isEmpty())
+        notices += notice;
     if (context.windows.get<editor::frmContents>().day().hasDraft())
-        desk.notice(u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s);
+        notices += u"保存されていない下書きがあります。「日記」メニューの「下書きを復元」で復元できます。"_s;
+    if (!notices.isEmpty())
+        desk.notice(notices.join(u'　'));
 }
 
 } // namespace
@@ -137,7 +143,7 @@ StartResult startDesktop(desktop::Context& context, const QString& home) {
     });
     if (startup.prepare() == StartResult::Ended)
         return StartResult::Ended;
-    completeStart(context);
+    completeStart(context, startup.notice());
     return StartResult::Ready;
 }
 

@@ -3,6 +3,7 @@
 #include "core/files.h"
 #include "platform/plugin.h"
 #include "shell/diary_information.h"
+#include "shell/forms/frmBackups.h"
 #include "shell/forms/frmUserManager.h"
 #include "shell/memo.h"
 #include "shell/plugins.h"
@@ -33,6 +34,7 @@ void optimize(desktop::Context& context) {
 desktop::MenuCommands toolCommands(desktop::Context& context) {
     desktop::MenuCommands commands{
         {"mnuVellMemo"_L1, {}, [&context] { memoCommand(context); }},
+        {"MnuBackups"_L1, {}, [&context] { context.windows.get<frmBackups>().showWindow(); }},
         {"MnuUserManager"_L1, {}, [&context] { context.windows.get<frmUserManager>().showWindow(); }},
         {"MnuVellInfo"_L1, {}, [&context] { diaryInformationCommand(context); }},
         {"MnuOptimize"_L1, {}, [&context] { optimize(context); }},
