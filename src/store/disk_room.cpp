@@ -30,7 +30,8 @@ void requireRoomForUpdate(const core::Session& session) {
     const qint64 size = QFileInfo(diary).size();
     const bool isJet = formatOf(diary) == DatabaseFormat::Jet;
     // A Japanese character has two bytes there and three in UTF-8.
-    const qint64 newSize = isJet ? size + size / 2 : size;
+    constexpr qint64 kTemplate = 1 << 18; // its tables, what an older diary lacks, and the engine's journal
+    const qint64 newSize = (isJet ? size + size / 2 : size) + kTemplate;
     // "diarymdb.bak", the day's copy in "Backup", "old.mdb" and, as it came, an old file.
     const qint64 copies = isJet ? 4 : 3;
     const QStorageInfo disk(session.UserPath);

@@ -592,7 +592,7 @@ TEST_F(StartMigration, WithJustEnoughRoomComesThrough) {
     fillOld(100);
     sqlOn(file(), u"INSERT INTO Contents (Day, Contents) VALUES ('2001/01/01', hex(zeroblob(2000000)))"_s);
     FaultyDisk disk(home.path());
-    disk.leaveRoom(QFileInfo(file()).size() * 4 + 4096);
+    disk.leaveRoom(QFileInfo(file()).size() * 4 + (1 << 18) + 4096);
     EXPECT_EQ(updateAtStart(), QString());
     EXPECT_FALSE(disk.hasFailed());
 }
