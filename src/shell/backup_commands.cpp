@@ -52,6 +52,19 @@ bool isSound(const QString& diary) {
     }
 }
 
+/// Whether the kept diary is gone because the backup holds the same. What came in between of another program is in the
+/// kept one alone. The restoring is done: a disk that fails now leaves one file too many.
+bool isRemoved(const QString& kept, const QString& backup) {
+    try {
+        if (!store::holdSameDiary(kept, backup))
+            return false;
+        platform::removeFile(kept);
+        return true;
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
 /// A restored diary of an older version is brought up to date as a start does it, by the next start where this one has
 /// no data folder yet.
 Restoration settle(const core::Run& run, const QString& name, const QString& kept) {
@@ -103,11 +116,8 @@ Restoration restoreBackupCommand(const core::Run& run, const QString& name) {
     const QString diary = platform::existingPath(run.session.databaseFile());
     const QString made = isSound(diary) ? store::makeBackup(run, copy.file) : QString();
     QString kept = store::restoreDatabase(diary, copy.file);
-    // What came in between of another program is in the kept one alone.
-    if (!kept.isEmpty() && !made.isEmpty() && store::holdSameDiary(kept, made)) {
-        platform::removeFile(kept);
+    if (!kept.isEmpty() && !made.isEmpty() && isRemoved(kept, made))
         kept = made;
-    }
     return settle(run, name, kept);
 }
 

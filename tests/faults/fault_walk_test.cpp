@@ -50,7 +50,7 @@ struct Command {
     std::function<void()> run;
     QStringList quiet{}; ///< endings of files in which a change that is refused is passed over by rule
     Whole whole = Whole::Command;
-    QStringList halves{}; ///< endings of files that a command which is broken off leaves beside what it works on
+    QStringList extra{}; ///< endings of whole files that may stay besides when something fails
 };
 
 /// A copy of whoever broke off: the next command takes these away or, the journal, back.
@@ -263,8 +263,9 @@ void FaultWalk::expectWhole(const State& now, const Command& command, bool isCom
     names.removeDuplicates();
     for (const QString& name : names) {
         const auto ends = [&](const QString& ending) { return name.endsWith(ending); };
-        const bool isHalf = isLeftover(name) || std::any_of(command.halves.begin(), command.halves.end(), ends);
-        if ((isHalf && mayLeaveHalves) || (isWorkingFile(name) && !isComplete) || name.endsWith(u".lock"_s))
+        const bool isExtra = std::any_of(command.extra.begin(), command.extra.end(), ends);
+        if ((isLeftover(name) && mayLeaveHalves) || isExtra || (isWorkingFile(name) && !isComplete) ||
+            name.endsWith(u".lock"_s))
             continue;
         const auto of = [&](const State& state) {
             return state.files.contains(name) ? std::optional(state.files[name]) : std::nullopt;
@@ -304,13 +305,13 @@ TEST_F(FaultWalk, ImportingFromTheClipboard) {
 }
 
 TEST_F(FaultWalk, TheCopyOfADay) {
-    walk({[this] { store::makeBackup(run); }, {}, Whole::Command, {u"/diary-backup.tmp"_s}});
+    walk({[this] { store::makeBackup(run); }});
 }
 
 TEST_F(FaultWalk, AnotherCopyOfADay) {
     store::makeBackup(run);
     write(u"2004/05/06"_s, u"fourth"_s);
-    walk({[this] { store::makeBackup(run); }, {}, Whole::Command, {u"/diary-backup.tmp"_s}});
+    walk({[this] { store::makeBackup(run); }});
 }
 
 TEST_F(FaultWalk, RestoringACopy) {
@@ -321,7 +322,7 @@ TEST_F(FaultWalk, RestoringACopy) {
     walk({[this] { shell::restoreBackupCommand(run, u"diary-20040506.mdb"_s); },
           {u"/diary-20040507.mdb"_s},
           Whole::Command,
-          {u"/diary-backup.tmp"_s, u"/diarymdb.replaced.bak"_s}});
+          {u"/diarymdb.replaced.bak"_s}});
 }
 
 TEST_F(FaultWalk, SaveHtml) {
