@@ -32,6 +32,8 @@ frmBackups::frmBackups(desktop::Context& context)
     : ToolWindow(context, u"frmBackups"_s, Blocks::Nothing)
     , ui(std::make_unique<Ui::frmBackups>()) {
     ui->setupUi(this);
+    ui->BackupList->header()->setStretchLastSection(false);
+    ui->BackupList->header()->setSectionResizeMode(kTitle, QHeaderView::Stretch);
     fillList();
     connect(ui->Btn_Make, &QPushButton::clicked, this, [this] { run([this] { Btn_Make_Click(); }); });
     connect(ui->Btn_Restore, &QPushButton::clicked, this, [this] { run([this] { Btn_Restore_Click(); }); });
