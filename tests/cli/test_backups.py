@@ -2,12 +2,13 @@
 
 import os
 import pty
+import shutil
 import subprocess
 import unittest
 
 from home import CliTest, entry, read, snapshot, write
 
-DAY = "2004/02/29 12:34:56"
+SAMPLES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "jet")
 NEXT = "2004/03/01 00:00:01"
 
 
@@ -75,6 +76,19 @@ class Copies(BackupTest):
         self.must("--yes", "backup", "restore", "diary-20040229.mdb")
         self.assertEqual(self.titles(), ["old"])
         self.assertEqual(read(self.data + "diarymdb.replaced.bak"), b"damaged")
+
+    def test_an_old_diary_is_restored_and_brought_up_to_date(self):
+        for name in ("v150.mdb", "damaged-cut-half-odd.mdb"):
+            shutil.copy(os.path.join(SAMPLES, name), self.data + f"diary_jet-{name[0]}.mdb")
+        rows = {row["Name"]: row for row in self.must("--json", "backup", "list").json}
+        self.assertEqual(rows["diary_jet-v.mdb"]["Entries"], 51)
+        self.assertIsNotNone(rows["diary_jet-d.mdb"]["Problem"])
+        self.refused("--yes", "backup", "restore", "diary_jet-d.mdb")
+        self.must("--yes", "backup", "restore", "diary_jet-v.mdb")
+        self.assertEqual(self.must("db", "version").text, "220\n")
+        self.assertEqual(len(self.titles()), 51)
+        self.must("--yes", "backup", "restore", "diary-20040229.mdb")
+        self.assertEqual(sorted(self.titles()), ["new", "old"])
 
     def test_a_normal_day_reads_nothing_of_the_backups(self):
         write(self.folder + "diary-20040229.mdb", "who reads this as a diary fails")
