@@ -86,19 +86,29 @@ std::unique_ptr<Connection> lockedIfSound(const QString& database) {
     }
 }
 
+[[noreturn]] void refuseUnknownVersion(const QString& path, const QString& reason) {
+    throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, reason, unchangedAndRestore());
+}
+
+/// A version that was lost is none of the oldest: what came with the later ones would be left behind.
 qint64 versionOfSqlite(const QString& path) {
     refuseCutOffPage(path);
     const Connection connection(path, Access::ReadOnly);
     if (!hasTable(connection, u"DBInfo"_s)) {
         if (hasPart(connection, u"view"_s, u"DBInfo"_s))
-            throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, u"「DBInfo」がビューです"_s,
-                          unchangedAndRestore());
+            refuseUnknownVersion(path, u"「DBInfo」がビューです"_s);
         if (!hasTable(connection, u"Contents"_s))
             refuseForeignFile(path);
         return 0;
     }
     Statement rows(connection, "SELECT VersionInfo FROM DBInfo ORDER BY rowid");
-    return rows.next() ? rows.integer64(0) : 0;
+    if (!rows.next())
+        refuseUnknownVersion(path, u"「DBInfo」に行がありません"_s);
+    const OldValue value = rows.value(0);
+    const auto* number = std::get_if<qint64>(&value);
+    if (!number)
+        refuseUnknownVersion(path, u"「VersionInfo」が数ではありません"_s);
+    return *number;
 }
 
 } // namespace
@@ -112,8 +122,7 @@ qint16 GetDBVersion(const QString& path) {
         refuseForeignFile(path);
     const qint64 version = format == DatabaseFormat::Jet ? JetDiary(path).version() : versionOfSqlite(path);
     if (version != qint16(version))
-        throw Failure(u"日記データベースのバージョンを読み取れません。"_s, path, QString::number(version),
-                      unchangedAndRestore());
+        refuseUnknownVersion(path, QString::number(version));
     return qint16(version);
 }
 

@@ -72,6 +72,17 @@ TEST_F(DatabaseFile, AVersionBeyondSixteenBitsIsNoSmallerOne) {
 }
 
 TEST_F(DatabaseFile, ThatIsNoDiaryHasNoVersionAndStaysAsItIs) {
+TEST_F(DatabaseFile, AVersionThatWasLostIsNotZero) {
+    sql(u"DROP TABLE DBInfo"_s);
+    sql(u"CREATE TABLE DBInfo (VersionInfo)"_s);
+    EXPECT_TRUE(failureOf([&] { GetDBVersion(file()); }).contains(u"「DBInfo」に行がありません"_s));
+    for (const QString& value : {u"NULL"_s, u"'x'"_s}) {
+        sql(u"DELETE FROM DBInfo"_s);
+        sql(u"INSERT INTO DBInfo VALUES (%1)"_s.arg(value));
+        EXPECT_TRUE(failureOf([&] { GetDBVersion(file()); }).contains(u"「VersionInfo」が数ではありません"_s));
+    }
+}
+
     for (const QByteArray& bytes : noDiaries()) {
         writeFile(path(u"x.mdb"_s), bytes);
         EXPECT_TRUE(failureOf([&] { GetDBVersion(path(u"x.mdb"_s)); }).contains(path(u"x.mdb"_s))) << bytes.size();
