@@ -213,8 +213,12 @@ void backUpDatabase(const QString& path, const QString& backup) {
         refuseUnsoundJet(path);
     const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
+    platform::requireReplaceable(backup);
+    // A run that failed behind this has moved them already: with each one more they would all become the same.
+    const bool haveMoved = QFileInfo::exists(backup) && QFileInfo::exists(olderBackup(1)) &&
+                           platform::haveSameBytes(backup, olderBackup(1));
     for (int age = 3; age >= 1; --age) {
-        if (const QString newer = olderBackup(age - 1); QFileInfo::exists(newer))
+        if (const QString newer = olderBackup(age - 1); !haveMoved && QFileInfo::exists(newer))
             platform::copyFile(newer, olderBackup(age), mode);
         platform::limitMode(olderBackup(age), mode);
     }

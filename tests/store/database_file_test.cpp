@@ -5,6 +5,7 @@
 #include "store/diary_home.h"
 #include "store/sqlite/statement.h"
 #include "support/disk_watch.h"
+#include "support/faulty_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -71,7 +72,6 @@ TEST_F(DatabaseFile, AVersionBeyondSixteenBitsIsNoSmallerOne) {
     }
 }
 
-TEST_F(DatabaseFile, ThatIsNoDiaryHasNoVersionAndStaysAsItIs) {
 TEST_F(DatabaseFile, AVersionThatWasLostIsNotZero) {
     sql(u"DROP TABLE DBInfo"_s);
     sql(u"CREATE TABLE DBInfo (VersionInfo)"_s);
@@ -83,6 +83,7 @@ TEST_F(DatabaseFile, AVersionThatWasLostIsNotZero) {
     }
 }
 
+TEST_F(DatabaseFile, ThatIsNoDiaryHasNoVersionAndStaysAsItIs) {
     for (const QByteArray& bytes : noDiaries()) {
         writeFile(path(u"x.mdb"_s), bytes);
         EXPECT_TRUE(failureOf([&] { GetDBVersion(path(u"x.mdb"_s)); }).contains(path(u"x.mdb"_s))) << bytes.size();
@@ -167,6 +168,31 @@ TEST_F(DatabaseFile, BackedUpAgainUnchangedKeepsTheOlderBackups) {
     EXPECT_TRUE(bytesOf(backup()) == bytesOf(file()));
     EXPECT_TRUE(bytesOf(backup() + u".1"_s) == older);
     EXPECT_EQ(names().filter(u"bak"_s), (QStringList{u"diarymdb.bak"_s, u"diarymdb.bak.1"_s}));
+}
+
+TEST_F(DatabaseFile, ThatCanNotBeBackedUpKeepsTheOlderBackupsApart) {
+    QStringList older;
+    for (int i = 3; i >= 1; --i) {
+        older += QString::number(i);
+        writeFile(u"%1.%2"_s.arg(backup()).arg(i), older.last().toUtf8());
+    }
+    const auto backups = [this] {
+        QStringList states;
+        for (const QString& name : names().filter(u"bak"_s))
+            states += QString::fromUtf8(bytesOf(session.UserPath + name));
+        return states;
+    };
+    writeFile(backup(), "0");
+    QFile::setPermissions(backup(), QFile::ReadOwner);
+    EXPECT_TRUE(failureOf([&] { backUpDatabase(file(), backup()); }).contains(backup()));
+    EXPECT_EQ(backups(), (QStringList{u"0"_s, u"1"_s, u"2"_s, u"3"_s}));
+    QFile::setPermissions(backup(), QFile::ReadOwner | QFile::WriteOwner);
+    FaultyDisk disk(session.UserPath);
+    disk.leaveRoom(QFileInfo(file()).size() / 2);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(failureOf([&] { backUpDatabase(file(), backup()); }).contains(backup()));
+        EXPECT_EQ(backups(), (QStringList{u"0"_s, u"0"_s, u"1"_s, u"2"_s})) << i;
+    }
 }
 
 TEST_F(DatabaseFile, BackedUpByTwoProgramsAtOnceLosesNoOlderBackup) {
