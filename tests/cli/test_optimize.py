@@ -55,6 +55,7 @@ class OptimizeTest(CliTest):
         self.assert_sound()
 
     def test_no_leaves_everything(self):
+        self.must("start")
         before = snapshot(self.root)
         for answers in (["no"], []):
             result = self.optimize(*answers)
@@ -98,7 +99,7 @@ class OptimizeTest(CliTest):
         self.assertEqual((result.out, result.error_lines), (b"", DONE.removeprefix("plain: ").split("\r\n")), result)
 
     def test_any_command_updates_an_old_diary_first(self):
-        shutil.copy(os.path.join(SAMPLES, "v150.mdb"), self.database)
+        shutil.copyfile(os.path.join(SAMPLES, "v150.mdb"), self.database)
         result = self.run_cli("--events", "--json", "entry", "list")
         self.assertEqual((result.code, result.boxes), (0, [UPDATE, UPDATED]), result)
         self.assertEqual(self.must("db", "version").text, "220\n")
@@ -106,9 +107,15 @@ class OptimizeTest(CliTest):
         self.assertEqual(self.run_cli("--events", "--json", "entry", "list").boxes, [])
         self.assertTrue(result.json)
 
+    def test_an_old_diary_is_updated_ahead_of_the_question(self):
+        shutil.copyfile(os.path.join(SAMPLES, "v110.mdb"), self.database)
+        result = self.optimize("yes")
+        self.assertEqual((result.code, result.boxes), (0, [UPDATE, UPDATED, QUESTION, DONE]), result)
+        self.assertEqual(read(self.data + "diary_jet.mdb"), read(os.path.join(SAMPLES, "v110.mdb")))
+
     def test_a_damaged_old_diary_stays_as_it_is(self):
         damaged = os.path.join(SAMPLES, "damaged-cut-half-odd.mdb")
-        shutil.copy(damaged, self.database)
+        shutil.copyfile(damaged, self.database)
         result = self.run_cli("--events", "entry", "list")
         self.assertEqual((result.code, result.out), (1, b""), result)
         self.assertNotIn(UPDATED, result.boxes)

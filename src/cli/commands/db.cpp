@@ -83,7 +83,7 @@ std::vector<Command> databaseCommands() {
          0,
          {},
          u"日記データベースのファイルを小さくする (今までのものは diarymdb.bak に残す)"_s,
-         Start::User,
+         Start::Needed,
          optimize},
         {u"db check"_s,
          u"[--repair]"_s,
