@@ -29,9 +29,17 @@ std::pair<qint64, QDateTime> stateOf(const QString& file) {
     return {info.size(), info.lastModified()};
 }
 
+/// A link in its place goes first: the journals at its end belong to somebody else.
 void removeDatabase(const QString& file) {
-    removeJournals(file);
     platform::removeFile(file);
+    removeJournals(file);
+}
+
+/// In an older form the next start would take the copied rows for older ones, and what is theirs for missing.
+void requirePresentForm(const QString& file) {
+    if (formatOf(file) != DatabaseFormat::Sqlite || GetDBVersion(file) < core::kDatabaseVersion)
+        throw Failure(u"新しい日記のもとになるファイルが今の形式ではありません。"_s, file, {},
+                      u"Velloriaをインストールし直してください。"_s);
 }
 
 } // namespace
@@ -101,7 +109,9 @@ void DatabaseUpdate::makeWorkingFiles() {
     else
         platform::copyFile(m_diary, m_old, mode);
     removeDatabase(m_new);
-    copyDatabase(platform::existingPath(core::files::kFirstDiary.in(m_run.session)), m_new, mode);
+    const QString fresh = platform::existingPath(core::files::kFirstDiary.in(m_run.session));
+    requirePresentForm(fresh);
+    copyDatabase(fresh, m_new, mode);
 }
 
 void DatabaseUpdate::copyAll() {

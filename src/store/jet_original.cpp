@@ -15,7 +15,7 @@ void keepJetOriginal(const core::Session& session) {
     QString kept = core::files::kJetDiary.in(session);
     const QString base = core::GetBaseName(kept);
     for (int i = 2; QFileInfo::exists(kept) || QFileInfo(kept).isSymLink(); ++i) {
-        if (QFileInfo::exists(kept) && platform::haveSameBytes(kept, diary))
+        if (QFileInfo(kept).isFile() && platform::haveSameBytes(kept, diary))
             return;
         kept = base + u"-%1.mdb"_s.arg(i);
     }

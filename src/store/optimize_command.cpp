@@ -7,6 +7,7 @@
 #include "store/diary_backups.h"
 #include "store/disk_room.h"
 #include "store/foreign_parts.h"
+#include "store/jet_original.h"
 #include "store/migration.h"
 #include "store/updater.h"
 
@@ -37,6 +38,8 @@ bool optimizeCommand(const core::Run& run) {
     requireRoomForUpdate(run.session);
     makeBackup(run);
     backUpDatabase(diary, core::files::kBackup.in(run.session));
+    if (formatOf(diary) == DatabaseFormat::Jet) // put there since the start
+        keepJetOriginal(run.session);
     const ShownUpdater window(run.desk);
     UpdateDatabase(run, core::kDatabaseVersion);
     run.desk.message(platform::MessageKind::Plain, u"diary.mdbの最適化は完了しました。\r\n"_s

@@ -333,6 +333,20 @@ TEST_F(Migration, RemovesWhatABrokenOffRunHasLeft) {
     EXPECT_EQ(rows(kAllContents), contentsFrom(210));
 }
 
+TEST_F(Migration, LeavesTheJournalOfWhatALinkInItsWayLeadsTo) {
+    const QString other = path(u"other.mdb"_s);
+    for (const QString& link : {old(), fresh()}) {
+        fillOld(210);
+        ASSERT_TRUE(QFile::copy(file(), other));
+        writeFile(other + u"-journal"_s, "journal");
+        ASSERT_TRUE(QFile::link(other, link));
+        update(210);
+        EXPECT_EQ(bytesOf(other + u"-journal"_s), "journal") << link.toStdString();
+        EXPECT_EQ(rows(kAllContents), contentsFrom(210));
+        ASSERT_TRUE(QFile::remove(other));
+    }
+}
+
 TEST_F(Migration, RollsBackWhatAKilledProgramLeft) {
     write(kDay, u"a"_s);
     tear(file());
@@ -458,6 +472,18 @@ TEST_F(Migration, IsRefusedByATemplateThatHoldsLess) {
         EXPECT_NE(failureOfUpdate(210), QString());
         EXPECT_TRUE(bytesOf(file()) == before);
     }
+}
+
+TEST_F(Migration, IsRefusedByATemplateOfAnotherForm) {
+    fillOld(210);
+    const QByteArray before = bytesOf(file());
+    sqlOn(path(u"default.mdb"_s), u"UPDATE DBInfo SET VersionInfo = 150"_s);
+    EXPECT_TRUE(failureOfUpdate(210).contains(u"default.mdb"_s));
+    ASSERT_TRUE(QFile::remove(path(u"default.mdb"_s)) &&
+                QFile::copy(dataPath(u"jet/v220.mdb"_s), path(u"default.mdb"_s)));
+    const QString failure = failureOfUpdate(210);
+    EXPECT_TRUE(failure.contains(u"default.mdb"_s) && !failure.contains(u"復元"_s)) << failure.toStdString();
+    EXPECT_TRUE(bytesOf(file()) == before);
 }
 
 TEST_F(Migration, IsRefusedByAFileThatIsSetReadOnly) {
@@ -759,6 +785,14 @@ TEST_F(JetMigration, AsksForRoomForTheOriginalToo) {
     disk.leaveRoom(QFileInfo(file()).size() * 5);
     EXPECT_TRUE(updateAtStart().contains(u"3 MB必要ですが、空きは2 MBです"_s));
     EXPECT_EQ(contentOf(home.path()), before);
+}
+
+TEST_F(JetMigration, IsKeptByTheCommandToo) {
+    bring(u"v220"_s);
+    const QByteArray before = bytesOf(file());
+    ASSERT_TRUE(QDir().mkpath(kept())); // in the way, and no file
+    ASSERT_TRUE(optimize());
+    EXPECT_TRUE(bytesOf(kept(u"diary_jet-2.mdb"_s)) == before);
 }
 
 // ---- the command
