@@ -35,6 +35,15 @@ void refuseLaterJet(const QString& diary, qint16 version) {
                                 u"ファイルは変更されていません。新しいVelloriaで開いてください。"_s);
 }
 
+/// Nobody is kept from their diary by the copy of the day: what this update needs is the backup behind it.
+void makeBackupIfPossible(const core::Run& run) {
+    try {
+        makeBackup(run);
+    } catch (const platform::Failure& failure) {
+        run.desk.notice(failure.line());
+    }
+}
+
 } // namespace
 
 void updateOldDiary(const core::Run& run, const std::function<void()>& addCustomizeFiles) {
@@ -53,7 +62,7 @@ void updateOldDiary(const core::Run& run, const std::function<void()>& addCustom
                      u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                      u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
     if (isThere) {
-        makeBackup(run);
+        makeBackupIfPossible(run);
         backUpDatabase(diary, core::files::kBackup.in(run.session));
     }
     if (isJet)

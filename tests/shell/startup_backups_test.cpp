@@ -61,6 +61,16 @@ TEST_F(StartupBackups, AFailureIsToldAndKeepsNobodyFromTheirDiary) {
     EXPECT_EQ(session.Today, u"2004/05/06"_s);
 }
 
+TEST_F(StartupBackups, AFailureKeepsNoOldDiaryFromItsUpdate) {
+    sql(u"UPDATE DBInfo SET VersionInfo = 210"_s);
+    writeFile(session.UserPath + u"Backup"_s, "in its place");
+    const QByteArray before = bytesOf(file());
+    startAnew();
+    EXPECT_TRUE(lastStatus().startsWith(u"日記のバックアップを作成できません"_s)) << lastStatus().toStdString();
+    EXPECT_EQ(store::GetDBVersion(file()), 220);
+    EXPECT_TRUE(bytesOf(backup()) == before);
+}
+
 TEST_F(StartupBackups, OfAnOldVersionThereIsOneBehindTheStart) {
     sql(u"UPDATE DBInfo SET VersionInfo = 120"_s);
     startAnew();
