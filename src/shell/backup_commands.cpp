@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/file_write.h"
 #include "shell/settings_files.h"
+#include "store/backup_names.h"
 #include "store/database_file.h"
 #include "store/database_format.h"
 #include "store/diary_backups.h"
@@ -52,12 +53,33 @@ bool isSound(const QString& diary) {
     }
 }
 
+/// What can't be read is not the same.
+bool isSame(const QString& diary, const QString& copy) {
+    try {
+        return store::holdSameDiary(diary, copy);
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
+/// A copy of an earlier day that holds the same as the diary; "" when there is none. Those of today move on whenever a
+/// new one is made, and tomorrow only the last one is left.
+QString lastingCopyOf(const core::Run& run, const QString& diary) {
+    const QDate today = run.clock.now().date();
+    for (const store::DiaryCopy& copy : store::diaryCopyFiles(run.session)) {
+        const auto name = store::BackupName::parse(copy.name);
+        if (name && name->copy == 1 && name->day < today && isSame(diary, copy.file))
+            return copy.file;
+    }
+    return {};
+}
+
 /// Whether the kept diary is gone because the backup holds the same. What came in between of another program is in the
 /// kept one alone. The restoring is done: a disk that fails now leaves one file too many.
 bool isRemoved(const QString& kept, const QString& backup) {
+    if (!isSame(kept, backup))
+        return false;
     try {
-        if (!store::holdSameDiary(kept, backup))
-            return false;
         platform::removeFile(kept);
         return true;
     } catch (const Failure&) {
@@ -114,10 +136,13 @@ Restoration restoreBackupCommand(const core::Run& run, const QString& name) {
     }
     const platform::Hourglass hourglass(run.desk);
     const QString diary = platform::existingPath(run.session.databaseFile());
-    const QString made = isSound(diary) ? store::makeBackup(run, copy.file) : QString();
+    const bool hasSoundDiary = isSound(diary);
+    const QString same = hasSoundDiary ? lastingCopyOf(run, diary) : QString();
+    if (hasSoundDiary && same.isEmpty())
+        store::makeBackup(run, copy.file);
     QString kept = store::restoreDatabase(diary, copy.file);
-    if (!kept.isEmpty() && !made.isEmpty() && isRemoved(kept, made))
-        kept = made;
+    if (!kept.isEmpty() && !same.isEmpty() && isRemoved(kept, same))
+        kept = same;
     return settle(run, name, kept);
 }
 

@@ -59,11 +59,12 @@ class Copies(BackupTest):
     def test_restore_asks_and_keeps_the_present_diary(self):
         self.assertIn("復元を中止しました。", self.refused("backup", "restore", "diary-20040229.mdb", answers=["no"]))
         result = self.must("--events", "backup", "restore", "diary-20040229.mdb", answers=["yes"], now=NEXT)
-        self.assertEqual(result.text, self.folder + "diary-20040301.mdb\n")
+        self.assertEqual(result.text, self.data + "diarymdb.replaced.bak\n")
         self.assertEqual(len(result.boxes), 1)
         self.assertIn("日記: 1件", result.boxes[0])
         self.assertEqual(self.titles(), ["old"])
         result = self.must("--json", "--yes", "backup", "restore", "diary-20040301.mdb", now=NEXT)
+        self.assertEqual(result.json, {"kept": self.folder + "diary-20040229.mdb"})
         self.assertEqual(sorted(self.titles()), ["new", "old"])
 
     def test_names_outside_the_list_are_refused(self):

@@ -51,10 +51,38 @@ TEST_F(BackupCommands, RestoreAsksAndMakesACopyOfThePresentDiaryFirst) {
               QStringList{u"次のバックアップを復元しますか？\r\n「diary-20040506.mdb」\r\n日付: 2004/05/06 00:00\r\n"
                           u"日記: 1件\r\n最後の日記: old\r\n今の日記は、バックアップしてから置き換えます。"_s});
     EXPECT_EQ(titles(file()), u"old"_s);
-    EXPECT_EQ(restored.kept, inFolder(u"diary-20040507.mdb"_s));
+    EXPECT_EQ(restored.kept, session.UserPath + u"diarymdb.replaced.bak"_s);
     EXPECT_EQ(titles(restored.kept), u"old new"_s);
-    EXPECT_EQ(names(), (QStringList{kOld, u"diary-20040507.mdb"_s})) << "kept once";
-    EXPECT_EQ(lastStatus(), u"diary-20040506.mdbを復元しました。今までの日記は「diary-20040507.mdb」に残しました。"_s);
+    EXPECT_EQ(titles(inFolder(u"diary-20040507.mdb"_s)), u"old new"_s);
+    EXPECT_EQ(lastStatus(),
+              u"diary-20040506.mdbを復元しました。今までの日記は「diarymdb.replaced.bak」に残しました。"_s);
+}
+
+TEST_F(BackupCommands, WhoLooksForTheRightOneLosesNothing) {
+    setNow(u"2004/05/08 08:00:00"_s);
+    for (const char* title : {"1", "2", "3", "4", "5", "6"}) {
+        desk.answers = {u"yes"_s};
+        EXPECT_TRUE(restoreBackupCommand(run, kOld).isDone);
+        write(kDay, QLatin1StringView(title));
+    }
+    setNow(u"2004/05/09 08:00:00"_s);
+    store::makeBackup(run);
+    QStringList kept;
+    for (const QString& name : QDir(session.UserPath).entryList({u"diarymdb.replaced*"_s}, QDir::Files, QDir::Name))
+        kept += titles(session.UserPath + name);
+    EXPECT_EQ(kept, (QStringList{u"old 1"_s, u"old 2"_s, u"old 3"_s, u"old 4"_s, u"old 5"_s, u"old new"_s}));
+}
+
+TEST_F(BackupCommands, WhatACopyOfAnEarlierDayHoldsIsKeptOnce) {
+    store::makeBackup(run);
+    setNow(u"2004/05/08 08:00:00"_s);
+    const QStringList before = names();
+    for (const QString& name : {kOld, u"diary-20040507.mdb"_s, kOld}) {
+        desk.answers = {u"yes"_s};
+        EXPECT_EQ(restoreBackupCommand(run, name).kept, inFolder(name == kOld ? u"diary-20040507.mdb"_s : kOld));
+        EXPECT_EQ(titles(file()), name == kOld ? u"old"_s : u"old new"_s);
+    }
+    EXPECT_EQ(names(), before);
 }
 
 TEST_F(BackupCommands, ANoChangesNothing) {
