@@ -56,6 +56,8 @@ StartResult Startup::prepare() {
     m_notice = offer.reason;
     if (offer.result == StartResult::Ended)
         return StartResult::Ended;
+    if (!m_notice.isEmpty())
+        m_desk.notice(m_notice);
     const platform::Hourglass hourglass(m_desk);
     beginEmptyDiary();
     if (checkDataFolder() == StartResult::Ended)

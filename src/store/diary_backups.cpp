@@ -192,7 +192,7 @@ QString makeBackup(const core::Run& run, QString& spared) {
 
 bool makeBackupOfDay(const core::Run& run) {
     const QString ofToday = folderOf(run.session) + BackupName{run.clock.now().date()}.text();
-    return !QFileInfo::exists(ofToday) && !makeBackup(run).isEmpty();
+    return !QFileInfo(ofToday).isFile() && !makeBackup(run).isEmpty();
 }
 
 } // namespace velloria::store

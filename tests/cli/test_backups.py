@@ -91,6 +91,13 @@ class Copies(BackupTest):
         self.must("--yes", "backup", "restore", "diary-20040229.mdb")
         self.assertEqual(sorted(self.titles()), ["new", "old"])
 
+    def test_an_emptied_diary_is_told_of_where_nobody_answers(self):
+        for _ in range(2):
+            self.must("--yes", "entry", "delete", "2004/02/28", "1")
+        result = self.must("entry", "list")
+        self.assertEqual(result.text, "")
+        self.assertIn("「diary-20040229.mdb」を復元できます", result.error_text)
+
     def test_a_normal_day_reads_nothing_of_the_backups(self):
         write(self.folder + "diary-20040229.mdb", "who reads this as a diary fails")
         before = snapshot(self.folder)

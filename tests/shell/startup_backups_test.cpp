@@ -71,6 +71,12 @@ TEST_F(StartupBackups, AFailureKeepsNoOldDiaryFromItsUpdate) {
     EXPECT_TRUE(bytesOf(backup()) == before);
 }
 
+TEST_F(StartupBackups, AFolderOfTheNameIsNoCopy) {
+    ASSERT_TRUE(QDir().mkpath(today()));
+    startAnew();
+    EXPECT_TRUE(lastStatus().startsWith(u"日記のバックアップを作成できません"_s)) << lastStatus().toStdString();
+}
+
 TEST_F(StartupBackups, OfAnOldVersionThereIsOneBehindTheStart) {
     sql(u"UPDATE DBInfo SET VersionInfo = 120"_s);
     startAnew();
@@ -135,6 +141,9 @@ TEST_F(LostDiary, WithoutEntriesIsOfferedOneAndGoesOnAtANo) {
     desk.answers = {u"no"_s, u"yes"_s};
     startAnew();
     EXPECT_EQ(questions(), QStringList{u"「diary.mdb」には日記が1件もありません。"_s + kQuestion});
+    EXPECT_EQ(desk.texts(u"status"_s).value(0),
+              u"「diary.mdb」には日記が1件もありません。バックアップ「diary-20040506.mdb」を復元できます。"_s)
+        << "a No may be nobody's";
     EXPECT_EQ(titles(file()), QString());
     startAnew();
     EXPECT_EQ(titles(file()), u"dear"_s);
@@ -157,7 +166,35 @@ TEST_F(LostDiary, BehindALinkThatLeadsNowhereIsTheFailureItWas) {
     EXPECT_EQ(questions(), QStringList());
 }
 
+TEST_F(LostDiary, OfCopiesThatCantBeReadNoneIsOfferedAndNoEmptyOneBegunInSilence) {
+    removeFile(today());
+    removeFile(file());
+    const auto before = contentOf(home.path());
+    const QString told = u"「diary.mdb」がありません。\r\nバックアップ「diary-20040601.mdb」は読み込めません。\r\n"_s;
+    desk.answers = {u"no"_s, u"yes"_s};
+    shell::Startup startup(run);
+    EXPECT_EQ(startup.run(home.path(), std::nullopt), StartResult::Ended);
+    EXPECT_EQ(questions(), QStringList{told + kAnew});
+    EXPECT_EQ(startup.notice(), QString(told).remove(u"\r\n"_s));
+    EXPECT_EQ(contentOf(home.path()), before);
+    EXPECT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(titles(file()), QString());
+}
+
+TEST_F(LostDiary, TheFolderOfADiskThatIsNotThereIsToldOf) {
+    ASSERT_TRUE(QDir(folder()).removeRecursively());
+    ASSERT_TRUE(QFile::link(path(u"nowhere"_s), session.UserPath + u"Backup"_s));
+    removeFile(file());
+    const QString diary = file();
+    desk.answers = {u"no"_s};
+    EXPECT_EQ(start(), StartResult::Ended);
+    EXPECT_EQ(questions(),
+              QStringList{u"「diary.mdb」がありません。\r\nバックアップ「Backup」は読み込めません。\r\n"_s + kAnew});
+    EXPECT_FALSE(exists(diary));
+}
+
 TEST_F(LostDiary, NobodyIsAskedWhereNoCopyHasEntries) {
+    removeFile(folder() + u"diary-20040601.mdb"_s);
     removeFile(today());
     removeFile(file());
     startAnew();
