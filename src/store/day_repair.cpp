@@ -31,7 +31,7 @@ DayRepair::DayRepair(const sqlite::Connection& connection)
 }
 
 void DayRepair::addEntriesDays() {
-    Statement days(m_connection, "SELECT DISTINCT Day FROM Contents WHERE Day IS NOT NULL");
+    Statement days(m_connection, "SELECT DISTINCT Day FROM Contents WHERE typeof(Day) = 'text'");
     while (days.next()) {
         const QString text = days.text(0);
         if (const QString key = keyOf(text); !key.isNull())
@@ -47,7 +47,7 @@ void DayRepair::addEntriesDays() {
 
 /// A file's day is put right when it has that entry.
 void DayRepair::addFilesDays() {
-    Statement days(m_connection, "SELECT DISTINCT Day, Number FROM FileDB WHERE Day IS NOT NULL");
+    Statement days(m_connection, "SELECT DISTINCT Day, Number FROM FileDB WHERE typeof(Day) = 'text'");
     Statement entry(m_connection, "SELECT 1 FROM Contents WHERE Day = ?1 AND Number = ?2");
     while (days.next()) {
         const QString text = days.text(0);
@@ -111,7 +111,8 @@ std::vector<DayRepair::Row> DayRepair::rowsOf(const QStringList& spellings) cons
 }
 
 /// They name their entry by day and number. A row that may mean several entries goes with a private one, so that its
-/// file does not go to the site; then with one whose day it has to the letter.
+/// file does not go to the site; then with one whose day it has to the letter. A negative number means no entry, but a
+/// private one that is gone.
 QStringList DayRepair::moveFiles(const QString& day, const QStringList& spellings, const std::vector<Row>& rows) const {
     struct File {
         qint64 id = 0;
@@ -123,7 +124,7 @@ QStringList DayRepair::moveFiles(const QString& day, const QStringList& spelling
     texts.removeDuplicates();
     std::vector<File> files;
     Statement select(m_connection, "SELECT FileID, FileName, Day, Number FROM FileDB WHERE Day = ?1 "
-                                   "AND Number IS NOT NULL ORDER BY FileID");
+                                   "AND Number >= 0 ORDER BY FileID");
     for (const QString& text : texts) {
         select.bind(text);
         while (select.next())

@@ -45,12 +45,14 @@ constexpr int kExtend = 4;
 constexpr int kPublishTime = 8;
 
 void checkDays(const Connection& connection, QStringList& findings) {
-    Statement rows(connection, "SELECT Day, count(*) FROM Contents WHERE Day IS NOT NULL GROUP BY Day ORDER BY Day");
+    Statement rows(connection, "SELECT Day, count(*), typeof(Day) = 'text' FROM Contents WHERE Day IS NOT NULL "
+                               "GROUP BY Day ORDER BY Day");
     while (rows.next()) {
         const QString day = rows.text(0);
-        if (core::isDayKey(day))
+        const bool isText = rows.boolean(2); // what is none equals no day that somebody looks for
+        if (isText && core::isDayKey(day))
             continue;
-        if (const std::optional<QDate> date = core::fullDay(day))
+        if (const std::optional<QDate> date = isText ? core::fullDay(day) : std::nullopt)
             findings += u"日付の形がちがう日: 「%1」(%2件、%3のこと)"_s.arg(day, rows.text(1), core::dayKey(*date));
         else
             findings += u"日付として読めない日: 「%1」(%2件)"_s.arg(day, rows.text(1));

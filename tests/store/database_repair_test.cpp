@@ -152,6 +152,24 @@ TEST_F(DatabaseRepair, AFileThatMayBeAPrivateEntrysStaysWithThatOne) {
     EXPECT_EQ(files(), (QStringList{u"a.gif 2004/05/06 2"_s, u"b.gif 2004/05/07 2"_s}));
 }
 
+TEST_F(DatabaseRepair, AFileOfAPrivateEntryThatIsGoneGoesToNobodyElse) {
+    put(kDay, u"-2"_s, u"public"_s);
+    registerFile(u"a.gif"_s, kDay, -2);
+    EXPECT_EQ(repairDatabase(run).mended, QStringList{u"番号を付け直しました: 2004/05/06 (-2→1)"_s});
+    EXPECT_EQ(files(), QStringList{u"a.gif 2004/05/06 -2"_s});
+}
+
+TEST_F(DatabaseRepair, ADayThatIsNoTextStaysAndIsTold) {
+    sql(u"INSERT INTO Contents (Day, Title, Contents, PublishTime) VALUES (CAST('2004/5/6' AS BLOB), 'a', '', ''), "
+        "(CAST('2004/05/07' AS BLOB), 'b', '', '')"_s);
+    const auto before = contentOf(home.path());
+    const store::Repair repair = repairDatabase(run);
+    EXPECT_EQ(repair.mended, QStringList());
+    EXPECT_EQ(repair.remaining, (QStringList{u"日付として読めない日: 「2004/05/07」(1件)"_s,
+                                             u"日付として読めない日: 「2004/5/6」(1件)"_s}));
+    EXPECT_EQ(contentOf(home.path()), before);
+}
+
 TEST_F(DatabaseRepair, TheBackupHasTheDiaryAsItWas) {
     put(kDay, u"7"_s, u"a"_s);
     const QStringList before = entries();
