@@ -32,15 +32,21 @@ bool hasEntries(const QString& diary) {
             return true;
         const store::sqlite::Connection connection(diary, store::sqlite::Access::ReadOnly);
         return store::sqlite::Statement(connection, "SELECT 1 FROM Contents LIMIT 1").next();
+    } catch (const store::sqlite::Busy&) {
+        throw; // who waits once more for the same program hears no more
     } catch (const Failure&) {
         return true;
     }
 }
 
+bool isMissing(const QString& diary) {
+    platform::refuseLostLink(diary);
+    return !QFileInfo::exists(diary);
+}
+
 Diary stateOf(const core::Session& session) {
     const QString diary = platform::existingPath(session.databaseFile());
-    platform::refuseLostLink(diary);
-    if (!QFileInfo::exists(diary))
+    if (isMissing(diary))
         return Diary::Missing;
     return hasEntries(diary) ? Diary::HasEntries : Diary::Empty;
 }
@@ -93,7 +99,7 @@ Offer askForEmptyDiary(const core::Run& run, const QString& problem, const QStri
 } // namespace
 
 bool isDiaryLost(const core::Session& session) {
-    if (stateOf(session) != Diary::Missing)
+    if (!isMissing(platform::existingPath(session.databaseFile()))) // asked under a lock: its entries would be waited for
         return false;
     const Copies copies = copiesOf(session);
     return copies.newest || !copies.unreadable.isEmpty();

@@ -415,6 +415,7 @@ class Database(BadInputTest):
 
     def test_a_truncated_one_is_named(self):
         whole = read(self.database)
+        shutil.rmtree(self.data + "Backup", ignore_errors=True)  # else an empty one is offered its copy
         for size in (len(whole) - 1, len(whole) - 4096, len(whole) // 2, 4096, 1000, 100, 16, 15, 1, 0):
             write(self.database, whole[:size])
             write(self.data + "diarymdb.bak", b"the last good backup")
@@ -448,13 +449,13 @@ class Database(BadInputTest):
             self.assertEqual(self.must(*words, input=LINE).err, b"")
         self.assertEqual(self.sql("SELECT VersionInfo FROM DBInfo"), [(221,)])
 
-    def test_one_of_an_old_version_is_named_and_stays_as_it_is(self):
-        for version in (0, 100, 101, 110, 150, 200, 210):
+    def test_one_that_says_an_old_version_and_lacks_its_tables_is_named_and_stays_as_it_is(self):
+        for version in (0, 100):
             self.sql("UPDATE DBInfo SET VersionInfo = ?", version)
             before = read(self.database)
             result = self.run_cli("--events", "start")
             self.assertEqual((result.code, len(result.boxes), len(result.events_of("failure"))), (1, 1, 1), result)
-            self.assertIn(self.database, result.error_lines[-1])
+            self.assertIn("Option", result.error_lines[-1])
             self.assertEqual((read(self.database), read(self.data + "diarymdb.bak")), (before, before))
 
     def test_a_version_that_is_no_number_of_16_bits_is_refused(self):

@@ -233,6 +233,7 @@ class Refusals(Export):
     def test_a_full_disk_leaves_the_old_file(self):
         self.put(*[entry("2004/02/01", Contents="x" * 100_000) for _ in range(30)])
         write(self.out + "x.txt", "old")
+        self.must("start")  # has made the day's copy of the diary
         self.refused(*self.words(), naming=["x.txt"], options={"preexec_fn": bytes_limit(1_000_000)})
         self.assertEqual(self.files(), {"x.txt": b"old"})
 

@@ -6,7 +6,11 @@ import unittest
 
 from writing_commands import COMMANDS, TrialTest, choice, trials
 
-PAIRS = list(itertools.combinations_with_replacement(COMMANDS, 2))
+# A log takes along what is registered when it looks. A file that goes in that moment may stand among its files afterwards,
+# or be missing when it is copied: the person says so themselves, twice at once.
+CONFLICTS = ({"log", "file delete"},)
+PAIRS = [pair for pair in itertools.combinations_with_replacement(COMMANDS, 2)
+         if {command.name for command in pair} not in CONFLICTS]
 
 
 class Pairs(TrialTest):
