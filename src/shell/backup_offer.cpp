@@ -99,7 +99,8 @@ Offer askForEmptyDiary(const core::Run& run, const QString& problem, const QStri
 } // namespace
 
 bool isDiaryLost(const core::Session& session) {
-    if (!isMissing(platform::existingPath(session.databaseFile()))) // asked under a lock: its entries would be waited for
+    // Asked under a lock: its entries might have to be waited for.
+    if (!isMissing(platform::existingPath(session.databaseFile())))
         return false;
     const Copies copies = copiesOf(session);
     return copies.newest || !copies.unreadable.isEmpty();
