@@ -86,6 +86,7 @@ inline constexpr File kJetDiary = ofUser("diary_jet.mdb"); ///< as older program
 /// What an update works on: a copy of the diary, and the one that is to take its place.
 inline constexpr File kUpdatedDiary = ofUser("old.mdb");
 inline constexpr File kFreshDiary = ofUser("new.mdb");
+inline constexpr File kUpdateLock = ofUser("new.lock");
 inline constexpr File kRescue = ofUser("rescue.jsonl");
 inline constexpr File kDamagedRescue = ofUser("rescue.damaged");
 inline constexpr File kDraft = ofUser("draft.json");

@@ -7,6 +7,7 @@
 #include "core/settings_change.h"
 #include "core/settings_file.h"
 #include "platform/directory.h"
+#include "platform/file_write.h"
 #include "shell/data_folder.h"
 #include "store/migration.h"
 
@@ -37,7 +38,10 @@ const std::array<KeptPath, 5> kKeptPaths{{
 
 /// Old versions had none.
 void addCustomizeFiles(const Session& session) {
-    makeCustomizeFolder(session);
+    {
+        const platform::FolderLock lock(session.DataPath); // two programs may begin with an old diary at once
+        makeCustomizeFolder(session);
+    }
     SettingsChange defaults;
     for (const KeptPath& file : kKeptPaths) {
         if (file.path != &Session::RSSIniFile)

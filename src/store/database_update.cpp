@@ -94,6 +94,8 @@ void DatabaseUpdate::lockSource() {
     if (m_lock->hasWriteAheadLog())
         throw sqlite::Busy(m_diary, {});
     m_lock->execute("BEGIN IMMEDIATE");
+    if (m_lock->hasLostItsFile()) // to the program that was waited for
+        throw sqlite::Busy(m_diary, {});
     if (m_version >= core::kDatabaseVersion)
         refuseForeignParts(*m_lock, m_diary);
 }

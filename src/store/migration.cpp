@@ -17,17 +17,30 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::store {
 namespace {
 
-/// Whether a diary of this version was ever given out, or is one of those that are read whatever they say.
-bool isConverted(qint16 version, DatabaseFormat format) {
-    constexpr qint16 kGivenOut[] = {0, 100, 101, 110, 150, 200, 210};
-    return format == DatabaseFormat::Jet || std::ranges::find(kGivenOut, version) != std::end(kGivenOut);
-}
+struct Found {
+    explicit Found(const QString& diary)
+        : version(GetDBVersion(diary))
+        , isThere(QFileInfo::exists(diary))
+        , isJet(isThere && formatOf(diary) == DatabaseFormat::Jet) {}
+
+    bool isOld() const { return version < core::kDatabaseVersion || isJet; }
+    /// Whether its version was ever given out, or it is one of those that are read whatever they say.
+    bool isConverted() const {
+        constexpr qint16 kGivenOut[] = {0, 100, 101, 110, 150, 200, 210};
+        return isJet || std::ranges::find(kGivenOut, version) != std::end(kGivenOut);
+    }
+
+    qint16 version;
+    bool isThere;
+    bool isJet;
+};
 
 void refuseLaterJet(const QString& diary, qint16 version) {
     if (version > core::kDatabaseVersion)
@@ -46,30 +59,36 @@ void makeBackupIfPossible(const core::Run& run) {
 
 } // namespace
 
+platform::FileTurn turnAtUpdate(const core::Session& session) {
+    return {core::files::kUpdateLock.in(session), u"日記データベースは他のプログラムが使用中です。"_s};
+}
+
 void updateOldDiary(const core::Run& run, const std::function<void()>& addCustomizeFiles) {
     const QString diary = run.session.databaseFile();
-    const qint16 version = GetDBVersion(diary);
-    const bool isThere = QFileInfo::exists(diary);
-    const DatabaseFormat format = isThere ? formatOf(diary) : DatabaseFormat::Sqlite;
-    const bool isJet = format == DatabaseFormat::Jet;
-    if (version >= core::kDatabaseVersion && !isJet)
+    const Found seen(diary);
+    if (!seen.isOld())
         return;
-    refuseLaterJet(diary, version);
-    if (isThere)
+    refuseLaterJet(diary, seen.version);
+    if (seen.isThere)
         requireRoomForUpdate(run.session);
     addCustomizeFiles();
     run.desk.message(platform::MessageKind::Plain,
                      u"diary.mdbがアップデートされています。\r\nデータベースをアップデートします。\r\n"_s
                      u"(念のために、今までの「diary.mdb」は「diarymdb.bak」というファイル名で保存します。)"_s);
-    if (isThere) {
-        makeBackupIfPossible(run);
-        backUpDatabase(diary, core::files::kBackup.in(run.session));
+    std::optional<ShownUpdater> window;
+    {
+        const platform::FileTurn turn = turnAtUpdate(run.session);
+        const Found old(diary); // unless another program has brought it up to date by now
+        if (old.isOld() && old.isThere) {
+            makeBackupIfPossible(run);
+            backUpDatabase(diary, core::files::kBackup.in(run.session));
+        }
+        if (old.isJet)
+            keepJetOriginal(run.session);
+        window.emplace(run.desk);
+        if (old.isOld() && old.isConverted())
+            UpdateDatabase(run, old.version);
     }
-    if (isJet)
-        keepJetOriginal(run.session);
-    const ShownUpdater window(run.desk);
-    if (isConverted(version, format))
-        UpdateDatabase(run, version);
     run.desk.message(platform::MessageKind::Plain, u"diary.mdbのアップデートは完了しました。\r\n"_s
                                                    u"念のためにVelloriaを再起動してください。"_s);
     core::writeQuietly(run.session, core::keys::kDBVersion, QString::number(core::kDatabaseVersion));

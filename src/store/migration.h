@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "platform/file_lock.h"
 
 #include <functional>
 
@@ -14,6 +15,10 @@ namespace velloria::store {
 /// present version. `addCustomizeFiles` is called when nothing has been touched yet. Throws platform::Failure, with the
 /// diary as it was and no new version on record.
 void updateOldDiary(const core::Run& run, const std::function<void()>& addCustomizeFiles);
+
+/// Two programs may meet an old diary at once: its working files are for one at a time, and the later one finds it up
+/// to date. Held around the backup and UpdateDatabase.
+platform::FileTurn turnAtUpdate(const core::Session& session);
 
 /// Copies the diary of the session, which is of this version, into a fresh "default.mdb" and puts that in its place.
 /// Tells all of it to the updater's window, which is shown already and whose text is the first line. Without a diary a

@@ -11,6 +11,8 @@
 #include "store/migration.h"
 #include "store/updater.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::store {
@@ -34,14 +36,18 @@ bool optimizeCommand(const core::Run& run) {
         return false;
     }
     const QString diary = run.session.databaseFile();
-    refuseToLose(diary);
-    requireRoomForUpdate(run.session);
-    makeBackup(run);
-    backUpDatabase(diary, core::files::kBackup.in(run.session));
-    if (formatOf(diary) == DatabaseFormat::Jet) // put there since the start
-        keepJetOriginal(run.session);
-    const ShownUpdater window(run.desk);
-    UpdateDatabase(run, core::kDatabaseVersion);
+    std::optional<ShownUpdater> window;
+    {
+        const platform::FileTurn turn = turnAtUpdate(run.session);
+        refuseToLose(diary);
+        requireRoomForUpdate(run.session);
+        makeBackup(run);
+        backUpDatabase(diary, core::files::kBackup.in(run.session));
+        if (formatOf(diary) == DatabaseFormat::Jet) // put there since the start
+            keepJetOriginal(run.session);
+        window.emplace(run.desk);
+        UpdateDatabase(run, core::kDatabaseVersion);
+    }
     run.desk.message(platform::MessageKind::Plain, u"diary.mdbの最適化は完了しました。\r\n"_s
                                                    u"念のためにVelloriaを再起動してください。"_s);
     return true;

@@ -3,9 +3,10 @@
 import os
 import pty
 import shutil
+import subprocess
 import unittest
 
-from home import CliTest, entry, read, snapshot
+from home import CLI, NOW, CliTest, entry, read, snapshot, write
 
 QUESTION = ("question: diary.mdbを最適化しますか？\r\n"
             "バックアップとして、現在のファイルを「diary.bak」として保存します。")
@@ -106,6 +107,19 @@ class OptimizeTest(CliTest):
         self.assertEqual(read(self.data + "diary_jet.mdb"), read(os.path.join(SAMPLES, "v150.mdb")))
         self.assertEqual(self.run_cli("--events", "--json", "entry", "list").boxes, [])
         self.assertTrue(result.json)
+
+    def test_programs_that_meet_an_old_diary_at_once_lose_nothing(self):
+        for sample in ("v220.mdb", "v0.mdb") * 3:
+            shutil.copyfile(os.path.join(SAMPLES, sample), self.database)
+            lines = [os.path.join(self.inputs, f"{number}.jsonl") for number in range(3)]
+            for number, name in enumerate(lines):
+                write(name, entry("2010/01/01", f"t{number}"))
+            runs = [subprocess.Popen([CLI, "--home", self.home, "--now", NOW, "entry", "put", name],
+                                     stdout=subprocess.PIPE, stderr=subprocess.PIPE) for name in lines]
+            ends = [(run.communicate()[1].decode(), run.returncode) for run in runs]
+            self.assertEqual([code for _, code in ends], [0, 0, 0], ends)
+            self.assertEqual(sorted(self.sql("SELECT Title FROM Contents WHERE Day = '2010/01/01'")),
+                             [("t0",), ("t1",), ("t2",)])
 
     def test_an_old_diary_is_updated_ahead_of_the_question(self):
         shutil.copyfile(os.path.join(SAMPLES, "v110.mdb"), self.database)

@@ -17,6 +17,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -419,6 +421,25 @@ TEST_F(Migration, KeepsOtherProgramsFromWritingMeanwhile) {
     EXPECT_GT(other.times, 10);
     EXPECT_EQ(other.refused, other.times);
     EXPECT_EQ(rows(kAllContents), contentsFrom(210));
+}
+
+/// Who waits for the lock may get that of a file which is the diary no more, and would bring what it holds back.
+TEST_F(Migration, OfADiaryThatWasReplacedMeanwhileIsRefused) {
+    fillOld(210);
+    ASSERT_TRUE(QFile::copy(file(), path(u"newer.mdb"_s)));
+    const QByteArray newer = bytesOf(path(u"newer.mdb"_s));
+    sqlite3* handle = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(file()).constData(), &handle), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(handle, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        platform::moveFile(path(u"newer.mdb"_s), file());
+        sqlite3_close(handle);
+    });
+    const QString failure = failureOfUpdate(210);
+    other.join();
+    EXPECT_TRUE(failure.contains(u"他のプログラムが使用中です"_s)) << failure.toStdString();
+    EXPECT_TRUE(bytesOf(file()) == newer);
 }
 
 // ---- refusals

@@ -145,6 +145,12 @@ bool Connection::hasWriteAheadLog() const {
     return mode.next() && mode.text(0) == u"wal"_s;
 }
 
+bool Connection::hasLostItsFile() const {
+    int hasMoved = 0;
+    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    return hasMoved != 0;
+}
+
 QByteArray Connection::bytes() const {
     sqlite3_int64 size = 0;
     const std::unique_ptr<unsigned char, void (*)(void*)> database(sqlite3_serialize(m_handle, "main", &size, 0),

@@ -51,6 +51,8 @@ public:
     qint64 lastInsertedRow() const;
     /// Whether another tool at work still keeps a part of the diary in a log beside the file.
     bool hasWriteAheadLog() const;
+    /// Whether the file has another name by now, or none: what this connection locks is the diary no more.
+    bool hasLostItsFile() const;
     /// The diary as one file without a log, in the state of the transaction under way.
     QByteArray bytes() const;
     /// Fills the empty file of `target` with the diary in the state of the transaction under way, page by page.
