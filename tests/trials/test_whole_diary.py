@@ -1,5 +1,5 @@
-"""The commands that change the diary as a file - the update of an old one at the start, optimising and repair - killed at
-any moment, the reader of old formats killed beneath them, and on a disk with room for a tenth of the diary: the next
+"""The commands that change the diary as a file - the update of an old one at the start, optimising, repair, and the copies
+that are made of it and put in its place - killed at any moment, the reader of old formats killed beneath them, and on a disk with room for a tenth of the diary: the next
 start has the whole old or the whole new diary, every row of it, and the command works in the end."""
 
 import glob
@@ -20,6 +20,7 @@ from writing_commands import choice, trials
 OLD_DIARIES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "jet")
 JET = b"\0\1\0\0Standard Jet DB"
 ROOM = 256 << 20
+KEPT_COPY = "diary-20030101.mdb"
 JET_VERSIONS = ("v0", "v0-jet3", "v100", "v100-jet3", "v101", "v110", "v150", "v200", "v210", "v220")
 OLD_TABLES = """
     CREATE TABLE Contents (RecordID INTEGER PRIMARY KEY, Day TEXT, Number INTEGER, Title TEXT, Contents TEXT,
@@ -57,11 +58,12 @@ def state_of(path):
 
 
 class Case:
-    """A command and the diary that it changes. `fill(trial)` makes the diary; the rest of the folder is as it was."""
+    """A command and the diary that it changes. `fill(trial)` makes the diary; the rest of the folder is as it was. `copy` is
+    the file that holds the diary, too, when the command is done."""
 
-    def __init__(self, name, words, fill, is_update=False, is_jet=False):
+    def __init__(self, name, words, fill, is_update=False, is_jet=False, copy=None):
         self.name, self.words, self.fill = name, words, fill
-        self.is_update, self.is_jet = is_update, is_jet
+        self.is_update, self.is_jet, self.copy = is_update, is_jet, copy
 
 
 def jet(version):
@@ -97,7 +99,9 @@ def with_gaps(trial):
 CASES = [jet(version) for version in JET_VERSIONS]
 CASES += [Case("update of an older one of ours", ["start"], old_sqlite, is_update=True),
           Case("optimize", ["db", "optimize"], with_gaps),
-          Case("repair", ["db", "check", "--repair"], out_of_order)]
+          Case("repair", ["db", "check", "--repair"], out_of_order),
+          Case("backup make", ["backup", "make"], with_gaps, copy="Backup/diary-20040229.mdb"),
+          Case("backup restore", ["backup", "restore", KEPT_COPY], with_gaps, copy="Backup/" + KEPT_COPY)]
 
 
 class WholeDiaryTest(CliTest):
@@ -113,7 +117,7 @@ class WholeDiaryTest(CliTest):
                               for y in range(2) for m in range(1, 13) for d in range(1, 29)])
             base.execute("INSERT INTO Memo (Title, Memo) VALUES ('memo', 'text')")
         os.makedirs(self.data + "Backup", exist_ok=True)
-        shutil.copy(self.database, self.data + "Backup/diary-20030101.mdb")
+        shutil.copy(self.database, self.data + "Backup/" + KEPT_COPY)
         self.kept = os.path.join(self.temporary_folder(), "kept")
         shutil.copytree(self.root, self.kept)
         self.known = {}
@@ -173,6 +177,8 @@ class WholeDiaryTest(CliTest):
             self.assert_whole(case, what)
             self.assertTrue(state_of(self.database) == new, f"{what}: the next command has no effect")
         self.assertEqual(self.leftovers(), [], what)
+        if case.copy:
+            self.assertTrue(state_of(self.data + case.copy) == new, f"{what}: the copy is another one")
         if case.is_jet:
             self.assertEqual(read(self.data + "diary_jet.mdb"), self.known[case.name][0], what)
 
