@@ -1,5 +1,6 @@
 #include "shell/backup_commands.h"
 
+#include "core/files.h"
 #include "core/path_names.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -62,13 +63,18 @@ bool isSame(const QString& diary, const QString& copy) {
     }
 }
 
-/// A copy of an earlier day that holds the same as the diary; "" when there is none. Those of today move on whenever a
-/// new one is made, and tomorrow only the last one is left.
+/// Copies of today move on whenever a new one is made, and tomorrow only the last one is left.
+bool isLasting(const QString& name, QDate today) {
+    const auto backup = store::BackupName::parse(name);
+    return backup ? backup->copy == 1 && backup->day < today
+                  : name.startsWith(core::GetBaseName(core::files::kReplacedDiary.name));
+}
+
+/// A copy that stays and holds the same as the diary; "" when there is none.
 QString lastingCopyOf(const core::Run& run, const QString& diary) {
     const QDate today = run.clock.now().date();
     for (const store::DiaryCopy& copy : store::diaryCopyFiles(run.session)) {
-        const auto name = store::BackupName::parse(copy.name);
-        if (name && name->copy == 1 && name->day < today && isSame(diary, copy.file))
+        if (isLasting(copy.name, today) && isSame(diary, copy.file))
             return copy.file;
     }
     return {};

@@ -34,9 +34,9 @@ struct Restoration {
 };
 
 /// Puts the copy of this name in the diary's place, after a question and a copy of the present diary, and brings it up
-/// to date. What it replaces stays beside it, too, unless a copy of an earlier day holds the same: copies of today go
-/// as further ones are made. There is a whole diary at every moment. Throws platform::Failure, and the diary is as it
-/// was: for a name that is none of the list, and for a copy that is no sound diary.
+/// to date. What it replaces stays beside it, too, unless a copy of an earlier day or one of these holds the same:
+/// copies of today go as further ones are made. There is a whole diary at every moment. Throws platform::Failure, and
+/// the diary is as it was: for a name that is none of the list, and for a copy that is no sound diary.
 Restoration restoreBackupCommand(const core::Run& run, const QString& name);
 
 /// The same for any file, without question and list: the diary that it replaces is kept beside it.

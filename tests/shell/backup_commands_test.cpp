@@ -85,6 +85,17 @@ TEST_F(BackupCommands, WhatACopyOfAnEarlierDayHoldsIsKeptOnce) {
     EXPECT_EQ(names(), before);
 }
 
+TEST_F(BackupCommands, WhatIsKeptAlreadyIsNotKeptAgain) {
+    const QString kept = session.UserPath + u"diarymdb.replaced.bak"_s;
+    for (int time = 0; time < 2; ++time) {
+        desk.answers = {u"yes"_s, u"yes"_s};
+        EXPECT_EQ(restoreBackupCommand(run, kOld).kept, kept);
+        EXPECT_EQ(restoreBackupCommand(run, u"diary-20040507.mdb"_s).kept, inFolder(kOld));
+        EXPECT_EQ(titles(file()), u"old new"_s);
+    }
+    EXPECT_EQ(names(), (QStringList{kOld, u"diary-20040507.mdb"_s, u"diarymdb.replaced.bak"_s}));
+}
+
 TEST_F(BackupCommands, ANoChangesNothing) {
     desk.answers = {u"no"_s};
     const auto before = contentOf(home.path());
