@@ -254,6 +254,13 @@ void limitMode(const QString& file, unsigned mode) {
         ::chmod(name.constData(), status.st_mode & mode);
 }
 
+void makeWritable(const QString& file) {
+    struct stat status;
+    const QByteArray name = QFile::encodeName(file);
+    if (::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & S_IWUSR) == 0)
+        ::chmod(name.constData(), (status.st_mode & 07777) | S_IWUSR);
+}
+
 void copyFile(const QString& from, const QString& to, unsigned newFileMode, Durability durability,
               const std::function<void()>& whenWhole) {
     if (!isSameFile(from, to))

@@ -27,6 +27,9 @@ unsigned modeOf(const QString& file, unsigned whenMissing);
 /// Takes from an existing file the permissions that `mode` lacks. A file of somebody else stays as it is.
 void limitMode(const QString& file, unsigned mode);
 
+/// Gives an existing file to its owner for writing. Whoever may not do that finds it as it was.
+void makeWritable(const QString& file);
+
 /// Takes the next piece of a file that is being written.
 using WriteBytes = std::function<void(QByteArrayView)>;
 

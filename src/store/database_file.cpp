@@ -211,7 +211,8 @@ void backUpDatabase(const QString& path, const QString& backup) {
         return;
     if (format == DatabaseFormat::Jet && QFileInfo::exists(backup))
         refuseUnsoundJet(path);
-    const unsigned mode = platform::modeOf(path, 0600); // who may not read the diary may not read its copies
+    // Who may not read the diary may not read its copies. Each of them makes room for the next one.
+    const unsigned mode = platform::modeOf(path, 0600) | 0200;
     const auto olderBackup = [&](int age) { return age == 0 ? backup : backup + u'.' + QString::number(age); };
     platform::requireReplaceable(backup);
     // A run that failed behind this has moved them already: with each one more they would all become the same.

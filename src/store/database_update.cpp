@@ -85,11 +85,11 @@ void DatabaseUpdate::replaceDiary() {
 }
 
 void DatabaseUpdate::lockSource() {
-    platform::requireReplaceable(m_diary);
     if (formatOf(m_diary) == DatabaseFormat::Jet) {
         m_sourceState = stateOf(m_diary);
         return;
     }
+    platform::requireReplaceable(m_diary);
     m_lock = std::make_unique<Connection>(m_diary, Access::ReadWrite);
     if (m_lock->hasWriteAheadLog())
         throw sqlite::Busy(m_diary, {});
@@ -102,7 +102,7 @@ void DatabaseUpdate::lockSource() {
 
 /// Those of a run that was broken off are made anew.
 void DatabaseUpdate::makeWorkingFiles() {
-    const unsigned mode = platform::modeOf(m_diary, 0600); // who may not read the diary may not read its copies
+    const unsigned mode = platform::modeOf(m_diary, 0600) | 0200; // who may not read the diary may not read its copies
     removeDatabase(m_old);
     if (m_lock)
         platform::replaceFile(
@@ -190,6 +190,8 @@ void DatabaseUpdate::requireUnchangedSource() const {
 
 void DatabaseUpdate::takePlace() {
     requireUnchangedSource();
+    if (!m_lock)
+        platform::makeWritable(m_diary); // from a disk that can't be written, where every file is set so
     platform::moveOver(m_new, m_diary, [this] { removeJournals(m_diary); });
     m_options.keep();
     m_lock.reset();

@@ -3,10 +3,12 @@
 #include "core/date_forms.h"
 #include "core/day_key.h"
 #include "platform/failure.h"
+#include "platform/text_fold.h"
 #include "platform/utf8.h"
 #include "store/sqlite/statement.h"
 
 #include <QHashFunctions>
+#include <QRegularExpression>
 
 #include <optional>
 
@@ -24,14 +26,22 @@ QByteArray asText(const OldValue& value) {
     return number ? QByteArray::number(*number) : std::get<QByteArray>(value);
 }
 
+/// Elsewhere points part the numbers of a time, but a diary's day is a date. Nothing for another text.
+QString withSlashes(const QString& day) {
+    static const QRegularExpression points(u"^ *[0-9]{1,4}\\.[0-9]{1,2}\\.[0-9]{1,2} *$"_s);
+    QString plain = platform::fold(day);
+    return points.match(plain).hasMatch() ? plain.replace(u'.', u'/') : QString();
+}
+
 /// The date that a text means, in the one form; a text that is none as it stands.
 QByteArray asDay(const QByteArray& utf8, int yearNow) {
     const QString text = platform::fromUtf8(utf8);
     // What nearly all are; a year below 1000 may mean another one.
     if (core::isDayKey(text) && text[0] != u'0')
         return utf8;
-    const QString day = core::formatTextAsDate(text, u"yyyy/mm/dd", yearNow);
-    return day == text ? utf8 : day.toUtf8();
+    const QString slashed = withSlashes(text);
+    const QString day = core::formatTextAsDate(slashed.isEmpty() ? text : slashed, u"yyyy/mm/dd", yearNow);
+    return day == text || (!slashed.isEmpty() && !core::isDayKey(day)) ? utf8 : day.toUtf8();
 }
 
 QString shown(const OldValue& value) {

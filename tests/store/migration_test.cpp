@@ -190,9 +190,13 @@ TEST_F(Migration, TakesTheTextPiecesBackWhenItFails) {
 
 TEST_F(Migration, WritesEveryDateInOneFormAndNothingElseAnew) {
     const std::pair<QString, QString> days[] = {
-        {u"2003/1/6"_s, u"2003/01/06"_s},   {u"03-01-05"_s, u"2003/01/05"_s},     {u"2003-01-07"_s, u"2003/01/07"_s},
-        {u"03/1/8"_s, u"2003/01/08"_s},     {u"2003年1月9日"_s, u"2003/01/09"_s}, {u"２００３/1/10"_s, u"2003/01/10"_s},
-        {u"2003/02/30"_s, u"2003/02/30"_s}, {u"1/5"_s, u"2004/01/05"_s},          {u"0050/01/02"_s, u"1950/01/02"_s}};
+        {u"2003/1/6"_s, u"2003/01/06"_s},     {u"03-01-05"_s, u"2003/01/05"_s},
+        {u"2003-01-07"_s, u"2003/01/07"_s},   {u"03/1/8"_s, u"2003/01/08"_s},
+        {u"2003年1月9日"_s, u"2003/01/09"_s}, {u"２００３/1/10"_s, u"2003/01/10"_s},
+        {u"2003/02/30"_s, u"2003/02/30"_s},   {u"1/5"_s, u"2004/01/05"_s},
+        {u"0050/01/02"_s, u"1950/01/02"_s},   {u"2003.1.11"_s, u"2003/01/11"_s},
+        {u"03.1.12"_s, u"2003/01/12"_s},      {u"２００３．１．１３"_s, u"2003/01/13"_s},
+        {u"2003.13.45"_s, u"2003.13.45"_s}};
     for (const int version : {0, 220}) {
         makeOld(version);
         QStringList expected;
@@ -895,6 +899,24 @@ TEST_F(Migration, OfNoDiaryOptimizesNothing) {
     platform::removeFile(file());
     EXPECT_NE(failureOf([&] { optimize(); }), QString());
     EXPECT_FALSE(exists(file()));
+}
+
+/// As every file of a compact disc is.
+TEST_F(JetMigration, TakesAFileThatIsSetReadOnly) {
+    bring(u"v150"_s);
+    ASSERT_TRUE(QFile::setPermissions(file(), QFile::ReadOwner));
+    for (int age = 0; age < 2; ++age) {
+        ASSERT_EQ(start(), shell::StartResult::Ready);
+        EXPECT_EQ(store::GetDBVersion(file()), 220);
+        EXPECT_EQ(sqlValue(u"SELECT count(*) FROM Contents"_s), u"51"_s);
+        EXPECT_EQ(modeOf(file()), 0600U);
+        EXPECT_EQ(modeOf(backup()), 0600U);
+        bring(u"v110"_s);
+        ASSERT_TRUE(QFile::setPermissions(file(), QFile::ReadOwner));
+        ASSERT_EQ(start(), shell::StartResult::Ready) << "the backup of before makes room";
+        bring(u"v150"_s);
+        ASSERT_TRUE(QFile::setPermissions(file(), QFile::ReadOwner));
+    }
 }
 
 } // namespace
