@@ -3,7 +3,6 @@
 #include "core/session.h"
 #include "store/database_file.h"
 #include "store/database_format.h"
-#include "store/named_database.h"
 #include "store/register_check.h"
 #include "store/row_check.h"
 #include "store/sqlite/connection.h"
@@ -155,7 +154,7 @@ QStringList checkDatabase(const QString& path, const std::optional<QString>& dat
     requireDiaryFormat(path);
     if (formatOf(path) == DatabaseFormat::Jet)
         refuseOldDiary(path);
-    return NamedDatabase(path).told([&](const QString& file) { return Checker(file, dataFolder).run(); });
+    return Checker(path, dataFolder).run();
 }
 
 void refuseOldDiary(const QString& path) {

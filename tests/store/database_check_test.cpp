@@ -199,11 +199,13 @@ TEST_F(DatabaseCheck, AnOldDiaryIsRefusedAsOneToBeConverted) {
     EXPECT_EQ(findings(), QStringList()) << "of a later program";
 }
 
-TEST_F(DatabaseCheck, AJournalThatAKilledProgramLeftStays) {
+TEST_F(DatabaseCheck, WhatAKilledProgramLeftHalfDoneIsRolledBack) {
+    const QByteArray before = bytesOf(file());
     tear(file());
     ASSERT_TRUE(exists(file() + u"-journal"_s));
-    EXPECT_EQ(findings(), QStringList()) << "the diary as it was before the change";
-    EXPECT_TRUE(exists(file() + u"-journal"_s));
+    EXPECT_EQ(checkDatabase(file(), session.DataPath), QStringList());
+    EXPECT_FALSE(exists(file() + u"-journal"_s)) << "people copy a diary that is told to be sound alone";
+    EXPECT_TRUE(bytesOf(file()) == before);
 }
 
 TEST_F(DatabaseCheck, AProgramInTheMiddleOfAChangeIsNotInTheWay) {

@@ -180,6 +180,7 @@ TEST_F(Restoring, AKilledWriterBehindALinkIsRolledBackByEveryone) {
     const std::vector<std::function<void()>> actions{
         [&] { store::GetDBVersion(file()); },
         [&] { diary().LoadDay(kDay); },
+        [&] { store::checkDatabase(file()); },
         [&] { store::copyDatabase(file(), path(u"copy.mdb"_s)); },
         [&] { store::backUpDatabase(file(), path(u"x.bak"_s)); },
     };
