@@ -105,6 +105,10 @@ inline constexpr File kSentList = ofUser("uploadold.tmp");
 inline constexpr File kUploadLock = ofUser("upload.lock");
 inline constexpr File kUploadLog = ofUser("upload.log");
 
+/// Blogs: the protocol of the last run, and which entries were posted.
+inline constexpr File kBlogLog = ofUser("blog.log");
+inline constexpr File kBlogPosts = ofUser("blogposts.jsonl");
+
 /// Local pages: they show private entries and never go to the site.
 inline constexpr File kPreview = ofData("tmp.htm");
 inline constexpr File kCustomizePreview = ofData("Customize.htm");
@@ -133,6 +137,7 @@ inline constexpr File kFrameIni = ofData("Frame.ini");
 inline constexpr File kRssIni = ofData("RSS.ini");
 inline constexpr File kHaloScanIni = ofData("HaloScan.ini");
 inline constexpr File kBlogIni = ofData("Blog.ini");
+inline constexpr File kBlogUserData = ofData("BlogUserData.ini"); ///< with passwords
 
 inline constexpr File kGenres = ofData("Genre.csv");
 

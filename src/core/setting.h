@@ -1,8 +1,8 @@
 // One setting: a row of the catalogue.
 //
 // The catalogue spells each key of the settings files once: core/keys.h has those of the user's "diary.ini",
-// core/site_keys.h those of the site, core/program_keys.h those of the files beside the program, and
-// convert/html_settings.cpp those of the conversion to text. An odd spelling is the file format's.
+// core/site_keys.h those of the site, core/blog_keys.h those of blogs, core/program_keys.h those of the files beside
+// the program, and convert/html_settings.cpp those of the conversion to text. An odd spelling is the file format's.
 #pragma once
 
 #include <QStringView>
@@ -11,17 +11,19 @@ namespace velloria::core {
 
 /// The files that hold settings; core/settings.h knows where each lies.
 enum class SettingsFile {
-    Diary,      ///< what the user has chosen for the program, "diary.ini"
-    Customize,  ///< the look of the pages: the customize set that is chosen
-    Frame,      ///< division of a month, and frames
-    Rss,        ///< feeds
-    HaloScan,   ///< the comment service
-    Blog,       ///< posting
-    Users,      ///< "velluser.ini", beside the program
-    Endpoints,  ///< the addresses of others, "endpoints.ini" beside the program
-    HtmlToText, ///< how the export turns pages into text, "HTML2TXT.ini" beside the program
-    Update,     ///< what the maker offers, "update.txt" beside the program
-    Shortcut,   ///< a favourite: one of many files, which the reader names
+    Diary,        ///< what the user has chosen for the program, "diary.ini"
+    Customize,    ///< the look of the pages: the customize set that is chosen
+    Frame,        ///< division of a month, and frames
+    Rss,          ///< feeds
+    HaloScan,     ///< the comment service
+    Blog,         ///< posting
+    BlogUserData, ///< logins and addresses of the user's blogs, a section each
+    BlogTemplate, ///< how the pages of a blog service are filled in: one of many files, which the reader names
+    Users,        ///< "velluser.ini", beside the program
+    Endpoints,    ///< the addresses of others, "endpoints.ini" beside the program
+    HtmlToText,   ///< how the export turns pages into text, "HTML2TXT.ini" beside the program
+    Update,       ///< what the maker offers, "update.txt" beside the program
+    Shortcut,     ///< a favourite: one of many files, which the reader names
 };
 
 enum class SettingKind {

@@ -33,6 +33,8 @@ QString Settings::file(SettingsFile file) const {
         return m_session.HaloScanIniFile;
     case SettingsFile::Blog:
         return m_session.BlogIniFile;
+    case SettingsFile::BlogUserData:
+        return files::kBlogUserData.in(m_session);
     default:
         return programFile(m_session.MyPath, file);
     }

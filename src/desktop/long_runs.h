@@ -1,4 +1,5 @@
-// Routines that work on while events are served: the upload, the check for a new version, the optimise.
+// Routines that work on while events are served: the upload, the check for a new version, the optimise, a
+// post to a blog.
 #pragma once
 
 #include <QPointer>
@@ -9,7 +10,7 @@
 
 namespace velloria::desktop {
 
-enum class LongRoutine { Upload, UpdateCheck, Optimize };
+enum class LongRoutine { Upload, UpdateCheck, Optimize, PostBlog };
 
 /// Keeps each of them from starting inside itself, and the main window from closing under any.
 class LongRuns {

@@ -171,11 +171,17 @@ void QtDesk::message(platform::MessageKind kind, const QString& text, const QStr
     showBox(kind, text, title, Comes::Asked);
 }
 
-void QtDesk::showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes) const {
+void QtDesk::detailedMessage(platform::MessageKind kind, const QString& text, const QString& details) {
+    showBox(kind, text, u"Velloria"_s, Comes::Asked, details);
+}
+
+void QtDesk::showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes,
+                     const QString& details) const {
     prepareBox();
     const Over box(new QMessageBox(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner()));
     box->setTextFormat(Qt::PlainText);
     letScroll(*box.operator->());
+    box->setDetailedText(shownText(details)); // "" has no button
     if (comes == Comes::Unasked)
         new FirstMoment(*box.operator->());
     box->exec();

@@ -16,6 +16,7 @@ namespace velloria::desktop {
 class QtDesk : public platform::Desk {
 public:
     void message(platform::MessageKind kind, const QString& text, const QString& title) override;
+    void detailedMessage(platform::MessageKind kind, const QString& text, const QString& details) override;
     bool ask(const QString& text, const QString& title) override;
     std::optional<QString> choosePath(const platform::PathRequest& request) override;
     QString input(const QString& text, const QString& whenAsked, const QString& title) override;
@@ -56,7 +57,8 @@ private:
     enum class Comes { Asked, Unasked };
 
     QWidget* owner() const;
-    void showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes) const;
+    void showBox(platform::MessageKind kind, const QString& text, const QString& title, Comes comes,
+                 const QString& details = {}) const;
     void prepareBox() const;
 
     QPointer<QWidget> m_mainWindow;

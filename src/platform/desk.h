@@ -61,6 +61,9 @@ public:
 
     /// A box with OK alone.
     virtual void message(MessageKind kind, const QString& text, const QString& title = QStringLiteral("Velloria")) = 0;
+    /// The same with a button that shows how it came to that, some lines for somebody who looks for the reason. Desks
+    /// without windows do without them.
+    virtual void detailedMessage(MessageKind kind, const QString& text, const QString& details);
     /// A question with Yes and No; true for Yes.
     virtual bool ask(const QString& text, const QString& title = QStringLiteral("Velloria")) = 0;
     /// A file or folder dialog; nothing when it is cancelled.
@@ -99,6 +102,10 @@ private:
     friend class Hourglass;
     int m_hourglasses = 0;
 };
+
+inline void Desk::detailedMessage(MessageKind kind, const QString& text, const QString& /*details*/) {
+    message(kind, text);
+}
 
 /// The hourglass, for as long as this lives: no way out of a command leaves it behind, and a step of one does not take
 /// away what the whole has set.

@@ -1,0 +1,32 @@
+// What the user has told of a blog: login and addresses.
+#pragma once
+
+#include "core/session.h"
+#include "core/setting.h"
+
+#include <QString>
+
+namespace velloria::blog {
+
+/// The section of one blog in "BlogUserData.ini", which is readable by its owner alone. Each call reads or writes the
+/// file as it is now. A password is given and taken in clear and stored scrambled.
+class BlogUserData {
+public:
+    /// `blog` is the template's name. `session` outlives this.
+    BlogUserData(const core::Session& session, const QString& blog);
+
+    /// A row of keys::blog_user; "" when it is missing. Throws platform::Failure when the file can't be read.
+    QString value(const core::Setting& row) const;
+    /// Throws platform::Failure when the machine refuses, and when the file would not give the value back; it is as it
+    /// was then.
+    void store(const core::Setting& row, const QString& value) const;
+
+    /// Whether store() takes the value.
+    static bool fits(const core::Setting& row, const QString& value);
+
+private:
+    const core::Session& m_session;
+    QString m_blog;
+};
+
+} // namespace velloria::blog

@@ -1,0 +1,52 @@
+#include "blog/blog_user_data.h"
+
+#include "core/blog_keys.h"
+#include "core/files.h"
+#include "platform/failure.h"
+#include "platform/file_read.h"
+#include "support/test_home.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::tests {
+namespace {
+
+namespace keys = core::keys::blog_user;
+
+class UserData : public TestHome {
+protected:
+    blog::BlogUserData data{session, u"ブログ"_s};
+    QString file() const { return core::files::kBlogUserData.in(session); }
+};
+
+TEST_F(UserData, GivesBackWhatWasStored) {
+    EXPECT_EQ(data.value(keys::kLoginID), QString());
+    data.store(keys::kLoginID, u"花子"_s);
+    data.store(keys::kPassword, u"秘密 secret"_s);
+    EXPECT_EQ(data.value(keys::kLoginID), u"花子"_s);
+    EXPECT_EQ(data.value(keys::kPassword), u"秘密 secret"_s);
+    EXPECT_EQ(blog::BlogUserData(session, u"other"_s).value(keys::kLoginID), QString());
+}
+
+TEST_F(UserData, KeepsThePasswordFromBeingReadAtAGlance) {
+    data.store(keys::kPassword, u"secret"_s);
+    const QByteArray bytes = platform::readFile(file());
+    EXPECT_FALSE(bytes.contains("secret"));
+    EXPECT_TRUE(bytes.contains("Password="));
+    EXPECT_EQ(QFile::permissions(file()) &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+              QFile::Permissions());
+}
+
+TEST_F(UserData, RefusesWhatTheFileWouldNotGiveBack) {
+    data.store(keys::kPostURL, u"http://127.0.0.1/"_s);
+    EXPECT_THROW(data.store(keys::kPostURL, QString(256, u'x')), platform::Failure);
+    EXPECT_THROW(data.store(keys::kPassword, u"\U0001F431"_s), platform::Failure);
+    EXPECT_EQ(data.value(keys::kPostURL), u"http://127.0.0.1/"_s);
+    EXPECT_EQ(data.value(keys::kPassword), QString());
+}
+
+} // namespace
+} // namespace velloria::tests
