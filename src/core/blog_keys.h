@@ -70,6 +70,15 @@ inline constexpr SwitchRows kAcceptPing{kSimple.text(u"Type_AcceptPing", u"NAME"
                                         kSimple.text(u"VALUE_AcceptPing_Yes"), kSimple.text(u"VALUE_AcceptPing_No"),
                                         kSimple.text(u"RADIO_VALUE_AcceptPing_YES"),
                                         kSimple.text(u"RADIO_VALUE_AcceptPing_No")};
+
+/// Every row but those of the switches.
+inline constexpr std::array kAllButSwitches{
+    kBlog,        kPostURL,       kLoginURL,     kNextURL,      kManageURL,     kHTML2TXT,    kFormLogin,
+    kFormPost,    kFormConfirm,   kCheckObject,  kAutoLoginURL, kLoginRedirect, kEvents,      kValueLoginID,
+    kTypeLoginID, kValuePassword, kTypePassword, kValueNext,    kTypeNext,      kValueLogin,  kTypeLogin,
+    kValueTitle,  kTypeTitle,     kValueBody,    kTypeBody,     kValueGenre,    kValueGenre2, kTypeGenre,
+    kValuePost,   kTypePost,      kValueConfirm, kTypeConfirm};
+inline constexpr std::array kSwitches{kUnderWrite, kAcceptComment, kAcceptPing};
 } // namespace blog_template
 
 namespace blog_user {
