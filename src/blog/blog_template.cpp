@@ -16,7 +16,6 @@ namespace {
 namespace keys = core::keys::blog_template;
 
 const QString kExtension = u".ini"_s;
-constexpr qint64 kMostBytes = 1'000'000;
 
 TemplateSwitch readSwitch(const core::IniReader& file, const keys::SwitchRows& rows) {
     return {file.text(rows.type), file.text(rows.yes), file.text(rows.no), file.text(rows.radioYes),
@@ -37,7 +36,7 @@ QString templateFile(const core::Session& session, const QString& name) {
 }
 
 void refuseHugeTemplate(const QString& file) {
-    if (QFileInfo(file).size() > kMostBytes)
+    if (QFileInfo(file).size() > kMostTemplateBytes)
         throw platform::Failure(u"ブログのテンプレートを読み込めません。"_s, file,
                                 u"ファイルが大きすぎます (1 MB まで)。"_s,
                                 u"テンプレートを正しいものと入れ替えてください。"_s);

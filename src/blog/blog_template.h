@@ -66,6 +66,9 @@ struct BlogTemplate {
     static BlogTemplate read(const QString& file);
 };
 
+/// More than any template has.
+inline constexpr qint64 kMostTemplateBytes = 1'000'000;
+
 /// Throws platform::Failure for a file that is larger than any template: it comes from strangers.
 void refuseHugeTemplate(const QString& file);
 

@@ -21,6 +21,10 @@ public:
     /// was then.
     void store(const core::Setting& row, const QString& value) const;
 
+    /// Whether a section can bear the name. What is stored under another one would come into the section of another
+    /// blog, or never be found again.
+    static bool canBear(const QString& blog);
+
     /// Whether store() takes the value.
     static bool fits(const core::Setting& row, const QString& value);
 

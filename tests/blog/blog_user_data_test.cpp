@@ -48,5 +48,19 @@ TEST_F(UserData, RefusesWhatTheFileWouldNotGiveBack) {
     EXPECT_EQ(data.value(keys::kPassword), QString());
 }
 
+TEST_F(UserData, OfANameThatNoSectionBearsIsRefused) {
+    for (const QString& name : {u"a]b"_s, u"a]"_s, u"]"_s, u" a"_s, u"a "_s, u""_s, u"\ta"_s, u"a\nb"_s}) {
+        EXPECT_FALSE(blog::BlogUserData::canBear(name)) << name.toStdString();
+        EXPECT_THROW(blog::BlogUserData(session, name).store(keys::kPassword, u"secret"_s), platform::Failure);
+    }
+    EXPECT_FALSE(QFile::exists(file())) << "nothing of another blog's section was touched";
+    for (const QString& name :
+         {u"mixi"_s, u"[a"_s, u"a=b"_s, u";a"_s, u"ゾ"_s, u"é😀"_s, u"a b"_s, u"a.b"_s, u"\u301C"_s}) {
+        const blog::BlogUserData mine(session, name);
+        EXPECT_NO_THROW(mine.store(keys::kLoginID, u"hanako"_s)) << name.toStdString();
+        EXPECT_EQ(mine.value(keys::kLoginID), u"hanako"_s) << name.toStdString();
+    }
+}
+
 } // namespace
 } // namespace velloria::tests
