@@ -21,4 +21,7 @@ void rememberPost(const core::Run& run, const BlogEntry& entry, const QString& b
 /// can't be read holds none: nothing depends on it.
 std::optional<PostedEntry> lastPost(const core::Session& session, const QString& day, int number, const QString& blog);
 
+/// How a person is told of it; `blog` as lastPost takes it.
+QString postedNotice(const PostedEntry& post, const QString& blog);
+
 } // namespace velloria::blog

@@ -9,7 +9,8 @@ namespace velloria::blog {
 /// and https: a template is a stranger's text, and it leads to no script and to no file.
 QUrl webAddress(const QString& address);
 
-/// The address as a protocol may tell it: without user, password, query and mark, which may hold secrets.
+/// The address as a protocol may tell it: without user, password, query and mark, which may hold secrets. Of one that
+/// is not of the web its scheme.
 QString addressForProtocol(const QUrl& address);
 
 } // namespace velloria::blog

@@ -1,0 +1,51 @@
+// One run to a blog: the steps of a post, and what is told of its end.
+#pragma once
+
+#include "blog/blog_order.h"
+#include "blog/blog_page.h"
+#include "blog/blog_user_data.h"
+#include "blog/page_driver.h"
+
+#include <chrono>
+
+namespace velloria::blog {
+
+/// Runs once. Other commands are served while it waits, so it holds all that it needs: who the user is, the entry, and
+/// what settings and template say at its start.
+class BlogRun {
+public:
+    /// `page` outlives this, clock and desk of `run` too.
+    BlogRun(const core::Run& run, BlogPage& page, const QString& blog, const BlogEntry& entry,
+            std::chrono::milliseconds waitLimit);
+
+    void PostBlog();
+
+private:
+    enum class End { Posted, Stopped, Failed, TimedOut, ProgramEnding };
+
+    End post();
+    End connect();
+    End fillAndSend();
+    void enter(const QString& stage);
+    End endOfWait() const;
+    PageRun pageRun() const;
+    Credentials credentials(const QUrl& address) const;
+
+    void tell(End end);
+    void tellPosted();
+    QString remember();
+
+    core::Session m_session;
+    const core::Run m_run;
+    BlogPage& m_page;
+    const QString m_blog;
+    const BlogEntry m_entry;
+    BlogProtocol m_protocol;
+    const BlogUserData m_data;
+    PageDriver m_driver;
+    BlogOrder m_order;
+    QString m_stage;
+    QString m_problem; ///< of the page that answered the post
+};
+
+} // namespace velloria::blog
