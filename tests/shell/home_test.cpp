@@ -112,10 +112,27 @@ TEST_F(Home, IsSeededForTheUserWhenTheProgramsFolderCantBeWritten) {
     writeFile(path(u"hatena.blg"_s), "template");
     ::chmod(QFile::encodeName(path(u"hatena.blg"_s)).constData(), 0444);
     ASSERT_TRUE(seedsForNobody());
-    for (const QString& name :
-         {u"default.ini"_s, u"default.mdb"_s, u"Customize.ini"_s, u"TEXT.txt"_s, u"HTML.txt"_s, u"HTML2TXT.ini"_s,
-          u"HTML2TXT_RSS.ini"_s, u"JS_Log.txt"_s, u"colorname.csv"_s, u"SimpleManual.mht"_s, u"endpoints.ini"_s,
-          u"Shinny.gif"_s, u"Cloudy.gif"_s, u"Rainy.gif"_s, u"Thunder.gif"_s, u"Snowy.gif"_s, u"hatena.blg"_s})
+    for (const QString& name : {u"default.ini"_s,
+                                u"default.mdb"_s,
+                                u"Customize.ini"_s,
+                                u"TEXT.txt"_s,
+                                u"HTML.txt"_s,
+                                u"HTML2TXT.ini"_s,
+                                u"HTML2TXT_RSS.ini"_s,
+                                u"HTML2TXT_WordPress.ini"_s,
+                                u"HTML2TXT_tDiary.ini"_s,
+                                u"WordPress.blg"_s,
+                                u"tDiary.blg"_s,
+                                u"JS_Log.txt"_s,
+                                u"colorname.csv"_s,
+                                u"SimpleManual.mht"_s,
+                                u"endpoints.ini"_s,
+                                u"Shinny.gif"_s,
+                                u"Cloudy.gif"_s,
+                                u"Rainy.gif"_s,
+                                u"Thunder.gif"_s,
+                                u"Snowy.gif"_s,
+                                u"hatena.blg"_s})
         EXPECT_TRUE(exists(seeded(name)) && bytesOf(seeded(name)) == bytesOf(path(name))) << name.toStdString();
     EXPECT_EQ(modeOf(seeded()), 0700U);
     EXPECT_EQ(modeOf(seeded(u"hatena.blg"_s)) & 0200U, 0200U) << "a copy can be written";
