@@ -55,7 +55,7 @@ def program(*path):
 
 def environment():
     """The path of a server's libraries, and nothing else of whoever runs the tests."""
-    folders = [folder for path in ("lib", "usr/lib") for folder in glob.glob(program("libraries", path, "*-linux-gnu*"))]
+    folders = [folder for path in ("lib", "usr/lib") for folder in glob.glob(program("together", path, "*-linux-gnu*"))]
     return {"PATH": os.environ.get("PATH", os.defpath), "LD_LIBRARY_PATH": ":".join(folders)}
 
 
@@ -147,6 +147,9 @@ class Server:
     def command(self):
         raise NotImplementedError
 
+    def environment(self):
+        return environment()
+
     def __enter__(self):
         self.start()
         return self
@@ -156,7 +159,7 @@ class Server:
         self.output = open(self.path("output"), "ab")
         self.process = subprocess.Popen(
             self.command(), cwd=self.work, start_new_session=True, stdin=subprocess.DEVNULL, stdout=self.output,
-            stderr=subprocess.STDOUT, env=environment())
+            stderr=subprocess.STDOUT, env=self.environment())
         tell_guard(self.process.pid)
         try:
             self.wait()
