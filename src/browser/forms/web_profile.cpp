@@ -78,6 +78,9 @@ std::shared_ptr<QWebEngineProfile> makeProfile(const core::Session& session, pla
     auto profile = std::make_shared<QWebEngineProfile>(u"velloria"_s);
     profile->setPersistentStoragePath(core::files::kBrowserFolder.in(session));
     profile->setCachePath(core::files::kBrowserCache.in(session));
+    // A service forgets a login with the end of the browser, unless a box on its page asks it to remember: a post of
+    // tomorrow would log in once more.
+    profile->setPersistentCookiesPolicy(QWebEngineProfile::ForcePersistentCookies);
     profile->setUrlRequestInterceptor(new FileGuard(session, profile.get()));
     profile->installUrlSchemeHandler("event", new EventHandler(profile.get()));
     QObject::connect(profile.get(), &QWebEngineProfile::downloadRequested, profile.get(),
