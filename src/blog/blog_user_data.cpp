@@ -7,6 +7,7 @@
 #include "core/stored_name.h"
 #include "platform/code_page.h"
 #include "platform/failure.h"
+#include "platform/profile_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,7 +26,7 @@ BlogUserData::BlogUserData(const core::Session& session, const QString& blog)
 
 QString BlogUserData::value(const core::Setting& row) const {
     const QString stored = core::Settings(m_session).text(core::inSection(row, m_blog));
-    return isPassword(row) ? convert::passwordFromSetting(stored) : stored;
+    return isPassword(row) ? convert::passwordFromSetting(stored) : core::nameOfStored(stored);
 }
 
 bool BlogUserData::canBear(const QString& blog) {
@@ -39,17 +40,29 @@ bool BlogUserData::fits(const core::Setting& row, const QString& value) {
     return isPassword(row) ? convert::isPasswordText(value) : core::fitsSetting(value);
 }
 
+QString BlogUserData::refusal(const QString& name) {
+    return u"「%1」は、長すぎるか、前後の空白や設定に書けない文字を含んでいます。"_s.arg(name);
+}
+
 void BlogUserData::store(const core::Setting& row, const QString& value) const {
-    const core::Setting mine = core::inSection(row, m_blog);
+    store({{row, value}});
+}
+
+void BlogUserData::store(const std::vector<std::pair<core::Setting, QString>>& values) const {
+    const auto refuse = [this](const QString& reason, const QString& remedy = {}) {
+        throw platform::Failure(u"ブログの設定を保存できません。"_s,
+                                core::Settings(m_session).file(core::SettingsFile::BlogUserData), reason, remedy);
+    };
     if (!canBear(m_blog))
-        throw platform::Failure(u"ブログの設定を保存できません。"_s, core::Settings(m_session).file(mine.file),
-                                u"テンプレートの名前「%1」は設定に書けません。"_s.arg(m_blog),
-                                u"テンプレートのファイルの名前を変えてください。"_s);
-    if (!fits(row, value))
-        throw platform::Failure(u"ブログの設定を保存できません。"_s, core::Settings(m_session).file(mine.file),
-                                u"%1 が長すぎるか、設定に書けない文字を含んでいます。"_s.arg(row.name));
+        refuse(u"テンプレートの名前「%1」は設定に書けません。"_s.arg(m_blog),
+               u"テンプレートのファイルの名前を変えてください。"_s);
     core::SettingsChange change;
-    change.set(m_session, mine, isPassword(row) ? convert::EncryptPassword(value) : value);
+    for (const auto& [row, value] : values) {
+        const core::Setting mine = core::inSection(row, m_blog);
+        if (!fits(row, value))
+            refuse(refusal(row.name.toString()));
+        change.set(m_session, mine, isPassword(row) ? convert::EncryptPassword(value) : core::storedName(value));
+    }
     change.write();
 }
 

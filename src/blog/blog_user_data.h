@@ -6,6 +6,9 @@
 
 #include <QString>
 
+#include <utility>
+#include <vector>
+
 namespace velloria::blog {
 
 /// The section of one blog in "BlogUserData.ini", which is readable by its owner alone. Each call reads or writes the
@@ -20,6 +23,8 @@ public:
     /// Throws platform::Failure when the machine refuses, and when the file would not give the value back; it is as it
     /// was then.
     void store(const core::Setting& row, const QString& value) const;
+    /// The same of several at once, in this order: all of them are stored or none.
+    void store(const std::vector<std::pair<core::Setting, QString>>& values) const;
 
     /// Whether a section can bear the name. What is stored under another one would come into the section of another
     /// blog, or never be found again.
@@ -27,6 +32,8 @@ public:
 
     /// Whether store() takes the value.
     static bool fits(const core::Setting& row, const QString& value);
+    /// Why it does not, of a value that people know by this name.
+    static QString refusal(const QString& name);
 
 private:
     const core::Session& m_session;

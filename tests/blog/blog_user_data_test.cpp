@@ -40,9 +40,26 @@ TEST_F(UserData, KeepsThePasswordFromBeingReadAtAGlance) {
               QFile::Permissions());
 }
 
+TEST_F(UserData, GivesBackEveryCharacterThatTheCodePageWritesAsAnother) {
+    const QString name = u"〜—‖−¢£¬"_s;
+    ASSERT_TRUE(blog::BlogUserData::fits(keys::kLoginID, name));
+    data.store(keys::kLoginID, name);
+    EXPECT_EQ(data.value(keys::kLoginID), name);
+}
+
+TEST_F(UserData, StoresSeveralInOrderOrNoneOfThem) {
+    data.store({{keys::kPostURL, u"http://127.0.0.1/p"_s}, {keys::kLoginID, u"me"_s}, {keys::kNextURL, u""_s}});
+    EXPECT_EQ(platform::readFile(file()).mid(platform::readFile(file()).indexOf("\r\n") + 2),
+              "PostURL=http://127.0.0.1/p\r\nLoginID=me\r\nNextURL=\r\n");
+    const QByteArray before = platform::readFile(file());
+    EXPECT_THROW(data.store({{keys::kLoginID, u"you"_s}, {keys::kPassword, u"\U0001F431"_s}}), platform::Failure);
+    EXPECT_EQ(platform::readFile(file()), before);
+}
+
 TEST_F(UserData, RefusesWhatTheFileWouldNotGiveBack) {
     data.store(keys::kPostURL, u"http://127.0.0.1/"_s);
     EXPECT_THROW(data.store(keys::kPostURL, QString(256, u'x')), platform::Failure);
+    EXPECT_THROW(data.store(keys::kLoginID, u" me"_s), platform::Failure);
     EXPECT_THROW(data.store(keys::kPassword, u"\U0001F431"_s), platform::Failure);
     EXPECT_EQ(data.value(keys::kPostURL), u"http://127.0.0.1/"_s);
     EXPECT_EQ(data.value(keys::kPassword), QString());
