@@ -36,6 +36,7 @@ inline constexpr PlaceSettings kFindPlace = placeIn(u"Find");
 inline constexpr PlaceSettings kLogPlace = placeIn(u"Log");
 inline constexpr PlaceSettings kPreferencePlace = placeIn(u"Preference");
 inline constexpr PlaceSettings kExportCustFilePlace = placeIn(u"ExportCustFile");
+inline constexpr PlaceSettings kBlogManagerPlace = placeIn(u"BlogManager");
 
 inline constexpr SettingsSection kCustomize{SettingsFile::Diary, u"Customize"};
 inline constexpr PlaceSettings kCustomizePlace =
@@ -51,7 +52,9 @@ inline constexpr Setting kContentsFontSize =
     kDiaryEditer.text(u"ContentsFontSize", u"12"); ///< in points, with fractions
 inline constexpr Setting kPTagAdd = kDiaryEditer.text(u"P_TagAdd");
 
+/// The blog that was picked last in the calendar, and in the window of the user's data of blogs.
 inline constexpr Setting kSelectedBlog = SettingsSection{SettingsFile::Diary, u"Calender"}.text(u"Blog", u"mixi");
+inline constexpr Setting kManagedBlog = SettingsSection{SettingsFile::Diary, u"BlogManager"}.text(u"Blog", u"mixi");
 
 inline constexpr SettingsSection kBrowser{SettingsFile::Diary, u"Browser"};
 inline constexpr Setting kUrlHistory = kBrowser.flag(u"URLHistory");

@@ -2,6 +2,7 @@
 // is left out here. The way of the Tab key through a new window has its line in tab_ring_test.cpp.
 #pragma once
 
+#include "blog/forms/frmBlogManager.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
 #include "editor/forms/frmHTMLMakeFont.h"
 #include "editor/forms/frmHTMLMakeHR.h"
@@ -40,11 +41,11 @@ void lookAtEach(desktop::Context& context, const Look& look) {
 /// `look` gets each of them, one after the other, while it is shown.
 template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
-    lookAtEach<convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR, editor::frmHTMLMakeImage,
-               editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport, exchange::frmExportCust,
-               registers::frmResistFiles, registers::frmResistLogs, shell::frmBackups, shell::frmOptions,
-               shell::frmUserManager, site::frmCustomize, site::frmCustomizeSelection, site::frmFind, site::frmSaveLog,
-               site::frmSetting>(context, look);
+    lookAtEach<blog::frmBlogManager, convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR,
+               editor::frmHTMLMakeImage, editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport,
+               exchange::frmExportCust, registers::frmResistFiles, registers::frmResistLogs, shell::frmBackups,
+               shell::frmOptions, shell::frmUserManager, site::frmCustomize, site::frmCustomizeSelection, site::frmFind,
+               site::frmSaveLog, site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

@@ -1,5 +1,6 @@
 #include "site/forms/frmSetting.h"
 
+#include "blog/forms/frmBlogManager.h"
 #include "core/ini.h"
 #include "core/keys.h"
 #include "core/program_keys.h"
@@ -377,10 +378,18 @@ TEST_F(SiteStructure, TheLinkLeadsTheBrowserToTheCommentService) {
     EXPECT_FALSE(isApplyOn());
 }
 
-TEST_F(SiteStructure, TheButtonOfTheBlogManagerWaitsForIt) {
+TEST_F(SiteStructure, TheBlogManagerComesUpBesideItAndIsOneOfAKind) {
     open();
-    EXPECT_FALSE(field(u"Btn_BlogManager"_s).isEnabled());
-    EXPECT_FALSE(field(u"Btn_BlogManager"_s).toolTip().isEmpty());
+    press(u"Btn_BlogManager"_s);
+    const QPointer<blog::frmBlogManager> manager = context.windows.find<blog::frmBlogManager>();
+    ASSERT_TRUE(manager);
+    EXPECT_TRUE(becomesActive(*manager));
+    EXPECT_FALSE(isApplyOn());
+    window()->activateWindow();
+    press(u"Btn_BlogManager"_s);
+    EXPECT_TRUE(becomesActive(*manager));
+    press(u"Btn_Cancel"_s);
+    EXPECT_TRUE(manager && manager->isVisible()) << "it is a window of its own";
 }
 
 TEST_F(SiteStructure, AFileThatRefusesKeepsApplyOnAndEveryFileWhole) {

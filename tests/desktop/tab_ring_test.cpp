@@ -1,4 +1,5 @@
 // Tab and Shift+Tab lead round every window, through all that takes keys and in the order of writing.
+#include "blog/forms/frmBlogManager.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
 #include "editor/forms/frmHTMLMakeImage.h"
 #include "exchange/forms/frmDeleteImportDiary.h"
@@ -202,7 +203,8 @@ TEST_F(TabRing, OfTheSiteSettings) {
         {u"chkUseRSS"_s, u"txtRSS_Title"_s, u"txtRSS_HPURL"_s, u"txtRSS_DiaryURL"_s, u"txtRSS_Description"_s,
          u"txtRSS_ManagingAuthor"_s, u"txtRSS_WebMaster"_s, u"txtATOM_Author"_s},
         {u"chkUseHaloScan"_s, u"txtHaloScanUserName"_s, u"lblURL"_s},
-        {u"chkBlog_Status"_s, u"chkBlog_AcceptComment"_s, u"chkBlog_AcceptTrackBack"_s, u"chkBlog_PandBRTag"_s}};
+        {u"chkBlog_Status"_s, u"chkBlog_AcceptComment"_s, u"chkBlog_AcceptTrackBack"_s, u"chkBlog_PandBRTag"_s,
+         u"Btn_BlogManager"_s}};
     auto& tabs = control<QTabWidget>(window, u"TabStrip1"_s);
     for (int i = 0; i < tabs.count(); ++i) {
         tabs.setCurrentIndex(i);
@@ -259,6 +261,12 @@ TEST_F(TabRing, OfThePasswordWindow) {
 
 TEST_F(TabRing, OfTheBackups) {
     expectRingOf<shell::frmBackups>({u"BackupList"_s, u"Btn_Make"_s, u"Btn_Restore"_s, u"BtnClose"_s});
+}
+
+TEST_F(TabRing, OfTheBlogManager) {
+    writeFile(session.DataPath + u"BlogTemplate/mixi.ini"_s, "[Simple]\r\nPostURL=Required\r\nNextURL=Required\r\n");
+    expectRingOf<blog::frmBlogManager>({u"cmbBlog"_s, u"txtLoginID"_s, u"txtPassword"_s, u"txtPostURL"_s,
+                                        u"txtNextURL"_s, u"txtAccessURL"_s, u"Btn_Close"_s});
 }
 
 TEST_F(TabRing, OfTheUserManager) {

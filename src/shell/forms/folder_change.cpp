@@ -1,5 +1,6 @@
 #include "shell/forms/folder_change.h"
 
+#include "blog/forms/frmBlogManager.h"
 #include "browser/forms/frmBrowser.h"
 #include "core/path_names.h"
 #include "desktop/command.h"
@@ -37,6 +38,8 @@ void followDataFolder(desktop::Context& context, const QString& before) {
         step([&] { context.windows.get<editor::OpenDay>().readGenres(); });
     if (auto* calendar = context.windows.find<editor::frmCalender>())
         step([&] { calendar->fillBlogs(); });
+    if (auto* blogs = context.windows.find<blog::frmBlogManager>())
+        step([&] { blogs->fillBlogs(); });
     if (auto* find = context.windows.find<site::frmFind>())
         step([&] { find->fillGenres(); });
     if (auto* exported = context.windows.find<exchange::frmExport>())

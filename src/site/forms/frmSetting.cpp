@@ -1,5 +1,6 @@
 #include "site/forms/frmSetting.h"
 
+#include "blog/forms/frmBlogManager.h"
 #include "browser/forms/frmBrowser.h"
 #include "core/keys.h"
 #include "core/program_keys.h"
@@ -86,6 +87,8 @@ void frmSetting::connectControls() {
     enableWhile({ui->lblCalenderFrameSize, ui->txtCalenderFrameSize, ui->lblFRAMEBORDER, ui->txtFRAMEBORDER,
                  ui->chkScrolling, ui->chkResize},
                 [this] { return ui->chkUseFrame->isChecked(); });
+    connect(ui->Btn_BlogManager, &QPushButton::clicked, this,
+            [this] { run([this] { m_context.windows.get<blog::frmBlogManager>().showWindow(); }); });
     connect(ui->lblURL, &QLabel::linkActivated, this, [this] {
         run([this] {
             m_context.windows.get<browser::frmBrowser>().showChild();
