@@ -182,6 +182,13 @@ bool OpenDay::replaceDiary(const std::function<bool()>& replace) {
     return true;
 }
 
+std::optional<store::Entry> OpenDay::typed() {
+    if (!m_isOpen)
+        return std::nullopt;
+    m_view->commitComposition();
+    return fields(m_number);
+}
+
 store::Entry OpenDay::fields(int number) const {
     store::Entry entry = m_view->fields();
     entry.day = m_run.session.EnterDay;

@@ -93,6 +93,8 @@ public:
 
     /// Saves the entry. Refused, after its box, without a title; a failure is thrown, and the changes stay unsaved.
     SaveOutcome save();
+    /// The open entry as it is typed now, saved or not. Nothing without a day.
+    std::optional<store::Entry> typed();
     /// Removes the shown entry from the diary; then no day is open. Row and unsaved changes go to the rescue file.
     void deleteEntry();
     /// Back to no day. Nothing is asked, and the mark of unsaved changes is left to the entry that comes next.

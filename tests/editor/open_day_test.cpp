@@ -301,6 +301,26 @@ TEST_F(OpenDay, ASaveWritesEveryFieldAndTellsWhoShowsTheDiary) {
     EXPECT_EQ(news, QStringList{u"diary"_s}) << "the genre is there";
 }
 
+TEST_F(OpenDay, TellsWhatIsTypedWhetherItIsSavedOrNot) {
+    EXPECT_EQ(day->typed(), std::nullopt);
+    writeDay({u"一"_s, u"二"_s});
+    day->openDay(kDay);
+    EXPECT_EQ(day->typed()->title, u"二"_s);
+    typist.typed.title = u"題"_s;
+    typist.typed.day = kNextDay; // the day is not the typist's to say
+    typist.composed = u"と尾"_s;
+    day->edited();
+    const std::optional<store::Entry> typed = day->typed();
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(typed->day, kDay);
+    EXPECT_EQ(typed->number, 2);
+    EXPECT_EQ(typed->title, u"題と尾"_s) << "what an input method composes is part of it";
+    EXPECT_TRUE(day->isDirty());
+    EXPECT_EQ(rows(), (QStringList{u"2二"_s, u"1一"_s}));
+    day->close();
+    EXPECT_EQ(day->typed(), std::nullopt);
+}
+
 TEST_F(OpenDay, WithoutATitleNothingIsSaved) {
     day->openDay(kDay);
     typist.typed.contents = u"text"_s;
