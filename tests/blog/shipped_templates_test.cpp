@@ -1,5 +1,6 @@
 // The templates that the program comes with, and what their services get of an entry.
 #include "blog/blog_template.h"
+#include "blog/template_check.h"
 #include "convert/html_to_text.h"
 #include "support/test_home.h"
 
@@ -33,6 +34,19 @@ TEST_F(ShippedTemplates, AreThereAfterTheStart) {
         EXPECT_EQ(found.postUrl, u"Required"_s) << "the address is the user's";
         EXPECT_EQ(found.nextUrl, u"Nothing"_s) << "an empty one would ask at every post";
     }
+}
+
+TEST_F(ShippedTemplates, HaveNothingThatACheckWouldBlame) {
+    const auto findings = [this](const QString& file) {
+        QStringList keys;
+        for (const blog::TemplateFinding& finding : blog::checkTemplate(bytesOf(path(file)), {file, session.MyPath}))
+            keys += finding.key + u": "_s + finding.text;
+        return keys;
+    };
+    EXPECT_EQ(findings(u"WordPress.blg"_s), QStringList());
+    const QStringList found = findings(u"tDiary.blg"_s);
+    ASSERT_EQ(found.size(), 1) << found.join(u'\n').toStdString();
+    EXPECT_TRUE(found[0].startsWith(u"VALUE_LoginID: "_s)) << "its server asks for the login itself";
 }
 
 TEST_F(ShippedTemplates, WordPressGetsLinesThatItMakesParagraphsOf) {
