@@ -230,6 +230,11 @@ WebPage* frmBrowser::page() const {
     return m_view ? static_cast<WebPage*>(m_view->page()) : nullptr;
 }
 
+WebPage& frmBrowser::startedPage() {
+    startEngine();
+    return *page();
+}
+
 void frmBrowser::Navigate(const QString& address) {
     const QUrl url = pageUrl(address);
     if (!url.isValid() || url.isEmpty() || !isShownScheme(url.scheme()))
@@ -278,7 +283,7 @@ void frmBrowser::startEngine() {
     m_view = new PageView(m_context);
     m_view->setObjectName(u"WebBrowser"_s);
     m_view->setAccessibleName(u"ページ"_s);
-    auto* shown = new WebPage(*profile(), m_context.desk, WebLinks::OpenHere, m_view);
+    auto* shown = new WebPage(*profile(), m_context, WebLinks::OpenHere, m_view);
     m_view->setPage(shown);
     m_view->setMinimumSize(1, 1);
     delete m_layout->takeAt(1); // the stretch that kept its place

@@ -52,7 +52,11 @@ public:
     /// For the windows that show pages as well; the engine starts with it.
     std::shared_ptr<QWebEngineProfile> profile();
 
-    /// Set with each document that is shown completely, those of frames too; whoever waits for one clears it.
+    /// The page itself, for whoever works in it; the engine starts with it.
+    WebPage& startedPage();
+
+    /// Set with each document that is shown completely, also with that of a frame which comes later than the document
+    /// around it; whoever waits for one clears it.
     bool bDocumentComplete = false;
 
 protected:

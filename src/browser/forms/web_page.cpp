@@ -4,6 +4,9 @@
 #include "desktop/command.h"
 #include "platform/launcher.h"
 
+#include <QAuthenticator>
+#include <QPointer>
+#include <QScopeGuard>
 #include <QTimer>
 #include <QUuid>
 #include <QWebEngineLoadingInfo>
@@ -64,6 +67,8 @@ window.addEventListener('load', () => {
 /// So many boxes of one document may be what it is for; after each such number the reader is asked.
 constexpr int kBoxesOfAGoodPage = 3;
 
+constexpr std::chrono::milliseconds kLookForTheEnd{100};
+
 bool isOfWeb(const QUrl& url) {
     return url.scheme() == u"http"_s || url.scheme() == u"https"_s;
 }
@@ -77,6 +82,14 @@ QString refusedPage(const QUrl& url) {
     return u"<!DOCTYPE html><html lang=\"ja\"><head><meta charset=\"utf-8\"><title>証明書のエラー</title></head><body>"
            "<h1>証明書のエラー</h1><p>%1 の証明書が信頼できないため、ページを表示しません。</p>"
            "<p>通信の相手が本物であることを確かめられません。</p></body></html>"_s.arg(host);
+}
+
+QString problemOf(const QWebEngineLoadingInfo& info) {
+    if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus)
+        return {};
+    if (info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain)
+        return u"HTTP %1"_s.arg(info.errorCode());
+    return info.errorString();
 }
 
 QWebEngineScript script(const QString& source) {
@@ -95,9 +108,9 @@ void registerEventScheme() {
     QWebEngineUrlScheme::registerScheme(scheme);
 }
 
-WebPage::WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webLinks, QObject* parent)
-    : QWebEnginePage(&profile, parent)
-    , m_desk(desk)
+WebPage::WebPage(QWebEngineProfile& profile, desktop::Context& context, WebLinks webLinks, QWidget* view)
+    : QWebEnginePage(&profile, view)
+    , m_context(context)
     , m_webLinks(webLinks)
     , m_frameToken(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
     setRights();
@@ -108,6 +121,8 @@ WebPage::WebPage(QWebEngineProfile& profile, platform::Desk& desk, WebLinks webL
         if (m_isStopped)
             QTimer::singleShot(0, this, &WebPage::readWithoutScripts);
     });
+    connect(this, &QWebEnginePage::authenticationRequired, this,
+            [this](const QUrl& address, QAuthenticator* answer) { login(address, *answer); });
     // Both go on after the event: what they ask for may load this very page anew.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl wanted = request.requestedUrl();
@@ -180,11 +195,17 @@ void WebPage::onLoading(const QWebEngineLoadingInfo& info) {
     m_isLoading = info.status() == QWebEngineLoadingInfo::LoadStartedStatus;
     if (m_isLoading || info.status() == QWebEngineLoadingInfo::LoadStoppedStatus)
         return;
+    m_isComplete = true;
     goToMark(false);
-    if (info.errorDomain() == QWebEngineLoadingInfo::CertificateErrorDomain)
+    if (!std::exchange(m_wasRefused, false))
+        m_problem = problemOf(info);
+    if (info.errorDomain() == QWebEngineLoadingInfo::CertificateErrorDomain) {
+        m_wasRefused = true;
         setHtml(refusedPage(info.url()), info.url());
-    else
-        Q_EMIT documentComplete();
+        return;
+    }
+    Q_EMIT loadComplete();
+    Q_EMIT documentComplete();
 }
 
 void WebPage::onUrl(const QUrl& url) {
@@ -224,12 +245,12 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
 }
 
 void WebPage::javaScriptAlert(const QUrl& origin, const QString& text) {
-    showBox([&] { m_desk.message(platform::MessageKind::Plain, text, origin.host()); });
+    showBox([&] { m_context.desk.message(platform::MessageKind::Plain, text, origin.host()); });
 }
 
 bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
     bool isYes = false;
-    showBox([&] { isYes = m_desk.ask(text, origin.host()); });
+    showBox([&] { isYes = m_context.desk.ask(text, origin.host()); });
     return isYes;
 }
 
@@ -238,7 +259,8 @@ void WebPage::showBox(const std::function<void()>& box) {
     if (m_isStopped)
         return;
     const std::shared_ptr<bool> isAlive = m_isAlive;
-    platform::Desk& desk = m_desk;
+    platform::Desk& desk = m_context.desk;
+    const OpenBox open(m_boxTime);
     desktop::runCommand(desk, box);
     if (!*isAlive || ++m_boxes % kBoxesOfAGoodPage != 0)
         return;
@@ -249,6 +271,33 @@ void WebPage::showBox(const std::function<void()>& box) {
     });
     if (isYes && *isAlive)
         stopScripts();
+}
+
+/// An answer that was never given shows what the server says without one. The window goes with the one that it stands
+/// over, and this page may be gone with it.
+void WebPage::login(const QUrl& address, QAuthenticator& answer) {
+    const QString realm = answer.realm();
+    answer = {};
+    const OpenBox open(m_boxTime);
+    desktop::Context& context = m_context;
+    desktop::runCommand(context.desk, [&] {
+        const QPointer<frmAuthentication> window =
+            new frmAuthentication(address, realm, static_cast<QWidget*>(parent())->window());
+        const auto guard = qScopeGuard([&] { delete window; });
+        if (proposedLogin)
+            window->propose(proposedLogin(address));
+        QTimer ending; // of the program, which waits for whoever waits for this page
+        QObject::connect(&ending, &QTimer::timeout, window, [&] {
+            if (context.runs.isEnding())
+                window->reject();
+        });
+        ending.start(kLookForTheEnd);
+        if (window->exec() != QDialog::Accepted || !window)
+            return;
+        const Login given = window->login();
+        answer.setUser(given.user);
+        answer.setPassword(given.password);
+    });
 }
 
 /// A script that runs can't be stopped from outside, and as long as it runs its process shows no other page: the
@@ -279,7 +328,7 @@ bool WebPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QStr
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int, const QString&) {
-    if (message == m_frameToken)
+    if (message == m_frameToken && m_isComplete && !m_isLoading)
         Q_EMIT frameComplete();
 }
 

@@ -70,7 +70,7 @@ void WebViewer::startEngine() {
     m_view = new PageView(m_context, this);
     m_view->setObjectName(u"WebBrowser"_s);
     m_view->setAccessibleName(windowTitle());
-    auto* page = new WebPage(*m_profile, m_context.desk, WebLinks::OpenInBrowser, m_view);
+    auto* page = new WebPage(*m_profile, m_context, WebLinks::OpenInBrowser, m_view);
     page->setUrlRequestInterceptor(new Pictures(m_context.session, page));
     m_view->setPage(page);
     layout()->addWidget(m_view);

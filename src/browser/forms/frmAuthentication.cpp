@@ -1,0 +1,54 @@
+#include "browser/forms/frmAuthentication.h"
+
+#include "ui_frmAuthentication.h"
+
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::browser {
+namespace {
+
+/// Neither long nor of several lines.
+QString shownWords(const QString& words) {
+    constexpr qsizetype kMost = 80;
+    const QString line = words.simplified();
+    return line.size() > kMost ? line.left(kMost) + u'…' : line;
+}
+
+QString hostOf(const QUrl& address) {
+    const QString host = address.host();
+    return address.port() < 0 ? host : u"%1:%2"_s.arg(host).arg(address.port());
+}
+
+} // namespace
+
+frmAuthentication::frmAuthentication(const QUrl& address, const QString& realm, QWidget* owner)
+    : QDialog(owner)
+    , ui(std::make_unique<Ui::frmAuthentication>()) {
+    ui->setupUi(this);
+    ui->lblHost->setText(shownWords(hostOf(address)));
+    ui->lblRealm->setText(shownWords(realm));
+    connect(ui->Btn_OK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmAuthentication::~frmAuthentication() = default;
+
+/// The keyboard comes where something is missing.
+void frmAuthentication::propose(const Login& login) {
+    ui->txtUser->setText(login.user);
+    ui->txtPassword->setText(login.password);
+    if (login.user.isEmpty())
+        ui->txtUser->setFocus();
+    else if (login.password.isEmpty())
+        ui->txtPassword->setFocus();
+    else
+        ui->Btn_OK->setFocus();
+}
+
+Login frmAuthentication::login() const {
+    return {ui->txtUser->text(), ui->txtPassword->text()};
+}
+
+} // namespace velloria::browser

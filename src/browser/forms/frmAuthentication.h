@@ -1,0 +1,36 @@
+// The window that asks for user and password when a server wants them itself.
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class QUrl;
+
+namespace Ui {
+class frmAuthentication;
+}
+
+namespace velloria::browser {
+
+struct Login {
+    QString user;
+    QString password;
+};
+
+/// Names the host that asks and what it calls the place; a server's own words are shown as they are and cut where they
+/// would fill the screen.
+class frmAuthentication : public QDialog {
+    Q_OBJECT
+public:
+    frmAuthentication(const QUrl& address, const QString& realm, QWidget* owner);
+    ~frmAuthentication() override;
+
+    void propose(const Login& login);
+    Login login() const;
+
+private:
+    std::unique_ptr<Ui::frmAuthentication> ui;
+};
+
+} // namespace velloria::browser
