@@ -1,6 +1,7 @@
 #include "desktop/qt_desk.h"
 
 #include "core/path_names.h"
+#include "desktop/window_place.h"
 #include "desktop/yes_no_box.h"
 #include "platform/failure.h"
 
@@ -13,6 +14,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextEdit>
 #include <QTimer>
 #include <QWindow>
 
@@ -131,6 +133,32 @@ void letScroll(QMessageBox& box) {
     area->setMinimumSize(label->sizeHint().width() + area->verticalScrollBar()->sizeHint().width(), highest);
 }
 
+/// The toolkit's own pane of details is low and for the mouse alone.
+void openUpDetails(QMessageBox& box) {
+    constexpr int kLines = 14;
+    constexpr int kCharacters = 64;
+    auto* pane = box.findChild<QTextEdit*>();
+    if (!pane)
+        return;
+    const QFontMetrics metrics = pane->fontMetrics();
+    const QSize third = box.screen()->availableSize() / 3;
+    const int frame = 2 * (pane->frameWidth() + int(pane->document()->documentMargin()));
+    pane->setFixedHeight(std::min(kLines * metrics.lineSpacing() + frame, third.height()));
+    pane->setMinimumWidth(std::min(kCharacters * metrics.averageCharWidth() + frame, 2 * third.width()));
+    pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    pane->setFocusPolicy(Qt::StrongFocus);
+    pane->setTabChangesFocus(true);
+    pane->setAccessibleName(u"詳細"_s);
+    // It grows downwards after the click, perhaps below the edge.
+    const auto moveIn = [&box] {
+        box.move(movedInto(box.frameGeometry(), box.screen()->availableGeometry()).topLeft());
+    };
+    for (QAbstractButton* button : box.buttons()) {
+        if (box.buttonRole(button) == QMessageBox::ActionRole)
+            QObject::connect(button, &QAbstractButton::clicked, &box, moveIn, Qt::QueuedConnection);
+    }
+}
+
 } // namespace
 
 QList<FileFilter> parseFilter(const QString& filter) {
@@ -180,8 +208,9 @@ void QtDesk::showBox(platform::MessageKind kind, const QString& text, const QStr
     prepareBox();
     const Over box(new QMessageBox(iconOf(kind), title, shownText(text), QMessageBox::Ok, owner()));
     box->setTextFormat(Qt::PlainText);
+    box->setDetailedText(shownText(details)); // "" has no button; arranges the box anew
+    openUpDetails(*box.operator->());
     letScroll(*box.operator->());
-    box->setDetailedText(shownText(details)); // "" has no button
     if (comes == Comes::Unasked)
         new FirstMoment(*box.operator->());
     box->exec();

@@ -8,15 +8,18 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 #include <QtTest/qtestspontaneevent.h>
 
 using namespace Qt::StringLiterals;
@@ -79,6 +82,73 @@ TEST_F(QtDesk, ALongTextLeavesTheButtonOnTheScreen) {
         QTest::keyClick(&box, Qt::Key_Return);
     });
     desk.message(MessageKind::Information, text, u"Velloria"_s);
+    EXPECT_TRUE(isSeen);
+}
+
+/// The pane is there for the keys, too: whoever asks for help sends its text on.
+TEST_F(QtDesk, DetailsOpenBelowAButtonAndCanBeReadAndCopied) {
+    QTranslator translator;
+    ASSERT_TRUE(translator.load(u"qtbase_ja"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)));
+    QApplication::installTranslator(&translator);
+    QStringList lines;
+    for (int i = 1; i <= 40; ++i)
+        lines += u"21:00:%1 http://127.0.0.1/"_s.arg(i, 2, 10, QChar(u'0')) + QString(i * 10, u'x');
+    bool isSeen = false;
+    whenShown<QMessageBox>([&](QMessageBox& box) {
+        EXPECT_TRUE(becomesActive(box));
+        auto* pane = box.findChild<QTextEdit*>();
+        ASSERT_TRUE(pane);
+        EXPECT_FALSE(pane->isVisible());
+        ASSERT_EQ(box.buttons().size(), 2);
+        QAbstractButton& ok = *box.button(QMessageBox::Ok);
+        QAbstractButton& button = *box.buttons()[box.buttons()[0] == &ok ? 1 : 0];
+        EXPECT_TRUE(button.text().startsWith(u"詳細"_s)) << button.text().toStdString();
+        const QRect screen = box.screen()->availableGeometry();
+        box.move(screen.right() - box.width(), screen.bottom() - box.height()); // there is no room for it below
+        QTest::qWait(50);
+        button.click();
+        EXPECT_TRUE(waitFor([&] { return pane->isVisible() && screen.contains(box.frameGeometry()); }))
+            << box.frameGeometry().bottom();
+        EXPECT_TRUE(button.text().startsWith(u"詳細"_s)) << button.text().toStdString();
+        EXPECT_EQ(pane->toPlainText(), lines.join(u'\n'));
+        EXPECT_TRUE(pane->isReadOnly());
+        EXPECT_EQ(pane->visibleRegion().boundingRect(), pane->rect());
+        EXPECT_GE(pane->viewport()->height(), 8 * pane->fontMetrics().lineSpacing());
+        EXPECT_GE(pane->viewport()->width(), 60 * pane->fontMetrics().averageCharWidth());
+        EXPECT_EQ(pane->horizontalScrollBar()->maximum(), 0) << "long addresses are wrapped";
+        EXPECT_EQ(ok.visibleRegion().boundingRect(), ok.rect());
+        for (int i = 0; i < 3 && !pane->hasFocus(); ++i)
+            QTest::keyClick(box.windowHandle(), Qt::Key_Tab);
+        EXPECT_TRUE(pane->hasFocus()) << "by keys";
+        QTest::keyClick(pane, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(pane, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->text(), lines.join(u'\n'));
+        isSeen = true;
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    desk.detailedMessage(MessageKind::Critical, u"エラーが発生しました。\r\nError_Code:初期化エラー"_s,
+                         lines.join(u"\r\n"_s));
+    EXPECT_TRUE(isSeen);
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        EXPECT_EQ(box.buttons().size(), 1) << "without details there is nothing to show";
+        box.accept();
+    });
+    desk.detailedMessage(MessageKind::Critical, u"text"_s, {});
+    QApplication::removeTranslator(&translator);
+}
+
+TEST_F(QtDesk, ALongTextWithDetailsScrollsAsWell) {
+    const QString text = u"line"_s + u"\r\n2004/05/06"_s.repeated(5000);
+    bool isSeen = false;
+    whenShown<QMessageBox>([&](QMessageBox& box) {
+        EXPECT_TRUE(becomesVisible(box));
+        box.buttons().constLast()->click();
+        const QAbstractButton& ok = *box.button(QMessageBox::Ok);
+        EXPECT_TRUE(box.screen()->geometry().contains(QRect(ok.mapToGlobal(QPoint()), ok.size())));
+        isSeen = true;
+        box.accept();
+    });
+    desk.detailedMessage(MessageKind::Information, text, u"details"_s);
     EXPECT_TRUE(isSeen);
 }
 
