@@ -76,6 +76,15 @@ QPainterPath turn() {
     return path;
 }
 
+/// A rail with a knob to be shifted.
+QPainterPath slider(qreal knob, qreal y) {
+    constexpr qreal kRadius = 1.7;
+    QPainterPath path = lines({{1.5, y}, {knob - kRadius, y}});
+    path.addPath(circle(knob, y, kRadius));
+    path.addPath(lines({{knob + kRadius, y}, {14.5, y}}));
+    return path;
+}
+
 QPainterPath pathOf(IconName name) {
     QPainterPath path;
     switch (name) {
@@ -126,6 +135,21 @@ QPainterPath pathOf(IconName name) {
     case IconName::Up:
         path = lines({{3, 7}, {8, 2}, {13, 7}});
         path.addPath(lines({{8, 2}, {8, 14}}));
+        return path;
+    case IconName::PostBlog:
+        path = lines({{1.5, 9.5}, {1.5, 14}, {14.5, 14}, {14.5, 9.5}});
+        path.addPath(lines({{4.5, 5.5}, {8, 2}, {11.5, 5.5}}));
+        path.addPath(lines({{8, 2}, {8, 11}}));
+        return path;
+    case IconName::ViewBlog:
+        path = rectangle(1.5, 2, 13, 12);
+        path.addPath(lines({{1.5, 5}, {14.5, 5}}));
+        path.addPath(eye(8, 9.5));
+        return path;
+    case IconName::ManageBlog:
+        path = slider(10.5, 3.5);
+        path.addPath(slider(5, 8));
+        path.addPath(slider(9, 12.5));
         return path;
     }
     return path;

@@ -20,6 +20,9 @@ enum class IconName {
     Folder,
     Shortcut,
     Up,
+    PostBlog,
+    ViewBlog,
+    ManageBlog,
 };
 
 /// In the palette's text colour on buttons; disabled, in its colour for that.

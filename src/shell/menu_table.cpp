@@ -116,8 +116,8 @@ constexpr MenuRow kRows[] = {
 };
 
 constexpr QLatin1StringView kToCome[] = {
-    "MnuMTExport"_L1, "MnuHTNExport"_L1, "MnuImportNoFunction"_L1,   "MnuMTImport"_L1, "MnuHTNImport"_L1,
-    "MnuBlogUp"_L1,   "MnuBlogView"_L1,  "MnuOpenBlogManagement"_L1, "MnuNoPlugin"_L1,
+    "MnuMTExport"_L1, "MnuHTNExport"_L1, "MnuImportNoFunction"_L1,
+    "MnuMTImport"_L1, "MnuHTNImport"_L1, "MnuNoPlugin"_L1,
 };
 
 } // namespace

@@ -364,12 +364,6 @@ TEST_F(Calendar, TheBlogIsTheStoredOneAndIsKept) {
     EXPECT_EQ(box(u"cmbBlog"_s).currentText(), u"Bee"_s);
 }
 
-TEST_F(Calendar, WhatIsStillToComeSaysSo) {
-    clickButton(u"Btn_BlogControl"_s);
-    EXPECT_TRUE(panel().contains(u"まだ使えません"_s));
-    EXPECT_TRUE(boxes().isEmpty());
-}
-
 TEST_F(Calendar, FitsAWindowOf279By214Pixels) {
     calendar().place({0, 0, 279, 214});
     settle();

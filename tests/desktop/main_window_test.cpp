@@ -69,11 +69,11 @@ TEST_F(MainWindow, IsEnglishForEnglishAlone) {
 }
 
 TEST_F(MainWindow, NamesACommandThatIsNotThereYet) {
-    press(u"MnuOpenBlogManagement"_s);
-    EXPECT_EQ(boxes(), QStringList{u"plain: 「ブログ管理画面を開く」はまだ使えません。"_s});
+    press(u"MnuMTExport"_s);
+    EXPECT_EQ(boxes(), QStringList{u"plain: 「MovableTypeエクスポート」はまだ使えません。"_s});
     setLanguage(u"English"_s);
-    press(u"MnuOpenBlogManagement"_s);
-    EXPECT_EQ(boxes().last(), u"plain: 「Open Blog Management」はまだ使えません。"_s);
+    press(u"MnuMTExport"_s);
+    EXPECT_EQ(boxes().last(), u"plain: 「MovableType Export」はまだ使えません。"_s);
 }
 
 TEST_F(MainWindow, SaveHtmlWithoutATargetAsksForOne) {

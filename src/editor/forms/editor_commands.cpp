@@ -21,6 +21,10 @@ desktop::MenuCommands editorCommands(desktop::Context& context) {
     const auto writeToday = [&context] {
         context.windows.get<frmCalender>().Calender_DateClick(context.clock.now().date());
     };
+    const auto postToBlog = [&context] {
+        auto& calendar = context.windows.get<frmCalender>();
+        calendar.PostBlog(calendar.selectedBlog());
+    };
     const auto rebuildGenres = [&context] {
         store::genreCommand(context.desk, [&context] { context.windows.get<OpenDay>().MakeGenretxt(); });
     };
@@ -30,6 +34,9 @@ desktop::MenuCommands editorCommands(desktop::Context& context) {
         {"MnuDeleteDiary"_L1, {}, onCalendar(&frmCalender::Btn_Delete_Click)},
         {"MnuSaveDiary"_L1, {Qt::CTRL | Qt::Key_U, Qt::CTRL | Qt::Key_S}, onEditor(&frmContents::Btn1Click_ToolBar)},
         {"MnuRestoreDraft"_L1, {}, [&context] { context.windows.get<frmContents>().day().restoreDraft(); }},
+        {"MnuBlogUp"_L1, {}, postToBlog},
+        {"MnuBlogView"_L1, {}, onCalendar(&frmCalender::ViewBlog)},
+        {"MnuOpenBlogManagement"_L1, {}, onCalendar(&frmCalender::BlogManagement)},
         {"MnuViewOldDiary"_L1, {}, onEditor(&frmContents::picPrevDiaryExist_Click)},
         {"MnuReConstructionGenre"_L1, {}, rebuildGenres},
         {"MnuCalender"_L1, {}, onCalendar(&frmCalender::showChild)},

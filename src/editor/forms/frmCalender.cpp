@@ -1,14 +1,12 @@
 #include "editor/forms/frmCalender.h"
 
 #include "core/day_key.h"
-#include "core/files.h"
 #include "core/keys.h"
-#include "core/settings.h"
 #include "core/settings_change.h"
 #include "desktop/command.h"
 #include "desktop/form_keys.h"
+#include "editor/forms/blog_bar.h"
 #include "editor/forms/frmContents.h"
-#include "platform/directory.h"
 #include "platform/failure.h"
 #include "site/delete_command.h"
 #include "site/forms/frmFind.h"
@@ -42,8 +40,7 @@ frmCalender::frmCalender(desktop::Context& context)
     setContents(page);
     setWindowTitle(u"カレンダー"_s);
     resize(ownSize());
-    fillBlogs();
-    ui->cmbBlogAction->addItems({u"投稿"_s, u"閲覧"_s, u"管理"_s});
+    m_blogBar = new BlogBar(context, *ui->cmbBlog, *ui->cmbBlogAction, *ui->Btn_BlogControl);
     const auto onClick = [this](QPushButton* button, void (frmCalender::*action)()) {
         connect(button, &QPushButton::clicked, this,
                 [=, this] { desktop::runCommand(m_context.desk, [=, this] { (this->*action)(); }); });
@@ -51,7 +48,7 @@ frmCalender::frmCalender(desktop::Context& context)
     onClick(ui->Btn_New, &frmCalender::Btn_New_Click);
     onClick(ui->Btn_Delete, &frmCalender::Btn_Delete_Click);
     onClick(ui->Btn_Find, &frmCalender::Btn_Find_Click);
-    onClick(ui->Btn_BlogControl, &frmCalender::tellBlogNotYetThere);
+    onClick(ui->Btn_BlogControl, &frmCalender::Btn_BlogControl_Click);
     connect(ui->Calender, &desktop::MonthView::dateClicked, this,
             [this](const QDate& date) { desktop::runCommand(m_context.desk, [&] { Calender_DateClick(date); }); });
     connect(ui->Calender, &desktop::MonthView::monthShown, this, &frmCalender::markDays);
@@ -105,18 +102,6 @@ void frmCalender::changeEvent(QEvent* event) {
         QMetaObject::invokeMethod(this, &frmCalender::fitToFont, Qt::QueuedConnection);
 }
 
-void frmCalender::fillBlogs() {
-    constexpr int kExtension = 4; // ".ini"
-    const QString selected = ui->cmbBlog->currentIndex() < 0
-                                 ? core::Settings(m_context.session).text(core::keys::kSelectedBlog)
-                                 : ui->cmbBlog->currentText();
-    ui->cmbBlog->clear();
-    for (const QString& name :
-         platform::listFolder(core::files::kBlogTemplates.in(m_context.session) + u'/', u"*.ini"_s))
-        ui->cmbBlog->addItem(name.chopped(kExtension));
-    ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(selected, Qt::MatchExactly | Qt::MatchCaseSensitive));
-}
-
 void frmCalender::Calender_DateClick(const QDate& date) {
     m_context.windows.get<frmContents>().day().openDay(core::dayKey(date));
 }
@@ -160,8 +145,28 @@ void frmCalender::mark(const store::DaysWithEntries& days) {
     ui->Calender->setMarkedDays({datesOf(days.all), datesOf(days.withPublic)});
 }
 
-void frmCalender::tellBlogNotYetThere() {
-    m_context.desk.status(u"ブログへの「%1」はまだ使えません。"_s.arg(ui->cmbBlogAction->currentText()));
+void frmCalender::Btn_BlogControl_Click() {
+    m_blogBar->Btn_BlogControl_Click();
+}
+
+void frmCalender::PostBlog(const QString& blog) {
+    m_blogBar->PostBlog(blog);
+}
+
+void frmCalender::ViewBlog() {
+    m_blogBar->ViewBlog();
+}
+
+void frmCalender::BlogManagement() {
+    m_blogBar->BlogManagement();
+}
+
+QString frmCalender::selectedBlog() const {
+    return m_blogBar->selectedBlog();
+}
+
+void frmCalender::fillBlogs() {
+    m_blogBar->fillBlogs();
 }
 
 } // namespace velloria::editor

@@ -14,6 +14,8 @@ class frmCalender;
 
 namespace velloria::editor {
 
+class BlogBar;
+
 class frmCalender : public desktop::MdiChild {
     Q_OBJECT
 public:
@@ -33,6 +35,17 @@ public:
     /// Sets the calendar's value and marks the days of its month; a diary that can't be read marks none. Opens nothing.
     void showDay(const QDate& day);
 
+    /// Sends the open entry, as the editor shows it, to the blog of that template. This and the next two drive the
+    /// browser to their end while events are served; called meanwhile, each only beeps. Without a blog the first status
+    /// panel says so.
+    void PostBlog(const QString& blog);
+    /// Shows the picked blog as its readers see it.
+    void ViewBlog();
+    /// Shows the service's own pages for the picked blog.
+    void BlogManagement();
+    /// The template's name; "" when none is picked.
+    QString selectedBlog() const;
+
     /// The list of blogs as the data folder has their templates now; what is picked stays.
     void fillBlogs();
 
@@ -44,10 +57,11 @@ private:
     void fitToFont();
     void markDays();
     void mark(const store::DaysWithEntries& days);
-    void tellBlogNotYetThere();
+    void Btn_BlogControl_Click();
 
     std::unique_ptr<Ui::frmCalender> ui;
     OpenDay& m_day;
+    BlogBar* m_blogBar;
     QTimer m_minute; ///< midnight comes while nobody is there
 };
 
