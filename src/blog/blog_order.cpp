@@ -49,6 +49,9 @@ private:
         m_order.acceptsComments = isAboveZero(keys::kAcceptComment);
         m_order.acceptsTrackbacks = isAboveZero(keys::kAcceptTrackBack);
         m_paragraphBreak = QString::number(defaults.number(keys::kPandBRTag));
+        const auto shown = [](bool isOn) { return isOn ? u"はい"_s : u"いいえ"_s; };
+        m_protocol.add(u"公開: %1、コメント: %2、トラックバック: %3"_s.arg(
+            shown(m_order.isPublic), shown(m_order.acceptsComments), shown(m_order.acceptsTrackbacks)));
         const QString file = templateFile(m_run.session, m_blog);
         if (!platform::fileExists(file))
             m_protocol.add(u"テンプレートのファイルがありません。"_s);

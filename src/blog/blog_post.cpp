@@ -20,7 +20,7 @@ BlogPost::BlogPost(const core::Run& run, BlogPage& page, std::chrono::millisecon
     , m_waitLimit(waitLimit) {}
 
 void BlogPost::PostBlog(const QString& blog, const BlogEntry& entry) {
-    BlogRun(m_run, m_page, blog, entry, m_waitLimit).PostBlog();
+    BlogRun(m_run, m_page, blog, entry, m_waitLimit).run();
 }
 
 void BlogPost::ViewBlog(const QString& blog) {

@@ -35,7 +35,7 @@ BlogRun::BlogRun(const core::Run& run, BlogPage& page, const QString& blog, cons
     , m_data(m_session, m_blog)
     , m_driver(page, m_protocol, waitLimit) {}
 
-void BlogRun::PostBlog() {
+void BlogRun::run() {
     End end = End::Failed;
     try {
         end = post();
@@ -54,18 +54,18 @@ BlogRun::End BlogRun::post() {
     m_page.stop();
     std::optional<BlogOrder> order = takeOrder(m_run, m_blog, m_entry, m_protocol);
     if (!order)
-        return End::Stopped;
+        return End::Refused;
     m_order = std::move(*order);
 
     enter(u"Blog接続処理エラー"_s);
     m_page.beginRun(pageRun());
     const auto running = qScopeGuard([this] { m_page.endRun(); });
-    const End connected = connect();
-    return connected == End::Posted ? fillAndSend() : connected;
+    const std::optional<End> end = connect();
+    return end ? *end : fillAndSend();
 }
 
-/// Up to the posting page; Posted means that it is there.
-BlogRun::End BlogRun::connect() {
+/// Up to the posting page; how the run has ended when it is not there.
+std::optional<BlogRun::End> BlogRun::connect() {
     m_page.bringToFront();
     m_driver.navigate(m_order.postUrl);
     m_run.desk.status(m_order.blogTemplate.blog + u"に接続中"_s);
@@ -85,11 +85,7 @@ BlogRun::End BlogRun::connect() {
     }
 
     enter(u"ログイン状態確認エラー"_s);
-    if (!login.isNeeded())
-        return End::Posted;
-    m_run.desk.detailedMessage(MessageKind::Information, u"投稿画面にならないので、投稿を中止します"_s,
-                               m_protocol.text());
-    return End::Stopped;
+    return login.isNeeded() ? std::optional(End::NoPostingPage) : std::nullopt;
 }
 
 BlogRun::End BlogRun::fillAndSend() {
@@ -148,17 +144,26 @@ Credentials BlogRun::credentials(const QUrl& address) const {
 }
 
 void BlogRun::tell(End end) {
-    platform::Desk& desk = m_run.desk;
-    if (end == End::Posted)
+    const auto fail = [this](const QString& text) {
+        m_run.desk.status(u"日記投稿失敗！"_s);
+        if (!text.isEmpty())
+            m_run.desk.detailedMessage(MessageKind::Critical, text, m_protocol.text());
+    };
+    switch (end) {
+    case End::Posted:
         return tellPosted();
-    if (end == End::Stopped)
+    case End::Refused: // whoever refused has told it
         return;
-    desk.status(u"日記投稿失敗！"_s);
-    if (end == End::TimedOut)
-        desk.detailedMessage(MessageKind::Critical, u"Blog投稿失敗！\r\nタイムアウト(60秒)です。"_s, m_protocol.text());
-    else if (end == End::Failed)
-        desk.detailedMessage(MessageKind::Critical, u"エラーが発生しました。\r\nError_Code:"_s + m_stage,
-                             m_protocol.text());
+    case End::NoPostingPage:
+        return m_run.desk.detailedMessage(MessageKind::Information, u"投稿画面にならないので、投稿を中止します"_s,
+                                          m_protocol.text());
+    case End::Failed:
+        return fail(u"エラーが発生しました。\r\nError_Code:"_s + m_stage);
+    case End::TimedOut: // the words say twice the time of the limit
+        return fail(u"Blog投稿失敗！\r\nタイムアウト(60秒)です。"_s);
+    case End::ProgramEnding: // a box would hold up the end
+        return fail({});
+    }
 }
 
 void BlogRun::tellPosted() {

@@ -10,21 +10,22 @@
 
 namespace velloria::blog {
 
-/// Runs once. Other commands are served while it waits, so it holds all that it needs: who the user is, the entry, and
-/// what settings and template say at its start.
+/// For one run. Other commands are served while it waits, so it holds all that it needs: who the user is, the entry,
+/// and what settings and template say at its start.
 class BlogRun {
 public:
     /// `page` outlives this, clock and desk of `run` too.
     BlogRun(const core::Run& run, BlogPage& page, const QString& blog, const BlogEntry& entry,
             std::chrono::milliseconds waitLimit);
 
-    void PostBlog();
+    /// Throws nothing of the page and of the machine: it is told.
+    void run();
 
 private:
-    enum class End { Posted, Stopped, Failed, TimedOut, ProgramEnding };
+    enum class End { Posted, Refused, NoPostingPage, Failed, TimedOut, ProgramEnding };
 
     End post();
-    End connect();
+    std::optional<End> connect();
     End fillAndSend();
     void enter(const QString& stage);
     End endOfWait() const;

@@ -15,6 +15,11 @@ QStringList ScriptedDesk::texts(const QString& eventName) const {
     return texts;
 }
 
+void ScriptedDesk::detailedMessage(platform::MessageKind kind, const QString& text, const QString& shownDetails) {
+    details += shownDetails;
+    EventDesk::detailedMessage(kind, text, shownDetails);
+}
+
 bool ScriptedDesk::answerYesNo(const QJsonObject& question) {
     return next(question) == u"yes"_s;
 }

@@ -20,9 +20,13 @@ public:
     /// "yes", "no", a text or a path, JSON null for cancel; taken in order.
     QJsonArray answers;
     QJsonArray events;
+    /// What the boxes with details had there, in order.
+    QStringList details;
 
     /// The texts of all events of a kind ("status", "message", "failure", ...), "navigate" gives its addresses.
     QStringList texts(const QString& eventName) const;
+
+    void detailedMessage(platform::MessageKind kind, const QString& text, const QString& shownDetails) override;
 
 protected:
     void record(const QJsonObject& event) override { events.append(event); }
