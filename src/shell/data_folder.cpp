@@ -4,6 +4,7 @@
 #include "core/path_names.h"
 #include "core/stored_name.h"
 #include "platform/directory.h"
+#include "platform/failure.h"
 #include "platform/file_write.h"
 #include "shell/factory_files.h"
 #include "shell/filled_folder.h"
@@ -31,15 +32,24 @@ void fillExportFormats(const Session& session, const QString& folder) {
     }
 }
 
-void copyBlogTemplates(const Session& session) {
+/// What has gone wrong with the last one that could not be brought, "" when all were: a template comes from strangers,
+/// and keeps nobody from their diary.
+QString copyBlogTemplates(const Session& session) {
+    QString notice;
     const QString folder = existingPath(files::kBlogTemplates.in(session)) + u'/';
     makeFolder(GetParentFolder(folder));
     for (const QString& name : platform::listFolder(session.MyPath, u"*.blg"_s)) {
         const QFileInfo source(session.MyPath + name);
         const QFileInfo target(existingPath(folder + GetBaseName(name) + u".ini"_s));
-        if (!target.exists() || source.lastModified() > target.lastModified())
+        if (target.exists() && source.lastModified() <= target.lastModified())
+            continue;
+        try {
             platform::copyFile(source.filePath(), target.filePath());
+        } catch (const platform::Failure& failure) {
+            notice = failure.line();
+        }
     }
+    return notice;
 }
 
 /// The first picture stands for all of them and comes last, so that a start that was killed is made up for. Where the
@@ -94,7 +104,7 @@ void makeCustomizeFolder(const Session& session) {
         factory.copy(files::kFirstCustomizeIni.name, firstCustomizeSet(session));
 }
 
-void makeWorkingFolders(const Session& session) {
+QString makeWorkingFolders(const Session& session) {
     // Two programs may begin with the folder at once.
     const platform::FolderLock lock(session.DataPath);
     for (const File& folder : {files::kParts, files::kLogs})
@@ -102,8 +112,9 @@ void makeWorkingFolders(const Session& session) {
     makeCustomizeFolder(session);
     makeFilledFolder(files::kExportFormats.in(session),
                      [&session](const QString& unfinished) { fillExportFormats(session, unfinished); });
-    copyBlogTemplates(session);
+    const QString notice = copyBlogTemplates(session);
     copyWeatherPictures(session);
+    return notice;
 }
 
 } // namespace velloria::shell

@@ -20,7 +20,8 @@ bool mayBeDataFolder(const QString& folder, platform::Desk& desk);
 void makeCustomizeFolder(const core::Session& session);
 
 /// The working folders of `DataPath`, each made only when missing, and what the program puts into them. Throws
-/// platform::Failure when one of them refuses; the next call makes up for what is missing then.
-void makeWorkingFolders(const core::Session& session);
+/// platform::Failure when one of them refuses; the next call makes up for what is missing then. A blog template that
+/// can't be brought there is told in a line, which is returned; "" when all is well.
+QString makeWorkingFolders(const core::Session& session);
 
 } // namespace velloria::shell

@@ -63,7 +63,7 @@ StartResult Startup::prepare() {
     if (checkDataFolder() == StartResult::Ended)
         return StartResult::Ended;
     checkDatabase();
-    makeWorkingFolders(m_session);
+    tell(makeWorkingFolders(m_session));
     findSettingsFiles(m_session);
     m_session.FavoriteFolderPath =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velloria/Favorites/"_s;
@@ -205,9 +205,16 @@ void Startup::backUpForToday() {
     try {
         store::makeBackupOfDay(m_run);
     } catch (const platform::Failure& failure) {
-        m_notice = failure.line();
-        m_desk.notice(m_notice);
+        tell(failure.line());
     }
+}
+
+/// A notice, unless it is empty, which is kept for windows that are not there yet.
+void Startup::tell(const QString& notice) {
+    if (notice.isEmpty())
+        return;
+    m_notice += (m_notice.isEmpty() ? QString() : u" "_s) + notice;
+    m_desk.notice(notice);
 }
 
 } // namespace velloria::shell

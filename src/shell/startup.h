@@ -46,6 +46,7 @@ private:
     StartResult checkDataFolder();
     void checkDatabase();
     void backUpForToday();
+    void tell(const QString& notice);
 
     FactoryFiles factory() const { return FactoryFiles(m_session); }
 

@@ -7,6 +7,7 @@
 #include "support/test_home.h"
 
 #include <QDir>
+#include <QDirIterator>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -33,8 +34,8 @@ protected:
     void set(const QString& section, const QString& key, const QString& value) const {
         core::WriteIni(path(u"UserData/diary.ini"_s), section, key, value);
     }
-    static void setTime(const QString& file, time_t seconds) {
-        const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+    static void setTime(const QString& file, time_t seconds, long nanoseconds = 0) {
+        const timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
         ::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0);
     }
     static time_t timeOf(const QString& file) {
@@ -247,6 +248,72 @@ TEST_F(StartupFolders, ATemplateIsReplacedOnlyByALaterOne) {
         start();
         EXPECT_EQ(bytesOf(target), c.bytes) << c.time;
     }
+}
+
+TEST_F(StartupFolders, ATemplateIsLaterByPartsOfASecondToo) {
+    writeFile(path(u"hatena.blg"_s), "factory");
+    setTime(path(u"hatena.blg"_s), 1'000'000'000, 500'000'000);
+    const QString target = data(u"BlogTemplate/hatena.ini"_s);
+    const auto startOver = [&](time_t seconds, long nanoseconds) {
+        writeFile(target, "mine");
+        setTime(target, seconds, nanoseconds);
+        start();
+        return bytesOf(target);
+    };
+    start();
+    writeFile(target, "mine");
+    setTime(target, 1'000'000'000, 500'000'000);
+    start();
+    EXPECT_EQ(bytesOf(target), "mine") << "the copy has the time of what it was copied from, to the end";
+    EXPECT_EQ(startOver(1'000'000'000, 499'000'000), "factory");
+    // A disk that keeps every other second alone: the copy is later for ever, and what the user wrote into it stays.
+    EXPECT_EQ(startOver(1'000'000'002, 0), "mine");
+    EXPECT_EQ(startOver(1'000'000'000, 0), "factory");
+}
+
+TEST_F(StartupFolders, ANewFolderGetsEveryTemplate) {
+    ASSERT_TRUE(QDir(data(u"BlogTemplate"_s)).removeRecursively());
+    writeFile(path(u"old.blg"_s), "factory");
+    setTime(path(u"old.blg"_s), 1);
+    writeFile(path(u".hidden.blg"_s), "factory");
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_EQ(bytesOf(data(u"BlogTemplate/old.ini"_s)), "factory");
+    EXPECT_EQ(timeOf(data(u"BlogTemplate/old.ini"_s)), 1);
+    for (const QString& name : QDir(home.path()).entryList({u"*.blg"_s}, QDir::Files | QDir::Hidden))
+        EXPECT_TRUE(exists(data(u"BlogTemplate/"_s + name.chopped(4) + u".ini"_s))) << name.toStdString();
+}
+
+TEST_F(StartupFolders, AFolderIsNoTemplate) {
+    ASSERT_TRUE(QDir().mkpath(path(u"folder.blg"_s)));
+    writeFile(path(u"folder.blg/inside.blg"_s), "factory");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path(u"pipe.blg"_s)).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(path(u"gone"_s), path(u"link.blg"_s)));
+    ASSERT_EQ(start(), StartResult::Ready);
+    for (const QString& name : {u"folder"_s, u"inside"_s, u"pipe"_s, u"link"_s})
+        EXPECT_FALSE(exists(data(u"BlogTemplate/%1.ini"_s.arg(name)))) << name.toStdString();
+}
+
+TEST_F(StartupFolders, ATemplateThatCannotBeBroughtKeepsNobodyFromTheirDiary) {
+    writeFile(path(u"a.blg"_s), "factory");
+    writeFile(path(u"z.blg"_s), "factory");
+    ASSERT_TRUE(QDir().mkpath(data(u"BlogTemplate/a.ini/taken"_s)));
+    setTime(data(u"BlogTemplate/a.ini"_s), 1);
+    ASSERT_EQ(start(), StartResult::Ready);
+    EXPECT_TRUE(lastStatus().contains(data(u"BlogTemplate/a.ini"_s))) << lastStatus().toStdString();
+    EXPECT_EQ(bytesOf(data(u"BlogTemplate/z.ini"_s)), "factory") << "the others come";
+
+    ASSERT_TRUE(QDir(data(u"BlogTemplate/a.ini"_s)).removeRecursively());
+    ASSERT_EQ(::chmod(QFile::encodeName(path(u"a.blg"_s)).constData(), 0), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(home.path()).constData(), 0755), 0);
+    for (QDirIterator all(path(u"UserData"_s), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                          QDirIterator::Subdirectories);
+         all.hasNext();)
+        ASSERT_EQ(::chmod(QFile::encodeName(all.next()).constData(), 0777), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(path(u"UserData"_s)).constData(), 0777), 0);
+    EXPECT_TRUE(holdsForNobody([&] {
+        return start() == StartResult::Ready && lastStatus().contains(path(u"a.blg"_s)) &&
+               !exists(data(u"BlogTemplate/a.ini"_s));
+    }));
 }
 
 TEST_F(StartupFolders, ATemplateOfTheUsersOwnIsLeftAlone) {

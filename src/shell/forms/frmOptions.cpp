@@ -177,10 +177,11 @@ void frmOptions::write(const core::SettingsChange& change) {
     core::Session& session = m_context.session;
     core::Session changed = session;
     changed.DataPath = newDataPath();
-    if (isFolderThere())
-        makeWorkingFolders(changed);
+    const QString notice = isFolderThere() ? makeWorkingFolders(changed) : QString();
     SettingsDialog::write(change);
     session.DataPath = changed.DataPath;
+    if (!notice.isEmpty())
+        m_context.desk.notice(notice);
 }
 
 void frmOptions::applied() {
