@@ -40,7 +40,7 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log upload ping update db backup customize user" ;;
+    "") words="start entry genre site export import convert ini file log upload ping update db backup customize user blog" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
@@ -54,6 +54,7 @@ _velloria_cli() {
     "backup") words="list make restore" ;;
     "customize") words="list select import export" ;;
     "user") words="list add password delete path take" ;;
+    "blog") words="list data check log" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
     "convert html2text") _velloria_cli_files -f; return ;;
@@ -72,6 +73,7 @@ _velloria_cli() {
     "db version") _velloria_cli_files -f; return ;;
     "db restore") _velloria_cli_files -f; return ;;
     "customize import") _velloria_cli_files -f; return ;;
+    "blog check") _velloria_cli_files -f; return ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }

@@ -32,7 +32,7 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db backup customize user'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db backup customize user blog'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
@@ -46,6 +46,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "db"' -a 'version optimize ch
 complete -c velloria-cli -n '__velloria_cli_behind "backup"' -a 'list make restore'
 complete -c velloria-cli -n '__velloria_cli_behind "customize"' -a 'list select import export'
 complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password delete path take'
+complete -c velloria-cli -n '__velloria_cli_behind "blog"' -a 'list data check log'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
@@ -64,6 +65,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "log add"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db version"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "db restore"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "customize import"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "blog check"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l month -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l from -x
 complete -c velloria-cli -n '__velloria_cli_behind "entry list*"' -l to -x

@@ -100,8 +100,10 @@ public:
 
 private:
     void checkName() {
-        if (m_blog.isEmpty() || !m_findings.isThere(keys::kBlog))
-            m_findings.hint(keys::kBlog, u"ブログの名前がありません。質問やステータスバーに名前が出ません。"_s);
+        if (!m_findings.isThere(keys::kBlog))
+            m_findings.hint(keys::kBlog, u"ブログの名前がないので、画面には「%1」と出ます。"_s.arg(m_blog));
+        else if (m_blog.isEmpty())
+            m_findings.hint(keys::kBlog, u"ブログの名前が空です。質問やステータスバーに名前が出ません。"_s);
         else if (m_blog == words::kAmebaBlog)
             m_findings.hint(keys::kBlog, u"この名前では、記入の前にページの26番目のリンクが押されます。"_s);
         else if (m_blog == words::kYahooBlog)

@@ -39,10 +39,10 @@ void Invocation::print(const QJsonValue& json, const std::vector<QStringList>& r
 const std::vector<Command>& allCommands() {
     static const std::vector<Command> commands = [] {
         std::vector<Command> all;
-        for (const auto& part :
-             {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(), importCommands(),
-              convertCommands(), iniCommands(), fileCommands(), logCommands(), uploadCommands(), pingCommands(),
-              updateCommands(), databaseCommands(), backupCommands(), customizeCommands(), userCommands()})
+        for (const auto& part : {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(),
+                                 importCommands(), convertCommands(), iniCommands(), fileCommands(), logCommands(),
+                                 uploadCommands(), pingCommands(), updateCommands(), databaseCommands(),
+                                 backupCommands(), customizeCommands(), userCommands(), blogCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

@@ -107,6 +107,7 @@ std::vector<Command> databaseCommands();
 std::vector<Command> backupCommands();
 std::vector<Command> customizeCommands();
 std::vector<Command> userCommands();
+std::vector<Command> blogCommands();
 
 /// An entry number, 1 to 32767.
 int numberArgument(const QString& text);

@@ -39,6 +39,10 @@ private:
     bool m_isSet = false;
 };
 
+[[noreturn]] void refuseInput(const QString& reason) {
+    throw platform::Failure(u"入力を読み込めません。"_s, u"標準入力"_s, reason, u"入力を確認してください。"_s);
+}
+
 } // namespace
 
 QString harmless(const QString& text) {
@@ -96,9 +100,25 @@ QByteArray readInput() {
     while (const std::size_t count = std::fread(block, 1, sizeof block, stdin))
         bytes.append(block, qsizetype(count));
     if (std::ferror(stdin))
-        throw platform::Failure(u"入力を読み込めません。"_s, u"標準入力"_s, platform::systemReason(errno),
-                                u"入力を確認してください。"_s);
+        refuseInput(platform::systemReason(errno));
     return bytes;
+}
+
+std::optional<QString> readSecretLine(const QString& prompt) {
+    if (isatty(STDIN_FILENO) == 1)
+        return askOnTerminal(prompt, Echo::Off);
+    QByteArray line;
+    int c = std::fgetc(stdin);
+    const bool hasLine = c != EOF;
+    for (; c != EOF && c != '\n'; c = std::fgetc(stdin))
+        line += char(c);
+    if (std::ferror(stdin))
+        refuseInput(platform::systemReason(errno));
+    if (line.endsWith('\r'))
+        line.chop(1);
+    if (!line.isValidUtf8())
+        refuseInput(u"UTF-8ではありません"_s);
+    return hasLine ? std::optional(platform::fromUtf8(line)) : std::nullopt;
 }
 
 std::optional<QString> askOnTerminal(const QString& prompt, Echo echo) {

@@ -31,6 +31,10 @@ bool standardOutputIsTerminal();
 /// All of standard input. Throws platform::Failure when it can't be read.
 QByteArray readInput();
 
+/// A line of standard input, and no more of it; on a terminal it is asked for and not shown. Nothing when there is no
+/// line. Throws platform::Failure when it can't be read or is no UTF-8.
+std::optional<QString> readSecretLine(const QString& prompt);
+
 /// Asks on the terminal; nothing when standard input is none.
 std::optional<QString> askOnTerminal(const QString& prompt, Echo echo);
 

@@ -14,6 +14,7 @@ from contextlib import closing
 
 from home import CliTest, entry, read, write
 
+BLOGS = ["WordPress", "tDiary"]
 FIRST_TRIALS = int(os.environ.get("VELLORIA_FIRST_TRIAL", "0"))
 
 
@@ -92,6 +93,12 @@ def account(key, user, value):
     return look
 
 
+def has_password(trial, variant):
+    """Whether the blog of the variant has its own."""
+    stored = trial.ini("BlogUserData.ini", BLOGS[variant], "Password")
+    return trial.must("convert", "unscramble", input=stored).text == f"secret {variant}"
+
+
 def has_taken(trial, variant):
     with closing(sqlite3.connect(f"{trial.shared}/u{variant}/diary.mdb")) as base:
         return base.execute("SELECT Title FROM Contents").fetchall() == [("shared",)]
@@ -153,6 +160,8 @@ COMMANDS = [
     WritingCommand("export set", lambda t, v: ["customize", "export", f"set{v}", "--format", "cst", "--name", "n",
                                                "--out", t.root + f"/set{v}"],
                    lambda t, v: has_file("set{}.cst", "HPTitle=\r\n")(t, v) and has_file("set{}.cst", "[Author]")(t, v)),
+    WritingCommand("blog data", lambda t, v: ["blog", "data", BLOGS[v], "Password", "-"], has_password,
+                   lambda v: f"secret {v}\n"),
 ]
 
 
