@@ -1,6 +1,5 @@
 #include "editor/forms/blog_bar.h"
 
-#include "blog/blog_post.h"
 #include "blog/blog_template.h"
 #include "blog/forms/engine_page.h"
 #include "blog/posted_entries.h"
@@ -92,7 +91,7 @@ void BlogBar::drive(const QString& blog, const std::function<void(blog::BlogPost
     }
     m_context.runs.run(desktop::LongRoutine::PostBlog, [&] {
         blog::EnginePage page(m_context);
-        blog::BlogPost post(m_context, page);
+        blog::BlogPost post(m_context, page, waitLimit);
         action(post);
     });
 }

@@ -1,6 +1,7 @@
 // The blog bar of the calendar: a blog, what is to be done with it, and the button that does it.
 #pragma once
 
+#include "blog/blog_post.h"
 #include "desktop/combo.h"
 #include "editor/open_day.h"
 
@@ -9,11 +10,6 @@
 namespace velloria::desktop {
 struct Context;
 } // namespace velloria::desktop
-
-namespace velloria::blog {
-struct BlogEntry;
-class BlogPost;
-} // namespace velloria::blog
 
 namespace velloria::editor {
 
@@ -37,6 +33,9 @@ public:
 
     /// The chosen one of them with the picked blog.
     void Btn_BlogControl_Click();
+
+    /// How long each page of a run may take.
+    std::chrono::milliseconds waitLimit = blog::BlogPost::kWaitLimit;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
