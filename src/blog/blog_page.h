@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <optional>
 
@@ -46,6 +47,12 @@ struct PageRun {
     bool raisesEvents = false;
     /// What the window that asks for a login of the server itself shows first, for that address; may be empty.
     std::function<Credentials(const QUrl& address)> credentials = {};
+};
+
+/// Thrown by a call about the page, a wait apart, once the main window wants to close.
+class ProgramEnds : public std::exception {
+public:
+    const char* what() const noexcept override { return "the program ends"; }
 };
 
 /// Forms, links and options count from 0. Every call but stop, navigate and those about the run is about the page that

@@ -39,6 +39,9 @@ void BlogRun::run() {
     End end = End::Failed;
     try {
         end = post();
+    } catch (const ProgramEnds&) {
+        m_protocol.add(u"プログラムの終了のため中止しました。"_s);
+        end = End::ProgramEnding;
     } catch (const platform::Failure& failure) {
         m_protocol.add(failure.line());
     } catch (const std::exception& error) {

@@ -224,6 +224,16 @@ TEST_F(BlogRun, TheEndOfTheProgramEndsItWithoutABox) {
     EXPECT_FALSE(exists(core::files::kBlogPosts.in(session)));
 }
 
+TEST_P(BlogRunRefusal, OfAProgramThatEndsIsNoBox) {
+    throwAt(GetParam().call, GetParam().n, [] { throw blog::ProgramEnds(); });
+    post();
+    EXPECT_EQ(boxes(), QStringList());
+    EXPECT_EQ(lastStatus(), u"日記投稿失敗！"_s);
+    EXPECT_TRUE(protocol().endsWith(u"プログラムの終了のため中止しました。"_s));
+    EXPECT_FALSE(page.isRunning);
+    EXPECT_FALSE(exists(core::files::kBlogPosts.in(session)));
+}
+
 TEST_F(BlogRun, AddressesThatAreNotOfTheWebAreRefusedByTheirStage) {
     for (const QString& address : {u"javascript:document.write('x')"_s, u"file:///etc/passwd"_s, u"data:text/html,x"_s,
                                    u"about:blank"_s, u"http://"_s, u"Nothing:"_s}) {

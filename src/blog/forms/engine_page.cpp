@@ -185,7 +185,7 @@ QVariant EnginePage::ask(const PageRequest& request) {
     case Served::ProcessGone:
         throw processGone();
     case Served::Ending:
-        throw platform::Failure(kCantGoOn, {}, u"プログラムを終了します。"_s);
+        throw ProgramEnds();
     case Served::TimedOut:
         throw noAnswer();
     }
