@@ -5,10 +5,14 @@
 // Where PICTURE is a folder, it gets a picture of every window, to be looked at one by one. FONT is what all windows
 // are written in, as the toolkit spells it ("Sans Serif,13" or "Sans Serif,11,-1,5,700,0,0,0,0,0").
 #include "app/surroundings.h"
+#include "blog/blog_template.h"
+#include "blog/forms/frmBlogManager.h"
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/frmPrevDiaryViewer.h"
 #include "browser/forms/web_page.h"
 #include "core/day_key.h"
+#include "core/keys.h"
+#include "core/settings_change.h"
 #include "desktop/qt_desk.h"
 #include "desktop/tool_window.h"
 #include "desktop/yes_no_box.h"
@@ -28,15 +32,18 @@
 #include "shell/forms/StartForm.h"
 #include "site/same_day_page.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QScreen>
 #include <QTabWidget>
 #include <QThread>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -128,6 +135,32 @@ void shootToolWindows(desktop::Context& context, const QString& folder) {
     shootToolWindow(top, folder);
     context.windows.get<editor::frmHTMLMakeList>().showWindow();
     shootToolWindow(top, folder);
+    for (const QString& blog : blog::blogNames(context.session))
+        core::writeQuietly(context.session, core::keys::kManagedBlog, blog);
+    context.windows.get<blog::frmBlogManager>().showWindow();
+    shootToolWindow(top, folder);
+}
+
+/// The box of a post that failed, with its details open.
+void shootDetails(desktop::Context& context, const QString& picture) {
+    QTimer::singleShot(0, [&] {
+        if (!waitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }))
+            return;
+        auto& box = *qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        for (QAbstractButton* button : box.buttons()) {
+            if (box.buttonRole(button) == QMessageBox::ActionRole)
+                button->click();
+        }
+        waitForDrawing();
+        save(box, picture);
+        box.accept();
+    });
+    QString steps;
+    for (int step = 10; step < 30; ++step)
+        steps +=
+            u"21:00:%1 読み込み: http://127.0.0.1:8090/post/with/a/long/path/%1/of/the/service/new.cgi\r\n"_s.arg(step);
+    context.desk.detailedMessage(platform::MessageKind::Critical,
+                                 u"エラーが発生しました。\r\nError_Code:本文挿入エラー"_s, steps);
 }
 
 void shootAll(desktop::Context& context, const QString& folder) {
@@ -163,6 +196,7 @@ void shootAll(desktop::Context& context, const QString& folder) {
     shootToolWindows(context, folder);
     desktop::YesNoBox question(u"Velloria"_s, u"更新されていますが、保存されていません。\r\n保存しますか？"_s, &top);
     shootWindow(question, folder + u"question.png"_s);
+    shootDetails(context, folder + u"details.png"_s);
 }
 
 int shoot(const QString& home, const QString& picture, const QString& day) {

@@ -9,9 +9,9 @@ namespace velloria::shell {
 /// they show of private entries is no one else's.
 void leaveDataFolder(desktop::Context& context, const QString& before);
 
-/// Reads anew what open windows show of the folder, and leaves alone what somebody is writing. A page of the folder
-/// that was, `before` with its separator, gives way to the preview from the new one, and `before` is left. A failure on
-/// the way is told, and the rest goes on.
+/// Reads anew what open windows show of the folder, and leaves alone what somebody is writing in the diary. A page of
+/// the folder that was, `before` with its separator, gives way to the preview from the new one, and `before` is left. A
+/// failure on the way is told, and the rest goes on.
 void followDataFolder(desktop::Context& context, const QString& before);
 
 } // namespace velloria::shell
