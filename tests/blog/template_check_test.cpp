@@ -1,6 +1,7 @@
 #include "blog/template_check.h"
 
 #include "blog/good_template.h"
+#include "platform/directory.h"
 
 namespace velloria::tests {
 namespace {
@@ -38,6 +39,37 @@ TEST_F(TemplateCheck, KnowsTheCharactersThatTheProgramCannotRead) {
     ASSERT_EQ(found.size(), 1);
     EXPECT_TRUE(found[0].startsWith(u"error = 26行目: "_s)) << found[0].toStdString();
     EXPECT_EQ(told(with({{u"CheckObject"_s, u"é😀ﾂ｡ゾ"_s}})), QStringList()) << "references and half-width kana";
+}
+
+/// Templates that stand for every kind of page: those with a fault are faulty on purpose.
+TEST_F(TemplateCheck, FindsInTheTemplatesOfTheFakeBlogWhatTheyExerciseAndNoMore) {
+    const QHash<QString, QStringList> expected{
+        {u"t06b"_s, {u"hint VALUE_AcceptComment_No"_s, u"hint VALUE_AcceptPing_No"_s}},
+        {u"t06c"_s, {u"error Type_AcceptComment"_s, u"error Type_AcceptPing"_s}},
+        {u"t06d"_s, {u"hint RADIO_VALUE_UnderWrite_YES"_s}},
+        {u"t06e"_s, {u"hint RADIO_VALUE_AcceptPing_YES"_s, u"hint RADIO_VALUE_AcceptPing_No"_s}},
+        {u"t06g"_s, {u"error Type_AcceptPing"_s}},
+        {u"t06h"_s, {u"error VALUE_UnderWrite_Yes"_s}},
+        {u"t06i"_s, {u"error VALUE_AcceptComment_Yes"_s}},
+        {u"t09"_s, {u"error PostURL"_s}},
+        {u"t10b"_s, {u"error NextURL"_s}},
+        {u"t11c"_s, {u"error AutoLoginURL"_s}},
+        {u"t13c"_s, {u"hint CheckObject"_s}},
+        {u"t15"_s, {u"hint Blog"_s}},
+        {u"t16"_s, {u"hint Blog"_s}},
+        {u"t19a"_s, {u"hint HTML2TXT"_s}},
+        {u"t19b"_s, {u"hint HTML2TXT"_s}},
+        {u"t20"_s, {u"hint HTML2TXT"_s}},
+    };
+    const QString folder = QStringLiteral(VELLORIA_TEST_DATA "/blog/");
+    const QStringList files = platform::listFolder(folder, u"*.blg"_s);
+    EXPECT_GT(files.size(), 40);
+    for (const QString& file : files) {
+        QStringList found;
+        for (const QString& line : told(of(bytesOf(folder + file).replace("%SITE%", "http://127.0.0.1:8090"))))
+            found += line.section(u'=', 0, 0);
+        EXPECT_EQ(found, expected.value(file.chopped(4))) << file.toStdString();
+    }
 }
 
 TEST_F(TemplateCheck, FindsLinesThatAreNotRead) {

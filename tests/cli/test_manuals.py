@@ -157,5 +157,43 @@ class Words(unittest.TestCase):
                 self.assertEqual(combination, shortcuts.get(path.split(" → ")[-1]), f"{name}: {path}")
 
 
+class Templates(unittest.TestCase):
+    """What the manual says of blog templates is what the program reads."""
+
+    def setUp(self):
+        page = source("Manual.mht")
+        self.chapter = re.search(r'<h2 id="template">.*?</details>', page, re.S)[0]
+        self.codes = set(" ".join(texts(r"<code>(.*?)</code>", self.chapter)).split())
+
+    def constants(self, file, namespace):
+        text = (SRC / file).read_text(encoding="utf-8")
+        return re.findall(r'u"([^"]+)"', re.search(rf"namespace {namespace} \{{.*?\n\}} // namespace", text, re.S)[0])
+
+    def test_every_key_is_told_and_no_other(self):
+        keys = {key for key in self.constants("core/blog_keys.h", "blog_template")
+                if key not in ("General", "Simple", "NAME", "SELECT", "TRUE", "FALSE", "0")}
+        self.assertGreater(len(keys), 40)
+        told = {code.replace("〇〇", switch) for code in self.codes for switch in ("UnderWrite", "AcceptComment", "AcceptPing")}
+        self.assertEqual(keys - told, set())
+        written = {code.split("=")[0] for code in told
+                   if re.fullmatch(r"(RADIO_VALUE|VALUE|Type|FORM)_\w+(=.*)?|\w+URL|Check\w+|HTML2TXT|Login\w+", code)}
+        self.assertEqual(written - keys, set())
+
+    def test_every_word_is_told(self):
+        words = set(self.constants("blog/template_words.h", "velloria::blog::words"))
+        self.assertGreater(len(words), 15)
+        for word in words:
+            self.assertTrue(word in self.codes or f"「{word}」" in self.chapter or f"={word}" in self.chapter, word)
+
+    def test_the_example_is_a_good_template(self):
+        example = html.unescape(re.search(r"<pre><code>(; example.com.*?)</code></pre>", self.chapter, re.S)[1])
+        with tempfile.TemporaryDirectory() as folder:
+            file = pathlib.Path(folder) / "mihon.blg"
+            file.write_bytes(example.encode("cp932"))
+            done = subprocess.run([os.path.join(os.environ["VELLORIA_PROGRAM"], "velloria-cli"), "blog", "check", str(file)],
+                                  capture_output=True, encoding="utf-8")
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+
+
 if __name__ == "__main__":
     unittest.main()
