@@ -5,11 +5,16 @@ import os
 import subprocess
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "cli"))
+for folder in ("cli", "support"):
+    sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", folder))
 
-from home import CliTest, read  # noqa: E402  (the folder has to be known first)
+from home import CliTest, read  # noqa: E402  (the folders have to be known first)
+from patience import PATIENCE_SECONDS  # noqa: E402
 
-POST_ENTRY = os.environ.get("VELLORIA_POST_ENTRY", "").split()  # with what gives it a screen
+if "VELLORIA_POST_ENTRY" not in os.environ:
+    raise RuntimeError("VELLORIA_POST_ENTRY must name the program that posts from the windows")
+POST_ENTRY = os.environ["VELLORIA_POST_ENTRY"]
+WITH_DISPLAY = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "with-display")
 
 DONE = "information: Blog投稿完了！\r\n画像ファイルは手動でアップロードしてください。"
 DONE_STATUS = "日記投稿完了！画像ファイルは手動でアップロードして下さい。"
@@ -35,8 +40,9 @@ class Told:
 
     @property
     def boxes(self):
-        """Boxes and questions in turn."""
-        return [f"{event['kind']}: {event['text']}" for event in self.events if event["event"] == "message"]
+        """Boxes, questions and prompts in turn."""
+        return [f"{event.get('kind', 'input')}: {event['text']}" for event in self.events
+                if event["event"] in ("message", "input")]
 
     @property
     def windows(self):
@@ -51,7 +57,7 @@ class Desktop:
     """The windows of one run of the program, as long as the `with` around it."""
 
     def __init__(self, home, environment):
-        self.process = subprocess.Popen([*POST_ENTRY, home], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+        self.process = subprocess.Popen([WITH_DISPLAY, POST_ENTRY, home], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.PIPE, text=True, env=environment)
 
     def __enter__(self):
@@ -59,7 +65,7 @@ class Desktop:
 
     def __exit__(self, kind, *_):
         """A person closes the main window."""
-        _, said = self.process.communicate(timeout=120)
+        _, said = self.process.communicate(timeout=PATIENCE_SECONDS)
         if self.process.returncode and kind is None:
             raise RuntimeError(f"the windows ended with {self.process.returncode}: {said}")
 
@@ -72,7 +78,7 @@ class Desktop:
 
 
 class BlogTest(CliTest):
-    """Fixture: a home with the template `blog`, the user's data and addresses set by `tell_user`."""
+    """Fixture: a home whose entries go to the blog of the template `blog` with the data in `self.user`."""
 
     blog = None
 
@@ -80,30 +86,24 @@ class BlogTest(CliTest):
         super().setUp()
         self.user = {}
 
-    def desktop(self, home=None):
-        kept = ("DISPLAY", "TMPDIR", "LIBGL_ALWAYS_SOFTWARE")
-        environment = {name: os.environ[name] for name in kept if name in os.environ}
-        return self.enterContext(Desktop(home or self.home, self.environment(**environment)))
+    def desktop(self):
+        return Desktop(self.home, self.environment(TMPDIR=os.environ.get("TMPDIR")))
 
-    def post(self, desktop, title, body="本文", **step):
-        """A new entry goes to the blog; members of the entry are given as `entry`."""
-        entry = {"title": title, "body": body} | step.pop("entry", {})
-        told = desktop.take(entry=entry, blog=self.blog, user=step.pop("user", self.user), **step)
+    def post(self, desktop, title, body="本文", entry=None, **step):
+        """A new entry goes to the blog; `entry` has more members of it."""
+        told = desktop.take(entry={"title": title, "body": body} | (entry or {}), blog=self.blog, user=self.user, **step)
         self.assertEqual(told.unused, [], told)
         return told
 
     def must_post(self, *arguments, **step):
         told = self.post(*arguments, **step)
-        self.assertEqual(told.boxes[-1:], [DONE], told)
-        self.assertEqual(told.texts("status")[-1:], [DONE_STATUS], told)
+        self.assertEqual((told.boxes[-1:], told.texts("status")[-1:]), ([DONE], [DONE_STATUS]), told)
         return told
 
     def posted(self):
         """The lines of "blogposts.jsonl"."""
-        try:
-            return [json.loads(line) for line in read(self.data + "blogposts.jsonl").splitlines()]
-        except FileNotFoundError:
-            return []
+        path = self.data + "blogposts.jsonl"
+        return [json.loads(line) for line in read(path).splitlines()] if os.path.exists(path) else []
 
     @property
     def protocol(self):

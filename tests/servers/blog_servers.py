@@ -34,6 +34,11 @@ def require_blog_servers():
     unittest.enterModuleContext(servers.guard())
 
 
+def data_file(name):
+    with open(os.path.join(HERE, name), encoding="utf-8") as file:
+        return file.read()
+
+
 def program(*path):
     return os.path.join(UNPACKED, "together", *path)
 
@@ -181,15 +186,16 @@ class WordPress(LoopbackServer):
     def posts(self):
         """All that were saved, the oldest first. Texts are in hexadecimal on the way, so breaks in them matter not."""
         fields = ["ID", "post_title", "post_content", "post_status", "comment_status", "ping_status"]
-        names = ", ".join(f"hex({name})" for name in fields)
+        names = ", ".join(f"hex(concat({name}))" for name in fields)
         rows = self.sql(f"select {names} from wp_posts where post_type = 'post' and post_status <> 'auto-draft' "
                         "and ID > 1 order by ID")
         return [dict(zip(fields, (bytes.fromhex(text).decode() for text in row), strict=True)) for row in rows]
 
-    def categories(self, post):
-        return [name for (name,) in self.sql(
-            "select name from wp_terms join wp_term_taxonomy using (term_id) join wp_term_relationships "
-            f"using (term_taxonomy_id) where taxonomy = 'category' and object_id = {int(post)}")]
+    def terms(self, post):
+        """Categories and tags of a post, as pairs of kind and name."""
+        return [tuple(row) for row in self.sql(
+            "select taxonomy, name from wp_terms join wp_term_taxonomy using (term_id) join wp_term_relationships "
+            f"using (term_taxonomy_id) where object_id = {int(post)} order by taxonomy, name")]
 
     def forget_posts(self):
         self.sql("delete from wp_posts where post_type = 'post' and ID > 1")
@@ -227,6 +233,11 @@ class TDiary(LoopbackServer):
         # The very first call answers that it goes elsewhere.
         self.page("update.rb", self.user, self.password)
 
+    def made_page(self, path=""):
+        """A page of what it holds now. It keeps pages by their second, and the browser asks for one beside a post."""
+        shutil.rmtree(os.path.join(self.data, "cache"), ignore_errors=True)
+        return self.page(path)
+
     def days(self):
         """What its files hold, by date: head lines, and the body as it was typed."""
         found = {}
@@ -239,11 +250,6 @@ class TDiary(LoopbackServer):
                 fields["body"] = re.sub(r"^\.", "", body, flags=re.MULTILINE)
                 found[fields["Date"]] = fields
         return found
-
-    def forget_days(self):
-        shutil.rmtree(self.data)
-        os.makedirs(self.data)
-        self.page("update.rb", self.user, self.password)
 
 
 def serve_by_hand(kind, *login):

@@ -10,7 +10,8 @@
 //     blog      is picked, and the action (投稿, 閲覧, 管理) with it; the button is pressed
 //     answers   to the desk's questions in turn
 //     windows   that come up over a page, in turn: null closes one, a list of texts fills its fields and accepts it
-//     picture   file for a picture of the main window, when the browser has come to rest
+//     until     waits until the browser's address begins with this
+//     picture   file for a picture of the main window
 //
 // and is answered by a line: {"events": [...], "address": "..."}. The end of the input closes the main window.
 #include "app/surroundings.h"
@@ -71,13 +72,15 @@ public:
             open(step[u"entry"_s].toObject());
         if (!blog.isEmpty())
             press(blog, step[u"action"_s].toString(u"投稿"_s));
+        if (step.contains(u"until"_s) && !waitFor([&] { return address().startsWith(step[u"until"_s].toString()); }))
+            throw std::runtime_error("the browser did not get there, but to " + address().toStdString());
         if (step.contains(u"picture"_s))
             shoot(step[u"picture"_s].toString());
         for (const QJsonValue& answer : m_desk.answers)
             tell({{u"event"_s, u"not asked"_s}, {u"answer"_s, answer}});
         for (const QJsonValue& window : m_windows)
             tell({{u"event"_s, u"not shown"_s}, {u"window"_s, window}});
-        return {{u"events"_s, m_desk.events}, {u"address"_s, view() ? view()->url().toString() : QString()}};
+        return {{u"events"_s, m_desk.events}, {u"address"_s, address()}};
     }
 
 private:
@@ -132,7 +135,11 @@ private:
             throw std::runtime_error("the picture can't be saved");
     }
 
-    QWebEngineView* view() { return m_context.windows.get<browser::frmBrowser>().findChild<QWebEngineView*>(); }
+    /// Of the page in the browser; "" before the first one.
+    QString address() {
+        const auto* view = m_context.windows.get<browser::frmBrowser>().findChild<QWebEngineView*>();
+        return view ? view->url().toString() : QString();
+    }
 
     /// What stands in the fields is told, a password as so many stars.
     void answerWindow() {
