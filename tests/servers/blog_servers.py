@@ -34,11 +34,6 @@ def require_blog_servers():
     unittest.enterModuleContext(servers.guard())
 
 
-def data_file(name):
-    with open(os.path.join(HERE, name), encoding="utf-8") as file:
-        return file.read()
-
-
 def program(*path):
     return os.path.join(UNPACKED, "together", *path)
 

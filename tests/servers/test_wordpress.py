@@ -1,13 +1,27 @@
 """Entries that go to WordPress from the windows: what is told, and what the blog has of them."""
 
+import html
+import pathlib
+import re
 import tempfile
 import unittest
 import urllib.error
 
 from blog_home import DONE, FAILED_STATUS, NO_POSTING_PAGE, BlogTest, stage
-from blog_servers import WordPress, data_file, require_blog_servers
+from blog_servers import WordPress, require_blog_servers
 
-CLASSIC = data_file("wordpress/classic-form.php")
+MANUAL = pathlib.Path(__file__).parents[2] / "docs" / "manual" / "manual.htm"
+
+
+def of_manual(word):
+    """What the manual says to put on the server, as it stands there."""
+    (code,) = (html.unescape(code) for code in re.findall("<pre><code>(.*?)</code></pre>", MANUAL.read_text("utf-8"), re.S)
+               if word in code)
+    return code + "\n"
+
+
+CLASSIC = of_manual("use_block_editor_for_post")
+GENRE_CATEGORY = of_manual("wp_set_post_categories")
 BODY = "<P>一行目<BR>\r\n二行目 &amp; \"引用\"</P>\r\n<P><B>次</B>の段落</P>"
 STORED = "一行目\r\n二行目 & \"引用\"\r\n\r\n<B>次</B>の段落\r\n\r\n"
 
@@ -29,6 +43,14 @@ class WordPressTest(BlogTest):
         self.server.forget_logins()
         self.user = {"LoginID": self.server.user, "Password": self.server.password,
                      "PostURL": self.server.url + "wp-admin/post-new.php"}
+
+    def change_user(self, key, value):
+        """Of the blog's one user, until the end of the test."""
+        row = f"from wp_usermeta where user_id = 1 and meta_key = '{key}'"
+        ((before,),) = self.server.sql(f"select meta_value {row}")
+        change = "update wp_usermeta set meta_value = '{}' " + row.removeprefix("from wp_usermeta ")
+        self.server.sql(change.replace("{}", value))
+        self.addCleanup(self.server.sql, change.replace("{}", before))
 
     def assert_posts(self, *expected):
         """Each a dictionary of what matters in a post."""
@@ -87,6 +109,18 @@ class WordPressTest(BlogTest):
         self.assertEqual(self.posted(), [])
         self.assertNotIn("chigau kotoba", self.protocol)
 
+    def test_an_english_blog_has_a_login_page_of_one_form(self):
+        work = self.enterContext(tempfile.TemporaryDirectory(prefix="velloria-blog-"))
+        server = self.enterContext(WordPress(work, language=""))
+        server.put_must_use(CLASSIC)
+        self.user["PostURL"] = server.url + "wp-admin/post-new.php"
+        desktop = self.enterContext(self.desktop())
+        self.user["Password"] = "chigau kotoba"
+        self.assertEqual(self.post(desktop, "題").boxes, [NO_POSTING_PAGE])
+        self.user["Password"] = server.password
+        self.must_post(desktop, "題")
+        self.assertEqual([post["post_title"] for post in server.posts()], ["題"])
+
     def test_a_login_is_asked_for_once_and_lasts_over_a_restart(self):
         self.user = {"PostURL": self.user["PostURL"]}
         with self.desktop() as desktop:
@@ -132,14 +166,25 @@ class WordPressTest(BlogTest):
         self.assert_posts()
         self.assertEqual(self.posted(), [])
 
-    def test_the_visual_editor_would_empty_the_body(self):
-        """What the second line of the file is for."""
-        self.server.put_must_use("\n".join(CLASSIC.splitlines()[:2]))
-        self.must_post(self.enterContext(self.desktop()), "題", "本文")
-        self.assert_posts({"post_title": "題", "post_content": ""})
+    def test_the_visual_editor_empties_the_body_unless_it_is_off(self):
+        """By the third line of the file, or in the user's own profile."""
+        self.server.put_must_use("".join(CLASSIC.splitlines(keepends=True)[:2]))
+        desktop = self.enterContext(self.desktop())
+        self.must_post(desktop, "一")
+        self.change_user("rich_editing", "false")
+        self.must_post(desktop, "二")
+        self.assert_posts({"post_title": "一", "post_content": ""}, {"post_title": "二", "post_content": "本文"})
+
+    def test_an_author_posts_and_a_contributor_does_not(self):
+        desktop = self.enterContext(self.desktop())
+        self.change_user("wp_capabilities", 'a:1:{s:6:"author";b:1;}')
+        self.must_post(desktop, "作成者")
+        self.change_user("wp_capabilities", 'a:1:{s:11:"contributor";b:1;}')
+        self.assertEqual(self.post(desktop, "寄稿者").boxes, [stage("カテゴリ/ジャンル挿入エラー")])
+        self.assert_posts({"post_title": "作成者", "post_status": "publish"})
 
     def test_genres_become_categories_where_the_blog_does_that(self):
-        self.server.put_must_use(CLASSIC + data_file("wordpress/genre-category.php").removeprefix("<?php\n"))
+        self.server.put_must_use(CLASSIC + GENRE_CATEGORY)
         desktop = self.enterContext(self.desktop())
         self.must_post(desktop, "あり", entry={"genre": "旅行"})
         self.must_post(desktop, "なし", entry={"genre": "庭"})
