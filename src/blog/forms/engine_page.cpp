@@ -17,6 +17,9 @@ namespace {
 
 constexpr std::chrono::milliseconds kStep{10};
 
+/// A click is answered before the load that it starts is told of.
+constexpr std::chrono::milliseconds kLoadBegins{250};
+
 const QString kCantGoOn = u"ブログのページを操作できません。"_s;
 
 platform::Failure processGone() {
@@ -37,7 +40,14 @@ struct Answer {
 
 EnginePage::EnginePage(desktop::Context& context, std::chrono::milliseconds answerLimit)
     : m_context(context)
-    , m_answerLimit(answerLimit) {}
+    , m_answerLimit(answerLimit) {
+    m_frameEnd.setSingleShot(true);
+    m_frameEnd.setInterval(kLoadBegins);
+    QObject::connect(&m_frameEnd, &QTimer::timeout, &m_listener, [this] {
+        if (m_page && !m_page->isLoading())
+            onEnd();
+    });
+}
 
 EnginePage::~EnginePage() {
     endRun();
@@ -47,7 +57,7 @@ EnginePage::~EnginePage() {
 
 void EnginePage::beginRun(const PageRun& run) {
     m_run = run;
-    m_hasEnded = false;
+    expectEnd();
     const auto proposal = [ask = run.credentials](const QUrl& address) {
         const Credentials credentials = ask(address);
         return browser::Login{credentials.loginId, credentials.password};
@@ -68,14 +78,28 @@ browser::WebPage& EnginePage::page() {
         throw platform::Failure(kCantGoOn, {}, u"ブラウザーが閉じられました。"_s);
     m_page = &m_context.windows.get<browser::frmBrowser>().startedPage();
     m_hasPage = true;
-    const auto onEnd = [this] {
-        m_hasEnded = true;
-        wake();
-    };
-    QObject::connect(m_page, &browser::WebPage::loadComplete, &m_listener, onEnd);
-    QObject::connect(m_page, &browser::WebPage::frameComplete, &m_listener, onEnd);
+    QObject::connect(m_page, &browser::WebPage::loadComplete, &m_listener, [this] { onEnd(); });
+    QObject::connect(m_page, &browser::WebPage::frameComplete, &m_listener, [this] { onFrameEnd(); });
     QObject::connect(m_page, &browser::WebPage::renderProcessTerminated, &m_listener, [this] { onProcessGone(); });
     return *m_page;
+}
+
+void EnginePage::onEnd() {
+    m_frameEnd.stop();
+    m_hasEnded = true;
+    wake();
+}
+
+/// A frame of the page that is being left may go on until the next one is there: its ends are not what is waited for.
+void EnginePage::onFrameEnd() {
+    if (!m_frameEnd.isActive())
+        m_frameEnd.start();
+}
+
+/// What has ended so far is forgotten.
+void EnginePage::expectEnd() {
+    m_frameEnd.stop();
+    m_hasEnded = false;
 }
 
 void EnginePage::onProcessGone() {
@@ -97,7 +121,7 @@ void EnginePage::stop() {
 void EnginePage::navigate(const QUrl& url) {
     browser::WebPage& shown = page();
     m_isProcessGone = false;
-    m_hasEnded = false;
+    expectEnd();
     shown.navigate(url);
 }
 
@@ -197,7 +221,7 @@ QVariant EnginePage::ask(const PageRequest& request) {
 
 /// What comes from here on is the answer to this.
 void EnginePage::act(const PageRequest& request) {
-    m_hasEnded = false;
+    expectEnd();
     ask(request);
 }
 

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class QEventLoop;
 
@@ -50,6 +51,9 @@ private:
     enum class Served { Until, ProcessGone, Ending, TimedOut };
 
     browser::WebPage& page();
+    void onEnd();
+    void onFrameEnd();
+    void expectEnd();
     void onProcessGone();
     void wake();
     Served serve(const std::function<bool()>& isDone, std::chrono::milliseconds limit);
@@ -62,6 +66,7 @@ private:
     bool m_hasPage = false;
     PageRun m_run;
     bool m_hasEnded = false; ///< a page has come to its end since the last action, and no wait has told of it
+    QTimer m_frameEnd;       ///< runs from the end of a frame until it is clear that it was the page's
     bool m_isProcessGone = false;
     QPointer<QEventLoop> m_loop; ///< that serves events now
     QObject m_listener;          ///< receives what the page tells, and nothing more when this is gone

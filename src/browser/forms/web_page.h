@@ -41,6 +41,8 @@ public:
     /// Ends loading; a navigation that is under way shows nothing.
     void stop();
 
+    bool isLoading() const { return m_isLoading; }
+
     /// Why the document that is shown is none that its server meant to show ("HTTP 500"); "" for a good one.
     QString problem() const { return m_problem; }
 
