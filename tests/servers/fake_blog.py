@@ -121,8 +121,7 @@ def refresh(address):
 
 SEARCH_FORM = """<form name="search" action="/search">
 <input name="q"><input name="title"><textarea name="body"></textarea>
-<input type="checkbox" name="draft" value="1"><input type="submit" name="post" value="search">
-<select name="genre"><option>一般</option></select></form>"""
+<input type="checkbox" name="draft" value="1"><input type="submit" name="post" value="search"></form>"""
 
 
 def login_form(variant):
@@ -157,7 +156,7 @@ def posting_form(words, has_check):
     check = '<div><span></span></div><select name="check"><option>here</option></select>' if has_check else ""
     alert = "alert('left?');" if "alert" in words else ""
     multipart = 'enctype="multipart/form-data"' if "multipart" in words else ""
-    form = f"""<form id="entry" action="/do" method="post" {multipart}
+    form = f"""<form id="entry" action="/do" method="post" {multipart} oninput="note(event)" onchange="note(event)"
  onsubmit="{alert} document.getElementById('handler').value = 'ran'">
 <input type="hidden" name="handler" id="handler">{title}{body}{check}
 {select("genre", GENRES, "本")}<input type="hidden" name="genre2" value="page">
@@ -167,7 +166,8 @@ def posting_form(words, has_check):
 {select("comments", ["選択", "受け付ける", "受け付けない"], "受け付けない")}
 {switch("ping", "")}
 <input type="image" name="post" alt="post" src="data:image/gif;base64,R0lGODlhAQABAAAAACw=">
-<input type="submit" name="post" value="post"><input type="submit" name="save" id="save-draft" value="draft"></form>"""
+<input type="submit" name="post" value="post"><input type="submit" name="save" id="save-draft" value="draft">
+<textarea name="events"></textarea></form>"""
     if "names" in words:
         for name in ("title", "body"):
             form = form.replace(f'name="{name}"', f'name="{name.upper()}"')
@@ -177,6 +177,9 @@ def posting_form(words, has_check):
 
 
 SCRIPTS = """<script>
+function note(event) {
+    event.target.form.events.value += event.type + ' ' + event.target.name + ' ';
+}
 function ask(number) {
     document.getElementById('handler').form.title.value = 'asked too late';
     const request = new XMLHttpRequest();

@@ -62,7 +62,7 @@ class FakeBlog(unittest.TestCase):
             inputs = tags.names("input")
             self.assertEqual(inputs[:7], ["q", "title", "draft", "post", "handler", *texts], words)
             areas = ["title"] * (words == "area") + ["body"] * (words != "input")
-            self.assertEqual(tags.names("textarea"), ["body", *areas], words)
+            self.assertEqual(tags.names("textarea"), ["body", *areas, "events"], words)
             self.assertEqual(inputs[7:], [
                 "genre2", "state", "state", "draft", "nodraft", "draft_yes", "draft_no", "comment", "comment",
                 "nocomment", "comment_yes", "comment_no", "ping", "noping", "ping_yes", "ping_no", "post", "post",
