@@ -38,13 +38,16 @@ QString copyBlogTemplates(const Session& session) {
     QString notice;
     const QString folder = existingPath(files::kBlogTemplates.in(session)) + u'/';
     makeFolder(GetParentFolder(folder));
+    platform::FolderNames there(folder);
     for (const QString& name : platform::listFolder(session.MyPath, u"*.blg"_s)) {
+        const QString copyName = GetBaseName(name) + u".ini"_s;
         const QFileInfo source(session.MyPath + name);
-        const QFileInfo target(existingPath(folder + GetBaseName(name) + u".ini"_s));
+        const QFileInfo target(there.path(copyName));
         if (target.exists() && source.lastModified() <= target.lastModified())
             continue;
         try {
             platform::copyFile(source.filePath(), target.filePath());
+            there.add(target.fileName());
         } catch (const platform::Failure& failure) {
             notice = failure.line();
         }

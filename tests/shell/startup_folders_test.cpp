@@ -324,6 +324,21 @@ TEST_F(StartupFolders, ATemplateOfTheUsersOwnIsLeftAlone) {
     EXPECT_EQ(bytesOf(data(u"BlogTemplate/a.b.ini"_s)), "factory");
 }
 
+TEST_F(StartupFolders, TemplatesThatDifferInCaseAloneAreOne) {
+    const auto ofTheName = [this] {
+        return QDir(data(u"BlogTemplate"_s)).entryList({u"new.ini"_s}, QDir::Files); // without regard to case
+    };
+    writeFile(path(u"NEW.blg"_s), "earlier");
+    setTime(path(u"NEW.blg"_s), 1);
+    writeFile(path(u"new.blg"_s), "later");
+    setTime(path(u"new.blg"_s), 2);
+    for (int i = 0; i < 2; ++i) { // brought in one start, and found in the next
+        ASSERT_EQ(start(), StartResult::Ready);
+        EXPECT_EQ(ofTheName(), QStringList{u"NEW.ini"_s});
+        EXPECT_EQ(bytesOf(data(u"BlogTemplate/NEW.ini"_s)), "later");
+    }
+}
+
 TEST_F(StartupFolders, MakesNoSecondFolderBesideOneInOtherCase) {
     for (const QString& name : {u"Customize"_s, u"DiaryParts"_s, u"DiaryLog"_s, u"ExportFormat"_s, u"BlogTemplate"_s})
         ASSERT_TRUE(QDir().rename(data(name), data(name.toUpper())));
