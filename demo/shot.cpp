@@ -135,8 +135,7 @@ void shootToolWindows(desktop::Context& context, const QString& folder) {
     shootToolWindow(top, folder);
     context.windows.get<editor::frmHTMLMakeList>().showWindow();
     shootToolWindow(top, folder);
-    for (const QString& blog : blog::blogNames(context.session))
-        core::writeQuietly(context.session, core::keys::kManagedBlog, blog);
+    core::writeQuietly(context.session, core::keys::kManagedBlog, blog::blogNames(context.session).value(0));
     context.windows.get<blog::frmBlogManager>().showWindow();
     shootToolWindow(top, folder);
 }

@@ -2,6 +2,7 @@
 #include "editor_home.h"
 
 #include "blog/blog_user_data.h"
+#include "blog/forms/frmBlogManager.h"
 #include "blog/posted_entries.h"
 #include "core/blog_keys.h"
 #include "core/files.h"
@@ -228,6 +229,20 @@ TEST_F(BlogWeb, ViewAndManagementGoToTheirPagesByButtonAndMenu) {
     EXPECT_TRUE(isAsked("/manage"));
     EXPECT_TRUE(boxes().isEmpty());
     EXPECT_FALSE(web.asked.contains("/post"));
+}
+
+TEST_F(BlogWeb, AnAnswerIsSeenInTheOpenManager) {
+    auto& manager = shownWindow<blog::frmBlogManager>(context);
+    auto& other = control<QComboBox>(manager, u"cmbBlog"_s);
+    other.setCurrentIndex(other.findText(u"other"_s));
+    Q_EMIT other.activated(other.currentIndex());
+    blogs().setCurrentIndex(blogs().findText(u"other"_s));
+    actions().setCurrentIndex(1);
+    answer(web.address(u"/view"_s));
+    press();
+    EXPECT_TRUE(isAsked("/view"));
+    EXPECT_EQ(control<QLineEdit>(manager, u"txtAccessURL"_s).text(), web.address(u"/view"_s));
+    EXPECT_FALSE(control<QPushButton>(manager, u"Btn_Save"_s).isEnabled());
 }
 
 TEST_F(BlogWeb, AnAddressThatIsNotOfTheWebIsTold) {

@@ -428,6 +428,29 @@ TEST_F(BlogManager, AHugeListStaysOnTheScreen) {
     blogs().hidePopup();
 }
 
+TEST_F(BlogManager, DataThatChangedElsewhereShowWhereNobodyHasTyped) {
+    writeTemplate(u"mixi"_s, "[Simple]\r\nPostURL=Required\r\n");
+    open();
+    window()->readAgain();
+    QTest::keyClicks(&box(u"txtLoginID"_s), u"me"_s);
+    dataOf(u"mixi"_s).store({{keys::kLoginID, u"you"_s},
+                             {keys::kPassword, u"secret"_s},
+                             {keys::kPostURL, u"http://p.example/"_s},
+                             {keys::kNextURL, u"http://n.example/"_s}});
+    window()->readAgain();
+    EXPECT_EQ(shown(), (QStringList{u"me"_s, u"secret"_s, u"http://p.example/"_s, u""_s, u""_s}));
+    EXPECT_TRUE(isSaveOn());
+    press(u"Btn_Save"_s);
+    EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kPassword), u"secret"_s);
+    dataOf(u"mixi"_s).store(keys::kLoginID, u"you"_s);
+    window()->readAgain();
+    EXPECT_EQ(box(u"txtLoginID"_s).text(), u"you"_s) << "what is saved is nobody's typing any more";
+    EXPECT_FALSE(isSaveOn());
+    blogs().setCurrentIndex(-1);
+    window()->readAgain();
+    EXPECT_TRUE(desk.texts(u"failure"_s).isEmpty());
+}
+
 TEST_F(BlogManager, SaveTakesWhatAnInputMethodIsComposing) {
     writeTemplate(u"mixi"_s);
     open();

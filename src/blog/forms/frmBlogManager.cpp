@@ -59,6 +59,19 @@ void frmBlogManager::fillBlogs() {
     ui->Btn_Save->setEnabled(false);
 }
 
+void frmBlogManager::readAgain() {
+    if (ui->cmbBlog->currentIndex() < 0)
+        return;
+    const QScopedValueRollback loading(m_isLoading, true);
+    run([this] {
+        const BlogUserData userData(m_context.session, ui->cmbBlog->currentText());
+        for (const Field& field : m_fields) {
+            if (field.box->isEnabled() && !field.box->isModified())
+                setBox(*field.box, true, userData.value(field.row));
+        }
+    });
+}
+
 void frmBlogManager::select(const QString& blog) {
     ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(blog, Qt::MatchExactly | Qt::MatchCaseSensitive));
     showBlog();
@@ -138,6 +151,8 @@ void frmBlogManager::Btn_Save_Click() {
         }
     }
     BlogUserData(m_context.session, ui->cmbBlog->currentText()).store(values);
+    for (const Field& field : m_fields)
+        field.box->setModified(false);
     ui->Btn_Save->setEnabled(false);
 }
 

@@ -27,6 +27,10 @@ public:
     /// somebody was typing belonged to the folder that was.
     void fillBlogs();
 
+    /// The data of the picked blog were changed elsewhere: boxes in which nobody has typed show them as they are now,
+    /// so that a save does not undo the change.
+    void readAgain();
+
 private:
     /// A box, the key that it is stored under, and what people call it.
     struct Field {

@@ -2,6 +2,7 @@
 
 #include "blog/blog_template.h"
 #include "blog/forms/engine_page.h"
+#include "blog/forms/frmBlogManager.h"
 #include "blog/posted_entries.h"
 #include "core/keys.h"
 #include "core/settings.h"
@@ -94,6 +95,8 @@ void BlogBar::drive(const QString& blog, const std::function<void(blog::BlogPost
         blog::BlogPost post(m_context, page, waitLimit);
         action(post);
     });
+    if (auto* manager = m_context.windows.find<blog::frmBlogManager>())
+        manager->readAgain(); // the user may have been asked
 }
 
 blog::BlogEntry BlogBar::openEntry() {
