@@ -136,6 +136,10 @@ private:
                                 u"判断されます。"_s);
         } else if (!m_findings.isMisspelt(keys::kLoginURL, {words::kNothing, words::kRequired}) &&
                    checkAddress(keys::kLoginURL)) {
+            if (address == m_findings.value(keys::kPostURL))
+                m_findings.hint(keys::kLoginURL,
+                                u"PostURL と同じなので、投稿画面がそのアドレスのままなら、いつもログインが"
+                                u"要ることになり、投稿できません。"_s);
             QUrl shown = webAddress(address);
             if (shown.path().isEmpty())
                 shown.setPath(u"/"_s);

@@ -82,6 +82,21 @@ void checkUse(TemplateFindings& findings, const Setting& row, Use use, const Swi
     }
 }
 
+/// Of the two states.
+void checkTexts(TemplateFindings& findings, const SwitchRows& rows) {
+    if (findings.value(rows.radioYes) == findings.value(rows.radioNo)) {
+        findings.hint(rows.radioYes, u"%1 と同じなので、する、しないの区別がつきません。"_s.arg(rows.radioNo.name));
+        return;
+    }
+    if (findings.value(rows.type) != words::kSelect)
+        return; // a field may well be emptied
+    for (const Setting& row : {rows.radioYes, rows.radioNo}) {
+        if (findings.isEmpty(row))
+            findings.hint(row, u"選ぶものがないので、%1ときは、ページのままになります。"_s.arg(
+                                   row.name == rows.radioYes.name ? u"する"_s : u"しない"_s));
+    }
+}
+
 void checkSwitch(TemplateFindings& findings, const SwitchRows& rows) {
     const QString type = findings.value(rows.type);
     const auto isOfThis = [&](const SwitchRule& rule) { return rule.types.contains(rows.type.name); };
@@ -92,8 +107,8 @@ void checkSwitch(TemplateFindings& findings, const SwitchRows& rows) {
         checkUse(findings, rows.no, rule->no, rows);
         checkUse(findings, rows.radioYes, rule->radioYes, rows);
         checkUse(findings, rows.radioNo, rule->radioNo, rows);
-        if (rule->radioYes == Use::Text && findings.value(rows.radioYes) == findings.value(rows.radioNo))
-            findings.hint(rows.radioYes, u"%1 と同じなので、する、しないの区別がつきません。"_s.arg(rows.radioNo.name));
+        if (rule->radioYes == Use::Text)
+            checkTexts(findings, rows);
         return;
     }
     const QString otherwise = u"この設定は、ページのままになります。"_s;
