@@ -83,9 +83,10 @@ QString BlogLogin::stored(const core::Setting& row, const QString& question) {
     if (!value.isEmpty())
         return value;
     const QString answer = m_desk.input(question, {});
-    if (!answer.isEmpty())
-        m_data.store(row, answer);
-    return answer;
+    if (answer.isEmpty())
+        return answer;
+    m_data.store(row, answer);
+    return m_data.value(row);
 }
 
 void BlogLogin::send() {

@@ -6,7 +6,9 @@
 #include "core/settings_change.h"
 #include "core/stored_name.h"
 #include "platform/code_page.h"
+#include "platform/directory.h"
 #include "platform/failure.h"
+#include "platform/file_write.h"
 #include "platform/profile_file.h"
 
 using namespace Qt::StringLiterals;
@@ -14,8 +16,16 @@ using namespace Qt::StringLiterals;
 namespace velloria::blog {
 namespace {
 
+constexpr unsigned kOwnerOnly = 0600;
+
 bool isPassword(const core::Setting& row) {
     return row.name == core::keys::blog_user::kPassword.name;
+}
+
+/// What the file is to give back: it would lose outer blanks, which come with an address that is pasted. Those of a
+/// password are scrambled, and none.
+QString kept(const core::Setting& row, const QString& value) {
+    return isPassword(row) ? value : value.trimmed();
 }
 
 } // namespace
@@ -37,11 +47,11 @@ bool BlogUserData::canBear(const QString& blog) {
 }
 
 bool BlogUserData::fits(const core::Setting& row, const QString& value) {
-    return isPassword(row) ? convert::isPasswordText(value) : core::fitsSetting(value);
+    return isPassword(row) ? convert::isPasswordText(value) : core::fitsSetting(kept(row, value));
 }
 
 QString BlogUserData::refusal(const QString& name) {
-    return u"「%1」は、長すぎるか、前後の空白や設定に書けない文字を含んでいます。"_s.arg(name);
+    return u"「%1」は、長すぎるか、設定に書けない文字を含んでいます。"_s.arg(name);
 }
 
 void BlogUserData::store(const core::Setting& row, const QString& value) const {
@@ -61,8 +71,12 @@ void BlogUserData::store(const std::vector<std::pair<core::Setting, QString>>& v
         const core::Setting mine = core::inSection(row, m_blog);
         if (!fits(row, value))
             refuse(refusal(row.name.toString()));
-        change.set(m_session, mine, isPassword(row) ? convert::EncryptPassword(value) : core::storedName(value));
+        change.set(m_session, mine,
+                   isPassword(row) ? convert::EncryptPassword(value) : core::storedName(kept(row, value)));
     }
+    // A file that came from elsewhere may be open to everybody.
+    platform::limitMode(platform::existingPath(core::Settings(m_session).file(core::SettingsFile::BlogUserData)),
+                        kOwnerOnly);
     change.write();
 }
 

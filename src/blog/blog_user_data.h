@@ -20,8 +20,8 @@ public:
 
     /// A row of keys::blog_user; "" when it is missing. Throws platform::Failure when the file can't be read.
     QString value(const core::Setting& row) const;
-    /// Throws platform::Failure when the machine refuses, and when the file would not give the value back; it is as it
-    /// was then.
+    /// Blanks around a value are no part of it, but of a password they are. Throws platform::Failure when the machine
+    /// refuses, and when the file would not give the value back; it is as it was then.
     void store(const core::Setting& row, const QString& value) const;
     /// The same of several at once, in this order: all of them are stored or none.
     void store(const std::vector<std::pair<core::Setting, QString>>& values) const;

@@ -374,6 +374,14 @@ TEST_F(BlogLogin, WhatWasTypedIsStoredBeforeThePageIsTouched) {
     EXPECT_EQ(user(rows::kPassword), u"aikotoba"_s);
 }
 
+TEST_F(BlogLogin, ANameThatIsTypedWithBlanksAroundGoesInWithoutThemAtOnce) {
+    setUser(rows::kLoginID, u""_s);
+    desk.answers = {u" taro "_s};
+    post();
+    expectPosted();
+    EXPECT_EQ(page.element(loginUrl, 0, u"id"_s).value, u"taro"_s);
+}
+
 TEST_F(BlogLogin, WhatCanNotBeStoredEndsTheRunWithThePageUntouched) {
     setUser(rows::kPassword, u""_s);
     desk.answers = {u"\U0001F511"_s, u"aikotoba"_s}; // no file gives such a password back

@@ -166,6 +166,21 @@ TEST_F(BlogOrder, ATitleOrABodyIsMissing) {
     EXPECT_EQ(page.calls(u"click"_s).size(), 1);
 }
 
+TEST_F(BlogOrder, AnAddressMayBeTypedWithBlanksAround) {
+    keys[u"PostURL"_s] = u"Required"_s;
+    desk.answers = {u"  "_s, u' ' + postUrl + u"\t "_s};
+    for (const QString& stored : {QString(), postUrl}) {
+        desk.events = {};
+        page.done.clear();
+        post();
+        expectRefused({kQuestion, kNoPostUrl});
+        EXPECT_EQ(user(rows::kPostURL), stored);
+    }
+    desk.events = {};
+    post();
+    expectPosted();
+}
+
 TEST_F(BlogOrder, AnAddressThatCanNotBeStoredEndsTheRun) {
     keys[u"PostURL"_s] = u"Required"_s;
     desk.answers = {u"http://x.test/"_s + QString(256, u'x')};

@@ -97,6 +97,16 @@ TEST_F(BlogPages, OpenPagesOfTheWebAlone) {
     }
 }
 
+TEST_F(BlogPages, AnAddressMayBeTypedWithBlanksAround) {
+    for (const Command& command : commands) {
+        desk.answers = {u" http://mine.test/ "_s};
+        page.done.clear();
+        command.run();
+        EXPECT_EQ(page.done, opened(u"http://mine.test/"_s));
+        EXPECT_EQ(user(command.row), u"http://mine.test/"_s);
+    }
+}
+
 TEST_F(BlogPages, AnAddressThatCanNotBeStoredIsNotOpened) {
     QFile::setPermissions(core::files::kBlogUserData.in(session), QFile::ReadOwner);
     for (const Command& command : commands) {

@@ -8,6 +8,8 @@
 
 #include <QFile>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -56,10 +58,27 @@ TEST_F(UserData, StoresSeveralInOrderOrNoneOfThem) {
     EXPECT_EQ(platform::readFile(file()), before);
 }
 
+TEST_F(UserData, BlanksAroundAValueAreNoPartOfIt) {
+    for (const core::Setting& row : {keys::kLoginID, keys::kPostURL, keys::kManagementURL}) {
+        data.store(row, u" \thttp://127.0.0.1/ a \r\n"_s);
+        EXPECT_EQ(data.value(row), u"http://127.0.0.1/ a"_s);
+        data.store(row, u"  "_s);
+        EXPECT_EQ(data.value(row), u""_s);
+    }
+    data.store(keys::kPassword, u" a "_s);
+    EXPECT_EQ(data.value(keys::kPassword), u" a "_s);
+}
+
+TEST_F(UserData, AFileThatWasOpenToEverybodyIsSoNoMore) {
+    writeFile(file(), "[other]\r\nLoginID=me\r\n");
+    ASSERT_EQ(::chmod(QFile::encodeName(file()).constData(), 0644), 0);
+    data.store(keys::kPassword, u"secret"_s);
+    EXPECT_EQ(modeOf(file()), 0600U);
+}
+
 TEST_F(UserData, RefusesWhatTheFileWouldNotGiveBack) {
     data.store(keys::kPostURL, u"http://127.0.0.1/"_s);
     EXPECT_THROW(data.store(keys::kPostURL, QString(256, u'x')), platform::Failure);
-    EXPECT_THROW(data.store(keys::kLoginID, u" me"_s), platform::Failure);
     EXPECT_THROW(data.store(keys::kPassword, u"\U0001F431"_s), platform::Failure);
     EXPECT_EQ(data.value(keys::kPostURL), u"http://127.0.0.1/"_s);
     EXPECT_EQ(data.value(keys::kPassword), QString());

@@ -285,7 +285,7 @@ TEST_F(BlogManager, WhatTheFileWouldNotGiveBackIsRefusedAndKeepsItsText) {
     writeTemplate(u"mixi"_s);
     dataOf(u"mixi"_s).store(keys::kLoginID, u"before"_s);
     const QByteArray before = bytesOf(dataFile());
-    const QString text = u"critical: 「%1」は、長すぎるか、前後の空白や設定に書けない文字を含んでいます。"_s;
+    const QString text = u"critical: 「%1」は、長すぎるか、設定に書けない文字を含んでいます。"_s;
     const std::tuple<QString, QString, QString> cases[] = {
         {u"txtLoginID"_s, u"Login ID"_s, QString(256, u'x')},
         {u"txtLoginID"_s, u"Login ID"_s, u"&#128049;"_s},
@@ -293,7 +293,7 @@ TEST_F(BlogManager, WhatTheFileWouldNotGiveBackIsRefusedAndKeepsItsText) {
         {u"txtPassword"_s, u"Password"_s, QString(256, u'x')},
         {u"txtPassword"_s, u"Password"_s, u"a\tb"_s},
         {u"txtPostURL"_s, u"投稿URL"_s, u"http://x.example/"_s + QString(250, u'x')},
-        {u"txtNextURL"_s, u"投稿URL2"_s, u" http://x.example/"_s},
+        {u"txtNextURL"_s, u"投稿URL2"_s, u"http://x.example/&#128049;"_s},
         {u"txtAccessURL"_s, u"閲覧用URL"_s, QString(128, u'あ')},
     };
     for (const auto& [name, label, value] : cases) {
@@ -313,8 +313,10 @@ TEST_F(BlogManager, WhatTheFileWouldNotGiveBackIsRefusedAndKeepsItsText) {
     }
     open();
     box(u"txtPostURL"_s).setText(QString(255, u'x'));
+    box(u"txtAccessURL"_s).setText(u" http://x.example/ "_s); // pasted
     press(u"Btn_Save"_s);
     EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kPostURL).size(), 255);
+    EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kAccessURL), u"http://x.example/"_s);
 }
 
 TEST_F(BlogManager, AFileThatRefusesKeepsTheWindowAndSave) {
