@@ -118,6 +118,10 @@ TEST_F(BlogLogin, IsTriedWithAWrongFormNumberEvenOnThePostingPage) {
     EXPECT_EQ(statuses().last(), u"試験ブログにログイン中"_s);
     EXPECT_EQ(desk.details.last(), protocol().replace(u"\n"_s, u"\r\n"_s));
     EXPECT_TRUE(protocol().contains(u"FORM_POST (5)"_s));
+    keys[u"FORM_POST"_s] = u"2"_s;
+    keys[u"CheckObject"_s] = u""_s; // the number of the forms says enough
+    post();
+    EXPECT_EQ(boxes().last(), kNoPostingPage);
 }
 
 TEST_F(BlogLogin, IsNeededWithoutTheObjectThatProvesThePostingPage) {
@@ -277,7 +281,9 @@ TEST_F(BlogLogin, TheNextAddressGoesOnlyWhereThereIsAFieldForIt) {
     for (const QString& none : {u""_s, u"Nothing"_s}) {
         keys[u"VALUE_Next"_s] = none;
         page.isLoggedIn = false;
+        desk.events = {};
         post();
+        expectPosted();
         EXPECT_EQ(loginField(u"next"_s).value, QString());
     }
     keys[u"VALUE_Next"_s] = u"next"_s;
