@@ -157,7 +157,7 @@ protected:
     /// down.
     template <class Condition>
     static bool waitFor(Condition condition) {
-        constexpr int kLookMs = 20;
+        constexpr int kLookMs = 100;
         QElapsedTimer clock;
         clock.start();
         QEventLoop loop;

@@ -122,7 +122,7 @@ TEST_F(BlogLogin, T12WaitsForOnePageMore) {
 }
 
 TEST_F(BlogLogin, T12OnePageMoreThatDoesNotComeRunsOut) {
-    limitWaits(1500);
+    limitWaits(5'000);
     useTemplate(u"t12a"_s);
     post();
     EXPECT_EQ(boxes(), QStringList{kTimedOut});
@@ -234,11 +234,11 @@ TEST_F(BlogLogin, CancelledQuestionsLeaveTheFieldsEmpty) {
 }
 
 TEST_F(BlogLogin, WordsForTheLoginButtonThatAreNoneSendNothing) {
-    limitWaits(1000);
+    limitWaits(3'000);
     for (const QString& word : {u"name"_s, u"INDEX"_s}) {
         useTemplate(u"t01"_s, {{u"Type_Login"_s, word}});
         post();
-        EXPECT_FALSE(isLoginTried());
+        EXPECT_EQ(site.lines(), kLinesWithLogin.first(2));
         EXPECT_EQ(boxes(), QStringList{kTimedOut});
     }
 }
@@ -246,11 +246,11 @@ TEST_F(BlogLogin, WordsForTheLoginButtonThatAreNoneSendNothing) {
 TEST_F(BlogLogin, AServerThatAsksItselfIsAnsweredInAWindow) {
     site.set(u"mode"_s, u"basic"_s);
     useTemplate(u"t01"_s);
-    limitWaits(2'000);
+    limitWaits(5'000);
     whenShown<browser::frmAuthentication>([](browser::frmAuthentication& window) {
         EXPECT_EQ(window.login().user, u"writer"_s);
         EXPECT_EQ(window.login().password, u"pa%ss+w&rd"_s);
-        QTest::qWait(2'500); // the time stands meanwhile
+        QTest::qWait(5'500); // the time stands meanwhile
         window.accept();
     });
     post();
