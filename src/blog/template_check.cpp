@@ -41,6 +41,11 @@ QString shown(const QString& text) {
     return text.size() <= kShownLetters ? text : text.left(kShownLetters) + u"…"_s;
 }
 
+/// What other programs take for a remark behind a value.
+bool hasRemark(const QString& value) {
+    return value.contains(u" ;"_s) || value.contains(u"\t;"_s);
+}
+
 /// The lines of the file, without regard to what the keys mean.
 class Lines {
 public:
@@ -111,6 +116,8 @@ private:
             tellRepeated(line, *row);
         else if (row && line.isRead && m_findings.value(*row).size() < line.value.size())
             tell(Kind::Error, line, line.name, u"値が長すぎます。255バイト (全角で127文字) で切れます。"_s);
+        else if (row && line.isRead && hasRemark(line.value))
+            tell(Kind::Hint, line, line.name, u"値の後ろに説明は書けません。「;」から後ろも値になります。"_s);
     }
 
     void tellUnknown(const ListedLine& line) {

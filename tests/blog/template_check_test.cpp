@@ -109,6 +109,14 @@ TEST_F(TemplateCheck, FindsAValueThatDoesNotFit) {
     EXPECT_EQ(told(with({{u"CheckObject"_s, u"\"quoted\""_s}})), QStringList());
 }
 
+TEST_F(TemplateCheck, FindsARemarkBehindAValue) {
+    for (const QString& value : {u"subject ; the title"_s, u"subject\t;"_s})
+        EXPECT_EQ(told(with({{u"VALUE_Title"_s, value}})),
+                  QStringList{u"hint VALUE_Title="_s + value +
+                              u" 26行目: 値の後ろに説明は書けません。「;」から後ろも値になります。"_s});
+    EXPECT_EQ(told(with({{u"PostURL"_s, u"http://a.example/p;a=1"_s}})), QStringList());
+}
+
 TEST_F(TemplateCheck, TellsAHundredLinesAndNoMore) {
     QByteArray many = textWith({});
     for (int i = 0; i < 100'000; ++i)
