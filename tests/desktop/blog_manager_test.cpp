@@ -12,6 +12,7 @@
 #include "support/desktop_home.h"
 #include "support/disk_watch.h"
 
+#include <QAccessible>
 #include <QInputMethodEvent>
 
 using namespace Qt::StringLiterals;
@@ -435,12 +436,16 @@ TEST_F(BlogManager, DataThatChangedElsewhereShowWhereNobodyHasTyped) {
     open();
     window()->readAgain();
     QTest::keyClicks(&box(u"txtLoginID"_s), u"me"_s);
+    QAccessible::queryAccessibleInterface(&box(u"txtAccessURL"_s))
+        ->editableTextInterface()
+        ->insertText(0, u"http://a/"_s);
     dataOf(u"mixi"_s).store({{keys::kLoginID, u"you"_s},
                              {keys::kPassword, u"secret"_s},
+                             {keys::kAccessURL, u"http://b/"_s},
                              {keys::kPostURL, u"http://p.example/"_s},
                              {keys::kNextURL, u"http://n.example/"_s}});
     window()->readAgain();
-    EXPECT_EQ(shown(), (QStringList{u"me"_s, u"secret"_s, u"http://p.example/"_s, u""_s, u""_s}));
+    EXPECT_EQ(shown(), (QStringList{u"me"_s, u"secret"_s, u"http://p.example/"_s, u""_s, u"http://a/"_s}));
     EXPECT_TRUE(isSaveOn());
     press(u"Btn_Save"_s);
     EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kPassword), u"secret"_s);

@@ -32,9 +32,11 @@ frmBlogManager::frmBlogManager(desktop::Context& context)
                 {ui->txtAccessURL, keys::blog_user::kAccessURL, u"閲覧用URL"_s}};
     ui->Btn_Save->setEnabled(false);
     for (const Field& field : m_fields)
-        connect(field.box, &QLineEdit::textChanged, this, [this] {
-            if (!m_isLoading)
-                ui->Btn_Save->setEnabled(true);
+        connect(field.box, &QLineEdit::textChanged, this, [this, box = field.box] {
+            if (m_isLoading)
+                return;
+            box->setModified(true); // what a screen reader or the like sets is typed as well
+            ui->Btn_Save->setEnabled(true);
         });
     connect(ui->cmbBlog, &QComboBox::activated, this, &frmBlogManager::showBlog);
     connect(ui->Btn_Save, &QPushButton::clicked, this, [this] { run([this] { Btn_Save_Click(); }); });
