@@ -212,6 +212,21 @@ TEST_F(OptionsFolder, ANewOneIsReadyForWorkAtOnce) {
     press("Btn_Cancel");
 }
 
+TEST_F(OptionsFolder, ATemplateThatCannotBeBroughtThereIsTold) {
+    const QString taken = other() + u"/BlogTemplate/tDiary.ini"_s;
+    ASSERT_TRUE(QDir().mkpath(taken + u"/folder"_s));
+    QFile newer(path(u"tDiary.blg"_s));
+    ASSERT_TRUE(newer.open(QIODevice::ReadWrite) &&
+                newer.setFileTime(QDateTime::currentDateTime().addDays(1), QFileDevice::FileModificationTime));
+    newer.close();
+    type(other());
+    press("Btn_Apply");
+    EXPECT_EQ(session.DataPath, other() + u'/');
+    EXPECT_TRUE(exists(other() + u"/BlogTemplate/WordPress.ini"_s)) << "the others come";
+    EXPECT_TRUE(desk.texts(u"status"_s).join(u'\n').contains(taken));
+    press("Btn_Cancel");
+}
+
 TEST_F(OptionsFolder, TheListsOfOpenWindowsAreThoseOfTheNewOne) {
     writeFile(other() + u"/Genre.csv"_s, "\x88\xEA\x94\xCA\r\nNewGenre\r\n");
     ASSERT_TRUE(QDir().mkpath(other() + u"/BlogTemplate"_s));
