@@ -88,8 +88,10 @@ void checkTexts(TemplateFindings& findings, const SwitchRows& rows) {
         findings.hint(rows.radioYes, u"%1 と同じなので、する、しないの区別がつきません。"_s.arg(rows.radioNo.name));
         return;
     }
-    if (findings.value(rows.type) != words::kSelect)
-        return; // a field may well be emptied
+    if (findings.value(rows.type) != words::kSelect) // a field may well be emptied
+        return;
+    if (findings.isEmpty(rows.yes)) // the list is told to be missing
+        return;
     for (const Setting& row : {rows.radioYes, rows.radioNo}) {
         if (findings.isEmpty(row))
             findings.hint(row, u"選ぶものがないので、%1ときは、ページのままになります。"_s.arg(

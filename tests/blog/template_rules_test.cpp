@@ -138,6 +138,7 @@ TEST_F(TemplateRules, KnowsWhatEachSwitchReads) {
               "hint RADIO_VALUE_UnderWrite_No=|しないときは、ページのまま"},
              {draft(u"SELECT"_s, {{yes, u"state"_s}, {radioYes, u""_s}, {radioNo, u"下書き"_s}}),
               "hint RADIO_VALUE_UnderWrite_YES=|するときは、ページのまま"},
+             {draft(u"SELECT"_s, {{radioYes, u"公開"_s}}), "error VALUE_UnderWrite_Yes=|ここでエラー"},
              {draft(u"SELECT"_s, {{yes, u"state"_s}, {no, u"1"_s}, {radioYes, u"a"_s}, {radioNo, u"b"_s}}),
               "hint VALUE_UnderWrite_No=1|読まれません"},
              {draft(u"NAMECHECKBOX"_s, {{yes, u"draft"_s}}), "hint VALUE_UnderWrite_No=|反対の意味"},
