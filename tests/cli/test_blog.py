@@ -135,7 +135,8 @@ class Data(BlogTest):
         self.assertEqual(self.password(), "  a b ")
 
     def test_values_of_the_longest_kind_are_kept(self):
-        for key, value in (("LoginID", "あ" * 127), ("PostURL", "http://a.example/" + "x" * 238), ("Password", "z" * 255)):
+        for key, value in (("LoginID", "あ" * 127), ("PostURL", "http://a.example/" + "x" * 238),
+                           ("Password", "z" * 255)):
             self.set(key, value)
             self.assertEqual(self.data_of()[key], HIDDEN if key == "Password" else value)
         self.assertEqual(self.password(), "z" * 255)
@@ -185,11 +186,14 @@ class Passwords(BlogTest):
             os.umask(old)
         self.assertEqual(stat.S_IMODE(os.stat(self.user_data).st_mode), 0o600)
         self.assertNotIn(SECRET[:4].encode(), read(self.user_data))
+        os.chmod(self.user_data, 0o644)  # as it comes with a folder from elsewhere
+        self.set("LoginID", "hanako")
+        self.assertEqual(stat.S_IMODE(os.stat(self.user_data).st_mode), 0o600)
         self.assertEqual(self.password(), SECRET)
 
     def test_it_comes_from_standard_input_where_nobody_sees_it(self):
-        for given, kept in ((SECRET + "\n", SECRET), (SECRET + "\r\n", SECRET), (SECRET, SECRET), (SECRET + "\nrest\n", SECRET),
-                            ("-\n", "-"), (" a \n", " a "), ("日本\n", "日本")):
+        for given, kept in ((SECRET + "\n", SECRET), (SECRET + "\r\n", SECRET), (SECRET, SECRET),
+                            (SECRET + "\nrest\n", SECRET), ("-\n", "-"), (" a \n", " a "), ("日本\n", "日本")):
             self.set("Password", "-", input=given)
             self.assertEqual(self.password(), kept)
 
@@ -324,7 +328,8 @@ class Check(BlogTest):
                 (("VALUE_Title=title", "VALUE_Title="), "VALUE_Title", ""),
                 (("VALUE_Post=post", "VALUE_Pots=post\nType_Post=SUBMIT"), "VALUE_Pots", "post"),
                 (("VALUE_Body=body", "VALUE_Body=body\nType_Body=TEXTAREA"), "VALUE_Body", "body"),
-                (("VALUE_Post=post", "VALUE_Post=post\nType_UnderWrite=SELECT\nRADIO_VALUE_UnderWrite_YES=x"),
+                (("VALUE_Post=post", "VALUE_Post=post\nType_UnderWrite=SELECT\nRADIO_VALUE_UnderWrite_YES=x\n"
+                                     "RADIO_VALUE_UnderWrite_No=y"),
                  "VALUE_UnderWrite_Yes", ""),
                 (("VALUE_Post=post", "VALUE_Post=post\nType_AcceptPing=SELECT"), "Type_AcceptPing", "SELECT"),
                 (("CheckObject=title", "CheckObject=title\nAutoLoginURL=False"), "AutoLoginURL", "False"),
