@@ -58,6 +58,9 @@ PAGE_WORDS = {
     "alert",    # a box before the form is sent
     "endless",  # the page never ends
     "multipart",
+    "blank",    # the answer is to come in a window of its own, as the page's handler says at the last moment
+    "base",     # the same, as the page says for all that it leads to
+    "popup",    # another page comes in a window of its own before the form is sent
 }
 GENRES = ["一般", "旅", "本"]
 NEVER = 600
@@ -154,10 +157,12 @@ def posting_form(words, has_check):
     title = spare + '<textarea name="title"></textarea>' if "area" in words else '<input name="title">'
     body = '<input name="body">' if "input" in words else spare + '<textarea name="body"></textarea>'
     check = '<div><span></span></div><select name="check"><option>here</option></select>' if has_check else ""
-    alert = "alert('left?');" if "alert" in words else ""
+    before = "alert('left?');" if "alert" in words else ""
+    before += "this.target = '_blank';" if "blank" in words else ""
+    before += "window.open('/ad');" if "popup" in words else ""
     multipart = 'enctype="multipart/form-data"' if "multipart" in words else ""
     form = f"""<form id="entry" action="/do" method="post" {multipart} oninput="note(event)" onchange="note(event)"
- onsubmit="{alert} document.getElementById('handler').value = 'ran'">
+ onsubmit="{before} document.getElementById('handler').value = 'ran'">
 <input type="hidden" name="handler" id="handler">{title}{body}{check}
 {select("genre", GENRES, "本")}<input type="hidden" name="genre2" value="page">
 {switch("draft", '<input type="radio" name="state" value="public"><input type="radio" name="state" value="private">')}
@@ -201,7 +206,8 @@ def posting_page(words, settings, has_check=True):
     if settings["submitall"] == "on":
         links += '<a href="javascript:submitAll()">post</a>'
     others = "<form></form>" * 999 if "many" in words else ""
-    frame = '<iframe src="/ad"></iframe>' if "frame" in words else ""
+    frame = '<base target="answer">' if "base" in words else ""
+    frame += '<iframe src="/ad"></iframe>' if "frame" in words else ""
     frame += '<iframe src="/hop?n=1"></iframe>' if "busy" in words else ""
     text = page(f"{frame}<!--half-->{SEARCH_FORM}{others}{posting_form(words, has_check)}{links}", SCRIPTS)
     return text.split("<!--half-->")

@@ -62,13 +62,16 @@ void EnginePage::beginRun(const PageRun& run) {
         const Credentials credentials = ask(address);
         return browser::Login{credentials.loginId, credentials.password};
     };
+    page().isDriven = true;
     page().proposedLogin = run.credentials ? std::function<browser::Login(const QUrl&)>(proposal) : nullptr;
 }
 
 void EnginePage::endRun() {
     m_run = {};
-    if (m_page)
-        m_page->proposedLogin = {};
+    if (!m_page)
+        return;
+    m_page->isDriven = false;
+    m_page->proposedLogin = {};
 }
 
 browser::WebPage& EnginePage::page() {

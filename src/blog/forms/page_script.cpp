@@ -65,9 +65,30 @@ try {
         need(uses[request.call](found), 'unfit');
         return found;
     };
+    // A window that the page opens is shown in this one by its address alone, and what a form sends there would be lost.
+    const stayHere = (element, name) => {
+        const target = attribute(element, name);
+        const frames = byTag('iframe').concat(byTag('frame')).map(frame => attribute(frame, 'name'));
+        if (target && !frames.includes(target))
+            Element.prototype.setAttribute.call(element, name, '_self');
+    };
+    const sendHere = (sent, sender) => {
+        if (attribute(sent, 'target') === null)
+            bySelector('base[target]').slice(0, 1).forEach(base => stayHere(base, 'target'));
+        stayHere(sent, 'target');
+        if (sender)
+            stayHere(sender, 'formtarget');
+    };
     const click = element => {
         need(element, 'missing');
+        const link = Element.prototype.closest.call(element, 'a,area');
+        if (link)
+            sendHere(link);
+        // What the page's own handlers do to the form comes before.
+        const here = event => sendHere(event.target, event.submitter);
+        window.addEventListener('submit', here);
         HTMLElement.prototype.click.call(element);
+        window.removeEventListener('submit', here);
     };
     const tell = element => {
         for (const type of request.raisesEvents ? ['input', 'change'] : [])
@@ -102,8 +123,10 @@ try {
         },
         Click: () => click(element()),
         Submit: () => {
-            need(form(request.index), 'missing');
-            HTMLFormElement.prototype.submit.call(form(request.index));
+            const found = form(request.index);
+            need(found, 'missing');
+            sendHere(found);
+            HTMLFormElement.prototype.submit.call(found);
         },
         Options: () => Array.from(fitting().options, option => option.text),
         Select: () => {

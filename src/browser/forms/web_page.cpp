@@ -126,6 +126,8 @@ WebPage::WebPage(QWebEngineProfile& profile, desktop::Context& context, WebLinks
     // Both go on after the event: what they ask for may load this very page anew.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl wanted = request.requestedUrl();
+        if (isDriven && !request.isUserInitiated())
+            return;
         if (mayOpen(wanted) && !wanted.scheme().startsWith(u"about"_s))
             QTimer::singleShot(0, this, [this, wanted] { Q_EMIT addressOpened(wanted); });
     });

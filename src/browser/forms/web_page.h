@@ -49,6 +49,9 @@ public:
     /// How long the page has waited for answers to its boxes and its server's.
     std::chrono::milliseconds timeInBoxes() const { return m_boxTime->total(); }
 
+    /// A run works in the page: a window that a script opens would take its place, and is not shown.
+    bool isDriven = false;
+
     /// What the window that asks for a server's login shows first; may be empty.
     std::function<Login(const QUrl& address)> proposedLogin;
 
