@@ -51,5 +51,14 @@ TEST_F(BlogEngine, TellsAProcessThatDiedAndGoesOnWithTheNextPage) {
     EXPECT_EQ(page.formCount(), 1);
 }
 
+TEST_F(BlogEngine, EndsAProcessWhoseScriptHasNoEnd) {
+    EnginePage impatient(context, std::chrono::seconds(2));
+    show("<form onsubmit='for (;;);'><input type=submit name=go></form>");
+    impatient.stop();
+    EXPECT_THROW(impatient.click({.name = u"go"_s}), platform::Failure);
+    show("<form></form>");
+    EXPECT_EQ(page.formCount(), 1);
+}
+
 } // namespace
 } // namespace velloria::tests

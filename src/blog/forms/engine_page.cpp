@@ -4,6 +4,7 @@
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/web_page.h"
 #include "platform/failure.h"
+#include "platform/launcher.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -214,6 +215,9 @@ QVariant EnginePage::ask(const PageRequest& request) {
     case Served::Ending:
         throw ProgramEnds();
     case Served::TimedOut:
+        // A script of the page that has no end would keep its process from every other page as well.
+        platform::endProcess(shown.renderProcessPid());
+        serve([this] { return m_isProcessGone; }, m_answerLimit);
         throw noAnswer();
     }
     const std::optional<QVariant> told = pageAnswer(*answer->value, request);
