@@ -160,7 +160,7 @@ void WebPage::navigate(const QUrl& url) {
     if (!url.isValid() || url.isEmpty())
         return;
     goToMark(url.hasFragment());
-    const bool isOtherMark = differsInMarkAlone(url, this->url());
+    const bool isOtherMark = url.hasFragment() && differsInMarkAlone(url, this->url());
     load(url);
     if (!isOtherMark)
         return;
@@ -280,6 +280,8 @@ void WebPage::showBox(const std::function<void()>& box) {
 void WebPage::login(const QUrl& address, QAuthenticator& answer) {
     const QString realm = answer.realm();
     answer = {};
+    if (m_isLoginRefused)
+        return; // pictures of a page may want a login each
     const OpenBox open(m_boxTime);
     desktop::Context& context = m_context;
     desktop::runCommand(context.desk, [&] {
@@ -288,13 +290,18 @@ void WebPage::login(const QUrl& address, QAuthenticator& answer) {
         const auto guard = qScopeGuard([&] { delete window; });
         if (proposedLogin)
             window->propose(proposedLogin(address));
+        QObject::connect(this, &QObject::destroyed, window, &QDialog::reject);
         QTimer ending; // of the program, which waits for whoever waits for this page
         QObject::connect(&ending, &QTimer::timeout, window, [&] {
             if (context.runs.isEnding())
                 window->reject();
         });
         ending.start(kLookForTheEnd);
-        if (window->exec() != QDialog::Accepted || !window)
+        const QPointer<WebPage> self = this;
+        const bool isGiven = window->exec() == QDialog::Accepted && window;
+        if (self)
+            m_isLoginRefused = !isGiven;
+        if (!isGiven)
             return;
         const Login given = window->login();
         answer.setUser(given.user);
@@ -318,6 +325,7 @@ void WebPage::readWithoutScripts() {
 /// Another document, or the same once more because somebody wants it so.
 void WebPage::allowScripts() {
     m_boxes = 0;
+    m_isLoginRefused = false;
     if (std::exchange(m_isReadingAgain, false))
         return;
     m_isStopped = false;

@@ -100,6 +100,7 @@ private:
     const std::shared_ptr<BoxTime> m_boxTime = std::make_shared<BoxTime>();
     int m_boxes = 0;               ///< of scripts of the shown document
     bool m_isStopped = false;      ///< its scripts were stopped
+    bool m_isLoginRefused = false; ///< by the person: a document asks once
     bool m_isReadingAgain = false; ///< the navigation that comes next is the same document without them
     const std::shared_ptr<bool> m_isAlive = std::make_shared<bool>(true); ///< for what the engine answers too late
 };
