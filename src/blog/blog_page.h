@@ -1,6 +1,8 @@
 // The page of a blog that a run drives: the port between the run and the browser.
 #pragma once
 
+#include "blog/element_place.h"
+
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -11,23 +13,6 @@
 #include <optional>
 
 namespace velloria::blog {
-
-/// An element of the page. Places count from 0 in the order of the document. A name stands for the elements whose name
-/// or id it is, without regard to case; of several the first one that what is done fits: a check box or radio button to
-/// be checked, a button to be clicked, else the first.
-struct ElementPlace {
-    enum class By {
-        NameInForm,     ///< `name` among the controls of form `form`; image buttons are none
-        InputIndex,     ///< place `index` among the INPUT tags of the page
-        TextAreaIndex,  ///< the same of TEXTAREA tags
-        InputName,      ///< `name` among the INPUT tags of the page
-        NameInDocument, ///< `name` anywhere in the page
-    };
-    By by = By::NameInForm;
-    QString name = {};
-    int form = 0;
-    int index = 0;
-};
 
 /// How a wait has ended.
 enum class PageEnd {

@@ -12,26 +12,7 @@ namespace {
 
 /// "VALUE_Title (フォーム 1 の「title」)"
 QString shown(const Target& target) {
-    const ElementPlace& place = target.place;
-    QString where;
-    switch (place.by) {
-    case ElementPlace::By::NameInForm:
-        where = u"フォーム %1 の「%2」"_s.arg(QString::number(place.form), place.name);
-        break;
-    case ElementPlace::By::InputIndex:
-        where = u"INPUT %1"_s.arg(place.index);
-        break;
-    case ElementPlace::By::TextAreaIndex:
-        where = u"TEXTAREA %1"_s.arg(place.index);
-        break;
-    case ElementPlace::By::InputName:
-        where = u"INPUT の「%1」"_s.arg(place.name);
-        break;
-    case ElementPlace::By::NameInDocument:
-        where = u"「%1」"_s.arg(place.name);
-        break;
-    }
-    return u"%1 (%2)"_s.arg(target.key, where);
+    return u"%1 (%2)"_s.arg(target.key, shownPlace(target.place));
 }
 
 } // namespace

@@ -1,15 +1,16 @@
 #include "blog/forms/engine_page.h"
 
-#include "blog/forms/page_script.h"
+#include "blog/forms/page_ends.h"
+#include "blog/forms/page_question.h"
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/web_page.h"
-#include "platform/failure.h"
 #include "platform/launcher.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
-#include <QWebEngineScript>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,38 +18,17 @@ namespace velloria::blog {
 namespace {
 
 constexpr std::chrono::milliseconds kStep{10};
-
-/// A click is answered before the load that it starts is told of.
-constexpr std::chrono::milliseconds kLoadBegins{250};
-
-const QString kCantGoOn = u"ブログのページを操作できません。"_s;
+constexpr std::chrono::milliseconds kProcessEnds{2'000};
 
 platform::Failure processGone() {
-    return {kCantGoOn, {}, u"ページを表示するプロセスが終了しました。"_s, u"もう一度実行してください。"_s};
+    return cantGoOn(u"ページを表示するプロセスが終了しました。"_s);
 }
-
-platform::Failure noAnswer() {
-    return {kCantGoOn, {}, u"ページが応答しません。"_s, u"もう一度実行してください。"_s};
-}
-
-/// What the script has answered. It may come when nobody waits for it any more.
-struct Answer {
-    std::optional<QVariant> value;
-    QPointer<QEventLoop> loop;
-};
 
 } // namespace
 
 EnginePage::EnginePage(desktop::Context& context, std::chrono::milliseconds answerLimit)
     : m_context(context)
-    , m_answerLimit(answerLimit) {
-    m_frameEnd.setSingleShot(true);
-    m_frameEnd.setInterval(kLoadBegins);
-    QObject::connect(&m_frameEnd, &QTimer::timeout, &m_listener, [this] {
-        if (m_page && !m_page->isLoading())
-            onEnd();
-    });
-}
+    , m_answerLimit(answerLimit) {}
 
 EnginePage::~EnginePage() {
     endRun();
@@ -58,7 +38,7 @@ EnginePage::~EnginePage() {
 
 void EnginePage::beginRun(const PageRun& run) {
     m_run = run;
-    expectEnd();
+    m_isRunning = true;
     const auto proposal = [ask = run.credentials](const QUrl& address) {
         const Credentials credentials = ask(address);
         return browser::Login{credentials.loginId, credentials.password};
@@ -67,9 +47,10 @@ void EnginePage::beginRun(const PageRun& run) {
     page().proposedLogin = run.credentials ? std::function<browser::Login(const QUrl&)>(proposal) : nullptr;
 }
 
+/// Whoever only shows a page while another run works in it leaves that as it is.
 void EnginePage::endRun() {
     m_run = {};
-    if (!m_page)
+    if (!std::exchange(m_isRunning, false) || !m_page)
         return;
     m_page->isDriven = false;
     m_page->proposedLogin = {};
@@ -79,31 +60,12 @@ browser::WebPage& EnginePage::page() {
     if (m_page)
         return *m_page;
     if (m_hasPage)
-        throw platform::Failure(kCantGoOn, {}, u"ブラウザーが閉じられました。"_s);
+        throw cantGoOn(u"ブラウザーが閉じられました。"_s);
     m_page = &m_context.windows.get<browser::frmBrowser>().startedPage();
     m_hasPage = true;
-    QObject::connect(m_page, &browser::WebPage::loadComplete, &m_listener, [this] { onEnd(); });
-    QObject::connect(m_page, &browser::WebPage::frameComplete, &m_listener, [this] { onFrameEnd(); });
+    m_ends = std::make_unique<PageEnds>(*m_page, [this] { wake(); });
     QObject::connect(m_page, &browser::WebPage::renderProcessTerminated, &m_listener, [this] { onProcessGone(); });
     return *m_page;
-}
-
-void EnginePage::onEnd() {
-    m_frameEnd.stop();
-    m_hasEnded = true;
-    wake();
-}
-
-/// A frame of the page that is being left may go on until the next one is there: its ends are not what is waited for.
-void EnginePage::onFrameEnd() {
-    if (!m_frameEnd.isActive())
-        m_frameEnd.start();
-}
-
-/// What has ended so far is forgotten.
-void EnginePage::expectEnd() {
-    m_frameEnd.stop();
-    m_hasEnded = false;
 }
 
 void EnginePage::onProcessGone() {
@@ -125,20 +87,22 @@ void EnginePage::stop() {
 void EnginePage::navigate(const QUrl& url) {
     browser::WebPage& shown = page();
     m_isProcessGone = false;
-    expectEnd();
+    m_ends->leaveDocument();
     shown.navigate(url);
 }
 
 PageEnd EnginePage::waitComplete(std::chrono::milliseconds limit) {
     page();
-    const Served served = serve([this] { return m_hasEnded; }, limit);
-    m_hasEnded = false;
-    switch (served) {
+    switch (serve([this] { return m_ends->hasCome(); }, limit)) {
     case Served::Until:
         return PageEnd::Complete;
     case Served::Ending:
         return PageEnd::ProgramEnding;
     case Served::TimedOut:
+        if (m_ends->isThere())
+            return PageEnd::Complete;
+        if (m_ends->isUnanswered())
+            endHungProcess();
         return PageEnd::TimedOut;
     case Served::ProcessGone:
         break;
@@ -147,7 +111,7 @@ PageEnd EnginePage::waitComplete(std::chrono::milliseconds limit) {
 }
 
 QString EnginePage::problem() const {
-    return m_page ? m_page->problem() : QString();
+    return m_ends ? m_ends->problem() : QString();
 }
 
 QString EnginePage::locationUrl() {
@@ -167,14 +131,16 @@ EnginePage::Served EnginePage::serve(const std::function<bool()>& isDone, std::c
     clock.start();
     const std::chrono::milliseconds inBoxes = page().timeInBoxes();
     const auto end = [&]() -> std::optional<Served> {
+        if (!m_page)
+            return Served::ProcessGone;
         if (isDone())
             return Served::Until;
-        if (!m_page || m_isProcessGone)
+        if (m_isProcessGone)
             return Served::ProcessGone;
+        const std::chrono::milliseconds passed(clock.elapsed());
         if (m_context.runs.isEnding())
             return Served::Ending;
-        const std::chrono::milliseconds sinceBegun(clock.elapsed());
-        if (sinceBegun - (m_page->timeInBoxes() - inBoxes) >= limit)
+        if (passed - (m_page->timeInBoxes() - inBoxes) >= limit)
             return Served::TimedOut;
         return std::nullopt;
     };
@@ -194,20 +160,12 @@ EnginePage::Served EnginePage::serve(const std::function<bool()>& isDone, std::c
 
 QVariant EnginePage::ask(const PageRequest& request) {
     browser::WebPage& shown = page();
+    if (m_context.runs.isEnding())
+        throw ProgramEnds(); // before anything is clicked
     if (m_isProcessGone)
         throw processGone();
-    const auto answer = std::make_shared<Answer>();
-    shown.runJavaScript(pageScript(request), QWebEngineScript::ApplicationWorld, [answer](const QVariant& value) {
-        answer->value = value;
-        if (answer->loop)
-            answer->loop->quit();
-    });
-    switch (serve(
-        [&] {
-            answer->loop = m_loop;
-            return answer->value.has_value();
-        },
-        m_answerLimit)) {
+    PageQuestion question(shown, request, [this] { wake(); });
+    switch (serve([&] { return question.isSettled(); }, m_answerLimit)) {
     case Served::Until:
         break;
     case Served::ProcessGone:
@@ -215,20 +173,21 @@ QVariant EnginePage::ask(const PageRequest& request) {
     case Served::Ending:
         throw ProgramEnds();
     case Served::TimedOut:
-        // A script of the page that has no end would keep its process from every other page as well.
-        platform::endProcess(shown.renderProcessPid());
-        serve([this] { return m_isProcessGone; }, m_answerLimit);
+        endHungProcess();
         throw noAnswer();
     }
-    const std::optional<QVariant> told = pageAnswer(*answer->value, request);
-    if (!told)
-        throw noAnswer();
-    return *told;
+    return question.answer();
+}
+
+/// A script of the page that has no end would keep its process from every other page as well.
+void EnginePage::endHungProcess() {
+    platform::endProcess(page().renderProcessPid());
+    serve([this] { return m_isProcessGone; }, kProcessEnds);
 }
 
 /// What comes from here on is the answer to this.
 void EnginePage::act(const PageRequest& request) {
-    expectEnd();
+    m_ends->forget();
     ask(request);
 }
 

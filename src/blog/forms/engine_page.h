@@ -6,7 +6,8 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
+
+#include <memory>
 
 class QEventLoop;
 
@@ -16,6 +17,7 @@ class WebPage;
 
 namespace velloria::blog {
 
+class PageEnds;
 struct PageRequest;
 
 /// Drives the page that frmBrowser shows; the engine starts with the first stop or navigate at the latest. A window
@@ -51,22 +53,20 @@ private:
     enum class Served { Until, ProcessGone, Ending, TimedOut };
 
     browser::WebPage& page();
-    void onEnd();
-    void onFrameEnd();
-    void expectEnd();
     void onProcessGone();
     void wake();
     Served serve(const std::function<bool()>& isDone, std::chrono::milliseconds limit);
     QVariant ask(const PageRequest& request);
     void act(const PageRequest& request);
+    void endHungProcess();
 
     desktop::Context& m_context;
     const std::chrono::milliseconds m_answerLimit;
     QPointer<browser::WebPage> m_page; ///< none before the first use
     bool m_hasPage = false;
     PageRun m_run;
-    bool m_hasEnded = false; ///< a page has come to its end since the last action, and no wait has told of it
-    QTimer m_frameEnd;       ///< runs from the end of a frame until it is clear that it was the page's
+    bool m_isRunning = false;
+    std::unique_ptr<PageEnds> m_ends; ///< of that page
     bool m_isProcessGone = false;
     QPointer<QEventLoop> m_loop; ///< that serves events now
     QObject m_listener;          ///< receives what the page tells, and nothing more when this is gone

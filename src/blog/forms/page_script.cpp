@@ -1,7 +1,5 @@
 #include "blog/forms/page_script.h"
 
-#include "platform/failure.h"
-
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -65,6 +63,18 @@ try {
         need(uses[request.call](found), 'unfit');
         return found;
     };
+
+    // No name of an element is a symbol.
+    const known = Symbol.for('known');
+    const leave = () => { globalThis[known] = true; };
+    const takeEnd = () => {
+        const isComplete = performance.timing.loadEventEnd > 0; // of a document that was stopped there is no such event
+        const isNew = !globalThis[known];
+        if (isComplete)
+            leave();
+        return isComplete && (isNew || request.isFrame);
+    };
+
     // A window that the page opens is shown in this one by its address alone, and what a form sends there would be lost.
     const stayHere = (element, name) => {
         const target = attribute(element, name);
@@ -86,9 +96,16 @@ try {
             sendHere(link);
         // What the page's own handlers do to the form comes before.
         const here = event => sendHere(event.target, event.submitter);
-        window.addEventListener('submit', here);
+        EventTarget.prototype.addEventListener.call(window, 'submit', here);
+        leave();
         HTMLElement.prototype.click.call(element);
-        window.removeEventListener('submit', here);
+        EventTarget.prototype.removeEventListener.call(window, 'submit', here);
+    };
+    const submit = form => {
+        need(form, 'missing');
+        sendHere(form);
+        leave();
+        HTMLFormElement.prototype.submit.call(form);
     };
     const tell = element => {
         for (const type of request.raisesEvents ? ['input', 'change'] : [])
@@ -122,12 +139,7 @@ try {
             tell(found);
         },
         Click: () => click(element()),
-        Submit: () => {
-            const found = form(request.index);
-            need(found, 'missing');
-            sendHere(found);
-            HTMLFormElement.prototype.submit.call(found);
-        },
+        Submit: () => submit(form(request.index)),
         Options: () => Array.from(fitting().options, option => option.text),
         Select: () => {
             const found = fitting();
@@ -140,6 +152,8 @@ try {
         },
         LinkHosts: () => links().map(hostOf),
         ClickLink: () => click(links()[request.index]),
+        Leave: leave,
+        TakeEnd: takeEnd,
     };
     return answer(calls[request.call]());
 } catch (error) {
@@ -168,9 +182,13 @@ QString nameOf(PageCall call) {
     case PageCall::LinkHosts:
         return u"LinkHosts"_s;
     case PageCall::ClickLink:
+        return u"ClickLink"_s;
+    case PageCall::Leave:
+        return u"Leave"_s;
+    case PageCall::TakeEnd:
         break;
     }
-    return u"ClickLink"_s;
+    return u"TakeEnd"_s;
 }
 
 QString nameOf(ElementPlace::By by) {
@@ -206,30 +224,16 @@ QString wordOf(bool value) {
     return value ? u"true"_s : u"false"_s;
 }
 
-/// What was looked for, as the template names it.
+/// What was looked for.
 QString placeText(const PageRequest& request) {
-    const ElementPlace& place = request.place;
     switch (request.call) {
     case PageCall::Submit:
-        return u"フォーム%1"_s.arg(request.index);
+        return u"フォーム %1 "_s.arg(request.index);
     case PageCall::ClickLink:
-        return u"リンク%1"_s.arg(request.index);
+        return u"リンク %1 "_s.arg(request.index);
     default:
-        break;
+        return shownPlace(request.place) + u' ';
     }
-    switch (place.by) {
-    case ElementPlace::By::NameInForm:
-        return u"フォーム%1の「%2」"_s.arg(QString::number(place.form), place.name);
-    case ElementPlace::By::InputIndex:
-        return u"%1番のINPUT"_s.arg(place.index);
-    case ElementPlace::By::TextAreaIndex:
-        return u"%1番のTEXTAREA"_s.arg(place.index);
-    case ElementPlace::By::InputName:
-        return u"INPUTの「%1」"_s.arg(place.name);
-    case ElementPlace::By::NameInDocument:
-        break;
-    }
-    return u"「%1」"_s.arg(place.name);
 }
 
 QString reasonOf(const QString& error, const PageRequest& request) {
@@ -247,26 +251,27 @@ QString reasonOf(const QString& error, const PageRequest& request) {
 
 QString pageScript(const PageRequest& request) {
     const ElementPlace& place = request.place;
-    const QString told = u"{call:%1,place:{by:%2,name:%3,form:%4,index:%5},text:"_s.arg(
-                             quoted(nameOf(request.call)), quoted(nameOf(place.by)), quoted(place.name),
-                             QString::number(place.form), QString::number(place.index)) +
-                         quoted(request.text) +
-                         u",isChecked:%1,index:%2,raisesEvents:%3}"_s.arg(
-                             wordOf(request.isChecked), QString::number(request.index), wordOf(request.raisesEvents));
+    const QStringList members{u"call:"_s + quoted(nameOf(request.call)),
+                              u"place:{by:%1,form:%2,index:%3,name:"_s.arg(
+                                  quoted(nameOf(place.by)), QString::number(place.form), QString::number(place.index)) +
+                                  quoted(place.name) + u'}',
+                              u"text:"_s + quoted(request.text),
+                              u"isChecked:"_s + wordOf(request.isChecked),
+                              u"index:"_s + QString::number(request.index),
+                              u"raisesEvents:"_s + wordOf(request.raisesEvents),
+                              u"isFrame:"_s + wordOf(request.isFrame)};
     static const QString kText = QString::fromUtf16(kScript);
     const qsizetype hole = kText.lastIndexOf(u"%1"_s);
-    return kText.left(hole) + told + kText.mid(hole + 2);
+    return kText.left(hole) + u'{' + members.join(u',') + u'}' + kText.mid(hole + 2);
 }
 
-std::optional<QVariant> pageAnswer(const QVariant& answered, const PageRequest& request) {
+PageAnswer pageAnswer(const QVariant& answered, const PageRequest& request) {
     const QJsonObject answer = QJsonDocument::fromJson(answered.toString().toUtf8()).object();
     if (!answer.contains(u"ok"_s))
-        return std::nullopt;
+        return {};
     if (!answer[u"ok"_s].toBool())
-        throw platform::Failure(u"ブログのページを操作できません。"_s, {},
-                                reasonOf(answer[u"error"_s].toString(), request),
-                                u"テンプレートがこのページに合っているか確かめてください。"_s);
-    return answer[u"value"_s].toVariant();
+        return {.isValid = true, .refusal = reasonOf(answer[u"error"_s].toString(), request), .value = {}};
+    return {.isValid = true, .refusal = {}, .value = answer[u"value"_s].toVariant()};
 }
 
 } // namespace velloria::blog

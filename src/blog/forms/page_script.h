@@ -6,8 +6,6 @@
 #include <QString>
 #include <QVariant>
 
-#include <optional>
-
 namespace velloria::blog {
 
 /// What is asked of the page.
@@ -21,7 +19,9 @@ enum class PageCall {
     Options,
     Select,
     LinkHosts,
-    ClickLink
+    ClickLink,
+    Leave,   ///< the document is none that is waited for
+    TakeEnd, ///< whether the document is complete and was not told of before; from now on it was
 };
 
 struct PageRequest {
@@ -31,6 +31,7 @@ struct PageRequest {
     bool isChecked = false;    ///< to be set
     int index = 0;             ///< of an option, a link or a form
     bool raisesEvents = false; ///< of a person who types and chooses
+    bool isFrame = false;      ///< a frame of the document has come to an end: it may have been told of before
 };
 
 /// The script of one request. It is ASCII alone, holds what is asked as a value, and is meant for a world of its own,
@@ -38,8 +39,12 @@ struct PageRequest {
 /// it.
 QString pageScript(const PageRequest& request);
 
-/// What the script has answered; none when the page did not let it. Throws platform::Failure when the page says that
-/// the request can't be done; that is told in words of our own.
-std::optional<QVariant> pageAnswer(const QVariant& answered, const PageRequest& request);
+/// What the script has answered.
+struct PageAnswer {
+    bool isValid = false; ///< the page has let the script answer
+    QString refusal;      ///< why what was asked can't be done, in words of our own; "" when it was done
+    QVariant value;
+};
+PageAnswer pageAnswer(const QVariant& answered, const PageRequest& request);
 
 } // namespace velloria::blog
