@@ -132,6 +132,17 @@ TEST_F(BrowserRights, DropADownloadWithoutAPlace) {
     EXPECT_FALSE(exists(downloads.filePath(u"a.bin"_s)));
 }
 
+TEST_F(BrowserRights, SayInJapaneseWhatTheEngineAsksBeforeAPageIsLeft) {
+    web.pages["/"] = "<script>const isLeft = text => confirm(text);</script>";
+    open(web.address());
+    desk.answers = {u"yes"_s};
+    EXPECT_TRUE(run(browser(), u"isLeft('Are you sure you want to leave this page? "
+                               "Changes that you made may not be saved.')"_s)
+                    .toBool());
+    EXPECT_EQ(desk.texts(u"message"_s),
+              QStringList{u"このページを離れますか？\r\n入力した内容は保存されないことがあります。"_s});
+}
+
 TEST_F(BrowserRights, BringBoxesOfScriptsToTheDesk) {
     web.pages["/"] = "page";
     open(web.address());

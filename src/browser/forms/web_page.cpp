@@ -5,6 +5,7 @@
 #include "platform/launcher.h"
 
 #include <QAuthenticator>
+#include <QCoreApplication>
 #include <QPointer>
 #include <QScopeGuard>
 #include <QTimer>
@@ -68,6 +69,13 @@ window.addEventListener('load', () => {
 constexpr int kBoxesOfAGoodPage = 3;
 
 constexpr std::chrono::milliseconds kLookForTheEnd{100};
+
+/// A page may ask before it is left; the words are the engine's, which has none in Japanese.
+QString confirmText(const QString& text) {
+    const QString words = QCoreApplication::translate(
+        "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
+    return text == words ? u"このページを離れますか？\r\n入力した内容は保存されないことがあります。"_s : text;
+}
 
 bool isOfWeb(const QUrl& url) {
     return url.scheme() == u"http"_s || url.scheme() == u"https"_s;
@@ -252,7 +260,7 @@ void WebPage::javaScriptAlert(const QUrl& origin, const QString& text) {
 
 bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
     bool isYes = false;
-    showBox([&] { isYes = m_context.desk.ask(text, origin.host()); });
+    showBox([&] { isYes = m_context.desk.ask(confirmText(text), origin.host()); });
     return isYes;
 }
 
