@@ -111,7 +111,7 @@ TEST_F(BlogQuestions, AnAddressThatStaysRequiredStopsTheRun) {
 
 TEST_F(BlogQuestions, ATemplateThatIsNoneKnowsNoAddress) {
     useTemplate(u"t01"_s);
-    for (const QByteArray& bytes : {QByteArray(), QByteArray("\0\xFF\n[Simple\0]\r\n=PostURL", 24)}) {
+    for (const QByteArray& bytes : {QByteArray(), QByteArrayLiteral("\0\xFF\n[Simple\0]\r\n=PostURL")}) {
         writeFile(blog::templateFile(session, templateName), bytes);
         desk.answers = {QJsonValue(), QJsonValue()};
         post();
