@@ -1,4 +1,5 @@
 // What takes keys has a name, so that it can be told to who does not see it.
+#include "browser/forms/frmAuthentication.h"
 #include "browser/forms/frmBrowser.h"
 #include "every_window.h"
 #include "makers_home.h"
@@ -6,6 +7,7 @@
 #include "shell/forms/frmPassword.h"
 
 #include <QAccessible>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +48,8 @@ TEST_F(AccessibleNames, OfTheWindowsBeside) {
     EXPECT_EQ(missingIn(login).join(u' ').toStdString(), "");
     shell::frmPassword password(u"x"_s, platform::PasswordLines::WithConfirmation, nullptr);
     EXPECT_EQ(missingIn(password).join(u' ').toStdString(), "");
+    browser::frmAuthentication serverLogin(QUrl(u"http://example/"_s), u"realm"_s, nullptr);
+    EXPECT_EQ(missingIn(serverLogin).join(u' ').toStdString(), "");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Tab and Shift+Tab lead round every window, through all that takes keys and in the order of writing.
 #include "blog/forms/frmBlogManager.h"
+#include "browser/forms/frmAuthentication.h"
 #include "convert/forms/frmHTML2TXTSetting.h"
 #include "editor/forms/frmHTMLMakeImage.h"
 #include "exchange/forms/frmDeleteImportDiary.h"
@@ -19,6 +20,8 @@
 #include "site/forms/frmFind.h"
 #include "site/forms/frmSaveLog.h"
 #include "site/forms/frmSetting.h"
+
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -257,6 +260,15 @@ TEST_F(TabRing, OfThePasswordWindow) {
             stops.removeOne(u"txtNewPassword"_s);
         expectRing(window, stops);
     }
+}
+
+TEST_F(TabRing, OfTheLoginOfAServer) {
+    browser::frmAuthentication window(QUrl(u"http://example/"_s), u"realm"_s, nullptr);
+    window.propose({});
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(becomesActive(window));
+    expectRing(window, {u"txtUser"_s, u"txtPassword"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
 }
 
 TEST_F(TabRing, OfTheBackups) {

@@ -1,4 +1,5 @@
 // Every window in small and large fonts and on small screens: nothing is cut, and its buttons are on the screen.
+#include "browser/forms/frmAuthentication.h"
 #include "browser/forms/frmBrowser.h"
 #include "browser/forms/frmGetImg.h"
 #include "desktop/dialog_size.h"
@@ -14,6 +15,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -79,9 +81,11 @@ protected:
         shell::frmPassword password(u"新しいパスワードの入力"_s, platform::PasswordLines::WithConfirmation, nullptr);
         shell::frmAbout about(context);
         browser::frmGetImg images(context);
+        browser::frmAuthentication serverLogin(QUrl(u"http://a.long.host.example:8080/"_s), u"realm"_s, nullptr);
         shell::frmDBUpdater updater(context);
         updater.display({u"ファイル登録データベースのコピーを開始。"_s, 100, 50});
-        for (QWidget* dialog : std::initializer_list<QWidget*>{&login, &password, &about, &images, &updater}) {
+        for (QWidget* dialog :
+             std::initializer_list<QWidget*>{&login, &password, &about, &images, &serverLogin, &updater}) {
             dialog->show();
             EXPECT_TRUE(becomesVisible(*dialog));
             look(*dialog);

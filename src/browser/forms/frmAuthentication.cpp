@@ -9,15 +9,11 @@ using namespace Qt::StringLiterals;
 namespace velloria::browser {
 namespace {
 
-/// Neither long nor of several lines.
-QString shownWords(const QString& words) {
-    constexpr qsizetype kMost = 80;
-    const QString line = words.simplified();
-    return line.size() > kMost ? line.left(kMost) + u'…' : line;
-}
+constexpr qsizetype kMostOfARealm = 300;
 
+/// Whole, since its end says whose it is; a long one goes on below.
 QString hostOf(const QUrl& address) {
-    const QString host = address.host();
+    const QString host = address.host().replace(u'.', u".\u200b"_s);
     return address.port() < 0 ? host : u"%1:%2"_s.arg(host).arg(address.port());
 }
 
@@ -27,8 +23,9 @@ frmAuthentication::frmAuthentication(const QUrl& address, const QString& realm, 
     : QDialog(owner)
     , ui(std::make_unique<Ui::frmAuthentication>()) {
     ui->setupUi(this);
-    ui->lblHost->setText(shownWords(hostOf(address)));
-    ui->lblRealm->setText(shownWords(realm));
+    ui->lblHost->setText(hostOf(address));
+    ui->lblRealm->setLine(realm.simplified().left(kMostOfARealm));
+    ui->boxes->setRowVisible(ui->lblRealm, !realm.isEmpty());
     connect(ui->Btn_OK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->Btn_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }

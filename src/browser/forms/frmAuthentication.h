@@ -18,8 +18,8 @@ struct Login {
     QString password;
 };
 
-/// Names the host that asks and what it calls the place; a server's own words are shown as they are and cut where they
-/// would fill the screen.
+/// Names the host that asks and what it calls the place. A server's own words are plain text and do not widen the
+/// window.
 class frmAuthentication : public QDialog {
     Q_OBJECT
 public:
