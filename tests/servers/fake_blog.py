@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""A blog service of this machine for the tests of posting: fake_blog.py [PORT]
+"""A blog service of this machine for the tests of posting: fake_blog.py [PORT [attached]]
 
 It serves 127.0.0.1 at PORT, 8090 when none is given; 0 takes a free one. Once it serves it says "ready" and its port.
-Nothing is kept when it ends.
+Nothing is kept when it ends. Attached, it ends with its input: whoever started it may die without a word.
 
 /ctl?key=value&... changes what it does, see DEFAULTS, and answers all of it as JSON; /ctl?restart=1 forgets everything.
 /log answers a JSON line for each request so far, these two addresses apart; /log?reset=1 empties the log. Field names
@@ -432,7 +432,11 @@ class Server(http.server.ThreadingHTTPServer):
 def main():
     server = Server(("127.0.0.1", int(sys.argv[1]) if len(sys.argv) > 1 else 8090), Handler)
     print("ready", server.server_address[1], flush=True)
-    server.serve_forever()
+    if sys.argv[2:] == ["attached"]:
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        sys.stdin.buffer.read()
+    else:
+        server.serve_forever()
 
 
 if __name__ == "__main__":

@@ -27,15 +27,16 @@ class Tags(html.parser.HTMLParser):
 class FakeBlog(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.process = subprocess.Popen([sys.executable, SERVER, "0"], stdout=subprocess.PIPE, encoding="ascii")
+        cls.process = subprocess.Popen([sys.executable, SERVER, "0", "attached"], stdin=subprocess.PIPE,
+                                       stdout=subprocess.PIPE, encoding="ascii")
         word, port = cls.process.stdout.readline().split()
         assert word == "ready"
         cls.port = int(port)
 
     @classmethod
     def tearDownClass(cls):
-        cls.process.kill()
         cls.process.communicate()
+        assert cls.process.returncode == 0
 
     def setUp(self):
         self.get("/ctl?restart=1")

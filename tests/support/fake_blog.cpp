@@ -34,7 +34,7 @@ QList<QByteArray> FakeBlog::Request::all(const QByteArray& name) const {
 
 FakeBlog::FakeBlog() {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(VELLORIA_PYTHON), {QStringLiteral(VELLORIA_FAKE_BLOG), u"0"_s});
+    m_process.start(QStringLiteral(VELLORIA_PYTHON), {QStringLiteral(VELLORIA_FAKE_BLOG), u"0"_s, u"attached"_s});
     while (!m_process.canReadLine() && m_process.waitForReadyRead(kPatienceMs)) {
     }
     m_port = m_process.readLine().trimmed().split(' ').value(1).toUShort();
