@@ -130,6 +130,30 @@ TEST_F(BlogEnds, OfAPageThatTellsAnErrorCountAndSayWhich) {
     EXPECT_TRUE(page.problem().startsWith(u"net::ERR_"_s)) << page.problem().toStdString();
 }
 
+TEST_F(BlogEnds, OfAnAnswerOfAnotherKindCount) {
+    const QByteArray picture = QByteArray::fromBase64("R0lGODdhAQABAIAAAP8AAAAAACwAAAAAAQABAAACAkQBADs=");
+    for (const auto& [kind, body] : std::initializer_list<std::pair<QByteArray, QByteArray>>{
+             {"text/plain", "ok"},
+             {"text/plain", ""},
+             {"application/json", "{}"},
+             {"text/xml", "<ok/>"},
+             {"application/xml", "no xml"},
+             {"image/gif", picture},
+             {"image/svg+xml", "<svg xmlns='http://www.w3.org/2000/svg'/>"},
+             {"text/html\r\nContent-Security-Policy: sandbox", "<script>document.title = 'x'</script>"},
+             {"text/html\r\nRefresh: 60", "later"}}) {
+        show(kForm);
+        web.answers["/do"] = [&](QTcpSocket& socket, const WebRequest&) {
+            socket.write("HTTP/1.1 200 OK\r\nContent-Type: " + kind + "\r\nContent-Length: " +
+                         QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+            socket.disconnectFromHost();
+        };
+        page.click(named(u"go"_s));
+        EXPECT_EQ(page.waitComplete(std::chrono::seconds(5)), PageEnd::Complete) << kind.toStdString();
+        EXPECT_EQ(refusal([this] { page.formCount(); }), QString()) << kind.toStdString();
+    }
+}
+
 TEST_F(BlogEnds, OfWhatShowsNothingDoNotCome) {
     web.answerWith("/do", "204 No Content");
     expectNothingAfterClick();
