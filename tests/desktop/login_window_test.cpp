@@ -95,6 +95,8 @@ TEST_F(LoginWindow, ComesWithWhatTheRunProposesForThatAddressAlone) {
             ++shown;
             EXPECT_EQ(window.login().user, user);
             EXPECT_EQ(window.login().password, password);
+            EXPECT_TRUE(becomesActive(window));
+            ASSERT_TRUE(window.focusWidget());
             EXPECT_EQ(window.focusWidget()->objectName(), focus);
             window.reject();
         });
