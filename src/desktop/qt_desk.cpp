@@ -149,10 +149,9 @@ void openUpDetails(QMessageBox& box) {
     pane->setFocusPolicy(Qt::StrongFocus);
     pane->setTabChangesFocus(true);
     pane->setAccessibleName(u"詳細"_s);
-    // It grows downwards after the click, perhaps below the edge. What it came to stands in the last lines.
-    const auto moveIn = [&box, pane] {
+    // It grows downwards after the click, perhaps below the edge.
+    const auto moveIn = [&box] {
         box.move(movedInto(box.frameGeometry(), box.screen()->availableGeometry()).topLeft());
-        pane->moveCursor(QTextCursor::End);
     };
     for (QAbstractButton* button : box.buttons()) {
         if (box.buttonRole(button) == QMessageBox::ActionRole)

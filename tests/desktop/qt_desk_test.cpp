@@ -111,9 +111,6 @@ TEST_F(QtDesk, DetailsOpenBelowAButtonAndCanBeReadAndCopied) {
             << box.frameGeometry().bottom();
         EXPECT_TRUE(button.text().startsWith(u"詳細"_s)) << button.text().toStdString();
         EXPECT_EQ(pane->toPlainText(), lines.join(u'\n'));
-        EXPECT_GT(pane->verticalScrollBar()->maximum(), 0);
-        EXPECT_TRUE(waitFor([&] { return pane->verticalScrollBar()->value() == pane->verticalScrollBar()->maximum(); }))
-            << "the reason stands in the last line";
         EXPECT_TRUE(pane->isReadOnly());
         EXPECT_EQ(pane->visibleRegion().boundingRect(), pane->rect());
         EXPECT_GE(pane->viewport()->height(), 8 * pane->fontMetrics().lineSpacing());
