@@ -31,8 +31,8 @@ protected:
     void beLeft() {
         web.pages["/next"] = "<title>there</title><form><input name=title></form><form></form>";
         page.bringToFront();
-        show("<form><input name=title></form><script>"
-             "setTimeout(() => { const end = Date.now() + 4000; while (Date.now() < end); }, 50)</script>");
+        show("<form><input name=title></form>");
+        run(browser(), u"setTimeout(() => { const end = Date.now() + 4000; while (Date.now() < end); }, 50)"_s);
         QTest::qWait(300);
         QTimer::singleShot(100, &top(), [this] {
             browser().Navigate(web.address(u"/next"_s).replace(u"127.0.0.1"_s, u"localhost"_s));
