@@ -226,6 +226,20 @@ TEST_F(BlogManager, SaveGoesToTheBlogThatIsPickedNow) {
     EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kLoginID), QString());
 }
 
+TEST_F(BlogManager, ABlogThatAScreenReaderPicksIsShownAndSaved) {
+    writeTemplate(u"mixi"_s);
+    writeTemplate(u"other"_s);
+    dataOf(u"mixi"_s).store(keys::kLoginID, u"taro"_s);
+    dataOf(u"other"_s).store(keys::kLoginID, u"jiro"_s);
+    open();
+    blogs().setCurrentIndex(blogs().findText(u"other"_s)); // without the signal of a person's choice
+    EXPECT_EQ(box(u"txtLoginID"_s).text(), u"jiro"_s);
+    box(u"txtPassword"_s).setText(u"p"_s);
+    press(u"Btn_Save"_s);
+    EXPECT_EQ(dataOf(u"other"_s).value(keys::kLoginID), u"jiro"_s);
+    EXPECT_EQ(dataOf(u"mixi"_s).value(keys::kPassword), QString());
+}
+
 TEST_F(BlogManager, AnotherBlogDropsWhatWasTypedAndLeavesSaveAsItWas) {
     writeTemplate(u"mixi"_s);
     writeTemplate(u"other"_s);

@@ -38,10 +38,12 @@ frmBlogManager::frmBlogManager(desktop::Context& context)
             box->setModified(true); // what a screen reader or the like sets is typed as well
             ui->Btn_Save->setEnabled(true);
         });
-    connect(ui->cmbBlog, &QComboBox::activated, this, &frmBlogManager::showBlog);
+    // By whatever hand, a screen reader's too: a save writes the boxes under the name that stands there.
+    connect(ui->cmbBlog, &QComboBox::currentIndexChanged, this, &frmBlogManager::showBlog);
+    connect(ui->cmbBlog, &QComboBox::activated, this, &frmBlogManager::showBlog); // the same one again, too
     connect(ui->Btn_Save, &QPushButton::clicked, this, [this] { run([this] { Btn_Save_Click(); }); });
     connect(ui->Btn_Close, &QPushButton::clicked, this, &QDialog::reject);
-    ui->cmbBlog->addItems(blogNames(context.session));
+    fillList();
     select(core::Settings(context.session).text(keys::kManagedBlog));
 }
 
@@ -55,8 +57,7 @@ void frmBlogManager::fillBlogs() {
     const QString selected = ui->cmbBlog->currentIndex() < 0
                                  ? core::Settings(m_context.session).text(keys::kManagedBlog)
                                  : ui->cmbBlog->currentText();
-    ui->cmbBlog->clear();
-    ui->cmbBlog->addItems(blogNames(m_context.session));
+    fillList();
     select(selected);
     ui->Btn_Save->setEnabled(false);
 }
@@ -74,7 +75,14 @@ void frmBlogManager::readAgain() {
     });
 }
 
+void frmBlogManager::fillList() {
+    const QSignalBlocker notPickedByAnybody(ui->cmbBlog);
+    ui->cmbBlog->clear();
+    ui->cmbBlog->addItems(blogNames(m_context.session));
+}
+
 void frmBlogManager::select(const QString& blog) {
+    const QSignalBlocker shownBelow(ui->cmbBlog);
     ui->cmbBlog->setCurrentIndex(ui->cmbBlog->findText(blog, Qt::MatchExactly | Qt::MatchCaseSensitive));
     showBlog();
 }

@@ -39,6 +39,7 @@ private:
         QString name;
     };
 
+    void fillList();
     void select(const QString& blog);
     void showBlog();
     void showDataOf(const QString& blog);
