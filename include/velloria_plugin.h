@@ -26,6 +26,15 @@ extern "C" {
 #define VELLORIA_MESSAGE_EXCLAMATION 2
 #define VELLORIA_MESSAGE_CRITICAL 3
 
+/* What an import is going to write. */
+typedef struct velloria_import_plan {
+    uint32_t size;           /* of this structure */
+    const char* program;     /* where the entries come from, as the import mark is to name it: "Larkport" */
+    uint32_t count;          /* of the entries */
+    const char* const* days; /* the day of each of them, "2026/11/23", in any order */
+    const char* notes;       /* what is not carried, with counts, a line each; "" when all is */
+} velloria_import_plan;
+
 /* What the program does for an object of a plug-in, from its create to the end of its release. `context` goes back as
    the first argument of each call. */
 typedef struct velloria_host {
@@ -37,6 +46,10 @@ typedef struct velloria_host {
     int32_t (*message)(void* context, int32_t kind, const char* title, const char* text, int32_t is_question);
     /* The first panel of the status bar. */
     void (*status)(void* context, const char* text);
+    /* Shows the person what an import has read, before it writes any of it; no transaction may be open. Gives the
+       import mark for all of its entries, the name of a new group, valid until the next call; null when the person does
+       not want them, which is no failure: the call that asked answers no. */
+    const char* (*begin_import)(void* context, const velloria_import_plan* plan);
 } velloria_host;
 
 /* What every plug-in tells of itself. */

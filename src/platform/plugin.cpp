@@ -25,6 +25,13 @@ QString shown(const char* text) {
     return fromUtf8(text).replace(u"\r\n"_s, u"\n"_s).replace(u'\n', u"\r\n"_s);
 }
 
+ImportPlan planOf(const velloria_import_plan& plan) {
+    ImportPlan read{fromUtf8(plan.program), {}, shown(plan.notes)};
+    for (uint32_t at = 0; at < plan.count; ++at)
+        read.days += fromUtf8(plan.days[at]);
+    return read;
+}
+
 MessageKind kindOf(int32_t kind) {
     switch (kind) {
     case VELLORIA_MESSAGE_INFORMATION:
@@ -38,41 +45,64 @@ MessageKind kindOf(int32_t kind) {
     }
 }
 
-// Nothing may fly through the plug-in, which may be written in another language: a Desk that can't show something is
-// an answer of no.
-
-void pump(void*) {
-    try {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    } catch (...) {
-        return;
-    }
-}
-
-int32_t message(void* context, int32_t kind, const char* title, const char* text, int32_t isQuestion) {
-    try {
-        Desk& desk = *static_cast<Desk*>(context);
-        if (isQuestion)
-            return desk.ask(shown(text), fromUtf8(title)) ? 1 : 0;
-        desk.message(kindOf(kind), shown(text), fromUtf8(title));
-        return 1;
-    } catch (...) {
-        return 0;
-    }
-}
-
-void status(void* context, const char* text) {
-    try {
-        static_cast<Desk*>(context)->status(shown(text));
-    } catch (...) {
-        return;
-    }
-}
-
 } // namespace
 
-PluginHost::PluginHost(Desk& desk)
-    : m_table{sizeof m_table, &desk, pump, message, status} {}
+// Nothing may fly through the plug-in, which may be written in another language: a Desk that can't show something is
+// an answer of no.
+struct PluginHost::Calls {
+    static Desk& deskOf(void* context) { return static_cast<PluginHost*>(context)->m_desk; }
+
+    static void pump(void*) {
+        try {
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        } catch (...) {
+            return;
+        }
+    }
+
+    static int32_t message(void* context, int32_t kind, const char* title, const char* text, int32_t isQuestion) {
+        try {
+            if (isQuestion)
+                return deskOf(context).ask(shown(text), fromUtf8(title)) ? 1 : 0;
+            deskOf(context).message(kindOf(kind), shown(text), fromUtf8(title));
+            return 1;
+        } catch (...) {
+            return 0;
+        }
+    }
+
+    static void status(void* context, const char* text) {
+        try {
+            deskOf(context).status(shown(text));
+        } catch (...) {
+            return;
+        }
+    }
+
+    static const char* beginImport(void* context, const velloria_import_plan* plan) {
+        PluginHost& host = *static_cast<PluginHost*>(context);
+        try {
+            const std::optional<QString> mark = host.m_beginImport ? host.m_beginImport(planOf(*plan)) : std::nullopt;
+            if (!mark)
+                return nullptr;
+            host.m_mark = mark->toUtf8();
+            return host.m_mark.constData();
+        } catch (...) {
+            host.m_thrown = std::current_exception();
+            return nullptr;
+        }
+    }
+};
+
+PluginHost::PluginHost(Desk& desk, BeginImport beginImport)
+    : m_desk(desk)
+    , m_beginImport(std::move(beginImport))
+    , m_table{sizeof m_table, this, Calls::pump, Calls::message, Calls::status, Calls::beginImport} {}
+
+void PluginHost::rethrow() const {
+    if (m_thrown)
+        std::rethrow_exception(m_thrown);
+}
 
 Plugin::Plugin(const QString& file)
     : m_file(existingPath(file)) {

@@ -3,11 +3,13 @@
 
 #include "platform/desk.h"
 #include "platform/failure.h"
+#include "platform/import_plan.h"
 #include "velloria_plugin.h"
 
 #include <QString>
 
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <memory>
 
@@ -18,13 +20,22 @@ namespace velloria::platform {
 /// What a plug-in may ask of the program while one of its objects lives. It goes before the Desk does.
 class PluginHost {
 public:
-    explicit PluginHost(Desk& desk);
+    /// Without `beginImport` no import is wanted.
+    explicit PluginHost(Desk& desk, BeginImport beginImport = {});
     PluginHost(const PluginHost&) = delete;
     PluginHost& operator=(const PluginHost&) = delete;
 
     const velloria_host* table() const { return &m_table; }
+    /// Throws what showing a plan has thrown, which can't fly through the plug-in.
+    void rethrow() const;
 
 private:
+    struct Calls; ///< of the table, each with a PluginHost as its context
+
+    Desk& m_desk;
+    BeginImport m_beginImport;
+    QByteArray m_mark;
+    std::exception_ptr m_thrown;
     velloria_host m_table;
 };
 
@@ -62,7 +73,15 @@ public:
         const Part& whole = complete(known(part));
         guarded([&] {
             const Object object{*this, whole.create(host.table()), whole.release};
-            object.use([&](void* pointer) { calls(whole, pointer); });
+            object.use([&](void* pointer) {
+                try {
+                    calls(whole, pointer);
+                } catch (...) {
+                    host.rethrow();
+                    throw;
+                }
+                host.rethrow();
+            });
         });
     }
 
