@@ -40,11 +40,12 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import convert ini file log upload ping update db backup customize user blog" ;;
+    "") words="start entry genre site export import exchange convert ini file log upload ping update db backup customize user blog" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
     "import") words="clipboard delete groups" ;;
+    "exchange") words="import" ;;
     "convert") words="html2text urlencode paragraphs colour scramble unscramble" ;;
     "ini") words="get int set delete sections" ;;
     "file") words="list add delete" ;;
@@ -57,6 +58,7 @@ _velloria_cli() {
     "blog") words="list data check log" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
+    "exchange import "*) _velloria_cli_files -f; return ;;
     "convert html2text") _velloria_cli_files -f; return ;;
     "convert urlencode") words="sjis eucjp utf8" ;;
     "convert urlencode "*) _velloria_cli_files -f; return ;;

@@ -32,11 +32,12 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import convert ini file log upload ping update db backup customize user blog'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import exchange convert ini file log upload ping update db backup customize user blog'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
 complete -c velloria-cli -n '__velloria_cli_behind "import"' -a 'clipboard delete groups'
+complete -c velloria-cli -n '__velloria_cli_behind "exchange"' -a 'import'
 complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode paragraphs colour scramble unscramble'
 complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
 complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
@@ -49,6 +50,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password
 complete -c velloria-cli -n '__velloria_cli_behind "blog"' -a 'list data check log'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
+complete -c velloria-cli -n '__velloria_cli_behind "exchange import *"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode"' -a 'sjis eucjp utf8'
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode *"' -F

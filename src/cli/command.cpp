@@ -40,8 +40,8 @@ const std::vector<Command>& allCommands() {
     static const std::vector<Command> commands = [] {
         std::vector<Command> all;
         for (const auto& part : {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(),
-                                 importCommands(), convertCommands(), iniCommands(), fileCommands(), logCommands(),
-                                 uploadCommands(), pingCommands(), updateCommands(), databaseCommands(),
+                                 importCommands(), exchangeCommands(), convertCommands(), iniCommands(), fileCommands(),
+                                 logCommands(), uploadCommands(), pingCommands(), updateCommands(), databaseCommands(),
                                  backupCommands(), customizeCommands(), userCommands(), blogCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;

@@ -96,6 +96,7 @@ std::vector<Command> genreCommands();
 std::vector<Command> siteCommands();
 std::vector<Command> exportCommands();
 std::vector<Command> importCommands();
+std::vector<Command> exchangeCommands();
 std::vector<Command> convertCommands();
 std::vector<Command> iniCommands();
 std::vector<Command> fileCommands();

@@ -47,10 +47,6 @@ QString imageTag(const ImageAttributes& attributes) {
     return attributes.division ? u"<div "_s + *attributes.division + u'>' + tag + u"</div>"_s : tag;
 }
 
-QString imageSource(const QString& name) {
-    return u"./DiaryParts/"_s + name;
-}
-
 QString automaticImageName(const registers::FileRegister& files, const QString& day, const QString& extension) {
     double last = 0;
     // A name that somebody else has made up may end in anything: the next one below it then counts.

@@ -34,9 +34,6 @@ struct ImageAttributes {
 /// `<IMG SRC="..." width="50%" ...>`, its attributes always in the order of the struct.
 QString imageTag(const ImageAttributes& attributes);
 
-/// The address of a registered file on a page.
-QString imageSource(const QString& name);
-
 /// The next name for a picture of `day` ("yyyy/mm/dd"): "dimage20040105_01.jpg". It rises with what the register holds,
 /// so two pictures in a row share one until the first is registered. The last name by text order counts, so after
 /// "_99" it rises no more. Throws platform::Failure.

@@ -46,6 +46,10 @@ int readCount(Statement& rows) {
 
 } // namespace
 
+QString pageAddress(const QString& name) {
+    return u"./DiaryParts/"_s + name;
+}
+
 FileRegister::FileRegister(QString databaseFile)
     : m_file(std::move(databaseFile)) {}
 

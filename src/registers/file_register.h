@@ -12,6 +12,9 @@ namespace velloria::registers {
 /// The day of a file that belongs to no day; its number is 0.
 inline constexpr QLatin1StringView kAllDays("ALL");
 
+/// The address of a registered file on a page.
+QString pageAddress(const QString& name);
+
 /// Where a registered file lies in the site: in "DiaryParts" beside the current pages, or in that of "DiaryLog".
 enum class SiteSide { Current, Log };
 

@@ -26,6 +26,8 @@ using sqlite::Transaction;
 
 namespace {
 
+constexpr int kLargestNumber = 32767;
+
 std::vector<Entry> readEntries(Statement& rows) {
     std::vector<Entry> entries;
     while (rows.next())
@@ -172,6 +174,30 @@ std::vector<EntryKey> DiaryStore::saveLines(std::vector<EntryLine> lines, Publis
     for (std::size_t i = 0; i < lines.size(); ++i)
         keys.push_back({lines[i].entry.day, writer.numberOf(lines[i].entry, records[i])});
     tell(overwritten, writer.overwritten());
+    transaction.commit();
+    return keys;
+}
+
+std::vector<EntryKey> DiaryStore::addEntries(std::vector<Addition> additions) const {
+    Connection connection(m_file, Access::ReadWrite);
+    Transaction transaction(connection);
+    EntryWriter writer(connection);
+    Statement addFile(connection, "INSERT OR ABORT INTO FileDB (FileName, Day, Number, Uploaded, Logged) "
+                                  "VALUES (?1, ?2, ?3, 0, 0)");
+    std::vector<EntryKey> keys;
+    keys.reserve(additions.size());
+    for (auto& [entry, files] : additions) {
+        literal(m_file, entry.day);
+        entry.number = 0; // the next one, behind a repair: it stays the entry's own
+        writer.write(entry);
+        if (entry.number > kLargestNumber)
+            throw platform::Failure(u"日記を追加できません。"_s, m_file,
+                                    u"%1の日記が%2件を超えます"_s.arg(entry.day).arg(kLargestNumber),
+                                    u"データベースは変更されていません。"_s);
+        keys.push_back({entry.day, entry.number});
+        for (const QString& file : files)
+            addFile.bind(literal(m_file, file), entry.day, entry.number).run();
+    }
     transaction.commit();
     return keys;
 }

@@ -48,6 +48,12 @@ struct DayPicture {
     DaysWithEntries daysAround{}; ///< of its month and the two beside it
 };
 
+/// An entry that is to stand behind those of its day, and the registered files that belong to it.
+struct Addition {
+    Entry entry;            ///< its number counts for nothing
+    QStringList files = {}; ///< bare names, as they lie in "DiaryParts"
+};
+
 /// Sees all rows that a change replaces or deletes, in their order, before the change reaches the disk; not called when
 /// there are none. What it throws takes the change back.
 using BeforeLoss = std::function<void(const std::vector<Entry>&)>;
@@ -83,6 +89,11 @@ public:
     /// the diary or by an earlier line, becomes the next one of its day.
     std::vector<EntryKey> saveLines(std::vector<EntryLine> lines, PublishTime publishTime,
                                     const BeforeLoss& overwritten) const;
+
+    /// Adds all of them, with their rows in the register of files, in one transaction and in order: each gets the next
+    /// number of its day and stays as it is given, with time and import mark. No row is overwritten. Returns the keys
+    /// under which the entries stand.
+    std::vector<EntryKey> addEntries(std::vector<Addition> additions) const;
 
     /// Removes the row if it is there and renumbers the day from 1: anchors of later entries of the day change.
     void DeleteEntry(const QString& day, int number, const BeforeLoss& deleted = {}) const;

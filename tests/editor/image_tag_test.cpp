@@ -16,7 +16,7 @@ using editor::imageTag;
 using editor::previewNumbers;
 
 TEST(ImageTag, WithNoAttributeItHasItsSourceAlone) {
-    EXPECT_EQ(imageTag({.source = editor::imageSource(u"a.gif"_s)}), u"<IMG SRC=\"./DiaryParts/a.gif\">"_s);
+    EXPECT_EQ(imageTag({.source = registers::pageAddress(u"a.gif"_s)}), u"<IMG SRC=\"./DiaryParts/a.gif\">"_s);
     EXPECT_EQ(imageTag({}), u"<IMG SRC=\"\">"_s);
 }
 

@@ -156,7 +156,7 @@ void frmHTMLMakeImage::nameChanged() {
     ui->txt_RenamedFileName->setReadOnly(takesAutomaticName());
     if (takesAutomaticName() && !ui->txt_FilePath->text().isEmpty())
         ui->txt_RenamedFileName->setText(automaticName());
-    ui->txt_TagSRC->setText(imageSource(siteName()));
+    ui->txt_TagSRC->setText(registers::pageAddress(siteName()));
 }
 
 /// The day or the register may have moved on since the picture was chosen. What was typed into address and tag stays
@@ -168,7 +168,9 @@ void frmHTMLMakeImage::renewAutomaticName() {
     const QString name = automaticName();
     if (name == shown)
         return;
-    const auto renamed = [&](QString text) { return text.replace(imageSource(shown), imageSource(name)); };
+    const auto renamed = [&](QString text) {
+        return text.replace(registers::pageAddress(shown), registers::pageAddress(name));
+    };
     const QString tag = renamed(ui->txt_InsertTag->text());
     const QScopedValueRollback naming(m_isNaming, true);
     ui->txt_RenamedFileName->setText(name);

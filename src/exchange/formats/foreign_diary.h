@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,29 +15,48 @@ namespace velloria::exchange {
 
 /// A picture that lies beside a foreign diary and belongs to an entry.
 struct ForeignPicture {
-    QString file; ///< full path
+    QString file; ///< full path of a file that is there
     /// What stands for its address in the entry's texts: a word that is found nowhere else in them. The import puts the
     /// address of the registered file in its place.
     QString placeholder;
 };
 
-/// An entry as it is to be added: `number` and `importMark` are the import's to give. Texts are HTML with CR LF
-/// between lines, the time of writing is local. Days are "yyyy/mm/dd" of the calendar.
+/// An entry as it is to be added: `number` and `importMark` are the import's to give, and what is left empty is too:
+/// the weather "-", the genre "一般", a title that says there is none, and the first second of the day. Texts are
+/// HTML with any line ends, the time of writing is local. Days are "yyyy/mm/dd" of the calendar.
 struct ForeignEntry {
     store::Entry entry;
     std::vector<ForeignPicture> pictures = {};
 };
 
-/// What a reader could not carry or not read: how often, by what it is ("タグ").
+/// The day key of a date. Nothing when the calendar has no such date, or the year is none of 0100 to 9999.
+std::optional<QString> calendarDay(int year, int month, int day);
+
+/// The placeholder of the entry's next picture.
+QString picturePlaceholder(const ForeignEntry& entry);
+
+/// What a reader could not carry or not read, and what else a person should know before they say Yes.
 class Losses {
 public:
-    void count(const QString& what, qsizetype times = 1) { m_counts[what] += times; }
+    /// How often, by what it is ("タグ").
+    void count(const QString& what, qsizetype times = 1) { m_counts[what].times += times; }
+    /// One more of them, which has a name of its own ("2024-02-31"); the first few are told.
+    void countNamed(const QString& what, const QString& name);
+    /// How many files are in this encoding; UTF-8 goes without saying.
+    void countEncoding(const QString& encoding);
     bool isEmpty() const { return m_counts.isEmpty(); }
-    /// "持ち込めないもの: タグ 3件、画像 1件", "" when there is nothing.
+    /// "持ち込めないもの: タグ 3件、画像 1件 (a.png)" and a line for the encodings, parted by CR LF; "" when there is
+    /// nothing to say.
     QString text() const;
 
 private:
-    QMap<QString, qsizetype> m_counts;
+    struct Count {
+        qsizetype times = 0;
+        QStringList names = {};
+    };
+
+    QMap<QString, Count> m_counts;
+    QMap<QString, qsizetype> m_encodings;
 };
 
 struct ForeignDiary {

@@ -1,0 +1,34 @@
+#include "exchange/formats/html_text.h"
+
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::exchange {
+
+QString htmlText(QStringView text) {
+    return text.toString().toHtmlEscaped();
+}
+
+QString htmlParagraphs(const QString& text) {
+    QString html;
+    QStringList paragraph;
+    const auto close = [&] {
+        if (!paragraph.isEmpty())
+            html += u"<p>"_s + paragraph.join(u"<br>\n"_s) + u"</p>\n"_s;
+        paragraph.clear();
+    };
+    for (const QString& line : text.split(u'\n')) {
+        if (!line.trimmed().isEmpty()) {
+            paragraph += htmlText(line);
+            continue;
+        }
+        if (paragraph.isEmpty())
+            html += line + u'\n';
+        close();
+    }
+    close();
+    return html.endsWith(u'\n') ? html.chopped(1) : html;
+}
+
+} // namespace velloria::exchange
