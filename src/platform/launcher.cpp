@@ -1,5 +1,6 @@
 #include "platform/launcher.h"
 
+#include "platform/descriptor.h"
 #include "platform/directory.h"
 
 #include <QCoreApplication>
@@ -9,6 +10,7 @@
 #include <QProcess>
 
 #include <csignal>
+#include <fcntl.h>
 #include <memory>
 #include <utility>
 
@@ -59,6 +61,22 @@ bool FindOnSearchPath(const QString& home, const QString& name, QString& path) {
 void endProcess(qint64 id) {
     if (id > 0) // 0 and less would be whole groups of them
         ::kill(pid_t(id), SIGKILL);
+}
+
+bool startWithInput(const QString& program, const QStringList& arguments, const QByteArray& input) {
+    int ends[2] = {-1, -1};
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return false;
+    // Both stay open until the program has them, or its input could not be opened; the pipe has room for it all.
+    const Descriptor reading(ends[0]);
+    const Descriptor writing(ends[1]);
+    if (::write(writing.value(), input.constData(), std::size_t(input.size())) != input.size())
+        return false;
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setStandardInputFile(u"/dev/fd/%1"_s.arg(reading.value()));
+    return process.startDetached();
 }
 
 cExecute::cExecute(QString home)

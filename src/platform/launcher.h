@@ -1,6 +1,7 @@
 // Other programs: where they lie, and how they are started.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,10 @@ bool FindOnSearchPath(const QString& home, const QString& name, QString& path);
 
 /// Ends another process at once, whatever it is doing. One that is gone already is none to end.
 void endProcess(qint64 id);
+
+/// Starts a program that goes on when this one ends, with `input`, at most 4,096 bytes, as all that its standard input
+/// holds: unlike its arguments, other accounts of the machine can't read that. False when it could not be started.
+bool startWithInput(const QString& program, const QStringList& arguments, const QByteArray& input);
 
 enum class Wait { No, UntilItEnds };
 

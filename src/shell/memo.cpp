@@ -7,8 +7,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_read.h"
-
-#include <QProcess>
+#include "platform/launcher.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,7 +23,9 @@ void memoCommand(const core::Run& run) {
     const core::Settings settings(session);
     const QString password =
         convert::passwordFromSetting(settings.text(core::inSection(core::keys::kUserPass, session.UserID)));
-    if (!QProcess::startDetached(program, {settings.file(core::SettingsFile::Users), session.UserID, password}))
+    const QStringList arguments{settings.file(core::SettingsFile::Users), session.UserID,
+                                QString::fromUtf16(kPasswordByInput)};
+    if (!platform::startWithInput(program, arguments, password.toUtf8() + '\n'))
         throw platform::Failure(u"プログラムを起動できません。"_s, program, {},
                                 u"実行できるファイルか確認してください。"_s);
 }

@@ -194,5 +194,17 @@ TEST_F(Launcher, EndsAProcessAtOnce) {
     EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
 }
 
+TEST_F(Launcher, HandsAProgramItsInputAndNothingElse) {
+    const QString file = path(u"home/a program"_s);
+    writeFile(file, "#!/bin/sh\ncat > \"$0.part\" && mv \"$0.part\" \"$0.words\"\n");
+    QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    EXPECT_TRUE(platform::startWithInput(file, {u"x"_s}, "one \xE6\x97\xA5\n"));
+    EXPECT_EQ(wordsOf(file), "one \xE6\x97\xA5\n");
+}
+
+TEST_F(Launcher, SaysThatAProgramWithInputIsNotThere) {
+    EXPECT_FALSE(platform::startWithInput(path(u"home/none"_s), {}, "x\n"));
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -18,6 +18,13 @@ class Memo : public TestHome {
 protected:
     Memo() { desk.events = {}; }
     QString program() const { return session.MyPath + u"VellMemo.exe"_s; }
+    /// What the program has left beside itself, once it is there.
+    QByteArray left(const QString& ending) const {
+        const QString file = program() + ending;
+        for (const QDeadlineTimer deadline(kPatienceMs); !exists(file) && !deadline.hasExpired();)
+            QThread::msleep(5);
+        return exists(file) ? bytesOf(file) : "never";
+    }
     void writeProgram(const QByteArray& script) const {
         writeFile(program(), script);
         QFile::setPermissions(program(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
@@ -33,17 +40,25 @@ TEST_F(Memo, SaysThatItIsMissing) {
     EXPECT_EQ(boxes(), QStringList{u"critical: VellMemo.exeが存在しません。"_s});
 }
 
-TEST_F(Memo, GetsUserAndPassword) {
-    writeProgram("#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.part\" && mv \"$0.part\" \"$0.words\"\n");
+TEST_F(Memo, GetsTheUserAndByItsInputThePassword) {
+    writeProgram("#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.words\"\n"
+                 "tr '\\0' '\\n' < /proc/$$/cmdline > \"$0.line\"\n"
+                 "cat > \"$0.part\" && mv \"$0.part\" \"$0.input\"\n");
     core::WriteIni(session.MyPath + u"velluser.ini"_s, u"taro"_s, u"Pass"_s, u"dcb"_s);
     session.UserID = u"taro"_s;
     shell::memoCommand(run);
-    const QString words = program() + u".words"_s;
-    for (const QDeadlineTimer deadline(kPatienceMs); !exists(words) && !deadline.hasExpired();)
-        QThread::msleep(5);
-    ASSERT_TRUE(exists(words));
-    EXPECT_EQ(bytesOf(words), (session.MyPath + u"velluser.ini\ntaro\nabc\n"_s).toUtf8());
+    EXPECT_EQ(left(u".input"_s), "abc\n") << "the input has to end, too";
+    EXPECT_EQ(left(u".words"_s), (session.MyPath + u"velluser.ini\ntaro\n-\n"_s).toUtf8());
+    EXPECT_FALSE(left(u".line"_s).contains("abc")) << "other accounts can read it";
     EXPECT_EQ(told(), QStringList());
+}
+
+TEST_F(Memo, WithoutUsersGetsAnEmptyNameAndPassword) {
+    writeProgram("#!/bin/sh\nprintf '[%s]' \"$@\" > \"$0.words\"\n"
+                 "cat > \"$0.part\" && mv \"$0.part\" \"$0.input\"\n");
+    shell::memoCommand(run);
+    EXPECT_EQ(left(u".input"_s), "\n");
+    EXPECT_EQ(left(u".words"_s), ('[' + session.MyPath.toUtf8() + "velluser.ini][][-]"));
 }
 
 TEST_F(Memo, ThatIsNoProgramIsAFailure) {
