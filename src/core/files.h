@@ -90,6 +90,10 @@ inline constexpr File kUpdateLock = ofUser("new.lock");
 inline constexpr File kRescue = ofUser("rescue.jsonl");
 inline constexpr File kDamagedRescue = ofUser("rescue.damaged");
 inline constexpr File kDraft = ofUser("draft.json");
+/// The same of the memo program.
+inline constexpr File kMemoRescue = ofUser("memo_rescue.jsonl");
+inline constexpr File kDamagedMemoRescue = ofUser("memo_rescue.damaged");
+inline constexpr File kMemoDraft = ofUser("memo_draft.json");
 inline constexpr File kAddressHistory = ofUser("URLHist.txt");
 inline constexpr File kWordHistory = ofUser("FindHist.txt");
 inline constexpr File kBrowserFolder = ofUser("Browser");

@@ -3,9 +3,7 @@
 
 #include "core/run.h"
 #include "store/entry.h"
-
-#include <QByteArray>
-#include <QList>
+#include "store/own_lines.h"
 
 #include <vector>
 
@@ -35,12 +33,10 @@ public:
     std::vector<store::Entry> read();
 
 private:
-    QList<QByteArray> presentLines() const;
     QByteArray lineOf(const store::Entry& draft) const;
 
-    QString m_file;
+    store::OwnLines m_lines;
     const platform::Clock& m_clock;
-    QList<QByteArray> m_own; ///< lines of the file that are this object's
 };
 
 } // namespace velloria::editor
