@@ -40,11 +40,13 @@ _velloria_cli() {
         return
     fi
     case "${plain[*]}" in
-    "") words="start entry genre site export import exchange convert ini file log upload ping update db backup customize user blog" ;;
+    "") words="start entry genre site export import mt hatena exchange convert ini file log upload ping update db backup customize user blog" ;;
     "entry") words="list show put delete days" ;;
     "genre") words="list rebuild" ;;
     "site") words="save preview log rebuild sameday find" ;;
     "import") words="clipboard delete groups" ;;
+    "mt") words="import export" ;;
+    "hatena") words="import export" ;;
     "exchange") words="import" ;;
     "convert") words="html2text urlencode paragraphs colour scramble unscramble" ;;
     "ini") words="get int set delete sections" ;;
@@ -58,6 +60,10 @@ _velloria_cli() {
     "blog") words="list data check log" ;;
     "entry put") _velloria_cli_files -f; return ;;
     "import clipboard") words=" " ;;
+    "mt import") _velloria_cli_files -f; return ;;
+    "mt export") _velloria_cli_files -f; return ;;
+    "hatena import") _velloria_cli_files -f; return ;;
+    "hatena export") _velloria_cli_files -f; return ;;
     "exchange import "*) _velloria_cli_files -f; return ;;
     "convert html2text") _velloria_cli_files -f; return ;;
     "convert urlencode") words="sjis eucjp utf8" ;;

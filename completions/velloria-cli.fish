@@ -32,11 +32,13 @@ complete -c velloria-cli -l yes
 complete -c velloria-cli -l json
 complete -c velloria-cli -l version
 complete -c velloria-cli -l help
-complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import exchange convert ini file log upload ping update db backup customize user blog'
+complete -c velloria-cli -n '__velloria_cli_behind ""' -a 'start entry genre site export import mt hatena exchange convert ini file log upload ping update db backup customize user blog'
 complete -c velloria-cli -n '__velloria_cli_behind "entry"' -a 'list show put delete days'
 complete -c velloria-cli -n '__velloria_cli_behind "genre"' -a 'list rebuild'
 complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log rebuild sameday find'
 complete -c velloria-cli -n '__velloria_cli_behind "import"' -a 'clipboard delete groups'
+complete -c velloria-cli -n '__velloria_cli_behind "mt"' -a 'import export'
+complete -c velloria-cli -n '__velloria_cli_behind "hatena"' -a 'import export'
 complete -c velloria-cli -n '__velloria_cli_behind "exchange"' -a 'import'
 complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode paragraphs colour scramble unscramble'
 complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
@@ -50,6 +52,10 @@ complete -c velloria-cli -n '__velloria_cli_behind "user"' -a 'list add password
 complete -c velloria-cli -n '__velloria_cli_behind "blog"' -a 'list data check log'
 complete -c velloria-cli -n '__velloria_cli_behind "entry put"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "import clipboard"' -a ' '
+complete -c velloria-cli -n '__velloria_cli_behind "mt import"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "mt export"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "hatena import"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "hatena export"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "exchange import *"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode"' -a 'sjis eucjp utf8'

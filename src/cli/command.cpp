@@ -36,13 +36,21 @@ void Invocation::print(const QJsonValue& json, const std::vector<QStringList>& r
     writeOutput((standardOutputIsTerminal() ? harmless(text) : text).toUtf8());
 }
 
+void Invocation::printList(const QStringList& texts) const {
+    std::vector<QStringList> rows;
+    for (const QString& text : texts)
+        rows.push_back({text});
+    print(QJsonArray::fromStringList(texts), rows);
+}
+
 const std::vector<Command>& allCommands() {
     static const std::vector<Command> commands = [] {
         std::vector<Command> all;
-        for (const auto& part : {startCommands(), entryCommands(), genreCommands(), siteCommands(), exportCommands(),
-                                 importCommands(), exchangeCommands(), convertCommands(), iniCommands(), fileCommands(),
-                                 logCommands(), uploadCommands(), pingCommands(), updateCommands(), databaseCommands(),
-                                 backupCommands(), customizeCommands(), userCommands(), blogCommands()})
+        for (const auto& part : {startCommands(),   entryCommands(),     genreCommands(),          siteCommands(),
+                                 exportCommands(),  importCommands(),    pluginExchangeCommands(), exchangeCommands(),
+                                 convertCommands(), iniCommands(),       fileCommands(),           logCommands(),
+                                 uploadCommands(),  pingCommands(),      updateCommands(),         databaseCommands(),
+                                 backupCommands(),  customizeCommands(), userCommands(),           blogCommands()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

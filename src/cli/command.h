@@ -61,6 +61,8 @@ struct Invocation : core::Run {
     /// Prints a result: `json`, an object or an array, with --json, else tab-separated lines. Tabs, line ends and
     /// backslashes within a field are written as \t, \r, \n and \\; on a terminal other control characters as \uXXXX.
     void print(const QJsonValue& json, const std::vector<QStringList>& rows) const;
+    /// The same for one text a row.
+    void printList(const QStringList& texts) const;
 };
 
 /// Whether the command makes the start of the desktop first; of it, User is no more than who it is and where their
@@ -96,6 +98,7 @@ std::vector<Command> genreCommands();
 std::vector<Command> siteCommands();
 std::vector<Command> exportCommands();
 std::vector<Command> importCommands();
+std::vector<Command> pluginExchangeCommands();
 std::vector<Command> exchangeCommands();
 std::vector<Command> convertCommands();
 std::vector<Command> iniCommands();

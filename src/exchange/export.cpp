@@ -5,6 +5,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/path_names.h"
+#include "exchange/export_target.h"
 #include "platform/code_page.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -27,24 +28,6 @@ QString formatFolder(const core::Session& session) {
 /// A name as a failure shows it: behind a NUL a reader sees nothing.
 QString shown(QString name) {
     return name.replace(QChar(0), QChar(0x2400));
-}
-
-/// Whether it lies in the folder or deeper.
-bool isWithin(const QString& file, const QString& folder) {
-    const QString end = QFileInfo(folder).canonicalFilePath();
-    return !folder.isEmpty() && !end.isEmpty() && file.startsWith(end + u'/');
-}
-
-/// Whether a file of this name, in small letters, is one of the program's in the folders of a user: settings, lists,
-/// logs, histories, and all that keeps texts or copies of the diary.
-bool isNameOfProgram(const QString& name) {
-    static const QStringList kEndings{u"ini"_s,     u"mdb"_s, u"csv"_s, u"json"_s, u"jsonl"_s,
-                                      u"damaged"_s, u"tmp"_s, u"bak"_s, u"log"_s,  u"lock"_s};
-    // The engine's files beside the diary; the backups, numbered ones and their journals too.
-    const bool isOfDiary = name.startsWith(core::files::kDiary.name) || name.startsWith(u"diarymdb."_s);
-    const auto isNamed = [&](const core::File& file) { return name.compare(file.name, Qt::CaseInsensitive) == 0; };
-    return isOfDiary || isNamed(core::files::kAddressHistory) || isNamed(core::files::kWordHistory) ||
-           kEndings.contains(core::GetFileExt(name));
 }
 
 /// A missing value is no text; weather and genre have words for that.
@@ -229,7 +212,7 @@ void clsExport::Execute(bool& isDone) {
 }
 
 void clsExport::writeOneFile(const QString& format, const convert::clsHTML2TEXT& converter) {
-    requireWritable(m_path);
+    requireExportTarget(m_session, m_path, m_formatFile);
     m_counts.replaced = QFileInfo::exists(m_path);
     platform::replaceFile(
         m_path,
@@ -247,7 +230,7 @@ void clsExport::writeDividedFiles(const QString& format, const convert::clsHTML2
     forEachEntry([&](store::Entry& entry) {
         try {
             const QString file = folder + fileNameOf(entry);
-            requireWritable(file);
+            requireExportTarget(m_session, file, m_formatFile);
             const int before = written.value(file);
             m_counts.replaced += before == 0 && QFileInfo::exists(file);
             platform::replaceFile(
@@ -271,34 +254,6 @@ QString clsExport::fileNameOf(const store::Entry& entry) const {
         throw platform::Failure({}, shown(name) + ending(), u"ファイル名に使えない文字があります"_s,
                                 u"題名を変えるか、ファイル名を日付にして、もう一度実行してください。"_s);
     return name + ending();
-}
-
-/// Throws Failure for what an export must not replace.
-void clsExport::requireWritable(const QString& file) const {
-    const auto refuse = [&](const QString& reason) {
-        throw platform::Failure(u"ファイルを保存できません。"_s, file, reason,
-                                u"別のファイル名を指定してください。元のファイルはそのままです。"_s);
-    };
-    const QFileInfo target(file);
-    if (!target.exists())
-        return;
-    if (!target.isFile())
-        refuse(u"ファイルではありません"_s);
-    for (const QString& own : {m_session.databaseFile(), m_session.DiaryIniFile, m_formatFile}) {
-        if (platform::isSameFile(file, own))
-            refuse(u"日記に必要なファイルです"_s);
-    }
-    // As it is named, and behind a link.
-    const QString named = QFileInfo(target.absolutePath()).canonicalFilePath() + u'/' + target.fileName();
-    if (belongsToProgram(named) || belongsToProgram(target.canonicalFilePath()))
-        refuse(u"日記に必要なファイルです"_s);
-}
-
-bool clsExport::belongsToProgram(const QString& file) const {
-    if (platform::isSameFile(QFileInfo(file).path(), m_session.MyPath) || isWithin(file, formatFolder(m_session)))
-        return true;
-    const bool isOurs = isWithin(file, m_session.UserPath) || isWithin(file, m_session.DataPath);
-    return isOurs && isNameOfProgram(core::GetFileName(file).toLower());
 }
 
 void clsExport::WriteEntry(const QString& format, const platform::WriteBytes& file,

@@ -98,9 +98,6 @@ private:
     void WriteEntry(const QString& format, const platform::WriteBytes& file, const convert::clsHTML2TEXT& converter,
                     store::Entry& entry);
     QString fileNameOf(const store::Entry& entry) const;
-    void requireWritable(const QString& file) const;
-    /// `file` without links on its way.
-    bool belongsToProgram(const QString& file) const;
     void forEachEntry(const std::function<void(store::Entry&)>& write);
 
     const core::Session& m_session;

@@ -5,17 +5,25 @@
 //   when
 //                          " 7" stands behind the name
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
-//   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute" or "words": what it does not have
+//   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute", "read_entries" or "words": what it does
+//                          not have
 //   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers
+//   VELLORIA_PLUGIN_BRINGS days, parted by blanks: what an import finds and, when the program wants it, adds
+//   VELLORIA_PLUGIN_NOTES  what it says that it does not carry
+//   VELLORIA_PLUGIN_WRITES what an export writes into its file
 // It says no to a diary whose path has "refused" in it, and fails at one with "broken".
 #include "velloria_plugin.h"
+
+#include <sqlite3.h>
 
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -62,26 +70,126 @@ int32_t called(const char* call, const char* text) {
     return result(call);
 }
 
-int32_t opened(const char* path, int32_t* isAccepted, int32_t isExport) {
-    log("open_file " + std::string(path) + " " + std::to_string(isExport));
+/// What the objects of every part are.
+struct Worker {
+    const velloria_host* host;
+    std::string database = {};
+    std::string file = {};
+    std::string mark = {};
+    bool isExport = false;
+};
+
+Worker& of(void* object) {
+    return *static_cast<Worker*>(object);
+}
+
+std::string valueOf(const char* variable) {
+    const char* found = std::getenv(variable);
+    return found ? found : "";
+}
+
+std::vector<std::string> days() {
+    std::istringstream words(valueOf("VELLORIA_PLUGIN_BRINGS"));
+    std::vector<std::string> days;
+    for (std::string day; words >> day;)
+        days.push_back(day);
+    return days;
+}
+
+/// Whether the program wants what an import has found.
+bool begin(Worker& worker) {
+    const std::vector<std::string> found = days();
+    if (found.empty())
+        return true;
+    const std::string notes = valueOf("VELLORIA_PLUGIN_NOTES");
+    std::vector<const char*> texts;
+    for (const std::string& day : found)
+        texts.push_back(day.c_str());
+    const velloria_import_plan plan{sizeof plan, "Stub", uint32_t(texts.size()), texts.data(), notes.c_str()};
+    const char* mark = worker.host->begin_import(worker.host->context, &plan);
+    log(mark ? std::string("mark ") + mark : "no mark");
+    worker.mark = mark ? mark : "";
+    return mark != nullptr;
+}
+
+void addEntries(const Worker& worker) {
+    sqlite3* base = nullptr;
+    sqlite3_open(worker.database.c_str(), &base);
+    for (const std::string& day : days()) {
+        char* statement = sqlite3_mprintf(
+            "INSERT INTO Contents (Day, Number, Title, Genre, ImportMark) SELECT %Q, IFNULL(MAX(Number), 0) + 1, "
+            "'stub', 'genre of the stub', %Q FROM Contents WHERE Day = %Q",
+            day.c_str(), worker.mark.c_str(), day.c_str());
+        if (sqlite3_exec(base, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
+            log(sqlite3_errmsg(base));
+        sqlite3_free(statement);
+    }
+    sqlite3_close(base);
+}
+
+int32_t connect(void* object, const char* database) {
+    of(object).database = database;
+    return called("connect", database);
+}
+
+int32_t opened(void* object, const char* path, int32_t* isAccepted, int32_t isExport) {
+    of(object).file = path;
+    of(object).isExport = isExport;
+    std::string line = "open_file " + std::string(path) + " " + std::to_string(isExport);
+    if (std::FILE* file = isExport ? std::fopen(path, "rb") : nullptr) {
+        line += ", which is in the way";
+        std::fclose(file);
+    }
+    log(line);
     const int32_t opening = result("open_file");
     *isAccepted = opening > 0;
     return opening;
 }
 
+int32_t writeEntries(void* object) {
+    const std::string content = valueOf("VELLORIA_PLUGIN_WRITES");
+    if (std::FILE* file = content.empty() ? nullptr : std::fopen(of(object).file.c_str(), "wb")) {
+        std::fputs(content.c_str(), file);
+        std::fclose(file);
+    }
+    return called("write_entries");
+}
+
+int32_t finishMovableType(void* object) {
+    const int32_t finishing = called("finish");
+    if (finishing > 0 && !of(object).isExport)
+        addEntries(of(object));
+    return finishing;
+}
+
+int32_t readEntries(void* object) {
+    const int32_t reading = called("read_entries");
+    return reading > 0 ? begin(of(object)) : reading;
+}
+
+int32_t finishHatena(void* object) {
+    const int32_t finishing = called("finish");
+    if (finishing <= 0 || of(object).isExport)
+        return finishing;
+    if (!begin(of(object)))
+        return 0;
+    addEntries(of(object));
+    return finishing;
+}
+
 void* create(const velloria_host* host) {
-    return result("create") < 0 ? nullptr : new const velloria_host*(host);
+    return result("create") < 0 ? nullptr : new Worker{host};
 }
 
 void release(void* object) {
     log("release");
-    delete static_cast<const velloria_host**>(object);
+    delete &of(object);
     throwIfWanted("release");
 }
 
 int32_t pingsExecute(void* object) {
     if (std::getenv("VELLORIA_PLUGIN_TALKS")) {
-        const velloria_host& host = **static_cast<const velloria_host**>(object);
+        const velloria_host& host = *of(object).host;
         host.pump(host.context);
         host.status(host.context, "PINGの送信中...");
         log("ok " +
@@ -127,33 +235,33 @@ velloria_ping g_ping{
     pingsExecute,
 };
 
-const velloria_movable_type_exchange kMovableType{
+velloria_movable_type_exchange g_movableType{
     sizeof(velloria_movable_type_exchange),
     create,
     release,
-    [](void*, const char* database) { return called("connect", database); },
+    connect,
     [](void*) { return called("prepare_import"); },
     [](void*) { return called("prepare_export"); },
     [](void*, const char* user) { return called("set_user_id", user); },
-    [](void*) { return called("write_entries"); },
-    [](void*, const char* path, int32_t* isAccepted, int32_t isExport) { return opened(path, isAccepted, isExport); },
-    [](void*) { return called("finish"); },
-    [](void*) { return called("read_entries"); },
+    writeEntries,
+    opened,
+    finishMovableType,
+    readEntries,
 };
 
 const velloria_hatena_exchange kHatena{
     sizeof(velloria_hatena_exchange),
     create,
     release,
-    [](void*, const char* database) { return called("connect", database); },
+    connect,
     [](void*) { return called("prepare_import"); },
     [](void*) { return called("prepare_export"); },
-    [](void*) { return called("write_entries"); },
-    [](void*, const char* path, int32_t* isAccepted, int32_t isExport) { return opened(path, isAccepted, isExport); },
-    [](void*) { return called("finish"); },
+    writeEntries,
+    opened,
+    finishHatena,
 };
 
-velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &kDiary, &g_ping, &kMovableType, &kHatena, [] {
+velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &kDiary, &g_ping, &g_movableType, &kHatena, [] {
                              throwIfWanted("last_error");
                              return g_error.c_str();
                          }};
@@ -176,6 +284,8 @@ extern "C" __attribute__((visibility("default"))) const velloria_plugin* vellori
     }
     g_plugin.ping = isSet(kLacks, "ping") ? nullptr : &g_ping;
     g_ping.pings_execute = isSet(kLacks, "pings_execute") ? nullptr : pingsExecute;
+    g_movableType.size = isSet(kLacks, "read_entries") ? offsetof(velloria_movable_type_exchange, read_entries)
+                                                       : sizeof(velloria_movable_type_exchange);
     if (isSet(kLacks, "words"))
         g_plugin.last_error = [] { return static_cast<const char*>(nullptr); };
     return version == VELLORIA_PLUGIN_INTERFACE && !isSet(kLacks, "interface") ? &g_plugin : nullptr;

@@ -2,7 +2,6 @@
 #include "exchange/foreign_import.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
 
 using namespace Qt::StringLiterals;
 
@@ -20,12 +19,7 @@ const exchange::ForeignFormat& importFormat(const Invocation& invocation) {
 }
 
 void importDiary(Invocation& invocation) {
-    const auto print = [&](const QStringList& days) {
-        std::vector<QStringList> rows;
-        for (const QString& day : days)
-            rows.push_back({day});
-        invocation.print(QJsonArray::fromStringList(days), rows);
-    };
+    const auto print = [&](const QStringList& days) { invocation.printList(days); };
     const QString path = QFileInfo(invocation.argument(1)).absoluteFilePath();
     if (exchange::importForeignDiary(invocation, importFormat(invocation), path, print) == platform::Outcome::Refused)
         throw Refusal(u"日記のインポートを中止しました。"_s);

@@ -5,19 +5,10 @@
 #include "site/save_html.h"
 #include "store/genre_list.h"
 
-#include <QJsonArray>
-
 using namespace Qt::StringLiterals;
 
 namespace velloria::cli {
 namespace {
-
-void printList(const Invocation& invocation, const QStringList& texts) {
-    std::vector<QStringList> rows;
-    for (const QString& text : texts)
-        rows.push_back({text});
-    invocation.print(QJsonArray::fromStringList(texts), rows);
-}
 
 void checkForm(const Invocation& invocation) {
     if (invocation.has(u"--plain"_s) == invocation.has(u"--formatted"_s))
@@ -30,7 +21,7 @@ void clipboard(Invocation& invocation) {
     const auto outcome =
         exchange::importCommand(invocation, form, readArgumentText(invocation.argument(0)),
                                 {.preview = [&] { site::SaveHtml(invocation).previewStep(); },
-                                 .written = [&](const QStringList& days) { printList(invocation, days); }});
+                                 .written = [&](const QStringList& days) { invocation.printList(days); }});
     if (outcome == platform::Outcome::Refused)
         throw Refusal(u"クリップボードの読み込みを中止しました。"_s);
 }
@@ -42,14 +33,14 @@ void deleteGroup(Invocation& invocation) {
     try {
         exchange::finishImportDeletion(invocation.desk, [&] { store::MakeGenretxt(invocation); });
     } catch (const platform::Failure&) {
-        printList(invocation, *days); // their entries are gone, whatever becomes of the list of genres
+        invocation.printList(*days); // their entries are gone, whatever becomes of the list of genres
         throw;
     }
-    printList(invocation, *days);
+    invocation.printList(*days);
 }
 
 void groups(Invocation& invocation) {
-    printList(invocation, invocation.store().ListImportBatches());
+    invocation.printList(invocation.store().ListImportBatches());
 }
 
 } // namespace
