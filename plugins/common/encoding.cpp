@@ -151,8 +151,13 @@ DecodedText decoded(std::string_view bytes) {
     const std::size_t eucErrors = euc.replaced - isCut + controls(euc.utf8);
     if (eucErrors == 0)
         return euc;
-    DecodedText shiftJis = Converter("CP932", "SHIFT_JIS").convert(bytes, Encoding::ShiftJis, isCut);
+    DecodedText shiftJis = decodedShiftJis(bytes);
     return eucErrors < shiftJis.replaced ? euc : shiftJis;
+}
+
+DecodedText decodedShiftJis(std::string_view bytes) {
+    bool isCut = false;
+    return Converter("CP932", "SHIFT_JIS").convert(bytes, Encoding::ShiftJis, isCut);
 }
 
 bool isUtf8(std::string_view bytes) {

@@ -21,6 +21,9 @@ struct DecodedText {
 /// Finds out the encoding by trial and reads the bytes.
 DecodedText decoded(std::string_view bytes);
 
+/// Reads bytes that are in code page 932, whatever else they may look like.
+DecodedText decodedShiftJis(std::string_view bytes);
+
 /// Whether the bytes are UTF-8 that every reader takes: no overlong forms, no surrogates.
 bool isUtf8(std::string_view bytes);
 

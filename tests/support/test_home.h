@@ -19,7 +19,7 @@
 
 namespace velloria::tests {
 
-/// Fixture: a home with every factory file, never started.
+/// Fixture: a home with every factory file and no plug-in, never started.
 class FactoryHome : public ::testing::Test {
 protected:
     FactoryHome();
