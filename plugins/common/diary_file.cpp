@@ -63,6 +63,7 @@ public:
         return code == SQLITE_ROW;
     }
     void reset() { sqlite3_reset(m_handle); }
+    Row row() const { return Row(m_handle); }
 
     std::optional<std::string> text(int column) const {
         const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
@@ -81,6 +82,16 @@ private:
     const DiaryFile& m_diary;
     sqlite3_stmt* m_handle = nullptr;
 };
+
+std::string_view Row::text(int column) const {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
+    const auto size = std::size_t(sqlite3_column_bytes(m_handle, column));
+    return bytes ? std::string_view(bytes, size) : std::string_view();
+}
+
+int64_t Row::number(int column) const {
+    return sqlite3_column_int64(m_handle, column);
+}
 
 DiaryFile::DiaryFile(std::string path, const Host& host)
     : m_path(std::move(path))
@@ -135,6 +146,15 @@ void DiaryFile::read(const std::function<void(const Entry&)>& take) const {
         entry.isPrivate = rows.number(8) != 0;
         take(entry);
         if (++taken % kEntriesAPump == 0)
+            m_host.pump();
+    }
+}
+
+void DiaryFile::query(const char* sql, const std::function<void(const Row&)>& take) const {
+    Statement rows(*this, sql);
+    for (std::size_t taken = 1; rows.next(); ++taken) {
+        take(rows.row());
+        if (taken % kEntriesAPump == 0)
             m_host.pump();
     }
 }

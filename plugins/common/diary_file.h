@@ -8,9 +8,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace velloria::plugins {
 
@@ -30,6 +32,20 @@ struct Entry {
     bool operator==(const Entry&) const = default;
 };
 
+/// What a query has found, one row of it, until the next one.
+class Row {
+public:
+    explicit Row(sqlite3_stmt* handle)
+        : m_handle(handle) {}
+
+    /// The bytes as they are; "" for a missing value.
+    std::string_view text(int column) const;
+    int64_t number(int column) const;
+
+private:
+    sqlite3_stmt* m_handle;
+};
+
 /// One connection to a diary for its life. It waits some seconds for another program and lets the windows paint
 /// meanwhile. Throws Error.
 class DiaryFile {
@@ -42,6 +58,9 @@ public:
 
     /// Hands over each entry, oldest day first, in the order within the day; all of them as they stand at one moment.
     void read(const std::function<void(const Entry&)>& take) const;
+
+    /// Hands over each row of a query.
+    void query(const char* sql, const std::function<void(const Row&)>& take) const;
 
     /// How many entries there are.
     int64_t count() const;

@@ -25,7 +25,7 @@ std::string folderOf(const std::string& path) {
 
 // The name and the lock are those of the program's own temporary files: what a killed run leaves is cleared away with
 // them.
-OutputFile::OutputFile(std::string path)
+OutputFile::OutputFile(std::string path, unsigned mode)
     : m_path(std::move(path)) {
     struct stat status;
     if (::stat(m_path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
@@ -33,7 +33,7 @@ OutputFile::OutputFile(std::string path)
     std::random_device random;
     do {
         m_temporary = folderOf(m_path) + ".velltmp-" + std::to_string(random()) + std::to_string(random());
-        m_descriptor = ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        m_descriptor = ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     } while (m_descriptor < 0 && errno == EEXIST);
     if (m_descriptor < 0)
         fail(errno);

@@ -10,7 +10,8 @@ namespace velloria::plugins {
 /// is left of it. Throws Error.
 class OutputFile {
 public:
-    explicit OutputFile(std::string path);
+    /// `mode` are the rights of a new file, less what the user's mask takes.
+    explicit OutputFile(std::string path, unsigned mode = 0666);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
