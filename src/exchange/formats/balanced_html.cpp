@@ -1,0 +1,156 @@
+#include "exchange/formats/balanced_html.h"
+
+#include <QHash>
+#include <QRegularExpression>
+#include <QSet>
+#include <QStringList>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::exchange {
+namespace {
+
+const QSet<QString> kVoid{u"area"_s,  u"base"_s,   u"basefont"_s, u"bgsound"_s, u"br"_s,     u"col"_s,  u"embed"_s,
+                          u"frame"_s, u"hr"_s,     u"img"_s,      u"input"_s,   u"keygen"_s, u"link"_s, u"meta"_s,
+                          u"param"_s, u"source"_s, u"spacer"_s,   u"track"_s,   u"wbr"_s};
+
+/// Elements whose start ends an open paragraph.
+const QSet<QString> kBlocks{u"address"_s, u"article"_s, u"aside"_s, u"blockquote"_s, u"center"_s, u"details"_s,
+                            u"dir"_s,     u"div"_s,     u"dl"_s,    u"fieldset"_s,   u"figure"_s, u"footer"_s,
+                            u"form"_s,    u"h1"_s,      u"h2"_s,    u"h3"_s,         u"h4"_s,     u"h5"_s,
+                            u"h6"_s,      u"header"_s,  u"hr"_s,    u"main"_s,       u"menu"_s,   u"nav"_s,
+                            u"ol"_s,      u"p"_s,       u"pre"_s,   u"section"_s,    u"table"_s,  u"ul"_s};
+
+/// Elements that end at the next of their kind, and within which.
+struct Siblings {
+    QSet<QString> names;
+    QSet<QString> within;
+};
+
+const Siblings kSiblings[] = {
+    {{u"li"_s}, {u"ul"_s, u"ol"_s, u"menu"_s, u"dir"_s}}, {{u"dt"_s, u"dd"_s}, {u"dl"_s}},
+    {{u"td"_s, u"th"_s}, {u"table"_s, u"tr"_s}},          {{u"tr"_s}, {u"table"_s, u"tbody"_s, u"thead"_s, u"tfoot"_s}},
+    {{u"tbody"_s, u"thead"_s, u"tfoot"_s}, {u"table"_s}}, {{u"option"_s}, {u"select"_s, u"optgroup"_s}},
+};
+
+/// Whoever has more of them gets the rest as text: each may be looked for up to the end.
+constexpr int kMostBrokenTags = 100;
+
+class Balance {
+public:
+    explicit Balance(const QString& html)
+        : m_html(html) {}
+
+    QString run() {
+        for (qsizetype at = 0; at < m_html.size();) {
+            const qsizetype mark = m_html.indexOf(u'<', at);
+            m_written += QStringView(m_html).sliced(at, (mark < 0 ? m_html.size() : mark) - at);
+            if (mark < 0)
+                break;
+            at = takeMark(mark);
+        }
+        closeTo(0);
+        return m_written;
+    }
+
+private:
+    /// Gives the place behind what begins with "<".
+    qsizetype takeMark(qsizetype at) {
+        static const QRegularExpression form(uR"re(<(/?)([A-Za-z][A-Za-z0-9:-]*)((?:[^>"']|"[^"]*"|'[^']*')*+)>)re"_s);
+        if (QStringView(m_html).sliced(at).startsWith(u"<!--"))
+            return takeComment(at);
+        QRegularExpressionMatch tag;
+        if (m_brokenTags < kMostBrokenTags)
+            tag =
+                form.match(m_html, at, QRegularExpression::NormalMatch, QRegularExpression::AnchorAtOffsetMatchOption);
+        if (!tag.hasMatch()) {
+            m_brokenTags += at + 1 < m_html.size() && m_html[at + 1].isLetter() ? 1 : 0;
+            m_written +=
+                at + 1 < m_html.size() && (m_html[at + 1].isLetter() || m_html[at + 1] == u'/') ? u"&lt;"_s : u"<"_s;
+            return at + 1;
+        }
+        const QString name = tag.captured(2).toLower();
+        if (!tag.capturedView(1).isEmpty())
+            end(name, tag.captured());
+        else
+            begin(name, tag);
+        return isRaw(name) && tag.capturedView(1).isEmpty() ? takeRaw(name, tag.capturedEnd()) : tag.capturedEnd();
+    }
+
+    qsizetype takeComment(qsizetype at) {
+        const qsizetype end = m_html.indexOf(u"-->"_s, at + 4);
+        m_written += QStringView(m_html).sliced(at, (end < 0 ? m_html.size() : end + 3) - at);
+        if (end < 0)
+            m_written += u"-->"_s;
+        return end < 0 ? m_html.size() : end + 3;
+    }
+
+    static bool isRaw(const QString& name) {
+        return name == u"script"_s || name == u"style"_s || name == u"textarea"_s || name == u"title"_s;
+    }
+
+    /// No mark counts before the end tag.
+    qsizetype takeRaw(const QString& name, qsizetype at) {
+        const qsizetype end = m_html.indexOf(u"</"_s + name, at, Qt::CaseInsensitive);
+        m_written += QStringView(m_html).sliced(at, (end < 0 ? m_html.size() : end) - at);
+        return end < 0 ? m_html.size() : end;
+    }
+
+    void begin(const QString& name, const QRegularExpressionMatch& tag) {
+        for (const Siblings& siblings : kSiblings) {
+            if (siblings.names.contains(name))
+                closeSibling(siblings);
+        }
+        if (kBlocks.contains(name) && !m_open.isEmpty() && m_open.constLast() == u"p"_s)
+            closeTo(m_open.size() - 1);
+        m_written += tag.capturedView();
+        if (!kVoid.contains(name) && !tag.capturedView(3).endsWith(u'/')) {
+            m_open += name;
+            ++m_times[name];
+        }
+    }
+
+    bool isOpen(const QString& name) const { return m_times.value(name) > 0; }
+
+    void closeSibling(const Siblings& siblings) {
+        if (std::ranges::none_of(siblings.names, [&](const QString& name) { return isOpen(name); }))
+            return;
+        for (qsizetype at = m_open.size(); at-- > 0 && !siblings.within.contains(m_open[at]);) {
+            if (siblings.names.contains(m_open[at]))
+                return closeTo(at);
+        }
+    }
+
+    void end(const QString& name, const QString& tag) {
+        if (!isOpen(name))
+            return;
+        closeTo(m_open.lastIndexOf(name) + 1);
+        m_open.removeLast();
+        --m_times[name];
+        m_written += tag;
+    }
+
+    void closeTo(qsizetype size) {
+        while (m_open.size() > size) {
+            const QString name = m_open.takeLast();
+            --m_times[name];
+            m_written += u"</"_s + name + u'>';
+        }
+    }
+
+    const QString& m_html;
+    QString m_written;
+    QStringList m_open;
+    QHash<QString, qsizetype> m_times; ///< how often each is open
+    int m_brokenTags = 0;
+};
+
+} // namespace
+
+QString balancedHtml(const QString& html) {
+    return Balance(html).run();
+}
+
+} // namespace velloria::exchange

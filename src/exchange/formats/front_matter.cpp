@@ -1,0 +1,209 @@
+#include "exchange/formats/front_matter.h"
+
+#include "platform/failure.h"
+#include "platform/utf8.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <toml++/toml.h>
+#include <yaml-cpp/yaml.h>
+
+#include <sstream>
+
+using namespace Qt::StringLiterals;
+
+namespace velloria::exchange {
+namespace {
+
+using Kind = FrontValue::Kind;
+
+[[noreturn]] void refuse(const QString& reason) {
+    throw platform::Failure(u"ファイルの先頭の項目を読み取れません。"_s, {}, reason);
+}
+
+/// The lists and maps of all three languages; `read` tells of one value whether it is a text, and gives it.
+template <typename List, typename Read>
+FrontValue listOf(const List& list, Read read) {
+    FrontValue value{.kind = Kind::List};
+    for (const auto& item : list) {
+        const std::optional<QString> text = read(item);
+        if (!text)
+            return {};
+        if (!text->isNull())
+            value.texts += *text;
+    }
+    return value;
+}
+
+/// Null for nothing.
+std::optional<QString> yamlText(const YAML::Node& node) {
+    if (node.IsNull())
+        return QString();
+    if (!node.IsScalar())
+        return std::nullopt;
+    return platform::fromUtf8(node.Scalar());
+}
+
+FrontValue yamlValue(const YAML::Node& node) {
+    if (node.IsScalar())
+        return {.kind = Kind::Text, .texts = {*yamlText(node)}};
+    if (node.IsSequence())
+        return listOf(node, yamlText);
+    FrontValue value;
+    if (node.IsMap()) {
+        for (const auto& member : node) {
+            const std::optional<QString> key = yamlText(member.first);
+            const std::optional<QString> text = yamlText(member.second);
+            if (!key || !text)
+                return {};
+            value.map.insert(*key, *text);
+        }
+        value.kind = Kind::Map;
+    }
+    return value;
+}
+
+/// False when the block is no map: then it is no head, but a text between two rules.
+bool readYaml(const QString& block, FrontMatter& matter) {
+    try {
+        const YAML::Node root = YAML::Load(block.toStdString());
+        if (root.IsNull())
+            return true;
+        if (!root.IsMap())
+            return false;
+        for (const auto& member : root) {
+            if (const std::optional<QString> key = yamlText(member.first))
+                matter.values.insert(*key, yamlValue(member.second));
+        }
+        return true;
+    } catch (const YAML::Exception& error) {
+        refuse(u"YAMLではありません (%1)"_s.arg(QString::fromUtf8(error.what())));
+    }
+}
+
+std::optional<QString> tomlText(const toml::node& node) {
+    if (const auto* text = node.as_string())
+        return platform::fromUtf8(text->get());
+    if (node.is_array() || node.is_table())
+        return std::nullopt;
+    std::ostringstream text;
+    node.visit([&](const auto& value) {
+        if constexpr (toml::is_boolean<decltype(value)>)
+            text << (value.get() ? "true" : "false");
+        else if constexpr (toml::is_value<decltype(value)>)
+            text << value.get();
+    });
+    return QString::fromStdString(text.str());
+}
+
+void readToml(const QString& block, FrontMatter& matter) {
+    try {
+        const toml::table root = toml::parse(block.toStdString());
+        for (const auto& [key, node] : root) {
+            FrontValue value;
+            if (const std::optional<QString> text = tomlText(node)) {
+                value = {.kind = Kind::Text, .texts = {*text}};
+            } else if (const toml::array* list = node.as_array()) {
+                value = listOf(*list, tomlText);
+            }
+            matter.values.insert(platform::fromUtf8(std::string_view(key.str())), value);
+        }
+    } catch (const toml::parse_error& error) {
+        refuse(u"TOMLではありません (%1)"_s.arg(QString::fromUtf8(error.what())));
+    }
+}
+
+std::optional<QString> jsonText(const QJsonValue& value) {
+    if (value.isArray() || value.isObject())
+        return std::nullopt;
+    return value.isNull() ? QString() : value.toVariant().toString();
+}
+
+void readJson(const QString& block, FrontMatter& matter) {
+    QJsonParseError error;
+    const QJsonObject root = platform::parseJson(block.toUtf8(), &error).object();
+    if (error.error != QJsonParseError::NoError)
+        refuse(u"JSONではありません (%1)"_s.arg(error.errorString()));
+    for (auto member = root.begin(); member != root.end(); ++member) {
+        FrontValue value;
+        if (member.value().isArray())
+            value = listOf(member.value().toArray(), jsonText);
+        else if (const std::optional<QString> text = jsonText(member.value()); text && !text->isNull())
+            value = {.kind = Kind::Text, .texts = {*text}};
+        matter.values.insert(member.key(), value);
+    }
+}
+
+/// Behind the closing brace, -1 when there is none.
+qsizetype endOfJson(QStringView text) {
+    int depth = 0;
+    bool isText = false;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar character = text[at];
+        if (isText) {
+            if (character == u'\\')
+                ++at;
+            else if (character == u'"')
+                isText = false;
+        } else if (character == u'"') {
+            isText = true;
+        } else if (character == u'{') {
+            ++depth;
+        } else if (character == u'}' && --depth == 0) {
+            return at + 1;
+        }
+    }
+    return -1;
+}
+
+struct Block {
+    QString head;
+    qsizetype end; ///< of its last line
+};
+
+/// The lines between the first, which is `fence`, and the next one that is.
+std::optional<Block> fenced(const QString& text, QStringView fence) {
+    const qsizetype first = text.indexOf(u'\n');
+    if (first < 0 || QStringView(text).first(first).trimmed() != fence || !text.startsWith(fence))
+        return std::nullopt;
+    for (qsizetype begin = first + 1; begin < text.size();) {
+        qsizetype end = text.indexOf(u'\n', begin);
+        if (end < 0)
+            end = text.size();
+        const QStringView line = QStringView(text).sliced(begin, end - begin);
+        if (line.startsWith(fence) && line.trimmed() == fence)
+            return Block{text.sliced(first + 1, begin - first - 1), std::min(end + 1, text.size())};
+        begin = end + 1;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+FrontMatter readFrontMatter(const QString& text) {
+    FrontMatter matter;
+    matter.body = text;
+    const auto takeHead = [&](qsizetype end) {
+        matter.isThere = true;
+        matter.body = text.sliced(end);
+    };
+    if (const std::optional<Block> yaml = fenced(text, u"---")) {
+        if (readYaml(yaml->head, matter))
+            takeHead(yaml->end);
+    } else if (const std::optional<Block> toml = fenced(text, u"+++")) {
+        readToml(toml->head, matter);
+        takeHead(toml->end);
+    } else if (text.startsWith(u'{') && !text.startsWith(u"{{") && !text.startsWith(u"{%")) {
+        const qsizetype end = endOfJson(text);
+        if (end > 0) {
+            readJson(text.first(end), matter);
+            takeHead(end);
+            if (matter.body.startsWith(u'\n'))
+                matter.body.remove(0, 1);
+        }
+    }
+    return matter;
+}
+
+} // namespace velloria::exchange
