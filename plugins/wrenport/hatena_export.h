@@ -1,0 +1,28 @@
+// A diary of Hatena out of our entries.
+#pragma once
+
+#include "common/diary_file.h"
+
+#include <functional>
+#include <string_view>
+
+namespace velloria::plugins::wrenport {
+
+/// Writes the entries as they are handed over, which must be all of a day at a time.
+class HatenaWriter {
+public:
+    explicit HatenaWriter(std::function<void(std::string_view)> write);
+
+    void add(const Entry& entry);
+    void finish();
+
+private:
+    void endDay();
+
+    std::function<void(std::string_view)> m_write;
+    std::string m_day;
+    std::string m_kept;
+    std::string m_body;
+};
+
+} // namespace velloria::plugins::wrenport
