@@ -36,6 +36,7 @@ inline constexpr PlaceSettings kFindPlace = placeIn(u"Find");
 inline constexpr PlaceSettings kLogPlace = placeIn(u"Log");
 inline constexpr PlaceSettings kPreferencePlace = placeIn(u"Preference");
 inline constexpr PlaceSettings kExportCustFilePlace = placeIn(u"ExportCustFile");
+inline constexpr PlaceSettings kMemoPlace = placeIn(u"Memo"); // of the memo program
 inline constexpr PlaceSettings kBlogManagerPlace = placeIn(u"BlogManager");
 
 inline constexpr SettingsSection kCustomize{SettingsFile::Diary, u"Customize"};
