@@ -60,7 +60,8 @@ typedef struct velloria_information {
     int32_t (*get_version_revision)(void);
 } velloria_information;
 
-/* "VellInfo.dll": writes a page about a diary. */
+/* "VellInfo.dll": writes a page about a diary. A link in it to "event:2026/11/23_1" opens that day's first entry in the
+   editor. */
 typedef struct velloria_diary_information {
     uint32_t size; /* of this structure */
     /* The diary database, and the page to write. 0 when either can't be used. */

@@ -5,6 +5,7 @@
 #include "vellinfo/html.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace velloria::plugins::vellinfo {
@@ -15,7 +16,7 @@ constexpr double kLeft = 40; ///< for the numbers beside the lines
 constexpr double kTop = 10;
 constexpr double kPlotHeight = 110;
 constexpr double kLabelHeight = 18;
-constexpr std::size_t kMostLabels = 12;
+constexpr double kWidestColumn = 48;
 
 /// With one place behind the point, and none where that is zero.
 std::string length(double value) {
@@ -78,19 +79,34 @@ double widthOf(std::size_t columns) {
     return (kWidth - kLeft) / static_cast<double>(std::max<std::size_t>(columns, 1));
 }
 
+/// About what a label takes, with room to the next one.
+double widthOf(const std::string& label) {
+    constexpr double kHalf = 5.8;
+    double width = 10;
+    for (std::string_view rest = label; !rest.empty();)
+        width += takeCharacter(rest) < 0x80 ? kHalf : 2 * kHalf;
+    return width;
+}
+
 /// As many labels as have room, each below the middle of its column.
 template <typename Columns>
 std::string labelsBelow(const Columns& columns, double y) {
     const double width = widthOf(columns.size());
-    const std::size_t step = (columns.size() + kMostLabels - 1) / kMostLabels;
+    double room = 0;
+    for (const auto& column : columns)
+        room = std::max(room, widthOf(column.label));
+    const auto step = static_cast<std::size_t>(std::ceil(room / width));
     std::string svg;
-    for (std::size_t at = 0; at < columns.size(); at += step)
-        svg += textAt(kLeft + width * (static_cast<double>(at) + 0.5), y, "below", columns[at].label);
+    for (std::size_t at = 0; at < columns.size(); at += step) {
+        const double middle = kLeft + width * (static_cast<double>(at) + 0.5);
+        svg += textAt(std::min(middle, kWidth - room / 2 + 5), y, "below", columns[at].label);
+    }
     return svg;
 }
 
+/// What a column leaves free of its place.
 double gapOf(double width) {
-    return std::min(width * 0.2, 3.0);
+    return std::max(std::min(width * 0.2, 3.0), width - kWidestColumn);
 }
 
 } // namespace

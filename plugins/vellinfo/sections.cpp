@@ -87,7 +87,7 @@ std::string recordsSection(const Diary& diary, const Figures& figures) {
         }
         return table;
     };
-    std::string html = "<div class=\"scroll\">" + printed(runs) + "</div>\n";
+    std::string html = "<h3>続いた日</h3>\n" + printed(runs, "texts");
     if (runs.rows.empty())
         html = paragraph("日付のわかる日記がありません。");
     const auto add = [&](const char* title, const Table& table) {

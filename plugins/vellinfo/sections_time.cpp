@@ -230,7 +230,8 @@ std::string hoursSection(const Diary&, const Figures& figures) {
     const std::string told =
         number(figures.byHour[kNoHour].entries) + "件には時刻がありません。" + mostOf(columns, "件");
     return html + "<div><h3>" + title + "</h3>\n" + columnChart({title, told}, columns) + folded(table) +
-           "</div>\n</div>\n<p class=\"counted\">曜日は日記の日付、時刻は日記が最後に記録した時刻のものです。</p>\n";
+           "</div>\n</div>\n<p "
+           "class=\"counted\">曜日は日記の日付のもの、時刻は日記を最後に保存したときのものです。</p>\n";
 }
 
 } // namespace velloria::plugins::vellinfo

@@ -65,8 +65,8 @@ th, td { border: 1px solid var(--line); padding: .15rem .5rem; text-align: right
 th { font-weight: 600; }
 tbody th { text-align: left; }
 tfoot th, tfoot td { border-top: 2px solid var(--quiet); font-weight: 600; }
-table.texts td { text-align: left; white-space: normal; }
-table.texts td.figure { text-align: right; white-space: nowrap; }
+table.texts td, table.texts th { text-align: left; white-space: normal; }
+table.texts th { white-space: nowrap; }
 .private { border: 1px solid currentColor; border-radius: .2rem; padding: 0 .3rem; font-size: .75rem; white-space: nowrap; }
 @media (max-width: 30rem) {
   body { padding: .5rem; }

@@ -35,7 +35,7 @@ bool isWritable(const std::string& page) {
 int32_t setPaths(const char* database, const char* page) {
     return answers([&] {
         g_paths = {};
-        if (!database || !page || !vellinfo::isDatabase(database) || !isWritable(page))
+        if (!database || !page || !*page || !vellinfo::isDatabase(database) || !isWritable(page))
             return false;
         g_paths = {database, page};
         return true;

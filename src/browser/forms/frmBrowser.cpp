@@ -1,5 +1,6 @@
 #include "browser/forms/frmBrowser.h"
 
+#include "browser/forms/entry_scripts.h"
 #include "browser/forms/page_view.h"
 #include "browser/forms/web_page.h"
 #include "browser/forms/web_profile.h"
@@ -291,6 +292,7 @@ void frmBrowser::startEngine() {
     connect(shown, &WebPage::documentComplete, this,
             [this] { desktop::runCommand(m_context.desk, [this] { onDocumentComplete(); }); });
     connect(shown, &WebPage::frameComplete, this, [this] { bDocumentComplete = true; });
+    connect(shown, &WebPage::eventNamed, this, &frmBrowser::onEvent);
     connect(shown, &WebPage::addressOpened, this, [this](const QUrl& url) {
         desktop::runCommand(m_context.desk, [&] {
             m_context.desk.status(kLoading);
@@ -299,6 +301,16 @@ void frmBrowser::startEngine() {
     });
     if (!m_pending.isEmpty())
         shown->navigate(std::exchange(m_pending, {}));
+}
+
+/// What else is shown here may be anybody's, and has no say in what is edited.
+void frmBrowser::onEvent(const QString& name) {
+    const std::optional<EntryName> entry = entryOf(name);
+    const QUrl url = page()->url();
+    if (!entry || !url.isLocalFile() ||
+        !platform::isSameFile(url.toLocalFile(), core::files::kInformationPage.in(m_context.session)))
+        return;
+    desktop::runCommand(m_context.desk, [&] { m_context.requests.openEntry(entry->day, entry->number); });
 }
 
 void frmBrowser::onDocumentComplete() {

@@ -69,6 +69,7 @@ private:
     void waitForDrawing();
     void startEngine();
     void onDocumentComplete();
+    void onEvent(const QString& name);
     void openAddress();
     void previewPage();
     void goHome();
