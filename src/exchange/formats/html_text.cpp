@@ -1,5 +1,6 @@
 #include "exchange/formats/html_text.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
@@ -29,6 +30,13 @@ QString htmlParagraphs(const QString& text) {
     }
     close();
     return html.endsWith(u'\n') ? html.chopped(1) : html;
+}
+
+QString plainOfHtml(const QString& html) {
+    static const QRegularExpression tag(u"<[^<>]*>"_s);
+    QString text = QString(html).remove(tag);
+    text.replace(u"&lt;"_s, u"<"_s).replace(u"&gt;"_s, u">"_s).replace(u"&quot;"_s, u"\""_s);
+    return text.replace(u"&amp;"_s, u"&"_s).trimmed();
 }
 
 } // namespace velloria::exchange

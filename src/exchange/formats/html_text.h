@@ -12,4 +12,7 @@ QString htmlText(QStringView text);
 /// character is lost; of more than one empty line the rest stays as empty lines of the HTML.
 QString htmlParagraphs(const QString& text);
 
+/// A short piece of HTML as it reads, without its tags and trimmed: the other way of htmlText.
+QString plainOfHtml(const QString& html);
+
 } // namespace velloria::exchange

@@ -233,10 +233,12 @@ ForeignDiary readMarkdownDiary(const QString& path) {
         }
     };
     if (QFileInfo(path).isDir()) {
-        for (const QString& file : filesBelow(path, diary.losses)) {
-            if (isMarkdown(file) && !isOfSite(QDir(path).relativeFilePath(file)))
-                add(readOne({path, file}, diary.losses));
-        }
+        QStringList files = filesBelow(path, diary.losses);
+        files.removeIf(
+            [&](const QString& file) { return !isMarkdown(file) || isOfSite(QDir(path).relativeFilePath(file)); });
+        requireSize(path, files);
+        for (const QString& file : std::as_const(files))
+            add(readOne({path, file}, diary.losses));
     } else {
         add(readAlone({QFileInfo(path).path(), path}, diary.losses));
     }

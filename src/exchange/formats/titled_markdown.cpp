@@ -1,5 +1,6 @@
 #include "exchange/formats/titled_markdown.h"
 
+#include "exchange/formats/html_text.h"
 #include "exchange/formats/markdown_html.h"
 
 #include <QRegularExpression>
@@ -34,10 +35,7 @@ QString firstWords(const QString& markdown) {
 }
 
 QString plainMarkdown(const QString& line) {
-    static const QRegularExpression tag(u"<[^<>]*>"_s);
-    QString plain = htmlOfMarkdown(line).remove(tag);
-    plain.replace(u"&lt;"_s, u"<"_s).replace(u"&gt;"_s, u">"_s).replace(u"&quot;"_s, u"\""_s);
-    return plain.replace(u"&amp;"_s, u"&"_s).trimmed();
+    return plainOfHtml(htmlOfMarkdown(line));
 }
 
 } // namespace velloria::exchange

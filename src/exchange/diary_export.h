@@ -1,0 +1,30 @@
+// The whole diary for other programs: a folder of Markdown files, or lines of JSON.
+#pragma once
+
+#include "core/run.h"
+
+#include <QStringList>
+
+namespace velloria::exchange {
+
+/// What a person must know after it.
+struct DiaryExport {
+    int entries = 0;
+    int pictures = 0;    ///< copies beside the Markdown files
+    QStringList missing; ///< pictures that texts name and "DiaryParts" lacks
+    QStringList oddDays; ///< days that are no dates: Markdown files leave their entries out, JSON lines have them
+
+    /// One line about it.
+    QString text() const;
+};
+
+/// Writes one file an entry, "yyyy-mm-dd-n.md", to a new or empty folder, and the pictures that the texts show to
+/// "DiaryParts" below it. Our own import of it gives the diary back. Throws platform::Failure for a folder with
+/// anything in it, and for what the machine refuses; then the folder is as it was.
+DiaryExport exportMarkdown(const core::Run& run, const QString& folder);
+
+/// Writes each entry as the line of JSON that `entry put --keep-time` takes, days in their order. Throws
+/// platform::Failure, and the file is as it was.
+DiaryExport exportJsonLines(const core::Run& run, const QString& file);
+
+} // namespace velloria::exchange
