@@ -21,12 +21,6 @@ Error noMeans() {
     return Error("通信の準備ができません。メモリが足りないおそれがあります。");
 }
 
-Headers headersOfCall() {
-    curl_slist* headers = curl_slist_append(nullptr, "Content-Type: text/xml");
-    // A long name must not wait for a server's leave to be sent.
-    return {curl_slist_append(headers, "Expect:"), curl_slist_free_all};
-}
-
 /// One server that is being asked.
 class Asked {
 public:
@@ -70,13 +64,11 @@ public:
     Answer answer(CURLcode result) const {
         if (result != CURLE_OK)
             return {false, reason(result)};
-        long status = 0;
-        curl_easy_getinfo(easy(), CURLINFO_RESPONSE_CODE, &status);
         Answer answer = readAnswer(m_body);
         constexpr long kOk = 200;
-        if (status == kOk)
+        if (status() == kOk)
             return answer;
-        const std::string number = "サーバーの返事は HTTP " + std::to_string(status) + " です。";
+        const std::string number = "サーバーの返事は HTTP " + std::to_string(status()) + " です。";
         return {false, answer.isXml ? number + " " + answer.message : number};
     }
 
@@ -101,6 +93,13 @@ private:
         return size;
     }
 
+    /// 0 while no answer has begun.
+    long status() const {
+        long status = 0;
+        curl_easy_getinfo(easy(), CURLINFO_RESPONSE_CODE, &status);
+        return status;
+    }
+
     std::string reason(CURLcode result) const {
         if (m_isTooLarge)
             return "返事が大きすぎます。";
@@ -112,12 +111,18 @@ private:
             return "サーバーの名前が見つかりません。" + words;
         case CURLE_COULDNT_CONNECT:
             return "サーバーに接続できません。" + words;
+        case CURLE_SSL_CONNECT_ERROR:
+            return "暗号化した通信を始められません。" + words;
         case CURLE_PEER_FAILED_VERIFICATION:
             return "サーバーの証明書を信頼できません。" + words;
         case CURLE_TOO_MANY_REDIRECTS:
             return "転送が多すぎます。";
-        case CURLE_UNSUPPORTED_PROTOCOL:
+        case CURLE_UNSUPPORTED_PROTOCOL: // also for an answer without a head
+            if (status() == 0)
+                return "返事がHTTPの形ではありません。" + words;
             return "「http://」と「https://」のほかへ転送されました。" + words;
+        case CURLE_WEIRD_SERVER_REPLY:
+            return "返事がHTTPの形ではありません。" + words;
         case CURLE_GOT_NOTHING:
         case CURLE_PARTIAL_FILE:
         case CURLE_RECV_ERROR:
@@ -201,7 +206,7 @@ void sendPings(const std::vector<Server>& servers, const std::string& call, cons
                const PingLimits& limits) {
     if (!hasLibrary())
         throw noMeans();
-    const Headers headers = headersOfCall();
+    const Headers headers(curl_slist_append(nullptr, "Content-Type: text/xml"), curl_slist_free_all);
     Crowd crowd;
     std::size_t next = 0;
     while (next < servers.size() || crowd.size() > 0) {

@@ -60,7 +60,7 @@ def compare_rows(table, found, expected):
 def run_seed(options, seed):
     def compare(root):
         home = pathlib.Path(root) / "home"
-        shutil.copytree(options.factory, home, ignore=shutil.ignore_patterns("velloria*", "UserData"))
+        shutil.copytree(options.factory, home, ignore=shutil.ignore_patterns("velloria*", "UserData", "*.dll"))
         user = home / "UserData"
         user.mkdir()
         name, version, tables = old_diary(seed, user / "diary.mdb")

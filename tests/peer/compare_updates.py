@@ -154,7 +154,7 @@ class Trial:
         self.home = os.path.join(root, "home")
         # A proxy of whoever runs this does not know the site.
         self.environment = {name: value for name, value in os.environ.items() if not name.lower().endswith("_proxy")}
-        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*"))
+        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*", "*.dll"))
         if self.run_cli("start").returncode != 0:
             raise Difference("the start failed")
         self.factory = set(os.listdir(self.home))

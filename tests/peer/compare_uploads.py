@@ -31,7 +31,7 @@ class Trial:
         self.cli, self.upload, self.root, self.address = os.path.abspath(options.cli), upload, root, address
         self.home = os.path.join(root, "home")
         self.data = os.path.join(self.home, "UserData", "")
-        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*"))
+        shutil.copytree(options.factory, self.home, ignore=shutil.ignore_patterns("velloria", "velloria-*", "*.dll"))
         self.has_ping = False
         self.server_class = UploadServer
         self.on_command = lambda count: None    # called by the server's thread before the answer to each command

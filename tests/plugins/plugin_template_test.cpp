@@ -77,6 +77,12 @@ TEST_F(PluginTemplate, IsBuiltByTheCommandsOfThePageAndRuns) {
     EXPECT_TRUE(lacking.contains(file)) << lacking.toStdString();
 }
 
+TEST_F(PluginTemplate, TheHeaderIsForEveryLanguageThatKnowsC) {
+    for (const QString& standard : {u"c99"_s, u"c17"_s})
+        built(
+            u"cc -std=%1 -Wall -Wextra -pedantic -Werror -fsyntax-only -x c include/velloria_plugin.h"_s.arg(standard));
+}
+
 TEST_F(PluginTemplate, NeedsTheHeaderAlone) {
     const QRegularExpression ours(u"#include \"([^\"]+)\""_s);
     QStringList included;

@@ -113,7 +113,7 @@ def run_seed(options, seed):
 
     def compare(root):
         home = pathlib.Path(root) / "home"
-        shutil.copytree(options.factory, home, ignore=shutil.ignore_patterns("velloria*", "UserData"))
+        shutil.copytree(options.factory, home, ignore=shutil.ignore_patterns("velloria*", "UserData", "*.dll"))
         (home / "UserData").mkdir()
         (home / "UserData" / "diary.mdb").write_bytes(damaged)
         check_reader(options, home / "UserData" / "diary.mdb", description)
