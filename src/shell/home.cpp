@@ -29,7 +29,9 @@ const QStringList kRefreshed{u"*.blg"_s,
                              core::files::kFirstTextFormat.name,
                              core::files::kFirstHtmlFormat.name,
                              u"*.mht"_s,
-                             core::files::kTitlePicture.name};
+                             core::files::kTitlePicture.name,
+                             u"*.dll"_s,
+                             core::files::kMemo.name};
 /// Files that belong to the user once they are there.
 const QStringList kSeededOnce{core::files::kFirstCustomizeIni.name, u"HTML2TXT*.ini"_s, core::files::kEndpoints.name};
 
@@ -40,7 +42,7 @@ void copyMatching(const QString& from, const QString& to, const QStringList& pat
             const QFileInfo target(platform::existingPath(to + name));
             const bool isMissing = !target.exists();
             if (isMissing || (replacesOlder && source.lastModified() > target.lastModified()))
-                platform::copyFile(source.filePath(), target.filePath());
+                platform::copyFile(source.filePath(), target.filePath(), platform::modeOf(source.filePath(), 0666));
         }
     }
 }

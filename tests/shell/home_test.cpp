@@ -138,6 +138,25 @@ TEST_F(Home, IsSeededForTheUserWhenTheProgramsFolderCantBeWritten) {
     EXPECT_EQ(modeOf(seeded(u"hatena.blg"_s)) & 0200U, 0200U) << "a copy can be written";
 }
 
+TEST_F(Home, GetsPlugInsAndTheMemoProgramAsTheyAreAndNewerOnesInTheirPlace) {
+    for (const QString& name : {u"Larkport.dll"_s, u"of_somebody.dll"_s, u"VellMemo.exe"_s}) {
+        writeFile(path(name), "first");
+        ::chmod(QFile::encodeName(path(name)).constData(), 0755);
+        setTime(path(name), 1'000'000'000);
+    }
+    ASSERT_TRUE(seedsForNobody());
+    for (const QString& name : {u"Larkport.dll"_s, u"of_somebody.dll"_s, u"VellMemo.exe"_s}) {
+        EXPECT_EQ(bytesOf(seeded(name)), "first") << name.toStdString();
+        EXPECT_EQ(modeOf(seeded(name)) & 0111U, 0111U) << name.toStdString();
+        writeFile(path(name), "newer");
+        setTime(path(name), 1'100'000'000);
+    }
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_EQ(bytesOf(seeded(u"Larkport.dll"_s)), "newer");
+    EXPECT_EQ(bytesOf(seeded(u"VellMemo.exe"_s)), "newer");
+    EXPECT_EQ(modeOf(seeded(u"VellMemo.exe"_s)) & 0111U, 0111U);
+}
+
 TEST_F(Home, IsSeededWithTheFurtherCustomizeSetsOnce) {
     ASSERT_TRUE(seedsForNobody());
     EXPECT_FALSE(exists(seeded(u"Customize"_s))) << "the program had none";
