@@ -45,6 +45,13 @@ TEST_F(ImportGroups, ARowThatIsOverwrittenByHandStaysInItsGroup) {
     EXPECT_EQ(groups(), (QStringList{u"g2"_s, u"g1"_s}));
 }
 
+TEST_F(ImportGroups, FilesThatAreRegisteredForTheDaysStay) {
+    sql(u"INSERT INTO FileDB (FileName, Day, Number) VALUES ('a.gif', '2004/05/07', 1), ('b.gif', '2004/05/06', 3)"_s);
+    EXPECT_EQ(remove(u"g1"_s), (QStringList{u"2004/05/06"_s, u"2004/05/07"_s}));
+    EXPECT_EQ(sqlValue(u"SELECT group_concat(FileName || Day || Number) FROM FileDB"_s),
+              u"a.gif2004/05/071,b.gif2004/05/063"_s);
+}
+
 TEST_F(ImportGroups, ADeletionThatFailsAtTheCommitLeavesDiaryAndRescueFile) {
     {
         DiskWatch disk;

@@ -233,5 +233,63 @@ TEST_F(Plugin, GetsNoExceptionOfTheProgram) {
     EXPECT_EQ(stub.calls(), (QStringList{u"ok 1"_s, u"yes 0"_s, u"pings_execute"_s, u"release"_s}));
 }
 
+/// Reads, as an import does, and tells what the plug-in answered.
+bool reads(const platform::Plugin& plugin, const platform::PluginHost& host) {
+    bool hasRead = false;
+    plugin.use(&velloria_plugin::movable_type_exchange, host,
+               [&](const velloria_movable_type_exchange& exchange, void* object) {
+                   hasRead = plugin.check(exchange.read_entries(object));
+               });
+    return hasRead;
+}
+
+TEST_F(Plugin, ShowsWhatAnImportBringsAndGetsItsMark) {
+    stub.set("BRINGS", u"2004/05/07 2004/05/06 2004/05/07"_s);
+    stub.set("NOTES", u"コメント 2件\n画像 1件"_s);
+    const platform::Plugin plugin(installed());
+    std::optional<QString> mark = u"2004/05/06 日記"_s;
+    const platform::PluginHost asking(desk, [&](const platform::ImportPlan& plan) {
+        EXPECT_EQ(plan.program, u"Stub"_s);
+        EXPECT_EQ(plan.days, (QStringList{u"2004/05/07"_s, u"2004/05/06"_s, u"2004/05/07"_s}));
+        EXPECT_EQ(plan.notes, u"コメント 2件\r\n画像 1件"_s);
+        return mark;
+    });
+    EXPECT_TRUE(reads(plugin, asking));
+    mark.reset();
+    EXPECT_FALSE(reads(plugin, asking));
+    EXPECT_EQ(stub.calls(), (QStringList{u"read_entries"_s, u"mark 2004/05/06 日記"_s, u"release"_s, u"read_entries"_s,
+                                         u"no mark"_s, u"release"_s}));
+}
+
+TEST_F(Plugin, GetsNoMarkWhereNoImportIsWanted) {
+    stub.set("BRINGS", u"2004/05/07"_s);
+    EXPECT_FALSE(reads(platform::Plugin(installed()), host));
+    EXPECT_EQ(stub.calls(), (QStringList{u"read_entries"_s, u"no mark"_s, u"release"_s}));
+}
+
+TEST_F(Plugin, IsReleasedBeforeWhatItsImportHasThrownFliesOn) {
+    stub.set("BRINGS", u"2004/05/07"_s);
+    const platform::Plugin plugin(installed());
+    const platform::PluginHost failing(desk, [](const platform::ImportPlan&) -> std::optional<QString> {
+        throw platform::Failure(u"日記を開けません。"_s, u"diary.mdb"_s, {});
+    });
+    const platform::PluginHost throwing(desk, [](const platform::ImportPlan&) -> std::optional<QString> {
+        throw std::runtime_error("nobody answers");
+    });
+    EXPECT_TRUE(failureOf([&] { reads(plugin, failing); }).contains(u"日記を開けません。"_s));
+    EXPECT_TRUE(failureOf([&] { reads(plugin, throwing); }).contains(u"nobody answers"_s));
+    stub.set("THROWS", u"release 7"_s);
+    EXPECT_TRUE(failureOf([&] { reads(plugin, failing); }).contains(u"日記を開けません。"_s));
+    const QStringList once{u"read_entries"_s, u"no mark"_s, u"release"_s};
+    EXPECT_EQ(stub.calls(), once + once + once);
+}
+
+TEST_F(Plugin, WhosePartEndsAheadOfAMemberLacksIt) {
+    stub.set("LACKS", u"read_entries"_s);
+    const platform::Plugin plugin(installed());
+    EXPECT_TRUE(failureOf([&] { reads(plugin, host); }).contains(u"必要な機能がありません。"_s));
+    EXPECT_EQ(failureOf([&] { plugin.use(&velloria_plugin::hatena_exchange, host, kNothing); }), QString());
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -113,6 +113,8 @@ bool begin(Worker& worker) {
 }
 
 void addEntries(const Worker& worker) {
+    if (days().empty())
+        return;
     sqlite3* base = nullptr;
     sqlite3_open(worker.database.c_str(), &base);
     for (const std::string& day : days()) {
