@@ -3,6 +3,8 @@
 #include "platform/failure.h"
 #include "platform/utf8.h"
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::desktop {
@@ -22,6 +24,15 @@ bool runCommand(platform::Desk& desk, const std::function<void()>& action) {
         desk.failure(platform::Failure(u"処理を続けられません。"_s, {}, {}));
     }
     return false;
+}
+
+void runQuietly(platform::Desk& desk, const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const platform::Failure& failure) {
+        desk.notice(failure.line());
+        std::fputs(qUtf8Printable(u"velloria: "_s + failure.line() + u'\n'), stderr);
+    }
 }
 
 } // namespace velloria::desktop

@@ -12,4 +12,8 @@ namespace velloria::desktop {
 /// it came to its end.
 bool runCommand(platform::Desk& desk, const std::function<void()>& action);
 
+/// Within such a command: a platform::Failure ends it without a box, with a line on the status panel and on standard
+/// error.
+void runQuietly(platform::Desk& desk, const std::function<void()>& action);
+
 } // namespace velloria::desktop

@@ -218,7 +218,9 @@ void QtDesk::showBox(platform::MessageKind kind, const QString& text, const QStr
 
 bool QtDesk::ask(const QString& text, const QString& title) {
     prepareBox();
-    return Over(new YesNoBox(title, text, owner()))->isYes();
+    const Over box(new YesNoBox(title, text, owner()));
+    letScroll(*box.operator->());
+    return box->isYes();
 }
 
 std::optional<QString> QtDesk::choosePath(const platform::PathRequest& request) {

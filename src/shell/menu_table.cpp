@@ -1,7 +1,5 @@
 #include "shell/menu_table.h"
 
-#include <QRegularExpression>
-
 using namespace Qt::StringLiterals;
 
 namespace velloria::shell {
@@ -25,6 +23,7 @@ constexpr MenuRow kRows[] = {
     {2, "MnuImportNoFunction"_L1, u"no function", u"no function"},
     {2, "MnuMTImport"_L1, u"MovableType Import", u"MovableTypeインポート"},
     {2, "MnuHTNImport"_L1, u"Hatena Import", u"はてなインポート"},
+    {2, "MnuOtherImport"_L1, u"Other Formats...", u"その他の形式..."},
     {1, "MnuMinus1"_L1, u"", u""},
     {1, "MnuMakeLog"_L1, u"Make &Log", u"ログ作成(&L)"},
     {1, "MnuMinus"_L1, u"", u""},
@@ -115,29 +114,14 @@ constexpr MenuRow kRows[] = {
     {2, "mnuInsertFromCB_ExchangedText"_L1, u"HTMLに変換", u"HTMLに変換"},
 };
 
-constexpr QLatin1StringView kToCome[] = {
-    "MnuMTExport"_L1, "MnuHTNExport"_L1, "MnuImportNoFunction"_L1,
-    "MnuMTImport"_L1, "MnuHTNImport"_L1, "MnuNoPlugin"_L1,
-};
-
 } // namespace
 
 std::span<const MenuRow> menuRows() {
     return kRows;
 }
 
-std::span<const QLatin1StringView> commandsToCome() {
-    return kToCome;
-}
-
 QString captionOf(const MenuRow& row, core::MenuLanguage language) {
     return (language == core::MenuLanguage::English ? row.english : row.japanese).toString();
-}
-
-QString plainCaption(const QString& caption) {
-    static const QRegularExpression kKeyBehind(u"\\(&.\\)"_s);
-    QString plain = caption;
-    return plain.remove(kKeyBehind).remove(u'&');
 }
 
 } // namespace velloria::shell

@@ -1,7 +1,7 @@
 // The menus of the main window: their names, order and captions in both languages.
 //
 // A row is told here and in tests/data/shell/menus.tsv. What it does stands under its name in the table of its part,
-// `*/forms/*_commands.cpp`, or it is one of commandsToCome().
+// `*/forms/*_commands.cpp`.
 #pragma once
 
 #include "core/menu_language.h"
@@ -25,13 +25,7 @@ struct MenuRow {
 /// All rows. The last menu, `mnuContentsPopUp`, is not in the bar: the panes pop it up.
 std::span<const MenuRow> menuRows();
 
-/// Rows whose command is still to come: whoever picks one is told so.
-std::span<const QLatin1StringView> commandsToCome();
-
 /// The caption in this language, "&" in front of its key.
 QString captionOf(const MenuRow& row, core::MenuLanguage language);
-
-/// A caption without its key: "ファイル(&F)" and "&File" give "ファイル" and "File".
-QString plainCaption(const QString& caption);
 
 } // namespace velloria::shell

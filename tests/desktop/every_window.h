@@ -11,6 +11,7 @@
 #include "exchange/forms/frmDeleteImportDiary.h"
 #include "exchange/forms/frmExport.h"
 #include "exchange/forms/frmExportCust.h"
+#include "exchange/forms/frmOtherFormats.h"
 #include "registers/forms/frmResistFiles.h"
 #include "registers/forms/frmResistLogs.h"
 #include "shell/forms/frmBackups.h"
@@ -43,9 +44,9 @@ template <class Look>
 void forEveryWindow(desktop::Context& context, const Look& look) {
     lookAtEach<blog::frmBlogManager, convert::frmHTML2TXTSetting, editor::frmHTMLMakeFont, editor::frmHTMLMakeHR,
                editor::frmHTMLMakeImage, editor::frmHTMLMakeList, exchange::frmDeleteImportDiary, exchange::frmExport,
-               exchange::frmExportCust, registers::frmResistFiles, registers::frmResistLogs, shell::frmBackups,
-               shell::frmOptions, shell::frmUserManager, site::frmCustomize, site::frmCustomizeSelection, site::frmFind,
-               site::frmSaveLog, site::frmSetting>(context, look);
+               exchange::frmExportCust, exchange::frmOtherFormats, registers::frmResistFiles, registers::frmResistLogs,
+               shell::frmBackups, shell::frmOptions, shell::frmUserManager, site::frmCustomize,
+               site::frmCustomizeSelection, site::frmFind, site::frmSaveLog, site::frmSetting>(context, look);
 }
 
 } // namespace velloria::tests

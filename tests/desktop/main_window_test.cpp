@@ -68,12 +68,11 @@ TEST_F(MainWindow, IsEnglishForEnglishAlone) {
     EXPECT_EQ(caption(u"MnuTool"_s), u"&Tools"_s);
 }
 
-TEST_F(MainWindow, NamesACommandThatIsNotThereYet) {
-    press(u"MnuMTExport"_s);
-    EXPECT_EQ(boxes(), QStringList{u"plain: 「MovableTypeエクスポート」はまだ使えません。"_s});
-    setLanguage(u"English"_s);
-    press(u"MnuMTExport"_s);
-    EXPECT_EQ(boxes().last(), u"plain: 「MovableType Export」はまだ使えません。"_s);
+TEST_F(MainWindow, PlaceholdersDoNothing) {
+    desk.events = {};
+    for (const QString& name : {u"MnuNoPlugin"_s, u"MnuImportNoFunction"_s})
+        press(name);
+    EXPECT_EQ(desk.events, QJsonArray());
 }
 
 TEST_F(MainWindow, SaveHtmlWithoutATargetAsksForOne) {

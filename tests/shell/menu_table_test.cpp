@@ -75,11 +75,5 @@ TEST(MenuTable, TellsTheSameTwiceWhereTheToolMenusMeet) {
     EXPECT_EQ(caption(u"MnuSaveHTML_D"_s, MenuLanguage::English), caption(u"MnuSaveHTML"_s, MenuLanguage::English));
 }
 
-TEST(MenuTable, GivesCaptionsWithoutTheirKeys) {
-    EXPECT_EQ(shell::plainCaption(u"ファイル(&F)"_s), u"ファイル"_s);
-    EXPECT_EQ(shell::plainCaption(u"&File"_s), u"File"_s);
-    EXPECT_EQ(shell::plainCaption(u"Save HTML &As ..."_s), u"Save HTML As ..."_s);
-}
-
 } // namespace
 } // namespace velloria::tests

@@ -102,8 +102,6 @@ void MDIFormTop::makeDraftRow() {
 void MDIFormTop::connectCommands() {
     for (const desktop::MenuCommand& command : menuCommands(m_context))
         onCommand(command);
-    for (const QLatin1StringView name : commandsToCome())
-        onCommand({name, {}, [this, name] { tellNotYetThere(name); }});
 }
 
 void MDIFormTop::onCommand(const desktop::MenuCommand& command) {
@@ -116,11 +114,6 @@ void MDIFormTop::onCommand(const desktop::MenuCommand& command) {
     row->setShortcuts(command.keys);
     row->setShortcutVisibleInContextMenu(true);
     connect(row, &QAction::triggered, this, run);
-}
-
-void MDIFormTop::tellNotYetThere(const QString& name) {
-    m_context.desk.message(platform::MessageKind::Plain,
-                           u"「%1」はまだ使えません。"_s.arg(plainCaption(command(name)->text())), u"Velloria"_s);
 }
 
 void MDIFormTop::answerRequests() {

@@ -54,7 +54,6 @@ private:
     void makeDraftRow();
     void connectCommands();
     void onCommand(const desktop::MenuCommand& command);
-    void tellNotYetThere(const QString& name);
     void answerRequests();
     void showLine(const QString& line);
 

@@ -27,6 +27,7 @@ desktop::MenuCommands helpCommands(desktop::Context& context) {
     return {
         {"MnuSimpleManual"_L1, {}, [&context] { showManual(context, core::files::kSimpleManual); }},
         {"MnuManual"_L1, {Qt::Key_F1}, [&context] { showManual(context, core::files::kManual); }},
+        {"MnuNoPlugin"_L1, {}, [] {}}, // stands where there is nothing to choose
         {"MnuAbout"_L1, {}, [&context] { frmAbout(context).exec(); }},
         {"MnuHP"_L1, {}, [&context] { Click_FormAboutLabel(context); }},
         {"MnuMyBlog"_L1, {}, [&context] { Click_Zelkova(context); }},

@@ -6,7 +6,7 @@
 
 namespace velloria::shell {
 
-/// The tables of all parts: what each row of the menus does that is there (see `commandsToCome`).
+/// The tables of all parts: what each row of the menus does.
 desktop::MenuCommands menuCommands(desktop::Context& context);
 
 } // namespace velloria::shell
