@@ -41,6 +41,7 @@ void HatenaWriter::add(const Entry& entry) {
     const OwnNotation own = notationOf(entry);
     m_kept += keptXml(own.kept);
     m_body += escaped(own.text);
+    ++m_written;
 }
 
 void HatenaWriter::finish() {
@@ -51,7 +52,7 @@ void HatenaWriter::finish() {
 void HatenaWriter::endDay() {
     if (m_body.empty())
         return;
-    std::string date = escaped(keptText(m_day));
+    std::string date = m_day;
     std::ranges::replace(date, '/', '-');
     m_write("<day date=\"" + date + "\" title=\"\">\n" + m_kept + "<body>\n" + m_body + "</body>\n</day>\n");
     m_kept.clear();

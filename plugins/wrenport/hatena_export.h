@@ -15,11 +15,13 @@ public:
 
     void add(const Entry& entry);
     void finish();
+    int64_t written() const { return m_written; } ///< entries so far
 
 private:
     void endDay();
 
     std::function<void(std::string_view)> m_write;
+    int64_t m_written = 0;
     std::string m_day;
     std::string m_kept;
     std::string m_body;

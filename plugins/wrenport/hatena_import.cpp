@@ -211,10 +211,14 @@ private:
 
 } // namespace
 
-ImportedDiary importedDiary(std::string_view bytes, const ImportChoices& choices) {
+ImportedDiary importedDiary(std::string bytes, const ImportChoices& choices, const std::function<void()>& pump) {
     const DecodedText text = decoded(bytes);
+    bytes = {};
     Importer importer(choices);
-    const XmlReading reading = readHatenaXml(text.utf8, [&](HatenaDay&& day) { importer.take(std::move(day)); });
+    const XmlReading reading = readHatenaXml(text.utf8, [&](HatenaDay&& day) {
+        importer.take(std::move(day));
+        pump();
+    });
     ImportedDiary diary{importer.entries(), importer.notes().text(reading, text)};
     if (diary.entries.empty())
         throw Error("持ち込める日記がありません。" + (diary.notes.empty() ? "" : "\n" + diary.notes));

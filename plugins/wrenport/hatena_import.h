@@ -3,8 +3,8 @@
 
 #include "common/diary_file.h"
 
+#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace velloria::plugins::wrenport {
@@ -22,7 +22,8 @@ struct ImportedDiary {
     std::string notes;          ///< for the person, before anything is written; LF between the lines
 };
 
-/// Reads the bytes of a file. Throws Error, which does not name the file, for what is no such diary or holds no entry.
-ImportedDiary importedDiary(std::string_view bytes, const ImportChoices& choices);
+/// Reads the bytes of a file; `pump` is called now and then. Throws Error, which does not name the file, for what is no
+/// such diary or holds no entry.
+ImportedDiary importedDiary(std::string bytes, const ImportChoices& choices, const std::function<void()>& pump);
 
 } // namespace velloria::plugins::wrenport

@@ -1,5 +1,6 @@
 // "Wrenport.dll": import and export of the diary XML of Hatena.
 #include "common/calls.h"
+#include "common/dates.h"
 #include "common/diary_file.h"
 #include "common/input_file.h"
 #include "common/output_file.h"
@@ -22,6 +23,11 @@ constexpr char kSection[] = "Import";
 bool isReadable(const char* path) {
     struct stat status;
     return ::stat(path, &status) == 0 && S_ISREG(status.st_mode) && ::access(path, R_OK) == 0;
+}
+
+bool isDay(const std::string& day) {
+    const auto time = dateTimeOf(day);
+    return time && time->dayKey() == day;
 }
 
 /// One run of an import or export.
@@ -47,7 +53,7 @@ public:
 
     bool openFile(const char* path, bool isExport) {
         m_path = path;
-        m_isExport = isExport;
+        m_output.reset();
         if (!isExport)
             return isReadable(path);
         try {
@@ -59,40 +65,59 @@ public:
     }
 
     bool writeEntries() {
-        m_host.status("はてな形式で書き出しています");
+        if (diary().count() == 0)
+            throw Error("書き出す日記がありません。");
         HatenaWriter writer([&](std::string_view text) { m_output->write(text); });
-        m_diary->read([&](const Entry& entry) { writer.add(entry); });
+        int64_t skipped = 0;
+        diary().read([&](const Entry& entry) {
+            if (isDay(entry.day))
+                writer.add(entry);
+            else
+                ++skipped;
+        });
+        if (writer.written() == 0)
+            throw Error("書き出せる日記がありません。どの日記も日付が正しくありません。");
         writer.finish();
+        m_report = std::to_string(writer.written()) + "件の日記を書き出しました。";
+        if (skipped > 0)
+            m_report += "日付が正しくない" + std::to_string(skipped) + "件は書き出していません。";
         return true;
     }
 
     bool finish() {
-        if (!m_isExport)
+        if (!m_output)
             return import();
         m_output->commit();
+        m_output.reset();
+        m_host.status(m_report);
         return true;
     }
 
 private:
     bool import() {
-        m_host.status("はてな形式の日記を読んでいます");
-        const ImportedDiary diary = read();
+        const ImportedDiary imported = read();
         std::vector<const char*> days;
-        days.reserve(diary.entries.size());
-        for (const Entry& entry : diary.entries)
+        days.reserve(imported.entries.size());
+        for (const Entry& entry : imported.entries)
             days.push_back(entry.day.c_str());
-        const velloria_import_plan plan{sizeof plan, kName, uint32_t(days.size()), days.data(), diary.notes.c_str()};
+        const velloria_import_plan plan{sizeof plan, kName, uint32_t(days.size()), days.data(), imported.notes.c_str()};
         const char* mark = m_host.beginImport(plan);
         if (!mark)
             return false;
-        m_diary->append(diary.entries, mark);
+        diary().append(imported.entries, mark);
         return true;
     }
 
+    DiaryFile& diary() {
+        if (!m_diary)
+            throw Error("日記データベースが開かれていません。");
+        return *m_diary;
+    }
+
     ImportedDiary read() const {
-        const std::string bytes = readFile(m_path);
+        std::string bytes = readFile(m_path);
         try {
-            return importedDiary(bytes, m_choices);
+            return importedDiary(std::move(bytes), m_choices, [this] { m_host.pump(); });
         } catch (const Error& error) {
             throw Error("はてな形式の日記を読み込めません。\n" + m_path + "\n" + error.what() +
                         "\n日記は変更されていません。");
@@ -105,7 +130,7 @@ private:
     std::string m_path;
     ImportChoices m_choices;
     std::unique_ptr<OutputFile> m_output;
-    bool m_isExport = false;
+    std::string m_report;
 };
 
 Exchange& exchangeOf(void* object) {
@@ -121,6 +146,7 @@ constexpr velloria_hatena_exchange kExchange{
     [](void*) { return does([] {}); },
     [](void* object) { return answers([&] { return exchangeOf(object).writeEntries(); }); },
     [](void* object, const char* path, int32_t* isAccepted, int32_t isExport) {
+        *isAccepted = 0;
         return does([&] { *isAccepted = exchangeOf(object).openFile(path, isExport != 0) ? 1 : 0; });
     },
     [](void* object) { return answers([&] { return exchangeOf(object).finish(); }); }};

@@ -28,7 +28,7 @@ std::string shown(const Entry& entry) {
 
 void expectRoundTrip(const std::vector<Entry>& entries, const ImportChoices& choices = {}) {
     const std::string xml = written(entries);
-    const ImportedDiary diary = importedDiary(xml, choices);
+    const ImportedDiary diary = importedDiary(xml, choices, [] {});
     EXPECT_EQ(diary.notes, "");
     ASSERT_EQ(diary.entries.size(), entries.size());
     for (std::size_t index = 0; index < entries.size(); ++index)
