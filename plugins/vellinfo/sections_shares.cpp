@@ -29,7 +29,7 @@ std::vector<std::string> countCells(const std::string& name, const std::vector<s
 
 std::string courseOf(const std::string& id, const std::string& what, const Course& course) {
     const std::string title = what + "の移り変わり";
-    Table table{id, title + "（日記の数）", {course.isByMonth ? "月" : "年"}, {}, {}};
+    Table table{id, title + "と日記の数", {course.isByMonth ? "月" : "年"}, {}, {}};
     std::vector<std::string> names;
     for (const std::string& name : course.names) {
         names.push_back(nameOf(name));

@@ -63,7 +63,7 @@ table { border-collapse: collapse; font-size: .875rem; line-height: 1.5; font-va
 caption { text-align: left; color: var(--quiet); }
 th, td { border: 1px solid var(--line); padding: .15rem .5rem; text-align: right; white-space: nowrap; }
 th { font-weight: 600; }
-tbody th { text-align: left; }
+tbody th, tfoot th { text-align: left; }
 tfoot th, tfoot td { border-top: 2px solid var(--quiet); font-weight: 600; }
 table.texts td, table.texts th { text-align: left; white-space: normal; }
 table.texts th { white-space: nowrap; }
@@ -72,6 +72,7 @@ table.texts th { white-space: nowrap; }
   body { padding: .5rem; }
   section { padding: .7rem; }
 }
+@page { margin: 12mm; }
 @media print {
   :root {
     color-scheme: light;
@@ -83,8 +84,8 @@ table.texts th { white-space: nowrap; }
   svg, .legend { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
   nav, details:not([open]), summary { display: none; }
   section { border: 0; padding: 0; margin: 0 0 1.2rem; }
-  h2, h3 { break-after: avoid; }
-  svg, .pair > div, tr { break-inside: avoid; }
+  h2, h3, p.quiet { break-after: avoid; }
+  svg, .pair > div, tr, table.texts { break-inside: avoid; }
   .scroll { overflow: visible; }
 }
 )css";
