@@ -8,12 +8,16 @@ import resource
 import shutil
 import sqlite3
 import subprocess
+import sys
 import tempfile
 import types
 import unittest
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+
 from compare_uploads import Trial, put_file
 from peer_text import encode_page
+from ping_server import PingServer
 from random_upload import PlainUpload
 from upload_server import address_of, can_serve
 
@@ -173,6 +177,27 @@ class GoodRuns(UploadTest):
         self.assertEqual([call.split(" ")[0] for call in calls[:5]],
                          ["set_pop_up", "set_ping_list_file", "set_blog_url", "set_blog_name", "pings_execute"])
         self.assertEqual(calls[:2], ["set_pop_up 0", f"set_ping_list_file {self.data}PINGList.csv"])
+
+    def test_the_plugin_that_comes_along_tells_the_servers(self):
+        self.filled(ping=True)
+        shutil.copy(os.path.join(PROGRAM, "Chimer.dll"), self.trial.home)
+        with PingServer() as server:
+            put_file(self.data + "PINGList.csv", f"{server.url}ok,甲\r\n{server.url}flerror\r\n".encode("cp932"))
+            self.trial.run_upload()
+        self.assertEqual(self.trial.result.returncode, 0, self.trial.result)
+        self.assertEqual(sorted(path for path, _, _ in server.calls), ["/flerror", "/ok"])
+        self.assertEqual([event[1] for event in self.trial.events if event[0] == "status"][-1],
+                         "PING: 2件中1件に送信しました。理由はping.logにあります。")
+        with open(self.data + "ping.log", encoding="utf-8") as log:
+            self.assertIn(f"\t{server.url}ok\t甲\t完了\t", log.read())
+
+    def test_a_list_that_is_missing_is_a_failure_behind_a_good_upload(self):
+        self.filled(ping=True)
+        shutil.copy(os.path.join(PROGRAM, "Chimer.dll"), self.trial.home)
+        self.trial.run_upload()
+        self.assertEqual(self.trial.result.returncode, 1)
+        self.assertIn("PINGList.csv", self.trial.result.stderr.decode())
+        self.assertIsNotNone(self.stored("/pub/x.htm"))
 
     def test_a_missing_plugin_is_a_failure_behind_a_good_upload(self):
         self.filled(ping=True).compare()

@@ -134,7 +134,7 @@ class WordPress(LoopbackServer):
                                         "PHP_CLI_SERVER_WORKERS": "3"}
 
     def php(self, *arguments):
-        extensions = ["ctype", "mbstring", "mysqlnd", "mysqli", "tokenizer"]
+        extensions = ["ctype", "mbstring", "mysqlnd", "mysqli", "tokenizer", "xml"]
         (folder,) = glob.glob(program("usr/lib/php/2*"))
         return [program("usr/bin/php8.2"), "-n", "-d", f"extension_dir={folder}", "-d", "zend_extension=opcache",
                 *(part for name in extensions for part in ("-d", f"extension={name}")),
@@ -169,7 +169,7 @@ class WordPress(LoopbackServer):
         self.database.stop()
 
     def put_must_use(self, text):
-        """The text of the file that changes the editor for all users; none without one."""
+        """The text of a file that changes the blog for all users; none without one."""
         folder = os.path.join(self.root, "wp-content/mu-plugins")
         shutil.rmtree(folder, ignore_errors=True)
         if text is not None:
