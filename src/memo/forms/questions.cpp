@@ -12,6 +12,14 @@ using namespace Qt::StringLiterals;
 namespace velloria::memo {
 namespace {
 
+/// The keyboard goes back to where it was.
+void giveBack(QWidget* window) {
+    if (!window || !window->isVisible())
+        return;
+    window->raise();
+    window->activateWindow();
+}
+
 template <typename Answer>
 struct Choice {
     Answer answer;
@@ -39,6 +47,7 @@ Answer choose(QWidget& owner, const Words& words, const QString& text, const std
             answer = meaning;
     }
     delete box;
+    giveBack(&owner);
     return answer;
 }
 
@@ -77,6 +86,7 @@ std::optional<QString> askPassword(QWidget* owner, const Words& words) {
     const bool isAccepted = dialog->exec() == QDialog::Accepted && dialog;
     const std::optional<QString> password = isAccepted ? std::optional(dialog->textValue()) : std::nullopt;
     delete dialog;
+    giveBack(owner);
     return password;
 }
 
