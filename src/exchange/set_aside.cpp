@@ -13,13 +13,16 @@ using namespace Qt::StringLiterals;
 namespace velloria::exchange {
 namespace {
 
-/// A free name beside the file, which tells whoever finds it there after a power failure what it is.
-QString freeNameBeside(const QString& file) {
+/// The name tells whoever finds it after a power failure what it is.
+QString nameBeside(const QString& file, int number) {
     constexpr qsizetype kLongestBeginning = 50; // a name has 255 bytes, a character up to four
-    const QString folder = core::withSeparator(core::GetParentFolder(file));
-    const QString beginning = core::GetFileName(file).left(kLongestBeginning);
+    return core::withSeparator(core::GetParentFolder(file)) + core::GetFileName(file).left(kLongestBeginning) +
+           u".velloria-old%1"_s.arg(number);
+}
+
+QString freeNameBeside(const QString& file) {
     for (int number = 1;; ++number) {
-        const QString name = folder + beginning + u".velloria-old%1"_s.arg(number);
+        const QString name = nameBeside(file, number);
         if (!QFileInfo::exists(name) && !QFileInfo(name).isSymLink())
             return name;
     }
@@ -29,12 +32,15 @@ QString freeNameBeside(const QString& file) {
 
 SetAside::SetAside(QString file)
     : m_file(std::move(file)) {
-    if (!QFileInfo(m_file).isFile())
-        return;
-    platform::requireReplaceable(m_file);
-    const QString aside = freeNameBeside(m_file);
-    platform::moveFile(m_file, aside);
-    m_aside = aside;
+    platform::removeLeftovers(m_file);
+    if (QFileInfo(m_file).isFile()) {
+        platform::requireReplaceable(m_file);
+        const QString aside = freeNameBeside(m_file);
+        platform::moveFile(m_file, aside);
+        m_aside = aside;
+    } else if (const QString left = nameBeside(m_file, 1); !QFileInfo::exists(m_file) && QFileInfo(left).isFile()) {
+        m_aside = left; // by a run that was killed
+    }
 }
 
 SetAside::~SetAside() {

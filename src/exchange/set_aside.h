@@ -9,7 +9,8 @@ namespace velloria::exchange {
 /// told to be whole, the old one has its name again when this goes.
 class SetAside {
 public:
-    /// Moves `file`, no link, out of the way if it is there. Throws platform::Failure, and then it is where it was.
+    /// Moves `file`, no link, out of the way if it is there; what a run that was killed has moved counts as well.
+    /// Throws platform::Failure, and then it is where it was.
     explicit SetAside(QString file);
     ~SetAside();
     SetAside(const SetAside&) = delete;

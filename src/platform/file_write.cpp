@@ -50,7 +50,7 @@ void syncFolder(const QByteArray& folder) {
 /// by a run that was killed.
 constexpr QByteArrayView kTemporaryPrefix = ".velltmp-";
 
-void removeLeftovers(const QByteArray& folder) {
+void removeLeftoversOf(const QByteArray& folder) {
     DIR* const listing = ::opendir(folder.isEmpty() ? "." : folder.constData());
     if (!listing)
         return;
@@ -73,7 +73,7 @@ void removeLeftoversOnce(const QByteArray& folder) {
     if (done.contains(folder))
         return;
     done.insert(folder);
-    removeLeftovers(folder);
+    removeLeftoversOf(folder);
 }
 
 enum class Link { Kept, Replaced };
@@ -283,6 +283,10 @@ void moveFile(const QString& from, const QString& to) {
     if (::rename(source.constData(), target.constData()) != 0)
         refuse(kCantSave, to, errno);
     syncFolder(folderOf(target));
+}
+
+void removeLeftovers(const QString& file) {
+    removeLeftoversOf(folderOf(QFile::encodeName(file)));
 }
 
 void syncFile(const QString& file) {

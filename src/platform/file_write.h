@@ -51,6 +51,9 @@ void placeFile(const QString& from, const QString& to);
 /// when this returns. Throws Failure, and both are as they were.
 void moveFile(const QString& from, const QString& to);
 
+/// Removes what killed runs have left half written beside the file. The functions of this header do so themselves.
+void removeLeftovers(const QString& file);
+
 /// Brings a file that somebody else wrote to the disk. Throws Failure.
 void syncFile(const QString& file);
 

@@ -79,6 +79,21 @@ TEST_F(SetAside, TakesNoNameThatIsTaken) {
     EXPECT_EQ(bytesOf(file + u".velloria-old1"_s), "of a run that was killed");
 }
 
+TEST_F(SetAside, TakesUpWhatAKilledRunHasSetAside) {
+    const QString left = file + u".velloria-old1"_s;
+    writeFile(left, "old");
+    writeFile(path(u"out/.velltmp-1"_s), "half of the n");
+    { const exchange::SetAside aside(file); }
+    EXPECT_EQ(bytesOf(file), "old");
+    EXPECT_EQ(names(), QStringList{u"x.txt"_s});
+    ASSERT_TRUE(QFile::rename(file, left));
+    exchange::SetAside aside(file);
+    writeFile(file, "new");
+    EXPECT_EQ(aside.drop(), QString());
+    EXPECT_EQ(bytesOf(file), "new");
+    EXPECT_EQ(names(), QStringList{u"x.txt"_s});
+}
+
 TEST_F(SetAside, WorksForALongName) {
     const QString longName = path(u"out/"_s) + QString(85, u'あ'); // 255 bytes
     writeFile(longName, "old");

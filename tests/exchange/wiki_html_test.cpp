@@ -44,7 +44,8 @@ TEST(WikiHtml, EachMarkIsItsElement) {
 }
 
 TEST(WikiHtml, NoNestingIsTooDeep) {
-    for (const QString& mark : {u"*"_s, u"\"\""_s, u"!"_s, u"||"_s, u"''a'''"_s, u"[["_s, u"[[|"_s, u"{{"_s, u":"_s, u"=="_s})
+    for (const QString& mark :
+         {u"*"_s, u"\"\""_s, u"!"_s, u"||"_s, u"''a'''"_s, u"[["_s, u"[[|"_s, u"{{"_s, u":"_s, u"=="_s})
         EXPECT_FALSE(htmlOfWiki(mark.repeated(100'000 / mark.size()) + u"x"_s).isEmpty());
 }
 

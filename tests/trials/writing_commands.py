@@ -12,7 +12,7 @@ import shutil
 import sqlite3
 from contextlib import closing
 
-from home import CliTest, entry, read, write
+from home import PROGRAM, CliTest, entry, read, write
 
 BLOGS = ["WordPress", "tDiary"]
 FIRST_TRIALS = int(os.environ.get("VELLORIA_FIRST_TRIAL", "0"))
@@ -39,6 +39,13 @@ def put_line(variant, day, **members):
 def tagged(variant):
     return (f"＜日付＞2004/06/0{variant + 1}＜／日付＞\n＜タイトル＞clip {variant}＜／タイトル＞\n"
             f"＜内容＞clip text {variant}＜／内容＞")
+
+
+def hatena(variant):
+    """Entries in the format of Hatena."""
+    days = "".join(f'<day date="2004-05-1{day}" title=""><body>\n*p1*brought {variant}\n{"words " * 500}\n</body></day>\n'
+                   for day in range(5))
+    return f'<?xml version="1.0" encoding="UTF-8"?>\n<diary>\n{days}</diary>\n'
 
 
 def titled(title):
@@ -127,6 +134,9 @@ COMMANDS = [
                                            "raw", "--unit", "one", "--out", t.root + f"/out{v}.txt"],
                    has_file("out{}.txt", "kept")),
     WritingCommand("clipboard", lambda t, v: ["import", "clipboard", "--formatted", "-"], titled("clip"), tagged),
+    WritingCommand("hatena import", lambda t, v: ["hatena", "import", t.inputs + f"/hatena{v}.xml"], titled("brought")),
+    WritingCommand("hatena export", lambda t, v: ["hatena", "export", t.root + f"/out{v}.xml"],
+                   has_file("out{}.xml", "kept")),
     WritingCommand("delete import", lambda t, v: ["import", "delete", f"group {v}"], without_title("imported")),
     WritingCommand("ini set", lambda t, v: ["ini", "set", t.diary_ini, "Trial", f"New{v}", "1"],
                    lambda t, v: t.ini("diary.ini", "Trial", f"New{v}").strip() == "1"),
@@ -170,6 +180,7 @@ class TrialTest(CliTest):
 
     def setUp(self):
         super().setUp()
+        shutil.copy2(os.path.join(PROGRAM, "Wrenport.dll"), self.home)
         self.use_site()
         rows = [entry(f"2004/02/0{i + 1}", f"kept {i}", Contents=f"old text {i} " * 500) for i in range(8)]
         for i in range(2):
@@ -180,6 +191,7 @@ class TrialTest(CliTest):
             write(self.inputs + f"/old{i}.gif", f"old picture {i} " * 400)
             write(self.inputs + f"/page{i}.htm", f"<p>page {i}</p>\r\n")
             write(self.inputs + f"/registered{i}.htm", f"<p>registered {i}</p>\r\n")
+            write(self.inputs + f"/hatena{i}.xml", hatena(i))
             write(self.inputs + f"/look{i}.cst", f"[Body]\r\nBackColor=look{i}\r\n")
             write(self.data + f"Customize/set{i}.ini", f"[General]\r\nHPTitle=set {i}\r\n" + "; line\r\n" * 4000)
             os.makedirs(self.root + f"/as{i}")
