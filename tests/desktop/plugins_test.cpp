@@ -1,6 +1,7 @@
 // The commands of the main window that work through plug-ins.
 #include "core/ini.h"
 #include "support/desktop_home.h"
+#include "support/http_server.h"
 #include "support/plugin_home.h"
 
 #include <QJsonObject>
@@ -40,6 +41,22 @@ TEST_F(PluginCommands, PingTellsItsFailure) {
     ASSERT_EQ(failures.size(), 2);
     EXPECT_TRUE(failures[0].contains(u"ファイルがありません。"_s)) << failures[0].toStdString();
     EXPECT_TRUE(failures[1].contains(u"the stub fails"_s)) << failures[1].toStdString();
+}
+
+TEST_F(PluginCommands, ThePingThatComesAlongTellsHowItWentOnTheStatusBar) {
+    ASSERT_TRUE(QFile::copy(QStringLiteral(VELLORIA_PROGRAM_FOLDER "/Chimer.dll"), session.MyPath + u"Chimer.dll"_s));
+    HttpServer server;
+    server.answerWith({"HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n"});
+    writeFile(session.UserPath + u"PINGList.csv"_s,
+              QByteArray("http://127.0.0.1:%1/,x\r\n").replace("%1", QByteArray::number(server.port())));
+    desk.events = {};
+    press(u"MnuPING"_s);
+    EXPECT_EQ(desk.texts(u"failure"_s), QStringList());
+    EXPECT_EQ(lastStatus(), u"PING: 1件中0件に送信しました。理由はping.logにあります。"_s);
+    EXPECT_TRUE(server.request().startsWith("POST / HTTP/1.1\r\n"));
+    EXPECT_TRUE(exists(session.UserPath + u"ping.log"_s));
+    press(u"MnuChimerDll"_s);
+    EXPECT_EQ(boxes().last(), u"plain: Chimer.dll Version 1.0.0"_s);
 }
 
 TEST_F(PluginCommands, EveryVersionComesFromThePluginOfThatName) {

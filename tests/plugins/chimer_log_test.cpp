@@ -4,10 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 
 namespace velloria::plugins {
 namespace {
@@ -28,7 +29,8 @@ protected:
     }
     /// The log of one run, with "T" for each time.
     std::string shown() const {
-        return std::regex_replace(content(), std::regex("\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d"), "T");
+        static const QRegularExpression kTime(QStringLiteral("\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d"));
+        return QString::fromStdString(content()).replace(kTime, QStringLiteral("T")).toStdString();
     }
     static Server server(const std::string& address, const std::string& name = {}) { return {Address(address), name}; }
     void run(const std::string& end) const { PingLog(list()).write(end); }
