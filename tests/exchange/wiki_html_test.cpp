@@ -24,7 +24,7 @@ TEST(WikiHtml, EachMarkIsItsElement) {
         {u"''a'' '''b''' ==c== ``d``"_s, u"<p><em>a</em> <strong>b</strong> <del>c</del> <code>d</code></p>\n"_s},
         {u"[[言葉|http://x/?a&b]] [[http://y/]] http://z/."_s,
          u"<p><a href=\"http://x/?a&amp;b\">言葉</a> <a href=\"http://y/\">http://y/</a> <a href=\"http://z/.\">http://z/.</a></p>\n"_s},
-        {u"a < b & \"c\""_s, u"<p>a &lt; b &amp; &quot;c&quot;</p>\n"_s},
+        {u"a < b & \"c\""_s, u"<p>a &lt; b &amp; \"c\"</p>\n"_s},
         {u":用語:説明\n:a"_s, u"<dl>\n<dt>用語</dt><dd>説明</dd>\n<dt>a</dt>\n</dl>\n"_s},
         {u":[[a:b|http://x/]]:c"_s, u"<dl>\n<dt><a href=\"http://x/\">a:b</a></dt><dd>c</dd>\n</dl>\n"_s},
         {u"\"\"a\n\"\" * b"_s, u"<blockquote>\n<p>a</p>\n<ul><li>b</li></ul>\n</blockquote>\n"_s},

@@ -1,5 +1,6 @@
 #include "exchange/formats/front_matter.h"
 
+#include "exchange/formats/yaml.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
 
@@ -7,7 +8,6 @@
 #include <QJsonObject>
 
 #include <toml++/toml.h>
-#include <yaml-cpp/yaml.h>
 
 #include <sstream>
 
@@ -37,49 +37,50 @@ FrontValue listOf(const List& list, Read read) {
 }
 
 /// Null for nothing.
-std::optional<QString> yamlText(const YAML::Node& node) {
-    if (node.IsNull())
+std::optional<QString> yamlText(const YamlNode& node) {
+    if (node.isNull())
         return QString();
-    if (!node.IsScalar())
+    if (node.kind != YamlNode::Kind::Scalar)
         return std::nullopt;
-    return platform::fromUtf8(node.Scalar());
+    return node.text;
 }
 
-FrontValue yamlValue(const YAML::Node& node) {
-    if (node.IsScalar())
-        return {.kind = Kind::Text, .texts = {*yamlText(node)}};
-    if (node.IsSequence())
-        return listOf(node, yamlText);
+FrontValue yamlValue(const YamlNode& node) {
+    if (node.isNull())
+        return {};
+    if (node.kind == YamlNode::Kind::Scalar)
+        return {.kind = Kind::Text, .texts = {node.text}};
+    if (node.kind == YamlNode::Kind::Sequence)
+        return listOf(node.items, yamlText);
     FrontValue value;
-    if (node.IsMap()) {
-        for (const auto& member : node) {
-            const std::optional<QString> key = yamlText(member.first);
-            const std::optional<QString> text = yamlText(member.second);
-            if (!key || !text)
-                return {};
-            value.map.insert(*key, *text);
-        }
-        value.kind = Kind::Map;
+    for (const auto& [key, member] : node.members) {
+        const std::optional<QString> text = yamlText(member);
+        if (!text)
+            return {};
+        value.map.insert(key, *text);
     }
+    value.kind = Kind::Map;
     return value;
+}
+
+YamlNode parsedYaml(const QString& block) {
+    try {
+        return parseYaml(block.toUtf8(), {});
+    } catch (const platform::Failure& failure) {
+        refuse(failure.reason());
+    }
 }
 
 /// False when the block is no map: then it is no head, but a text between two rules.
 bool readYaml(const QString& block, FrontMatter& matter) {
-    try {
-        const YAML::Node root = YAML::Load(block.toStdString());
-        if (root.IsNull())
-            return true;
-        if (!root.IsMap())
-            return false;
-        for (const auto& member : root) {
-            if (const std::optional<QString> key = yamlText(member.first))
-                matter.values.insert(*key, yamlValue(member.second));
-        }
+    const YamlNode root = parsedYaml(block);
+    if (root.isNull())
         return true;
-    } catch (const YAML::Exception& error) {
-        refuse(u"YAMLではありません (%1)"_s.arg(QString::fromUtf8(error.what())));
-    }
+    if (root.kind != YamlNode::Kind::Map)
+        return false;
+    for (const auto& [key, member] : root.members)
+        matter.values.insert(key, yamlValue(member));
+    return true;
 }
 
 std::optional<QString> tomlText(const toml::node& node) {

@@ -8,7 +8,11 @@ using namespace Qt::StringLiterals;
 namespace velloria::exchange {
 
 QString htmlText(QStringView text) {
-    return text.toString().toHtmlEscaped();
+    return text.toString().replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s);
+}
+
+QString htmlAttribute(QStringView text) {
+    return htmlText(text).replace(u'"', u"&quot;"_s);
 }
 
 QString htmlParagraphs(const QString& text) {

@@ -5,8 +5,11 @@
 
 namespace velloria::exchange {
 
-/// `text` with "&", "<", ">" and double quotes as references, for a text or the value of an attribute.
+/// `text` with "&", "<" and ">" as references.
 QString htmlText(QStringView text);
+
+/// The same for the value of an attribute in double quotes.
+QString htmlAttribute(QStringView text);
 
 /// Plain text with LF between lines as paragraphs: empty lines part them, a single line end becomes "<br>". No
 /// character is lost; of more than one empty line the rest stays as empty lines of the HTML.

@@ -14,7 +14,7 @@ constexpr int kDeepest = 50;
 
 /// `words` is HTML.
 QString link(const QString& address, const QString& words) {
-    return u"<a href=\"%1\">%2</a>"_s.arg(htmlText(address), words);
+    return u"<a href=\"%1\">%2</a>"_s.arg(htmlAttribute(address), words);
 }
 
 QString inlineHtml(const QString& text, int depth = 0) {
