@@ -1,5 +1,7 @@
 #include "memo/forms/memo_list_model.h"
 
+#include <QApplication>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +38,8 @@ int MemoListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant MemoListModel::data(const QModelIndex& index, int role) const {
+    if (role == Qt::SizeHintRole) // the same whatever the script of the first memo
+        return QSize(0, QFontMetrics(QApplication::font()).height() * 3 / 2);
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
     const store::Memo& memo = memoAt(index.row());
