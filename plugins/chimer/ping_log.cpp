@@ -5,7 +5,6 @@
 #include "common/output_file.h"
 
 #include <ctime>
-#include <filesystem>
 
 namespace velloria::plugins {
 namespace {
@@ -68,11 +67,9 @@ void PingLog::add(const Server& server, const Answer& answer) {
 
 void PingLog::write(const std::string& end) const {
     try {
-        OutputFile file(m_file);
+        OutputFile file(m_file, 0600); // addresses may be nobody else's business
         file.write(lastRun(m_file) + m_run + "--- " + end + '\n');
         file.commit();
-        using std::filesystem::perms;
-        std::filesystem::permissions(m_file, perms::owner_read | perms::owner_write);
     } catch (const std::exception& thrown) {
         throw Error("PING: " + end + "\nその記録を書けません。前の記録はそのままです。\n" + thrown.what());
     }
