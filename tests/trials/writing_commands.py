@@ -137,6 +137,8 @@ COMMANDS = [
     WritingCommand("hatena import", lambda t, v: ["hatena", "import", t.inputs + f"/hatena{v}.xml"], titled("brought")),
     WritingCommand("hatena export", lambda t, v: ["hatena", "export", t.root + f"/out{v}.xml"],
                    has_file("out{}.xml", "kept")),
+    WritingCommand("other diary", lambda t, v: ["--yes", "exchange", "import", "text", t.inputs + f"/diary{v}"],
+                   titled("from elsewhere"), repeatable=False),
     WritingCommand("delete import", lambda t, v: ["import", "delete", f"group {v}"], without_title("imported")),
     WritingCommand("ini set", lambda t, v: ["ini", "set", t.diary_ini, "Trial", f"New{v}", "1"],
                    lambda t, v: t.ini("diary.ini", "Trial", f"New{v}").strip() == "1"),
@@ -192,6 +194,7 @@ class TrialTest(CliTest):
             write(self.inputs + f"/page{i}.htm", f"<p>page {i}</p>\r\n")
             write(self.inputs + f"/registered{i}.htm", f"<p>registered {i}</p>\r\n")
             write(self.inputs + f"/hatena{i}.xml", hatena(i))
+            write(self.inputs + f"/diary{i}/2004-06-0{i + 3} from elsewhere {i}.txt", f"from elsewhere {i} " * 500)
             write(self.inputs + f"/look{i}.cst", f"[Body]\r\nBackColor=look{i}\r\n")
             write(self.data + f"Customize/set{i}.ini", f"[General]\r\nHPTitle=set {i}\r\n" + "; line\r\n" * 4000)
             os.makedirs(self.root + f"/as{i}")
