@@ -103,8 +103,10 @@ private:
             kept.emplace(each.check, &each);
         std::vector<std::size_t> changed;
         for (const DayPart& part : parts) {
-            const auto own = kept.empty() ? kept.end() : kept.find(checkOf(part.text));
-            if (own != kept.end()) {
+            // Of several with the same text the first one comes first.
+            const std::string check = kept.empty() ? "" : checkOf(part.text);
+            const auto own = kept.lower_bound(check);
+            if (own != kept.end() && own->first == check) {
                 m_entries.push_back(entryOf(part.text, *own->second, key));
                 kept.erase(own);
             } else {

@@ -106,6 +106,8 @@ TEST(WrenportRoundTrip, KeepsTimesGenresAndMissingValues) {
     entries.push_back({"2024/02/29"});
     entries.push_back({"2024/02/29"});
     entries.back().isPrivate = true;
+    entries.push_back({"2024/02/29"}); // the same text, and not the same entry
+    entries.back().weather = "雨";
     expectRoundTrip(entries);
 }
 
