@@ -39,7 +39,11 @@ public:
     bool openOutput(const char* path) {
         m_path = path;
         m_output.reset();
-        m_output = std::make_unique<OutputFile>(m_path);
+        try {
+            m_output = std::make_unique<OutputFile>(m_path);
+        } catch (const Error&) {
+            return false;
+        }
         return true;
     }
 

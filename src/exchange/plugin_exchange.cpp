@@ -68,9 +68,9 @@ QString askForExport(platform::Desk& desk, const FormatRow& row) {
 }
 
 /// Makes calls with an object of the plug-in that knows the format. They are the same ones for every format; which of
-/// them there are, and so their order, is each one's own.
+/// them there are, and so their order, is each one's own. Gives whether the plug-in has told anything.
 template <typename Calls>
-void useWorker(const core::Run& run, PluginFormat format, const platform::BeginImport& begin, const Calls& calls) {
+bool useWorker(const core::Run& run, PluginFormat format, const platform::BeginImport& begin, const Calls& calls) {
     const platform::Plugin plugin(rowOf(format).plugin.in(run.session));
     const platform::PluginHost host(run.desk, begin);
     const auto use = [&](const auto& worker, void* object) { calls(plugin, worker, object); };
@@ -78,6 +78,7 @@ void useWorker(const core::Run& run, PluginFormat format, const platform::BeginI
         plugin.use(&velloria_plugin::movable_type_exchange, host, use);
     else
         plugin.use(&velloria_plugin::hatena_exchange, host, use);
+    return host.hasSpoken();
 }
 
 template <typename Worker>
@@ -206,8 +207,9 @@ Outcome exportThroughPlugin(const core::Run& run, PluginFormat format, const std
     const QByteArray file = target.toUtf8();
     std::optional<SetAside> old;
     bool isDone = false;
+    bool isTold = false;
     try {
-        useWorker(run, format, {}, [&](const platform::Plugin& plugin, const auto& worker, void* object) {
+        isTold = useWorker(run, format, {}, [&](const platform::Plugin& plugin, const auto& worker, void* object) {
             plugin.check(worker.connect(object, database.constData()));
             plugin.check(worker.prepare_export(object));
             old.emplace(target);
@@ -227,7 +229,8 @@ Outcome exportThroughPlugin(const core::Run& run, PluginFormat format, const std
         old->bringBack();
         return Outcome::Refused;
     }
-    run.desk.status(u"「%1」に日記をエクスポートしました。"_s.arg(path));
+    if (!isTold) // what it has told may be what was left out
+        run.desk.status(u"「%1」に日記をエクスポートしました。"_s.arg(path));
     if (const QString kept = old->drop(); !kept.isEmpty())
         run.desk.notice(u"新しいファイルができなかったので、前のファイルを「%1」に残しました。"_s.arg(kept));
     return Outcome::Done;

@@ -73,6 +73,7 @@ struct PluginHost::Calls {
 
     static void status(void* context, const char* text) {
         try {
+            static_cast<PluginHost*>(context)->m_hasSpoken = true;
             deskOf(context).status(shown(text));
         } catch (...) {
             return;

@@ -26,6 +26,8 @@ public:
     PluginHost& operator=(const PluginHost&) = delete;
 
     const velloria_host* table() const { return &m_table; }
+    /// Whether the plug-in has written to the status panel.
+    bool hasSpoken() const { return m_hasSpoken; }
     /// Throws what showing a plan has thrown, which can't fly through the plug-in.
     void rethrow() const;
 
@@ -35,6 +37,7 @@ private:
     Desk& m_desk;
     BeginImport m_beginImport;
     QByteArray m_mark;
+    bool m_hasSpoken = false;
     std::exception_ptr m_thrown;
     velloria_host m_table;
 };

@@ -267,6 +267,13 @@ TEST_P(PluginExchange, AnExportFindsItsPlaceFreeAndReplacesWhatWasThere) {
     EXPECT_EQ(lastStatus(), u"「%1」に日記をエクスポートしました。"_s.arg(out));
 }
 
+TEST_P(PluginExchange, WhatAnExportTellsOfItselfStays) {
+    stub.set("WRITES", u"new"_s);
+    stub.set("TALKS", u"yes"_s);
+    EXPECT_EQ(exports(out), Outcome::Done);
+    EXPECT_EQ(lastStatus(), u"3件を書き、1件を除きました。"_s);
+}
+
 TEST_P(PluginExchange, AnExportThatFailsAnywhereLeavesTheOldFile) {
     std::vector<Answer> answers{
         {"FAILS", "create", false},       {"FAILS", "connect", false},         {"FAILS", "prepare_export", false},

@@ -367,9 +367,10 @@ TEST_F(LarkportPlugin, KeepsCommentsAsItsSettingsSay) {
 }
 
 TEST_F(LarkportPlugin, AcceptsNoFileThatItCantUse) {
+    QString failure;
     const auto isAccepted = [&](const QString& file, bool isExport) {
         int32_t accepted = 7;
-        with([&](const velloria_movable_type_exchange& exchange, void* object) {
+        failure = with([&](const velloria_movable_type_exchange& exchange, void* object) {
             plugin.check(exchange.open_file(object, file.toUtf8().constData(), &accepted, isExport));
         });
         return accepted;
@@ -378,6 +379,7 @@ TEST_F(LarkportPlugin, AcceptsNoFileThatItCantUse) {
     EXPECT_EQ(isAccepted(home.path(), false), 0);
     EXPECT_EQ(isAccepted(home.path(), true), 0);
     EXPECT_EQ(isAccepted(path(u"no/folder/out.txt"_s), true), 0);
+    EXPECT_EQ(failure, QString()) << "a place that can't be used is a no";
     EXPECT_EQ(isAccepted(path(u"out.txt"_s), true), 1);
     EXPECT_FALSE(exists(path(u"out.txt"_s)));
     writeFile(path(u"none.txt"_s), "nothing of the kind");

@@ -7,7 +7,7 @@
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
 //   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute", "read_entries" or "words": what it does
 //                          not have
-//   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers
+//   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers, and an export tells what it did
 //   VELLORIA_PLUGIN_BRINGS days, parted by blanks: what an import finds and, when the program wants it, adds
 //   VELLORIA_PLUGIN_NOTES  what it says that it does not carry
 //   VELLORIA_PLUGIN_WRITES what an export writes into its file
@@ -154,6 +154,8 @@ int32_t writeEntries(void* object) {
         std::fputs(content.c_str(), file);
         std::fclose(file);
     }
+    if (std::getenv("VELLORIA_PLUGIN_TALKS"))
+        of(object).host->status(of(object).host->context, "3件を書き、1件を除きました。");
     return called("write_entries");
 }
 
