@@ -125,7 +125,8 @@ void shootToolWindows(desktop::Context& context, const QString& folder) {
     for (const QString& command :
          {u"MnuFindDiary"_s, u"ResistLogs"_s, u"ResistOtherFiles"_s, u"MnuTextExport"_s, u"MnuMakeLog"_s,
           u"MnuHTML2TXT"_s, u"mnuEnvironment"_s, u"MnuPref"_s, u"mnuExportCust"_s, u"MnuCustomizeSelect"_s,
-          u"MnuCustomize"_s, u"MnuDeleteImportDiary"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s, u"MnuBackups"_s}) {
+          u"MnuCustomize"_s, u"MnuDeleteImportDiary"_s, u"MnuOtherImport"_s, u"mnuInsertURL"_s, u"MnuUserManager"_s,
+          u"MnuBackups"_s}) {
         top.command(command)->trigger();
         shootToolWindow(top, folder);
     }

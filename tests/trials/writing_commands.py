@@ -48,6 +48,12 @@ def hatena(variant):
     return f'<?xml version="1.0" encoding="UTF-8"?>\n<diary>\n{days}</diary>\n'
 
 
+def movable_type(variant):
+    """Entries in the format of Movable Type."""
+    return "".join(f"TITLE: sent {variant}\nDATE: 05/1{day}/2004 10:00:00 AM\n-----\nBODY:\n{'words ' * 500}\n-----\n--------\n"
+                   for day in range(5))
+
+
 def titled(title):
     return lambda trial, variant: f"{title} {variant}" in trial.titles()
 
@@ -134,6 +140,8 @@ COMMANDS = [
                                            "raw", "--unit", "one", "--out", t.root + f"/out{v}.txt"],
                    has_file("out{}.txt", "kept")),
     WritingCommand("clipboard", lambda t, v: ["import", "clipboard", "--formatted", "-"], titled("clip"), tagged),
+    WritingCommand("mt import", lambda t, v: ["mt", "import", t.inputs + f"/mt{v}.txt"], titled("sent")),
+    WritingCommand("mt export", lambda t, v: ["mt", "export", t.root + f"/out{v}.mt"], has_file("out{}.mt", "kept")),
     WritingCommand("hatena import", lambda t, v: ["hatena", "import", t.inputs + f"/hatena{v}.xml"], titled("brought")),
     WritingCommand("hatena export", lambda t, v: ["hatena", "export", t.root + f"/out{v}.xml"],
                    has_file("out{}.xml", "kept")),
@@ -182,7 +190,8 @@ class TrialTest(CliTest):
 
     def setUp(self):
         super().setUp()
-        shutil.copy2(os.path.join(PROGRAM, "Wrenport.dll"), self.home)
+        for plugin in ("Larkport.dll", "Wrenport.dll"):
+            shutil.copy2(os.path.join(PROGRAM, plugin), self.home)
         self.use_site()
         rows = [entry(f"2004/02/0{i + 1}", f"kept {i}", Contents=f"old text {i} " * 500) for i in range(8)]
         for i in range(2):
@@ -193,6 +202,7 @@ class TrialTest(CliTest):
             write(self.inputs + f"/old{i}.gif", f"old picture {i} " * 400)
             write(self.inputs + f"/page{i}.htm", f"<p>page {i}</p>\r\n")
             write(self.inputs + f"/registered{i}.htm", f"<p>registered {i}</p>\r\n")
+            write(self.inputs + f"/mt{i}.txt", movable_type(i))
             write(self.inputs + f"/hatena{i}.xml", hatena(i))
             write(self.inputs + f"/diary{i}/2004-06-0{i + 3} from elsewhere {i}.txt", f"from elsewhere {i} " * 500)
             write(self.inputs + f"/look{i}.cst", f"[Body]\r\nBackColor=look{i}\r\n")
