@@ -11,16 +11,19 @@ namespace velloria::exchange {
 struct DiaryExport {
     int entries = 0;
     int pictures = 0;    ///< copies beside the Markdown files
-    QStringList missing; ///< pictures that texts name and "DiaryParts" lacks
-    QStringList oddDays; ///< days that are no dates: Markdown files leave their entries out, JSON lines have them
+    QStringList missing; ///< files that texts lead to and "DiaryParts" lacks
+    QStringList oddDays; ///< days that are no dates, one for each entry
+    bool areOddDaysLeftOut = false;
 
     /// One line about it.
     QString text() const;
+    /// Whether something is not as a person would expect.
+    bool isUnusual() const { return !missing.isEmpty() || !oddDays.isEmpty(); }
 };
 
 /// Writes one file an entry, "yyyy-mm-dd-n.md", to a new or empty folder, and the pictures that the texts show to
-/// "DiaryParts" below it. Our own import of it gives the diary back. Throws platform::Failure for a folder with
-/// anything in it, and for what the machine refuses; then the folder is as it was.
+/// "DiaryParts" below it; entries of odd days are left out. The import of it gives the diary back. Throws
+/// platform::Failure for a folder with anything in it, and for what the machine refuses; then the folder is as it was.
 DiaryExport exportMarkdown(const core::Run& run, const QString& folder);
 
 /// Writes each entry as the line of JSON that `entry put --keep-time` takes, days in their order. Throws

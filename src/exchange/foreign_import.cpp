@@ -62,8 +62,10 @@ ForeignDiary readDiary(const core::Run& run, const ForeignFormat& format, const 
                                 losses.isEmpty() ? u"%1の日記が見つかりません"_s.arg(format.program) : losses,
                                 kNothingDone + u"形式と場所を確認してください。"_s);
     }
-    for (ForeignEntry& entry : diary.entries)
-        complete(entry.entry);
+    for (ForeignEntry& entry : diary.entries) {
+        if (!entry.isOwn)
+            complete(entry.entry);
+    }
     return diary;
 }
 
@@ -79,8 +81,10 @@ store::Addition additionOf(ForeignEntry& foreign, PictureCopies& copies) {
     store::Addition addition{std::move(foreign.entry)};
     for (const ForeignPicture& picture : foreign.pictures) {
         const QString name = copies.place(picture.file);
+        const bool isKept = !picture.address.isNull() && name == QFileInfo(picture.file).fileName();
+        const QString address = isKept ? picture.address : registers::pageAddress(name);
         for (QString* text : {&addition.entry.contents, &addition.entry.extend, &addition.entry.excerpt})
-            text->replace(picture.placeholder, registers::pageAddress(name));
+            text->replace(picture.placeholder, address);
         if (!addition.files.contains(name))
             addition.files += name;
     }

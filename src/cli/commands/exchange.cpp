@@ -1,7 +1,11 @@
 #include "cli/command.h"
+#include "cli/streams.h"
+#include "exchange/diary_export.h"
 #include "exchange/foreign_import.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +29,33 @@ void importDiary(Invocation& invocation) {
         throw Refusal(u"日記のインポートを中止しました。"_s);
 }
 
+using Export = exchange::DiaryExport (*)(const core::Run&, const QString&);
+
+Export exportFormat(const Invocation& invocation) {
+    const QString name = invocation.argument(0);
+    if (name == u"markdown"_s)
+        return exchange::exportMarkdown;
+    if (name == u"json"_s)
+        return exchange::exportJsonLines;
+    throw UsageError(u"「%1」という形式はありません (markdown か json を指定してください)。"_s.arg(name));
+}
+
+void exportDiary(Invocation& invocation) {
+    if (invocation.argument(1).isEmpty())
+        throw Refusal(u"書き出す先が空なので中止しました。"_s);
+    const QString path = QFileInfo(invocation.argument(1)).absoluteFilePath();
+    const exchange::DiaryExport told = exportFormat(invocation)(invocation, path);
+    invocation.desk.status(told.text());
+    if (told.isUnusual() && !invocation.global.showsEvents)
+        writeError(told.text());
+    invocation.print(QJsonObject{{u"path"_s, path},
+                                 {u"entries"_s, told.entries},
+                                 {u"pictures"_s, told.pictures},
+                                 {u"missing"_s, QJsonArray::fromStringList(told.missing)},
+                                 {u"oddDays"_s, QJsonArray::fromStringList(told.oddDays)}},
+                     {{path}});
+}
+
 } // namespace
 
 std::vector<Command> exchangeCommands() {
@@ -38,6 +69,15 @@ std::vector<Command> exchangeCommands() {
          Start::Needed,
          importDiary,
          [](const Invocation& invocation) { importFormat(invocation); }},
+        {u"exchange export"_s,
+         u"markdown|json PATH"_s,
+         2,
+         2,
+         {},
+         u"すべての日記を、新しいフォルダのMarkdownか、JSONの行のファイルに書き出す"_s,
+         Start::Needed,
+         exportDiary,
+         [](const Invocation& invocation) { exportFormat(invocation); }},
     };
 }
 

@@ -63,8 +63,9 @@ private:
             return takeComment(at);
         QRegularExpressionMatch tag;
         if (m_brokenTags < kMostBrokenTags)
-            tag =
-                form.match(m_html, at, QRegularExpression::NormalMatch, QRegularExpression::AnchorAtOffsetMatchOption);
+            tag = form.match(m_html, at, QRegularExpression::NormalMatch,
+                             QRegularExpression::AnchorAtOffsetMatchOption |
+                                 QRegularExpression::DontCheckSubjectStringMatchOption);
         if (!tag.hasMatch()) {
             m_brokenTags += at + 1 < m_html.size() && m_html[at + 1].isLetter() ? 1 : 0;
             m_written +=
@@ -141,7 +142,7 @@ private:
     }
 
     const QString& m_html;
-    QString m_written;
+    QString m_written = u""_s;
     QStringList m_open;
     QHash<QString, qsizetype> m_times; ///< how often each is open
     int m_brokenTags = 0;
@@ -150,7 +151,9 @@ private:
 } // namespace
 
 QString balancedHtml(const QString& html) {
-    return Balance(html).run();
+    // Checked once for all the matches.
+    const QString valid = html.isValidUtf16() ? html : QString::fromUtf8(html.toUtf8());
+    return Balance(valid).run();
 }
 
 } // namespace velloria::exchange

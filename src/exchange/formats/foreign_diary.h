@@ -19,6 +19,8 @@ struct ForeignPicture {
     /// What stands for its address in the entry's texts: a word that is found nowhere else in them. The import puts the
     /// address of the registered file in its place.
     QString placeholder;
+    /// The address as it stood where it leads to "DiaryParts": it stays when the file keeps its name. Else null.
+    QString address = {};
 };
 
 /// An entry as it is to be added: `number` and `importMark` are the import's to give, and what is left empty is too:
@@ -27,6 +29,7 @@ struct ForeignPicture {
 struct ForeignEntry {
     store::Entry entry;
     std::vector<ForeignPicture> pictures = {};
+    bool isOwn = false; ///< the program itself wrote it: it is taken to the letter
 };
 
 /// The day key of a date. Nothing when the calendar has no such date, or the year is none of 0100 to 9999.

@@ -1,5 +1,7 @@
 #include "exchange/formats/html_pictures.h"
 
+#include "core/files.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -17,6 +19,12 @@ const QStringList kPictureEndings{u"jpg"_s, u"jpeg"_s, u"png"_s,  u"gif"_s, u"we
 QString plainAddress(QString address) {
     address.replace(u"&quot;"_s, u"\""_s).replace(u"&#39;"_s, u"'"_s).replace(u"&amp;"_s, u"&"_s);
     return QUrl::fromPercentEncoding(address.toUtf8());
+}
+
+/// `written` where it leads to `file` within "DiaryParts", else null.
+QString partAddress(const QString& written, const QString& file) {
+    const QString name = core::files::kParts.below({}) + u'/' + QFileInfo(file).fileName();
+    return written == name || written == u"./"_s + name ? written : QString();
 }
 
 bool leadsElsewhere(const QString& address) {
@@ -49,7 +57,7 @@ QString withPictures(const QString& html, const PictureOf& pictureOf, ForeignEnt
         const std::optional<QString> file = pictureOf(address);
         if (file) {
             const QString placeholder = picturePlaceholder(entry);
-            entry.pictures.push_back({*file, placeholder});
+            entry.pictures.push_back({*file, placeholder, partAddress(match.captured(group), *file)});
             changed += QStringView(html).sliced(copied, match.capturedStart(group) - copied);
             changed += placeholder;
             copied = match.capturedEnd(group);
@@ -57,6 +65,8 @@ QString withPictures(const QString& html, const PictureOf& pictureOf, ForeignEnt
             losses.countNamed(u"見つからない画像"_s, address);
         }
     }
+    if (copied == 0)
+        return html;
     changed += QStringView(html).sliced(copied);
     return changed;
 }

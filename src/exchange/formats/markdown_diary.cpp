@@ -179,6 +179,7 @@ std::optional<Document> readDocument(const Source& source, const QString& text, 
     store::Entry& entry = document.foreign.entry;
     if (isOwnMarkdown(matter)) {
         entry = ownEntry(matter);
+        document.foreign.isOwn = true;
         document.number = entry.number;
         if (entry.day.isNull()) {
             losses.countNamed(u"日付が読めないファイル"_s, source.shown());
