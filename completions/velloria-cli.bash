@@ -47,7 +47,7 @@ _velloria_cli() {
     "import") words="clipboard delete groups" ;;
     "mt") words="import export" ;;
     "hatena") words="import export" ;;
-    "exchange") words="import" ;;
+    "exchange") words="import export" ;;
     "convert") words="html2text urlencode paragraphs colour scramble unscramble" ;;
     "ini") words="get int set delete sections" ;;
     "file") words="list add delete" ;;
@@ -65,6 +65,8 @@ _velloria_cli() {
     "hatena import") _velloria_cli_files -f; return ;;
     "hatena export") _velloria_cli_files -f; return ;;
     "exchange import "*) _velloria_cli_files -f; return ;;
+    "exchange export") words="markdown json" ;;
+    "exchange export "*) _velloria_cli_files -f; return ;;
     "convert html2text") _velloria_cli_files -f; return ;;
     "convert urlencode") words="sjis eucjp utf8" ;;
     "convert urlencode "*) _velloria_cli_files -f; return ;;

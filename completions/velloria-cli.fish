@@ -39,7 +39,7 @@ complete -c velloria-cli -n '__velloria_cli_behind "site"' -a 'save preview log 
 complete -c velloria-cli -n '__velloria_cli_behind "import"' -a 'clipboard delete groups'
 complete -c velloria-cli -n '__velloria_cli_behind "mt"' -a 'import export'
 complete -c velloria-cli -n '__velloria_cli_behind "hatena"' -a 'import export'
-complete -c velloria-cli -n '__velloria_cli_behind "exchange"' -a 'import'
+complete -c velloria-cli -n '__velloria_cli_behind "exchange"' -a 'import export'
 complete -c velloria-cli -n '__velloria_cli_behind "convert"' -a 'html2text urlencode paragraphs colour scramble unscramble'
 complete -c velloria-cli -n '__velloria_cli_behind "ini"' -a 'get int set delete sections'
 complete -c velloria-cli -n '__velloria_cli_behind "file"' -a 'list add delete'
@@ -57,6 +57,8 @@ complete -c velloria-cli -n '__velloria_cli_behind "mt export"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "hatena import"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "hatena export"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "exchange import *"' -F
+complete -c velloria-cli -n '__velloria_cli_behind "exchange export"' -a 'markdown json'
+complete -c velloria-cli -n '__velloria_cli_behind "exchange export *"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert html2text"' -F
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode"' -a 'sjis eucjp utf8'
 complete -c velloria-cli -n '__velloria_cli_behind "convert urlencode *"' -F
