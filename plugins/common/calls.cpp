@@ -92,6 +92,11 @@ void Host::status(const std::string& text) const {
         m_table->status(m_table->context, text.c_str());
 }
 
+void Host::warns(const std::string& text, const std::string& title) const {
+    if (knows(offsetof(velloria_host, status)) && m_table->message)
+        m_table->message(m_table->context, VELLORIA_MESSAGE_EXCLAMATION, title.c_str(), text.c_str(), 0);
+}
+
 bool Host::asks(const std::string& text, const std::string& title) const {
     return knows(offsetof(velloria_host, status)) && m_table->message &&
            m_table->message(m_table->context, VELLORIA_MESSAGE_PLAIN, title.c_str(), text.c_str(), 1) > 0;

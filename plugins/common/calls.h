@@ -44,6 +44,8 @@ public:
 
     void pump() const;
     void status(const std::string& text) const;
+    /// A box with what the person must not overlook, which `status` shows only until the next one.
+    void warns(const std::string& text, const std::string& title) const;
     /// A question with Yes and No.
     bool asks(const std::string& text, const std::string& title) const;
     /// Null when the person does not want the entries. A program that shows no plans is asked by a question; the mark

@@ -78,6 +78,7 @@ public:
         if (writer.written() == 0)
             throw Error("書き出せる日記がありません。どの日記も日付が正しくありません。");
         m_report = std::to_string(writer.written()) + "件の日記を書き出しました。";
+        m_isIncomplete = writer.skipped() > 0 || writer.replaced() > 0;
         if (writer.skipped() > 0)
             m_report += "日付が正しくない" + std::to_string(writer.skipped()) + "件は書き出していません。";
         if (writer.replaced() > 0)
@@ -90,6 +91,8 @@ public:
             m_output->commit();
             m_output.reset();
             m_host.status(m_report);
+            if (m_isIncomplete)
+                m_host.warns(m_path + "\n" + m_report + "\n日記では、そのまま残っています。", kName);
             return true;
         }
         if (m_mark.empty())
@@ -118,6 +121,7 @@ private:
     std::string m_mark;
     std::unique_ptr<OutputFile> m_output;
     std::string m_report;
+    bool m_isIncomplete = false; ///< whether an export had to leave something out
 };
 
 Exchange& of(void* object) {

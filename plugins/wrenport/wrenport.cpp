@@ -7,6 +7,7 @@
 #include "common/settings.h"
 #include "wrenport/hatena_export.h"
 #include "wrenport/hatena_import.h"
+#include "wrenport/import_notes.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -69,18 +70,23 @@ public:
             throw Error("書き出す日記がありません。");
         HatenaWriter writer([&](std::string_view text) { m_output->write(text); });
         int64_t skipped = 0;
+        Examples days;
         diary().read([&](const Entry& entry) {
-            if (isDay(entry.day))
+            if (isDay(entry.day)) {
                 writer.add(entry);
-            else
+            } else {
                 ++skipped;
+                days.add(entry.day.empty() ? "日付なし" : entry.day);
+            }
         });
         if (writer.written() == 0)
             throw Error("書き出せる日記がありません。どの日記も日付が正しくありません。");
         writer.finish();
         m_report = std::to_string(writer.written()) + "件の日記を書き出しました。";
+        m_leftOut.clear();
         if (skipped > 0)
-            m_report += "日付が正しくない" + std::to_string(skipped) + "件は書き出していません。";
+            m_leftOut = "日付が正しくない" + std::to_string(skipped) +
+                        "件は書き出していません。\n日付: " + days.text() + "\n日記では、そのまま残っています。";
         return true;
     }
 
@@ -90,6 +96,8 @@ public:
         m_output->commit();
         m_output.reset();
         m_host.status(m_report);
+        if (!m_leftOut.empty())
+            m_host.warns(m_path + "\n" + m_report + "\n" + m_leftOut, kName);
         return true;
     }
 
@@ -131,6 +139,7 @@ private:
     ImportChoices m_choices;
     std::unique_ptr<OutputFile> m_output;
     std::string m_report;
+    std::string m_leftOut; ///< what an export could not write
 };
 
 Exchange& exchangeOf(void* object) {

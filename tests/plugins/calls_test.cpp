@@ -74,6 +74,9 @@ TEST(PluginHostTable, OfAnOlderProgramIsAskedByAQuestion) {
     table.size = 0;
     host.pump();
     host.status("nobody sees it");
+    program.question.clear();
+    host.warns("nobody sees it", "Stranger");
+    EXPECT_EQ(program.question, "");
     EXPECT_EQ(host.beginImport(kPlan), nullptr);
 }
 

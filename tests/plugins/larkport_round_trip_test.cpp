@@ -401,6 +401,7 @@ TEST_F(LarkportPlugin, WritesNothingOfAnEmptyDiary) {
     fill({plainEntry("2024/02/28", "a")});
     EXPECT_EQ(exports(path(u"out.txt"_s)), QString());
     EXPECT_TRUE(lastStatus().contains(u"日付が正しくない1件は書き出していません"_s)) << lastStatus().toStdString();
+    EXPECT_TRUE(boxes().value(0).contains(lastStatus())) << boxes().join(u'\n').toStdString();
 }
 
 TEST_F(LarkportPlugin, LeavesNoHalfFileOnAFullDisk) {

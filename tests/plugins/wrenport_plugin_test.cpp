@@ -148,8 +148,10 @@ TEST_F(WrenportPlugin, LeavesTheOldExportWhenANewOneFails) {
     EXPECT_EQ(bytesOf(path(u"out/out.xml"_s)), "old");
     write(u"2024/03/08"_s, u"a"_s);
     EXPECT_EQ(exports(path(u"out/out.xml"_s)), Outcome::Done);
-    EXPECT_TRUE(
-        desk.texts(u"status"_s).contains(u"1件の日記を書き出しました。日付が正しくない1件は書き出していません。"_s));
+    EXPECT_TRUE(desk.texts(u"status"_s).contains(u"1件の日記を書き出しました。"_s));
+    EXPECT_EQ(boxes().last(),
+              u"exclamation: %1\r\n1件の日記を書き出しました。\r\n日付が正しくない1件は書き出していません。"
+              "\r\n日付: some day\r\n日記では、そのまま残っています。"_s.arg(path(u"out/out.xml"_s)));
     EXPECT_EQ(exports(path(u"missing/out.xml"_s)), Outcome::Refused);
     EXPECT_EQ(boxes().last(), u"critical: 出力先パスのエラーです"_s);
 }
