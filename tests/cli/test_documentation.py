@@ -31,7 +31,7 @@ def help_lines():
 
 
 def command_of(line):
-    return " ".join(re.match(r"(?:[a-z0-9]+ ?)+?(?= [^a-z0-9 ]| sjis|[A-Z]|$)", line).group().split()[:2])
+    return " ".join(re.match(r"(?:[a-z0-9]+ ?)+?(?= [^a-z0-9 ]| sjis| markdown|[A-Z]|$)", line).group().split()[:2])
 
 
 class Manual(unittest.TestCase):
