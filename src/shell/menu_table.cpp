@@ -19,6 +19,7 @@ constexpr MenuRow kRows[] = {
     {2, "MnuTextExport"_L1, u"Text Export", u"テキストエクスポート"},
     {2, "MnuMTExport"_L1, u"MovableType Export", u"MovableTypeエクスポート"},
     {2, "MnuHTNExport"_L1, u"Hatena Export", u"はてなエクスポート"},
+    {2, "MnuOtherExport"_L1, u"Other Formats...", u"その他の形式..."},
     {1, "MnuImport"_L1, u"Diary Import", u"日記インポート"},
     {2, "MnuImportNoFunction"_L1, u"no function", u"no function"},
     {2, "MnuMTImport"_L1, u"MovableType Import", u"MovableTypeインポート"},

@@ -126,7 +126,7 @@ class CliTest(unittest.TestCase):
         for file in os.listdir(PROGRAM):
             path = os.path.join(PROGRAM, file)
             # Neither the programs themselves nor plug-ins, which a test puts there when it wants one.
-            if os.path.isfile(path) and not file.startswith("velloria") and not file.endswith(".dll"):
+            if os.path.isfile(path) and not file.startswith("velloria") and not file.endswith((".dll", ".exe")):
                 shutil.copy2(path, home)
         return home
 

@@ -16,8 +16,8 @@ protected:
         writeFile(path(u"texts/2004-05-09.txt"_s), "brought");
     }
 
-    void open() {
-        top().command(u"MnuOtherImport"_s)->trigger();
+    void open(const QString& command = u"MnuOtherImport"_s) {
+        top().command(command)->trigger();
         settle();
         ASSERT_TRUE(window());
         ASSERT_TRUE(window()->isVisible());
@@ -109,6 +109,49 @@ TEST_F(OtherFormats, WhatIsBeingEditedStays) {
     press(u"Btn_OK"_s);
     EXPECT_EQ(title().text(), u"unsaved"_s);
     EXPECT_TRUE(panel().contains(u"編集中"_s)) << panel().toStdString();
+}
+
+TEST_F(OtherFormats, ExportsIntoAFolderOrAFile) {
+    for (const bool isFolder : {true, false}) {
+        const QString target = path(isFolder ? u"markdown"_s : u"diary.jsonl"_s);
+        open(u"MnuOtherExport"_s);
+        EXPECT_EQ(window()->windowTitle(), u"その他の形式のエクスポート"_s);
+        ASSERT_EQ(formats().count(), 2);
+        formats().setCurrentRow(isFolder ? 0 : 1);
+        EXPECT_FALSE(folder().isEnabled());
+        EXPECT_EQ(folder().isChecked(), isFolder);
+        answer(target);
+        press(u"Btn_OK"_s);
+        EXPECT_EQ(lastFileEvent()[u"mode"_s], isFolder ? u"folder"_s : u"save"_s);
+        EXPECT_EQ(QFileInfo(target).isDir(), isFolder);
+        EXPECT_TRUE(exists(target));
+        EXPECT_FALSE(window());
+        EXPECT_FALSE(lastStatus().isEmpty());
+    }
+    EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(OtherFormats, ExportsNothingOverTheDiary) {
+    open(u"MnuOtherExport"_s);
+    formats().setCurrentRow(1);
+    const QByteArray before = bytesOf(session.databaseFile());
+    answer(session.databaseFile());
+    expectedFailures = 1;
+    press(u"Btn_OK"_s);
+    EXPECT_TRUE(window());
+    EXPECT_EQ(bytesOf(session.databaseFile()), before);
+}
+
+TEST_F(OtherFormats, TurnsToTheOtherDirection) {
+    open();
+    const int imports = formats().count();
+    formats().setCurrentRow(imports - 1);
+    open(u"MnuOtherExport"_s);
+    EXPECT_EQ(formats().count(), 2);
+    open();
+    EXPECT_EQ(formats().count(), imports);
+    EXPECT_EQ(formats().currentRow(), 0);
+    EXPECT_EQ(window()->windowTitle(), u"その他の形式のインポート"_s);
 }
 
 } // namespace

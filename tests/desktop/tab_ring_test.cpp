@@ -193,7 +193,7 @@ TEST_F(TabRing, OfTheOthers) {
         {u"cmbCustomize"_s, u"optCst"_s, u"txtName"_s, u"txtURL"_s, u"txtEmail"_s, u"Btn_Exec"_s, u"Btn_Cancel"_s});
     expectRingOf<site::frmCustomizeSelection>({u"cmbSelectCustomize"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
     expectRingOf<exchange::frmDeleteImportDiary>({u"CmbDiaryGroup"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
-    expectRingOf<exchange::frmOtherFormats>({u"LstFormats"_s, u"Chk_Folder"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
+    expectRingOf<exchange::frmOtherFormats>({u"LstFormats"_s, u"Btn_OK"_s, u"Btn_Cancel"_s});
 }
 
 TEST_F(TabRing, OfTheSiteSettings) {

@@ -24,7 +24,7 @@ FactoryHome::FactoryHome() {
     const QDir factory(QStringLiteral(VELLORIA_PROGRAM_FOLDER));
     for (const QString& name : factory.entryList(QDir::Files)) {
         // Neither the programs themselves nor plug-ins, which a test puts there when it wants one.
-        if (!name.startsWith(u"velloria"_s) && !name.endsWith(u".dll"_s))
+        if (!name.startsWith(u"velloria"_s) && !name.endsWith(u".dll"_s) && !name.endsWith(u".exe"_s))
             platform::copyFile(factory.filePath(name), home.filePath(name));
     }
     setNow(u"2004/05/06 08:05:09"_s);

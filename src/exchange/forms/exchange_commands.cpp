@@ -33,6 +33,10 @@ void exportFile(desktop::Context& context, PluginFormat format) {
     desktop::runQuietly(context.desk, [&] { exportThroughPlugin(context, format, {}); });
 }
 
+void showOthers(desktop::Context& context, frmOtherFormats::Direction direction) {
+    context.windows.get<frmOtherFormats>().showFor(direction);
+}
+
 } // namespace
 
 desktop::MenuCommands exchangeCommands(desktop::Context& context) {
@@ -47,7 +51,8 @@ desktop::MenuCommands exchangeCommands(desktop::Context& context) {
         {"MnuImportNoFunction"_L1, {}, [] {}}, // stands where no plug-in is
         {"MnuMTImport"_L1, {}, [&context] { importFile(context, PluginFormat::MovableType); }},
         {"MnuHTNImport"_L1, {}, [&context] { importFile(context, PluginFormat::Hatena); }},
-        {"MnuOtherImport"_L1, {}, [&context] { context.windows.get<frmOtherFormats>().showWindow(); }},
+        {"MnuOtherImport"_L1, {}, [&context] { showOthers(context, frmOtherFormats::Direction::Import); }},
+        {"MnuOtherExport"_L1, {}, [&context] { showOthers(context, frmOtherFormats::Direction::Export); }},
         {"mnuImportCust"_L1, {}, [&context] { CustomizeExchange(context).importCommand(); }},
         {"mnuExportCust"_L1, {}, [&context] { context.windows.get<frmExportCust>().showWindow(); }},
         {"MnuDeleteImportDiary"_L1, {}, [&context] { context.windows.get<frmDeleteImportDiary>().showWindow(); }},
