@@ -56,6 +56,7 @@ public:
                                         u"\n</div>\n"_s,
                                         u"<br>"_s,
                                         u"<!--more-->"_s,
+                                        u"<!-- more -->"_s,
                                         u"<!-- "_s,
                                         u"-->"_s,
                                         u"---"_s,
@@ -176,7 +177,7 @@ weather: "晴れ"
 description: "抜き書き"
 markup: html
 render_with_liquid: false
-excerpt_separator: "<!--more-->"
+excerpt_separator: "<!-- more -->"
 velloria:
   Number: 1
   Extend: "続き {{< x >}}"
@@ -188,7 +189,7 @@ velloria:
 二
 </div>
 
-<!--more-->
+<!-- more -->
 
 <div>
 続き &#123;{< x >}}

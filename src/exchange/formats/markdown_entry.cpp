@@ -14,7 +14,9 @@ namespace {
 using store::Entry;
 
 const QString kMarks = u"velloria"_s;
-const QString kMore = u"<!--more-->"_s;
+/// Where the postscript begins. Hugo, which knows the mark without blanks, leaves out all that stands before it in
+/// HTML.
+const QString kMore = u"<!-- more -->"_s;
 
 /// A text of an entry and where the file shows it; "" is the body.
 struct Field {
@@ -39,7 +41,8 @@ QString harmless(QString text) {
     text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
     text.removeIf([](QChar character) { return character < u' ' && character != u'\n' && character != u'\t'; });
     text.replace(u"{{<"_s, u"&#123;{<"_s).replace(u"{{%"_s, u"&#123;{%"_s);
-    return text.replace(kMore, u"<!-- more -->"_s);
+    const QString comment = u"<!--  more  -->"_s;
+    return text.replace(kMore, comment).replace(u"<!--more-->"_s, comment);
 }
 
 /// Within a block element Markdown leaves HTML alone.
