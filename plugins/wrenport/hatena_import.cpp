@@ -171,7 +171,7 @@ private:
 
     /// The title of a day belongs to the text above its headings, and is one when there is no text at all.
     void takeTitle(const HatenaDay& day, const std::string& key, std::size_t before) {
-        if (isBlank(day.title) || !day.kept.empty())
+        if (isBlank(day.title))
             return;
         const std::string title = withCharacters(day.title);
         if (m_entries.size() == before) {

@@ -1,11 +1,14 @@
 #include "wrenport/hatena_xml.h"
 
 #include "common/calls.h"
+#include "wrenport/text_marks.h"
 #include "wrenport/xml_cleaner.h"
 
 #include <expat.h>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <memory>
 
 namespace velloria::plugins::wrenport {
@@ -13,6 +16,8 @@ namespace {
 
 constexpr XML_Index kLongestTag = 4 << 20; // a tag is held as a whole, all else is not
 constexpr std::size_t kDeepest = 64;
+constexpr std::string_view kWithoutEnd[] = {"br",   "hr",  "img",   "input", "wbr",
+                                            "area", "col", "embed", "param", "source"};
 
 class Reader {
 public:
@@ -39,6 +44,7 @@ public:
         if (!isFine(XML_Parse(m_parser.get(), "", 0, XML_TRUE)))
             settleCut(reading);
         reading.leftOut = m_leftOut;
+        reading.stray = m_stray;
         return reading;
     }
 
@@ -113,10 +119,7 @@ private:
         guarded(self, [&](Reader& reader) { reader.close(name); });
     }
     static void XMLCALL said(void* self, const XML_Char* text, int size) {
-        guarded(self, [&](Reader& reader) {
-            if (std::string* target = reader.target())
-                target->append(text, std::size_t(size));
-        });
+        guarded(self, [&](Reader& reader) { reader.take(std::string_view(text, std::size_t(size))); });
     }
     static void XMLCALL declared(void* self, const XML_Char*, const XML_Char*, const XML_Char*, int) {
         guarded(self, [](Reader& reader) {
@@ -125,7 +128,18 @@ private:
         });
     }
 
+    void take(std::string_view text) {
+        if (std::string* known = target()) {
+            *known += text;
+        } else if (!m_isStray && !m_places.empty() && m_places.back() != Place::Nowhere &&
+                   text.find_first_not_of(" \t\n") != text.npos) {
+            m_isStray = true; // up to the next tag
+            ++m_stray;
+        }
+    }
+
     void open(std::string_view name, const XML_Char** attributes) {
+        m_isStray = false;
         if (m_places.size() >= kDeepest)
             throw Error(line() + "要素の入れ子が深すぎます。");
         const Place outer = m_places.empty() ? Place::Nowhere : m_places.back();
@@ -169,10 +183,11 @@ private:
     void close(std::string_view name) {
         const Place place = m_places.back();
         m_places.pop_back();
+        m_isStray = false;
         if (place == Place::Day)
             handOver();
         else if ((place == Place::Body || place == Place::CommentText) && m_places.back() == place)
-            *target() += "</" + std::string(name) + ">";
+            closeTag(name);
     }
 
     void beginDay(const XML_Char** attributes) {
@@ -198,8 +213,13 @@ private:
         std::string& text = *target();
         text += "<" + std::string(name);
         for (; *attributes; attributes += 2)
-            text += std::string(" ") + attributes[0] + "=\"" + attributes[1] + "\"";
+            text += std::string(" ") + attributes[0] + "=\"" + escaped(attributes[1]) + "\"";
         text += ">";
+    }
+
+    void closeTag(std::string_view name) {
+        if (std::ranges::find(kWithoutEnd, name) == std::end(kWithoutEnd))
+            *target() += "</" + std::string(name) + ">";
     }
 
     static std::string valueOf(const XML_Char** attributes, std::string_view name) {
@@ -246,6 +266,8 @@ private:
     std::string* m_field = nullptr;
     XML_Index m_fed = 0;
     int64_t m_leftOut = 0;
+    int64_t m_stray = 0;
+    bool m_isStray = false; ///< text outside all known elements has come since the last tag
     bool m_hasRoot = false;
     bool m_isInDay = false;
 };

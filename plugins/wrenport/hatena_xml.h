@@ -40,6 +40,7 @@ struct XmlReading {
     std::string cutDay;  ///< the date of the day that is cut, "" when all are whole
     int64_t removed = 0; ///< characters that XML forbids
     int64_t leftOut = 0; ///< elements of no known name, with all that is in them
+    int64_t stray = 0;   ///< stretches of text between the known elements
 };
 
 /// Hands over the days in the order of the file. Throws Error for what is no XML, or of another kind; declarations of

@@ -45,6 +45,7 @@ std::string ImportNotes::text(const XmlReading& reading, const DecodedText& deco
     Losses all = losses;
     all.count("XMLに使えない文字", reading.removed);
     all.count("知らない要素", reading.leftOut);
+    all.count("要素の外の文", reading.stray);
     all.count("読めない文字", int64_t(decoding.replaced));
     if (decoding.encoding != Encoding::Utf8)
         add(std::string("文字コード: ") + nameOf(decoding.encoding));

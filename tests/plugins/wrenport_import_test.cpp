@@ -122,7 +122,7 @@ TEST(WrenportImport, TakesAmpersandsAsTheyWereMeant) {
     EXPECT_EQ(contents("a&b &nbsp; &unknown; &; &# &#x; &amp;amp;"), "a&b &nbsp; &unknown; &; &# &#x; &amp;");
     EXPECT_EQ(contents("&amp;#9835;&amp;#x266B;&amp;#60;&amp;#38;&amp;#128512;&#9835;"), "♫♫&#60;&#38;😀♫");
     EXPECT_EQ(contents("<![CDATA[&#8;&b<x>]]>&amp;"), "&#8;&b<x>&");
-    EXPECT_EQ(contents("a <b class=\"c\">d</b><br/>e"), "a <b class=\"c\">d</b><br></br>e");
+    EXPECT_EQ(contents("a <b class=\"c\">d</b><br/>e"), "a <b class=\"c\">d</b><br>e");
     EXPECT_EQ(imported(diaryWith("*&amp;#9835;[x]\na")).entries[0].title, "♫[x]");
 }
 
@@ -267,6 +267,20 @@ TEST(WrenportImport, PassesOverElementsOfOthers) {
     EXPECT_EQ(diary.notes, "持ち込めないもの: 知らない要素 2件");
 }
 
+TEST(WrenportImport, CountsTextThatBelongsToNothing) {
+    const ImportedDiary diary =
+        imported("<diary>a &amp; b\n<day date=\"2024-03-08\">c<body>\n*d\n</body></day></diary>");
+    EXPECT_EQ(diary.entries.size(), 1u);
+    EXPECT_EQ(diary.notes, "持ち込めないもの: 要素の外の文 2件");
+}
+
+TEST(WrenportImport, RepeatsTagsThatNobodyEscaped) {
+    const ImportedDiary diary =
+        imported("<diary><day date=\"2024-03-08\"><body>\n*a\nb<br/><img alt=\"&quot;&lt;&quot;\"/><b>c</b>\n"
+                 "</body></day></diary>");
+    EXPECT_EQ(diary.entries[0].contents, "<p>b<br><img alt=\"&quot;&lt;&quot;\"><b>c</b></p>");
+}
+
 std::string exported(const std::vector<Entry>& entries) {
     std::string xml;
     HatenaWriter writer([&](std::string_view text) { xml += text; });
@@ -294,6 +308,7 @@ TEST(WrenportImport, TakesChangesInAnExportOfOurs) {
     EXPECT_TRUE(diary.entries[0].isPrivate) << "a changed entry is as private as it was";
     EXPECT_EQ(diary.entries[1], other);
     EXPECT_TRUE(contains(diary.notes, "書き出したあとに変えられた日記")) << diary.notes;
+    EXPECT_TRUE(contains(imported(replaced(xml, "title=\"\"", "title=\"日の題\"")).notes, "日の題 1件"));
     const ImportedDiary cut = imported(xml.substr(0, xml.find("本文") + 3), kAsTyped);
     EXPECT_TRUE(cut.entries[0].isPrivate) << "nor does a lost end make it public";
 }
