@@ -58,7 +58,7 @@ public:
                                       : "Movable Typeの形式のテキストではありません。");
         // Our own file has the entries of a day in their order; others have the newest first, or in any.
         std::stable_sort(m_entries.begin(), m_entries.end(), [&](const Entry& left, const Entry& right) {
-            return m_isOwn ? left.day < right.day : left.publishTime < right.publishTime;
+            return left.day != right.day ? left.day < right.day : !m_isOwn && left.publishTime < right.publishTime;
         });
         std::string notes = std::string("文字コード: ") + nameOf(text.encoding) + "\n";
         notes += counted("読めない文字", int64_t(text.replaced), "個", " (「\uFFFD」に置きかえます)");

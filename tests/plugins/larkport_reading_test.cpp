@@ -222,6 +222,13 @@ TEST(MovableType, PutsTheEntriesOfADayInTheOrderOfTheirTimes) {
     EXPECT_EQ(*diary.entries[0].contents + *diary.entries[1].contents + *diary.entries[2].contents, "abc");
 }
 
+TEST(MovableType, GoesByTheDayBeforeTheTimeOfTheLastSave) {
+    const ReadDiary diary = read(entryWith("DATE: 02/01/2024 10:00:00\nVELLORIA TEXT: 1\nVELLORIA TIME: 2001/01/01\n") +
+                                 entryWith("DATE: 01/31/2024 10:00:00\n"));
+    ASSERT_EQ(diary.entries.size(), 2u);
+    EXPECT_EQ(diary.entries[1].publishTime, "2001/01/01");
+}
+
 TEST(MovableType, LeavesOutWhatHasNoDateAndNamesIt) {
     const ReadDiary diary = read(entryWith(kDate) + entryWith("DATE: 02/31/2024 00:00:00\n") +
                                  entryWith("DATE: 01/01/0000 00:00:00\n") + entryWith("") + entryWith("DATE: ?\n"));
