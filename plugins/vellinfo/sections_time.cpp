@@ -37,11 +37,13 @@ Sum ofDays(const Figures& figures) {
 }
 
 /// "いちばん多いのは2026年で12件です。"
-std::string mostOf(const std::vector<Column>& columns, const char* unit) {
+std::string mostOf(const std::vector<Column>& columns, const char* unit, const char* behindLabel = "") {
     const auto most = std::max_element(columns.begin(), columns.end(), [](const Column& left, const Column& right) {
         return left.value < right.value;
     });
-    return "いちばん多いのは" + most->label + "で" + number(most->value) + unit + "です。";
+    if (most->value == 0)
+        return std::string("どれも0") + unit + "です。";
+    return "いちばん多いのは" + most->label + behindLabel + "で" + number(most->value) + unit + "です。";
 }
 
 std::string chartPair(const std::string& what, const std::vector<Column>& entries,
@@ -228,7 +230,7 @@ std::string hoursSection(const Diary&, const Figures& figures) {
     table.sums = {"計", number(figures.total.entries), number(figures.total.characters)};
     const std::string title = "書いた時刻ごとの日記の数";
     const std::string told =
-        number(figures.byHour[kNoHour].entries) + "件には時刻がありません。" + mostOf(columns, "件");
+        number(figures.byHour[kNoHour].entries) + "件には時刻がありません。" + mostOf(columns, "件", "時");
     return html + "<div><h3>" + title + "</h3>\n" + columnChart({title, told}, columns) + folded(table) +
            "</div>\n</div>\n<p "
            "class=\"counted\">曜日は日記の日付のもの、時刻は日記を最後に保存したときのものです。</p>\n";

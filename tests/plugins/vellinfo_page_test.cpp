@@ -126,6 +126,15 @@ TEST_F(Information, CountsDaysThatAreNoneApart) {
         EXPECT_EQ(link, u"event:2026/11/23_1"_s);
 }
 
+TEST_F(Information, TellsTheBusiestHourWhenThereIsOne) {
+    insert(u"2026/11/23"_s, 1, u"text"_s, u"PublishTime=NULL"_s);
+    page();
+    EXPECT_TRUE(bytesOf(pageFile()).contains("1件には時刻がありません。どれも0件です。"));
+    insert(u"2026/11/23"_s, 2, u"text"_s, u"PublishTime='2026/11/23 21:00:00'"_s);
+    page();
+    EXPECT_TRUE(bytesOf(pageFile()).contains("1件には時刻がありません。いちばん多いのは21時で1件です。"));
+}
+
 TEST_F(Information, IsNoLongerForLongTitlesAndNames) {
     const QString much = u"<b>&名前</b>"_s.repeated(100'000);
     insert(u"2026/11/23"_s, 1, u"text"_s,
