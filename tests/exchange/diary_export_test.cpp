@@ -378,6 +378,7 @@ TEST(BalancedHtml, EveryElementEndsInOrder) {
         {u"<style>b"_s, u"<style>b</style>"_s},
         {u"<p>a<div>b</div>c</p>"_s, u"<p>a</p><div>b</div>c"_s},
         {u"<custom-tag a='1'>"_s, u"<custom-tag a='1'></custom-tag>"_s},
+        {u"<p class=it's>a<p title='>'>b"_s, u"<p class=it's>a</p><p title='>'>b</p>"_s},
         {u""_s, u""_s},
     };
     for (const auto& [html, balanced] : cases)

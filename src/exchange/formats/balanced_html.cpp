@@ -1,11 +1,11 @@
 #include "exchange/formats/balanced_html.h"
 
 #include <QHash>
-#include <QRegularExpression>
 #include <QSet>
 #include <QStringList>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -40,13 +40,13 @@ constexpr int kMostBrokenTags = 100;
 
 class Balance {
 public:
-    explicit Balance(const QString& html)
+    explicit Balance(QStringView html)
         : m_html(html) {}
 
     QString run() {
         for (qsizetype at = 0; at < m_html.size();) {
             const qsizetype mark = m_html.indexOf(u'<', at);
-            m_written += QStringView(m_html).sliced(at, (mark < 0 ? m_html.size() : mark) - at);
+            m_written += m_html.sliced(at, (mark < 0 ? m_html.size() : mark) - at);
             if (mark < 0)
                 break;
             at = takeMark(mark);
@@ -58,31 +58,64 @@ public:
 private:
     /// Gives the place behind what begins with "<".
     qsizetype takeMark(qsizetype at) {
-        static const QRegularExpression form(uR"re(<(/?)([A-Za-z][A-Za-z0-9:-]*)((?:[^>"']|"[^"]*"|'[^']*')*+)>)re"_s);
-        if (QStringView(m_html).sliced(at).startsWith(u"<!--"))
+        if (m_html.sliced(at).startsWith(u"<!--"))
             return takeComment(at);
-        QRegularExpressionMatch tag;
-        if (m_brokenTags < kMostBrokenTags)
-            tag = form.match(m_html, at, QRegularExpression::NormalMatch,
-                             QRegularExpression::AnchorAtOffsetMatchOption |
-                                 QRegularExpression::DontCheckSubjectStringMatchOption);
-        if (!tag.hasMatch()) {
-            m_brokenTags += at + 1 < m_html.size() && m_html[at + 1].isLetter() ? 1 : 0;
-            m_written +=
-                at + 1 < m_html.size() && (m_html[at + 1].isLetter() || m_html[at + 1] == u'/') ? u"&lt;"_s : u"<"_s;
+        const std::optional<Tag> tag = m_brokenTags < kMostBrokenTags ? tagAt(at) : std::nullopt;
+        if (!tag) {
+            const bool isLikeTag = at + 1 < m_html.size() && (m_html[at + 1].isLetter() || m_html[at + 1] == u'/');
+            m_brokenTags += isLikeTag ? 1 : 0;
+            m_written += isLikeTag ? u"&lt;"_s : u"<"_s;
             return at + 1;
         }
-        const QString name = tag.captured(2).toLower();
-        if (!tag.capturedView(1).isEmpty())
-            end(name, tag.captured());
+        if (tag->isEnd)
+            end(tag->name, m_html.sliced(at, tag->end - at));
         else
-            begin(name, tag);
-        return isRaw(name) && tag.capturedView(1).isEmpty() ? takeRaw(name, tag.capturedEnd()) : tag.capturedEnd();
+            begin(tag->name, m_html.sliced(at, tag->end - at));
+        return !tag->isEnd && isRaw(tag->name) ? takeRaw(tag->name, tag->end) : tag->end;
+    }
+
+    struct Tag {
+        QString name; ///< in small letters
+        bool isEnd = false;
+        qsizetype end = 0; ///< behind it
+    };
+
+    std::optional<Tag> tagAt(qsizetype at) const {
+        Tag tag;
+        tag.isEnd = at + 1 < m_html.size() && m_html[at + 1] == u'/';
+        const qsizetype begin = at + (tag.isEnd ? 2 : 1);
+        const auto isOfName = [](QChar character) {
+            return (character.unicode() < 0x80 && character.isLetterOrNumber()) || character == u':' ||
+                   character == u'-';
+        };
+        qsizetype place = begin;
+        while (place < m_html.size() && isOfName(m_html[place]))
+            ++place;
+        if (place == begin || !m_html[begin].isLetter())
+            return std::nullopt;
+        tag.name = m_html.sliced(begin, place - begin).toString().toLower();
+        // Only behind "=" does a quotation mark begin a value, which may hold ">".
+        QChar quote;
+        bool isValue = false;
+        for (; place < m_html.size(); ++place) {
+            const QChar character = m_html[place];
+            if (!quote.isNull()) {
+                if (character == quote)
+                    quote = QChar();
+            } else if (character == u'>') {
+                tag.end = place + 1;
+                return tag;
+            } else if (isValue && (character == u'"' || character == u'\'')) {
+                quote = character;
+            }
+            isValue = character == u'=' || (isValue && character.isSpace());
+        }
+        return std::nullopt;
     }
 
     qsizetype takeComment(qsizetype at) {
         const qsizetype end = m_html.indexOf(u"-->"_s, at + 4);
-        m_written += QStringView(m_html).sliced(at, (end < 0 ? m_html.size() : end + 3) - at);
+        m_written += m_html.sliced(at, (end < 0 ? m_html.size() : end + 3) - at);
         if (end < 0)
             m_written += u"-->"_s;
         return end < 0 ? m_html.size() : end + 3;
@@ -95,19 +128,19 @@ private:
     /// No mark counts before the end tag.
     qsizetype takeRaw(const QString& name, qsizetype at) {
         const qsizetype end = m_html.indexOf(u"</"_s + name, at, Qt::CaseInsensitive);
-        m_written += QStringView(m_html).sliced(at, (end < 0 ? m_html.size() : end) - at);
+        m_written += m_html.sliced(at, (end < 0 ? m_html.size() : end) - at);
         return end < 0 ? m_html.size() : end;
     }
 
-    void begin(const QString& name, const QRegularExpressionMatch& tag) {
+    void begin(const QString& name, QStringView tag) {
         for (const Siblings& siblings : kSiblings) {
             if (siblings.names.contains(name))
                 closeSibling(siblings);
         }
         if (kBlocks.contains(name) && !m_open.isEmpty() && m_open.constLast() == u"p"_s)
             closeTo(m_open.size() - 1);
-        m_written += tag.capturedView();
-        if (!kVoid.contains(name) && !tag.capturedView(3).endsWith(u'/')) {
+        m_written += tag;
+        if (!kVoid.contains(name) && !tag.endsWith(u"/>")) {
             m_open += name;
             ++m_times[name];
         }
@@ -124,7 +157,7 @@ private:
         }
     }
 
-    void end(const QString& name, const QString& tag) {
+    void end(const QString& name, QStringView tag) {
         if (!isOpen(name))
             return;
         closeTo(m_open.lastIndexOf(name) + 1);
@@ -141,7 +174,7 @@ private:
         }
     }
 
-    const QString& m_html;
+    QStringView m_html;
     QString m_written = u""_s;
     QStringList m_open;
     QHash<QString, qsizetype> m_times; ///< how often each is open
@@ -151,9 +184,7 @@ private:
 } // namespace
 
 QString balancedHtml(const QString& html) {
-    // Checked once for all the matches.
-    const QString valid = html.isValidUtf16() ? html : QString::fromUtf8(html.toUtf8());
-    return Balance(valid).run();
+    return Balance(html).run();
 }
 
 } // namespace velloria::exchange

@@ -14,7 +14,7 @@ namespace velloria::exchange {
 namespace {
 
 constexpr int kDeepest = 16;
-constexpr qsizetype kMostFiles = 100'000;
+constexpr qsizetype kMostFiles = 300'000; // more than an export of the largest diary has
 
 const QString kFailed = u"日記を読み込めません。"_s;
 const QString kUnreadable = u"読めないファイル"_s;
