@@ -16,6 +16,7 @@ from peer_movable_type import as_told, movable_type, wordpress
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SAMPLES = os.path.join(HERE, "..", "data", "exchange", "movable_type")
+SAMPLE_DIARY = os.path.join(HERE, "..", "..", "demo", "make_diary.py")
 PROGRAM = os.path.abspath(os.environ["VELLORIA_PROGRAM"])
 
 LINES = ["朝は晴れ。", "川まで歩いた。", "a < b & c", "&lt;-----&gt;", "-----", "--------", " ----- ", "------", "-----\t",
@@ -109,9 +110,9 @@ class Exports(unittest.TestCase):
         self.database = os.path.join(self.home, "UserData", "diary.mdb")
         self.file = os.path.join(self.home, "out.txt")
 
-    def run_cli(self, *words):
+    def run_cli(self, *words, lines=b""):
         result = subprocess.run([os.path.join(PROGRAM, "velloria-cli"), "--home", self.home, *words],
-                                stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=120)
+                                input=lines, capture_output=True, check=False, timeout=120)
         self.assertEqual(result.returncode, 0, (words, result.stderr.decode()))
 
     def fill(self, rows):
@@ -159,6 +160,17 @@ class Exports(unittest.TestCase):
                              seeds.choice(["一般", "散歩", "a, b"]), "2024/02/01 10:00:00", seeds.randrange(2)))
             self.fill(rows)
             self.compare(self.exported())
+
+    def test_lose_nothing_of_the_sample_diary_and_bring_it_back(self):
+        lines = subprocess.run(["python3", SAMPLE_DIARY], capture_output=True, check=True).stdout
+        self.run_cli("entry", "put", "--keep-time", lines=lines)
+        diary = entries_of(self.database)
+        self.assertGreater(len(diary), 100)
+        self.compare(self.exported())
+        with closing(sqlite3.connect(self.database)) as base, base:
+            base.execute("DELETE FROM Contents WHERE Day > (SELECT min(Day) FROM Contents)")
+        self.run_cli("--yes", "mt", "import", self.file)
+        self.assertEqual(entries_of(self.database)[1:], diary)
 
     def test_show_paragraphs_where_lines_are_empty(self):
         self.fill([("2024/02/01", 1, "t", "a\r\n\r\nb", "", "", "一般", "2024/02/01 10:00:00", 0)])
