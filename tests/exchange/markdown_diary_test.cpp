@@ -2,6 +2,8 @@
 
 #include "exchange/foreign_files.h"
 
+#include <fstream>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -150,10 +152,28 @@ TEST_F(MarkdownDiary, DeepHeadsAreRefused) {
                         "---\na: " + QByteArray("- ").repeated(100'000) + "\n---\n",
                         "---\na: " + QByteArray("{a: ").repeated(100'000) + "\n---\n",
                         "+++\na = " + QByteArray(100'000, '[') + "\n+++\n",
+                        "+++\n[" + QByteArray("a.").repeated(100'000) + "a]\n+++\n",
+                        "+++\n" + QByteArray("'a' . ").repeated(100'000) + "a = 1\n+++\n",
+                        "+++\na = {" + QByteArray("\"a\".").repeated(100'000) + "a = 1}\n+++\n",
                         "{\"a\": " + QByteArray("{\"a\": ").repeated(100'000) + QByteArray(100'001, '}')}) {
         EXPECT_NE(failureOf([&] { readMarkdownDiary(write(u"x.md"_s, deep)); }), QString())
             << deep.first(20).constData();
     }
+}
+
+TEST_F(MarkdownDiary, DotsInATextOfTomlAreNoDepth) {
+    const QByteArray title = "a." + QByteArray(1000, '.') + " b. " + QByteArray("c. d ").repeated(100);
+    write(u"2024-03-09-a.md"_s, "+++\ntitle = '" + title + "'\na.b.c = 1\n+++\nx");
+    const ForeignDiary diary = readAll();
+    ASSERT_EQ(diary.entries.size(), 1U);
+    EXPECT_EQ(diary.entries[0].entry.title, QString::fromUtf8(title).simplified());
+}
+
+TEST_F(MarkdownDiary, AFileWhoseNameIsNoTextIsCounted) {
+    write(u"2024-03-09-b.md"_s, "x");
+    std::ofstream((path() + u"/2024-03-10-"_s).toStdString() + "\x8B\x9F.md") << "y";
+    EXPECT_EQ(readAll().entries.size(), 1U);
+    EXPECT_EQ(losses, u"持ち込めないもの: 文字コードの違う名前のファイル 1件 (2024-03-10-\uFFFD\uFFFD.md)"_s);
 }
 
 TEST_F(MarkdownDiary, WhatIsNoTextIsCountedAmongOthers) {

@@ -28,7 +28,7 @@ QString picturePlaceholder(const ForeignEntry& entry) {
 void Losses::countNamed(const QString& what, const QString& name) {
     Count& count = m_counts[what];
     ++count.times;
-    if (count.names.size() <= kMostNames)
+    if (count.names.size() <= kMostNames && !name.isEmpty())
         count.names += name.size() > kLongestName ? name.left(kLongestName) + u"…"_s : name;
 }
 

@@ -6,6 +6,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <toml++/toml.h>
 
@@ -98,7 +99,16 @@ std::optional<QString> tomlText(const toml::node& node) {
     return QString::fromStdString(text.str());
 }
 
+/// The library looks at the depth of values only, and each part of a dotted key is a table in a table.
+bool hasAbsurdKey(const QString& block) {
+    static const QRegularExpression key(
+        uR"re((?<![\w-])(?:(?:[\w-]++|"[^"\n]*+"|'[^'\n]*+')[ \t]*+\.[ \t]*+){64})re"_s);
+    return key.match(block).hasMatch();
+}
+
 void readToml(const QString& block, FrontMatter& matter) {
+    if (hasAbsurdKey(block))
+        refuse(u"TOMLの項目の名前が深すぎます"_s);
     try {
         const toml::table root = toml::parse(block.toStdString());
         for (const auto& [key, node] : root) {

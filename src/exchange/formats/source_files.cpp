@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::exchange {
@@ -37,6 +39,7 @@ public:
         : m_losses(losses) {}
 
     void into(const QString& folder, int depth) {
+        countOddNames(folder);
         const QDir directory(folder);
         for (const QFileInfo& found :
              directory.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
@@ -56,6 +59,17 @@ public:
     QStringList files;
 
 private:
+    /// Qt passes over a name that is not in the encoding of the system.
+    void countOddNames(const QString& folder) {
+        std::error_code error;
+        for (std::filesystem::directory_iterator found(QFile::encodeName(folder).toStdString(), error), end;
+             !error && found != end; found.increment(error)) {
+            const QByteArray name = QByteArray::fromStdString(found->path().filename().string());
+            if (!name.isValidUtf8())
+                m_losses.countNamed(u"文字コードの違う名前のファイル"_s, QString::fromUtf8(name));
+        }
+    }
+
     void take(const QFileInfo& file) {
         files += file.filePath();
         if (files.size() > kMostFiles)

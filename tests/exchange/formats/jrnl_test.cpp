@@ -106,7 +106,7 @@ TEST_F(Jrnl, ObjectsWithoutADateAreCounted) {
     const exchange::ForeignDiary diary = read("{\"entries\":[{\"title\":\"t\"},7,{\"date\":\"2024-02-30\"},{\"date\":"
                                               "\"2024-02-29\",\"body\":\"a\\r\\nb\"}]}");
     EXPECT_EQ(entriesOf(diary), QStringList{u"2024/02/29||<p>a<br>/b</p>"_s});
-    EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 日付が正しくない日記 3件 (t、、2024-02-30)"_s);
+    EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 日付が正しくない日記 3件 (t、2024-02-30)"_s);
 }
 
 } // namespace
