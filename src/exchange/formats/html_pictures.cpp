@@ -38,7 +38,7 @@ std::optional<QString> pictureFile(const QString& root, const QString& folder, c
     const QFileInfo file(QDir(folder), address);
     const QString found = file.canonicalFilePath();
     const QString within = QFileInfo(root).canonicalFilePath();
-    if (found.isEmpty() || !file.isFile() || !found.startsWith(within + u'/') ||
+    if (found.isEmpty() || !file.isFile() || !file.isReadable() || !found.startsWith(within + u'/') ||
         !kPictureEndings.contains(file.suffix().toLower()))
         return std::nullopt;
     return found;

@@ -1,5 +1,6 @@
 #include "exchange/formats/rednotebook.h"
 
+#include "exchange/formats/html_pictures.h"
 #include "exchange/formats/rednotebook_markup.h"
 #include "exchange/formats/source_files.h"
 #include "exchange/formats/yaml.h"
@@ -117,7 +118,7 @@ private:
         m_diary.entries.push_back(std::move(entry));
     }
 
-    /// One that is on this disk comes along, one of the web stays where it is.
+    /// One that lies in the diary's folder comes along, any other stays where it is.
     QString pictureOf(ForeignEntry& entry, const QString& address) {
         const QUrl url(address);
         const bool isLocal = url.scheme().isEmpty() || url.isLocalFile();
@@ -125,14 +126,19 @@ private:
             return address;
         // The program writes the path as it is, percent signs and all.
         const QString path = address.startsWith(u"file://"_s) ? address.sliced(7) : address;
+        const QString folder = QFileInfo(m_file).path();
+        bool isElsewhere = false;
         for (const QString& candidate : {path, url.toLocalFile()}) {
-            const QFileInfo file(QDir(QFileInfo(m_file).path()), candidate);
-            if (candidate.isEmpty() || !file.isFile() || !file.isReadable())
+            if (candidate.isEmpty())
                 continue;
-            entry.pictures.push_back({file.absoluteFilePath(), picturePlaceholder(entry)});
-            return entry.pictures.back().placeholder;
+            if (const std::optional<QString> file = pictureFile(folder, folder, candidate)) {
+                entry.pictures.push_back({*file, picturePlaceholder(entry)});
+                return entry.pictures.back().placeholder;
+            }
+            isElsewhere |= QFileInfo(QDir(folder), candidate).isFile();
         }
-        m_diary.losses.countNamed(u"見つからない画像"_s, QFileInfo(path).fileName());
+        m_diary.losses.countNamed(isElsewhere ? u"日記のフォルダにない画像"_s : u"見つからない画像"_s,
+                                  QFileInfo(path).fileName());
         return address;
     }
 

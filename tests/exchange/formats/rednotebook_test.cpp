@@ -188,6 +188,21 @@ TEST_F(RedNotebookFolder, APictureOfThisDiskComesAlong) {
               u"<img src=\"https://x.y/z.png\" alt=\"\"></p>"_s.arg(diary.entries[0].pictures[0].placeholder));
 }
 
+TEST_F(RedNotebookFolder, NoAddressBringsAFileFromElsewhere) {
+    const QString secret = path(u"secret.png"_s);
+    writeFile(secret, "secret");
+    writeFile(folder + u"/notes.txt"_s, "no picture");
+    ASSERT_TRUE(QFile::link(secret, folder + u"/link.png"_s));
+    month(u"2024-02.txt"_s, "1:\n  text: '[\"\"" + secret.chopped(4).toUtf8() + "\"\".png] [\"\"file://" +
+                                secret.chopped(4).toUtf8() + "\"\".png] [\"\"../secret\"\".png] [\"\"link\"\".png] " +
+                                "[\"\"notes\"\".txt]'\n");
+    const exchange::ForeignDiary diary = read();
+    ASSERT_EQ(diary.entries.size(), 1U);
+    EXPECT_TRUE(diary.entries[0].pictures.empty());
+    EXPECT_TRUE(diary.entries[0].entry.contents.contains(u"<img src=\"../secret.png\""_s));
+    EXPECT_TRUE(diary.losses.text().contains(u"日記のフォルダにない画像 5件"_s)) << qPrintable(diary.losses.text());
+}
+
 TEST_F(RedNotebookFolder, AMonthThatIsNotWholeIsRefused) {
     month(u"2024-01.txt"_s, "1:\n  text: a\n");
     for (const QByteArray& bad : {QByteArray("1:\n  text: 'cut in the mid"), QByteArray("1:\n  text: \"\xFF\"\n"),
