@@ -16,6 +16,10 @@
 namespace velloria::plugins::wrenport {
 namespace {
 
+// Of nothing but line ends or headings a file would take a hundred times its size in memory.
+constexpr std::ptrdiff_t kMostLines = 2'000'000; // of a day
+constexpr std::size_t kMostEntries = 1'000'000;
+
 constexpr uint32_t kFirstOutside = 0xA0; // references to characters of ASCII are there for a reason
 
 bool isBlank(std::string_view text) {
@@ -73,9 +77,15 @@ public:
 
     void take(HatenaDay&& day) {
         std::erase(day.body, '\r');
+        if (std::ranges::count(day.body, '\n') > kMostLines)
+            throw Error(day.date + "の日の行が多すぎます。一日は" + std::to_string(kMostLines / 10000) +
+                        "万行までです。ファイルの中の日を分けてください。");
         std::vector<DayPart> parts = partsOf(day.body);
         std::erase_if(parts, [](const DayPart& part) { return !part.heading && isBlank(part.text); });
         const std::optional<std::string> key = dayOf(day.date);
+        if (m_entries.size() + parts.size() > kMostEntries)
+            throw Error("日記が多すぎます。一度に" + std::to_string(kMostEntries / 10000) +
+                        "万件までです。ファイルを分けてください。");
         if (!key) {
             m_notes.losses.count("暦にない日付の日記", int64_t(std::max<std::size_t>(parts.size(), 1)));
             m_notes.dates.add(day.date.empty() ? "日付なし" : day.date);

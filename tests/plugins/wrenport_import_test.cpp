@@ -255,6 +255,11 @@ TEST(WrenportImport, RefusesWhatIsTooDeepOrTooLong) {
     EXPECT_TRUE(contains(errorOf(deep), "入れ子が深すぎます"));
     EXPECT_TRUE(contains(errorOf("<diary><day date=\"" + std::string(5 << 20, 'x') + "\">"), "タグが大きすぎます。"));
     EXPECT_TRUE(contains(errorOf("<diary><!--" + std::string(5 << 20, 'x')), "タグが大きすぎます。"));
+    EXPECT_TRUE(contains(errorOf(diaryWith(std::string(2'000'001, '\n'))), "2024-03-08の日の行が多すぎます。"));
+    std::string headings;
+    for (int heading = 0; heading <= 1'000'000; ++heading)
+        headings += "*\n";
+    EXPECT_TRUE(contains(errorOf(diaryWith(headings)), "日記が多すぎます。一度に100万件までです。"));
     const std::string title(1 << 20, 'x');
     EXPECT_EQ(imported(diaryOf(dayWith("a", "2024-03-08", title))).entries[0].title, title);
     EXPECT_EQ(imported(diaryWith("*" + title)).entries[0].title, title);
