@@ -67,9 +67,13 @@ std::string foreignText(const EntryParts& parts, std::string_view name, bool isB
 std::optional<std::string> exactValue(const EntryParts& parts, std::string_view name) {
     const std::string key = kExactPrefix + std::string(name);
     std::optional<std::string> value;
-    for (const Key& each : parts.head)
-        if (each.name == key)
-            value = value.value_or("") + unescapedLine(each.value);
+    for (const Key& each : parts.head) {
+        if (each.name != key)
+            continue;
+        if (!value)
+            value.emplace();
+        *value += unescapedLine(each.value);
+    }
     return value;
 }
 

@@ -78,19 +78,22 @@ std::string EntryWriter::text(const Entry& stored) {
 /// The day with the time of the last save, or the next second that no entry of the day has yet: there are readers that
 /// take two entries with one date and one title for the same.
 DateTime EntryWriter::freeTime(const Entry& entry, DateTime day) {
-    if (entry.day != m_day)
-        m_times.clear();
+    if (entry.day != m_day) {
+        m_takenSeconds.clear();
+        m_searchedUpTo.clear();
+    }
     m_day = entry.day;
     const std::optional<DateTime> saved = dateTimeOf(entry.publishTime.value_or(""));
-    int second = saved ? saved->hour * 3600 + saved->minute * 60 + saved->second : 0;
-    for (int tries = 0; tries < kSecondsADay; ++tries) {
-        day.hour = second / 3600;
-        day.minute = second / 60 % 60;
-        day.second = second % 60;
-        if (m_times.insert(day.stamp()).second)
-            break;
-        second = (second + 1) % kSecondsADay;
+    const int wanted = saved ? saved->hour * 3600 + saved->minute * 60 + saved->second : 0;
+    int second = m_searchedUpTo.try_emplace(wanted, wanted).first->second;
+    if (m_takenSeconds.size() < kSecondsADay) {
+        while (!m_takenSeconds.insert(second).second)
+            second = (second + 1) % kSecondsADay;
+        m_searchedUpTo[wanted] = second;
     }
+    day.hour = second / 3600;
+    day.minute = second / 60 % 60;
+    day.second = second % 60;
     return day;
 }
 

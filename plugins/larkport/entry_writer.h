@@ -5,9 +5,10 @@
 #include "common/diary_file.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <set>
 #include <string>
+#include <unordered_set>
 
 namespace velloria::plugins::larkport {
 
@@ -33,7 +34,8 @@ private:
 
     std::string m_author;
     std::string m_day;
-    std::set<std::string> m_times; ///< of the entries of m_day
+    std::unordered_set<int> m_takenSeconds; ///< by the entries of m_day
+    std::map<int, int> m_searchedUpTo;      ///< by the second that an entry of m_day wanted, the one that the last got
     std::size_t m_written = 0;
     std::size_t m_skipped = 0;
     std::size_t m_replaced = 0;

@@ -1,6 +1,7 @@
 #include "larkport/file_parts.h"
 
 #include <algorithm>
+#include <map>
 
 namespace velloria::plugins::larkport {
 namespace {
@@ -15,6 +16,7 @@ constexpr std::string_view kHeadKeys[] = {
     "DATE",   "CONVERT BREAKS", "ALLOW PINGS", "UNIQUE URL",    "PRIMARY CATEGORY", "CATEGORY",
     "TAGS",   "NO ENTRY",       "IMAGE",       "VELLORIA TEXT", kStartBody};
 constexpr std::string_view kPieces[] = {"BODY", "EXTENDED BODY", "EXCERPT", "KEYWORDS", "COMMENT", "PING"};
+constexpr std::string_view kTexts[] = {"BODY", "EXTENDED BODY", "EXCERPT", "KEYWORDS"};
 constexpr std::string_view kCustomField = "CF50_";
 
 bool isOneOf(std::string_view name, auto& names) {
@@ -76,6 +78,27 @@ void addToLast(EntryParts& entry, const std::vector<std::string>& unnamed) {
             entry.pieces.back().text.append("\n-----\n").append(unnamed[at]);
     }
 }
+
+/// Adds pieces to those of an entry; a text that comes in several pieces of one name is all of them.
+class Pieces {
+public:
+    explicit Pieces(std::vector<Piece>& pieces)
+        : m_pieces(pieces) {
+        for (std::size_t at = 0; at < pieces.size(); ++at)
+            m_texts.emplace(pieces[at].name, at);
+    }
+    void add(std::string_view name, std::string text) {
+        const auto [known, isNew] = m_texts.emplace(name, m_pieces.size());
+        if (isNew || !isOneOf(name, kTexts))
+            m_pieces.push_back({std::string(name), std::move(text)});
+        else
+            m_pieces[known->second].text.append("\n").append(text);
+    }
+
+private:
+    std::vector<Piece>& m_pieces;
+    std::map<std::string, std::size_t> m_texts;
+};
 
 } // namespace
 
@@ -157,8 +180,10 @@ void FileParts::readHead(EntryParts& entry) {
             return; // the end of the file may have cut it to another date
         entry.head.push_back(keyOf(line.text));
         if (entry.head.back().name == kStartBody) {
-            entry.pieces.push_back({"BODY", {}});
-            readRawPiece(entry.pieces.back().text);
+            std::string text;
+            readRawPiece(text);
+            const std::string& beginning = entry.head.back().value;
+            entry.pieces.push_back({"BODY", beginning.empty() ? std::move(text) : beginning + "\n" + text});
             return;
         }
     }
@@ -166,6 +191,7 @@ void FileParts::readHead(EntryParts& entry) {
 
 void FileParts::readPieces(EntryParts& entry) {
     std::vector<std::string> unnamed;
+    Pieces pieces(entry.pieces);
     while (m_at < m_text.size() && !atEntryEnd(lineAt(m_at))) {
         Line first = lineAt(m_at);
         while (isBlank(first.text) && first.next < m_text.size())
@@ -180,7 +206,7 @@ void FileParts::readPieces(EntryParts& entry) {
         unnamed.clear();
         m_at = first.next;
         readRawPiece(text);
-        entry.pieces.push_back({std::string(name), std::move(text)});
+        pieces.add(name, std::move(text));
     }
     if (m_at >= m_text.size() && !unnamed.empty() && isCutName(unnamed.back()))
         unnamed.pop_back();

@@ -7,6 +7,7 @@ namespace velloria::plugins::larkport {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f";
+constexpr std::size_t kLongestName = 32; // more than any tag has that means something here
 
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -150,8 +151,8 @@ std::string tagAt(std::string_view html, std::size_t at) {
     if (begin >= html.size() || !isLetter(html[begin]))
         return isEnd && begin < html.size() ? "!" : "";
     std::string name;
-    for (; begin < html.size() && kBlanks.find(html[begin]) == std::string_view::npos && html[begin] != '/' &&
-           html[begin] != '>';
+    for (; begin < html.size() && name.size() < kLongestName && kBlanks.find(html[begin]) == std::string_view::npos &&
+           html[begin] != '/' && html[begin] != '>';
          ++begin)
         name += lower(html[begin]);
     return name;

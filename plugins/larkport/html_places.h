@@ -19,7 +19,8 @@ enum class Place : unsigned char {
 /// Where something would stand that were put in front of each byte, and at last behind all of them.
 std::vector<Place> placesOf(std::string_view html);
 
-/// The name of the tag that begins at `at`, in lower case; "" when none begins there, "!" for a comment.
+/// The name of the tag that begins at `at`, in lower case; "" when none begins there, "!" for a comment. A name longer
+/// than that of any element is given in part.
 std::string tagAt(std::string_view html, std::size_t at);
 
 } // namespace velloria::plugins::larkport

@@ -123,8 +123,9 @@ private:
 
     void countLosses(const EntryParts& parts) {
         std::set<std::string> categories;
+        std::set<std::string> names;
         for (const Key& key : parts.head)
-            countKey(key, categories);
+            countKey(key, categories, names);
         m_losses.count("2番目からのカテゴリー", std::max(int64_t(categories.size()) - 1, int64_t(0)));
         for (const Piece& piece : parts.pieces) {
             const bool isEmpty = piece.text.find_first_not_of(" \t\n") == std::string::npos;
@@ -135,7 +136,7 @@ private:
         }
     }
 
-    void countKey(const Key& key, std::set<std::string>& categories) {
+    void countKey(const Key& key, std::set<std::string>& categories, std::set<std::string>& names) {
         static const std::set<std::string> kKnown = {"TITLE",       "BASENAME",       "STATUS",       "ALLOW COMMENTS",
                                                      "ALLOW PINGS", "CONVERT BREAKS", "DATE",         "UNIQUE URL",
                                                      "START BODY",  "AUTHOR",         "AUTHOR EMAIL", "VELLORIA TEXT"};
@@ -153,6 +154,8 @@ private:
             m_markdown += key.value.starts_with("markdown") || key.value.starts_with("textile");
         else if (!kKnown.contains(key.name))
             m_losses.count("知らない項目");
+        else if (!names.insert(key.name).second)
+            m_losses.count("同じ名前の2番目からの項目");
     }
 
     const ReadingOptions& m_options;

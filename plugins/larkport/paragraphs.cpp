@@ -12,6 +12,8 @@ constexpr std::string_view kBlocks[] = {"h1", "h2",   "h3",  "h4",       "h5",  
                                         "ul", "menu", "dir", "p",        "pre",    "center",     "form",    "hr", "div",
                                         "li", "dt",   "dd",  "fieldset", "select", "blockquote", "address", "!"};
 
+constexpr std::size_t kLongestBreak = 20; // bytes of a tag in a comment that is a line's end
+
 bool isBlock(const std::string& tag) {
     return std::find(std::begin(kBlocks), std::end(kBlocks), tag) != std::end(kBlocks);
 }
@@ -63,12 +65,12 @@ bool hasParagraphs(std::string_view text) {
 std::string harmlessText(std::string_view text) {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = text[at] == '<' ? text.find('>', at) : std::string_view::npos;
-        const std::string tag = end != std::string_view::npos && end - at < 20 ? tagAt(text, at) : std::string();
+        const std::size_t length = text[at] == '<' ? text.substr(at, kLongestBreak).find('>') : std::string_view::npos;
+        const std::string tag = length != std::string_view::npos ? tagAt(text, at) : std::string();
         if (tag == "br" || tag == "p") {
             if (!result.empty() && result.back() != '\n')
                 result += '\n';
-            at = end + 1;
+            at += length + 1;
         } else if (text[at] == '\n') {
             if (!result.empty() && result.back() != '\n')
                 result += '\n';

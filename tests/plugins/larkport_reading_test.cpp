@@ -170,6 +170,7 @@ TEST(MovableType, HasSeparatorsInItsTexts) {
 TEST(MovableType, TakesOddFormsOfAnEntry) {
     EXPECT_EQ(single("\n\nTITLE:t\n\nDATE:01/02/2024 03:04:05\nSTART BODY:\na\n\nb\n--------\n").contents,
               "<p>a</p>\r\n\r\n<p>b</p>");
+    EXPECT_EQ(single("DATE: 01/02/2024 03:04:05\nSTART BODY: a\nb\n--------\n").contents, "<p>a<br />\r\nb</p>");
     EXPECT_EQ(single("DATE: 01/02/2024 03:04:05\nBODY:\na\n").contents, "<p>a</p>");
     EXPECT_EQ(single("DATE: 01/02/2024 03:04:05\n-----\na\n-----\n").contents, "<p>a</p>");
     EXPECT_EQ(single("DATE: 01/02/2024 03:04:05\n-----\n").contents, "");
@@ -177,6 +178,29 @@ TEST(MovableType, TakesOddFormsOfAnEntry) {
     EXPECT_EQ(single(entryWith(kDate + "PRIMARY CATEGORY: b\nCATEGORY: a\nCATEGORY: b\n")).genre, "b");
     EXPECT_EQ(single(entryWith(kDate + "CATEGORY: a\nCATEGORY: b\n")).genre, "a");
     EXPECT_EQ(single(entryWith(kDate + "PRIMARY CATEGORY:\n")).genre, "一般");
+}
+
+TEST(MovableType, LosesNothingThatComesTwice) {
+    const std::string pieces = "\n-----\nEXCERPT:\nx\n-----\nBODY:\nb\n-----\nCOMMENT:\nc\n-----\nEXCERPT:\ny";
+    const ReadDiary diary = read(entryWith(kDate + "TITLE: u\nSTATUS: Publish\n", "a" + pieces));
+    ASSERT_EQ(diary.entries.size(), 1u);
+    EXPECT_EQ(diary.entries[0].title, "t");
+    EXPECT_EQ(diary.entries[0].contents, "a\r\nb");
+    EXPECT_EQ(diary.entries[0].excerpt, "x\r\ny");
+    EXPECT_TRUE(contains(diary.notes, "同じ名前の2番目からの項目 2件")) << diary.notes;
+}
+
+TEST(MovableType, IsReadInTimeWhateverItsTextsAre) {
+    const std::string tags = [] {
+        std::string text;
+        while (text.size() < 500000)
+            text += "<a";
+        return text;
+    }();
+    const std::string head = "TITLE: t\n" + kDate + "-----\n";
+    EXPECT_EQ(single(head + "BODY:\n" + tags + "\n-----\n--------\n").contents, "<p>" + tags + "</p>");
+    const Entry kept = single(head + "COMMENT:\n" + std::string(500000, '<') + "\n-----\n--------\n", {true, true});
+    EXPECT_GT(kept.extend->size(), 2000000u);
 }
 
 TEST(MovableType, HidesWhatIsNotClearlyPublic) {

@@ -339,6 +339,28 @@ TEST_F(LarkportPlugin, HasTwoThousandEntriesADayAndATitleOfAMegabyte) {
     EXPECT_TRUE(entries() == diary);
 }
 
+TEST(LarkportRoundTrip, HasMoreEntriesADayThanSeconds) {
+    EntryWriter writer("");
+    std::string text;
+    for (int count = 0; count < 87000; ++count)
+        text += writer.text(plainEntry("2024/02/28", std::to_string(count)));
+    const ReadDiary diary = readMovableType(text, {}, [] {});
+    ASSERT_EQ(diary.entries.size(), 87000u);
+    for (std::size_t count = 0; count < diary.entries.size(); ++count)
+        ASSERT_EQ(diary.entries[count].title, std::to_string(count));
+}
+
+TEST(LarkportRoundTrip, HasALongTextThatStandsBesideItsSafeForm) {
+    Entry entry = plainEntry("2024/02/29", "");
+    entry.contents = "";
+    while (entry.contents->size() < 4000000)
+        *entry.contents += "行\n";
+    EntryWriter writer("");
+    const ReadDiary diary = readMovableType(writer.text(entry), {}, [] {});
+    ASSERT_EQ(diary.entries.size(), 1u);
+    EXPECT_TRUE(diary.entries[0].contents == entry.contents);
+}
+
 TEST_F(LarkportPlugin, AsksBeforeItWritesAndMarksWhatItHasWritten) {
     write(u"2024/01/31"_s, u"old"_s);
     const QString sample = QStringLiteral(VELLORIA_TEST_DATA "/exchange/movable_type/mt-full.txt");
