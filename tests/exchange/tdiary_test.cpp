@@ -115,6 +115,15 @@ TEST_F(TDiary, BadDaysAreNamedAndACutOneIsReadAsFarAsItGoes) {
     EXPECT_EQ(read("").entries.size(), 0U);
 }
 
+TEST_F(TDiary, ATimeBeyondTheCalendarIsNone) {
+    for (const QByteArray& time :
+         {QByteArray("99999999999999"), QByteArray("9223372036854775807"), QByteArray("-1"), QByteArray("later")}) {
+        const ForeignDiary diary = read("Date: 20240309\nLast-Modified: " + time + "\nFormat: tDiary\n\nt\nb\n.\n");
+        ASSERT_EQ(diary.entries.size(), 1U);
+        EXPECT_EQ(diary.entries[0].entry.publishTime, QString()) << time.constData();
+    }
+}
+
 TEST_F(TDiary, WhatIsNoneOfItsDataIsRefusedOrCounted) {
     const QString file = write(u"x.td2"_s, "Date: 20240309\n");
     EXPECT_TRUE(failureOf([&] { readTDiary(file); }).contains(u"x.td2"_s));

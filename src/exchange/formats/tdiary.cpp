@@ -17,6 +17,7 @@ namespace velloria::exchange {
 namespace {
 
 const QString kBegin = u"TDIARY2."_s;
+constexpr int kLastYear = 9999;
 
 /// A day of a ".td2", a comment of a ".tdc".
 struct Record {
@@ -90,8 +91,9 @@ private:
         entry.day = day;
         bool isTime = false;
         const qint64 time = record.head.value(u"Last-Modified"_s).toLongLong(&isTime);
-        if (isTime && time > 0)
-            entry.publishTime = QDateTime::fromSecsSinceEpoch(time).toString(u"yyyy/MM/dd HH:mm:ss"_s);
+        const QDateTime written = QDateTime::fromSecsSinceEpoch(time);
+        if (isTime && time > 0 && written.date().year() <= kLastYear)
+            entry.publishTime = written.toString(u"yyyy/MM/dd HH:mm:ss"_s);
         entry.title = section.title.isEmpty() ? title : section.title;
         entry.genre = section.categories.value(0);
         if (section.categories.size() > 1)
