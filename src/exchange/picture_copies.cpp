@@ -65,7 +65,7 @@ QString PictureCopies::place(const QString& file) {
     if (base.isEmpty() || base.startsWith(u'.'))
         base.prepend(u"picture"_s);
     QString name = base + ending;
-    for (int number = 2; isTaken(name) && !holds(name, file); ++number)
+    for (int number = 2; hasOtherSize(name, source.size()) || (isTaken(name) && !holds(name, file)); ++number)
         name = u"%1_%2%3"_s.arg(base).arg(number).arg(ending);
     if (!isTaken(name)) {
         const QString copy = m_folder + name;
@@ -77,14 +77,21 @@ QString PictureCopies::place(const QString& file) {
     return name;
 }
 
+bool PictureCopies::hasOtherSize(const QString& name, qint64 size) const {
+    return m_sizes.value(name, size) != size;
+}
+
 bool PictureCopies::isTaken(const QString& name) const {
     return m_registered.contains(platform::fold(name)) || QFileInfo::exists(m_present.path(name));
 }
 
 /// Only under the exact spelling: an address is as it is spelt.
-bool PictureCopies::holds(const QString& name, const QString& file) const {
+bool PictureCopies::holds(const QString& name, const QString& file) {
     const QString present = m_folder + name;
-    return QFileInfo(present).isFile() && platform::haveSameBytes(present, file);
+    if (!QFileInfo(present).isFile())
+        return false;
+    m_sizes.insert(name, QFileInfo(present).size());
+    return platform::haveSameBytes(present, file);
 }
 
 } // namespace velloria::exchange

@@ -35,13 +35,15 @@ public:
 
 private:
     bool isTaken(const QString& name) const;
-    bool holds(const QString& name, const QString& file) const;
+    bool hasOtherSize(const QString& name, qint64 size) const;
+    bool holds(const QString& name, const QString& file);
 
     QString m_folder; ///< ends in its separator
     platform::FolderLock m_lock;
     platform::FolderNames m_present;
     QSet<QString> m_registered; ///< in the form in which names compare
     QHash<QString, QString> m_placed;
+    QHash<QString, qint64> m_sizes; ///< of files there: a thousand pictures of one name are not opened for each other
     QStringList m_copied;
 };
 

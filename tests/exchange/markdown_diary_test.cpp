@@ -2,6 +2,7 @@
 
 #include "exchange/foreign_files.h"
 
+#include <filesystem>
 #include <fstream>
 
 using namespace Qt::StringLiterals;
@@ -171,9 +172,11 @@ TEST_F(MarkdownDiary, DotsInATextOfTomlAreNoDepth) {
 
 TEST_F(MarkdownDiary, AFileWhoseNameIsNoTextIsCounted) {
     write(u"2024-03-09-b.md"_s, "x");
-    std::ofstream((path() + u"/2024-03-10-"_s).toStdString() + "\x8B\x9F.md") << "y";
+    const std::string odd = path().toStdString() + "/2024-03-10-\x8B\x9F.md";
+    std::ofstream(odd) << "y";
     EXPECT_EQ(readAll().entries.size(), 1U);
     EXPECT_EQ(losses, u"持ち込めないもの: 文字コードの違う名前のファイル 1件 (2024-03-10-\uFFFD\uFFFD.md)"_s);
+    std::filesystem::remove(odd);
 }
 
 TEST_F(MarkdownDiary, WhatIsNoTextIsCountedAmongOthers) {
