@@ -52,6 +52,17 @@ void complete(store::Entry& entry) {
     fill(entry.publishTime, entry.day + u" 00:00:00"_s);
 }
 
+/// What nobody could see yet is not to be seen by an import.
+void hideFuture(ForeignDiary& diary, const QString& now) {
+    for (ForeignEntry& foreign : diary.entries) {
+        store::Entry& entry = foreign.entry;
+        if (foreign.isOwn || entry.isPrivate || entry.publishTime <= now)
+            continue;
+        entry.isPrivate = true;
+        diary.losses.countNamed(u"先の日付での公開予約（非公開にする日記）"_s, entry.day);
+    }
+}
+
 ForeignDiary readDiary(const core::Run& run, const ForeignFormat& format, const QString& path) {
     const platform::Hourglass hourglass(run.desk);
     requirePlace(format, path);
@@ -66,6 +77,8 @@ ForeignDiary readDiary(const core::Run& run, const ForeignFormat& format, const 
         if (!entry.isOwn)
             complete(entry.entry);
     }
+    if (format.hidesFuture)
+        hideFuture(diary, run.clock.now().toString(u"yyyy/MM/dd hh:mm:ss"_s));
     return diary;
 }
 

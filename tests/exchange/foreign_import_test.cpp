@@ -63,6 +63,29 @@ protected:
     }
 };
 
+TEST_F(ForeignImport, AnEntryThatNobodyCouldSeeYetComesInPrivate) {
+    format.hidesFuture = true;
+    add(u"2026/11/23"_s, u"now"_s).entry.publishTime = u"2026/11/23 10:00:00"_s;
+    add(u"2026/11/23"_s, u"soon"_s).entry.publishTime = u"2026/11/23 10:00:01"_s;
+    add(u"2099/01/01"_s, u"late"_s);
+    add(u"2099/01/02"_s, u"own"_s).isOwn = true;
+    foreign.entries.back().entry.publishTime = u"2099/01/02 00:00:00"_s;
+    EXPECT_EQ(import(), platform::Outcome::Done);
+    const auto isPrivate = [this](const QString& day, int number) { return diary().LoadEntry(day, number)->isPrivate; };
+    EXPECT_FALSE(isPrivate(u"2026/11/23"_s, 1));
+    EXPECT_TRUE(isPrivate(u"2026/11/23"_s, 2));
+    EXPECT_TRUE(isPrivate(u"2099/01/01"_s, 1));
+    EXPECT_FALSE(isPrivate(u"2099/01/02"_s, 1));
+    EXPECT_TRUE(foreign.losses.isEmpty());
+    EXPECT_TRUE(desk.texts(u"message"_s)
+                    .value(0)
+                    .contains(u"先の日付での公開予約（非公開にする日記） 2件 (2026/11/23、2099/01/01)"_s))
+        << desk.texts(u"message"_s).value(0).toStdString();
+    format.hidesFuture = false;
+    import();
+    EXPECT_FALSE(isPrivate(u"2099/01/01"_s, 2));
+}
+
 TEST_F(ForeignImport, EntriesGoBehindThoseOfTheDayAsOneGroup) {
     write(u"2024/01/01"_s, u"mine"_s);
     add(u"2024/01/02"_s, u"b"_s);

@@ -80,6 +80,7 @@ struct ForeignFormat {
     Place place = Place::File;
     QString filter; ///< of the dialog that asks for a file, pairs of text and pattern, parted by "|"
     ForeignReader read;
+    bool hidesFuture = false; ///< its sites show an entry of a date to come from that date on
 };
 
 /// All of them, in the order in which a choice shows them.
