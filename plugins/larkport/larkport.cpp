@@ -98,7 +98,6 @@ public:
         if (m_mark.empty())
             throw Error("インポートする日記が読み込まれていません。");
         connected().append(m_read.entries, m_mark);
-        m_host.status(std::to_string(m_read.entries.size()) + "件の日記をインポートしました。");
         m_read = {};
         m_mark.clear();
         return true;
