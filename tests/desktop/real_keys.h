@@ -6,7 +6,9 @@
 #include "editor/forms/frmContents.h"
 #include "support/desktop_home.h"
 
+#include <QPointer>
 #include <QProcess>
+#include <QTimer>
 
 namespace velloria::tests {
 
@@ -62,8 +64,16 @@ protected:
         EXPECT_TRUE(becomesActive(dialog));
         const auto* box = qobject_cast<QMessageBox*>(&dialog);
         const bool isFailure = box && box->icon() == QMessageBox::Critical;
-        begin({QStringLiteral("sleep"), isFailure ? QStringLiteral("1.2") : QStringLiteral("0"), QStringLiteral("key"),
-               key});
+        pressWhileShown(&dialog, key, isFailure ? QStringLiteral("1.2") : QStringLiteral("0"));
+    }
+    /// Presses the key after so many seconds, and again while the dialog has not got it: nobody else ends its waiting.
+    static void pressWhileShown(const QPointer<QDialog>& dialog, const QString& key, const QString& seconds) {
+        constexpr int kSurelyLostMs = 10'000;
+        begin({QStringLiteral("sleep"), seconds, QStringLiteral("key"), key});
+        QTimer::singleShot(kSurelyLostMs, qApp, [dialog, key] {
+            if (dialog && dialog->isVisible())
+                pressWhileShown(dialog, key, QStringLiteral("0"));
+        });
     }
     /// The next modal dialog is left by this key.
     template <class Dialog = QDialog>
