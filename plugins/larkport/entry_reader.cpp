@@ -1,5 +1,6 @@
 #include "larkport/entry_reader.h"
 
+#include "common/escaped.h"
 #include "larkport/date_line.h"
 #include "larkport/own_keys.h"
 #include "larkport/paragraphs.h"
@@ -187,11 +188,11 @@ std::string commentText(const Piece& piece) {
     CommentKeys keys;
     const std::string text = harmlessText(readCommentKeys(withoutBlankEnds(piece.text), isPing, keys));
     const std::optional<DateTime> time = readDateLine(keys.date);
-    std::string head = (isPing ? "トラックバック: " : "コメント: ") + escapedHtml(keys.author);
+    std::string head = (isPing ? "トラックバック: " : "コメント: ") + escaped(keys.author);
     if (!keys.date.empty())
-        head += " (" + (time ? time->stamp() : escapedHtml(keys.date)) + ")";
+        head += " (" + (time ? time->stamp() : escaped(keys.date)) + ")";
     if (!keys.url.empty())
-        head += " " + escapedHtml(keys.url);
+        head += " " + escaped(keys.url);
     return "<HR>\n<P>" + head + "</P>\n<P>" + text + "</P>";
 }
 

@@ -1,5 +1,6 @@
 #include "larkport/paragraphs.h"
 
+#include "common/escaped.h"
 #include "larkport/html_places.h"
 
 #include <algorithm>
@@ -79,34 +80,11 @@ std::string harmlessText(std::string_view text) {
             result += text[at++];
         }
     }
-    const std::string shown = escapedHtml(std::string_view(result).substr(0, result.find_last_not_of('\n') + 1));
+    const std::string shown = escaped(std::string_view(result).substr(0, result.find_last_not_of('\n') + 1));
     std::string lines;
     for (const char c : shown)
         lines.append(c == '\n' ? "<BR>" : "") += c;
     return lines;
-}
-
-std::string escapedHtml(std::string_view text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '"':
-            result += "&quot;";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
 }
 
 } // namespace velloria::plugins::larkport

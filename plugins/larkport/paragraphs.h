@@ -17,6 +17,4 @@ bool hasParagraphs(std::string_view text);
 /// are shown.
 std::string harmlessText(std::string_view text);
 
-std::string escapedHtml(std::string_view text);
-
 } // namespace velloria::plugins::larkport

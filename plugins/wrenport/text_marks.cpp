@@ -76,28 +76,4 @@ std::string joined(const std::vector<std::string_view>& lines) {
     return text;
 }
 
-std::string escaped(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '"':
-            result += "&quot;";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
-}
-
 } // namespace velloria::plugins::wrenport

@@ -1,6 +1,8 @@
 // Small words for texts in UTF-8.
 #pragma once
 
+#include "common/escaped.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -28,9 +30,6 @@ std::vector<std::string_view> linesOf(std::string_view text);
 
 /// Lines with CR LF between them.
 std::string joined(const std::vector<std::string_view>& lines);
-
-/// The text with `&`, `<`, `>` and `"` as references.
-std::string escaped(std::string_view text);
 
 /// A mark within a text, looked for from places that only grow: all searches together take time in proportion to it.
 class Finder {
