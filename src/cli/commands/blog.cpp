@@ -149,10 +149,7 @@ void log(Invocation& invocation) {
     const QStringList lines = blog::lastProtocol(invocation.session);
     if (lines.isEmpty())
         throw Refusal(u"ブログへの投稿の記録はまだありません。"_s);
-    std::vector<QStringList> rows;
-    for (const QString& line : lines)
-        rows.push_back({line});
-    invocation.print(QJsonArray::fromStringList(lines), rows);
+    invocation.printList(lines);
 }
 
 } // namespace

@@ -132,10 +132,7 @@ void days(Invocation& invocation) {
     const QString month = invocation.option(u"--month"_s);
     const QStringList days = invocation.has(u"--public"_s) ? invocation.store().PublicDaysOfMonth(month)
                                                            : invocation.store().DaysOfMonth(month);
-    std::vector<QStringList> rows;
-    for (const QString& day : days)
-        rows.push_back({day});
-    invocation.print(QJsonArray::fromStringList(days), rows);
+    invocation.printList(days);
 }
 
 } // namespace

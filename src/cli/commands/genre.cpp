@@ -1,19 +1,13 @@
 #include "cli/command.h"
 #include "store/genre_list.h"
 
-#include <QJsonArray>
-
 using namespace Qt::StringLiterals;
 
 namespace velloria::cli {
 namespace {
 
 void list(Invocation& invocation) {
-    const QStringList genres = store::readGenres(invocation);
-    std::vector<QStringList> rows;
-    for (const QString& genre : genres)
-        rows.push_back({genre});
-    invocation.print(QJsonArray::fromStringList(genres), rows);
+    invocation.printList(store::readGenres(invocation));
 }
 
 void rebuild(Invocation& invocation) {
