@@ -19,6 +19,7 @@ if "VELLORIA_PROGRAM" not in os.environ:
 PROGRAM = os.path.abspath(os.environ["VELLORIA_PROGRAM"])
 CLI = os.path.join(PROGRAM, "velloria-cli")
 NOW = "2004/02/29 12:34:56"
+NOBODY = 65534
 
 
 def entry(day, title="t", **members):
@@ -129,6 +130,20 @@ class CliTest(unittest.TestCase):
             if os.path.isfile(path) and not file.startswith("velloria") and not file.endswith((".dll", ".exe")):
                 shutil.copy2(path, home)
         return home
+
+    def without_write_permission(self, folder, *own):
+        """Takes it from whoever the returned options for subprocess make run a program: root may write everywhere, so
+        nobody in particular runs it in their place. `own` belongs to them."""
+        os.chmod(folder, 0o555)
+        self.addCleanup(os.chmod, folder, 0o755)
+        if os.geteuid() != 0:
+            return {}
+        os.chmod(self.root, 0o755)
+        for top in own:
+            for path in [top, *(os.path.join(parent, name) for parent, folders, names in os.walk(top)
+                                for name in folders + names)]:
+                os.chown(path, NOBODY, NOBODY, follow_symlinks=False)
+        return {"user": NOBODY, "group": NOBODY, "extra_groups": []}
 
     # -- running ------------------------------------------------------------------------------------------------------
 

@@ -72,16 +72,9 @@ class Home(CliTest):
 
     def test_a_home_that_is_not_writable_is_refused(self):
         self.must("start")
-        if os.geteuid() != 0:
-            os.chmod(self.home, 0o500)
-            self.addCleanup(os.chmod, self.home, 0o700)
-        else:
-            if not mount("--bind", self.home, self.home):
-                self.skipTest("root without the right to mount")
-            self.addCleanup(subprocess.run, ["umount", self.home])
-            self.assertTrue(mount("-o", "remount,ro,bind", self.home))
+        somebody = self.without_write_permission(self.home, self.home)
         for words in READING + WRITING:
-            self.refused(*words, input=LINE, naming=[self.home, "--home"])
+            self.refused(*words, input=LINE, naming=[self.home, "--home"], options=somebody)
 
     def test_a_home_that_neither_settings_nor_lists_can_name_is_refused_the_first_time(self):
         deep = os.path.join(self.root, "x" * 120)

@@ -180,15 +180,15 @@ class Display(ScriptTest):
         self.assertFalse((self.folder / "started").exists())
 
     def test_what_is_mounted_there_is_no_error_and_stays(self):
-        if subprocess.run(["unshare", "--mount", "true"], capture_output=True).returncode != 0:
-            self.skipTest("needs mounts of its own")
-        documents = self.folder / "documents"
-        documents.mkdir()
-        (documents / "letter").write_text("mine")
+        place = self.folder / "place"
+        place.mkdir()
+        if subprocess.run(["mount", "-t", "tmpfs", "tmpfs", place], capture_output=True).returncode != 0:
+            self.skipTest("needs the right to mount")
+        subprocess.run(["umount", place], check=True)
         self.program("portal", f'mkdir "$XDG_RUNTIME_DIR/doc" && mount -t tmpfs tmpfs "$XDG_RUNTIME_DIR/doc" && '
                                f'echo mine > "$XDG_RUNTIME_DIR/doc/letter" && echo "$XDG_RUNTIME_DIR"')
-        script = f'runtime=$({SCRIPTS}/with-display portal) && cat "$runtime/doc/letter" && umount "$runtime/doc"'
-        done = self.run_in("unshare", "--mount", "bash", "-ec", script, TMPDIR=str(self.folder))
+        script = f'trap \'umount "$TMPDIR"/*/doc\' EXIT; runtime=$({SCRIPTS}/with-display portal) && cat "$runtime/doc/letter"'
+        done = self.run_in("bash", "-c", script, TMPDIR=str(self.folder))
         self.assertEqual((done.stdout, done.stderr), ("mine\n", ""))
 
 
