@@ -81,8 +81,8 @@ class PingServer:
 
     def __init__(self, certificate=None):
         self.calls = []
-        self.at_once = self.most_at_once = 0
-        self.lock = threading.Lock()
+        self.at_once = self.most_at_once = self.expected_at_once = 0
+        self.lock = threading.Condition()
         self.is_ending = threading.Event()
         self.context = None
         if certificate:
@@ -126,14 +126,26 @@ class PingServer:
             self.calls.append((path, head, body))
         self.speak(connection, path.strip("/").split("?")[0], head)
 
-    def take_time(self):
-        """Is over before its answer goes: whoever has one may call again at once."""
+    @contextlib.contextmanager
+    def counted(self):
+        """One of those that wait for an answer at the same time."""
         with self.lock:
             self.at_once += 1
             self.most_at_once = max(self.most_at_once, self.at_once)
-        time.sleep(0.02)
-        with self.lock:
-            self.at_once -= 1
+            self.lock.notify_all()
+        try:
+            yield
+        finally:
+            with self.lock:
+                self.at_once -= 1
+
+    def take_time(self):
+        """Is over before its answer goes: whoever has one may call again at once. A slow machine is given the time to bring
+        as many as the test expects."""
+        with self.counted():
+            with self.lock:
+                self.lock.wait_for(lambda: self.most_at_once >= self.expected_at_once, 5)
+            time.sleep(0.02)
 
     @staticmethod
     def read(connection):
@@ -153,7 +165,8 @@ class PingServer:
         if what in ANSWERS:
             connection.sendall(ANSWERS[what])
         elif what == "silent":
-            self.is_ending.wait(60)
+            with self.counted():
+                connection.recv(1)    # until nobody waits any more
         elif what == "drip":      # always something, and never an end
             connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n\r\n")
             while not self.is_ending.wait(0.2):
