@@ -1,6 +1,7 @@
 """Uploads that end in the middle: the program is killed in each of its phases, or the server. Afterwards lists and
 register say what has really gone up, and one more run makes the server equal to the site."""
 
+import fcntl
 import json
 import os
 import shutil
@@ -74,9 +75,11 @@ class Ends:
         self.older = files_below(self.server.site)
 
     def upload_until(self, matches, then):
-        """Runs, and does `then` with the program as soon as an event is there. Returns the events of the whole run."""
-        program = subprocess.Popen(self.command("--yes", "--events", "upload"), env=self.environment(),
+        """Runs, and does `then` with the program as soon as an event is there. Returns the events of the whole run. The
+        program is never far ahead of the event, however slow this is: what it may tell unread is a page, and unbuffered."""
+        program = subprocess.Popen(self.command("--yes", "--events", "upload"), env=self.environment(), bufsize=0,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        fcntl.fcntl(program.stderr, fcntl.F_SETPIPE_SZ, 4096)
         events, is_there = [], False
         with program:
             for line in program.stderr:
@@ -150,7 +153,7 @@ class Ends:
     def test_killed_in_each_phase(self):
         for phase, matches in PHASES.items():
             with self.subTest(phase=phase):
-                for _ in range(5):  # a kill may come late
+                for _ in range(20):  # a kill may come late
                     self.prepare()
                     before = self.lists()
                     code, events = self.upload_until(matches, lambda program: program.kill())

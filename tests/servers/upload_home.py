@@ -177,7 +177,7 @@ class UploadTest(CliTest):
             if logs or not is_logged:
                 script += [f'put "{self.site}{path}" -o "{path}"']
         line = "\n".join(script).encode("cp932")
-        subprocess.run(["lftp", "-f", self.input_file("script", line)], check=True, timeout=60,
+        subprocess.run(["lftp", "-f", self.input_file("script", line)], check=True, timeout=600,
                        env={"HOME": self.root, "LANG": "C", "PATH": os.environ["PATH"]})
         found = files_below(folder)
         shutil.rmtree(folder)
