@@ -125,26 +125,45 @@ QMultiHash<QByteArray, Fields> readFields(const QString& copy) {
     return fields;
 }
 
-/// Of every copy that can be read; a later one counts where an earlier one has nothing.
-std::vector<QMultiHash<QByteArray, Fields>> readCopies(const QStringList& copies) {
+constexpr char kWithoutNumber[] = "FROM Memo WHERE typeof(No) <> 'integer' OR No <= 0";
+
+/// Those without a number.
+QSet<QByteArray> keysOfReset(const Connection& connection) {
+    QSet<QByteArray> keys;
+    Statement rows(connection, QByteArray("SELECT PublishTime, Title, Memo ") + kWithoutNumber);
+    while (rows.next())
+        keys.insert(keyOf({rows.value(0), rows.value(1), rows.value(2)}));
+    return keys;
+}
+
+/// Of as many copies as it takes to find all of `wanted`; a later one counts where an earlier one has nothing.
+std::vector<QMultiHash<QByteArray, Fields>> readCopies(const QStringList& copies, QSet<QByteArray> wanted) {
     std::vector<QMultiHash<QByteArray, Fields>> found;
     for (const QString& copy : copies) {
+        if (wanted.isEmpty())
+            break;
         try {
-            if (QFileInfo::exists(copy))
-                found.push_back(readFields(copy));
+            if (!QFileInfo::exists(copy))
+                continue;
+            found.push_back(readFields(copy));
         } catch (const platform::Failure&) {
             continue; // an older diary has no such columns
         }
+        wanted.removeIf([&](const QByteArray& key) { return found.back().contains(key); });
     }
     return found;
 }
 
-constexpr char kWithoutNumber[] = "FROM Memo WHERE typeof(No) <> 'integer' OR No <= 0";
-
-/// The fields of a memo without a number, from the first copy that has it, each once.
-std::optional<Fields> takeFields(std::vector<QMultiHash<QByteArray, Fields>>& copies, const QByteArray& key) {
+/// The fields of a memo without a number, from the first copy that has it, each once. Of several that are the same to
+/// the letter the one whose number nobody has by now, the lowest first.
+std::optional<Fields> takeFields(std::vector<QMultiHash<QByteArray, Fields>>& copies, const QByteArray& key,
+                                 const QSet<qint64>& numbers) {
+    const auto rankOf = [&](const Fields& fields) { return std::pair(numbers.contains(fields.no), fields.no); };
     for (auto& copy : copies) {
-        if (const auto same = copy.find(key); same != copy.end()) {
+        const auto [begin, end] = copy.equal_range(key);
+        const auto same = std::min_element(
+            begin, end, [&](const Fields& left, const Fields& right) { return rankOf(left) < rankOf(right); });
+        if (same != end) {
             const Fields fields = *same;
             copy.erase(same);
             return fields;
@@ -252,13 +271,10 @@ void MemoStore::setLockedAsAWhole(bool isLocked) const {
 }
 
 bool MemoStore::takeBackReset(const QStringList& copies) const {
-    {
-        const Connection connection(m_file, Access::ReadOnly);
-        Statement any(connection, QByteArray("SELECT 1 ") + kWithoutNumber + " LIMIT 1");
-        if (!any.next())
-            return false;
-    }
-    std::vector<QMultiHash<QByteArray, Fields>> former = readCopies(copies);
+    QSet<QByteArray> reset = keysOfReset(Connection(m_file, Access::ReadOnly));
+    if (reset.isEmpty())
+        return false;
+    std::vector<QMultiHash<QByteArray, Fields>> former = readCopies(copies, std::move(reset));
     Connection connection(m_file, Access::ReadWrite);
     Transaction transaction(connection);
     QSet<qint64> numbers;
@@ -271,7 +287,7 @@ bool MemoStore::takeBackReset(const QStringList& copies) const {
     while (rows.next()) {
         Fields fields{0, rows.text(3).toUtf8(), rows.boolean(4)};
         if (fields.category.isEmpty() && !fields.isLocked)
-            fields = takeFields(former, keyOf({rows.value(0), rows.value(1), rows.value(2)})).value_or(fields);
+            fields = takeFields(former, keyOf({rows.value(0), rows.value(1), rows.value(2)}), numbers).value_or(fields);
         if (fields.no <= 0 || numbers.contains(fields.no))
             fields.no = 0;
         else

@@ -236,6 +236,28 @@ TEST_F(Memos, GetBackWhatWasResetTwice) {
     EXPECT_EQ(rowOf(u"secret"_s), before);
 }
 
+TEST_F(Memos, OfOneTextGetBackEachItsOwn) {
+    const Memo first = add(u"same"_s, u"x"_s, u"one"_s);
+    add(u"same"_s, u"x"_s, u"two"_s, true);
+    add(u"same"_s, u"x"_s, u"three"_s);
+    optimize();
+    Memo typed = first;
+    typed.text = u"typed"_s;
+    ASSERT_EQ(memos().save(typed, first, {}).kind, Kind::Done);
+    EXPECT_TRUE(memos().takeBackReset(copies()));
+    EXPECT_EQ(sqlValue(u"SELECT group_concat(Memo || No || Category || IsPass) FROM Memo"_s),
+              u"typed1one0,x2two1,x3three0"_s);
+}
+
+TEST_F(Memos, AreLookedForInNoMoreCopiesThanItTakes) {
+    add(u"title"_s, u"x"_s, u"cat"_s);
+    optimize();
+    const QString damaged = path(u"damaged"_s);
+    writeFile(damaged, "no diary");
+    EXPECT_TRUE(memos().takeBackReset(QStringList{damaged} + copies() + QStringList{path(u"none"_s)}));
+    EXPECT_EQ(sqlValue(u"SELECT No || Category FROM Memo"_s), u"1cat"_s);
+}
+
 TEST_F(Memos, WithoutANumberGetOneThatNobodyHas) {
     sql(u"INSERT INTO Memo (Title, No) VALUES ('a', 2), ('b', 0), ('c', NULL), ('d', 1), ('e', 'x')"_s);
     EXPECT_TRUE(memos().takeBackReset({path(u"none"_s)}));
