@@ -1,12 +1,11 @@
 #include "memo/memo_book.h"
 
 #include "convert/password_text.h"
-#include "core/files.h"
 #include "core/program_keys.h"
 #include "core/settings.h"
 #include "platform/failure.h"
 #include "shell/users.h"
-#include "store/memo_rescue.h"
+#include "store/diary_copies.h"
 
 #include <algorithm>
 
@@ -19,10 +18,12 @@ using store::MemoOutcome;
 
 namespace {
 
-/// The copies that the optimisation of the diary and its update leave, the newest first.
+/// The copies that the optimisation of the diary and its update leave, and those of each day: the newest first.
 QStringList formerDiaries(const core::Session& session) {
-    const QString newest = core::files::kBackup.in(session);
-    return {newest, newest + u".1"_s, newest + u".2"_s, newest + u".3"_s};
+    QStringList files;
+    for (const store::DiaryCopy& copy : store::diaryCopyFiles(session))
+        files += copy.file;
+    return files;
 }
 
 } // namespace
@@ -42,40 +43,52 @@ bool MemoBook::unlock(const QString& password) {
     return m_isUnlocked;
 }
 
-std::vector<Memo> MemoBook::list(const QString& word, const std::optional<QString>& category) const {
+/// Until then a memo that was locked would open, and a new one would get the number of another.
+const store::MemoStore& MemoBook::settled() const {
     try {
         m_store.takeBackReset(formerDiaries(m_run.session));
     } catch (const platform::Failure&) {
         // A diary that can't be written to can still be read.
     }
-    return m_store.list({word, category, isOpen()});
+    return m_store;
+}
+
+std::vector<Memo> MemoBook::list(const QString& word, const std::optional<QString>& category) const {
+    return settled().list({word, category, isOpen()});
 }
 
 std::optional<Memo> MemoBook::load(qint64 row) const {
-    std::optional<Memo> memo = m_store.load(row);
+    std::optional<Memo> memo = settled().load(row);
     if (memo && isClosed(*memo))
         memo->text = QString();
     return memo;
 }
 
 std::optional<Memo> MemoBook::find(std::optional<qint64> no, const QString& publishTime) const {
-    const std::vector<Memo> memos = m_store.list({});
+    const std::vector<Memo> memos = settled().list({});
     const auto found = std::find_if(memos.begin(), memos.end(), [&](const Memo& memo) {
         return no && memo.no == no && memo.publishTime == publishTime;
     });
     return found == memos.end() ? std::nullopt : m_store.load(found->row);
 }
 
+bool MemoBook::isClosed(std::optional<qint64> no) const {
+    if (!no || isOpen())
+        return false;
+    const std::vector<Memo> memos = settled().list({});
+    return std::any_of(memos.begin(), memos.end(), [&](const Memo& memo) { return memo.isLocked && memo.no == no; });
+}
+
 MemoOutcome MemoBook::save(const Memo& memo, const std::optional<Memo>& seen) const {
     store::MemoRescue rescue(m_run);
     return rescue.guard(
-        [&] { return m_store.save(memo, seen, [&](const Memo& former) { rescue.keep(former, u"上書き"_s); }); });
+        [&] { return settled().save(memo, seen, [&](const Memo& former) { rescue.keep(former, u"上書き"_s); }); });
 }
 
 MemoOutcome MemoBook::remove(const Memo& seen) const {
     store::MemoRescue rescue(m_run);
     return rescue.guard(
-        [&] { return m_store.remove(seen, [&](const Memo& former) { rescue.keep(former, u"削除"_s); }); });
+        [&] { return settled().remove(seen, [&](const Memo& former) { rescue.keep(former, u"削除"_s); }); });
 }
 
 } // namespace velloria::memo

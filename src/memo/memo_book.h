@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/run.h"
+#include "store/memo_rescue.h"
 #include "store/memo_store.h"
 
 namespace velloria::memo {
@@ -29,18 +30,28 @@ public:
     bool isLockedAsAWhole() const { return m_store.isLockedAsAWhole(); }
     void setLockedAsAWhole(bool isLocked) const { m_store.setLockedAsAWhole(isLocked); }
 
-    /// As MemoStore has it; what the optimisation of the diary has reset comes back first.
+    // What the optimisation of the diary has reset comes back before anything below.
+
+    /// As MemoStore has it.
     std::vector<store::Memo> list(const QString& word, const std::optional<QString>& category) const;
-    QStringList categories() const { return m_store.categories(); }
+    QStringList categories() const { return settled().categories(); }
 
     /// Nothing when it is there no more; without its text while it is closed.
     std::optional<store::Memo> load(qint64 row) const;
     /// The memo of that number that was saved last at that time.
     std::optional<store::Memo> find(std::optional<qint64> no, const QString& publishTime) const;
+    /// Whether the password has to be asked for before a text is shown that a memo of this number once had.
+    bool isClosed(std::optional<qint64> no) const;
+    /// Whether what is removed or overwritten is kept at all.
+    bool keepsWhatGoes() const { return store::MemoRescue(m_run).isOn(); }
+    /// What was removed or overwritten, the newest first.
+    std::vector<store::KeptMemo> kept() const { return store::MemoRescue::all(m_run); }
     store::MemoOutcome save(const store::Memo& memo, const std::optional<store::Memo>& seen) const;
     store::MemoOutcome remove(const store::Memo& seen) const;
 
 private:
+    const store::MemoStore& settled() const;
+
     core::Run m_run;
     store::MemoStore m_store;
     bool m_isUnlocked = false;

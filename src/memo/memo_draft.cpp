@@ -2,6 +2,7 @@
 
 #include "core/files.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 #include "store/memo_line.h"
 #include "store/memo_rescue.h"
 
@@ -12,23 +13,27 @@ using namespace Qt::StringLiterals;
 
 namespace velloria::memo {
 
-using store::Memo;
+namespace {
+
+constexpr QLatin1StringView kWasLocked("WasLocked");
+
+} // namespace
 
 MemoDraft::MemoDraft(const core::Run& run)
     : m_run(run)
     , m_lock(QFileInfo(core::files::kMemoDraft.in(run.session)).absoluteFilePath())
     , m_lines(core::files::kMemoDraft.in(run.session)) {}
 
-std::optional<Memo> MemoDraft::takeOver() {
+std::optional<Typed> MemoDraft::takeOver() {
     if (!m_lock.isHeld())
         return std::nullopt;
     try {
         const QList<QByteArray> lines = m_lines.all();
         for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
-            if (std::optional<Memo> draft = store::parseMemoLine(*line)) {
+            if (std::optional<store::Memo> draft = store::parseMemoLine(*line)) {
                 m_lines.own({*line});
                 m_isThere = true;
-                return draft;
+                return Typed{std::move(*draft), platform::parseJson(*line, nullptr)[kWasLocked].toBool()};
             }
         }
     } catch (const platform::Failure&) {
@@ -37,8 +42,9 @@ std::optional<Memo> MemoDraft::takeOver() {
     return std::nullopt;
 }
 
-void MemoDraft::write(const Memo& typed) {
-    QJsonObject line = store::toJson(typed);
+void MemoDraft::write(const Typed& typed) {
+    QJsonObject line = store::toJson(typed.memo);
+    line[kWasLocked] = typed.wasLocked;
     line[u"Reason"_s] = u"下書き"_s;
     line[u"Time"_s] = m_run.clock.now().toString(u"yyyy/MM/dd HH:mm:ss");
     m_lines.write({QJsonDocument(line).toJson(QJsonDocument::Compact)});
@@ -51,8 +57,10 @@ void MemoDraft::remove() {
     m_isThere = false;
 }
 
-void MemoDraft::drop(const Memo& draft) {
-    store::MemoRescue(m_run).keep(draft, u"下書き"_s);
+void MemoDraft::drop(const Typed& draft) {
+    store::Memo kept = draft.memo;
+    kept.isLocked = kept.isLocked || draft.wasLocked;
+    store::MemoRescue(m_run).keep(kept, u"下書き"_s);
     remove();
 }
 

@@ -7,11 +7,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QTreeView>
+#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -411,6 +412,132 @@ TEST_F(MemoWindow, ShowsTheDraftOfALockedMemoAfterThePassword) {
     typePassword(u"abc"_s);
     open();
     EXPECT_EQ(pane().text(), u"xits text"_s);
+}
+
+TEST_F(MemoWindow, ShowsADraftWhoseLockWasTakenOffAfterThePasswordWhateverBecameOfItsMemo) {
+    logIn();
+    for (const QString& meanwhile :
+         {u"UPDATE Memo SET PublishTime = '2026/11/23 11:00:00', Memo = 'theirs'"_s,
+          u"UPDATE Memo SET PublishTime = '2026/11/23 11:00:00', IsPass = 0"_s, u"DELETE FROM Memo"_s}) {
+        sql(u"DELETE FROM Memo"_s);
+        store(u"secret"_s, u"its text"_s, {}, true);
+        open();
+        pick(u"secret"_s);
+        typePassword(u"abc"_s);
+        click(u"Btn_Unlock"_s);
+        QTest::mouseClick(&lock(), Qt::LeftButton, {}, QPoint(8, lock().height() / 2));
+        EXPECT_FALSE(lock().isChecked());
+        window->keepDraft();
+        window.reset(); // as a crash leaves it
+        sql(meanwhile);
+        desk.answers = {u"yes"_s, u"yes"_s};
+        whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); });
+        open();
+        EXPECT_EQ(pane().text(), QString()) << meanwhile.toStdString();
+        EXPECT_EQ(title().text(), QString());
+        EXPECT_TRUE(exists(draftFile()));
+        window.reset();
+        typePassword(u"abc"_s);
+        open();
+        EXPECT_EQ(pane().text(), u"its text"_s);
+        EXPECT_FALSE(lock().isChecked()) << "as it was typed";
+        window->keepDraft();
+        window.reset();
+        QFile::remove(draftFile());
+    }
+}
+
+TEST_F(MemoWindow, ShowsADraftOfAMemoThatWasLockedSinceAfterThePassword) {
+    logIn();
+    store(u"title"_s, u"its text"_s);
+    open();
+    pick(u"title"_s);
+    type(pane(), u"x"_s);
+    window->keepDraft();
+    window.reset();
+    sql(u"UPDATE Memo SET PublishTime = '2026/11/23 11:00:00', IsPass = 1"_s);
+    desk.answers = {u"yes"_s};
+    whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); });
+    open();
+    EXPECT_EQ(pane().text(), QString());
+}
+
+TEST_F(MemoWindow, KeepsADraftThatItCantShowOrPutAway) {
+    open();
+    type(pane(), u"first"_s);
+    window->keepDraft();
+    window.reset();
+    ASSERT_TRUE(QDir().mkdir(session.UserPath + u"memo_rescue.jsonl"_s));
+    desk.answers = {u"no"_s};
+    open();
+    EXPECT_EQ(desk.texts(u"failure"_s).size(), 1);
+    type(pane(), u"second"_s);
+    window->keepDraft();
+    EXPECT_TRUE(bytesOf(draftFile()).contains("first"));
+    EXPECT_TRUE(bytesOf(draftFile()).contains("second"));
+}
+
+TEST_F(MemoWindow, SaysWhatBecomesOfADraftWhereNothingIsKept) {
+    core::WriteIni(session.DiaryIniFile, u"ALL"_s, u"Rescue"_s, u"0"_s);
+    open();
+    type(pane(), u"unwanted"_s);
+    window->keepDraft();
+    window.reset();
+    desk.answers = {u"no"_s};
+    open();
+    EXPECT_TRUE(told().join(u' ').contains(u"「いいえ」を選ぶと、消えます。"_s)) << told().join(u' ').toStdString();
+    EXPECT_FALSE(exists(draftFile()));
+    EXPECT_EQ(rescued(), QByteArray());
+}
+
+TEST_F(MemoWindow, PutsARemovedMemoBackAsANewOne) {
+    store(u"one"_s, u"first\r\ntext"_s, u"cat"_s);
+    store(u"two"_s, u"second"_s);
+    open();
+    find<QAction>(u"actPutBack"_s).trigger();
+    EXPECT_EQ(boxes().back(), u"exclamation: 控えはありません。"_s);
+    for (const QString& one : {u"one"_s, u"two"_s}) {
+        pick(one);
+        desk.answers = {u"yes"_s};
+        click(u"Btn_Delete"_s);
+    }
+    whenShown<QDialog>([](QDialog& dialog) {
+        auto* list = dialog.findChild<QTreeWidget*>(u"lstKept"_s);
+        ASSERT_EQ(list->topLevelItemCount(), 2);
+        EXPECT_EQ(list->currentItem()->text(2), u"two"_s) << "the newest first";
+        EXPECT_EQ(list->topLevelItem(1)->text(1), u"削除"_s);
+        list->setCurrentItem(list->topLevelItem(1));
+        EXPECT_EQ(dialog.findChild<QPlainTextEdit*>(u"txtKept"_s)->toPlainText(), u"first\ntext"_s);
+        dialog.findChild<QPushButton*>(u"Btn_PutBack"_s)->click();
+    });
+    find<QAction>(u"actPutBack"_s).trigger();
+    EXPECT_EQ(shown(), QStringList{u"one"_s});
+    EXPECT_EQ(list().currentIndex().data().toString(), u"one"_s);
+    EXPECT_EQ(pane().text(), u"first\r\ntext"_s);
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(sqlValue(u"SELECT Title || hex(Memo) || Category FROM Memo"_s), u"one66697273740D0A74657874cat"_s);
+}
+
+TEST_F(MemoWindow, PutsNothingBackBeforeThePasswordAndWhatIsTyped) {
+    logIn();
+    store(u"secret"_s, u"its text"_s, {}, true);
+    sql(u"DELETE FROM Memo"_s);
+    writeFile(session.UserPath + u"memo_rescue.jsonl"_s, "{\"Title\":\"t\",\"Memo\":\"kept\"}\n");
+    open();
+    whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); });
+    find<QAction>(u"actPutBack"_s).trigger();
+    EXPECT_EQ(shown(), QStringList());
+    type(pane(), u"typed"_s);
+    typePassword(u"abc"_s);
+    QTimer::singleShot(200, [] {
+        answer(u"キャンセル"_s);
+        whenShown<QDialog>([](QDialog& dialog) { dialog.findChild<QPushButton*>(u"Btn_PutBack"_s)->click(); });
+    });
+    find<QAction>(u"actPutBack"_s).trigger();
+    EXPECT_EQ(pane().text(), u"typed"_s);
+    EXPECT_EQ(sqlValue(u"SELECT count(*) FROM Memo"_s), u"0"_s);
+    answer(u"保存しない(&N)"_s);
+    window->close();
 }
 
 TEST_F(MemoWindow, UndoesWithinAMemoAndNotBackToTheLastOne) {

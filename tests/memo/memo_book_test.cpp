@@ -119,6 +119,75 @@ TEST_F(Book, StillLocksWhatTheOptimisationOfTheDiaryUnlocks) {
     EXPECT_TRUE(book.load(listed.front().row)->text.isNull());
 }
 
+TEST_F(Book, OpensNothingThatWasLockedBeforeTheOptimisation) {
+    logIn();
+    const store::Memo memo = store(u"title"_s, u"secret"_s, u"cat"_s, true);
+    for (const auto& look : {std::function([&] { return book.load(memo.row)->text; }),
+                             std::function([&] { return book.categories().join(u','); }),
+                             std::function([&] { return QString::number(book.isClosed(memo.no)); })}) {
+        const QString before = look();
+        desk.answers = {u"yes"_s};
+        ASSERT_TRUE(store::optimizeCommand(run));
+        EXPECT_EQ(look(), before);
+    }
+}
+
+TEST_F(Book, GivesANewMemoNoNumberThatTheOptimisationHasReset) {
+    store(u"first"_s);
+    store(u"second"_s, u"x"_s, u"cat"_s);
+    desk.answers = {u"yes"_s};
+    ASSERT_TRUE(store::optimizeCommand(run));
+    store::Memo fresh;
+    fresh.title = u"new"_s;
+    EXPECT_EQ(book.save(fresh, std::nullopt).kind, Kind::Done);
+    EXPECT_EQ(sqlValue(u"SELECT group_concat(Title || No || ifnull(Category, '')) FROM Memo"_s),
+              u"first1,second2cat,new3"_s);
+}
+
+TEST_F(Book, FindsInTheDailyCopiesWhatTheOtherBackupsLack) {
+    sql(u"INSERT INTO Contents (Day, Number, Title) VALUES ('2026/11/23', 1, 'entry')"_s);
+    store(u"title"_s, u"x"_s, u"cat"_s, true);
+    for (int day = 23; day < 28; ++day) {
+        setNow(u"2026/11/%1 10:00:00"_s.arg(day));
+        sql(u"UPDATE Contents SET Title = Title || '.'"_s); // each backup differs and takes the place of an older one
+        desk.answers = {u"yes"_s};
+        ASSERT_TRUE(store::optimizeCommand(run));
+    }
+    ASSERT_FALSE(exists(session.UserPath + u"diarymdb.bak.4"_s));
+    book.list({}, {});
+    EXPECT_EQ(sqlValue(u"SELECT Category || IsPass || No FROM Memo"_s), u"cat11"_s);
+}
+
+TEST_F(Book, KnowsByItsNumberWhetherATextIsLocked) {
+    logIn();
+    const store::Memo locked = store(u"t"_s, u"secret"_s, {}, true);
+    const store::Memo open = store(u"t"_s);
+    EXPECT_TRUE(book.isClosed(locked.no));
+    EXPECT_FALSE(book.isClosed(open.no));
+    EXPECT_FALSE(book.isClosed(std::nullopt));
+    EXPECT_TRUE(book.unlock(u"abc"_s));
+    EXPECT_FALSE(book.isClosed(locked.no));
+}
+
+TEST_F(Book, ListsWhatItKeptTheNewestFirst) {
+    EXPECT_TRUE(book.kept().empty());
+    const store::Memo first = store(u"\uFEFF題"_s, u"一\r\n二"_s, u"cat"_s, true);
+    book.remove(first);
+    setNow(u"2026/11/23 11:00:00"_s);
+    const store::Memo second = store(u"second"_s);
+    book.save(second, second);
+    QFile file(session.UserPath + u"memo_rescue.jsonl"_s);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("[]\n{\"Title\":\"no memo\"}\n{\"Memo\":\"cut");
+    file.close();
+    const std::vector<store::KeptMemo> kept = book.kept();
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_TRUE(store::holdSame(kept[0].memo, second));
+    EXPECT_EQ(kept[0].reason + kept[0].time, u"上書き2026/11/23 11:00:00"_s);
+    EXPECT_TRUE(store::holdSame(kept[1].memo, first));
+    EXPECT_EQ(kept[1].reason + kept[1].time, u"削除2026/11/23 10:00:00"_s);
+}
+
 TEST_F(Book, ListsADiaryThatCantBeWrittenTo) {
     store(u"title"_s);
     sql(u"UPDATE Memo SET No = 0"_s);

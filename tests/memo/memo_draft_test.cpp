@@ -13,24 +13,28 @@ using memo::MemoDraft;
 
 class Draft : public MemoHome {
 protected:
-    static store::Memo typed(const QString& text) {
+    static memo::Typed typed(const QString& text) {
         store::Memo memo;
         memo.title = u"題"_s;
         memo.text = text;
         memo.no = 5;
         memo.publishTime = u"2026/11/22 01:02:03"_s;
         memo.isLocked = true;
-        return memo;
+        return {memo, false};
     }
 };
 
 TEST_F(Draft, ComesBackInTheNextRun) {
-    const store::Memo memo = typed(u"一\r\n二"_s);
-    MemoDraft(run).write(memo);
-    EXPECT_EQ(modeOf(draftFile()), 0600U);
-    const auto found = MemoDraft(run).takeOver();
-    ASSERT_TRUE(found);
-    EXPECT_TRUE(store::holdSame(*found, memo));
+    memo::Typed written = typed(u"\uFEFF一\r\n二"_s);
+    for (const bool wasLocked : {false, true}) {
+        written.wasLocked = wasLocked;
+        MemoDraft(run).write(written);
+        EXPECT_EQ(modeOf(draftFile()), 0600U);
+        const auto found = MemoDraft(run).takeOver();
+        ASSERT_TRUE(found);
+        EXPECT_TRUE(store::holdSame(found->memo, written.memo));
+        EXPECT_EQ(found->wasLocked, wasLocked);
+    }
 }
 
 TEST_F(Draft, IsReplacedByTheNextOneAndGoesWithTheSave) {
@@ -62,7 +66,7 @@ TEST_F(Draft, ThatIsTakenOverIsReplacedAndTheOthersStay) {
         second.write(typed(u"second"_s));
     }
     MemoDraft next(run);
-    EXPECT_EQ(next.takeOver()->text, u"second"_s);
+    EXPECT_EQ(next.takeOver()->memo.text, u"second"_s);
     next.write(typed(u"third"_s));
     EXPECT_FALSE(bytesOf(draftFile()).contains("second"));
     EXPECT_TRUE(bytesOf(draftFile()).contains("first"));
@@ -80,7 +84,7 @@ TEST_F(Draft, ThatIsGivenBackIsFoundAgain) {
         next.write(typed(u"other"_s));
         next.remove();
     }
-    EXPECT_EQ(MemoDraft(run).takeOver()->text, u"first"_s);
+    EXPECT_EQ(MemoDraft(run).takeOver()->memo.text, u"first"_s);
 }
 
 TEST_F(Draft, ThatIsNotWantedGoesToTheRescueFile) {
@@ -89,6 +93,16 @@ TEST_F(Draft, ThatIsNotWantedGoesToTheRescueFile) {
     next.drop(*next.takeOver());
     EXPECT_FALSE(exists(draftFile()));
     EXPECT_TRUE(rescued().contains("unwanted") && rescued().contains("下書き")) << rescued().toStdString();
+}
+
+TEST_F(Draft, ThatIsNotWantedStaysLockedAsItsMemoWas) {
+    memo::Typed opened = typed(u"secret"_s);
+    opened.memo.isLocked = false;
+    opened.wasLocked = true;
+    MemoDraft(run).drop(opened);
+    const std::vector<store::KeptMemo> kept = store::MemoRescue::all(run);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_TRUE(kept.front().memo.isLocked);
 }
 
 TEST_F(Draft, ThatIsDamagedIsPassedOverAndStays) {

@@ -32,6 +32,7 @@ constexpr Caption kTexts[] = {
     {"actDelete"_L1, "&Delete"_L1},
     {"actFind"_L1, "&Find"_L1},
     {"actRefresh"_L1, "&Refresh"_L1},
+    {"actPutBack"_L1, "Put &back a removed memo..."_L1},
     {"actAskAtStart"_L1, "Ask for the &password at the start"_L1},
     {"actLockAgain"_L1, "&Lock again"_L1},
     {"actClose"_L1, "&Close"_L1},

@@ -4,6 +4,7 @@
 #include "desktop/command.h"
 #include "desktop/window_place.h"
 #include "memo/forms/captions.h"
+#include "memo/forms/kept_memos.h"
 #include "memo/forms/memo_list.h"
 #include "memo/forms/memo_sheet.h"
 #include "memo/forms/questions.h"
@@ -61,6 +62,7 @@ void frmMemo::connectControls() {
     };
     connectAction(ui->actNew, &frmMemo::Btn_New_Click);
     connectAction(ui->actDelete, &frmMemo::Btn_Delete_Click);
+    connectAction(ui->actPutBack, &frmMemo::putBack);
     connectAction(ui->actRefresh, &frmMemo::refresh);
     connectAction(ui->actLockAgain, &frmMemo::lockAgain);
     connect(ui->actSave, &QAction::triggered, this, [this] { Btn_Save_Click(); });
@@ -128,26 +130,56 @@ bool frmMemo::unlock() {
 }
 
 void frmMemo::takeDraftOver() {
-    const std::optional<Memo> draft = m_draft.takeOver();
+    const std::optional<Typed> draft = m_draft.takeOver();
     if (!draft)
         return;
     const QString title = m_words(u"ベロリアメモ"_s, u"VellMemo"_s);
-    if (!m_run.desk.ask(m_words(u"保存されなかったメモの下書きがあります。開きますか？\r\n"_s
-                                u"「いいえ」を選ぶと、控えのファイルに移します。"_s,
-                                u"There is a draft of a memo that was not saved. Do you want to open it?\r\n"_s
-                                u"No moves it to the file of removed memos."_s),
-                        title)) {
-        m_draft.drop(*draft);
-        return;
+    const QString no = m_book.keepsWhatGoes()
+                           ? m_words(u"「いいえ」を選ぶと、控えに移します。"_s, u"No moves it to the removed memos."_s)
+                           : m_words(u"「いいえ」を選ぶと、消えます。"_s, u"No deletes it."_s);
+    try {
+        if (m_run.desk.ask(m_words(u"保存されなかったメモの下書きがあります。開きますか？\r\n"_s,
+                                   u"There is a draft of a memo that was not saved. Do you want to open it?\r\n"_s) +
+                               no,
+                           title))
+            showDraft(*draft);
+        else
+            m_draft.drop(*draft);
+    } catch (...) {
+        m_draft.giveBack(); // or what is typed next would take its place
+        throw;
     }
-    const std::optional<Memo> stored = m_book.find(draft->no, draft->publishTime);
-    if ((m_book.isClosed(*draft) || (stored && m_book.isClosed(*stored))) && !unlock()) {
+}
+
+void frmMemo::showDraft(const Typed& draft) {
+    const bool isClosed = m_book.isClosed(draft.memo) || m_book.isClosed(draft.memo.no);
+    if ((isClosed || (draft.wasLocked && !m_book.isOpen())) && !unlock()) {
         m_draft.giveBack();
         return;
     }
-    m_sheet->show(stored, false);
-    m_sheet->type(*draft);
+    m_sheet->show(m_book.find(draft.memo.no, draft.memo.publishTime), false);
+    m_sheet->type(draft.memo);
     m_list->select(shownRow());
+}
+
+/// All of what is kept lies behind the password: a memo may have been locked since, or not yet be.
+void frmMemo::putBack() {
+    if (m_isAsking || (!m_book.isOpen() && !unlock()))
+        return;
+    const std::vector<store::KeptMemo> kept = m_book.kept();
+    if (kept.empty()) {
+        inform(u"控えはありません。"_s, u"There is nothing to put back."_s);
+        return;
+    }
+    const QScopedValueRollback asking(m_isAsking, true);
+    const std::optional<Memo> chosen = chooseKept(*this, m_words, kept);
+    if (!chosen || !leaveMemo())
+        return;
+    const MemoOutcome outcome = m_book.save(*chosen, std::nullopt);
+    m_sheet->show(outcome.memo, false);
+    m_list->select(shownRow());
+    refresh();
+    setStatus(m_words(u"メモを戻しました。"_s, u"The memo is back."_s));
 }
 
 void frmMemo::refresh() {
@@ -273,7 +305,7 @@ void frmMemo::Btn_Delete_Click() {
     }
     m_draftDelay.stop();
     if (m_sheet->isModified())
-        m_draft.drop(m_sheet->typed());
+        m_draft.drop(typedDraft());
     showNew();
     refresh();
     setStatus(m_words(u"メモを削除しました。"_s, u"The memo is deleted."_s));
@@ -324,10 +356,14 @@ void frmMemo::showState() {
     ui->actSave->setEnabled(!m_sheet->isClosed());
 }
 
+Typed frmMemo::typedDraft() const {
+    return {m_sheet->typed(), m_sheet->seen() && m_sheet->seen()->isLocked};
+}
+
 void frmMemo::keepDraft() {
     try {
         if (m_sheet->isModified())
-            m_draft.write(m_sheet->typed());
+            m_draft.write(typedDraft());
     } catch (const platform::Failure& failure) {
         setStatus(failure.line());
     }

@@ -62,6 +62,9 @@ private:
     void askAtStart(bool isWanted);
     void lockAgain();
     void takeDraftOver();
+    Typed typedDraft() const;
+    void showDraft(const Typed& draft);
+    void putBack();
     void inform(const QString& japanese, const QString& english) const;
 
     core::Run m_run;
