@@ -4,8 +4,10 @@ The variable VELLORIA_PROGRAM names the program folder under test.
 """
 
 import os
+import queue
 import resource
 import shutil
+import signal
 import sqlite3
 import subprocess
 import sys
@@ -408,19 +410,19 @@ class BadInput(UploadTest):
                     self.filled()
                     os.remove(os.path.join(self.trial.root, name))
                     make(os.path.join(self.trial.root, name))
-                    self.trial.run_upload(timeout=60)
+                    self.trial.run_upload()
                     self.assertEqual(self.trial.result.returncode, 1)
 
     def test_a_pipe_in_the_data_folder(self):
         self.filled(pictures_in={"a.gif": "none", "b.gif": "none"})
         os.makedirs(self.data + "DiaryParts", exist_ok=True)
         os.mkfifo(self.data + "DiaryParts/a.gif")
-        self.runs_badly(timeout=60)
+        self.runs_badly()
 
     def test_a_hundred_thousand_rows(self):
         self.filled()
         put_file(self.data + "upload.tmp", encode_page(f"{self.trial.root}/site,x.htm\r\n") * 100000)
-        self.runs_badly(timeout=60)
+        self.runs_badly()
         self.assertEqual(self.trial.server.commands, [])
 
     def test_registered_names_that_are_none(self):
@@ -500,11 +502,13 @@ class Kills(UploadTest):
             with self.subTest(number=number):
                 self.setUp()
                 self.filled(old=[(0, "x.htm")], tree={"/": None, "/pub": None, "/pub/x.htm": b"old"})
-                self.trial.on_command = lambda count: process.kill() if count >= number else None
+                running = queue.SimpleQueue()    # the program may have a word with the server before it is in a variable
+                self.trial.on_command = lambda count: running.get().kill() if count == number else None
                 self.trial.start_server()
                 line = self.trial.command("--yes", "upload")
                 process = subprocess.Popen(line, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-                process.wait(60)
+                running.put(process)
+                self.assertEqual(process.wait(600), -signal.SIGKILL)
                 self.trial.server.stop()
                 self.trial.on_command = lambda count: None
                 self.upload.tree = {path.decode("cp932"): content for path, content in self.trial.server.tree.items()}

@@ -77,6 +77,8 @@ def enter_own_network():
 
 
 class UploadServer(threading.Thread):
+    waits_for_sessions = True
+
     def __init__(self, address, tree, features=(), user="u", password="p", login=b"/", faults=(), greeting=None,
                  codec="utf-8", long_replies=False, cut_at=None):
         """`tree` maps a path to the content of a file, or None for a folder. Features: MLST, SIZE, FEAT, PWD."""
@@ -93,6 +95,7 @@ class UploadServer(threading.Thread):
         self.on_command = lambda count: None    # called with the number of the command
         self.listener = socket.create_server((address, 21), backlog=8)
         self.open_sockets = []
+        self.sessions = []
         self.is_stopping = False
 
     def run(self):
@@ -103,7 +106,8 @@ class UploadServer(threading.Thread):
                 return
             control.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
             self.open_sockets.append(control)
-            threading.Thread(target=self.serve, args=(control,), daemon=True).start()
+            self.sessions.append(threading.Thread(target=self.serve, args=(control,), daemon=True))
+            self.sessions[-1].start()
 
     def stop(self):
         self.is_stopping = True
@@ -116,6 +120,9 @@ class UploadServer(threading.Thread):
             except OSError:
                 pass
             each.close()
+        # What came before a client's sudden end may still be on its way into the tree.
+        for each in self.sessions if self.waits_for_sessions else ():
+            each.join()
 
     def serve(self, control):
         session = self.session(self, control)
