@@ -146,7 +146,7 @@ class Lost(BackupTest):
         master, terminal = pty.openpty()
         os.write(master, b"y\n")
         done = subprocess.run(self.command("start"), stdin=terminal, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              env=self.environment(), timeout=60)
+                              env=self.environment(), timeout=600)
         os.close(terminal)
         os.close(master)
         self.assertEqual(done.returncode, 0, done.stderr.decode())

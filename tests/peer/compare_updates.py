@@ -160,7 +160,7 @@ class Trial:
         self.factory = set(os.listdir(self.home))
 
     def run_cli(self, *words):
-        return subprocess.run([self.cli, "--home", self.home, "--now", "2004/02/29 12:34:56", *words], timeout=60,
+        return subprocess.run([self.cli, "--home", self.home, "--now", "2004/02/29 12:34:56", *words], timeout=300,
                               stdin=subprocess.DEVNULL, capture_output=True, cwd=self.root, env=self.environment)
 
     def compare(self, seed):

@@ -35,7 +35,7 @@ class Pairs(TrialTest):
             program.stdin.close()
             program.stdin = None
         for program, command in zip(programs, pair):
-            error = program.communicate(timeout=120)[1].decode()
+            error = program.communicate(timeout=600)[1].decode()
             self.assertEqual(program.returncode, 0, f"{what}: {command.name}: {error}")
         for variant, command in enumerate(pair):
             self.assertTrue(command.has_worked(self, variant), f"{what}: {command.name} has no effect")
