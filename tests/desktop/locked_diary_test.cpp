@@ -6,32 +6,49 @@
 #include "editor_home.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/waiting.h"
 #include "store/sqlite/connection.h"
 
 #include <QElapsedTimer>
+
+#include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
 namespace {
 
-/// Wants to be drawn again all the time, and counts how often it is.
+/// Wants to be drawn again all the time, and does something once it was a few times in a wait.
 class Drawn : public QWidget {
 public:
-    explicit Drawn(QWidget* parent)
-        : QWidget(parent) {
+    Drawn(QWidget* parent, std::function<void()> action)
+        : QWidget(parent)
+        , m_action(std::move(action)) {
         resize(20, 20);
         show();
-        connect(&m_timer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
+        qApp->installEventFilter(this);
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            update();
+            constexpr int kAFewTimes = 3;
+            if (m_times >= kAFewTimes && m_action)
+                std::exchange(m_action, nullptr)();
+        });
         m_timer.start(20);
     }
-    int times = 0;
 
 protected:
-    void paintEvent(QPaintEvent*) override { ++times; }
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_isWaiting = m_isWaiting || event->type() == platform::Waiting::kType;
+        return false;
+    }
+    void paintEvent(QPaintEvent*) override { m_times += int(m_isWaiting); }
 
 private:
+    std::function<void()> m_action;
     QTimer m_timer;
+    bool m_isWaiting = false;
+    int m_times = 0;
 };
 
 class LockedDiary : public EditorHome {
@@ -47,85 +64,78 @@ protected:
         lock.reset();
         holder.reset();
     }
-    static QMessageBox* waitBox() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* box = qobject_cast<QMessageBox*>(window);
-            if (box && box->isVisible())
-                return box;
-        }
-        return nullptr;
-    }
     /// Leaves the next wait that shows its box; `look` sees the text first.
     template <typename Look>
-    static void leaveNextWait(Look look) {
-        QTimer::singleShot(20, [look] {
-            if (QMessageBox* box = waitBox()) {
-                look(box->text());
-                QTest::mouseClick(box->button(QMessageBox::Cancel), Qt::LeftButton);
-            } else {
-                leaveNextWait(look);
-            }
+    void leaveNextWait(Look look) {
+        whenBoxIsVisible(waits, [this, look](QMessageBox& box) {
+            look(box.text());
+            sinceLeft.start();
+            QTest::mouseClick(box.button(QMessageBox::Cancel), Qt::LeftButton);
         });
     }
+    /// However long it took until the box was there.
+    void expectLeftAtOnce() const {
+        ASSERT_TRUE(sinceLeft.isValid());
+        EXPECT_LT(sinceLeft.elapsed(), 3000) << "nobody waits for the end of the wait";
+    }
 
+    QElapsedTimer sinceLeft;
     desktop::WaitBox waits;
     std::optional<store::sqlite::Connection> holder;
     std::optional<store::sqlite::Transaction> lock;
 };
 
 TEST_F(LockedDiary, LetsTheWindowsPaintAndTheSaveGoOnWhenItIsFree) {
-    Drawn drawn(&top());
+    const Drawn drawn(&top(), [this] { release(); });
     settle();
-    const int before = drawn.times;
-    QTimer::singleShot(200, [&] { release(); });
     clickTool(u"SaveToMDBOnly"_s);
-    EXPECT_GT(drawn.times, before + 2);
-    EXPECT_FALSE(waitBox()) << "a short wait shows nothing";
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
     EXPECT_FALSE(isSavable());
 }
 
+TEST_F(LockedDiary, ShowsNoBoxInAShortWait) {
+    using namespace std::chrono_literals;
+    for (const auto& [waited, isShown] : {std::pair(0ms, false), std::pair(399ms, false), std::pair(400ms, true)}) {
+        platform::Waiting waiting(u"held"_s, waited);
+        QCoreApplication::sendEvent(qApp, &waiting);
+        EXPECT_EQ(visibleBox() != nullptr, isShown) << waited.count();
+    }
+}
+
 TEST_F(LockedDiary, ShowsABoxInALongWaitThatGoesWithIt) {
     bool wasShown = false;
-    QTimer::singleShot(1200, [&] {
-        wasShown = waitBox();
+    whenBoxIsVisible(waits, [&](QMessageBox&) {
+        wasShown = true;
         release();
     });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_TRUE(wasShown);
-    EXPECT_TRUE(waitFor([] { return !waitBox(); }));
+    EXPECT_TRUE(waitFor([] { return !visibleBox(); }));
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
 }
 
 TEST_F(LockedDiary, AFolderInUseLetsTheWindowsPaintAsWell) {
-    Drawn drawn(&top());
-    settle();
-    const int before = drawn.times;
     std::optional<platform::FolderLock> other(std::in_place, session.UserPath);
-    QTimer::singleShot(300, [&] { other.reset(); });
+    const Drawn drawn(&top(), [&] { other.reset(); });
+    settle();
     core::WriteIni(session.DiaryIniFile, u"S"_s, u"k"_s, u"v"_s);
     EXPECT_FALSE(other.has_value());
-    EXPECT_GT(drawn.times, before + 2);
     EXPECT_EQ(core::ReadIni(session.DiaryIniFile, u"S"_s, u"k"_s), u"v"_s);
 }
 
 TEST_F(LockedDiary, AFolderInUseIsNamedInABoxThatCanBeLeft) {
     const platform::FolderLock other(session.UserPath);
-    QElapsedTimer timer;
-    timer.start();
     leaveNextWait([this](const QString& text) { EXPECT_TRUE(text.contains(session.UserPath)) << text.toStdString(); });
     EXPECT_THROW(platform::FolderLock{session.UserPath}, platform::Failure);
-    EXPECT_LT(timer.elapsed(), 4000);
+    expectLeftAtOnce();
 }
 
 TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
-    QElapsedTimer timer;
-    timer.start();
     expectedFailures = 1;
     leaveNextWait(
         [](const QString& text) { EXPECT_TRUE(text.startsWith(u"日記データベースは他のプログラムが使用中です。"_s)); });
     clickTool(u"SaveToMDBOnly"_s);
-    EXPECT_LT(timer.elapsed(), 4000) << "nobody waits for the end of the wait";
+    expectLeftAtOnce();
     EXPECT_TRUE(isSavable());
     EXPECT_EQ(title().text(), u"title"_s);
 
@@ -133,7 +143,7 @@ TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
     QTimer::singleShot(100, [&] { release(); });
     clickTool(u"SaveToMDBOnly"_s);
     EXPECT_EQ(rows(), QStringList{u"1title"_s});
-    EXPECT_TRUE(waitFor([] { return !waitBox(); }));
+    EXPECT_TRUE(waitFor([] { return !visibleBox(); }));
 }
 
 TEST_F(LockedDiary, WhatIsSaidBehindTheWaitStays) {
@@ -143,7 +153,7 @@ TEST_F(LockedDiary, WhatIsSaidBehindTheWaitStays) {
     QTimer watch;
     QElapsedTimer shown;
     QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-        QMessageBox* box = waitBox();
+        QMessageBox* box = visibleBox();
         if (!box || box->icon() != QMessageBox::Critical)
             return;
         if (!shown.isValid())

@@ -43,6 +43,15 @@ bool becomesActive(QWidget& window) {
     });
 }
 
+QMessageBox* visibleBox() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(window);
+        if (box && box->isVisible())
+            return box;
+    }
+    return nullptr;
+}
+
 void settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();

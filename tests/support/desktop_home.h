@@ -7,6 +7,7 @@
 #include "support/waiting.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QTimer>
 
 namespace velloria::tests {
@@ -52,6 +53,20 @@ Window& shownWindow(desktop::Context& context) {
     EXPECT_TRUE(becomesActive(window));
     settle();
     return window;
+}
+
+/// The message box on the screen, whether it blocks the other windows or not; none when there is none.
+QMessageBox* visibleBox();
+
+/// Runs `action` on the next message box on the screen, unless `owner` goes first.
+template <typename Action>
+void whenBoxIsVisible(QObject& owner, Action action) {
+    QTimer::singleShot(20, &owner, [&owner, action] {
+        if (QMessageBox* box = visibleBox())
+            action(*box);
+        else
+            whenBoxIsVisible(owner, action);
+    });
 }
 
 /// Closes the windows, removes the home once the browser engine has let it go, and forgets that a main window may have
