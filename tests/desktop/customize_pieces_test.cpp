@@ -2,7 +2,6 @@
 #include "customize_home.h"
 #include "site/text_piece.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 
 using namespace Qt::StringLiterals;
@@ -263,10 +262,9 @@ TEST_F(CustomizePieces, OneThatIsMissingIsNone) {
 TEST_F(CustomizePieces, OneOfTenMegabytesStaysOutOfTheBox) {
     const QByteArray big(10'000'000, 'x');
     writePiece(u"one"_s, big);
-    QElapsedTimer timer;
-    timer.start();
+    const double before = processorSeconds();
     openTexts();
-    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_LT(processorSeconds() - before, 5);
     EXPECT_FALSE(pane(kPane).isEnabled());
     EXPECT_EQ(box(kBox).currentText(), u"one"_s);
     press(u"Btn_OK"_s);
@@ -280,14 +278,13 @@ TEST_F(CustomizePieces, TheLongestOnesDoNotHangTheWindow) {
     for (const QByteArray& text : {line + '\n', QByteArray(99, 'x').append('\n').repeated(10'000)}) {
         writePiece(u"one"_s, text);
         open();
-        QElapsedTimer timer;
-        timer.start();
+        double before = processorSeconds();
         category(u"上下追加テキスト"_s);
-        EXPECT_LT(timer.elapsed(), 3000);
-        timer.start();
+        EXPECT_LT(processorSeconds() - before, 3);
+        before = processorSeconds();
         QTest::keyClick(&pane(kPane), Qt::Key_A);
         settle();
-        EXPECT_LT(timer.elapsed(), 1000);
+        EXPECT_LT(processorSeconds() - before, 1);
         EXPECT_TRUE(pane(kPane).text().startsWith(u"ax"_s));
         desk.answers = {u"no"_s};
         press(u"Btn_Cancel"_s);

@@ -81,11 +81,14 @@ protected:
             box.reject();
         });
     }
-    static void typePassword(const QString& password) {
-        whenShown<QInputDialog>([password](QInputDialog& dialog) {
+    /// Into the next prompt; `next` follows when that is gone.
+    static void typePassword(
+        const QString& password, const std::function<void()>& next = [] {}) {
+        whenShown<QInputDialog>([=](QInputDialog& dialog) {
             auto* edit = dialog.findChild<QLineEdit*>();
             EXPECT_EQ(edit->echoMode(), QLineEdit::Password);
             edit->setText(password);
+            QObject::connect(&dialog, &QObject::destroyed, qApp, next);
             dialog.accept();
         });
     }
@@ -339,8 +342,7 @@ TEST_F(MemoWindow, ThatAsksAtTheStartShowsNothingWithoutThePassword) {
     });
     EXPECT_FALSE(window->begin());
     EXPECT_FALSE(window->isVisible());
-    typePassword(u"wrong"_s);
-    QTimer::singleShot(200, [] { whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); }); });
+    typePassword(u"wrong"_s, [] { whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); }); });
     EXPECT_FALSE(window->begin());
     EXPECT_EQ(boxes().back(), u"exclamation: パスワードが一致しませんでした。"_s);
     typePassword(u"abc"_s);

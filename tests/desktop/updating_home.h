@@ -20,14 +20,24 @@ protected:
         qtDesk.endUpdaterWindow = [this] { updates.close(); };
     }
 
+    /// Copies rows until the condition holds; false when the patience ends first.
+    template <class Condition>
+    bool workUntil(Condition condition) {
+        QElapsedTimer timer;
+        timer.start();
+        for (int row = 0; !condition(); ++row) {
+            if (timer.hasExpired(kPatienceMs))
+                return false;
+            qtDesk.updaterWindow({QStringLiteral("working"), 100000, row});
+            QThread::msleep(1);
+        }
+        return true;
+    }
     /// Copies rows for this long.
     void work(int ms) {
         QElapsedTimer timer;
         timer.start();
-        for (int row = 0; timer.elapsed() < ms; ++row) {
-            qtDesk.updaterWindow({QStringLiteral("working"), 100000, row});
-            QThread::msleep(1);
-        }
+        workUntil([&] { return timer.hasExpired(ms); });
     }
     shell::frmDBUpdater* window() { return context.windows.find<shell::frmDBUpdater>(); }
     QPlainTextEdit& status() { return control<QPlainTextEdit>(*window(), QStringLiteral("txtStatus")); }
