@@ -18,7 +18,7 @@ namespace velloria::blog {
 namespace {
 
 constexpr std::chrono::milliseconds kStep{10};
-constexpr std::chrono::milliseconds kProcessEnds{2'000};
+constexpr std::chrono::milliseconds kProcessEnds{30'000}; ///< that was told to: on a busy machine word of it is late
 
 platform::Failure processGone() {
     return cantGoOn(u"ページを表示するプロセスが終了しました。"_s);
