@@ -42,6 +42,8 @@ protected:
     void SetUp() override {
         EditorHome::SetUp();
         openEntry(kBody);
+        limitAtStart = waitLimit();
+        limitWaits(kPatienceMs);
     }
     ~BlogHome() override {
         context.windows.closeAll();
@@ -105,6 +107,12 @@ protected:
         site.forgetLog();
         press(0);
     }
+    /// Shows a page of the service.
+    void open(const QString& page) {
+        browser().bDocumentComplete = false;
+        browser().Navigate(site.address(page));
+        ASSERT_TRUE(waitFor([this] { return browser().bDocumentComplete; }));
+    }
     /// Posts with everybody logged in, and gives what the service got. Fails the test when it is not one post, told as
     /// a good one.
     FakeBlog::Request posted() {
@@ -119,6 +127,20 @@ protected:
     FakeBlog::Request posted(const QString& name, const Changes& changes = {}) {
         useTemplate(name, changes);
         return posted();
+    }
+
+    /// Posts while the service never answers the last of these lines, or answers it with nothing: a short limit ends
+    /// it. On a machine that is too busy to come that far in a short time, a longer one.
+    void expectRunsOut(const QList<QByteArray>& lines, const QString& login = QStringLiteral("on")) {
+        EXPECT_TRUE(worksInSomeTime([&](int ms) {
+            site.set(QStringLiteral("login"), login);
+            limitWaits(ms);
+            post();
+            EXPECT_EQ(boxes(), QStringList{kTimedOut});
+            return site.lines() == lines;
+        })) << site.lines().join('\n').toStdString();
+        EXPECT_EQ(statuses().last(), kFailedStatus);
+        limitWaits(kPatienceMs);
     }
 
     QList<FakeBlog::Request> requests(const QByteArray& line) const {
@@ -148,10 +170,9 @@ protected:
         return lines;
     }
 
-    /// Instead of the 30 seconds that each wait may take.
-    void limitWaits(int milliseconds) {
-        button().findChild<editor::BlogBar*>()->waitLimit = std::chrono::milliseconds(milliseconds);
-    }
+    /// The time that each wait may take.
+    void limitWaits(int ms) { waitLimit() = std::chrono::milliseconds(ms); }
+    std::chrono::milliseconds& waitLimit() { return button().findChild<editor::BlogBar*>()->waitLimit; }
 
     /// Waits for what the service is asked: with the browser at full speed, which many small steps of waiting slow
     /// down.
@@ -187,7 +208,8 @@ protected:
     }
 
     FakeBlog site;
-    QString templateName; ///< of the one in use
+    std::chrono::milliseconds limitAtStart{}; ///< of each wait, as the program has it
+    QString templateName;                     ///< of the one in use
 };
 
 } // namespace velloria::tests

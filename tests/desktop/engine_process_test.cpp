@@ -10,6 +10,14 @@ namespace {
 
 class BlogProcess : public EngineHome {
 protected:
+    /// Has the page run that, and waits until it is at it: it does nothing else then.
+    void keepBusy(const QByteArray& forAWhile) {
+        web.answerWith("/busy", "204 No Content");
+        page.bringToFront(); // timers of a page that nobody sees are slow
+        run(browser(), u"setTimeout(() => { const request = new XMLHttpRequest(); request.open('GET', '/busy', false);"
+                       "request.send(); %1 }, 50)"_s.arg(QString::fromLatin1(forAWhile)));
+        EXPECT_TRUE(waitFor([this] { return web.asked.contains("/busy"); }));
+    }
     qint64 process() { return viewOf(browser()).page()->renderProcessPid(); }
 };
 
@@ -30,10 +38,8 @@ class LostAnswer : public BlogProcess {
 protected:
     void beLeft() {
         web.pages["/next"] = "<title>there</title><form><input name=title></form><form></form>";
-        page.bringToFront();
         show("<form><input name=title></form>");
-        run(browser(), u"setTimeout(() => { const end = Date.now() + 4000; while (Date.now() < end); }, 50)"_s);
-        QTest::qWait(300);
+        keepBusy("for (;;);");
         QTimer::singleShot(100, &top(), [this] {
             browser().Navigate(web.address(u"/next"_s).replace(u"127.0.0.1"_s, u"localhost"_s));
         });
@@ -74,10 +80,8 @@ TEST_F(BlogProcess, AProcessThatDiesEndsAWaitAndACallAndNothingElse) {
 class HungPage : public BlogProcess {
 protected:
     void hang() {
-        page.bringToFront(); // timers of a page that nobody sees are slow
         show("<title>hung</title>" + kForm);
-        run(browser(), u"setTimeout(() => { for (;;); }, 50)"_s); // once it is there: one that hangs before never is
-        QTest::qWait(1'200);
+        keepBusy("for (;;);"); // once it is there: one that hangs before never is
     }
     EnginePage hasty{context, std::chrono::milliseconds(1'500)};
 };
