@@ -39,10 +39,12 @@ protected:
 
     /// The menu at a place of the page, as the right button brings it up.
     QMenu* menuAt(const QPoint& place) {
-        QTest::mouseClick(view().focusProxy(), Qt::RightButton, Qt::NoModifier, place);
         QMenu* menu = nullptr;
-        EXPECT_TRUE(waitFor([&] { return (menu = view().findChild<QMenu*>(u"PageMenu"_s)) != nullptr; }));
-        EXPECT_TRUE(waitFor([&] { return menu && menu->isVisible(); }));
+        EXPECT_TRUE(doUntil([&] { QTest::mouseClick(view().focusProxy(), Qt::RightButton, Qt::NoModifier, place); },
+                            [&] {
+                                menu = view().findChild<QMenu*>(u"PageMenu"_s);
+                                return menu && menu->isVisible();
+                            }));
         return menu;
     }
     QMenu* menuAtLink() { return menuAt({20, 20}); }
