@@ -8,6 +8,7 @@
 #include "platform/directory.h"
 #include "platform/failure.h"
 #include "platform/file_write.h"
+#include "platform/unfinished_folder.h"
 #include "store/diary_store.h"
 #include "store/entry_line.h"
 
@@ -59,74 +60,39 @@ QStringList partsOf(const Entry& entry) {
     return names;
 }
 
-/// A folder that is being filled: what it got goes again unless it is kept.
-class NewFolder {
-public:
-    explicit NewFolder(QString folder)
-        : m_folder(std::move(folder))
-        , m_isNew(!QFileInfo::exists(m_folder)) {
-        if (!m_isNew && !QFileInfo(m_folder).isDir())
-            refuse(u"フォルダではありません"_s);
-        if (!QDir(m_folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-            refuse(u"空ではありません"_s);
-        platform::makeFolder(m_folder);
-    }
-
-    ~NewFolder() {
-        if (m_isKept)
-            return;
-        for (const QString& file : std::as_const(m_files))
-            QFile::remove(file);
-        QDir(m_folder).rmdir(kParts);
-        if (m_isNew)
-            QDir().rmdir(m_folder);
-    }
-
-    NewFolder(const NewFolder&) = delete;
-    NewFolder& operator=(const NewFolder&) = delete;
-
-    /// The path of a file that is to be written.
-    QString add(const QString& name) {
-        m_files += m_folder + u'/' + name;
-        return m_files.constLast();
-    }
-
-    void addFolder(const QString& name) { platform::makeFolder(m_folder + u'/' + name); }
-    void keep() { m_isKept = true; }
-
-private:
-    [[noreturn]] void refuse(const QString& reason) const {
-        throw platform::Failure(u"Markdownを書き出せません。"_s, m_folder, reason,
+/// Throws platform::Failure for what is no folder, and for one with anything in it.
+void requireEmptyFolder(const QString& folder) {
+    const auto refuse = [&](const QString& reason) {
+        throw platform::Failure(u"Markdownを書き出せません。"_s, folder, reason,
                                 u"何も書き出していません。新しいフォルダか、空のフォルダを指定してください。"_s);
-    }
-
-    QString m_folder;
-    bool m_isNew;
-    bool m_isKept = false;
-    QStringList m_files;
-};
-
-/// The failure tells that nothing of it stays.
-template <typename Action>
-void orNothing(const Action& action) {
-    try {
-        action();
-    } catch (const platform::Failure& failure) {
-        throw platform::Failure(failure.whatFailed(), failure.file(), failure.reason(),
-                                failure.advice() + u"書き出したものは取り消しました。日記はそのままです。"_s);
-    }
+    };
+    if (!QFileInfo::exists(folder))
+        return;
+    if (!QFileInfo(folder).isDir())
+        refuse(u"フォルダではありません"_s);
+    platform::UnfinishedFolder::removeLeftovers(folder);
+    if (!QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+        refuse(u"空ではありません"_s);
 }
 
 class MarkdownFolder {
 public:
     MarkdownFolder(const core::Run& run, const QString& folder)
         : m_run(run)
+        , m_target(folder)
         , m_folder(folder)
         , m_parts(core::withSeparator(platform::existingPath(core::files::kParts.in(run.session)))) {}
 
+    /// A failure tells that nothing of it stays.
     DiaryExport write() {
-        forEachEntry(m_run, [&](const Entry& entry) { add(entry); });
-        m_folder.keep();
+        try {
+            forEachEntry(m_run, [&](const Entry& entry) { add(entry); });
+            m_folder.finish();
+        } catch (const platform::Failure& failure) {
+            throw platform::Failure(failure.whatFailed(), QString(failure.file()).replace(m_folder.path(), m_target),
+                                    failure.reason(),
+                                    failure.advice() + u"書き出したものは取り消しました。日記はそのままです。"_s);
+        }
         return m_told;
     }
 
@@ -137,7 +103,7 @@ private:
             return;
         }
         const QString name = u"%1-%2.md"_s.arg(QString(entry.day).replace(u'/', u'-')).arg(entry.number);
-        platform::replaceFile(m_folder.add(freeName(name)), markdownFile(entry), platform::Durability::Derived);
+        platform::replaceFile(path(freeName(name)), markdownFile(entry), platform::Durability::Derived);
         ++m_told.entries;
         for (const QString& part : partsOf(entry))
             addPart(part);
@@ -159,13 +125,16 @@ private:
             m_told.missing += name;
             return;
         }
-        m_folder.addFolder(kParts);
-        platform::copyFile(m_parts.path(name), m_folder.add(kParts + u'/' + name));
+        platform::makeFolder(path(kParts));
+        platform::copyFile(m_parts.path(name), path(kParts + u'/' + name));
         ++m_told.pictures;
     }
 
+    QString path(const QString& name) const { return m_folder.path() + u'/' + name; }
+
     const core::Run& m_run;
-    NewFolder m_folder;
+    QString m_target;
+    platform::UnfinishedFolder m_folder;
     platform::FolderNames m_parts;
     QSet<QString> m_names;
     QSet<QString> m_seen;
@@ -202,16 +171,17 @@ QString DiaryExport::text() const {
     return told;
 }
 
-DiaryExport exportMarkdown(const core::Run& run, const QString& folder) {
-    DiaryExport told;
-    MarkdownFolder target(run, folder);
-    orNothing([&] { told = target.write(); });
+std::optional<DiaryExport> exportMarkdown(const core::Run& run, const QString& folder) {
+    requireEmptyFolder(folder);
+    DiaryExport told = MarkdownFolder(run, folder).write();
     told.areOddDaysLeftOut = true;
     return told;
 }
 
-DiaryExport exportJsonLines(const core::Run& run, const QString& file) {
+std::optional<DiaryExport> exportJsonLines(const core::Run& run, const QString& file) {
     requireExportTarget(run.session, file);
+    if (QFileInfo::exists(file) && !run.desk.ask(u"同名のファイルが存在します。\r\n上書きしますか？"_s))
+        return std::nullopt;
     DiaryExport told;
     platform::replaceFile(
         file,

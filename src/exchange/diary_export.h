@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 namespace velloria::exchange {
 
 /// What a person must know after it.
@@ -22,12 +24,13 @@ struct DiaryExport {
 };
 
 /// Writes one file an entry, "yyyy-mm-dd-n.md", to a new or empty folder, and the pictures that the texts show to
-/// "DiaryParts" below it; entries of odd days are left out. The import of it gives the diary back. Throws
-/// platform::Failure for a folder with anything in it, and for what the machine refuses; then the folder is as it was.
-DiaryExport exportMarkdown(const core::Run& run, const QString& folder);
+/// "DiaryParts" below it; entries of odd days are left out. The import of it gives the diary back. The folder appears
+/// when it is whole. Throws platform::Failure for a folder with anything in it, and for what the machine refuses; then
+/// the folder is as it was.
+std::optional<DiaryExport> exportMarkdown(const core::Run& run, const QString& folder);
 
-/// Writes each entry as the line of JSON that `entry put --keep-time` takes, days in their order. Throws
-/// platform::Failure, and the file is as it was.
-DiaryExport exportJsonLines(const core::Run& run, const QString& file);
+/// Writes each entry as the line of JSON that `entry put --keep-time` takes, days in their order. Asks before it
+/// replaces a file; nothing after a No. Throws platform::Failure, and the file is as it was.
+std::optional<DiaryExport> exportJsonLines(const core::Run& run, const QString& file);
 
 } // namespace velloria::exchange

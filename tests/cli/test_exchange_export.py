@@ -51,6 +51,7 @@ class ExchangeExport(CliTest):
         self.assertIn("空ではありません", result.error_text)
         self.assertEqual(self.run_cli("exchange", "export", "json", self.database).code, 1)
         self.assertEqual(self.run_cli("exchange", "export", "json", self.out).code, 1)
+        self.assertEqual(self.run_cli("exchange", "export", "json", self.out + "/mine.md").code, 1)
         self.assertEqual(self.run_cli("exchange", "export", "json", "").code, 1)
         self.assertEqual(self.run_cli("exchange", "export", "csv", self.out).code, 2)
         self.assertEqual(snapshot(self.root), before)
@@ -59,11 +60,19 @@ class ExchangeExport(CliTest):
         self.put(entry("2004/02/11", "長い", Contents="あ" * 100_000))
         write(self.out + ".jsonl", "old")
         for words in (["markdown", self.out], ["json", self.out + ".jsonl"]):
-            result = self.run_cli("exchange", "export", *words,
+            result = self.run_cli("--yes", "exchange", "export", *words,
                                   options={"preexec_fn": bytes_limit(100_000)})
             self.assertEqual(result.code, 1, result)
         self.assertFalse(os.path.exists(self.out))
         self.assertEqual(read(self.out + ".jsonl"), b"old")
+
+    def test_a_file_is_replaced_after_a_question(self):
+        write(self.out, "old")
+        result = self.run_cli("--events", "exchange", "export", "json", self.out, answers=["no"])
+        self.assertEqual((result.code, result.boxes, read(self.out)),
+                         (1, ["question: 同名のファイルが存在します。\r\n上書きしますか？"], b"old"))
+        self.must("exchange", "export", "json", self.out, answers=["yes"])
+        self.assertEqual(read(self.out).count(b"\n"), 2)
 
 
 if __name__ == "__main__":

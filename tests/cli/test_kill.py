@@ -218,6 +218,20 @@ class Exports(KillTest):
             self.assert_works()
         self.kill_often(words, prepare, check, kills=10)
 
+    def test_in_the_middle_of_a_folder_of_markdown(self):
+        """The folder is missing or whole, and nothing unfinished outlives the next export."""
+        words = ["exchange", "export", "markdown", self.out]
+
+        def check():
+            if os.path.exists(self.out):
+                self.assertEqual(len(os.listdir(self.out)), 1500)
+                shutil.rmtree(self.out)
+            self.must(*words)
+            self.assertEqual(len(os.listdir(self.out)), 1500)
+            self.assertFalse([name for name in os.listdir(self.root) if name.startswith(".vell")])
+            self.assert_works()
+        self.kill_often(words, lambda: shutil.rmtree(self.out, ignore_errors=True), check, kills=10)
+
     def test_in_the_middle_of_one_file(self):
         self.kill_export("one", self.out + "x.txt", ["x.txt"])
 

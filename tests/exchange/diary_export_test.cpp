@@ -137,7 +137,7 @@ protected:
     QString folder(const QString& name = u"out"_s) const { return path(name); }
     QString parts(const QString& name = {}) const { return session.DataPath + u"DiaryParts/"_s + name; }
 
-    DiaryExport exportTo(const QString& name = u"out"_s) { return exchange::exportMarkdown(run, folder(name)); }
+    DiaryExport exportTo(const QString& name = u"out"_s) { return *exchange::exportMarkdown(run, folder(name)); }
     void import(const QString& place) {
         desk.answers = {u"yes"_s};
         EXPECT_EQ(exchange::importForeignDiary(run, *exchange::foreignFormat(u"markdown"_s), place,
@@ -235,7 +235,7 @@ TEST_F(DiaryExports, ADiaryComesBackFromItsFolderAndFromItsLines) {
         const QString place = u"out%1"_s.arg(seed);
         EXPECT_EQ(exportTo(place).entries, 20);
         const QString lines = path(u"lines/"_s + place);
-        EXPECT_EQ(exchange::exportJsonLines(run, lines).entries, 20);
+        EXPECT_EQ(exchange::exportJsonLines(run, lines)->entries, 20);
         sql(u"DELETE FROM Contents"_s);
         import(folder(place));
         const std::vector<QStringList> after = all();
@@ -312,6 +312,30 @@ TEST_F(DiaryExports, OnlyAnEmptyFolderIsTaken) {
     EXPECT_EQ(exportTo(u"a/b/c"_s).entries, 1);
 }
 
+TEST_F(DiaryExports, WhatAKilledRunHasLeftIsNoPartOfTheFolder) {
+    write(u"2004/02/10"_s, u"t"_s);
+    for (const QString& place : {u"."_s, u"empty"_s}) {
+        QDir().mkpath(path(place + u"/.velltmp-folder-1/DiaryParts"_s));
+        writeFile(path(place + u"/.velltmp-folder-1/DiaryParts/a.png"_s), "a");
+    }
+    EXPECT_EQ(exportTo(u"empty"_s).entries, 1);
+    EXPECT_EQ(names(u"empty"_s), QStringList{u"2004-02-10-1.md"_s});
+    EXPECT_EQ(exportTo(u"new"_s).entries, 1);
+    EXPECT_FALSE(names(u"."_s).contains(u".velltmp-folder-1"_s));
+}
+
+TEST_F(DiaryExports, AFolderBehindALinkIsFilledAndTheLinkStays) {
+    write(u"2004/02/10"_s, u"t"_s);
+    QDir().mkpath(path(u"there"_s));
+    ASSERT_TRUE(QFile::link(path(u"there"_s), path(u"link"_s)));
+    EXPECT_EQ(exportTo(u"link/"_s).entries, 1);
+    EXPECT_TRUE(QFileInfo(path(u"link"_s)).isSymLink());
+    EXPECT_EQ(names(u"there"_s), QStringList{u"2004-02-10-1.md"_s});
+    ASSERT_TRUE(QFile::link(path(u"nowhere"_s), path(u"lost"_s)));
+    EXPECT_NE(failureOf([&] { exportTo(u"lost"_s); }), QString());
+    EXPECT_EQ(exportTo(u"new/"_s).entries, 1);
+}
+
 TEST_F(DiaryExports, AFailureLeavesNothing) {
     write(u"2004/02/10"_s, u"a"_s);
     write(u"2004/02/11"_s, u"b"_s, u"<img src=\"DiaryParts/x.png\">"_s);
@@ -322,8 +346,10 @@ TEST_F(DiaryExports, AFailureLeavesNothing) {
     for (const QString& place : {u"new"_s, u"empty"_s}) {
         const QString told = failureOf([&] { exportTo(place); });
         EXPECT_TRUE(told.contains(u"取り消しました"_s)) << qPrintable(told);
+        EXPECT_FALSE(told.contains(u".velltmp"_s)) << qPrintable(told);
         EXPECT_EQ(names(place), QStringList{});
     }
+    EXPECT_EQ(names(u"."_s).filter(u".vell"_s), QStringList{});
     EXPECT_FALSE(QFileInfo::exists(folder(u"new"_s)));
     EXPECT_TRUE(QFileInfo::exists(folder(u"empty"_s)));
 }
@@ -336,7 +362,7 @@ TEST_F(DiaryExports, OddDaysAreToldAndNeverTwice) {
     EXPECT_EQ(markdown.entries, 1);
     EXPECT_EQ(markdown.oddDays.size(), 4);
     EXPECT_TRUE(markdown.text().contains(u"日付でない日の日記が4件あります"_s)) << qPrintable(markdown.text());
-    const DiaryExport lines = exchange::exportJsonLines(run, path(u"lines/x.jsonl"_s));
+    const DiaryExport lines = *exchange::exportJsonLines(run, path(u"lines/x.jsonl"_s));
     EXPECT_EQ(lines.entries, 5);
     EXPECT_EQ(bytesOf(path(u"lines/x.jsonl"_s)).count('\n'), 5);
 }
@@ -346,9 +372,13 @@ TEST_F(DiaryExports, LinesTakeNoFileOfTheProgramAndKeepTheOldOneWhenTheyFail) {
     EXPECT_TRUE(
         failureOf([&] { exchange::exportJsonLines(run, session.databaseFile()); }).contains(u"日記に必要なファイル"_s));
     EXPECT_EQ(diary().LoadDay(u"2004/02/10"_s).size(), 1U);
-    writeFile(path(u"lines/x.jsonl"_s), "old");
-    exchange::exportJsonLines(run, path(u"lines/x.jsonl"_s));
-    EXPECT_NE(bytesOf(path(u"lines/x.jsonl"_s)), "old");
+    const QString file = path(u"lines/x.jsonl"_s);
+    writeFile(file, "old");
+    desk.answers = {u"no"_s, u"yes"_s};
+    EXPECT_FALSE(exchange::exportJsonLines(run, file));
+    EXPECT_EQ(bytesOf(file), "old");
+    EXPECT_TRUE(exchange::exportJsonLines(run, file));
+    EXPECT_NE(bytesOf(file), "old");
     EXPECT_NE(failureOf([&] { exchange::exportJsonLines(run, path(u"no/where.jsonl"_s)); }), QString());
 }
 

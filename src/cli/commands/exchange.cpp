@@ -29,9 +29,7 @@ void importDiary(Invocation& invocation) {
         throw Refusal(u"日記のインポートを中止しました。"_s);
 }
 
-using Export = exchange::DiaryExport (*)(const core::Run&, const QString&);
-
-Export exportFormat(const Invocation& invocation) {
+decltype(exchange::exportMarkdown)* exportFormat(const Invocation& invocation) {
     const QString name = invocation.argument(0);
     if (name == u"markdown"_s)
         return exchange::exportMarkdown;
@@ -44,15 +42,17 @@ void exportDiary(Invocation& invocation) {
     if (invocation.argument(1).isEmpty())
         throw Refusal(u"書き出す先が空なので中止しました。"_s);
     const QString path = QFileInfo(invocation.argument(1)).absoluteFilePath();
-    const exchange::DiaryExport told = exportFormat(invocation)(invocation, path);
-    invocation.desk.status(told.text());
-    if (told.isUnusual() && !invocation.global.showsEvents)
-        writeError(told.text());
+    const std::optional<exchange::DiaryExport> told = exportFormat(invocation)(invocation, path);
+    if (!told)
+        throw Refusal(u"エクスポートを中止しました。前からあったファイルはそのままです。"_s);
+    invocation.desk.status(told->text());
+    if (told->isUnusual() && !invocation.global.showsEvents)
+        writeError(told->text());
     invocation.print(QJsonObject{{u"path"_s, path},
-                                 {u"entries"_s, told.entries},
-                                 {u"pictures"_s, told.pictures},
-                                 {u"missing"_s, QJsonArray::fromStringList(told.missing)},
-                                 {u"oddDays"_s, QJsonArray::fromStringList(told.oddDays)}},
+                                 {u"entries"_s, told->entries},
+                                 {u"pictures"_s, told->pictures},
+                                 {u"missing"_s, QJsonArray::fromStringList(told->missing)},
+                                 {u"oddDays"_s, QJsonArray::fromStringList(told->oddDays)}},
                      {{path}});
 }
 

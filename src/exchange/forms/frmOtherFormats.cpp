@@ -66,19 +66,20 @@ std::vector<frmOtherFormats::Choice> frmOtherFormats::imports() const {
 }
 
 std::vector<frmOtherFormats::Choice> frmOtherFormats::exports() const {
-    const auto starts = [&context = m_context](DiaryExport (*write)(const core::Run&, const QString&)) {
+    const auto starts = [&context = m_context](decltype(exportMarkdown)* write) {
         return [&context, write](const QString& path) {
-            const DiaryExport done = write(context, path);
-            if (done.isUnusual())
-                context.desk.notice(done.text());
-            else
-                context.desk.status(done.text());
-            return true;
+            const std::optional<DiaryExport> done = write(context, path);
+            if (done && done->isUnusual())
+                context.desk.notice(done->text());
+            else if (done)
+                context.desk.status(done->text());
+            return done.has_value();
         };
     };
     platform::PathRequest lines{
         PathMode::Save, u"JSON Linesの書き出し"_s, u"JSON Lines(*.jsonl)|*.jsonl|ALL Files(*.*)|*.*"_s, {}};
     lines.defaultSuffix = u"jsonl"_s;
+    lines.asksBeforeReplacing = false; // the export does
     return {{u"Markdown"_s, Place::Folder, {PathMode::Save, u"Markdownの書き出し"_s, {}, {}}, starts(exportMarkdown)},
             {u"JSON Lines"_s, Place::File, lines, starts(exportJsonLines)}};
 }
