@@ -117,6 +117,26 @@ std::size_t controls(std::string_view utf8) {
     return count;
 }
 
+/// Whether bytes that fit EUC-JP are rather half-width kana of Shift_JIS. Every fourth character of a Japanese text
+/// is from the rows of marks and kana, the first five. A word or two may do without them, but not with one from the
+/// rows that hardly any text has.
+bool isHalfWidthKana(std::string_view bytes) {
+    std::size_t characters = 0;
+    std::size_t common = 0;
+    std::size_t rare = 0;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const auto first = static_cast<unsigned char>(bytes[at]);
+        if (first < 0x80)
+            continue;
+        if (first < 0xA1 || first > 0xDF || at + 1 == bytes.size() || static_cast<unsigned char>(bytes[++at]) > 0xDF)
+            return false;
+        ++characters;
+        common += first <= 0xA5;
+        rare += (first > 0xA5 && first < 0xB0) || first >= 0xD0;
+    }
+    return 4 * common < characters && (rare > 0 || characters >= 4);
+}
+
 } // namespace
 
 const char* nameOf(Encoding encoding) {
@@ -149,7 +169,7 @@ DecodedText decoded(std::string_view bytes) {
     bool isCut = false;
     DecodedText euc = Converter("EUC-JP-MS", "EUC-JP").convert(bytes, Encoding::EucJp, isCut);
     const std::size_t eucErrors = euc.replaced - isCut + controls(euc.utf8);
-    if (eucErrors == 0)
+    if (eucErrors == 0 && !isHalfWidthKana(bytes))
         return euc;
     DecodedText shiftJis = decodedShiftJis(bytes);
     return eucErrors < shiftJis.replaced ? euc : shiftJis;

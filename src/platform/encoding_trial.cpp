@@ -5,6 +5,7 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <iconv.h>
@@ -69,6 +70,31 @@ std::optional<TriedText> utf16(QByteArrayView bytes) {
     return TriedText{*text, u"UTF-16"_s};
 }
 
+/// EUC-JP reads the first bytes of code page 932 as these, which stand in no text.
+bool hasControls(const QString& text) {
+    return std::ranges::any_of(text, [](QChar character) { return character >= u'\u0080' && character < u'\u00A0'; });
+}
+
+/// Whether bytes that fit EUC-JP are rather half-width kana of code page 932. Every fourth character of a Japanese text
+/// is from the rows of marks and kana, the first five. A word or two may do without them, but not with one from the
+/// rows that hardly any text has.
+bool isHalfWidthKana(QByteArrayView bytes) {
+    qsizetype characters = 0;
+    qsizetype common = 0;
+    qsizetype rare = 0;
+    for (qsizetype at = 0; at < bytes.size(); ++at) {
+        const uchar first = uchar(bytes[at]);
+        if (first < 0x80)
+            continue;
+        if (first < 0xA1 || first > 0xDF || at + 1 == bytes.size() || uchar(bytes[++at]) > 0xDF)
+            return false;
+        ++characters;
+        common += first <= 0xA5;
+        rare += (first > 0xA5 && first < 0xB0) || first >= 0xD0;
+    }
+    return 4 * common < characters && (rare > 0 || characters >= 4);
+}
+
 } // namespace
 
 std::optional<TriedText> textByTrial(QByteArrayView bytes) {
@@ -79,7 +105,8 @@ std::optional<TriedText> textByTrial(QByteArrayView bytes) {
     if (const std::optional<QString> text = decoded(QStringDecoder::Utf8, withoutSignature(bytes)))
         return TriedText{*text, u"UTF-8"_s};
     // Japanese text in code page 932 hardly ever fits the narrower rules of EUC-JP, while the other way round it may.
-    if (const std::optional<QString> text = converted(converterFrom({"EUC-JP-MS", "EUC-JP"}), bytes))
+    if (const std::optional<QString> text = converted(converterFrom({"EUC-JP-MS", "EUC-JP"}), bytes);
+        text && !hasControls(*text) && !isHalfWidthKana(bytes))
         return TriedText{*text, u"EUC-JP"_s};
     if (const std::optional<QString> text = converted(converterFrom({"CP932"}), bytes))
         return TriedText{*text, u"CP932"_s};

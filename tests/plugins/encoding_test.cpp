@@ -34,6 +34,13 @@ TEST(PluginEncoding, KnowsTheCharactersOfVendors) {
     EXPECT_EQ(decoded("\x83\x41\x83\x43"s).utf8, "アイ");
 }
 
+TEST(PluginEncoding, HalfWidthKanaAloneAreKana) {
+    EXPECT_EQ(decoded("\xB7\xAE\xB3\xCA \xCA\xDA\xC3\xDE\xBD\xA1"s).utf8, "ｷｮｳﾊ ﾊﾚﾃﾞｽ｡");
+    EXPECT_EQ(decoded("\xBB\xDD\xCE\xDF\xC6\xB2\xAF\xC0\r\n"s).utf8, "ｻﾝﾎﾟﾆｲｯﾀ\r\n");
+    EXPECT_EQ(decoded("\xB1\xAB\n"s).utf8, "雨\n");
+    EXPECT_EQ(decoded("\xB1\xAB\xA4\xCE\xD0\xA2"s).encoding, Encoding::EucJp) << "a rare character in a sentence";
+}
+
 TEST(PluginEncoding, OfACutFileStaysWhatItWas) {
     const std::string utf8 = kNihongo;
     for (std::size_t size = 1; size <= utf8.size(); ++size) {
