@@ -15,6 +15,36 @@ bool isBehindBackslash(const QByteArray& json, qsizetype at) {
     return backslashes % 2 != 0;
 }
 
+/// The code of "\ud83d" at a backslash; 0 for anything else there.
+char16_t escapedCode(QByteArrayView json, qsizetype at) {
+    if (at + 6 > json.size() || json[at] != '\\' || json[at + 1] != 'u')
+        return u'\0';
+    bool isCode = false;
+    const ushort code = json.sliced(at + 2, 4).toByteArray().toUShort(&isCode, 16);
+    return isCode ? code : u'\0';
+}
+
+/// The parser takes half a character for a question mark.
+QByteArray withoutHalves(QByteArray json, qsizetype* halves) {
+    constexpr qsizetype kEscape = 6;
+    qsizetype count = 0;
+    for (qsizetype at = json.indexOf('\\'); at >= 0; at = json.indexOf('\\', at)) {
+        const char16_t code = escapedCode(json, at);
+        if (QChar::isHighSurrogate(code) && QChar::isLowSurrogate(escapedCode(json, at + kEscape))) {
+            at += 2 * kEscape;
+        } else if (QChar::isSurrogate(code)) {
+            json.replace(at, kEscape, "\\ufffd");
+            at += kEscape;
+            ++count;
+        } else {
+            at += 2;
+        }
+    }
+    if (halves)
+        *halves = count;
+    return json;
+}
+
 } // namespace
 
 QString fromUtf8(QByteArrayView utf8) {
@@ -28,7 +58,8 @@ QByteArrayView withoutSignature(QByteArrayView file) {
     return file.startsWith(kSignature) ? file.sliced(kSignature.size()) : file;
 }
 
-QJsonDocument parseJson(const QByteArray& json, QJsonParseError* error) {
+QJsonDocument parseJson(const QByteArray& written, QJsonParseError* error, qsizetype* halves) {
+    const QByteArray json = withoutHalves(written, halves);
     if (!json.contains(kSignature))
         return QJsonDocument::fromJson(json, error);
     // The parser reads each text as if it were a file. As an escape the character passes; outside of a text it is none.

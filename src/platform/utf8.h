@@ -15,7 +15,8 @@ QString fromUtf8(QByteArrayView utf8);
 QByteArrayView withoutSignature(QByteArrayView file);
 
 /// One document whose texts keep a U+FEFF in front. In front of the document itself it is an error: a file loses its
-/// signature before.
-QJsonDocument parseJson(const QByteArray& json, QJsonParseError* error);
+/// signature before. An escape that is half of a character ("\ud83d" alone), which other programs leave where they cut
+/// a text, reads as U+FFFD; `halves` gets how many there are.
+QJsonDocument parseJson(const QByteArray& json, QJsonParseError* error, qsizetype* halves = nullptr);
 
 } // namespace velloria::platform

@@ -72,6 +72,13 @@ TEST_F(DayOne, AnythingMayBeMissingButTheDate) {
         << qPrintable(diary.losses.text());
 }
 
+TEST_F(DayOne, HalfACharacterIsMarkedAndCounted) {
+    const ForeignDiary diary = exchange::readDayOne(write(
+        u"j.json"_s, R"({"entries":[{"creationDate":"2024-03-09T00:00:00Z","text":"# a\n\nb\ud83d \ud83d\ude00"}]})"));
+    EXPECT_EQ(diary.entries.at(0).entry.contents, u"<p>b\uFFFD 😀</p>"_s);
+    EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 半分だけの文字 (�にします) 1件"_s);
+}
+
 TEST_F(DayOne, WhatIsNoJournalIsRefused) {
     const QByteArray journal = "{\"entries\":[{\"creationDate\":\"2024-03-09T05:05:00Z\",\"text\":\"";
     const std::pair<QByteArray, QString> cases[] = {

@@ -59,5 +59,21 @@ TEST(Utf8, TheMarkIsNoPartOfJsonOutsideOfTexts) {
     }
 }
 
+TEST(Utf8, HalfACharacterInJsonIsMarkedAndCounted) {
+    const std::tuple<const char*, QString, qsizetype> cases[] = {
+        {R"(["a\ud83db"])", u"a\uFFFDb"_s, 1},    {R"(["\uDE00\uD83D"])", u"\uFFFD\uFFFD"_s, 2},
+        {R"(["\ud83d\ude00"])", u"😀"_s, 0},       {R"(["\ud83d\ud83d\ude00"])", u"\uFFFD😀"_s, 1},
+        {R"(["\\ud83d"])", u"\\ud83d"_s, 0},      {R"(["\\\ud83d"])", u"\\\uFFFD"_s, 1},
+        {R"(["\u003f\ufeff"])", u"?\uFEFF"_s, 0},
+    };
+    for (const auto& [json, text, count] : cases) {
+        qsizetype halves = -1;
+        EXPECT_EQ(parseJson(json, nullptr, &halves).array().at(0).toString(), text) << json;
+        EXPECT_EQ(halves, count) << json;
+    }
+    for (const char* json : {R"(["\u)", R"(["\ud8)", R"(["\ud83d)", R"(["\ud83d\)", R"(["\ud83d\u)", "\\"})
+        EXPECT_TRUE(parseJson(json, nullptr).isNull()) << json;
+}
+
 } // namespace
 } // namespace velloria::tests

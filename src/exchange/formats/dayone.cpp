@@ -111,12 +111,15 @@ bool readJournal(const QString& file, ForeignDiary& diary) {
     if (bytes.startsWith("PK\x03\x04"))
         refuse(file, u"ZIPファイルです"_s, u"展開してから、中のJSONファイルかフォルダを指定してください。"_s);
     QJsonParseError error;
-    const QJsonObject journal = platform::parseJson(platform::withoutSignature(bytes).toByteArray(), &error).object();
+    qsizetype halves = 0;
+    const QJsonObject journal =
+        platform::parseJson(platform::withoutSignature(bytes).toByteArray(), &error, &halves).object();
     if (error.error != QJsonParseError::NoError)
         refuse(file, u"JSONとして読めません (%1、%2バイト目)"_s.arg(error.errorString()).arg(error.offset),
                u"ファイルが途中で切れていないか確認してください。"_s);
     if (!journal.value(u"entries").isArray())
         return false;
+    diary.losses.countHalves(halves);
     const QString folder = QFileInfo(file).path();
     for (const QJsonValue& value : journal.value(u"entries").toArray()) {
         if (const std::optional<WrittenDate> date = dateOf(value.toObject(), diary.losses))

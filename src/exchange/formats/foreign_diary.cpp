@@ -32,6 +32,11 @@ void Losses::countNamed(const QString& what, const QString& name) {
         count.names += name.size() > kLongestName ? name.left(kLongestName) + u"…"_s : name;
 }
 
+void Losses::countHalves(qsizetype halves) {
+    if (halves > 0)
+        count(u"半分だけの文字 (�にします)"_s, halves);
+}
+
 void Losses::countEncoding(const QString& encoding) {
     if (encoding != u"UTF-8"_s)
         ++m_encodings[encoding];

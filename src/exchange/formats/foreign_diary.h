@@ -45,6 +45,8 @@ public:
     void count(const QString& what, qsizetype times = 1) { m_counts[what].times += times; }
     /// One more of them, which has a name of its own ("2024-02-31"); the first few are told.
     void countNamed(const QString& what, const QString& name);
+    /// Characters of which a text has one half: nothing can hold them.
+    void countHalves(qsizetype halves);
     /// How many files are in this encoding; UTF-8 goes without saying.
     void countEncoding(const QString& encoding);
     bool isEmpty() const { return m_counts.isEmpty(); }

@@ -172,13 +172,15 @@ void addObject(const QJsonObject& object, ForeignDiary& diary) {
 
 ForeignDiary readExport(const QString& file, const QString& text, ForeignDiary diary) {
     QJsonParseError error;
-    const QJsonDocument document = platform::parseJson(text.toUtf8(), &error);
+    qsizetype halves = 0;
+    const QJsonDocument document = platform::parseJson(text.toUtf8(), &error, &halves);
     if (error.error != QJsonParseError::NoError)
         refuse(file, u"JSONとして読めません (%1バイト目: %2)"_s.arg(error.offset).arg(error.errorString()),
                u"ファイルが途中で切れていないか確認してください。"_s);
     const QJsonValue entries = document.object().value(u"entries"_s);
     if (!entries.isArray())
         refuse(file, u"jrnlのJSONではありません (entriesがありません)"_s);
+    diary.losses.countHalves(halves);
     for (const QJsonValue entry : entries.toArray())
         addObject(entry.toObject(), diary);
     return diary;

@@ -102,6 +102,13 @@ TEST_F(Jrnl, WhatCanNotBeReadIsRefusedWithTheReason) {
         EXPECT_TRUE(failureOf([&, text = bytes] { read(text); }).contains(told)) << told.toStdString();
 }
 
+TEST_F(Jrnl, HalfACharacterIsMarkedAndCounted) {
+    const exchange::ForeignDiary diary =
+        read(R"({"entries":[{"date":"2024-03-09","title":"a\ud83d","body":"\ude00b"}]})");
+    EXPECT_EQ(entriesOf(diary), QStringList{u"2024/03/09|a\uFFFD|<p>\uFFFDb</p>"_s});
+    EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 半分だけの文字 (�にします) 2件"_s);
+}
+
 TEST_F(Jrnl, ObjectsWithoutADateAreCounted) {
     const exchange::ForeignDiary diary = read("{\"entries\":[{\"title\":\"t\"},7,{\"date\":\"2024-02-30\"},{\"date\":"
                                               "\"2024-02-29\",\"body\":\"a\\r\\nb\"}]}");
