@@ -2,8 +2,11 @@
 
 #include "exchange/formats/html_text.h"
 
-#include <QRegularExpression>
+#include <QMap>
 #include <QStringList>
+
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -12,38 +15,124 @@ namespace {
 
 constexpr int kDeepest = 50;
 
-/// `words` is HTML.
-QString link(const QString& address, const QString& words) {
-    return u"<a href=\"%1\">%2</a>"_s.arg(htmlAttribute(address), words);
+/// What stands between two of a mark is within the element; the longer mark first.
+constexpr std::pair<QStringView, QStringView> kMarks[] = {
+    {u"'''", u"strong"}, {u"''", u"em"}, {u"==", u"del"}, {u"``", u"code"}};
+
+bool isOfAddress(QChar character) {
+    return character.unicode() < 0x80 &&
+           (character.isLetterOrNumber() || u";/?:@&=+$,-_.!~*'()#%"_s.contains(character));
 }
 
-QString inlineHtml(const QString& text, int depth = 0) {
-    // What is longer than any line is no mark: each may be looked for that far.
-    static const QRegularExpression mark(
-        uR"re(\{\{.{1,2000}?\}\}|\[\[(?:([^|]{0,2000})\|)?(.{1,2000}?)\]\]|)re"
-        uR"re((?:https?|ftp|file|mailto):[A-Za-z0-9;/?:@&=+$,\-_.!~*'()#%]+|)re"
-        uR"re('''(.{1,2000}?)'''|''(.{1,2000}?)''|==(.{1,2000}?)==|``(.{1,2000}?)``)re"_s);
-    static const QStringList tags{u"strong"_s, u"em"_s, u"del"_s, u"code"_s};
-    if (depth == kDeepest)
-        return htmlText(text);
-    QString html;
-    qsizetype copied = 0;
-    for (auto found = mark.globalMatch(text); found.hasNext();) {
-        const QRegularExpressionMatch match = found.next();
-        html += htmlText(QStringView(text).sliced(copied, match.capturedStart() - copied));
-        copied = match.capturedEnd();
-        const QString all = match.captured();
-        if (all.startsWith(u"{{"_s))
-            html += htmlText(all);
-        else if (match.hasCaptured(2))
-            html += link(match.captured(2),
-                         match.hasCaptured(1) ? inlineHtml(match.captured(1), depth + 1) : htmlText(match.captured(2)));
-        else if (const int modifier = int(match.lastCapturedIndex()); modifier >= 3)
-            html += u"<%1>%2</%1>"_s.arg(tags[modifier - 3], inlineHtml(match.captured(modifier), depth + 1));
-        else
-            html += link(all, htmlText(all));
+/// One line, or what stands within a mark of it.
+class Inline {
+public:
+    Inline(QStringView line, int depth)
+        : m_line(line)
+        , m_depth(depth) {}
+
+    QString html() {
+        QString html;
+        qsizetype plain = 0;
+        while (m_at < m_line.size()) {
+            const qsizetype at = m_at;
+            const QString piece = u"{['=`hfm"_s.contains(m_line[at]) ? takePiece() : QString();
+            if (piece.isNull()) {
+                ++m_at;
+                continue;
+            }
+            html += htmlText(m_line.sliced(plain, at - plain)) + piece;
+            plain = m_at;
+        }
+        return html + htmlText(m_line.sliced(plain));
     }
-    return html + htmlText(QStringView(text).sliced(copied));
+
+private:
+    /// Goes behind what begins at the present place and gives its HTML; null when nothing does.
+    QString takePiece() {
+        if (const std::optional<QStringView> call = takeBetween(u"{{", u"}}"))
+            return u"{{"_s + htmlText(*call) + u"}}"_s;
+        if (const std::optional<QStringView> link = takeBetween(u"[[", u"]]"))
+            return linkTo(*link);
+        for (const auto& [mark, tag] : kMarks) {
+            if (const std::optional<QStringView> text = takeBetween(mark, mark))
+                return u"<%1>%2</%1>"_s.arg(tag, within(*text));
+        }
+        return takeAddress();
+    }
+
+    QString within(QStringView text) const {
+        return m_depth < kDeepest ? Inline(text, m_depth + 1).html() : htmlText(text);
+    }
+
+    /// What stands between two marks, one character at least; nothing, and no step, where the first is not.
+    std::optional<QStringView> takeBetween(QStringView begin, QStringView end) {
+        if (!m_line.sliced(m_at).startsWith(begin))
+            return std::nullopt;
+        const qsizetype from = m_at + begin.size();
+        qsizetype& closing = m_closings[end];
+        if (closing >= 0 && closing <= from)
+            closing = m_line.indexOf(end, from + 1);
+        if (closing < 0)
+            return std::nullopt;
+        m_at = closing + end.size();
+        return m_line.sliced(from, closing - from);
+    }
+
+    /// `words` is HTML.
+    static QString anchor(QStringView address, const QString& words) {
+        return u"<a href=\"%1\">%2</a>"_s.arg(htmlAttribute(address), words);
+    }
+
+    /// "words|address" or an address alone.
+    QString linkTo(QStringView link) const {
+        const qsizetype bar = link.indexOf(u'|');
+        const QStringView address = bar + 1 < link.size() ? link.sliced(bar + 1) : link;
+        return anchor(address, bar > 0 && address != link ? within(link.first(bar)) : htmlText(address));
+    }
+
+    QString takeAddress() {
+        for (const QStringView scheme : {u"http:", u"https:", u"ftp:", u"file:", u"mailto:"}) {
+            qsizetype end = m_at + scheme.size();
+            if (!m_line.sliced(m_at).startsWith(scheme) || end == m_line.size() || !isOfAddress(m_line[end]))
+                continue;
+            while (end < m_line.size() && isOfAddress(m_line[end]))
+                ++end;
+            const QStringView address = m_line.sliced(m_at, end - m_at);
+            m_at = end;
+            return anchor(address, htmlText(address));
+        }
+        return {};
+    }
+
+    QStringView m_line;
+    int m_depth;
+    qsizetype m_at = 0;
+    /// Where each closing mark comes next, for all that open in front of it; -1 when it comes no more.
+    QMap<QStringView, qsizetype> m_closings;
+};
+
+QString inlineHtml(const QString& text) {
+    QStringList html;
+    for (const QStringView line : QStringView(text).split(u'\n'))
+        html += Inline(line, 0).html();
+    return html.join(u'\n');
+}
+
+/// Where the term of a definition ends: at a colon, but that of a link; -1 without one.
+qsizetype termEnd(QStringView line) {
+    qsizetype closing = 0;
+    for (qsizetype at = 1; at < line.size(); ++at) {
+        if (line[at] == u':')
+            return at;
+        if (!line.sliced(at).startsWith(u"[["))
+            continue;
+        if (closing >= 0 && closing < at + 3)
+            closing = line.indexOf(u"]]", at + 3);
+        if (closing >= 0)
+            at = closing + 1;
+    }
+    return -1;
 }
 
 /// Block by block, each a run of lines that begin alike.
@@ -129,14 +218,13 @@ private:
     }
 
     void definitions() {
-        static const QRegularExpression form(uR"re(^:((?:\[\[.{1,2000}?\]\]|[^:])*+):(.*)$)re"_s);
         m_html += u"<dl>\n"_s;
         for (; has(u":"); ++m_at) {
-            const QRegularExpressionMatch match = form.match(m_lines[m_at]);
-            const QString term = match.hasMatch() ? match.captured(1) : m_lines[m_at].sliced(1);
-            m_html += u"<dt>"_s + inlineHtml(term) + u"</dt>"_s;
-            if (match.hasMatch())
-                m_html += u"<dd>"_s + inlineHtml(match.captured(2)) + u"</dd>"_s;
+            const QString& line = m_lines[m_at];
+            const qsizetype end = termEnd(line);
+            m_html += u"<dt>"_s + inlineHtml(end < 0 ? line.sliced(1) : line.sliced(1, end - 1)) + u"</dt>"_s;
+            if (end >= 0)
+                m_html += u"<dd>"_s + inlineHtml(line.sliced(end + 1)) + u"</dd>"_s;
             m_html += u'\n';
         }
         m_html += u"</dl>\n"_s;
