@@ -45,6 +45,8 @@ bool MemoBook::unlock(const QString& password) {
 
 /// Until then a memo that was locked would open, and a new one would get the number of another.
 const store::MemoStore& MemoBook::settled() const {
+    if (!m_store.hasReset())
+        return m_store;
     try {
         m_store.takeBackReset(formerDiaries(m_run.session));
     } catch (const platform::Failure&) {

@@ -270,6 +270,11 @@ void MemoStore::setLockedAsAWhole(bool isLocked) const {
     transaction.commit();
 }
 
+bool MemoStore::hasReset() const {
+    const Connection connection(m_file, Access::ReadOnly);
+    return Statement(connection, QByteArray("SELECT 1 ") + kWithoutNumber + " LIMIT 1").next();
+}
+
 bool MemoStore::takeBackReset(const QStringList& copies) const {
     QSet<QByteArray> reset = keysOfReset(Connection(m_file, Access::ReadOnly));
     if (reset.isEmpty())

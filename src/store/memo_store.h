@@ -55,10 +55,11 @@ public:
     bool isLockedAsAWhole() const;
     void setLockedAsAWhole(bool isLocked) const;
 
-    /// Gives each memo without a number one. The optimisation of the diary resets number, category and lock: they come
-    /// back from the first of `copies`, older copies of the diary, that has the same memo; what can't be read is passed
-    /// over. Returns whether there was any such memo.
+    /// Gives each memo without a number one; hasReset tells whether there is any. The optimisation of the diary resets
+    /// number, category and lock: they come back from the first of `copies`, older copies of the diary, that has the
+    /// same memo; what can't be read is passed over. Returns whether there was any such memo.
     bool takeBackReset(const QStringList& copies) const;
+    bool hasReset() const;
 
 private:
     QString m_file;

@@ -1,9 +1,12 @@
 #include "memo/memo_book.h"
 
 #include "memo_home.h"
+#include "platform/waiting.h"
 #include "store/memo_line.h"
 #include "store/optimize_command.h"
+#include "store/sqlite/connection.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -195,6 +198,39 @@ TEST_F(Book, ListsADiaryThatCantBeWrittenTo) {
     sql(u"CREATE INDEX refuse ON Memo (abs(CASE WHEN No > 0 THEN -9223372036854775807 - 1 ELSE 0 END))"_s);
     ASSERT_NE(failureOf([&] { store::MemoStore(run).takeBackReset({}); }), QString());
     EXPECT_EQ(book.list({}, {}).size(), 1U);
+}
+
+/// Gives each wait for another program up at once.
+class Impatience : public QObject {
+public:
+    Impatience() { m_application.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == platform::Waiting::kType) {
+            static_cast<platform::Waiting*>(event)->isGivenUp = true;
+            ++waits;
+        }
+        return false;
+    }
+    int waits = 0;
+
+private:
+    int m_count = 0;
+    QCoreApplication m_application{m_count, nullptr};
+};
+
+TEST_F(Book, WaitsOnceForAnotherProgram) {
+    const store::Memo memo = store(u"title"_s);
+    store::sqlite::Connection other(session.databaseFile(), store::sqlite::Access::ReadWrite);
+    other.execute("BEGIN EXCLUSIVE");
+    Impatience impatience;
+    int wanted = 0;
+    for (const auto& work :
+         {std::function([&] { book.load(memo.row); }), std::function([&] { book.list({}, {}); }),
+          std::function([&] { book.save(memo, memo); }), std::function([&] { book.remove(memo); })}) {
+        EXPECT_TRUE(failureOf(work).contains(u"他のプログラムが使用中"_s));
+        EXPECT_EQ(impatience.waits, ++wanted);
+    }
+    other.execute("ROLLBACK");
 }
 
 TEST_F(Book, FindsAMemoByNumberAndTime) {
