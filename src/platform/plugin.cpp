@@ -2,6 +2,7 @@
 
 #include "platform/directory.h"
 #include "platform/library_file.h"
+#include "platform/plugin_trial.h"
 #include "platform/utf8.h"
 
 #include <QCoreApplication>
@@ -105,7 +106,7 @@ void PluginHost::rethrow() const {
         std::rethrow_exception(m_thrown);
 }
 
-Plugin::Plugin(const QString& file)
+Plugin::Plugin(const QString& file, std::chrono::milliseconds limit)
     : m_file(existingPath(file)) {
     const auto unusable = [this](const QString& reason) {
         return Failure(u"プラグインを使用できません。"_s, m_file, reason, reinstall());
@@ -115,6 +116,8 @@ Plugin::Plugin(const QString& file)
         throw unusable(u"ファイルがありません。"_s);
     if (isCutLibrary(m_file))
         throw unusable(u"ファイルが途中で切れています。"_s);
+    if (const QString harm = harmOfLoading(m_file, limit); !harm.isEmpty())
+        throw unusable(harm);
     // Only now: a library object that has loaded nothing breaks the end of a program that has logged nothing.
     m_library = std::make_unique<QLibrary>(m_file);
     m_library->setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <cstddef>
 #include <exception>
 #include <functional>
@@ -52,8 +53,9 @@ private:
 ///     });
 class Plugin {
 public:
-    /// `file` is a full path. Throws Failure when it is missing, is no plug-in, or serves another interface.
-    explicit Plugin(const QString& file);
+    /// `file` is a full path. Throws Failure when it is missing, is no plug-in, serves another interface, or does harm
+    /// while it is loaded, which is tried beside this program; that has no end when it takes longer than `limit`.
+    explicit Plugin(const QString& file, std::chrono::milliseconds limit = std::chrono::seconds(10));
     ~Plugin();
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;

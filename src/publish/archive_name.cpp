@@ -13,8 +13,8 @@ constexpr QLatin1StringView kEndings[] = {".lzh"_L1, ".zip"_L1, ".exe"_L1, ".deb
 
 /// The programs that are started from the program's folder, by us or by the user.
 constexpr QLatin1StringView kPrograms[] = {
-    "velloria.exe"_L1,          "velloria-cli.exe"_L1,          "velloria-jet.exe"_L1,  "velloria-sound.exe"_L1,
-    core::files::kUpdater.name, core::files::kUpdaterCopy.name, core::files::kMemo.name};
+    "velloria.exe"_L1,       "velloria-cli.exe"_L1,      "velloria-jet.exe"_L1,          "velloria-plugin.exe"_L1,
+    "velloria-sound.exe"_L1, core::files::kUpdater.name, core::files::kUpdaterCopy.name, core::files::kMemo.name};
 
 bool isSpecial(QChar character) {
     return character < u' ' || character == u'\x7f' || QStringView(u"/\\:*?\"<>|").contains(character);

@@ -222,7 +222,7 @@ class Setup(unittest.TestCase):
         loaded = [libraries + name for name in LOADED]
         engine = ["/usr/lib/qt6/libexec/QtWebEngineProcess"]
         self.assert_comes([*loaded, *FILES, *engine], packages, "loaded by name")
-        programs = [str(PROGRAM / name) for name in ("velloria", "velloria-cli", "velloria-jet", "velloria-sound")
+        programs = [str(PROGRAM / name) for name in ("velloria", "velloria-cli", "velloria-jet", "velloria-plugin", "velloria-sound")
                     if (PROGRAM / name).exists()]
         self.assertGreater(len(programs), 0)
         for file in [*programs, *loaded, *engine]:

@@ -69,6 +69,38 @@ TEST_F(Plugin, ThatWasCopiedInPartEndsNoProgram) {
     EXPECT_GT(refused, 3);
 }
 
+TEST_F(Plugin, ThatEndsWhatLoadsItEndsNoProgram) {
+    installed();
+    for (const QString& place : {u"loading"_s, u"velloria_plugin_get"_s}) {
+        for (const auto& [how, reason] : {std::pair{u"crash"_s, u"異常終了します（シグナル6）"_s},
+                                          {u"exit"_s, u"終了させます（終了コード0）"_s},
+                                          {u"hang"_s, u"読み込みが0.3秒たっても終わりません"_s}}) {
+            stub.set("ENDS", place + u' ' + how);
+            const QString failure =
+                failureOf([&] { platform::Plugin plugin(path(u"VellInfo.dll"_s), std::chrono::milliseconds(300)); });
+            EXPECT_TRUE(failure.startsWith(u"プラグインを使用できません。"_s)) << failure.toStdString();
+            EXPECT_TRUE(failure.contains(u"VellInfo.dll"_s)) << failure.toStdString();
+            EXPECT_TRUE(failure.contains(reason)) << failure.toStdString();
+        }
+    }
+    stub.set("ENDS", {});
+    EXPECT_EQ(platform::Plugin(path(u"VellInfo.dll"_s)).version(), u"1.2.3"_s);
+}
+
+TEST_F(Plugin, IsTriedOncePerRunAndAgainWhenItsFileIsAnother) {
+    const QString loads = path(u"loads.txt"_s);
+    stub.set("LOADS", loads);
+    installed();
+    for (int time = 0; time < 3; ++time)
+        EXPECT_EQ(platform::Plugin(path(u"VellInfo.dll"_s)).version(), u"1.2.3"_s);
+    EXPECT_EQ(bytesOf(loads), "loaded\nloaded\n"); // by the trial and by us
+    const QByteArray library = bytesOf(path(u"VellInfo.dll"_s));
+    QFile::remove(path(u"VellInfo.dll"_s));
+    writeFile(path(u"VellInfo.dll"_s), library + "\n");
+    EXPECT_EQ(platform::Plugin(path(u"VellInfo.dll"_s)).version(), u"1.2.3"_s);
+    EXPECT_TRUE(bytesOf(loads).startsWith("loaded\nloaded\nloaded\n"));
+}
+
 TEST_F(Plugin, OfAnotherInterfaceIsRefused) {
     stub.set("LACKS", u"interface"_s);
     EXPECT_TRUE(failureOf([&] { platform::Plugin plugin(installed()); }).contains(u"バージョンが合いません。"_s));

@@ -28,6 +28,7 @@ TEST(ArchiveName, IsNoneThatTheProgramReadsLoadsOrStarts) {
                                 u"Velloria.exe"_s,
                                 u"velloria-cli.exe"_s,
                                 u"velloria-jet.exe"_s,
+                                u"velloria-plugin.exe"_s,
                                 u"velloria-sound.exe"_s,
                                 u"diary.mdb"_s,
                                 u"default.mdb"_s,

@@ -15,7 +15,8 @@ public:
         set("LOG", logFile);
     }
     ~StubPlugin() {
-        for (const char* name : {"LOG", "FAILS", "THROWS", "DENIES", "LACKS", "TALKS", "BRINGS", "NOTES", "WRITES"})
+        for (const char* name :
+             {"LOG", "FAILS", "THROWS", "DENIES", "LACKS", "ENDS", "LOADS", "TALKS", "BRINGS", "NOTES", "WRITES"})
             qunsetenv(variable(name).constData());
     }
     StubPlugin(const StubPlugin&) = delete;
@@ -24,8 +25,8 @@ public:
     /// Puts it there under one of the plug-ins' names, as a full path.
     static void install(const QString& file) { QFile::copy(QStringLiteral(VELLORIA_PLUGIN_STUB), file); }
 
-    /// "FAILS", "THROWS", "DENIES", "LACKS", "TALKS", "BRINGS", "NOTES" or "WRITES"; the stub says what the values
-    /// mean.
+    /// "FAILS", "THROWS", "DENIES", "LACKS", "ENDS", "LOADS", "TALKS", "BRINGS", "NOTES" or "WRITES"; the stub says
+    /// what the values mean.
     void set(const char* name, const QString& value) { qputenv(variable(name).constData(), value.toUtf8()); }
 
     /// The calls so far, with their arguments.

@@ -7,6 +7,9 @@
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
 //   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute", "read_entries" or "words": what it does
 //                          not have
+//   VELLORIA_PLUGIN_ENDS   "loading" or "velloria_plugin_get", and behind a blank "crash", "exit" or "hang": where, and
+//                          how, it takes along the program that loads it
+//   VELLORIA_PLUGIN_LOADS  file to which each loading adds a line
 //   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers, and an export tells what it did
 //   VELLORIA_PLUGIN_BRINGS days, parted by blanks: what an import finds and, when the program wants it, adds
 //   VELLORIA_PLUGIN_NOTES  what it says that it does not carry
@@ -16,6 +19,7 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -23,6 +27,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -30,13 +35,18 @@ namespace {
 std::string g_page;
 std::string g_error;
 
+std::string valueOf(const char* variable) {
+    const char* found = std::getenv(variable);
+    return found ? found : "";
+}
+
 bool isSet(const char* variable, const std::string& value) {
     const char* found = std::getenv(variable);
     return found && value == found;
 }
 
-void log(const std::string& line) {
-    const char* name = std::getenv("VELLORIA_PLUGIN_LOG");
+void log(const std::string& line, const char* variable = "VELLORIA_PLUGIN_LOG") {
+    const char* name = std::getenv(variable);
     if (std::FILE* file = name ? std::fopen(name, "ab") : nullptr) {
         std::fputs((line + "\n").c_str(), file);
         std::fclose(file);
@@ -49,6 +59,27 @@ void throwIfWanted(const std::string& call) {
     if (isSet("VELLORIA_PLUGIN_THROWS", call + " 7"))
         throw 7;
 }
+
+void endIfWanted(const std::string& place) {
+    const std::string wanted = valueOf("VELLORIA_PLUGIN_ENDS");
+    if (wanted.compare(0, place.size() + 1, place + " ") != 0)
+        return;
+    std::puts("the stub prints");
+    std::fflush(stdout);
+    if (wanted == place + " crash")
+        std::abort();
+    if (wanted == place + " exit")
+        std::_Exit(0);
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
+const struct Loading {
+    Loading() {
+        log("loaded", "VELLORIA_PLUGIN_LOADS");
+        endIfWanted("loading");
+    }
+} kLoading;
 
 int32_t result(const char* call) {
     g_error.clear();
@@ -81,11 +112,6 @@ struct Worker {
 
 Worker& of(void* object) {
     return *static_cast<Worker*>(object);
-}
-
-std::string valueOf(const char* variable) {
-    const char* found = std::getenv(variable);
-    return found ? found : "";
 }
 
 std::vector<std::string> days() {
@@ -273,6 +299,7 @@ velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &kDiary, &g_pin
 } // namespace
 
 extern "C" __attribute__((visibility("default"))) const velloria_plugin* velloria_plugin_get(uint32_t version) {
+    endIfWanted("velloria_plugin_get");
     throwIfWanted("velloria_plugin_get");
     constexpr const char* kLacks = "VELLORIA_PLUGIN_LACKS";
     // What lies behind the end of an older plug-in is no pointer of its own.
