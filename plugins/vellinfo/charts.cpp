@@ -104,6 +104,12 @@ std::string labelsBelow(const Columns& columns, double y) {
     return svg;
 }
 
+/// Beside a bar there is room for eight wide characters, the sign for what is left out among them.
+std::string nameBeside(const std::string& name) {
+    constexpr std::size_t kRoom = 8;
+    return shortened(name, kRoom) == shortened(name, kRoom + 1) ? shortened(name, kRoom) : shortened(name, kRoom - 1);
+}
+
 /// What a column leaves free of its place.
 double gapOf(double width) {
     return std::max(std::min(width * 0.2, 3.0), width - kWidestColumn);
@@ -139,7 +145,6 @@ std::string barChart(const Label& label, const std::vector<Column>& bars, Shares
     constexpr double kRow = 18;
     constexpr double kNames = 100;
     constexpr double kNumbers = 90;
-    constexpr std::size_t kNameCharacters = 8;
     std::uint64_t most = 1;
     std::uint64_t sum = 0;
     for (const Column& bar : bars) {
@@ -152,8 +157,9 @@ std::string barChart(const Label& label, const std::vector<Column>& bars, Shares
         const double y = kRow * static_cast<double>(at) + 2;
         const double full = kWidth - kNames - kNumbers;
         const double width = full * static_cast<double>(bars[at].value) / static_cast<double>(most);
-        boxes += box(kNames, y + 2, std::max(width, 1.0), kRow - 6);
-        svg += textAt(kNames - 6, y + 12, "beside", shortened(bars[at].label, kNameCharacters));
+        if (bars[at].value > 0)
+            boxes += box(kNames, y + 2, std::max(width, 1.0), kRow - 6);
+        svg += textAt(kNames - 6, y + 12, "beside", nameBeside(bars[at].label));
         const std::string share = shares == Shares::Shown ? " (" + percent(bars[at].value, sum) + ")" : "";
         svg += textAt(kNames + width + 5, y + 12, "behind", shortNumber(bars[at].value) + share);
     }

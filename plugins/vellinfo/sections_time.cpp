@@ -140,8 +140,11 @@ std::string levelLegend(const Figures& figures) {
     };
     add(0, "日記なし");
     add(1, "日記あり");
-    for (std::size_t at = 0; at < figures.levels.size(); ++at)
-        add(at + 2, number(figures.levels[at]) + "字から");
+    const std::vector<std::uint64_t>& levels = figures.levels;
+    for (std::size_t at = 0; at < levels.size(); ++at) {
+        if (at + 1 == levels.size() || levels[at + 1] != levels[at]) // no day is of a level that the next one covers
+            add(at + 2, number(levels[at]) + "字から");
+    }
     return html + "</ul>\n";
 }
 

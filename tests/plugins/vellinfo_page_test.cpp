@@ -94,6 +94,36 @@ TEST_F(Information, CountsRegisteredFilesByTheirNames) {
     EXPECT_EQ(page.texts[u"files-days"_s], u"1個"_s);
 }
 
+// ---- drawings
+
+TEST_F(Information, DrawsNoBarForNothing) {
+    insert(u"2026/11/23"_s, 1, u"雨"_s);
+    page();
+    const QByteArray all = bytesOf(pageFile());
+    const QByteArray section = all.sliced(all.indexOf("<section id=\"private\""));
+    EXPECT_TRUE(section.contains(">0 (0.0%)</text>"));
+    EXPECT_EQ(section.count("M100 "), 1) << section.toStdString();
+}
+
+TEST_F(Information, ShortensANameThatHasNoRoomBesideItsBar) {
+    insert(u"2026/11/23"_s, 1, u"雨"_s, u"Genre='あいうえおかきく', Weather='あいうえおかきくけ'"_s);
+    page();
+    const QByteArray all = bytesOf(pageFile());
+    EXPECT_TRUE(all.contains("class=\"beside\">あいうえおかきく</text>"));
+    EXPECT_TRUE(all.contains("class=\"beside\">あいうえおかき…</text>"));
+}
+
+TEST_F(Information, TellsEachColourOfTheCalendarOnce) {
+    insert(u"2026/11/23"_s, 1, u"三文字"_s);
+    EXPECT_EQ(page().text.count(u"3字から"_s), 1);
+    insert(u"2026/11/24"_s, 1, u"字"_s);
+    insert(u"2026/11/25"_s, 1, u"文字"_s);
+    const QString text = page().text;
+    EXPECT_EQ(text.count(u"1字から"_s), 1);
+    EXPECT_EQ(text.count(u"2字から"_s), 1 + 1) << "and what a word is";
+    EXPECT_EQ(text.count(u"3字から"_s), 1);
+}
+
 // ---- odd diaries
 
 TEST_F(Information, TakesMissingValuesAndThoseOfOtherKinds) {
