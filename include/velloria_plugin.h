@@ -5,7 +5,8 @@
    calls come from one thread, and no exception may leave one. Once loaded, a plug-in stays until the program ends.
 
    A structure only ever grows at its end: `size`, in bytes, tells how much of it its maker knows. The program uses no
-   member beyond that, and counts a part as missing when a member that it needs is null or beyond it.
+   member beyond that, and counts a part as missing when a member that it needs is null or beyond it. A plug-in of the
+   time before a member was added is never asked for that.
 
    Where a call returns int32_t without more words, a value below 0 is a failure, which last_error tells, and every
    other one a success; where it answers a question, 0 is no and a value above 0 yes. */
@@ -35,8 +36,8 @@ typedef struct velloria_import_plan {
     const char* notes;       /* what is not carried, with counts, a line each; "" when all is */
 } velloria_import_plan;
 
-/* What the program does for an object of a plug-in, from its create to the end of its release. `context` goes back as
-   the first argument of each call. */
+/* What the program does for an object of a plug-in, from its create to the end of its release, or for one call.
+   `context` goes back as the first argument of each call. */
 typedef struct velloria_host {
     uint32_t size; /* of this structure */
     void* context;
@@ -67,6 +68,8 @@ typedef struct velloria_diary_information {
     /* The diary database, and the page to write. 0 when either can't be used. */
     int32_t (*set_paths)(const char* database, const char* page);
     int32_t (*run)(void);
+    /* The same as run, and called in its place where it is there: `host` is good until it returns. */
+    int32_t (*run_with_host)(const velloria_host* host);
 } velloria_diary_information;
 
 /* "Chimer.dll": tells servers that a site has changed. The calls come in the order of the members. */

@@ -56,7 +56,7 @@ int32_t run() {
 }
 
 const velloria_information kInformation = {sizeof kInformation, one, zero, zero}; // version 1.0.0
-const velloria_diary_information kDiary = {sizeof kDiary, setPaths, run};
+const velloria_diary_information kDiary = {sizeof kDiary, setPaths, run, nullptr};
 const velloria_plugin kPlugin = {sizeof kPlugin, &kInformation, &kDiary, nullptr, nullptr, nullptr, lastError};
 
 } // namespace

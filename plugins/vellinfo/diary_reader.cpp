@@ -130,9 +130,8 @@ bool isDatabase(const std::string& file) {
     return stream.read(begin.data(), std::streamsize(begin.size())) && begin == kMark;
 }
 
-Diary readDiary(const std::string& file) {
-    const Host nobody(nullptr);
-    const DiaryFile database(file, nobody);
+Diary readDiary(const std::string& file, const Host& host) {
+    const DiaryFile database(file, host);
     Diary diary;
     readEntries(database, diary);
     readFiles(database, diary.files);

@@ -42,18 +42,22 @@ int32_t setPaths(const char* database, const char* page) {
     });
 }
 
-int32_t run() {
-    return does([] {
+int32_t runWithHost(const velloria_host* table) {
+    return does([&] {
         if (g_paths.page.empty())
             throw Error("日記とページの場所が決まっていません。\n");
-        const vellinfo::Diary diary = vellinfo::readDiary(g_paths.database);
+        const vellinfo::Diary diary = vellinfo::readDiary(g_paths.database, Host(table));
         OutputFile page(g_paths.page, rightsLike(g_paths.database));
         page.write(vellinfo::makePage(diary));
         page.commit();
     });
 }
 
-const velloria_diary_information kDiaryInformation = {sizeof kDiaryInformation, setPaths, run};
+int32_t run() {
+    return runWithHost(nullptr);
+}
+
+const velloria_diary_information kDiaryInformation = {sizeof kDiaryInformation, setPaths, run, runWithHost};
 
 const velloria_plugin kPlugin = {sizeof kPlugin, &kInformation, &kDiaryInformation, nullptr,
                                  nullptr,        nullptr,       lastError};

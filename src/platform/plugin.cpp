@@ -197,7 +197,7 @@ void Plugin::guarded(const std::function<void()>& calls) const {
 }
 
 QString Plugin::lastError() const {
-    const auto lastErrorOf = known(&velloria_plugin::last_error);
+    const auto lastErrorOf = known(*m_plugin, &velloria_plugin::last_error);
     const QString words = lastErrorOf ? shown(lastErrorOf()) : QString();
     return words.isEmpty() ? u"プラグインは理由を知らせていません。"_s : words;
 }

@@ -13,6 +13,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 class QLibrary;
 
@@ -53,6 +54,14 @@ private:
 ///     });
 class Plugin {
 public:
+    /// A member of a structure of a plug-in; null when that ends ahead of it.
+    template <typename Structure, typename Member>
+    static Member known(const Structure& structure, Member Structure::*member) {
+        const Member* place = &(structure.*member);
+        const auto end = reinterpret_cast<const char*>(place + 1) - reinterpret_cast<const char*>(&structure);
+        return static_cast<std::ptrdiff_t>(structure.size) >= end ? *place : nullptr;
+    }
+
     /// `file` is a full path. Throws Failure when it is missing, is no plug-in, serves another interface, or does harm
     /// while it is loaded, which is tried beside this program; that has no end when it takes longer than `limit`.
     explicit Plugin(const QString& file, std::chrono::milliseconds limit = std::chrono::seconds(10));
@@ -67,7 +76,7 @@ public:
     /// it.
     template <typename Part, typename Calls>
     void use(const Part* velloria_plugin::*part, const Calls& calls) const {
-        const Part& whole = complete(known(part));
+        const Part& whole = complete(known(*m_plugin, part));
         guarded([&] { calls(whole); });
     }
 
@@ -75,7 +84,7 @@ public:
     /// plug-in makes none.
     template <typename Part, typename Calls>
     void use(const Part* velloria_plugin::*part, const PluginHost& host, const Calls& calls) const {
-        const Part& whole = complete(known(part));
+        const Part& whole = complete(known(*m_plugin, part));
         guarded([&] {
             const Object object{*this, whole.create(host.table()), whole.release};
             object.use([&](void* pointer) {
@@ -103,18 +112,19 @@ private:
         void use(const std::function<void(void*)>& calls) const;
     };
 
-    /// The member, null when the plug-in's structure ends ahead of it.
-    template <typename Member>
-    Member known(Member velloria_plugin::*member) const {
-        const Member* place = &(m_plugin->*member);
-        const auto end = reinterpret_cast<const char*>(place + 1) - reinterpret_cast<const char*>(m_plugin);
-        return static_cast<std::ptrdiff_t>(m_plugin->size) >= end ? *place : nullptr;
-    }
-
     template <typename Part>
     const Part& complete(const Part* part) const {
-        requireCalls(part, sizeof(Part));
+        requireCalls(part, firstSize<Part>());
         return *part;
+    }
+
+    /// Up to where a part was in the first interface: what came later may be missing.
+    template <typename Part>
+    static constexpr std::size_t firstSize() {
+        if constexpr (std::is_same_v<Part, velloria_diary_information>)
+            return offsetof(velloria_diary_information, run_with_host);
+        else
+            return sizeof(Part);
     }
 
     void requireCalls(const void* part, std::size_t size) const;

@@ -252,6 +252,32 @@ TEST_F(Information, OfADamagedDiaryIsAFailureAndTheOldPageStays) {
     EXPECT_EQ(bytesOf(pageFile()), "old");
 }
 
+/// How often a page lets the windows paint.
+int pumpsOfPage(const platform::Plugin& plugin, bool isMade) {
+    int pumps = 0;
+    velloria_host host{};
+    host.size = sizeof host;
+    host.context = &pumps;
+    host.pump = [](void* count) { ++*static_cast<int*>(count); };
+    plugin.use(&velloria_plugin::diary_information, [&](const velloria_diary_information& information) {
+        EXPECT_EQ(information.run_with_host(&host) > 0, isMade);
+    });
+    return pumps;
+}
+
+TEST_F(Information, LetsTheWindowsPaintWhileItReadsAndWaits) {
+    sql(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) "
+        "INSERT INTO Contents (Day, Number, Contents) SELECT '2026/11/23', i, '雨' FROM n"_s);
+    ASSERT_TRUE(setPaths(session.databaseFile(), pageFile()));
+    EXPECT_GE(pumpsOfPage(plugin, true), 5);
+    EXPECT_EQ(InformationPage(bytesOf(pageFile())).texts[u"entries"_s], u"2,000件"_s);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(session.databaseFile().toUtf8().constData(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_GE(pumpsOfPage(plugin, false), 50);
+    sqlite3_close(other);
+}
+
 TEST_F(Information, OfALockedDiaryWaitsAndFails) {
     insert(u"2026/11/23"_s, 1, u"text"_s);
     sqlite3* other = nullptr;

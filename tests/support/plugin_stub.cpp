@@ -5,12 +5,13 @@
 //   when
 //                          " 7" stands behind the name
 //   VELLORIA_PLUGIN_DENIES name of the call that answers no
-//   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute", "read_entries" or "words": what it does
-//                          not have
+//   VELLORIA_PLUGIN_LACKS  "interface", "newer_parts", "ping", "pings_execute", "read_entries", "run_with_host", "the
+//                          size of run_with_host" or "words": what it does not have
 //   VELLORIA_PLUGIN_ENDS   "loading" or "velloria_plugin_get", and behind a blank "crash", "exit" or "hang": where, and
 //                          how, it takes along the program that loads it
 //   VELLORIA_PLUGIN_LOADS  file to which each loading adds a line
-//   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers, and an export tells what it did
+//   VELLORIA_PLUGIN_TALKS  when set, the pings use all that the program offers, and an export and the page of
+//                          information tell what they do
 //   VELLORIA_PLUGIN_BRINGS days, parted by blanks: what an import finds and, when the program wants it, adds
 //   VELLORIA_PLUGIN_NOTES  what it says that it does not carry
 //   VELLORIA_PLUGIN_WRITES what an export writes into its file
@@ -236,23 +237,37 @@ const velloria_information kInformation{sizeof(velloria_information),
                                         },
                                         [] { return int32_t(2); }, [] { return int32_t(3); }};
 
-const velloria_diary_information kDiary{sizeof(velloria_diary_information),
-                                        [](const char* database, const char* page) {
-                                            g_page = page;
-                                            throwIfWanted("set_paths");
-                                            if (std::strstr(database, "broken")) {
-                                                g_error = "the diary is broken";
-                                                return int32_t(-1);
-                                            }
-                                            return int32_t(std::strstr(database, "refused") == nullptr);
-                                        },
-                                        [] {
-                                            if (std::FILE* file = std::fopen(g_page.c_str(), "wb")) {
-                                                std::fputs("<HTML>", file);
-                                                std::fclose(file);
-                                            }
-                                            return called("run");
-                                        }};
+void writePage() {
+    if (std::FILE* file = std::fopen(g_page.c_str(), "wb")) {
+        std::fputs("<HTML>", file);
+        std::fclose(file);
+    }
+}
+
+int32_t runWithHost(const velloria_host* host) {
+    if (std::getenv("VELLORIA_PLUGIN_TALKS")) {
+        host->pump(host->context);
+        host->status(host->context, "ページを書いています...");
+    }
+    writePage();
+    return called("run_with_host");
+}
+
+velloria_diary_information g_diary{sizeof(velloria_diary_information),
+                                   [](const char* database, const char* page) {
+                                       g_page = page;
+                                       throwIfWanted("set_paths");
+                                       if (std::strstr(database, "broken")) {
+                                           g_error = "the diary is broken";
+                                           return int32_t(-1);
+                                       }
+                                       return int32_t(std::strstr(database, "refused") == nullptr);
+                                   },
+                                   [] {
+                                       writePage();
+                                       return called("run");
+                                   },
+                                   runWithHost};
 
 velloria_ping g_ping{
     sizeof(velloria_ping),
@@ -291,7 +306,7 @@ const velloria_hatena_exchange kHatena{
     finishHatena,
 };
 
-velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &kDiary, &g_ping, &g_movableType, &kHatena, [] {
+velloria_plugin g_plugin{sizeof(velloria_plugin), &kInformation, &g_diary, &g_ping, &g_movableType, &kHatena, [] {
                              throwIfWanted("last_error");
                              return g_error.c_str();
                          }};
@@ -306,7 +321,7 @@ extern "C" __attribute__((visibility("default"))) const velloria_plugin* vellori
     if (isSet(kLacks, "newer_parts")) {
         static const velloria_plugin kOld{offsetof(velloria_plugin, ping),
                                           &kInformation,
-                                          &kDiary,
+                                          &g_diary,
                                           reinterpret_cast<const velloria_ping*>(16),
                                           nullptr,
                                           nullptr,
@@ -317,6 +332,12 @@ extern "C" __attribute__((visibility("default"))) const velloria_plugin* vellori
     g_ping.pings_execute = isSet(kLacks, "pings_execute") ? nullptr : pingsExecute;
     g_movableType.size = isSet(kLacks, "read_entries") ? offsetof(velloria_movable_type_exchange, read_entries)
                                                        : sizeof(velloria_movable_type_exchange);
+    // What an older plug-in has behind its end is no call.
+    const bool isOld = isSet(kLacks, "the size of run_with_host");
+    g_diary.size = isOld ? offsetof(velloria_diary_information, run_with_host) : sizeof(velloria_diary_information);
+    g_diary.run_with_host = isSet(kLacks, "run_with_host") ? nullptr : runWithHost;
+    if (isOld)
+        g_diary.run_with_host = reinterpret_cast<decltype(&runWithHost)>(16);
     if (isSet(kLacks, "words"))
         g_plugin.last_error = [] { return static_cast<const char*>(nullptr); };
     return version == VELLORIA_PLUGIN_INTERFACE && !isSet(kLacks, "interface") ? &g_plugin : nullptr;
