@@ -29,22 +29,47 @@ const QStringList kRefreshed{u"*.blg"_s,
                              core::files::kFirstTextFormat.name,
                              core::files::kFirstHtmlFormat.name,
                              u"*.mht"_s,
-                             core::files::kTitlePicture.name,
-                             u"*.dll"_s,
-                             core::files::kMemo.name};
+                             core::files::kTitlePicture.name};
+/// The same, but the program does without them: one that its owner has deleted stays away, and its menu hidden.
+const QStringList kOptional{u"*.dll"_s, core::files::kMemo.name};
 /// Files that belong to the user once they are there.
 const QStringList kSeededOnce{core::files::kFirstCustomizeIni.name, u"HTML2TXT*.ini"_s, core::files::kEndpoints.name};
 
-void copyMatching(const QString& from, const QString& to, const QStringList& patterns, bool replacesOlder) {
-    for (const QString& pattern : patterns) {
-        for (const QString& name : platform::listFolder(from, pattern)) {
-            const QFileInfo source(from + name);
-            const QFileInfo target(platform::existingPath(to + name));
-            const bool isMissing = !target.exists();
-            if (isMissing || (replacesOlder && source.lastModified() > target.lastModified()))
-                platform::copyFile(source.filePath(), target.filePath(), platform::modeOf(source.filePath(), 0666));
-        }
+QStringList matching(const QString& folder, const QStringList& patterns) {
+    QStringList names;
+    for (const QString& pattern : patterns)
+        names += platform::listFolder(folder, pattern);
+    return names;
+}
+
+void copyFiles(const QString& from, const QString& to, const QStringList& names, bool replacesOlder) {
+    for (const QString& name : names) {
+        const QFileInfo source(from + name);
+        const QFileInfo target(platform::existingPath(to + name));
+        const bool isMissing = !target.exists();
+        if (isMissing || (replacesOlder && source.lastModified() > target.lastModified()))
+            platform::copyFile(source.filePath(), target.filePath(), platform::modeOf(source.filePath(), 0666));
     }
+}
+
+/// In the home: what has been there, a name a line. Nothing else knows this file.
+constexpr core::File kSeededList = core::files::ofProgram("seeded.lst");
+
+/// Those that have been there are listed.
+void copyOptional(const QString& from, const QString& to) {
+    const QString list = kSeededList.below(to);
+    const QByteArray known = platform::readFileIfThere(list).value_or(QByteArray());
+    QStringList seeded = QString::fromUtf8(known).split(u'\n', Qt::SkipEmptyParts);
+    const qsizetype before = seeded.size();
+    for (const QString& name : matching(from, kOptional)) {
+        const bool isNew = !seeded.contains(name);
+        if (isNew || QFileInfo::exists(platform::existingPath(to + name)))
+            copyFiles(from, to, {name}, true);
+        if (isNew)
+            seeded += name;
+    }
+    if (seeded.size() > before)
+        platform::replaceFile(list, seeded.join(u'\n').toUtf8() + '\n', platform::Durability::Durable);
 }
 
 /// Where the user's own copy of the program folder is.
@@ -55,8 +80,9 @@ QString ownHome() {
 QString seededHome(const QString& programFolder) {
     const QString home = ownHome();
     platform::makeFolder(core::GetParentFolder(home), 0700);
-    copyMatching(programFolder, home, kRefreshed, true);
-    copyMatching(programFolder, home, kSeededOnce, false);
+    copyFiles(programFolder, home, matching(programFolder, kRefreshed), true);
+    copyFiles(programFolder, home, matching(programFolder, kSeededOnce), false);
+    copyOptional(programFolder, home);
     const QString sets = core::files::kFirstCustomize.below(programFolder);
     if (QFileInfo(platform::existingPath(sets)).isDir())
         makeFilledFolder(core::files::kFirstCustomize.below(home),

@@ -157,6 +157,44 @@ TEST_F(Home, GetsPlugInsAndTheMemoProgramAsTheyAreAndNewerOnesInTheirPlace) {
     EXPECT_EQ(modeOf(seeded(u"VellMemo.exe"_s)) & 0111U, 0111U);
 }
 
+TEST_F(Home, GetsNoPlugInAgainThatItsOwnerHasDeleted) {
+    for (const QString& name : {u"Chimer.dll"_s, u"Larkport.dll"_s, u"VellMemo.exe"_s})
+        writeFile(path(name), "first");
+    ASSERT_TRUE(seedsForNobody());
+    for (const QString& name : {u"Larkport.dll"_s, u"VellMemo.exe"_s}) {
+        QFile::remove(seeded(name));
+        writeFile(path(name), "newer");
+        setTime(path(name), std::time(nullptr) + 3600);
+    }
+    for (const QString& newOne : {u"VellInfo.dll"_s, u"Wrenport.dll"_s}) {
+        writeFile(path(newOne), "new");
+        ASSERT_TRUE(seedsForNobody());
+        EXPECT_FALSE(exists(seeded(u"Larkport.dll"_s)));
+        EXPECT_FALSE(exists(seeded(u"VellMemo.exe"_s)));
+        EXPECT_EQ(bytesOf(seeded(u"Chimer.dll"_s)), "first");
+        EXPECT_EQ(bytesOf(seeded(newOne)), "new");
+    }
+    EXPECT_EQ(bytesOf(seeded(u"seeded.lst"_s)), "Chimer.dll\nLarkport.dll\nVellMemo.exe\nVellInfo.dll\nWrenport.dll\n");
+    // Whoever wants one back puts it there.
+    writeFile(seeded(u"Larkport.dll"_s), "older");
+    ::chmod(QFile::encodeName(seeded(u"Larkport.dll"_s)).constData(), 0666);
+    setTime(seeded(u"Larkport.dll"_s), 1'000'000'000);
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_EQ(bytesOf(seeded(u"Larkport.dll"_s)), "newer");
+}
+
+TEST_F(Home, OfAnOlderProgramGetsWhatIsNewToItAndLearnsWhatItHas) {
+    writeFile(path(u"Chimer.dll"_s), "first");
+    ASSERT_TRUE(seedsForNobody());
+    QFile::remove(seeded(u"seeded.lst"_s)); // older programs kept none
+    writeFile(path(u"Larkport.dll"_s), "new");
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_EQ(bytesOf(seeded(u"Larkport.dll"_s)), "new");
+    QFile::remove(seeded(u"Chimer.dll"_s));
+    ASSERT_TRUE(seedsForNobody());
+    EXPECT_FALSE(exists(seeded(u"Chimer.dll"_s)));
+}
+
 TEST_F(Home, IsSeededWithTheFurtherCustomizeSetsOnce) {
     ASSERT_TRUE(seedsForNobody());
     EXPECT_FALSE(exists(seeded(u"Customize"_s))) << "the program had none";
