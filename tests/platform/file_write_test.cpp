@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "support/faulty_disk.h"
+#include "support/patience.h"
 
 #include <gtest/gtest.h>
 
@@ -589,7 +590,7 @@ TEST_F(FileWrite, AFolderLockMakesASecondProcessWait) {
         ASSERT_EQ(::write(begin[1], "x", 1), 1);
         EXPECT_EQ(::poll(&second, 1, 200), 0) << "the second process has the lock as well";
     }
-    EXPECT_EQ(::poll(&second, 1, 10'000), 1) << "the second process never gets the lock";
+    EXPECT_EQ(::poll(&second, 1, kPatienceMs), 1) << "the second process never gets the lock";
     int result = -1;
     EXPECT_EQ(::waitpid(child, &result, 0), child);
     EXPECT_EQ(result, 0);
@@ -624,7 +625,7 @@ TEST_F(FileWrite, FoldersAreLockedEachForItself) {
     makeFolder(path(u"b"_s));
     const FolderLock lock(path(u"a"_s));
     EXPECT_TRUE(holdsInChild([&] {
-        ::alarm(10);
+        ::alarm(60);
         const FolderLock other(path(u"b"_s));
         return true;
     }));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/file_write.h"
+#include "support/patience.h"
 
 #include <QString>
 
@@ -21,7 +22,7 @@ inline bool waitsForTurn(const QString& folder, const std::function<void(const s
         other.emplace(folder);
         begun.set_value();
     });
-    begun.get_future().wait_for(10s);
+    begun.get_future().wait_for(kPatience);
     const bool isWaiting = done.wait_for(200ms) == std::future_status::timeout;
     other.reset();
     done.get();
