@@ -7,6 +7,7 @@
 #include "support/faulty_disk.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonObject>
 #include <QScopeGuard>
@@ -334,8 +335,11 @@ TEST_F(LogArchive, AListThatAnotherRunReplacesMeanwhileIsNotTakenForItsOwn) {
     std::atomic<bool> isEnding = false;
     const std::jthread other([&] {
         while (!isEnding) {
+            QElapsedTimer taken;
+            taken.start();
             core::writeUploadList(session.UserPath + u"uplogtmp.tmp"_s, {{u"/other"_s, u"other.htm"_s}});
-            std::this_thread::sleep_for(1ms); // the folder is free for a moment
+            // On any disk the folder is free half of the time: it is waited for five seconds and no longer.
+            std::this_thread::sleep_for(1ms + std::chrono::nanoseconds(taken.nsecsElapsed()));
         }
     });
     const auto end = qScopeGuard([&] { isEnding = true; }); // before the thread's own end, whatever is thrown

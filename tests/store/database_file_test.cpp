@@ -8,6 +8,7 @@
 #include "support/faulty_disk.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <csignal>
@@ -261,11 +262,14 @@ TEST_F(DatabaseFile, IsCopiedBetweenTheChangesOfAWriterAtWork) {
     const pid_t writer = ::fork();
     if (writer == 0) {
         for (;;) {
+            QElapsedTimer taken;
+            taken.start();
             failureOf([&] { // also in use by the copy
                 Connection connection(file(), Access::ReadWrite);
                 connection.execute("UPDATE Contents SET Title = Title + 1");
             });
-            ::usleep(2000);
+            // On any disk the file is free half of the time: the copy waits for five seconds and no longer.
+            std::this_thread::sleep_for(std::chrono::milliseconds(2) + std::chrono::nanoseconds(taken.nsecsElapsed()));
         }
     }
     QStringList mixed;

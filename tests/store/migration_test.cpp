@@ -2,15 +2,18 @@
 
 #include "platform/code_page.h"
 #include "platform/file_write.h"
+#include "platform/waiting.h"
 #include "store/database_file.h"
 #include "store/migration_home.h"
 #include "support/faulty_disk.h"
 #include "support/vectors.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
-#include <thread>
+#include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -320,6 +323,27 @@ TEST_F(Migration, KeepsOtherProgramsFromWritingMeanwhile) {
     EXPECT_EQ(rows(kAllContents), contentsFrom(210));
 }
 
+/// Does something at the first moment that a routine waits for what another program holds.
+class WhenWaitedFor : public QObject {
+public:
+    explicit WhenWaitedFor(std::function<void()> action)
+        : m_action(std::move(action)) {
+        m_application.installEventFilter(this);
+    }
+    bool hasCome() const { return !m_action; }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == platform::Waiting::kType && m_action)
+            std::exchange(m_action, {})();
+        return QObject::eventFilter(watched, event);
+    }
+
+    int m_argumentCount = 0;
+    QCoreApplication m_application{m_argumentCount, nullptr};
+    std::function<void()> m_action;
+};
+
 /// Who waits for the lock may get that of a file which is the diary no more, and would bring what it holds back.
 TEST_F(Migration, OfADiaryThatWasReplacedMeanwhileIsRefused) {
     fillOld(210);
@@ -328,13 +352,12 @@ TEST_F(Migration, OfADiaryThatWasReplacedMeanwhileIsRefused) {
     sqlite3* handle = nullptr;
     ASSERT_EQ(sqlite3_open(QFile::encodeName(file()).constData(), &handle), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(handle, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
-    std::thread other([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    const WhenWaitedFor other([&] {
         platform::moveFile(path(u"newer.mdb"_s), file());
         sqlite3_close(handle);
     });
     const QString failure = failureOfUpdate(210);
-    other.join();
+    ASSERT_TRUE(other.hasCome());
     EXPECT_TRUE(failure.contains(u"他のプログラムが使用中です"_s)) << failure.toStdString();
     EXPECT_TRUE(bytesOf(file()) == newer);
 }
