@@ -2,11 +2,11 @@
 #include "exchange/formats/rednotebook_markup.h"
 #include "exchange/formats/yaml.h"
 
+#include "support/patience.h"
 #include "support/test_home.h"
 #include "support/vectors.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -213,8 +213,7 @@ TEST_F(RedNotebookFolder, AMonthThatIsNotWholeIsRefused) {
 }
 
 TEST(RedNotebook, NoTextTakesLongerThanItsLength) {
-    QElapsedTimer timer;
-    timer.start();
+    const double begin = processorSeconds();
     for (const QString& piece : {u"`` a"_s, u"**a "_s, u"[a "_s, u"[[a] "_s, u"{{|color:"_s, u"``"_s, u"**//__--"_s,
                                  u"http://h"_s, u"\"\"a"_s, u"- "_s, u"| | "_s, u"h"_s})
         EXPECT_FALSE(html(piece.repeated(300'000 / piece.size())).isEmpty()) << piece.toStdString();
@@ -223,7 +222,7 @@ TEST(RedNotebook, NoTextTakesLongerThanItsLength) {
     for (int indent = 0; indent < 1000; ++indent)
         steps += u' ' + QString(indent, u' ') + u"- a\n"_s;
     EXPECT_FALSE(html(steps).isEmpty());
-    EXPECT_LT(timer.elapsed(), 60'000);
+    EXPECT_LT(processorSeconds() - begin, 60);
 }
 
 } // namespace
