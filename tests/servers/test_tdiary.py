@@ -3,8 +3,9 @@
 import tempfile
 import time
 import unittest
+from datetime import datetime, timedelta
 
-from blog_home import DONE, FAILED_STATUS, BlogTest, stage
+from blog_home import DONE, FAILED_STATUS, PATIENCE_SECONDS, BlogTest, stage
 from blog_servers import TDiary, require_blog_servers
 
 USER, PASSWORD = "花子", "himitsu「言葉」"
@@ -16,6 +17,14 @@ def setUpModule():
 
 class TDiaryTest(BlogTest):
     blog = "tDiary"
+
+    def setUp(self):
+        """A test is of one day."""
+        super().setUp()
+        now = datetime.now()
+        left = (datetime.combine(now.date() + timedelta(days=1), datetime.min.time()) - now).total_seconds()
+        if left < 2 * PATIENCE_SECONDS:
+            time.sleep(left + 1)
 
     def serve(self, *login):
         work = self.enterContext(tempfile.TemporaryDirectory(prefix="velloria-blog-"))
