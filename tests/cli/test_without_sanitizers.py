@@ -43,13 +43,13 @@ class Disk(test_registers.RegisterTest):
 
 
 class Time(test_import.ImportTest):
-    def test_five_thousand_entries_take_less_than_two_seconds_of_the_processor(self):
+    def test_five_thousand_entries_take_less_than_five_seconds_of_the_processor(self):
         self.must("start")
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         result = self.clipboard("formatted", test_import.five_thousand())
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         self.assertEqual((result.code, len(result.rows)), (0, 5000))
-        self.assertLess(after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime, 2)
+        self.assertLess(after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime, 5)
 
 
 class Build(CliTest):
