@@ -205,6 +205,13 @@ class Lists(PingTest):
         self.assertEqual(result.statuses[-1], "PING: 4件中1件に送信しました。理由はping.logにあります。")
         self.assertEqual(read(self.list_file).count(b"\r\n"), 4, "the list stays as it is")
 
+    def test_a_server_that_nobody_knows_is_told(self):
+        self.ping(f"http://{'a' * 64}.invalid/RPC2", "ok")  # too long a name for anybody to be asked about it
+        outcome = self.outcome()
+        self.assertEqual(outcome["ok"], (DONE, "Thanks for the ping."))
+        self.assertEqual(outcome["RPC2"][0], FAILED)
+        self.assertTrue(outcome["RPC2"][1].startswith("サーバーの名前が見つかりません。"), outcome)
+
     def test_an_empty_list_is_told(self):
         for text in (b"", b"# none\r\n\r\n"):
             write(self.list_file, text)

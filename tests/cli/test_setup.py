@@ -210,7 +210,7 @@ class Setup(unittest.TestCase):
 
     def test_it_brings_what_the_tests_call(self):
         called = called_by_tests()
-        for word in ("openssl", "mount", "unshare", "xdotool", "groff", "zsh", "fish", "bash", "xmllint", "lftp"):
+        for word in ("openssl", "mount", "setpriv", "xdotool", "groff", "zsh", "fish", "bash", "xmllint", "lftp"):
             self.assertIn(word, called)
         packages = closure(named("build", "shot", "test"))
         for word, file in called.items():
