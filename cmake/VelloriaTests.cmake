@@ -1,7 +1,7 @@
 # Entries of ctest for the tests of a program, made when it is linked.
 
 # PREFIX.Suite for each suite. All its tests run in one process, since starting that takes longer than most tests; those of
-# the suites in APART, which wait more than they work or may share nothing, each in one of its own, several at once.
+# the suites in APART, which wait more than they work, in some of their own, several at once.
 # PROPERTIES are those of every entry.
 function(velloria_discover_tests target)
     cmake_parse_arguments(ARG "" "PREFIX" "APART;PROPERTIES" ${ARGN})
