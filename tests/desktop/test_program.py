@@ -101,6 +101,8 @@ class Program(ProgramTest):
         for number in (signal.SIGTERM, signal.SIGHUP):
             program = self.show()
             self.type_title()
+            self.assertTrue(waits(self.drafted))
+            os.remove(self.draft)  # it is not written again before the next change
             program.send_signal(number)
             program.communicate(timeout=PATIENCE_SECONDS)
             self.assertEqual(program.returncode, 0, number)
