@@ -10,6 +10,7 @@
 #include "store/saving.h"
 
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 
@@ -92,15 +93,18 @@ platform::ImportPlan planOf(const ForeignFormat& format, const ForeignDiary& dia
 /// The entry with the addresses of its pictures, and their names.
 store::Addition additionOf(ForeignEntry& foreign, PictureCopies& copies) {
     store::Addition addition{std::move(foreign.entry)};
+    QSet<QString> files;
+    QStringList addresses;
     for (const ForeignPicture& picture : foreign.pictures) {
         const QString name = copies.place(picture.file);
         const bool isKept = !picture.address.isNull() && name == QFileInfo(picture.file).fileName();
-        const QString address = isKept ? picture.address : registers::pageAddress(name);
-        for (QString* text : {&addition.entry.contents, &addition.entry.extend, &addition.entry.excerpt})
-            text->replace(picture.placeholder, address);
-        if (!addition.files.contains(name))
+        addresses += isKept ? picture.address : registers::pageAddress(name);
+        if (!files.contains(name))
             addition.files += name;
+        files.insert(name);
     }
+    for (QString* text : {&addition.entry.contents, &addition.entry.extend, &addition.entry.excerpt})
+        *text = withoutPlaceholders(*text, addresses);
     return addition;
 }
 

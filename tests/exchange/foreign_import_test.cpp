@@ -63,6 +63,21 @@ protected:
     }
 };
 
+TEST_F(ForeignImport, TwentyThousandPicturesOfOneEntryAreASecondsWork) {
+    exchange::ForeignEntry& entry = add(u"2024/03/09"_s, u"t"_s);
+    addPicture(entry, u"a.png"_s, "a");
+    for (int left = 20'000; left > 1; --left) {
+        const QString placeholder = exchange::picturePlaceholder(entry);
+        entry.entry.contents += placeholder;
+        entry.pictures.push_back({source + u"/a.png"_s, placeholder});
+    }
+    EXPECT_EQ(import(), platform::Outcome::Done);
+    const QString contents = diary().LoadEntry(u"2024/03/09"_s, 1)->contents;
+    EXPECT_EQ(contents.count(u"./DiaryParts/a.png"_s), 20'000);
+    EXPECT_FALSE(contents.contains(u'\uFDD0'));
+    EXPECT_EQ(registered().size(), 1);
+}
+
 TEST_F(ForeignImport, AnEntryThatNobodyCouldSeeYetComesInPrivate) {
     format.hidesFuture = true;
     add(u"2026/11/23"_s, u"now"_s).entry.publishTime = u"2026/11/23 10:00:00"_s;

@@ -20,9 +20,30 @@ std::optional<QString> calendarDay(int year, int month, int day) {
     return core::dayKey(date);
 }
 
+// Two codes that are no characters: no text has them.
+constexpr QChar kPicture(u'\uFDD0');
+constexpr QChar kPictureEnd(u'\uFDD1');
+
 QString picturePlaceholder(const ForeignEntry& entry) {
-    // Two codes that are no characters: no text has them.
-    return u"\uFDD0%1\uFDD1"_s.arg(entry.pictures.size());
+    return kPicture + QString::number(entry.pictures.size()) + kPictureEnd;
+}
+
+QString withoutPlaceholders(const QString& text, const QStringList& addresses) {
+    QString changed;
+    qsizetype copied = 0;
+    for (qsizetype at = text.indexOf(kPicture); at >= 0; at = text.indexOf(kPicture, at + 1)) {
+        qsizetype end = at + 1;
+        while (end < text.size() && text[end].isDigit())
+            ++end;
+        bool isNumber = false;
+        const int number = QStringView(text).sliced(at + 1, end - at - 1).toInt(&isNumber);
+        if (!isNumber || number >= addresses.size() || end == text.size() || text[end] != kPictureEnd)
+            continue;
+        changed += QStringView(text).sliced(copied, at - copied);
+        changed += addresses[number];
+        copied = end + 1;
+    }
+    return copied == 0 ? text : changed.append(QStringView(text).sliced(copied));
 }
 
 void Losses::countNamed(const QString& what, const QString& name) {

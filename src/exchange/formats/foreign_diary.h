@@ -16,10 +16,9 @@ namespace velloria::exchange {
 /// A picture that lies beside a foreign diary and belongs to an entry.
 struct ForeignPicture {
     QString file; ///< full path of a file that is there
-    /// What stands for its address in the entry's texts: a word that is found nowhere else in them. The import puts the
-    /// address of the registered file in its place.
+    /// What stands for its address in the entry's texts. The import puts the address of the registered file there.
     QString placeholder;
-    /// The address as it stood where it leads to "DiaryParts": it stays when the file keeps its name. Else null.
+    /// How the program itself wrote the address: it stays so when the file keeps its name. Else null.
     QString address = {};
 };
 
@@ -35,8 +34,11 @@ struct ForeignEntry {
 /// The day key of a date. Nothing when the calendar has no such date, or the year is none of 0100 to 9999.
 std::optional<QString> calendarDay(int year, int month, int day);
 
-/// The placeholder of the entry's next picture.
+/// The placeholder of the entry's next picture, a word that is found nowhere else in its texts.
 QString picturePlaceholder(const ForeignEntry& entry);
+
+/// `text` with the addresses of the pictures, which are in their order, in the place of their placeholders.
+QString withoutPlaceholders(const QString& text, const QStringList& addresses);
 
 /// What a reader could not carry or not read, and what else a person should know before they say Yes.
 class Losses {

@@ -75,6 +75,12 @@ private:
         return rest.back().isHighSurrogate() ? rest.chopped(1) : rest;
     }
 
+    /// A text from UTF-8 has no half characters: to look for them at every mark takes longer than to look for the form.
+    static QRegularExpressionMatch matched(const QRegularExpression& form, QStringView text) {
+        return form.match(text, 0, QRegularExpression::NormalMatch,
+                          QRegularExpression::DontCheckSubjectStringMatchOption);
+    }
+
     /// Where the closing mark begins; -1 when there is none. It has no blank in front, and takes the last of a row.
     qsizetype closingOf(QStringView mark) {
         if (m_unclosed.contains(mark))
@@ -126,7 +132,7 @@ private:
             return false;
         static const QRegularExpression form(
             u"^(?:https?://|ftp://|file://|www\\.)[^\\s<>\"\\[\\]{}|、。「」（）]*[^\\s<>\"\\[\\]{}|、。「」（）.,:;!?)']"_s);
-        const QRegularExpressionMatch match = form.match(nearby());
+        const QRegularExpressionMatch match = matched(form, nearby());
         if (!match.hasMatch())
             return false;
         m_html += link(match.captured(), htmlText(match.capturedView()));
@@ -165,13 +171,13 @@ private:
         static const QRegularExpression named(
             u"^\\[((?:[^\\[\\]]|\\[[^\\[\\]\\s]+\\])+?) (?:\"\"([^\\[\\]]+?)\"\"|(\\d{4}-\\d{2}-\\d{2})|([^\\s\\[\\]]+))\\]"_s);
         QRegularExpressionMatch match;
-        if ((match = quotedPicture.match(rest)).hasMatch())
+        if ((match = matched(quotedPicture, rest)).hasMatch())
             m_html += this->picture(match.captured(1) + match.captured(2), match.captured(3));
-        else if ((match = picture.match(rest)).hasMatch())
+        else if ((match = matched(picture, rest)).hasMatch())
             m_html += this->picture(match.captured(1), match.captured(2));
-        else if ((match = day.match(rest)).hasMatch())
+        else if ((match = matched(day, rest)).hasMatch())
             m_html += dayLink(match.captured(1), match.captured(1));
-        else if ((match = named.match(rest)).hasMatch() && takesLink(match))
+        else if ((match = matched(named, rest)).hasMatch() && takesLink(match))
             return true;
         else
             return false;
