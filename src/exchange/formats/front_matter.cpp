@@ -37,6 +37,13 @@ FrontValue listOf(const List& list, Read read) {
     return value;
 }
 
+/// One of the makers of sites takes keys in any case.
+void add(const QString& key, const FrontValue& value, FrontMatter& matter) {
+    const QString name = key.toLower();
+    if (key == name || !matter.values.contains(name))
+        matter.values.insert(name, value);
+}
+
 /// Null for nothing.
 std::optional<QString> yamlText(const YamlNode& node) {
     if (node.isNull())
@@ -80,7 +87,7 @@ bool readYaml(const QString& block, FrontMatter& matter) {
     if (root.kind != YamlNode::Kind::Map)
         return false;
     for (const auto& [key, member] : root.members)
-        matter.values.insert(key, yamlValue(member));
+        add(key, yamlValue(member), matter);
     return true;
 }
 
@@ -118,7 +125,7 @@ void readToml(const QString& block, FrontMatter& matter) {
             } else if (const toml::array* list = node.as_array()) {
                 value = listOf(*list, tomlText);
             }
-            matter.values.insert(platform::fromUtf8(std::string_view(key.str())), value);
+            add(platform::fromUtf8(std::string_view(key.str())), value, matter);
         }
     } catch (const toml::parse_error& error) {
         refuse(u"TOMLではありません (%1)"_s.arg(QString::fromUtf8(error.what())));
@@ -142,7 +149,7 @@ void readJson(const QString& block, FrontMatter& matter) {
             value = listOf(member.value().toArray(), jsonText);
         else if (const std::optional<QString> text = jsonText(member.value()); text && !text->isNull())
             value = {.kind = Kind::Text, .texts = {*text}};
-        matter.values.insert(member.key(), value);
+        add(member.key(), value, matter);
     }
 }
 
@@ -173,6 +180,11 @@ struct Block {
     qsizetype end; ///< of its last line
 };
 
+/// Whether a document of YAML ends in the line, and the head with it: the head's own end may follow.
+bool endsYaml(QStringView line, QStringView rest) {
+    return line.startsWith(u"...") && line.trimmed() == u"..." && !rest.startsWith(u"---");
+}
+
 /// The lines between the first, which is `fence`, and the next one that is.
 std::optional<Block> fenced(const QString& text, QStringView fence) {
     const qsizetype first = text.indexOf(u'\n');
@@ -183,7 +195,8 @@ std::optional<Block> fenced(const QString& text, QStringView fence) {
         if (end < 0)
             end = text.size();
         const QStringView line = QStringView(text).sliced(begin, end - begin);
-        if (line.startsWith(fence) && line.trimmed() == fence)
+        const bool isEnd = fence == u"---" && endsYaml(line, QStringView(text).sliced(std::min(end + 1, text.size())));
+        if (isEnd || (line.startsWith(fence) && line.trimmed() == fence))
             return Block{text.sliced(first + 1, begin - first - 1), std::min(end + 1, text.size())};
         begin = end + 1;
     }
@@ -191,6 +204,13 @@ std::optional<Block> fenced(const QString& text, QStringView fence) {
 }
 
 } // namespace
+
+bool FrontMatter::isHidden() const {
+    static const QStringList yes{u"true"_s, u"yes"_s, u"on"_s, u"y"_s, u"1"_s};
+    static const QStringList no{u"false"_s, u"no"_s, u"off"_s, u"n"_s, u"0"_s};
+    return yes.contains(values.value(u"draft"_s).text().toLower()) ||
+           no.contains(values.value(u"published"_s).text().toLower());
+}
 
 FrontMatter readFrontMatter(const QString& text) {
     FrontMatter matter;

@@ -19,13 +19,18 @@ struct FrontValue {
 };
 
 struct FrontMatter {
-    QMap<QString, FrontValue> values; ///< a number, a date, true and false are text as they are written
+    QMap<QString, FrontValue>
+        values; ///< by key in small letters; a number, true and false are text as they are written
     QString body;
     bool isThere = false; ///< a file may do without
+
+    /// Whether a site that is made of it leaves it out, in any of the words that one of the languages has for yes and
+    /// no.
+    bool isHidden() const;
 };
 
-/// `text` is a whole file with LF between lines. YAML stands between lines "---", TOML between lines "+++", JSON in
-/// braces. Throws platform::Failure, without a file, for a head that is none of its language.
+/// `text` is a whole file with LF between lines. YAML stands between lines "---", or ends in "...", TOML between lines
+/// "+++", JSON in braces. Throws platform::Failure, without a file, for a head that is none of its language.
 FrontMatter readFrontMatter(const QString& text);
 
 } // namespace velloria::exchange

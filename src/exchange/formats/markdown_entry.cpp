@@ -105,7 +105,7 @@ Entry readShown(const FrontMatter& matter) {
     entry.excerpt = text(u"description"_s);
     entry.genre = text(u"categories"_s);
     entry.weather = matter.values.contains(u"weather"_s) ? text(u"weather"_s) : u"-"_s;
-    entry.isPrivate = text(u"draft"_s) == u"true"_s || text(u"published"_s) == u"false"_s;
+    entry.isPrivate = matter.isHidden();
     if (const std::optional<WrittenDate> date = writtenDate(text(u"date"_s))) {
         entry.day = date->day;
         entry.publishTime = date->publishTime();
