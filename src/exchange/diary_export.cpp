@@ -4,6 +4,7 @@
 #include "core/files.h"
 #include "core/path_names.h"
 #include "exchange/export_target.h"
+#include "exchange/formats/html_pictures.h"
 #include "exchange/formats/markdown_entry.h"
 #include "platform/directory.h"
 #include "platform/failure.h"
@@ -15,9 +16,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QSet>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -44,19 +43,12 @@ void forEachEntry(const core::Run& run, const std::function<void(const Entry&)>&
 
 /// Names in "DiaryParts" that the texts of an entry lead to.
 QStringList partsOf(const Entry& entry) {
-    static const QRegularExpression address(
-        uR"re(["']\s*(?:\./)?DiaryParts/([^"'<>/\\]+)["']|DiaryParts/([^"'<>\s/\\]+))re"_s,
-        QRegularExpression::CaseInsensitiveOption);
     QStringList names;
     for (const QString& text : {entry.contents, entry.extend, entry.excerpt}) {
-        for (auto found = address.globalMatch(text); found.hasNext();) {
-            const QRegularExpressionMatch match = found.next();
-            const QString name = match.captured(match.hasCaptured(1) ? 1 : 2);
-            names += QUrl::fromPercentEncoding(name.toUtf8()).section(u'?', 0, 0).section(u'#', 0, 0).trimmed();
-        }
+        for (const PartAddress& address : partAddresses(text))
+            names += address.name;
     }
     names.removeDuplicates();
-    names.removeIf([](const QString& name) { return name.isEmpty() || name == u".."_s || name.contains(u'/'); });
     return names;
 }
 

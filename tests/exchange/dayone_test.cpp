@@ -51,6 +51,30 @@ TEST_F(DayOne, PicturesComeWhereTheTextShowsThemAndTheOthersBehindIt) {
     EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 見つからない画像 1件 (j.json)"_s);
 }
 
+TEST_F(DayOne, AnEntryWithRichTextAloneKeepsItsWords) {
+    const ForeignDiary diary = readEntries(
+        R"({"creationDate":"2024-03-09T00:00:00Z","richText":"{\"contents\":[{\"text\":\"Title\\n\"},{\"text\":\"words\"}]}"},)"
+        R"({"creationDate":"2024-03-09T01:00:00Z","text":"","richText":"{\"contents\":[{\"text\":\"no\"}]}"})");
+    EXPECT_EQ(diary.entries[0].entry.contents, u"<p>Title<br />\nwords</p>"_s);
+    EXPECT_EQ(diary.entries[1].entry.contents, QString());
+}
+
+TEST_F(DayOne, AnUnknownZoneIsToldOf) {
+    EXPECT_EQ(
+        readEntries(R"({"creationDate":"2024-03-09T00:00:00Z","timeZone":"Nowhere/Else","text":"a"})").losses.text(),
+        u"持ち込めないもの: 知らないタイムゾーン (このコンピュータの時刻にします) 1件 (Nowhere/Else)"_s);
+}
+
+TEST_F(DayOne, APhotoIsKnownByItsIdentifierInAnyCaseOrByItsSum) {
+    write(u"photos/aa.png"_s, "a");
+    write(u"photos/bb.png"_s, "b");
+    const ForeignDiary diary =
+        readEntries(R"j({"creationDate":"2024-03-09T00:00:00Z","text":"![](dayone-moment://ABC)",)j"
+                    R"("photos":[{"identifier":"abc","md5":"aa","type":"png"},{"md5":"bb","type":"png"}]})");
+    ASSERT_EQ(diary.entries[0].pictures.size(), 2U);
+    EXPECT_TRUE(diary.losses.isEmpty()) << qPrintable(diary.losses.text());
+}
+
 TEST_F(DayOne, TheUnpackedFolderWillDo) {
     write(u"a.json"_s, R"({"entries":[{"creationDate":"2024-03-09T05:05:00Z","timeZone":"UTC","text":"a\nb"}]})");
     write(u"b.json"_s, R"({"entries":[{"creationDate":"2024-03-09T04:05:00Z","timeZone":"UTC","text":"# b"}]})");

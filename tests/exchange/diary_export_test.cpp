@@ -296,6 +296,20 @@ TEST_F(DiaryExports, FilesThatTextsLeadToGoAlongAndComeBack) {
     EXPECT_EQ(bytesOf(parts(u"b_2.jpg"_s)), "q");
 }
 
+TEST_F(DiaryExports, FilesThatAreNoPicturesComeBackToo) {
+    for (const QString& name : {u"a.pdf"_s, u"b#c.png"_s, u"d.mp3"_s, u"e.zip"_s})
+        writeFile(parts(name), name.toUtf8());
+    const QString text = u"<a href='DiaryParts/a.pdf?x#y'>A</a><img src=\"./DiaryParts/b%23c.png\">"
+                         "<audio src=\"DiaryParts/d.mp3\"></audio><a href=./DiaryParts/e.zip>E</a>"_s;
+    write(u"2004/02/10"_s, u"t"_s, text);
+    EXPECT_EQ(exportTo().text(), u"1件の日記を書き出しました。ファイル4個をDiaryPartsにコピーしました。"_s);
+    sql(u"DELETE FROM Contents"_s);
+    ASSERT_TRUE(QDir(parts()).removeRecursively());
+    import(folder());
+    EXPECT_EQ(diary().LoadEntry(u"2004/02/10"_s, 1)->contents, QString(text).replace(u"b%23c.png"_s, u"b_c.png"_s));
+    EXPECT_EQ(QDir(parts()).entryList(QDir::Files), (QStringList{u"a.pdf"_s, u"b_c.png"_s, u"d.mp3"_s, u"e.zip"_s}));
+}
+
 TEST_F(DiaryExports, OnlyAnEmptyFolderIsTaken) {
     write(u"2004/02/10"_s, u"t"_s);
     QDir().mkpath(folder());

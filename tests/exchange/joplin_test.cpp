@@ -62,7 +62,7 @@ TEST_F(Joplin, PicturesComeAndOtherFilesAreCounted) {
     ASSERT_EQ(foreign.pictures.size(), 1U);
     EXPECT_TRUE(foreign.pictures[0].file.endsWith(kId + u".png"_s));
     EXPECT_TRUE(foreign.entry.contents.contains(u"src=\"%1\""_s.arg(foreign.pictures[0].placeholder)));
-    EXPECT_EQ(losses, u"持ち込めないもの: ノートや添付ファイルへのリンク 2件"_s);
+    EXPECT_EQ(losses, u"持ち込めないもの: ほかのファイルやページへのリンク (そのまま残します) 2件 (:/aa、:/bb)"_s);
 }
 
 TEST_F(Joplin, WhatCannotComeIsCounted) {

@@ -112,6 +112,35 @@ body)"};
     }
 }
 
+TEST_F(MarkdownDiary, WhatAnyOfTheWordsForNoHidesIsPrivate) {
+    for (const QByteArray line : {"draft: True", "draft: yes", "Draft: on", "DRAFT: true", "draft: 'true'",
+                                  "published: No", "published: FALSE", "Published: off"})
+        EXPECT_TRUE(entryOf("---\ndate: 2024-03-09\n" + line + "\n---\nx").isPrivate) << line.constData();
+    for (const QByteArray line : {"draft: False", "draft: no", "published: yes", "published: true", "draft:"})
+        EXPECT_FALSE(entryOf("---\ndate: 2024-03-09\n" + line + "\n---\nx").isPrivate) << line.constData();
+    EXPECT_TRUE(entryOf("---\ndate: 2024-03-09\npublished: false\n...\nx").isPrivate);
+}
+
+TEST_F(MarkdownDiary, KeysReadInAnyCaseAndAHeadMayEndInDots) {
+    const store::Entry entry = entryOf("---\nDate: 2024-03-09\nTitle: T\n... \nbody\n\n---\nrest");
+    EXPECT_EQ(entry.title, u"T"_s);
+    EXPECT_EQ(entry.contents, u"<p>body</p>\n<hr />\n<p>rest</p>"_s);
+    EXPECT_EQ(entryOf("---\ndate: 2024-03-09\ntitle: own\nTitle: other\n---\n").title, u"own"_s);
+}
+
+TEST_F(MarkdownDiary, LinksToWhatStaysBehindAreNamed) {
+    write(u"a.pdf"_s, "p");
+    write(u"a.png"_s, "p");
+    EXPECT_EQ(entryOf("---\ndate: 2024-03-09\n---\n[a](a.pdf) [b](../b.md#c) [c](#d) [e](http://f) [g](mailto:h@i) "
+                      "<img src=a.png> <img src=gone.png>")
+                  .contents,
+              u"<p><a href=\"a.pdf\">a</a> <a href=\"../b.md#c\">b</a> <a href=\"#d\">c</a> <a href=\"http://f\">e</a> "
+              "<a href=\"mailto:h@i\">g</a> <img src=\uFDD0"
+              "0\uFDD1> <img src=gone.png></p>"_s);
+    EXPECT_EQ(losses, u"持ち込めないもの: ほかのファイルやページへのリンク (そのまま残します) 2件 (a.pdf、../b.md#c)、"
+                      "見つからない画像 1件 (gone.png)"_s);
+}
+
 TEST_F(MarkdownDiary, AHeadThatIsNoneOfItsLanguageIsRefusedOrCounted) {
     for (const QByteArray head :
          {"---\na: [\n---\nx", "---\n\ta: b\n---\n", "+++\na = \n+++\nx", "{\"a\": 1,}\nx", "{\"a\": 01}"}) {
@@ -237,7 +266,8 @@ TEST_F(MarkdownDiary, PicturesBesideThePostGoWithIt) {
     for (const exchange::ForeignPicture& picture : foreign.pictures)
         EXPECT_EQ(foreign.entry.contents.count(picture.placeholder), 1) << qPrintable(foreign.entry.contents);
     EXPECT_TRUE(foreign.entry.contents.contains(u"src=\"http://x/d.png\""_s));
-    EXPECT_EQ(losses, u"持ち込めないもの: 見つからない画像 1件 (gone.png)"_s);
+    EXPECT_EQ(losses, u"持ち込めないもの: ほかのファイルやページへのリンク (そのまま残します) 1件 (notes.txt)、"
+                      "見つからない画像 1件 (gone.png)"_s);
 }
 
 TEST_F(MarkdownDiary, NoAddressBringsAPictureFromElsewhere) {

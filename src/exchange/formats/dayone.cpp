@@ -13,6 +13,9 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTimeZone>
 
 #include <algorithm>
 
@@ -34,26 +37,42 @@ struct Photo {
 };
 
 std::vector<Photo> photosOf(const QJsonObject& entry, const QString& folder) {
-    QList<QJsonObject> listed;
+    std::vector<QJsonObject> listed;
     for (const QJsonValue& photo : entry.value(u"photos").toArray())
-        listed += photo.toObject();
+        listed.push_back(photo.toObject());
     std::ranges::stable_sort(listed, {}, [](const QJsonObject& photo) { return photo.value(u"orderInEntry").toInt(); });
     std::vector<Photo> photos;
-    for (const QJsonObject& photo : listed)
-        photos.push_back(
-            {photo.value(u"identifier").toString(),
-             u"%1/photos/%2.%3"_s.arg(folder, photo.value(u"md5").toString(), photo.value(u"type").toString())});
+    for (const QJsonObject& photo : listed) {
+        const QString md5 = photo.value(u"md5").toString();
+        photos.push_back({photo.value(u"identifier").toString(md5).toLower(),
+                          u"%1/photos/%2.%3"_s.arg(folder, md5, photo.value(u"type").toString())});
+    }
     return photos;
 }
 
+/// In front of the word for a photo in a text.
+const QString kMoment = u"dayone-moment://"_s;
+
 /// The text with the photos that it does not show itself behind it.
 QString withAllPhotos(QString markdown, const std::vector<Photo>& photos) {
+    static const QRegularExpression moment(kMoment + u"(\\w+)"_s, QRegularExpression::CaseInsensitiveOption);
+    QSet<QString> shown;
+    for (auto found = moment.globalMatch(markdown); found.hasNext();)
+        shown.insert(found.next().captured(1).toLower());
     for (const Photo& photo : photos) {
-        const QString address = u"dayone-moment://"_s + photo.identifier;
-        if (!markdown.contains(address))
-            markdown += u"\n\n![]("_s + address + u')';
+        if (!shown.contains(photo.identifier))
+            markdown += u"\n\n![]("_s + kMoment + photo.identifier + u')';
     }
     return markdown;
+}
+
+/// The words alone of the text that newer programs write beside the plain one.
+QString plainOfRichText(const QJsonObject& entry) {
+    QString text;
+    const QByteArray rich = entry.value(u"richText").toString().toUtf8();
+    for (const QJsonValue& piece : platform::parseJson(rich, nullptr).object().value(u"contents").toArray())
+        text += piece.toObject().value(u"text").toString();
+    return text;
 }
 
 void countMembers(const QJsonObject& entry, Losses& losses) {
@@ -73,7 +92,10 @@ void countMembers(const QJsonObject& entry, Losses& losses) {
 /// Nothing, and counted, for an entry whose day is not to be known.
 std::optional<WrittenDate> dateOf(const QJsonObject& entry, Losses& losses) {
     const QString created = entry.value(u"creationDate").toString();
-    const std::optional<WrittenDate> date = momentIn(created, entry.value(u"timeZone").toString());
+    const QString zone = entry.value(u"timeZone").toString();
+    const std::optional<WrittenDate> date = momentIn(created, zone);
+    if (date && !zone.isEmpty() && !QTimeZone(zone.toUtf8()).isValid())
+        losses.countNamed(u"知らないタイムゾーン (このコンピュータの時刻にします)"_s, zone);
     if (!date)
         losses.countNamed(u"日付が読めない日記"_s, created.isEmpty() ? entry.value(u"uuid").toString() : created);
     return date;
@@ -84,20 +106,22 @@ ForeignEntry readEntry(const QJsonObject& json, const WrittenDate& date, const Q
     store::Entry& entry = foreign.entry;
     entry.day = date.day;
     entry.publishTime = date.publishTime();
-    entry.weather = json.value(u"weather").toObject().value(u"conditionsDescription").toString();
+    entry.weather = json.value(u"weather").toObject().value(u"conditionsDescription").toString().simplified();
     const std::vector<Photo> photos = photosOf(json, folder);
-    const TitledMarkdown text = titledMarkdown(json.value(u"text").toString());
+    QHash<QString, QString> files;
+    for (const Photo& photo : photos)
+        files.insert(kMoment + photo.identifier, photo.file);
+    const QJsonValue written = json.value(u"text");
+    const TitledMarkdown text = titledMarkdown(written.isString() ? written.toString() : plainOfRichText(json));
     entry.title = text.title.isEmpty() ? firstWords(text.body) : text.title;
     const PictureOf pictureOf = [&](const QString& address) -> std::optional<QString> {
-        for (const Photo& photo : photos) {
-            if (address.compare(u"dayone-moment://"_s + photo.identifier, Qt::CaseInsensitive) != 0)
-                continue;
-            const std::optional<QString> file = pictureFile(folder, folder, photo.file);
-            if (!file)
-                losses.countNamed(u"見つからない画像"_s, QFileInfo(photo.file).fileName());
-            return file;
-        }
-        return std::nullopt;
+        const QString named = files.value(address.toLower());
+        if (named.isEmpty())
+            return std::nullopt;
+        const std::optional<QString> file = pictureFile(folder, folder, named);
+        if (!file)
+            losses.countNamed(u"見つからない画像"_s, QFileInfo(named).fileName());
+        return file;
     };
     const QString html = htmlOfMarkdown(withAllPhotos(text.body, photos), LineBreaks::Breaks);
     entry.contents = withPictures(html.trimmed(), pictureOf, foreign, losses);
@@ -136,10 +160,15 @@ ForeignDiary readDayOne(const QString& path) {
         if (!readJournal(path, diary))
             refuse(path, u"Day OneのJSONではありません (「entries」がありません)"_s);
     } else {
+        requireReadable(path);
         const QDir folder(path);
-        for (const QString& name : folder.entryList({u"*.json"_s}, QDir::Files, QDir::Name)) {
-            if (!readJournal(folder.filePath(name), diary))
-                diary.losses.countNamed(u"Day OneのJSONではないファイル"_s, name);
+        QStringList files;
+        for (const QString& name : folder.entryList({u"*.json"_s}, QDir::Files, QDir::Name))
+            files += folder.filePath(name);
+        requireSize(path, files);
+        for (const QString& file : std::as_const(files)) {
+            if (!readJournal(file, diary))
+                diary.losses.countNamed(u"Day OneのJSONではないファイル"_s, QFileInfo(file).fileName());
         }
     }
     std::ranges::stable_sort(diary.entries, {}, [](const ForeignEntry& entry) { return entry.entry.publishTime; });

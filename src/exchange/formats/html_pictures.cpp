@@ -21,10 +21,13 @@ QString plainAddress(QString address) {
     return QUrl::fromPercentEncoding(address.toUtf8());
 }
 
-/// `written` where it leads to `file` within "DiaryParts", else null.
-QString partAddress(const QString& written, const QString& file) {
-    const QString name = core::files::kParts.below({}) + u'/' + QFileInfo(file).fileName();
-    return written == name || written == u"./"_s + name ? written : QString();
+std::optional<QString> fileWithin(const QString& root, const QString& folder, const QString& address) {
+    const QFileInfo file(QDir(folder), address);
+    const QString found = file.canonicalFilePath();
+    const QString within = QFileInfo(root).canonicalFilePath();
+    if (found.isEmpty() || !file.isFile() || !file.isReadable() || !found.startsWith(within + u'/'))
+        return std::nullopt;
+    return found;
 }
 
 bool leadsElsewhere(const QString& address) {
@@ -35,40 +38,67 @@ bool leadsElsewhere(const QString& address) {
 } // namespace
 
 std::optional<QString> pictureFile(const QString& root, const QString& folder, const QString& address) {
-    const QFileInfo file(QDir(folder), address);
-    const QString found = file.canonicalFilePath();
-    const QString within = QFileInfo(root).canonicalFilePath();
-    if (found.isEmpty() || !file.isFile() || !file.isReadable() || !found.startsWith(within + u'/') ||
-        !kPictureEndings.contains(file.suffix().toLower()))
-        return std::nullopt;
-    return found;
+    return kPictureEndings.contains(QFileInfo(address).suffix().toLower()) ? fileWithin(root, folder, address)
+                                                                           : std::nullopt;
+}
+
+std::vector<PartAddress> partAddresses(const QString& html) {
+    static const QRegularExpression form(
+        uR"re(["']\s*((?:\./)?DiaryParts/([^"'<>/\\?#]+))[^"'<>/\\]*["']|((?:\./)?DiaryParts/([^"'<>\s/\\?#]+)))re"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    std::vector<PartAddress> addresses;
+    for (auto found = form.globalMatch(html); found.hasNext();) {
+        const QRegularExpressionMatch match = found.next();
+        const int group = match.hasCaptured(1) ? 1 : 3;
+        const QString name = plainAddress(match.captured(group + 1)).trimmed();
+        if (!name.isEmpty() && name != u".."_s && !name.contains(u'/'))
+            addresses.push_back({match.capturedStart(group), match.capturedLength(group), name});
+    }
+    return addresses;
+}
+
+QString withParts(const QString& html, const QString& root, ForeignEntry& entry, Losses& losses) {
+    QString changed;
+    qsizetype copied = 0;
+    for (const PartAddress& address : partAddresses(html)) {
+        const std::optional<QString> file = fileWithin(root, root, core::files::kParts.name + u'/' + address.name);
+        if (!file) {
+            losses.countNamed(u"見つからないファイル"_s, address.name);
+            continue;
+        }
+        const QString placeholder = picturePlaceholder(entry);
+        entry.pictures.push_back({*file, placeholder, html.sliced(address.begin, address.size)});
+        changed += QStringView(html).sliced(copied, address.begin - copied);
+        changed += placeholder;
+        copied = address.begin + address.size;
+    }
+    return copied == 0 ? html : changed.append(QStringView(html).sliced(copied));
 }
 
 QString withPictures(const QString& html, const PictureOf& pictureOf, ForeignEntry& entry, Losses& losses) {
     static const QRegularExpression attribute(
-        uR"re((<(?:img|a)\b[^<>]*?\s(?:src|href)\s*=\s*)(?:"([^"]*)"|'([^']*)'))re"_s,
+        uR"re((<(?:img|a)\b[^<>]*?\s(?:src|href)\s*=\s*)(?:"([^"]*)"|'([^']*)'|([^\s"'<>]+)))re"_s,
         QRegularExpression::CaseInsensitiveOption);
     QString changed;
     qsizetype copied = 0;
     for (auto found = attribute.globalMatch(html); found.hasNext();) {
         const QRegularExpressionMatch match = found.next();
-        const int group = match.hasCaptured(2) ? 2 : 3;
+        const int group = int(match.lastCapturedIndex());
         const QString address = plainAddress(match.captured(group).trimmed());
         const std::optional<QString> file = pictureOf(address);
         if (file) {
             const QString placeholder = picturePlaceholder(entry);
-            entry.pictures.push_back({*file, placeholder, partAddress(match.captured(group), *file)});
+            entry.pictures.push_back({*file, placeholder});
             changed += QStringView(html).sliced(copied, match.capturedStart(group) - copied);
             changed += placeholder;
             copied = match.capturedEnd(group);
-        } else if (!leadsElsewhere(address) && match.capturedView(1).startsWith(u"<img", Qt::CaseInsensitive)) {
-            losses.countNamed(u"見つからない画像"_s, address);
+        } else if (!leadsElsewhere(address)) {
+            const bool isPicture = match.capturedView(1).startsWith(u"<img", Qt::CaseInsensitive);
+            losses.countNamed(
+                isPicture ? u"見つからない画像"_s : u"ほかのファイルやページへのリンク (そのまま残します)"_s, address);
         }
     }
-    if (copied == 0)
-        return html;
-    changed += QStringView(html).sliced(copied);
-    return changed;
+    return copied == 0 ? html : changed.append(QStringView(html).sliced(copied));
 }
 
 } // namespace velloria::exchange

@@ -12,6 +12,19 @@ namespace velloria::exchange {
 /// is taken from `folder`. Nothing for any other, so that no diary brings a file from elsewhere on the disk.
 std::optional<QString> pictureFile(const QString& root, const QString& folder, const QString& address);
 
+/// Where a text of the program's own leads to "DiaryParts".
+struct PartAddress {
+    qsizetype begin; ///< in the text, without what a query adds
+    qsizetype size;
+    QString name; ///< of the file
+};
+
+std::vector<PartAddress> partAddresses(const QString& html);
+
+/// Gives the files of "DiaryParts" below `root` that a text of the program's own leads to, pictures or not, to the
+/// entry, as withPictures does.
+QString withParts(const QString& html, const QString& root, ForeignEntry& entry, Losses& losses);
+
 /// Which file an address means. Nothing when there is none.
 using PictureOf = std::function<std::optional<QString>(const QString& address)>;
 

@@ -138,7 +138,6 @@ private:
         const QString html = isHtml ? note.body : htmlOfMarkdown(note.body, LineBreaks::Breaks);
         foreign.entry.contents = withPictures(
             html.trimmed(), [&](const QString& address) { return picture(address); }, foreign, m_diary.losses);
-        countLinks(foreign.entry.contents);
         return foreign;
     }
 
@@ -147,12 +146,6 @@ private:
             return std::nullopt;
         const QString file = m_resources.value(address.sliced(2).section(u'#', 0, 0));
         return file.isEmpty() ? std::nullopt : pictureFile(m_folder, m_folder, file);
-    }
-
-    /// To other notes and to files that are no pictures; pictures have become placeholders.
-    void countLinks(const QString& html) {
-        if (const qsizetype links = html.count(u"href=\":/"_s))
-            m_diary.losses.count(u"ノートや添付ファイルへのリンク"_s, links);
     }
 
     void countKeys(const Item& note) {

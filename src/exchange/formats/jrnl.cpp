@@ -45,15 +45,15 @@ qsizetype sentenceEnd(const QString& line) {
 }
 
 /// The title is the first line, or the first sentence of the only one.
-void addEntry(const QString& day, const QTime& time, const QString& title, QString body, ForeignDiary& diary) {
+void addEntry(const QString& day, const QTime& time, const QString& title, QStringView body, ForeignDiary& diary) {
     while (body.startsWith(u'\n'))
-        body.remove(0, 1);
+        body = body.sliced(1);
     while (body.endsWith(u'\n'))
         body.chop(1);
     ForeignEntry entry;
     entry.entry.day = day;
     entry.entry.title = title;
-    entry.entry.contents = htmlParagraphs(body);
+    entry.entry.contents = htmlParagraphs(body.toString());
     if (time.isValid())
         entry.entry.publishTime = day + time.toString(u" HH:mm:ss");
     diary.entries.push_back(std::move(entry));
@@ -62,7 +62,8 @@ void addEntry(const QString& day, const QTime& time, const QString& title, QStri
 // -- text -------------------------------------------------------------------------------------------------------------
 
 const QString kDate = u"(\\d{4})[-/.](\\d{1,2})[-/.](\\d{1,2})"_s;
-const QString kTime = u"(午前|午後)? ?(\\d{1,2}):(\\d{2})(?::(\\d{2}))? ?([AaPp]\\.?[Mm]\\.?)?"_s;
+const QString kTime = u"(午前|午後)? ?(\\d{1,2}):(\\d{2})(?::(\\d{2}))? ?([AaPp]\\.?[Mm]\\.?)?"
+                      "(?: ?(?:Z|UTC|[+-]\\d{2}:?\\d{2}))?"_s;
 
 QTime timeOf(const QRegularExpressionMatch& match) {
     if (match.capturedLength(5) == 0)

@@ -139,7 +139,7 @@ void readHead(const FrontMatter& matter, const Source& source, store::Entry& ent
     entry.title = text(u"title"_s).simplified();
     if (entry.title.isEmpty())
         entry.title = readName(source.name()).title;
-    entry.isPrivate = text(u"draft"_s) == u"true"_s || text(u"published"_s) == u"false"_s || source.isDraft();
+    entry.isPrivate = matter.isHidden() || source.isDraft();
     entry.weather = text(u"weather"_s).simplified();
     for (const QString& key : {u"excerpt"_s, u"summary"_s, u"description"_s}) {
         if (entry.excerpt.isEmpty())
@@ -195,8 +195,12 @@ std::optional<Document> readDocument(const Source& source, const QString& text, 
         takeTexts(matter, entry);
         countCommands(matter.body, losses);
     }
-    for (QString store::Entry::*shown : {&store::Entry::contents, &store::Entry::extend})
-        entry.*shown = withPictures(entry.*shown, picturesOf(source), document.foreign, losses);
+    for (QString store::Entry::*part : {&store::Entry::contents, &store::Entry::extend, &store::Entry::excerpt}) {
+        if (document.foreign.isOwn)
+            entry.*part = withParts(entry.*part, source.root, document.foreign, losses);
+        else if (part != &store::Entry::excerpt)
+            entry.*part = withPictures(entry.*part, picturesOf(source), document.foreign, losses);
+    }
     return document;
 }
 

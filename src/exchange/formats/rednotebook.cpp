@@ -98,6 +98,8 @@ private:
         }
         if (content.kind == YamlNode::Kind::Scalar && !content.isNull())
             text = content.text;
+        if (content.kind == YamlNode::Kind::Sequence)
+            m_diary.losses.countNamed(u"読めない日"_s, *key);
         text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
         for (const Part& part : partsOf(text))
             add(*key, part);
@@ -162,9 +164,7 @@ private:
 ForeignDiary readRedNotebook(const QString& folder) {
     static const QRegularExpression month(u"^\\d{4}-\\d{2}\\.txt$"_s);
     const QDir directory(folder);
-    if (!directory.isReadable())
-        throw platform::Failure(u"日記を読み込めません。"_s, folder, u"フォルダを開く権限がありません"_s,
-                                u"何もインポートしていません。"_s);
+    requireReadable(folder);
     QStringList files;
     for (const QString& name : directory.entryList(QDir::Files, QDir::Name).filter(month))
         files += directory.filePath(name);

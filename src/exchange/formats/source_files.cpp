@@ -105,6 +105,12 @@ std::optional<QString> readOneText(const QString& file, Losses& losses) {
     }
 }
 
+void requireReadable(const QString& folder) {
+    if (!QFileInfo(folder).isReadable())
+        throw platform::Failure(kFailed, folder, u"フォルダを開く権限がありません"_s,
+                                u"何もインポートしていません。"_s);
+}
+
 void requireSize(const QString& folder, const QStringList& files) {
     qint64 bytes = 0;
     for (const QString& file : files)
@@ -113,9 +119,7 @@ void requireSize(const QString& folder, const QStringList& files) {
 }
 
 QStringList filesBelow(const QString& folder, Losses& losses) {
-    if (!QFileInfo(folder).isReadable())
-        throw platform::Failure(kFailed, folder, u"フォルダを開く権限がありません"_s,
-                                u"何もインポートしていません。"_s);
+    requireReadable(folder);
     Walk walk(losses);
     walk.into(folder, 1);
     return walk.files;

@@ -27,6 +27,9 @@ std::optional<QString> readOneText(const QString& file, Losses& losses);
 /// diary. Throws platform::Failure for a folder that can't be read, and for one with too many files.
 QStringList filesBelow(const QString& folder, Losses& losses);
 
+/// Throws platform::Failure for a folder that can't be read.
+void requireReadable(const QString& folder);
+
 /// Throws platform::Failure when these files of a folder are together larger than what is read.
 void requireSize(const QString& folder, const QStringList& files);
 

@@ -60,6 +60,13 @@ TEST_F(Jrnl, ADateInBracketsBeginsAnEntryWithinABodyToo) {
                      u"2024/03/02 11:00:00|c|<p>d<br>/[x] e<br>/[2024-03-03]f</p>"_s, u"2024/03/04|g|<p>h</p>"_s}));
 }
 
+TEST_F(Jrnl, ADateMayTellItsZoneWhichMovesNothing) {
+    EXPECT_EQ(
+        entriesOf(read("[2024-03-09T14:05:00+09:00] a\nb\n[2024-03-10 09:00 UTC] c\nd\n[2024-03-11 23:00Z] e\nf\n")),
+        (QStringList{u"2024/03/09 14:05:00|a|<p>b</p>"_s, u"2024/03/10 09:00:00|c|<p>d</p>"_s,
+                     u"2024/03/11 23:00:00|e|<p>f</p>"_s}));
+}
+
 TEST_F(Jrnl, AJournalWithoutBracketsReadsToo) {
     EXPECT_EQ(entriesOf(read("2013-06-09 15:39 Old *\nbody\n\n2013-06-10 01:02:03 pm Next\nbody 2013-06-11 10:00\n")),
               (QStringList{u"2013/06/09 15:39:00|Old|<p>body</p>"_s,
