@@ -115,10 +115,12 @@ private:
             for (const char c : "\n" + commentText(piece))
                 text.append(c == '\n' ? "\r" : "") += c;
         }
-        if (!text.empty()) {
-            const std::string extend = entry->extend.value_or("");
-            entry->extend = extend.empty() ? text.substr(2) : extend + text;
-        }
+        if (text.empty())
+            return;
+        if (entry->extend && !entry->extend->empty())
+            *entry->extend += text;
+        else
+            entry->extend = text.substr(2);
     }
 
     void countLosses(const EntryParts& parts) {

@@ -26,6 +26,11 @@ bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\n") == std::string_view::npos;
 }
 
+std::string_view trimmed(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    return begin == std::string_view::npos ? "" : text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
+}
+
 /// "2024-03-08", with or without zeros in front.
 std::optional<std::string> dayOf(std::string_view date) {
     int parts[3] = {};
@@ -58,10 +63,10 @@ std::string withCharacters(std::string_view text) {
 }
 
 std::string commentHtml(const Comment& comment) {
-    std::string head = escaped(comment.name);
+    std::string head = escaped(trimmed(comment.name));
+    const std::string_view digits = trimmed(comment.seconds); // an editor may have put them in a line of their own
     int64_t seconds = 0;
-    const auto [behind, error] =
-        std::from_chars(comment.seconds.data(), comment.seconds.data() + comment.seconds.size(), seconds);
+    const auto [behind, error] = std::from_chars(digits.data(), digits.data() + digits.size(), seconds);
     if (const auto time = error == std::errc() ? tokyoTime(seconds) : std::nullopt)
         head += " " + time->stamp();
     std::string text;

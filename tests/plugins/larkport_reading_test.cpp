@@ -201,6 +201,10 @@ TEST(MovableType, IsReadInTimeWhateverItsTextsAre) {
     EXPECT_EQ(single(head + "BODY:\n" + tags + "\n-----\n--------\n").contents, "<p>" + tags + "</p>");
     const Entry kept = single(head + "COMMENT:\n" + std::string(500000, '<') + "\n-----\n--------\n", {true, true});
     EXPECT_GT(kept.extend->size(), 2000000u);
+    std::string late = entryWith(kDate);
+    for (int count = 0; count < 100000; ++count)
+        late += "NO ENTRY: 1\n" + kDate + "-----\nCOMMENT:\nc\n-----\n--------\n";
+    EXPECT_GT(single(late, {true, true}).extend->size(), 2000000u);
 }
 
 TEST(MovableType, HidesWhatIsNotClearlyPublic) {

@@ -195,6 +195,10 @@ TEST(WrenportImport, ListsCommentsBelowTheLastEntryWhenAsked) {
               "<p>コメント: a</p>\r\n<p>b</p>");
     EXPECT_EQ(imported(diaryOf(dayWith("a\n====\nc", "2024-03-08", "", comment)), kWithComments).entries[0].extend,
               "<p>c</p>\r\n<p>コメント: a</p>\r\n<p>b</p>");
+    const std::string inLines = "<comments><comment>\n<username>\n  a\n</username>\n<body>b</body>\n"
+                                "<timestamp>\n  1709870000\n</timestamp>\n</comment></comments>";
+    EXPECT_EQ(imported(diaryOf(dayWith("", "2024-03-08", "", inLines)), kWithComments).entries[0].extend,
+              "<p>コメント: a 2024/03/08 12:53:20</p>\r\n<p>b</p>");
 }
 
 TEST(WrenportImport, TakesAFileThatIsCutAsFarAsItGoes) {
