@@ -119,9 +119,11 @@ TEST_F(EncryptedFtp, AServerThatEncryptsTheLoginAlone) {
     EXPECT_TRUE(put("x", TransferType::Text)) << reason().toStdString();
 }
 
-TEST_F(EncryptedFtp, AServerThatForgetsTheEncryptionOfFiles) {
-    server.on(u"clear"_s, true);
-    for (const Tls tls : {Tls::WhenOffered, Tls::Required}) {
+/// Such a server is left after some time: each a test, so that both wait side by side.
+class ForgetfulFtp : public EncryptedFtp {
+protected:
+    void expectNothingSent(Tls tls) {
+        server.on(u"clear"_s, true);
         login.tls = tls;
         ASSERT_TRUE(connect());
         EXPECT_FALSE(put("secret", TransferType::Text));
@@ -130,6 +132,14 @@ TEST_F(EncryptedFtp, AServerThatForgetsTheEncryptionOfFiles) {
                             u"サーバーはログインを暗号化しましたが、ファイルを暗号化する約束を守りません。"_s);
         EXPECT_FALSE(server.content("x.htm").contains("secret"));
     }
+};
+
+TEST_F(ForgetfulFtp, GetsNoFileWhereEncryptionIsOffered) {
+    expectNothingSent(Tls::WhenOffered);
+}
+
+TEST_F(ForgetfulFtp, GetsNoFileWhereEncryptionIsRequired) {
+    expectNothingSent(Tls::Required);
 }
 
 } // namespace
