@@ -4,7 +4,7 @@ import os
 import shutil
 import unittest
 
-from home import CliTest, read, write
+from home import CLI, CliTest, read, write
 
 STUB = os.environ["VELLORIA_PLUGIN_STUB"]
 
@@ -56,6 +56,22 @@ class Ping(CliTest):
             self.assertEqual((result.code, result.out), (1, b""), thrown)
             (failure,) = result.events_of("failure")
             self.assertIn("Chimer.dll", failure["text"], thrown)
+
+    def test_one_that_ends_what_loads_it_is_a_failure_and_nothing_else(self):
+        for end, told in (("loading crash", "シグナル6"), ("velloria_plugin_get exit", "終了コード0")):
+            result = self.ping(VELLORIA_PLUGIN_ENDS=end)
+            self.assertEqual((result.code, result.out), (1, b""), result)
+            (failure,) = result.events_of("failure")
+            for word in ("プラグインを使用できません。", self.plugin, told):
+                self.assertIn(word, failure["text"])
+        self.assertFalse(os.path.exists(self.log))
+
+    def test_the_program_that_tries_it_is_missed_by_its_name(self):
+        alone = os.path.join(self.inputs, "velloria-cli")
+        shutil.copy(CLI, alone)
+        result = self.execute([alone, "--home", self.home, "ping"])
+        self.assertEqual(result.code, 1, result)
+        self.assertIn(os.path.join(self.inputs, "velloria-plugin"), result.error_text)
 
     def test_shows_what_the_plugin_says(self):
         result = self.ping(VELLORIA_PLUGIN_TALKS="1")

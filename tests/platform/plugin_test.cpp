@@ -3,7 +3,9 @@
 #include "support/plugin_home.h"
 #include "support/test_home.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -85,6 +87,16 @@ TEST_F(Plugin, ThatEndsWhatLoadsItEndsNoProgram) {
     }
     stub.set("ENDS", {});
     EXPECT_EQ(platform::Plugin(path(u"VellInfo.dll"_s)).version(), u"1.2.3"_s);
+}
+
+TEST_F(Plugin, ThatHangsLetsTheWindowsPaintUntilItIsGivenUp) {
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    bool hasPainted = false;
+    QTimer::singleShot(0, [&] { hasPainted = true; });
+    stub.set("ENDS", u"loading hang"_s);
+    EXPECT_NE(failureOf([&] { platform::Plugin plugin(installed(), std::chrono::milliseconds(300)); }), QString());
+    EXPECT_TRUE(hasPainted);
 }
 
 TEST_F(Plugin, IsTriedOncePerRunAndAgainWhenItsFileIsAnother) {
