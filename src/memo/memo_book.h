@@ -21,7 +21,7 @@ public:
     bool unlock(const QString& password);
     void lockAgain() { m_isUnlocked = false; }
     /// Whether the password has to be asked for before this memo's text is shown, changed or removed.
-    bool isClosed(const store::Memo& memo) const { return memo.isLocked && !isOpen(); }
+    bool isClosed(const store::Memo& memo) const { return store::mayBeLocked(memo) && !isOpen(); }
     /// Whether nothing is kept back: the password was given, or there is none.
     bool isOpen() const { return m_isUnlocked || !hasPassword(); }
 
@@ -30,7 +30,7 @@ public:
     bool isLockedAsAWhole() const { return m_store.isLockedAsAWhole(); }
     void setLockedAsAWhole(bool isLocked) const { m_store.setLockedAsAWhole(isLocked); }
 
-    // What the optimisation of the diary has reset comes back before anything below.
+    // What the optimisation of the diary has reset comes back before anything below; where it can't, a memo is locked.
 
     /// As MemoStore has it.
     std::vector<store::Memo> list(const QString& word, const std::optional<QString>& category) const;

@@ -14,4 +14,8 @@ bool holdSame(const Memo& left, const Memo& right) {
            isSame(left.title, right.title) && isSame(left.category, right.category) && isSame(left.text, right.text);
 }
 
+bool mayBeLocked(const Memo& memo) {
+    return memo.isLocked || memo.no.value_or(0) <= 0;
+}
+
 } // namespace velloria::store

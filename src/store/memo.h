@@ -22,4 +22,7 @@ struct Memo {
 /// Whether both hold the same, wherever they are stored.
 bool holdSame(const Memo& left, const Memo& right);
 
+/// Whether a stored memo is locked, or was: of one without a number something has reset the lock as well.
+bool mayBeLocked(const Memo& memo);
+
 } // namespace velloria::store

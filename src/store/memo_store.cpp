@@ -183,7 +183,8 @@ std::vector<Memo> MemoStore::list(const MemoQuery& query) const {
     Statement rows(connection, "SELECT rowid, PublishTime, Title, NULL, No, Category, IsPass FROM Memo "
                                "WHERE (?1 IS NULL OR Fold(ifnull(Category, '')) = Fold(?1)) AND "
                                "(?2 IS NULL OR Title LIKE ?2 OR Category LIKE ?2 OR "
-                               "(?3 OR ifnull(IsPass, 0) = 0) AND Memo LIKE ?2) "
+                               "(?3 OR ifnull(IsPass, 0) = 0 AND typeof(No) = 'integer' AND No > 0) AND "
+                               "Memo LIKE ?2) "
                                "ORDER BY PublishTime DESC, rowid DESC");
     const QString category = query.category ? u""_s + *query.category : QString();
     rows.bind(category, query.word.isEmpty() ? QString() : patternFor(query.word), query.findsInLocked);

@@ -15,7 +15,7 @@ namespace velloria::store {
 struct MemoQuery {
     QString word;                    ///< in title, category and text; "" for all. No sign in it is a wildcard.
     std::optional<QString> category; ///< nothing for all, "" for those without one
-    bool findsInLocked = false;      ///< whether the texts of locked memos are searched too
+    bool findsInLocked = false;      ///< whether the texts of those that may be locked are searched too
 };
 
 /// What became of a save or a removal.

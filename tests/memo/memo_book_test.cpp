@@ -200,6 +200,19 @@ TEST_F(Book, ListsADiaryThatCantBeWrittenTo) {
     EXPECT_EQ(book.list({}, {}).size(), 1U);
 }
 
+TEST_F(Book, OpensNoMemoOfWhichNobodyKnowsWhetherItIsLocked) {
+    logIn();
+    const store::Memo memo = store(u"title"_s, u"secret"_s, {}, true);
+    desk.answers = {u"yes"_s};
+    ASSERT_TRUE(store::optimizeCommand(run));
+    sql(u"CREATE INDEX refuse ON Memo (abs(CASE WHEN No > 0 THEN -9223372036854775807 - 1 ELSE 0 END))"_s);
+    EXPECT_TRUE(book.load(memo.row)->text.isNull());
+    EXPECT_TRUE(book.list(u"secret"_s, {}).empty());
+    EXPECT_TRUE(book.unlock(u"abc"_s));
+    EXPECT_EQ(book.load(memo.row)->text, u"secret"_s);
+    EXPECT_EQ(book.list(u"secret"_s, {}).size(), 1U);
+}
+
 /// Gives each wait for another program up at once.
 class Impatience : public QObject {
 public:

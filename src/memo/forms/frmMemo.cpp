@@ -152,8 +152,8 @@ void frmMemo::takeDraftOver() {
 }
 
 void frmMemo::showDraft(const Typed& draft) {
-    const bool isClosed = m_book.isClosed(draft.memo) || m_book.isClosed(draft.memo.no);
-    if ((isClosed || (draft.wasLocked && !m_book.isOpen())) && !unlock()) {
+    const bool isLocked = draft.memo.isLocked || draft.wasLocked || m_book.isClosed(draft.memo.no);
+    if (isLocked && !m_book.isOpen() && !unlock()) {
         m_draft.giveBack();
         return;
     }
@@ -357,7 +357,7 @@ void frmMemo::showState() {
 }
 
 Typed frmMemo::typedDraft() const {
-    return {m_sheet->typed(), m_sheet->seen() && m_sheet->seen()->isLocked};
+    return {m_sheet->typed(), m_sheet->seen() && store::mayBeLocked(*m_sheet->seen())};
 }
 
 void frmMemo::keepDraft() {
