@@ -10,6 +10,7 @@ import contextlib
 import glob
 import json
 import os
+import random
 import re
 import shutil
 import signal
@@ -42,6 +43,16 @@ def folders(*patterns):
     return ":".join(folder for pattern in patterns for folder in glob.glob(program(pattern)))
 
 
+def free_port(address):
+    """None of those that the system gives to whoever asks for any: the server takes it a good while later."""
+    with open("/proc/sys/net/ipv4/ip_local_port_range", encoding="ascii") as file:
+        below = range(10_000, int(file.read().split()[0]))
+    for port in [*random.choices(below, k=100), 0] if below else [0]:
+        with contextlib.suppress(OSError), socket.create_server((address, port)) as probe:
+            return probe.getsockname()[1]
+    raise RuntimeError(f"{address} has no port left")
+
+
 class LoopbackServer(servers.Server):
     """Whoever runs the tests may run it."""
 
@@ -49,8 +60,7 @@ class LoopbackServer(servers.Server):
 
     def __init__(self, work):
         super().__init__(work)
-        with socket.create_server((self.address, 0)) as probe:
-            self.port = probe.getsockname()[1]
+        self.port = free_port(self.address)
 
     def environment(self):
         return {"PATH": os.environ.get("PATH", os.defpath), "LANG": "C.UTF-8", "HOME": self.work,
