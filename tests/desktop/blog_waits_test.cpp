@@ -212,6 +212,16 @@ TEST_F(BlogWaits, OtherCommandsGoOnMeanwhile) {
     EXPECT_FALSE(blog::lastPost(session, u"2004/05/07"_s, 1, u"t01"_s).has_value());
 }
 
+TEST_F(BlogWaits, APageThatComesWhileAnotherCommandHoldsTheWaitIsNotMissed) {
+    limitWaits(3'000);
+    for (const auto& [path, line] : {std::pair{u"/post"_s, "GET /post"}, std::pair{u"/do"_s, "POST /do"}}) {
+        delay(path, u"0.5"_s);
+        whenAsked(line, [] { QTest::qWait(6'000); }); // as a box that stays open, or an upload
+        posted();
+        EXPECT_EQ(site.lines(), kLinesOfAPost);
+    }
+}
+
 TEST_F(BlogWaits, TheBrowsersWindowMayBeClosedMeanwhile) {
     delay(u"/post,/do"_s, u"0.5"_s);
     whenAsked("GET /post", [&] { browser().close(); });

@@ -10,6 +10,7 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kStep{10};
 constexpr std::chrono::milliseconds kProcessEnds{30'000}; ///< that was told to: on a busy machine word of it is late
+constexpr std::chrono::milliseconds kAway{1'000};
+constexpr std::chrono::milliseconds kLastLook{500};
 
 platform::Failure processGone() {
     return cantGoOn(u"ページを表示するプロセスが終了しました。"_s);
@@ -125,10 +128,13 @@ void EnginePage::wake() {
         m_loop->quit();
 }
 
-/// The person goes on working meanwhile, and may close any window. While a box of the page is open the time stands.
+/// The person goes on working meanwhile, and may close any window. While a box of the page is open the time stands. A
+/// box or an upload of the person's serves the events itself for as long as it takes, and nobody looks for the page:
+/// what has come meanwhile is looked for before the time is over.
 EnginePage::Served EnginePage::serve(const std::function<bool()>& isDone, std::chrono::milliseconds limit) {
     QElapsedTimer clock;
     clock.start();
+    QElapsedTimer sinceLook = clock;
     const std::chrono::milliseconds inBoxes = page().timeInBoxes();
     const auto end = [&]() -> std::optional<Served> {
         if (!m_page)
@@ -137,10 +143,12 @@ EnginePage::Served EnginePage::serve(const std::function<bool()>& isDone, std::c
             return Served::Until;
         if (m_isProcessGone)
             return Served::ProcessGone;
-        const std::chrono::milliseconds passed(clock.elapsed());
         if (m_context.runs.isEnding())
             return Served::Ending;
-        if (passed - (m_page->timeInBoxes() - inBoxes) >= limit)
+        const auto passed = std::chrono::milliseconds(clock.elapsed()) - (m_page->timeInBoxes() - inBoxes);
+        if (sinceLook.restart() > kAway.count())
+            limit = std::max(limit, passed + kLastLook);
+        if (passed >= limit)
             return Served::TimedOut;
         return std::nullopt;
     };
