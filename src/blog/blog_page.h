@@ -84,6 +84,10 @@ public:
     /// "/", "?" or "#", decoded.
     virtual QStringList linkHosts() = 0;
     virtual void clickLink(int index) = 0;
+
+    /// Whether the page itself has emptied a text area that was set, as it was clicked or sent last: an editor that
+    /// stands in its place has a text of its own.
+    virtual bool hasEmptied() const = 0;
 };
 
 } // namespace velloria::blog

@@ -112,6 +112,9 @@ BlogRun::End BlogRun::fillAndSend() {
 
     enter(u"投稿ボタンクリックエラー"_s);
     form.post(m_order.isPublic);
+    m_hasEmptied = m_page.hasEmptied();
+    if (m_hasEmptied)
+        m_protocol.add(u"ページが、書き込まれた本文を空にして送りました。"_s);
     if (!m_driver.WaitPageComplete())
         return endOfWait();
     m_problem = m_page.problem();
@@ -175,12 +178,14 @@ void BlogRun::tellPosted() {
     m_protocol.add(m_problem.isEmpty() ? u"投稿しました。"_s : u"投稿への応答はエラーのページです: "_s + m_problem);
     desk.status(u"日記投稿完了！画像ファイルは手動でアップロードして下さい。"_s);
     const QString text = u"Blog投稿完了！\r\n画像ファイルは手動でアップロードしてください。"_s;
-    if (m_problem.isEmpty() && refusal.isEmpty())
+    if (m_problem.isEmpty() && refusal.isEmpty() && !m_hasEmptied)
         desk.message(MessageKind::Information, text);
     else
         desk.detailedMessage(MessageKind::Information, text, m_protocol.text());
     if (!refusal.isEmpty())
         desk.notice(u"投稿しましたが、投稿の記録を残せませんでした: "_s + refusal);
+    if (m_hasEmptied)
+        desk.notice(u"投稿しましたが、ページが本文を空にして送りました。ブログの本文を確かめてください。"_s);
 }
 
 /// The post is done, whatever becomes of its record: a refusal is returned.

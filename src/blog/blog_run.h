@@ -46,7 +46,8 @@ private:
     PageDriver m_driver;
     BlogOrder m_order;
     QString m_stage;
-    QString m_problem; ///< of the page that answered the post
+    bool m_hasEmptied = false; ///< the page, as it sent the post
+    QString m_problem;         ///< of the page that answered the post
 };
 
 } // namespace velloria::blog

@@ -268,6 +268,19 @@ TEST_F(BlogRun, TheAnswerToTheFormCountsAndNotWhatFollowsIt) {
     EXPECT_FALSE(exists(core::files::kBlogPosts.in(session)));
 }
 
+TEST_F(BlogRun, APageThatEmptiedWhatItSentIsToldOf) {
+    page.isEmptying = true;
+    post();
+    EXPECT_EQ(boxes(), QStringList{kDoneBox});
+    const QStringList told = statuses();
+    ASSERT_GE(told.size(), 2);
+    EXPECT_EQ(told[told.size() - 2], kDone);
+    EXPECT_TRUE(told.last().contains(u"本文を空にして送りました"_s));
+    ASSERT_EQ(desk.details.size(), 1);
+    EXPECT_TRUE(desk.details[0].contains(u"本文を空にして送りました"_s));
+    EXPECT_TRUE(blog::lastPost(session, entry.day, entry.number, blogName)); // it stands there, as little as it holds
+}
+
 TEST_F(BlogRun, AnErrorOnTheWayIsNoErrorOfThePost) {
     page.documents[postUrl].problem = u"HTTP 404"_s;
     post();
@@ -292,6 +305,20 @@ TEST_F(BlogRun, ASecondPostOfAnEntryIsToldAndGoesOn) {
     ASSERT_TRUE(last);
     EXPECT_EQ(last->title, u"新しい題"_s);
     EXPECT_EQ(last->time, u"2004/05/07 10:00:00"_s);
+}
+
+TEST_F(BlogRun, WhatIsUnusualIsNoticedAndNotALineLikeOthers) {
+    class Noticing : public ScriptedDesk {
+    public:
+        QStringList noticed;
+        void notice(const QString& text) override { noticed += text; }
+    } noticing;
+    post();
+    page.isEmptying = true;
+    blog::BlogPost({session, clock, noticing}, page).PostBlog(blogName, entry);
+    ASSERT_EQ(noticing.noticed.size(), 2);
+    EXPECT_TRUE(noticing.noticed[0].contains(u"投稿済み"_s));
+    EXPECT_TRUE(noticing.noticed[1].contains(u"本文を空にして"_s));
 }
 
 TEST_F(BlogRun, AnotherEntryOrBlogIsNoSecondPost) {

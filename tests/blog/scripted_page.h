@@ -49,6 +49,7 @@ public:
     /// Every call comes here first as it is kept in `done`: it may throw, or change the world.
     std::function<void(const QString& call)> beforeCall;
     bool isProgramEnding = false;
+    bool isEmptying = false; ///< whatever is clicked or sent
 
     /// All calls in turn, as "navigate http://host/", "wait 30000", "set name=title form=1" and so on.
     QStringList done;
@@ -78,6 +79,7 @@ public:
     void selectOption(const blog::ElementPlace& place, int index) override;
     QStringList linkHosts() override;
     void clickLink(int index) override;
+    bool hasEmptied() const override { return isEmptying; }
 
 private:
     enum class Use { Any, Check, Click };

@@ -259,6 +259,20 @@ TEST_F(BlogForm, ThePageHearsOfNothingUnlessTheTemplateWantsItTo) {
               "input title change title input body change body input genre change genre input genre2 change genre2 ");
 }
 
+TEST_F(BlogForm, ABodyThatThePageEmptiesIsToldOf) {
+    const QString told = u"投稿しましたが、ページが本文を空にして送りました。ブログの本文を確かめてください。"_s;
+    site.set(u"v"_s, u"editor"_s);
+    for (const QString& name : {u"t05"_s, u"t01"_s}) {
+        useTemplate(name);
+        post();
+        EXPECT_EQ(boxes(), QStringList{kPosted});
+        EXPECT_EQ(statuses().mid(statuses().size() - 2), (QStringList{kPostedStatus, told}));
+        EXPECT_EQ(requests("POST /do").value(0).field("body"), "");
+    }
+    EXPECT_EQ(posted(u"t05"_s, {{u"VALUE_Body"_s, u"events"_s}}).field("genre2"), "") << "a page may take a line back";
+    EXPECT_EQ(posted(u"t01"_s, {{u"Type_Post"_s, u"SUBMIT"_s}}).field("body"), kBody.toUtf8());
+}
+
 TEST_F(BlogForm, AFormIsFoundBehindAThousand) {
     site.set(u"v"_s, u"many"_s);
     EXPECT_EQ(posted(u"t01"_s, {{u"FORM_POST"_s, u"1000"_s}}).field("title"), kTitle.toUtf8());

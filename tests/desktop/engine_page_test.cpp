@@ -291,6 +291,24 @@ TEST_F(BlogElements, AClickRunsWhatThePageHasForItAndASubmitDoesNot) {
     EXPECT_EQ(web.requestsFor("/do").value(0).body, "t=1");
 }
 
+TEST_F(BlogElements, ATextAreaThatThePageEmptiesAsItIsSentIsToldOf) {
+    const auto isEmptied = [this](const QByteArray& handler, const QString& body) {
+        show(formOf("<textarea name=body></textarea><input name=t>", handler));
+        page.setValue(named(u"body"_s), body);
+        page.setValue(named(u"t"_s), u"line"_s);
+        sent();
+        return page.hasEmptied();
+    };
+    EXPECT_TRUE(isEmptied("onsubmit=\"this.body.value = ''\"", u"text"_s));
+    EXPECT_FALSE(isEmptied("onsubmit=\"this.body.value = 'other'; this.t.value = ''\"", u"text"_s));
+    EXPECT_FALSE(isEmptied("onsubmit=\"this.body.value = ''\"", QString()));
+    show(formOf("<textarea name=body></textarea>", "onsubmit=\"this.body.value = ''\""));
+    page.setValue(named(u"body"_s), u"text"_s);
+    page.submit(0);
+    EXPECT_FALSE(page.hasEmptied());
+    ASSERT_EQ(page.waitComplete(kLimit), PageEnd::Complete);
+}
+
 TEST_F(BlogElements, AnImageButtonIsClickedAmongTheInputTags) {
     show("<form action=/do><input type=image name=picture alt=x></form>");
     web.pages["/do"] = "done";

@@ -18,6 +18,7 @@ WITH_DISPLAY = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".
 
 DONE = "information: Blog投稿完了！\r\n画像ファイルは手動でアップロードしてください。"
 DONE_STATUS = "日記投稿完了！画像ファイルは手動でアップロードして下さい。"
+EMPTIED = "投稿しましたが、ページが本文を空にして送りました。ブログの本文を確かめてください。"
 FAILED_STATUS = "日記投稿失敗！"
 NO_POSTING_PAGE = "information: 投稿画面にならないので、投稿を中止します"
 

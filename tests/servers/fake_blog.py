@@ -56,6 +56,7 @@ PAGE_WORDS = {
     "busy",     # a frame goes 200 times to another page
     "many",     # 999 forms between the first and the posting one
     "alert",    # a box before the form is sent
+    "editor",   # an editor stands for the body, and writes its own text into it before the form is sent
     "endless",  # the page never ends
     "multipart",
     "blank",    # the answer is to come in a window of its own, as the page's handler says at the last moment
@@ -158,6 +159,7 @@ def posting_form(words, has_check):
     body = '<input name="body">' if "input" in words else spare + '<textarea name="body"></textarea>'
     check = '<div><span></span></div><select name="check"><option>here</option></select>' if has_check else ""
     before = "alert('left?');" if "alert" in words else ""
+    before += "this.body.value = ''; this.genre2.value = '';" if "editor" in words else ""
     before += "this.target = '_blank';" if "blank" in words else ""
     before += "window.open('/ad');" if "popup" in words else ""
     multipart = 'enctype="multipart/form-data"' if "multipart" in words else ""

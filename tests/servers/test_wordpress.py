@@ -7,7 +7,7 @@ import tempfile
 import unittest
 import urllib.error
 
-from blog_home import DONE, FAILED_STATUS, NO_POSTING_PAGE, BlogTest, stage
+from blog_home import DONE, DONE_STATUS, EMPTIED, FAILED_STATUS, NO_POSTING_PAGE, BlogTest, stage
 from blog_servers import WordPress, require_blog_servers
 
 MANUAL = pathlib.Path(__file__).parents[2] / "docs" / "manual" / "manual.htm"
@@ -170,9 +170,11 @@ class WordPressTest(BlogTest):
         """By the third line of the file, or in the user's own profile."""
         self.server.put_must_use("".join(CLASSIC.splitlines(keepends=True)[:2]))
         desktop = self.enterContext(self.desktop())
-        self.must_post(desktop, "一")
+        told = self.post(desktop, "一", entry={"genre": "旅行"})
+        self.assertEqual(told.boxes, [DONE])
+        self.assertEqual(told.texts("status")[-2:], [DONE_STATUS, EMPTIED])
         self.change_user("rich_editing", "false")
-        self.must_post(desktop, "二")
+        self.must_post(desktop, "二", entry={"genre": "旅行"})
         self.assert_posts({"post_title": "一", "post_content": ""}, {"post_title": "二", "post_content": "本文"})
 
     def test_an_author_posts_and_a_contributor_does_not(self):

@@ -196,7 +196,7 @@ void EnginePage::endHungProcess() {
 /// What comes from here on is the answer to this.
 void EnginePage::act(const PageRequest& request) {
     m_ends->forget();
-    ask(request);
+    m_hasEmptied = ask(request).toBool();
 }
 
 // ---- what is in the page

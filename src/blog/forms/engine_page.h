@@ -47,6 +47,7 @@ public:
     void selectOption(const ElementPlace& place, int index) override;
     QStringList linkHosts() override;
     void clickLink(int index) override;
+    bool hasEmptied() const override { return m_hasEmptied; }
 
 private:
     /// How serving events has ended.
@@ -68,6 +69,7 @@ private:
     bool m_isRunning = false;
     std::unique_ptr<PageEnds> m_ends; ///< of that page
     bool m_isProcessGone = false;
+    bool m_hasEmptied = false;
     QPointer<QEventLoop> m_loop; ///< that serves events now
     QObject m_listener;          ///< receives what the page tells, and nothing more when this is gone
 };

@@ -66,6 +66,14 @@ try {
 
     // No name of an element is a symbol.
     const known = Symbol.for('known');
+    const written = Symbol.for('written');
+    const texts = () => (globalThis[written] = globalThis[written] || []);
+    const write = (element, text) => {
+        element.value = text;
+        if (isA(element, 'textarea') && text !== '')
+            texts().push(element);
+    };
+    const hasEmptied = () => texts().some(element => element.value === '');
     const leave = () => { globalThis[known] = true; };
     const takeEnd = () => {
         const isComplete = performance.timing.loadEventEnd > 0; // of a document that was stopped there is no such event
@@ -100,12 +108,14 @@ try {
         leave();
         HTMLElement.prototype.click.call(element);
         EventTarget.prototype.removeEventListener.call(window, 'submit', here);
+        return hasEmptied();
     };
     const submit = form => {
         need(form, 'missing');
         sendHere(form);
         leave();
         HTMLFormElement.prototype.submit.call(form);
+        return hasEmptied();
     };
     const tell = element => {
         for (const type of request.raisesEvents ? ['input', 'change'] : [])
@@ -129,7 +139,7 @@ try {
         SetValue: () => {
             const found = fitting();
             need(!isInput(found, 'file'), 'file');
-            found.value = request.text;
+            write(found, request.text);
             tell(found);
         },
         SetChecked: () => {
