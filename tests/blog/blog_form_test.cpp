@@ -63,6 +63,7 @@ TEST_F(BlogForm, FieldsThatAreNotThereAreToldByTheirStage) {
         expectStage(element == u"Title"_s ? u"タイトル挿入エラー"_s : u"本文挿入エラー"_s);
         EXPECT_TRUE(page.calls(u"click"_s).isEmpty());
         EXPECT_FALSE(page.isRunning);
+        EXPECT_TRUE(protocol().section(u"段階: "_s, -1).contains(u"VALUE_"_s + element));
         keys[u"Type_"_s + element] = u"NAME"_s;
         keys[u"VALUE_"_s + element] = before;
     };

@@ -424,7 +424,8 @@ TEST_F(BlogLogin, TheServerOfThePostingPageAloneIsToldTheLogin) {
             return;
         for (const QString& address :
              {u"http://blog.test/post"_s, u"http://BLOG.test:80/other"_s, u"https://blog.test/post"_s,
-              u"http://blog.test:8080/post"_s, u"http://test/post"_s, u"http://blog.test.evil.test/"_s, u""_s}) {
+              u"https://blog.test:80/post"_s, u"http://blog.test:8080/post"_s, u"http://test/post"_s,
+              u"http://blog.test.evil.test/"_s, u""_s}) {
             const blog::Credentials credentials = page.run.credentials(QUrl(address));
             told[address] = credentials.loginId + u':' + credentials.password;
         }
@@ -432,8 +433,9 @@ TEST_F(BlogLogin, TheServerOfThePostingPageAloneIsToldTheLogin) {
     post();
     EXPECT_EQ(told[u"http://blog.test/post"_s], u"hanako:himitsu"_s);
     EXPECT_EQ(told[u"http://BLOG.test:80/other"_s], u"hanako:himitsu"_s);
-    for (const QString& address : {u"https://blog.test/post"_s, u"http://blog.test:8080/post"_s, u"http://test/post"_s,
-                                   u"http://blog.test.evil.test/"_s, u""_s})
+    for (const QString& address :
+         {u"https://blog.test/post"_s, u"https://blog.test:80/post"_s, u"http://blog.test:8080/post"_s,
+          u"http://test/post"_s, u"http://blog.test.evil.test/"_s, u""_s})
         EXPECT_EQ(told[address], u":"_s) << address.toStdString();
 }
 

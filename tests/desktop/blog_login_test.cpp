@@ -2,6 +2,8 @@
 #include "browser/forms/frmAuthentication.h"
 #include "desktop/blog_home.h"
 
+#include <QDirIterator>
+
 using namespace Qt::StringLiterals;
 
 namespace velloria::tests {
@@ -52,6 +54,25 @@ TEST_F(BlogLogin, T01TellsNoSecretAnywhere) {
         EXPECT_FALSE(QJsonDocument(event.toObject()).toJson().contains("pa%ss"));
     EXPECT_EQ(modeOf(core::files::kBlogLog.in(session)), 0600U);
     EXPECT_EQ(modeOf(core::files::kBlogUserData.in(session)), 0600U);
+}
+
+TEST_F(BlogLogin, T01LeavesThePasswordInNoFile) {
+    const QString password = u"pa%ss+w&rd"_s;
+    const QByteArray forms[] = {password.toUtf8(), QUrl::toPercentEncoding(password),
+                                QByteArray(reinterpret_cast<const char*>(password.utf16()), password.size() * 2)};
+    useTemplate(u"t01"_s);
+    post();
+    ASSERT_EQ(login().field("pass"), password.toUtf8());
+    context.windows.closeAll();
+    QTest::qWait(500); // the browser's own files are written when it has ended
+    int files = 0;
+    for (QDirIterator file(path({}), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); file.hasNext();
+         ++files) {
+        const QByteArray bytes = bytesOf(file.next());
+        for (const QByteArray& form : forms)
+            EXPECT_FALSE(bytes.contains(form)) << file.filePath().toStdString();
+    }
+    EXPECT_GT(files, 50) << "with those of the browser";
 }
 
 TEST_F(BlogLogin, T02LogsInByPlaces) {
