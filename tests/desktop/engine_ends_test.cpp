@@ -109,6 +109,20 @@ TEST_F(BlogEnds, OfRedirectsAreOne) {
     EXPECT_EQ(waited(), PageEnd::TimedOut);
 }
 
+TEST_F(BlogEnds, OfARedirectOutOfTheWebShowNothingOfIt) {
+    writeFile(path(u"secret.htm"_s), "<title>secret</title>");
+    for (const QByteArray& target :
+         {QUrl::fromLocalFile(path(u"secret.htm"_s)).toEncoded(), QByteArray("data:text/html,<title>secret</title>"),
+          QByteArray("javascript:document.title='secret'"), QByteArray("ftp://127.0.0.1/")}) {
+        show(kForm);
+        web.answerWith("/do", "302 Found", "Location: " + target + "\r\n");
+        page.click(named(u"go"_s));
+        waited(); // with an error page or none
+        EXPECT_NE(title(), u"secret"_s) << target.toStdString();
+        EXPECT_TRUE(page.locationUrl().startsWith(web.address())) << page.locationUrl().toStdString();
+    }
+}
+
 TEST_F(BlogEnds, OfAPageThatTellsAnErrorCountAndSayWhich) {
     show(kForm);
     EXPECT_EQ(page.problem(), QString());

@@ -314,7 +314,7 @@ TEST_F(BlogElements, AnImageButtonIsClickedAmongTheInputTags) {
     web.pages["/do"] = "done";
     page.click({.by = By::InputIndex, .index = 0});
     ASSERT_EQ(page.waitComplete(kLimit), PageEnd::Complete);
-    EXPECT_TRUE(web.asked.last().startsWith("/do?picture.x="));
+    EXPECT_TRUE(web.requestsFor("/do").value(0).address.startsWith("/do?picture.x="));
 }
 
 TEST_F(BlogElements, LinksAreToldByTheirHosts) {
@@ -340,7 +340,7 @@ TEST_F(BlogElements, ALinkIsClickedByItsPlaceAndRunsTheScriptOfThePage) {
     show(links);
     page.clickLink(25);
     ASSERT_EQ(page.waitComplete(kLimit), PageEnd::Complete);
-    EXPECT_EQ(web.asked.last(), "/link?25");
+    EXPECT_TRUE(web.asked.contains("/link?25"));
 }
 
 TEST_F(BlogElements, WhatIsMeantForANewWindowGoesWholeToThisOne) {
