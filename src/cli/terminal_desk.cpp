@@ -80,7 +80,7 @@ void TerminalDesk::updaterWindow(const platform::UpdaterWindow& shown) {
         return;
     }
     const bool isDue = !m_sinceUpdater.isValid() || m_sinceUpdater.hasExpired(kPauseMs);
-    if (!standardErrorIsTerminal() || (!isDue && shown.value < shown.max && shown.text == m_updaterText))
+    if (!isDue && shown.value < shown.max && shown.text == m_updaterText)
         return;
     m_updaterText = shown.text;
     m_sinceUpdater.start();

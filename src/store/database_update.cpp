@@ -123,7 +123,6 @@ void DatabaseUpdate::copyAll() {
         // A file that is made anew after any failure needs no way back.
         target.execute("PRAGMA journal_mode = MEMORY");
         target.execute("PRAGMA synchronous = OFF");
-        target.execute("PRAGMA cache_size = -32768");
         sqlite::Transaction transaction(target);
         TableCopy copy(*source, target, m_diary, m_version, m_run.clock.now().date().year());
         for (const TableRule& rule : tableRules()) {

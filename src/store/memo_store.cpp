@@ -119,6 +119,7 @@ QMultiHash<QByteArray, Fields> readFields(const QString& copy) {
         const auto* category = std::get_if<QByteArray>(&row[4]);
         const auto* lock = std::get_if<qint64>(&row[5]);
         Fields found{no ? *no : 0, category ? *category : QByteArray(), lock && *lock != 0};
+        found.category.detach(); // from the row
         if (found.no != 0 || !found.category.isEmpty() || found.isLocked)
             fields.insert(keyOf(row), std::move(found));
     }

@@ -30,7 +30,8 @@ public:
     /// not there; names compare without regard to case.
     virtual qint64 open(const QString& table, const QStringList& columns) = 0;
 
-    /// The next row's values in the order of the columns; false behind the last row.
+    /// The next row's values in the order of the columns, their texts good until the next call; false behind the last
+    /// row.
     virtual bool next(std::vector<OldValue>& row) = 0;
 };
 

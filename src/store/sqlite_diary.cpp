@@ -47,7 +47,7 @@ bool SqliteDiary::next(std::vector<OldValue>& row) {
         ++m_read;
         row.resize(std::size_t(m_columns));
         for (int i = 0; i < m_columns; ++i)
-            row[std::size_t(i)] = m_rows->value(i);
+            row[std::size_t(i)] = m_rows->borrowed(i);
         return true;
     }
     // A damaged tree may lead past rows that its index still counts.

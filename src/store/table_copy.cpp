@@ -162,7 +162,7 @@ void requireCopied(const QString& file, const std::vector<CopiedRows>& tables) {
         while (rows.next()) {
             ++count;
             for (int i = 0; i < rows.columns(); ++i)
-                addToChecksum(checksum, rows.value(i));
+                addToChecksum(checksum, rows.borrowed(i));
         }
         if (count != table.count || checksum != table.checksum)
             throw Failure(u"コピーした日記が元の日記と一致しません。"_s, file,

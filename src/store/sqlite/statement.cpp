@@ -27,7 +27,7 @@ Statement& Statement::bind(const std::vector<Value>& values) {
         if (const auto* number = std::get_if<qint64>(&value))
             bindAt(parameter, *number);
         else if (const auto* utf8 = std::get_if<QByteArray>(&value))
-            bindAt(parameter, QByteArrayView(*utf8));
+            bindUtf8(parameter, *utf8, SQLITE_STATIC);
         else
             bindAt(parameter, QString());
     }
@@ -70,6 +70,13 @@ qint64 Statement::integer64(int column) const {
 }
 
 Value Statement::value(int column) const {
+    Value value = borrowed(column);
+    if (auto* utf8 = std::get_if<QByteArray>(&value))
+        utf8->detach();
+    return value;
+}
+
+Value Statement::borrowed(int column) const {
     switch (sqlite3_column_type(m_handle, column)) {
     case SQLITE_NULL:
         return {};
@@ -86,7 +93,7 @@ Value Statement::value(int column) const {
         break;
     }
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_handle, column));
-    return QByteArray(bytes, sqlite3_column_bytes(m_handle, column));
+    return bytes ? QByteArray::fromRawData(bytes, sqlite3_column_bytes(m_handle, column)) : QByteArray();
 }
 
 void Statement::bindAt(int parameter, const QString& text) {
@@ -100,9 +107,12 @@ void Statement::bindAt(int parameter, const QString& text) {
 }
 
 void Statement::bindAt(int parameter, QByteArrayView utf8) {
+    bindUtf8(parameter, utf8, SQLITE_TRANSIENT);
+}
+
+void Statement::bindUtf8(int parameter, QByteArrayView utf8, void (*keeper)(void*)) {
     const char* bytes = utf8.isEmpty() ? "" : utf8.data(); // without an address it would be NULL
-    const int code =
-        sqlite3_bind_text64(m_handle, parameter, bytes, sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+    const int code = sqlite3_bind_text64(m_handle, parameter, bytes, sqlite3_uint64(utf8.size()), keeper, SQLITE_UTF8);
     if (code != SQLITE_OK)
         m_connection.fail(code);
 }

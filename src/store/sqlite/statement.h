@@ -37,6 +37,7 @@ public:
         (bindAt(++parameter, values), ...);
         return *this;
     }
+    /// Their texts are not copied: they must last until the statement has run.
     Statement& bind(const std::vector<Value>& values);
 
     /// Whether there is a (further) row.
@@ -56,10 +57,13 @@ public:
     bool boolean(int column) const { return integer(column) != 0; }
     /// A number with a fraction is its text, and any other bytes are themselves.
     Value value(int column) const;
+    /// The same, but a text is only good until the next row: it stays where the engine has it.
+    Value borrowed(int column) const;
 
 private:
     void bindAt(int parameter, const QString& text); ///< a null QString binds NULL
     void bindAt(int parameter, QByteArrayView utf8); ///< never NULL
+    void bindUtf8(int parameter, QByteArrayView utf8, void (*keeper)(void*));
     void bindAt(int parameter, qint64 number);
     void bindAt(int parameter, int number) { bindAt(parameter, qint64(number)); }
     void bindAt(int parameter, bool flag) { bindAt(parameter, qint64(flag)); }
