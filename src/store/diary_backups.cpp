@@ -43,11 +43,13 @@ QString damageOf(const Connection& connection) {
 /// The copy while it is made: gone at the end, unless it has its name by then.
 class CopyInWork {
 public:
-    CopyInWork(const core::Session& session, unsigned mode)
+    CopyInWork(const core::Session& session, const Connection& source, unsigned mode)
         : m_file(core::files::kBackupInWork.in(session)) {
         for (const QString& leftover : {m_file, m_file + kJournals[0]}) // of a run that was killed
             platform::removeFile(leftover);
-        platform::replaceFile(m_file, QByteArrayView(), platform::Durability::Derived, mode);
+        platform::replaceFile(
+            m_file, [&source](const platform::WriteBytes& write) { source.read(write); }, platform::Durability::Derived,
+            mode);
     }
     ~CopyInWork() {
         if (!m_isPlaced)
@@ -68,18 +70,12 @@ private:
 };
 
 /// What it returns from is a whole copy.
-void copyChecked(const QString& diary, const Connection& source, const QString& copy) {
-    const qint64 entries = entriesIn(source);
-    {
-        Connection target(copy, Access::ReadWrite);
-        target.execute("PRAGMA journal_mode = MEMORY"); // of a copy that breaks off nothing is needed
-        source.copyTo(target);
-    }
+void requireWhole(const QString& copy, const QString& diary, const Connection& source) {
     const Connection readBack(copy, Access::ReadOnly);
     QString reason;
     try {
         reason = damageOf(readBack);
-        if (reason.isEmpty() && entriesIn(readBack) != entries)
+        if (reason.isEmpty() && entriesIn(readBack) != entriesIn(source))
             reason = u"日記の件数が違います"_s;
     } catch (const Failure& failure) {
         reason = failure.reason();
@@ -90,6 +86,22 @@ void copyChecked(const QString& diary, const Connection& source, const QString& 
         throw Failure(u"日記データベースが壊れています。"_s, diary, damage, unchangedAndRestore());
     throw Failure(u"作成したバックアップを読み戻せません。"_s, copy, reason,
                   u"日記と今までのバックアップはそのままです。ディスクを確認してください。"_s);
+}
+
+/// Whether a copy, which is not the diary itself by another name, has the very bytes of it.
+bool holdsAll(const QString& copy, const QString& diary, const Connection& source) {
+    const QFileInfo info(copy);
+    QFile file(copy);
+    if (!info.isFile() || info.isSymLink() || platform::isSameFile(copy, diary) ||
+        !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return false;
+    bool isSame = true;
+    QByteArray block;
+    source.read([&](QByteArrayView piece) {
+        block.resize(piece.size());
+        isSame = isSame && file.read(block.data(), block.size()) == block.size() && block == piece;
+    });
+    return isSame && file.atEnd();
 }
 
 class Backups {
@@ -106,9 +118,15 @@ public:
         source.execute("BEGIN"); // the first row that is read fixes the state
         if (entriesIn(source) == 0)
             return {};
+        const unsigned mode = platform::modeOf(diary, 0600) | 0200;
+        if (holdsAll(file(1), diary, source)) {
+            platform::limitMode(file(1), mode);
+            removeSurplus();
+            return file(1);
+        }
         platform::makeFolder(core::GetParentFolder(m_folder), 0700);
-        CopyInWork copy(m_session, platform::modeOf(diary, 0600) | 0200);
-        copyChecked(diary, source, copy.file());
+        CopyInWork copy(m_session, source, mode);
+        requireWhole(copy.file(), diary, source);
         displace(copy.file());
         copy.moveTo(file(1));
         removeSurplus();

@@ -7,12 +7,13 @@
 
 namespace velloria::store {
 
-/// Copies the diary of the run to the name of the present day, through the engine, so that the copy is whole whatever
-/// other programs do. It takes its name only after it has been read back: the engine finds nothing wrong, and it has
-/// the entries that the diary had at that moment. What had the name moves on when it differs; what the rule keeps no
-/// longer goes then, and nothing else. Nobody may read a copy who may not read the diary. Returns the file; "" for a
-/// diary that is missing, has no entries or is of the format before this one: of these there is no copy here. Throws
-/// platform::Failure for an unsound diary, and when the machine refuses: the copies that were there stay.
+/// Copies the diary of the run to the name of the present day, under the engine's lock, so that the copy is whole
+/// whatever other programs do. It takes its name only after it has been read back: the engine finds nothing wrong, and
+/// it has the entries that the diary had at that moment. A copy that has the very bytes of the diary stays as it is;
+/// what else had the name moves on, and what the rule keeps no longer goes then, and nothing else. Nobody may read a
+/// copy who may not read the diary. Returns the file; "" for a diary that is missing, has no entries or is of the
+/// format before this one: of these there is no copy here. Throws platform::Failure for an unsound diary, and when the
+/// machine refuses: the copies that were there stay.
 ///
 /// The caller has no connection to the diary open: one that holds a lock would lose it. It is a step of a command that
 /// has the pointer for itself.

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -66,6 +67,31 @@ TEST_F(DiaryBackups, OfOneDayMoveOnWhenTheyDiffer) {
     setNow(u"2004/05/07 07:08:09"_s);
     makeBackup(run);
     EXPECT_EQ(names(), QStringList({u"diary-20040506.mdb"_s, u"diary-20040507.mdb"_s}));
+}
+
+TEST_F(DiaryBackups, OfTheSameDiaryIsNotMadeAgain) {
+    copyWith(u"a"_s);
+    const QByteArray name = QFile::encodeName(today());
+    struct stat made;
+    struct stat now;
+    ASSERT_EQ(::stat(name.constData(), &made), 0);
+    ASSERT_EQ(::chmod(name.constData(), 0644), 0);
+    EXPECT_EQ(makeBackup(run), today());
+    ASSERT_EQ(::stat(name.constData(), &now), 0);
+    EXPECT_EQ(now.st_ino, made.st_ino);
+    EXPECT_EQ(now.st_mode & 0777, 0600U) << "as if it were new";
+    const QByteArray bytes = bytesOf(today());
+    EXPECT_TRUE(bytes == bytesOf(file()));
+    for (const QByteArray& other : {bytes.chopped(1), bytes + '\0', QByteArray(bytes).replace(4000, 1, "?")}) {
+        writeFile(today(), other);
+        makeBackup(run);
+        EXPECT_TRUE(bytesOf(today()) == bytes);
+        EXPECT_TRUE(bytesOf(today(2)) == other);
+    }
+    platform::removeFile(today());
+    ASSERT_EQ(::link(QFile::encodeName(file()).constData(), name.constData()), 0);
+    makeBackup(run);
+    EXPECT_FALSE(platform::isSameFile(today(), file())) << "a second name is no copy";
 }
 
 TEST_F(DiaryBackups, TheOneThatIsAboutToBeRestoredStays) {

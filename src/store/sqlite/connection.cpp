@@ -165,18 +165,9 @@ QByteArray Connection::bytes() const {
     return bytes;
 }
 
-void Connection::copyTo(const Connection& target) const {
-    constexpr int kAllPages = -1;
-    sqlite3_backup* const copy = sqlite3_backup_init(target.m_handle, "main", m_handle, "main");
-    if (!copy)
-        target.fail(sqlite3_extended_errcode(target.m_handle));
-    const int code = sqlite3_backup_step(copy, kAllPages);
-    sqlite3_backup_finish(copy);
-    if (code != SQLITE_DONE)
-        target.fail(code);
-}
-
 void Connection::read(const std::function<void(QByteArrayView)>& take) const {
+    if (hasWriteAheadLog())
+        return take(bytes());
     sqlite3_file* file = nullptr;
     sqlite3_int64 size = 0;
     int code = sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);

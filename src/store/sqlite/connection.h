@@ -55,10 +55,8 @@ public:
     bool hasLostItsFile() const;
     /// The diary as one file without a log, in the state of the transaction under way.
     QByteArray bytes() const;
-    /// Fills the empty file of `target` with the diary in the state of the transaction under way, page by page.
-    void copyTo(const Connection& target) const;
-    /// The file as it lies, piece by piece, when there is no log. Another descriptor of this program, once closed,
-    /// would take this connection's lock along.
+    /// The same, piece by piece. Another descriptor of this program, once closed, would take this connection's lock
+    /// along.
     void read(const std::function<void(QByteArrayView)>& take) const;
     sqlite3* handle() const { return m_handle; }
     [[noreturn]] void fail(int code) const;
