@@ -78,6 +78,19 @@ class Import(Exchange):
         self.assertEqual(self.sql("SELECT Contents FROM Contents WHERE Number = 2"),
                          [('<p><img src="./DiaryParts/ume_1.png" width="300" alt=""></p>',)])
 
+    def test_an_import_that_is_taken_back_leaves_every_row(self):
+        self.put(entry("2024/03/10", "a", Contents="x"), entry("2024/03/10", "b", Genre="g", Private=True))
+        write(self.folder + "2024-03-09_1.txt", "1")
+        rows = "SELECT * FROM Contents ORDER BY RecordID"
+        before = self.sql(rows)
+        for format in ("text", "text"):
+            self.assertEqual(self.take(format, self.folder).code, 0)
+        groups = [group for group, in self.must("import", "groups").rows]
+        self.assertEqual(groups, ["2004/02/29 テキスト(2)", "2004/02/29 テキスト"])
+        for group in reversed(groups):
+            self.must("import", "delete", group)
+        self.assertEqual(self.sql(rows), before)
+
     def test_a_diary_of_somebody_else_at_work_is_left_alone(self):
         holder = subprocess.Popen(["sqlite3", self.database], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         try:

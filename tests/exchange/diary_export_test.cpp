@@ -433,6 +433,8 @@ TEST(BalancedHtml, ManyTagsAreReadSoon) {
     for (const QString& tag : {u"<b>"_s, u"</b>"_s, u"<a \""_s, u"<"_s, u"<!--"_s, u"<li>"_s, u"<dl><dt>"_s,
                                u"<p><b>"_s, u"<script>"_s, u"<b></i>"_s})
         EXPECT_FALSE(exchange::balancedHtml(tag.repeated(100'000 / tag.size())).isNull());
+    const QString deep = u"<table><td><table>"_s + u"<b>"_s.repeated(30'000);
+    EXPECT_FALSE(exchange::balancedHtml(deep + u"<td></td>"_s.repeated(20'000)).isNull());
 }
 
 } // namespace

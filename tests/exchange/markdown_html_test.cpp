@@ -65,5 +65,16 @@ TEST(TitledMarkdown, ATextWithoutOneIsKnownByItsFirstLine) {
     EXPECT_EQ(exchange::firstWords({}), u""_s);
 }
 
+TEST(TitledMarkdown, TheFirstWordsAreNoPictures) {
+    EXPECT_EQ(exchange::firstWords(u"![a](b.png)\n ![](c) ![d](e)\n\n x ![f](g)y\nz"_s), u"x y"_s);
+    EXPECT_EQ(exchange::firstWords(u"![a] ![b](c)d"_s), u"![a] d"_s);
+    EXPECT_EQ(exchange::firstWords(u"![a](b"_s), u"![a](b"_s);
+    EXPECT_EQ(exchange::firstWords(u"![a](b)"_s), u""_s);
+    for (const QString& end : {u""_s, u")"_s, u"]"_s, u"]()"_s}) {
+        for (const QString& mark : {u"!["_s, u"![]"_s, u"![]("_s})
+            EXPECT_LE(exchange::firstWords(mark.repeated(300'000) + end).size(), 41);
+    }
+}
+
 } // namespace
 } // namespace velloria::tests

@@ -141,35 +141,41 @@ private:
             closeTo(m_open.size() - 1);
         m_written += tag;
         if (!kVoid.contains(name) && !tag.endsWith(u"/>")) {
+            m_places[name] += m_open.size();
             m_open += name;
-            ++m_times[name];
         }
     }
 
-    bool isOpen(const QString& name) const { return m_times.value(name) > 0; }
+    /// Where the innermost open one of these is; -1 when there is none.
+    qsizetype innermost(const QSet<QString>& names) const {
+        qsizetype place = -1;
+        for (const QString& name : names) {
+            const QList<qsizetype> places = m_places.value(name);
+            place = places.isEmpty() ? place : std::max(place, places.constLast());
+        }
+        return place;
+    }
 
     void closeSibling(const Siblings& siblings) {
-        if (std::ranges::none_of(siblings.names, [&](const QString& name) { return isOpen(name); }))
-            return;
-        for (qsizetype at = m_open.size(); at-- > 0 && !siblings.within.contains(m_open[at]);) {
-            if (siblings.names.contains(m_open[at]))
-                return closeTo(at);
-        }
+        const qsizetype place = innermost(siblings.names);
+        if (place > innermost(siblings.within))
+            closeTo(place);
     }
 
     void end(const QString& name, QStringView tag) {
-        if (!isOpen(name))
+        const qsizetype place = innermost({name});
+        if (place < 0)
             return;
-        closeTo(m_open.lastIndexOf(name) + 1);
+        closeTo(place + 1);
         m_open.removeLast();
-        --m_times[name];
+        m_places[name].removeLast();
         m_written += tag;
     }
 
     void closeTo(qsizetype size) {
         while (m_open.size() > size) {
             const QString name = m_open.takeLast();
-            --m_times[name];
+            m_places[name].removeLast();
             m_written += u"</"_s + name + u'>';
         }
     }
@@ -177,7 +183,7 @@ private:
     QStringView m_html;
     QString m_written = u""_s;
     QStringList m_open;
-    QHash<QString, qsizetype> m_times; ///< how often each is open
+    QHash<QString, QList<qsizetype>> m_places; ///< of each name in m_open
     int m_brokenTags = 0;
 };
 

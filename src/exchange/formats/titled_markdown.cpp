@@ -3,13 +3,33 @@
 #include "exchange/formats/html_text.h"
 #include "exchange/formats/markdown_html.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace velloria::exchange {
+namespace {
+
+/// A line without "![name](address)".
+QString withoutPictures(QStringView line) {
+    QString words;
+    qsizetype copied = 0;
+    for (qsizetype at = line.indexOf(u"!["); at >= 0; at = line.indexOf(u"![", at)) {
+        const qsizetype bracket = line.indexOf(u']', at);
+        const bool hasAddress = line.sliced(bracket + 1).startsWith(u'(');
+        const qsizetype end = hasAddress ? line.indexOf(u')', bracket) : bracket;
+        if (bracket < 0 || end < 0)
+            break; // no other one ends either
+        if (hasAddress) {
+            words += line.sliced(copied, at - copied);
+            copied = end + 1;
+        }
+        at = end + 1;
+    }
+    return words + line.sliced(copied).toString();
+}
+
+} // namespace
 
 TitledMarkdown titledMarkdown(const QString& markdown) {
     qsizetype begin = 0;
@@ -29,9 +49,14 @@ TitledMarkdown titledMarkdown(const QString& markdown) {
 QString firstWords(const QString& markdown) {
     constexpr qsizetype kLongest = 40;
     constexpr qsizetype kLongestLine = 1000;
-    const QString text = QString(markdown).remove(QRegularExpression(u"!\\[[^\\]\\n]*\\]\\([^)\\n]*\\)"_s)).trimmed();
-    const QString line = plainMarkdown(text.section(u'\n', 0, 0).left(kLongestLine));
-    return line.size() > kLongest ? line.first(kLongest) + u"…"_s : line;
+    for (const QStringView line : QStringView(markdown).split(u'\n')) {
+        const QString words = withoutPictures(line).trimmed();
+        if (words.isEmpty())
+            continue;
+        const QString plain = plainMarkdown(words.left(kLongestLine));
+        return plain.size() > kLongest ? plain.first(kLongest) + u"…"_s : plain;
+    }
+    return u""_s;
 }
 
 QString plainMarkdown(const QString& line) {
