@@ -35,7 +35,7 @@ void connectDesk(desktop::QtDesk& desk, desktop::Context& context, desktop::Soun
                  desktop::WaitBox& waits, shell::UpdaterView& updates) {
     desk.beforeBox = [&context, &waits, &updates] {
         context.windows.unload<shell::StartForm>();
-        waits.end();
+        waits.makeWay();
         updates.makeWayForBox();
     };
     desk.showStatus = [&context](const QString& text) {

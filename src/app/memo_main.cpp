@@ -40,7 +40,7 @@ int run(QApplication& application) {
     const platform::SystemClock clock;
     desktop::QtDesk desk;
     desktop::WaitBox waits;
-    desk.beforeBox = [&waits] { waits.end(); };
+    desk.beforeBox = [&waits] { waits.makeWay(); };
     const core::Run run{session, clock, desk};
     try {
         const QStringList arguments = QCoreApplication::arguments().sliced(1);

@@ -15,6 +15,7 @@ constexpr std::chrono::milliseconds kShortWait{400};
 constexpr std::chrono::milliseconds kEndOfWait{200};
 constexpr std::chrono::milliseconds kMoment{20};
 constexpr std::chrono::milliseconds kTypingPause{1000};
+constexpr std::chrono::milliseconds kLongestText{30'000}; ///< that is typed without a pause
 
 // The objects of the browser engine bring no type information that a sanitizer could read.
 
@@ -46,6 +47,19 @@ WaitBox::WaitBox() {
     qApp->installEventFilter(this);
 }
 
+void WaitBox::makeWay() {
+    m_end.stop();
+    QElapsedTimer sinceAsked;
+    sinceAsked.start();
+    ++m_depth;
+    while (m_box && m_box->isVisible() && !m_typed.empty() && !m_sinceTyped.hasExpired(kTypingPause.count()) &&
+           !sinceAsked.hasExpired(kLongestText.count()))
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    --m_depth;
+    end();
+}
+
+/// The wait is over, which else shows a moment later.
 void WaitBox::end() {
     m_end.stop();
     if (!m_box)

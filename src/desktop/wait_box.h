@@ -27,14 +27,16 @@ class WaitBox : public QObject {
 public:
     WaitBox();
 
-    /// The wait is over, which else shows a moment later: a box that comes now must not stand over this one.
-    void end();
+    /// Another box comes now, which must not stand over this one. Who is typing is let come to a pause first: until the
+    /// screen has turned to that box, nobody hears what is typed behind it.
+    void makeWay();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void serve(platform::Waiting& waiting);
+    void end();
     void show(const QString& what);
     bool isWaiting() const { return m_depth > 0 || m_box; }
     const QWidget* cover() const;

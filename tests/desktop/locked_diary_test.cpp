@@ -148,7 +148,7 @@ TEST_F(LockedDiary, CanBeLeftAndKeepsTheTextUnsaved) {
 
 TEST_F(LockedDiary, WhatIsSaidBehindTheWaitStays) {
     desktop::QtDesk qtDesk;
-    qtDesk.beforeBox = [this] { waits.end(); };
+    qtDesk.beforeBox = [this] { waits.makeWay(); };
     int seenMs = 0;
     QTimer watch;
     QElapsedTimer shown;
