@@ -76,9 +76,8 @@ TEST_F(Keyboard, StaysWithTheImageMaker) {
     leaveNext(kEnter);
     pressAt(control(window, u"Btn_OK"_s), kSpace);
     ASSERT_TRUE(hasNoDialog());
-    EXPECT_EQ(QApplication::activeWindow(), context.windows.find<editor::frmHTMLMakeImage>()
-                                                ? static_cast<QWidget*>(&window)
-                                                : static_cast<QWidget*>(&top()));
+    EXPECT_TRUE(becomesActive(context.windows.find<editor::frmHTMLMakeImage>() ? static_cast<QWidget&>(window)
+                                                                               : static_cast<QWidget&>(top())));
 }
 
 TEST_F(Keyboard, StaysWithTheFileRegister) {

@@ -10,6 +10,10 @@
 #include <QProcess>
 #include <QTimer>
 
+#include <algorithm>
+#include <list>
+#include <utility>
+
 namespace velloria::tests {
 
 /// Fixture: the program's own desk, a day in the editor, the caret in its first pane.
@@ -19,7 +23,11 @@ protected:
         qtDesk.setMainWindow(&top());
         qApp->installEventFilter(&spy);
     }
-    ~RealKeys() override { tidyUp(context, home); }
+    ~RealKeys() override {
+        EXPECT_TRUE(waitFor(isAllPressed)) << "the keys of this test must not go to the next one";
+        presses.clear();
+        tidyUp(context, home);
+    }
 
     void SetUp() override {
         top().resize(1100, 800);
@@ -40,16 +48,21 @@ protected:
     QPlainTextEdit& pane() { return *contents().findChild<QPlainTextEdit*>(QStringLiteral("txtContents")); }
 
     /// Starts pressing and comes back at once: what the keys do may wait in here for a box.
-    static void begin(const QStringList& words) { QProcess::startDetached(QStringLiteral("xdotool"), words); }
+    static void begin(const QStringList& words) { presses.emplace_back().start(QStringLiteral("xdotool"), words); }
+    /// Whether the screen has got all that was begun; the program gets it a little later.
+    static bool isAllPressed() {
+        return std::all_of(presses.begin(), presses.end(), [](QProcess& press) {
+            return press.state() == QProcess::NotRunning || press.waitForFinished(0);
+        });
+    }
     /// Presses a key and waits until a window of the program got it.
     void press(const QString& key) {
-        const int before = spy.releases;
-        const auto hasCome = [&] { return spy.releases > before; };
-        begin({QStringLiteral("key"), key});
-        // Between two windows nobody has the keyboard, and on a busy machine that takes a while.
-        if (constexpr int kSurelyLostMs = 10'000; !QTest::qWaitFor(hasCome, kSurelyLostMs))
-            begin({QStringLiteral("key"), key});
-        EXPECT_TRUE(waitFor(hasCome)) << key.toStdString();
+        EXPECT_TRUE(waitFor(isAllPressed));
+        spy.isDown = spy.isStroke = spy.isBlocked = false; // the release of an earlier key may still be on its way
+        const auto pressed = [&] { begin({QStringLiteral("key"), key}); };
+        EXPECT_TRUE(doUntil(pressed, [&] { return spy.isDown || spy.isStroke; })) << key.toStdString();
+        // One that has come is not pressed again. The box that it opened may have kept its release from the windows.
+        EXPECT_TRUE(waitFor([&] { return spy.isStroke || spy.isBlocked; })) << key.toStdString();
         settle();
     }
     /// Goes to the control as its window's own and presses a key there.
@@ -102,14 +115,22 @@ protected:
         [[gnu::no_sanitize("vptr")]] bool eventFilter(QObject* watched, QEvent* event) override {
             if (watched->isWidgetType() && event->type() == QEvent::KeyPress)
                 window = static_cast<QWidget*>(watched)->window();
-            if (watched->isWindowType() && event->type() == QEvent::KeyRelease)
-                ++releases;
+            if (!watched->isWindowType())
+                return false;
+            if (event->type() == QEvent::KeyPress)
+                isDown = true;
+            if (event->type() == QEvent::KeyRelease)
+                isStroke = std::exchange(isDown, false) || isStroke;
+            isBlocked = isBlocked || event->type() == QEvent::WindowBlocked;
             return false;
         }
         const QWidget* window = nullptr;
-        int releases = 0;
+        bool isDown = false;
+        bool isStroke = false;  ///< a key was pressed and released
+        bool isBlocked = false; ///< a window was blocked by another one
     };
 
+    static inline std::list<QProcess> presses; ///< that this test has begun
     Spy spy;
     desktop::QtDesk qtDesk;
     desktop::Context context{{session, clock, qtDesk}};

@@ -11,6 +11,14 @@ protected:
     static void moveAndClick(const QPoint& place) {
         begin({u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s, u"1"_s});
     }
+    /// What the screen has got comes to the program within this.
+    static constexpr int kOnItsWayMs = 500;
+    /// Waits for that, and serves nothing meanwhile.
+    static void standStill() {
+        for (QProcess& press : presses)
+            EXPECT_TRUE(press.state() == QProcess::NotRunning || press.waitForFinished(kPatienceMs));
+        QThread::msleep(kOnItsWayMs);
+    }
     static QMessageBox* box() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
 };
 
@@ -21,11 +29,14 @@ TEST_F(DuringAnUpdate, KeysAndClicksDoNothingAndTheKeyboardStays) {
         begin({u"type"_s, u"--delay"_s, u"30"_s, u"abc def"_s});
         moveAndClick(calendar().mapToGlobal(QPoint(120, 120)));
     });
+    bool hasBegunAll = false;
     QTimer::singleShot(700, &top(), [&] {
         begin({u"key"_s, u"ctrl+n"_s, u"key"_s, u"alt+d"_s, u"key"_s, u"F1"_s, u"key"_s, u"ctrl+f"_s});
         moveAndClick(top().mapToGlobal(QPoint(20, 10))); // a menu
+        hasBegunAll = true;
     });
-    work(1800);
+    EXPECT_TRUE(workUntil([&] { return hasBegunAll && isAllPressed(); }));
+    work(kOnItsWayMs);
     qtDesk.closeUpdaterWindow();
     settle();
     EXPECT_EQ(pane().toPlainText(), u"kept"_s);
@@ -42,18 +53,17 @@ TEST_F(DuringAnUpdate, WhatWaitsAtItsEndReachesNeitherBoxNorText) {
     qtDesk.updaterWindow({u"1"_s});
     // Nothing is served from here on: all of it waits.
     begin({u"key"_s, u"a"_s, u"key"_s, u"space"_s, u"key"_s, u"Return"_s, u"key"_s, u"Escape"_s});
-    QThread::msleep(800);
-    bool isAnswered = false;
+    standStill();
     bool stood = false;
-    QTimer::singleShot(900, &top(), [&] {
-        stood = box() && !isAnswered;
-        begin({u"key"_s, u"Return"_s});
+    whenShown<QMessageBox>([&](QMessageBox& shown) {
+        QTest::qWait(kOnItsWayMs);
+        stood = box() == &shown;
+        leave(shown, u"Return"_s);
     });
     qtDesk.message(platform::MessageKind::Plain, u"done"_s, u"Velloria"_s);
-    isAnswered = true;
     EXPECT_TRUE(stood);
     begin({u"key"_s, u"b"_s});
-    QThread::msleep(500);
+    standStill();
     qtDesk.closeUpdaterWindow();
     settle();
     QTest::qWait(200);
@@ -66,7 +76,8 @@ TEST_F(DuringAnUpdate, WhatWaitsAtItsEndReachesNeitherBoxNorText) {
 TEST_F(DuringAnUpdate, TheFrameOfTheMainWindowClosesItAfterTheEnd) {
     QTest::keyClicks(&pane(), u"half"_s);
     QTimer::singleShot(200, &top(), [] { begin({u"key"_s, u"alt+F4"_s}); });
-    work(1000);
+    EXPECT_TRUE(workUntil([] { return !presses.empty() && isAllPressed(); }));
+    work(kOnItsWayMs);
     EXPECT_TRUE(top().isVisible());
     QString question;
     qtDesk.closeUpdaterWindow();
