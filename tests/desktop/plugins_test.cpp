@@ -77,8 +77,8 @@ TEST_F(PluginCommands, APluginThatThrowsEndsItsCommandAndNotTheProgram) {
         QString command;
         QString call;
     } cases[] = {{u"MnuVellInfo"_s, u"set_paths 7"_s},
-                 {u"MnuVellInfo"_s, u"run 7"_s},
-                 {u"MnuVellInfo"_s, u"run"_s},
+                 {u"MnuVellInfo"_s, u"run_with_host 7"_s},
+                 {u"MnuVellInfo"_s, u"run_with_host"_s},
                  {u"MnuVellInfoDll"_s, u"get_version_major 7"_s},
                  {u"MnuPING"_s, u"pings_execute 7"_s}};
     for (const auto& [command, call] : cases) {
