@@ -24,10 +24,9 @@ char16_t escapedCode(QByteArrayView json, qsizetype at) {
     return isCode ? code : u'\0';
 }
 
-/// The parser takes half a character for a question mark.
-QByteArray withoutHalves(QByteArray json, qsizetype* halves) {
+QByteArray withoutHalves(QByteArray json, qsizetype& halves) {
     constexpr qsizetype kEscape = 6;
-    qsizetype count = 0;
+    halves = 0;
     for (qsizetype at = json.indexOf('\\'); at >= 0; at = json.indexOf('\\', at)) {
         const char16_t code = escapedCode(json, at);
         if (QChar::isHighSurrogate(code) && QChar::isLowSurrogate(escapedCode(json, at + kEscape))) {
@@ -35,13 +34,11 @@ QByteArray withoutHalves(QByteArray json, qsizetype* halves) {
         } else if (QChar::isSurrogate(code)) {
             json.replace(at, kEscape, "\\ufffd");
             at += kEscape;
-            ++count;
+            ++halves;
         } else {
             at += 2;
         }
     }
-    if (halves)
-        *halves = count;
     return json;
 }
 
@@ -59,7 +56,7 @@ QByteArrayView withoutSignature(QByteArrayView file) {
 }
 
 QJsonDocument parseJson(const QByteArray& written, QJsonParseError* error, qsizetype* halves) {
-    const QByteArray json = withoutHalves(written, halves);
+    const QByteArray json = halves ? withoutHalves(written, *halves) : written;
     if (!json.contains(kSignature))
         return QJsonDocument::fromJson(json, error);
     // The parser reads each text as if it were a file. As an escape the character passes; outside of a text it is none.

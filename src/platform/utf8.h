@@ -15,8 +15,9 @@ QString fromUtf8(QByteArrayView utf8);
 QByteArrayView withoutSignature(QByteArrayView file);
 
 /// One document whose texts keep a U+FEFF in front. In front of the document itself it is an error: a file loses its
-/// signature before. An escape that is half of a character ("\ud83d" alone), which other programs leave where they cut
-/// a text, reads as U+FFFD; `halves` gets how many there are.
+/// signature before. An escape that is half of a character ("\ud83d" alone) makes a text that is no valid UTF-16.
+/// Other programs leave such halves where they cut a text: for whoever takes their number in `halves` they read as
+/// U+FFFD.
 QJsonDocument parseJson(const QByteArray& json, QJsonParseError* error, qsizetype* halves = nullptr);
 
 } // namespace velloria::platform

@@ -101,6 +101,11 @@ TEST_F(DayOne, HalfACharacterIsMarkedAndCounted) {
         u"j.json"_s, R"({"entries":[{"creationDate":"2024-03-09T00:00:00Z","text":"# a\n\nb\ud83d \ud83d\ude00"}]})"));
     EXPECT_EQ(diary.entries.at(0).entry.contents, u"<p>b\uFFFD 😀</p>"_s);
     EXPECT_EQ(diary.losses.text(), u"持ち込めないもの: 半分だけの文字 (�にします) 1件"_s);
+    const ForeignDiary rich = exchange::readDayOne(write(
+        u"rich.json"_s,
+        R"({"entries":[{"creationDate":"2024-03-09T00:00:00Z","richText":"{\"contents\":[{\"text\":\"b\\ud83d\"}]}"}]})"));
+    EXPECT_EQ(rich.entries.at(0).entry.contents, u"<p>b\uFFFD</p>"_s);
+    EXPECT_TRUE(rich.losses.text().contains(u"半分だけの文字 (�にします) 1件"_s)) << rich.losses.text().toStdString();
 }
 
 TEST_F(DayOne, WhatIsNoJournalIsRefused) {

@@ -81,6 +81,11 @@ TEST_F(MarkdownDiary, ADateIsThatOfTheClockWhereItWasWritten) {
     EXPECT_EQ(dayOf("9999-12-31"), u"9999/12/31"_s);
 }
 
+TEST_F(MarkdownDiary, HalfACharacterOfAHeadIsMarkedAndCounted) {
+    EXPECT_EQ(entryOf(R"({"date":"2024-03-09","title":"a\ud83d"})").title, u"a\uFFFD"_s);
+    EXPECT_EQ(losses, u"持ち込めないもの: 半分だけの文字 (�にします) 1件"_s);
+}
+
 TEST_F(MarkdownDiary, ADateThatDoesNotExistIsNamed) {
     for (const QByteArray date : {"2024-02-31", "0000-01-01", "0099-01-01", "2024-13-01", "2024-03-09 25:00",
                                   "10000-01-01", "yesterday", "2024-03"}) {

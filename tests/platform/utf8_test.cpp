@@ -70,6 +70,8 @@ TEST(Utf8, HalfACharacterInJsonIsMarkedAndCounted) {
         qsizetype halves = -1;
         EXPECT_EQ(parseJson(json, nullptr, &halves).array().at(0).toString(), text) << json;
         EXPECT_EQ(halves, count) << json;
+        // Who does not count them can tell them still.
+        EXPECT_EQ(parseJson(json, nullptr).array().at(0).toString().isValidUtf16(), count == 0) << json;
     }
     for (const char* json : {R"(["\u)", R"(["\ud8)", R"(["\ud83d)", R"(["\ud83d\)", R"(["\ud83d\u)", "\\"})
         EXPECT_TRUE(parseJson(json, nullptr).isNull()) << json;

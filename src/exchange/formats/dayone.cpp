@@ -67,11 +67,13 @@ QString withAllPhotos(QString markdown, const std::vector<Photo>& photos) {
 }
 
 /// The words alone of the text that newer programs write beside the plain one.
-QString plainOfRichText(const QJsonObject& entry) {
+QString plainOfRichText(const QJsonObject& entry, Losses& losses) {
     QString text;
     const QByteArray rich = entry.value(u"richText").toString().toUtf8();
-    for (const QJsonValue& piece : platform::parseJson(rich, nullptr).object().value(u"contents").toArray())
+    qsizetype halves = 0;
+    for (const QJsonValue& piece : platform::parseJson(rich, nullptr, &halves).object().value(u"contents").toArray())
         text += piece.toObject().value(u"text").toString();
+    losses.countHalves(halves);
     return text;
 }
 
@@ -112,7 +114,7 @@ ForeignEntry readEntry(const QJsonObject& json, const WrittenDate& date, const Q
     for (const Photo& photo : photos)
         files.insert(kMoment + photo.identifier, photo.file);
     const QJsonValue written = json.value(u"text");
-    const TitledMarkdown text = titledMarkdown(written.isString() ? written.toString() : plainOfRichText(json));
+    const TitledMarkdown text = titledMarkdown(written.isString() ? written.toString() : plainOfRichText(json, losses));
     entry.title = text.title.isEmpty() ? firstWords(text.body) : text.title;
     const PictureOf pictureOf = [&](const QString& address) -> std::optional<QString> {
         const QString named = files.value(address.toLower());

@@ -140,7 +140,7 @@ std::optional<QString> jsonText(const QJsonValue& value) {
 
 void readJson(const QString& block, FrontMatter& matter) {
     QJsonParseError error;
-    const QJsonObject root = platform::parseJson(block.toUtf8(), &error).object();
+    const QJsonObject root = platform::parseJson(block.toUtf8(), &error, &matter.halves).object();
     if (error.error != QJsonParseError::NoError)
         refuse(u"JSONではありません (%1)"_s.arg(error.errorString()));
     for (auto member = root.begin(); member != root.end(); ++member) {

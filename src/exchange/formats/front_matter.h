@@ -23,6 +23,7 @@ struct FrontMatter {
         values; ///< by key in small letters; a number, true and false are text as they are written
     QString body;
     bool isThere = false; ///< a file may do without
+    qsizetype halves = 0; ///< characters of which the head has one half; they read as U+FFFD
 
     /// Whether a site that is made of it leaves it out, in any of the words that one of the languages has for yes and
     /// no.

@@ -152,6 +152,7 @@ void readHead(const FrontMatter& matter, const Source& source, store::Entry& ent
     if (const QStringList tags = wordsOf(matter, u"tags"_s, u"tag"_s); !tags.isEmpty())
         losses.count(u"タグ"_s, tags.size());
     countOthers(matter, losses);
+    losses.countHalves(matter.halves);
 }
 
 /// The head's date, else that of the name; a draft without either is of the day on which it was written.
