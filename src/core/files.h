@@ -73,6 +73,9 @@ inline constexpr File kLarkport = ofProgram("Larkport.dll");
 inline constexpr File kWrenport = ofProgram("Wrenport.dll");
 inline constexpr File kVellInfo = ofProgram("VellInfo.dll");
 
+/// In a user's own copy of the program folder: the plug-ins and the memo program that it has had, a name a line.
+inline constexpr File kSeededList = ofProgram("seeded.lst");
+
 /// The user's: settings, diary, and what keeps texts of it.
 inline constexpr File kSettings = ofUser("diary.ini");
 inline constexpr File kDiary = ofUser("diary.mdb");

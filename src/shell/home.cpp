@@ -52,12 +52,9 @@ void copyFiles(const QString& from, const QString& to, const QStringList& names,
     }
 }
 
-/// In the home: what has been there, a name a line. Nothing else knows this file.
-constexpr core::File kSeededList = core::files::ofProgram("seeded.lst");
-
 /// Those that have been there are listed.
 void copyOptional(const QString& from, const QString& to) {
-    const QString list = kSeededList.below(to);
+    const QString list = core::files::kSeededList.below(to);
     const QByteArray known = platform::readFileIfThere(list).value_or(QByteArray());
     QStringList seeded = QString::fromUtf8(known).split(u'\n', Qt::SkipEmptyParts);
     const qsizetype before = seeded.size();
