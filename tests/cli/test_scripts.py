@@ -235,12 +235,25 @@ class Summary(ScriptTest):
             *=D/A.B) echo 'last' ;;
             *) exit 9 ;;
         esac""")
-        for code, told in ((0, ["3 tests, 0 of them failed"]), (3, ["A.C ended with 3", "3 tests, 1 of them failed"])):
+        for code, told in ((0, ["3 tests in 3 processes, 0 of which failed"]),
+                           (3, ["A.C ended with 3", "3 tests in 3 processes, 1 of which failed"])):
             done = self.run_in(sys.executable, "-B", script, "*", "some_tests", check=False, CODE=str(code))
             self.assertEqual(done.returncode, 1 if code else 0, done.stderr)
             lines = done.stdout.splitlines()
             self.assertEqual(lines[3:], told)
             self.assertEqual(sorted(lines[:3]), ["SKIPPED A.B: no screen", "fails", "last"])
+
+    def test_many_tests_side_by_side_share_processes_and_each_is_run_once(self):
+        script = ROOT / "tests" / "support" / "side_by_side.py"
+        names = [f"T{number}" for number in range(1000)]
+        self.program("many_tests", """case "$*" in
+            *list_tests) echo A.; seq -f '  T%g' 0 999 ;;
+            *) echo "${1#--gtest_filter=}" | tr : '\\n' ;;
+        esac""")
+        lines = self.run_in(sys.executable, "-B", script, "*", "many_tests").stdout.splitlines()
+        self.assertRegex(lines[-1], r"^1000 tests in \d+ processes, 0 of which failed$")
+        self.assertLess(int(lines[-1].split()[3]), 1000)
+        self.assertEqual(sorted(lines[:-1]), sorted(f"A.{name}" for name in names))
 
     def unittest_run(self, tests, ci):
         (self.folder / "test_it.py").write_text(
