@@ -64,9 +64,14 @@ UnfinishedFolder::UnfinishedFolder(const QString& target)
     removeLeftovers(place);
     do {
         m_path = place + u'/' + kPrefix + QString::number(QRandomGenerator::system()->generate64(), 36);
-        if (::mkdir(QFile::encodeName(m_path).constData(), 0777) != 0 && errno != EEXIST)
+        if (::mkdir(QFile::encodeName(m_path).constData(), 0777) != 0)
             refuse(m_target, errno);
         m_lock = std::make_unique<Descriptor>(opened(m_path));
+        if (m_lock->value() < 0 && errno != ENOENT) { // which would be another program that took it away
+            const int reason = errno;
+            QDir().rmdir(m_path);
+            refuse(m_target, reason);
+        }
     } while (m_lock->value() < 0 || !isMine(*m_lock));
 }
 
